@@ -1,0 +1,17 @@
+# Everything the program is built on. All of it is in Debian 12; nothing is downloaded.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui DBus Network Qml Quick)
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+
+pkg_check_modules(PLIST REQUIRED IMPORTED_TARGET libplist-2.0)
+pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb)
+pkg_check_modules(WAYLAND_CLIENT REQUIRED IMPORTED_TARGET wayland-client)
+
+if(AMBERQUILL_TESTS)
+    find_package(GTest REQUIRED)
+    # The desktop-entry reader is ours; the tests hold its answers against GIO's.
+    pkg_check_modules(GIO_UNIX REQUIRED IMPORTED_TARGET gio-unix-2.0)
+endif()
+if(AMBERQUILL_BENCHMARKS)
+    find_package(benchmark REQUIRED)
+endif()

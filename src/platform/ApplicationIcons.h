@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QImage>
+#include <QString>
+
+namespace amberquill {
+
+// Finds and decodes the picture of an application. Safe on any thread; called away from the main one.
+class ApplicationIcons {
+public:
+    ApplicationIcons() = default;
+    ApplicationIcons(const ApplicationIcons&) = delete;
+    ApplicationIcons& operator=(const ApplicationIcons&) = delete;
+    virtual ~ApplicationIcons() = default;
+
+    // The application's icon as an image of exactly `edge` × `edge` device pixels (premultiplied ARGB, ratio 1; an icon
+    // that is not square is centred). A null image: it has none, or none that can be read.
+    [[nodiscard]] virtual QImage image(const QString& applicationPath, int edge) const = 0;
+
+    // Drops what is remembered of the icon folders' contents: the next question looks again.
+    virtual void forget() = 0;
+};
+
+class NullApplicationIcons final : public ApplicationIcons {
+public:
+    [[nodiscard]] QImage image(const QString&, int) const override { return {}; }
+    void forget() override {}
+};
+
+} // namespace amberquill

@@ -1,0 +1,40 @@
+#include "platform/EventLoopQueue.h"
+
+#include <QThreadPool>
+#include <QTimer>
+#include <chrono>
+#include <cmath>
+
+namespace amberquill {
+
+EventLoopQueue::~EventLoopQueue() {
+    QThreadPool::globalInstance()->waitForDone();
+}
+
+double EventLoopQueue::now() const {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+void EventLoopQueue::post(Work work) {
+    QMetaObject::invokeMethod(this, std::move(work), Qt::QueuedConnection);
+}
+
+DelayedWork EventLoopQueue::postAfter(double seconds, Work work) {
+    auto cancelled = std::make_shared<bool>(false);
+    const auto delay = std::chrono::milliseconds(std::llround(std::max(seconds, 0.0) * 1000.0));
+    QTimer::singleShot(delay, Qt::PreciseTimer, this, [work = std::move(work), cancelled] {
+        if (!*cancelled) {
+            work();
+        }
+    });
+    return DelayedWork(std::move(cancelled));
+}
+
+void EventLoopQueue::runInBackground(Work work, Work thenOnMain) {
+    QThreadPool::globalInstance()->start([this, work = std::move(work), then = std::move(thenOnMain)]() mutable {
+        work();
+        post(std::move(then));
+    });
+}
+
+} // namespace amberquill

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <optional>
+#include <vector>
+
+namespace amberquill {
+
+struct FolderEntry {
+    QString name;
+    bool isDirectory = false; // a real directory; a symbolic link to one is not
+};
+
+// Files and folders. Paths are absolute. Every operation is safe on any thread and answers "none" or false on failure.
+class FileSystem {
+public:
+    FileSystem() = default;
+    FileSystem(const FileSystem&) = delete;
+    FileSystem& operator=(const FileSystem&) = delete;
+    virtual ~FileSystem() = default;
+
+    // The immediate children of a folder without the hidden ones, in the platform's listing order.
+    [[nodiscard]] virtual std::optional<std::vector<FolderEntry>> listFolder(const QString& path) const = 0;
+
+    // The path with every symbolic link resolved; the path itself where that cannot be done.
+    [[nodiscard]] virtual QString resolvingSymbolicLinks(const QString& path) const = 0;
+
+    // The name to show a person for the file at `path`.
+    [[nodiscard]] virtual QString displayName(const QString& path) const = 0;
+
+    // The whole of a regular file, or none: missing, unreadable, not a regular file, or larger than `limit` bytes.
+    [[nodiscard]] virtual std::optional<QByteArray> readFile(const QString& path, qint64 limit) const = 0;
+
+    // Replaces the file's content as one step: a reader, or a crash, sees the old content or the new one, never a part.
+    // Missing folders are made. A symbolic link stays one: what it points to is replaced.
+    virtual bool writeAtomically(const QString& path, const QByteArray& content) = 0;
+
+    // Renames a file to a free name beside it, so that a new one can take its place and nothing is lost.
+    virtual bool setAside(const QString& path) = 0;
+};
+
+// A desktop without files: nothing to list, nothing to read, nowhere to write.
+class NullFileSystem final : public FileSystem {
+public:
+    [[nodiscard]] std::optional<std::vector<FolderEntry>> listFolder(const QString&) const override {
+        return std::nullopt;
+    }
+    [[nodiscard]] QString resolvingSymbolicLinks(const QString& path) const override { return path; }
+    [[nodiscard]] QString displayName(const QString& path) const override {
+        return path.section(QLatin1Char('/'), -1);
+    }
+    [[nodiscard]] std::optional<QByteArray> readFile(const QString&, qint64) const override { return std::nullopt; }
+    bool writeAtomically(const QString&, const QByteArray&) override { return false; }
+    bool setAside(const QString&) override { return false; }
+};
+
+} // namespace amberquill

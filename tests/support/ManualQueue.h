@@ -1,0 +1,75 @@
+#pragma once
+
+#include "platform/MainQueue.h"
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+namespace amberquill {
+
+// A main queue whose time moves only when a test says so. Background work runs when the queue is next run.
+class ManualQueue final : public MainQueue {
+public:
+    [[nodiscard]] double now() const override { return now_; }
+
+    void post(Work work) override { add(now_, std::move(work)); }
+
+    DelayedWork postAfter(double seconds, Work work) override {
+        auto cancelled = std::make_shared<bool>(false);
+        add(now_ + std::max(seconds, 0.0), [cancelled, work = std::move(work)] {
+            if (!*cancelled) {
+                work();
+            }
+        });
+        return DelayedWork(std::move(cancelled));
+    }
+
+    void runInBackground(Work work, Work thenOnMain) override {
+        post([work = std::move(work), then = std::move(thenOnMain)] {
+            work();
+            then();
+        });
+    }
+
+    // Runs everything that is due now, and what that posts.
+    void runPosted() { advance(0); }
+
+    // Moves time forward, running what falls due on the way at its own time, in order of time and then of posting.
+    void advance(double seconds) {
+        const double end = now_ + seconds;
+        // Deadlines are sums of decimals such as 0.18 and 0.12; half a microsecond stands for their rounding.
+        constexpr double rounding = 0.5e-6;
+        while (true) {
+            const auto next = std::min_element(waiting_.begin(), waiting_.end(), [](const Entry& a, const Entry& b) {
+                return a.due < b.due || (a.due == b.due && a.serial < b.serial);
+            });
+            if (next == waiting_.end() || next->due > end + rounding) {
+                break;
+            }
+            now_ = std::max(now_, next->due);
+            const Work work = std::move(next->work);
+            waiting_.erase(next);
+            work();
+        }
+        now_ = std::max(now_, end);
+    }
+
+    // How many pieces of work wait, cancelled ones included.
+    [[nodiscard]] std::size_t waiting() const { return waiting_.size(); }
+
+private:
+    struct Entry {
+        double due;
+        std::size_t serial;
+        Work work;
+    };
+
+    void add(double due, Work work) { waiting_.push_back({due, nextSerial_++, std::move(work)}); }
+
+    double now_ = 1000.0;
+    std::size_t nextSerial_ = 0;
+    std::vector<Entry> waiting_;
+};
+
+} // namespace amberquill
