@@ -7,8 +7,8 @@ class QWindow;
 
 namespace amberquill {
 
-// Tokens that let an application about to be opened come to the front: the Wayland protocol xdg-activation-v1, and
-// startup notification ids on X11. Main thread only.
+// Tokens that let an application about to be opened come to the front: the Wayland protocol
+// xdg-activation-v1, and startup notification ids on X11. Main thread only.
 class ActivationTokens {
 public:
     ActivationTokens() = default;
@@ -16,9 +16,11 @@ public:
     ActivationTokens& operator=(const ActivationTokens&) = delete;
     virtual ~ActivationTokens() = default;
 
-    // Asks for a token on behalf of `window`, which has the focus now. `then` gets it, or an empty text where there is
-    // none to be had; it is called exactly once, soon (a compositor that does not answer counts as "none").
-    virtual void request(QWindow& window, const QString& applicationPath, std::function<void(QString)> then) = 0;
+    // Asks for a token on behalf of `window`, which has the focus now. `then` gets it, or an empty text where
+    // there is none to be had; it is called exactly once, soon (a compositor that does not answer counts as
+    // "none").
+    virtual void request(QWindow& window, const QString& applicationPath,
+                         std::function<void(QString)> then) = 0;
 };
 
 class NullActivationTokens final : public ActivationTokens {

@@ -13,8 +13,8 @@ public:
     ApplicationIcons& operator=(const ApplicationIcons&) = delete;
     virtual ~ApplicationIcons() = default;
 
-    // The application's icon as an image of exactly `edge` × `edge` device pixels (premultiplied ARGB, ratio 1; an icon
-    // that is not square is centred). A null image: it has none, or none that can be read.
+    // The application's icon as an image of exactly `edge` × `edge` device pixels (premultiplied ARGB, ratio
+    // 1; an icon that is not square is centred). A null image: it has none, or none that can be read.
     [[nodiscard]] virtual QImage image(const QString& applicationPath, int edge) const = 0;
 
     // Drops what is remembered of the icon folders' contents: the next question looks again.

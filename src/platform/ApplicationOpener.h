@@ -13,8 +13,9 @@ public:
     ApplicationOpener& operator=(const ApplicationOpener&) = delete;
     virtual ~ApplicationOpener() = default;
 
-    // Opens the application at `path` without waiting for it. `token` (may be empty) is one of ActivationTokens'.
-    // `done` is called once, on the main thread: true when the application was started, false when it could not be.
+    // Opens the application at `path` without waiting for it. `token` (may be empty) is one of
+    // ActivationTokens'. `done` is called once, on the main thread: true when the application was started,
+    // false when it could not be.
     virtual void open(const QString& path, const QString& token, std::function<void(bool started)> done) = 0;
 };
 

@@ -13,13 +13,16 @@ public:
     BundleInformation& operator=(const BundleInformation&) = delete;
     virtual ~BundleInformation() = default;
 
-    // The bundle's identifier, or none: not a bundle, no property list, an unreadable one, or no identifier in it.
+    // The bundle's identifier, or none: not a bundle, no property list, an unreadable one, or no identifier
+    // in it.
     [[nodiscard]] virtual std::optional<QString> bundleIdentifier(const QString& bundlePath) const = 0;
 };
 
 class NullBundleInformation final : public BundleInformation {
 public:
-    [[nodiscard]] std::optional<QString> bundleIdentifier(const QString&) const override { return std::nullopt; }
+    [[nodiscard]] std::optional<QString> bundleIdentifier(const QString&) const override {
+        return std::nullopt;
+    }
 };
 
 } // namespace amberquill

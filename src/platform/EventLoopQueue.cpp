@@ -31,10 +31,11 @@ DelayedWork EventLoopQueue::postAfter(double seconds, Work work) {
 }
 
 void EventLoopQueue::runInBackground(Work work, Work thenOnMain) {
-    QThreadPool::globalInstance()->start([this, work = std::move(work), then = std::move(thenOnMain)]() mutable {
-        work();
-        post(std::move(then));
-    });
+    QThreadPool::globalInstance()->start(
+        [this, work = std::move(work), then = std::move(thenOnMain)]() mutable {
+            work();
+            post(std::move(then));
+        });
 }
 
 } // namespace amberquill

@@ -6,8 +6,9 @@
 
 namespace amberquill {
 
-// The main queue on Qt's event loop and Qt's thread pool. Made on the main thread, after the application object;
-// it outlives everything that posts to it. Its destruction waits for background work that is under way.
+// The main queue on Qt's event loop and Qt's thread pool. Made on the main thread, after the application
+// object; it outlives everything that posts to it. Its destruction waits for background work that is under
+// way.
 class EventLoopQueue final : public QObject, public MainQueue {
     Q_OBJECT
 

@@ -12,7 +12,8 @@ struct FolderEntry {
     bool isDirectory = false; // a real directory; a symbolic link to one is not
 };
 
-// Files and folders. Paths are absolute. Every operation is safe on any thread and answers "none" or false on failure.
+// Files and folders. Paths are absolute. Every operation is safe on any thread and answers "none" or false on
+// failure.
 class FileSystem {
 public:
     FileSystem() = default;
@@ -29,11 +30,12 @@ public:
     // The name to show a person for the file at `path`.
     [[nodiscard]] virtual QString displayName(const QString& path) const = 0;
 
-    // The whole of a regular file, or none: missing, unreadable, not a regular file, or larger than `limit` bytes.
+    // The whole of a regular file, or none: missing, unreadable, not a regular file, or larger than `limit`
+    // bytes.
     [[nodiscard]] virtual std::optional<QByteArray> readFile(const QString& path, qint64 limit) const = 0;
 
-    // Replaces the file's content as one step: a reader, or a crash, sees the old content or the new one, never a part.
-    // Missing folders are made. A symbolic link stays one: what it points to is replaced.
+    // Replaces the file's content as one step: a reader, or a crash, sees the old content or the new one,
+    // never a part. Missing folders are made. A symbolic link stays one: what it points to is replaced.
     virtual bool writeAtomically(const QString& path, const QByteArray& content) = 0;
 
     // Renames a file to a free name beside it, so that a new one can take its place and nothing is lost.
@@ -50,7 +52,9 @@ public:
     [[nodiscard]] QString displayName(const QString& path) const override {
         return path.section(QLatin1Char('/'), -1);
     }
-    [[nodiscard]] std::optional<QByteArray> readFile(const QString&, qint64) const override { return std::nullopt; }
+    [[nodiscard]] std::optional<QByteArray> readFile(const QString&, qint64) const override {
+        return std::nullopt;
+    }
     bool writeAtomically(const QString&, const QByteArray&) override { return false; }
     bool setAside(const QString&) override { return false; }
 };

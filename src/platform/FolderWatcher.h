@@ -13,8 +13,8 @@ public:
     FolderWatcher& operator=(const FolderWatcher&) = delete;
     virtual ~FolderWatcher() = default;
 
-    // From now on `changed` is called on the main thread after changes in these folders (missing ones included: they
-    // may come) once it has been quiet for a moment. Replaces what was watched before.
+    // From now on `changed` is called on the main thread after changes in these folders (missing ones
+    // included: they may come) once it has been quiet for a moment. Replaces what was watched before.
     virtual void watch(const QStringList& folders, std::function<void()> changed) = 0;
 };
 

@@ -1,5 +1,6 @@
-// platform/: what the launcher asks of a desktop. Abstract classes only, each with a null object for "this desktop
-// has none"; the answers stand in platform/linux/. Callers never test for null and never ask where they run.
+// platform/: what the launcher asks of a desktop. Abstract classes only, each with a null object for "this
+// desktop has none"; the answers stand in platform/linux/. Callers never test for null and never ask where
+// they run.
 #pragma once
 
 #include <functional>
@@ -12,7 +13,8 @@ namespace amberquill {
 class DelayedWork {
 public:
     DelayedWork() = default;
-    explicit DelayedWork(std::shared_ptr<bool> cancelled) : cancelled_(std::move(cancelled)) {}
+    explicit DelayedWork(std::shared_ptr<bool> cancelled)
+        : cancelled_(std::move(cancelled)) {}
 
     // The work will not run. Harmless when it has run already.
     void cancel() {

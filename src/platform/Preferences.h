@@ -5,8 +5,8 @@
 
 namespace amberquill {
 
-// The user's preferences: typed values by key. A value of another type than the one asked for reads as absent.
-// Main thread only; a failed write is silent and the value holds until the program ends.
+// The user's preferences: typed values by key. A value of another type than the one asked for reads as
+// absent. Main thread only; a failed write is silent and the value holds until the program ends.
 class Preferences {
 public:
     Preferences() = default;

@@ -16,9 +16,9 @@ public:
     // The screen under the pointer; null leaves the choice to the window system.
     [[nodiscard]] virtual QScreen* screenUnderPointer() const = 0;
 
-    // Puts the window on screen: covering the whole of its screen, panels included, above other windows, on every
-    // desktop, out of task bars and window cycles; then brings it to the front with the input focus.
-    // On a window that is up already: brings it to the front again.
+    // Puts the window on screen: covering the whole of its screen, panels included, above other windows, on
+    // every desktop, out of task bars and window cycles; then brings it to the front with the input focus. On
+    // a window that is up already: brings it to the front again.
     virtual void present(QWindow& window, QScreen* screen) = 0;
 
     // Takes the window off screen; the window that had the focus before gets it back.

@@ -35,15 +35,17 @@ public:
     // Runs everything that is due now, and what that posts.
     void runPosted() { advance(0); }
 
-    // Moves time forward, running what falls due on the way at its own time, in order of time and then of posting.
+    // Moves time forward, running what falls due on the way at its own time, in order of time and then of
+    // posting.
     void advance(double seconds) {
         const double end = now_ + seconds;
         // Deadlines are sums of decimals such as 0.18 and 0.12; half a microsecond stands for their rounding.
         constexpr double rounding = 0.5e-6;
         while (true) {
-            const auto next = std::min_element(waiting_.begin(), waiting_.end(), [](const Entry& a, const Entry& b) {
-                return a.due < b.due || (a.due == b.due && a.serial < b.serial);
-            });
+            const auto next =
+                std::min_element(waiting_.begin(), waiting_.end(), [](const Entry& a, const Entry& b) {
+                    return a.due < b.due || (a.due == b.due && a.serial < b.serial);
+                });
             if (next == waiting_.end() || next->due > end + rounding) {
                 break;
             }
