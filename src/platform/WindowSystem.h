@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 class QScreen;
 class QWindow;
 
@@ -16,9 +18,18 @@ public:
     // The screen under the pointer; null leaves the choice to the window system.
     [[nodiscard]] virtual QScreen* screenUnderPointer() const = 0;
 
+    // What came along with the user's wish to see the launcher and lets the next present() take the focus: an
+    // activation token (Wayland), a startup notification id (X11). Empty: nothing came along.
+    virtual void setActivationToken(const QString&) {}
+
+    // Whether the window, while it is up, appears in task bars and window cycles. False at first. Window
+    // systems without such a wish ignore it.
+    virtual void setListedInTaskBars(bool) {}
+
     // Puts the window on screen: covering the whole of its screen, panels included, above other windows, on
-    // every desktop, out of task bars and window cycles; then brings it to the front with the input focus. On
-    // a window that is up already: brings it to the front again.
+    // every desktop, out of task bars and window cycles unless it is to be listed there; then brings it to
+    // the front with the input focus. On a window that is up already: moves it to that screen and brings it
+    // to the front again. The window keeps to a living screen from then on, whatever happens to this one.
     virtual void present(QWindow& window, QScreen* screen) = 0;
 
     // Takes the window off screen; the window that had the focus before gets it back.
