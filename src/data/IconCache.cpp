@@ -1,0 +1,84 @@
+#include "data/IconCache.h"
+
+#include "data/ContinuousCorners.h"
+#include "platform/ApplicationIcons.h"
+#include "platform/MainQueue.h"
+
+#include <QPainter>
+
+namespace amberquill {
+
+IconCache& IconCache::shared() {
+    static IconCache theCache;
+    return theCache;
+}
+
+void IconCache::serveFrom(const ApplicationIcons* source, MainQueue* queue) {
+    source_ = source;
+    queue_ = queue;
+    cache_.clear();
+    underWay_.clear();
+}
+
+QImage IconCache::icon(const QString& path, int edge) {
+    const Key key{path, edge};
+    const auto known = cache_.constFind(key);
+    if (known != cache_.constEnd() && !known->isNull()) {
+        return *known;
+    }
+    if (known == cache_.constEnd()) {
+        request(key);
+    }
+    return placeholder(edge);
+}
+
+bool IconCache::isKnown(const QString& path, int edge) const {
+    return cache_.contains({path, edge});
+}
+
+void IconCache::retryMissing() {
+    QList<Key> missing;
+    for (auto entry = cache_.constKeyValueBegin(); entry != cache_.constKeyValueEnd(); ++entry) {
+        if (entry->second.isNull()) {
+            missing.append(entry->first);
+        }
+    }
+    for (const Key& key : std::as_const(missing)) {
+        request(key);
+    }
+}
+
+void IconCache::request(const Key& key) {
+    if (source_ == nullptr || key.edge <= 0 || underWay_.contains(key)) {
+        return;
+    }
+    underWay_.insert(key);
+    const ApplicationIcons* source = source_;
+    queue_->compute([source, key] { return source->image(key.path, key.edge); },
+                    [this, source, key](const QImage& image) {
+                        if (source == source_) {
+                            take(key, image);
+                        }
+                    });
+}
+
+void IconCache::take(const Key& key, const QImage& image) {
+    underWay_.remove(key);
+    cache_.insert(key, image);
+    if (!image.isNull()) {
+        Q_EMIT arrived(key.path, key.edge);
+    }
+}
+
+QImage IconCache::placeholder(int edge) {
+    QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double inset = edge * 0.09;
+    const QRectF body = QRectF(0, 0, edge, edge).adjusted(inset, inset, -inset, -inset);
+    painter.fillPath(continuousRoundedRect(body, body.width() * 0.225), QColor(255, 255, 255, 41));
+    return image;
+}
+
+} // namespace amberquill

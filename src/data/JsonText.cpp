@@ -1,0 +1,76 @@
+#include "data/JsonText.h"
+
+#include <QChar>
+#include <array>
+
+namespace amberquill {
+
+namespace {
+
+constexpr char32_t firstPrintable = 0x20;
+
+void appendEscape(QByteArray& json, char16_t unit) {
+    static constexpr std::array<char, 16> digits = {'0', '1', '2', '3', '4', '5', '6', '7',
+                                                    '8', '9', 'a', 'b', 'c', 'd', 'e', 'f'};
+    json += "\\u";
+    for (int shift = 12; shift >= 0; shift -= 4) {
+        json += digits.at((static_cast<unsigned>(unit) >> static_cast<unsigned>(shift)) & 0xFU);
+    }
+}
+
+void appendAscii(QByteArray& json, char16_t unit) {
+    switch (unit) {
+    case u'"':
+        json += "\\\"";
+        return;
+    case u'\\':
+        json += "\\\\";
+        return;
+    case u'/':
+        json += "\\/";
+        return;
+    case u'\b':
+        json += "\\b";
+        return;
+    case u'\f':
+        json += "\\f";
+        return;
+    case u'\n':
+        json += "\\n";
+        return;
+    case u'\r':
+        json += "\\r";
+        return;
+    case u'\t':
+        json += "\\t";
+        return;
+    default:
+        if (unit < firstPrintable) {
+            appendEscape(json, unit);
+        } else {
+            json += static_cast<char>(unit);
+        }
+    }
+}
+
+} // namespace
+
+void appendJsonString(QByteArray& json, QStringView text) {
+    json += '"';
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar unit = text[i];
+        if (unit.unicode() < 0x80) {
+            appendAscii(json, unit.unicode());
+        } else if (unit.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
+            json += text.mid(i, 2).toUtf8();
+            ++i;
+        } else if (unit.isSurrogate()) {
+            appendEscape(json, unit.unicode());
+        } else {
+            json += text.mid(i, 1).toUtf8();
+        }
+    }
+    json += '"';
+}
+
+} // namespace amberquill

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QCollator>
+#include <QLocale>
+#include <QString>
+#include <memory>
+#include <vector>
+
+namespace amberquill {
+
+// How names are sorted for a person: by the rules of the user's language, letter case aside, digits as
+// numbers. The C locale sorts as English does, not as bytes. Costs some milliseconds to make once in a
+// process.
+class NameOrder {
+public:
+    NameOrder();
+    explicit NameOrder(const QLocale& locale);
+
+    // A name's place, to be made once and compared often.
+    [[nodiscard]] QCollatorSortKey key(const QString& name) const { return collator_.sortKey(name); }
+
+    [[nodiscard]] int compare(const QString& a, const QString& b) const { return collator_.compare(a, b); }
+
+    // The positions of `names` in ascending order; equal names keep their order.
+    [[nodiscard]] std::vector<std::size_t> order(const std::vector<QString>& names) const;
+
+private:
+    QCollator collator_;
+};
+
+} // namespace amberquill

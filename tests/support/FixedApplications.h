@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/BundleInformation.h"
+#include "platform/RegisteredApplications.h"
+
+#include <QHash>
+
+namespace amberquill {
+
+// Bundles whose identifiers are what a test says.
+class FixedBundles final : public BundleInformation {
+public:
+    void setIdentifier(const QString& path, const QString& identifier) {
+        identifiers_.insert(path, identifier);
+    }
+
+    [[nodiscard]] std::optional<QString> bundleIdentifier(const QString& bundlePath) const override {
+        const auto found = identifiers_.constFind(bundlePath);
+        return found == identifiers_.constEnd() ? std::nullopt : std::optional(*found);
+    }
+
+private:
+    QHash<QString, QString> identifiers_;
+};
+
+// A desktop whose registered applications are what a test says.
+class FixedApplications final : public RegisteredApplications {
+public:
+    std::vector<RegisteredApplication> applications;
+
+    [[nodiscard]] std::vector<RegisteredApplication> list() const override { return applications; }
+    [[nodiscard]] QStringList watchedFolders() const override { return {}; }
+};
+
+} // namespace amberquill

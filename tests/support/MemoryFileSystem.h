@@ -1,0 +1,93 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+
+#include <QHash>
+#include <QMap>
+#include <QSet>
+
+namespace amberquill {
+
+// Files and folders in memory, listed in the order in which they were made.
+class MemoryFileSystem final : public FileSystem {
+public:
+    void addFolder(const QString& path) { addEntry(path, true); }
+    void addFile(const QString& path, const QByteArray& content = {}) {
+        addEntry(path, false);
+        files_.insert(path, content);
+    }
+    void addLink(const QString& path, const QString& target) {
+        addEntry(path, false);
+        links_.insert(path, target);
+    }
+    void makeUnreadable(const QString& path) { unreadable_.insert(path); }
+    void setDisplayName(const QString& path, const QString& name) { names_.insert(path, name); }
+    void refuseWrites(bool refuse) { refuseWrites_ = refuse; }
+
+    [[nodiscard]] std::optional<QByteArray> file(const QString& path) const {
+        const auto found = files_.constFind(path);
+        return found == files_.constEnd() ? std::nullopt : std::optional(*found);
+    }
+    [[nodiscard]] QStringList paths() const { return files_.keys(); }
+    [[nodiscard]] int writes() const { return writes_; }
+
+    [[nodiscard]] std::optional<std::vector<FolderEntry>> listFolder(const QString& path) const override {
+        if (unreadable_.contains(path) || !folders_.contains(path)) {
+            return std::nullopt;
+        }
+        return folders_.value(path);
+    }
+
+    [[nodiscard]] QString resolvingSymbolicLinks(const QString& path) const override {
+        return links_.value(path, path);
+    }
+
+    [[nodiscard]] QString displayName(const QString& path) const override {
+        return names_.value(path, path.section(QLatin1Char('/'), -1));
+    }
+
+    [[nodiscard]] std::optional<QByteArray> readFile(const QString& path, qint64 limit) const override {
+        const auto content = file(path);
+        return content && content->size() <= limit && !unreadable_.contains(path) ? content : std::nullopt;
+    }
+
+    bool writeAtomically(const QString& path, const QByteArray& content) override {
+        if (refuseWrites_) {
+            return false;
+        }
+        ++writes_;
+        files_.insert(path, content);
+        return true;
+    }
+
+    bool setAside(const QString& path) override {
+        if (!files_.contains(path)) {
+            return false;
+        }
+        files_.insert(path + QStringLiteral(".unreadable-1"), files_.take(path));
+        return true;
+    }
+
+private:
+    void addEntry(const QString& path, bool isDirectory) {
+        const qsizetype slash = path.lastIndexOf(QLatin1Char('/'));
+        const QString parent = path.left(slash);
+        if (!parent.isEmpty() && !folders_.contains(parent)) {
+            addEntry(parent, true);
+        }
+        folders_[parent].push_back({path.mid(slash + 1), isDirectory});
+        if (isDirectory) {
+            folders_[path];
+        }
+    }
+
+    QHash<QString, std::vector<FolderEntry>> folders_;
+    QMap<QString, QByteArray> files_;
+    QHash<QString, QString> links_;
+    QHash<QString, QString> names_;
+    QSet<QString> unreadable_;
+    bool refuseWrites_ = false;
+    int writes_ = 0;
+};
+
+} // namespace amberquill

@@ -1,0 +1,141 @@
+#include "data/AppScanner.h"
+
+#include "support/FixedApplications.h"
+#include "support/MemoryFileSystem.h"
+
+#include <gtest/gtest.h>
+
+using namespace amberquill;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class AppScannerTest : public testing::Test {
+protected:
+    [[nodiscard]] std::vector<AppInfo> scan() const {
+        return AppScanner::scan({files_, bundles_, registered_, u"/home/me"_s, ownBundle_});
+    }
+
+    [[nodiscard]] QStringList paths() const {
+        QStringList result;
+        for (const AppInfo& app : scan()) {
+            result.append(app.path);
+        }
+        return result;
+    }
+
+    MemoryFileSystem files_;
+    FixedBundles bundles_;
+    FixedApplications registered_;
+    QString ownBundle_;
+};
+
+} // namespace
+
+TEST_F(AppScannerTest, TheRootsAreSearchedInTheirOrder) {
+    EXPECT_EQ(AppScanner::searchRoots(u"/home/me"_s),
+              (QStringList{u"/Applications"_s, u"/System/Applications"_s,
+                           u"/System/Cryptexes/App/System/Applications"_s, u"/home/me/Applications"_s}));
+    files_.addFolder(u"/home/me/Applications/D.app"_s);
+    files_.addFolder(u"/System/Cryptexes/App/System/Applications/C.app"_s);
+    files_.addFolder(u"/System/Applications/B.app"_s);
+    files_.addFolder(u"/Applications/A.app"_s);
+    EXPECT_EQ(paths(), (QStringList{u"/Applications/A.app"_s, u"/System/Applications/B.app"_s,
+                                    u"/System/Cryptexes/App/System/Applications/C.app"_s,
+                                    u"/home/me/Applications/D.app"_s}));
+}
+
+TEST_F(AppScannerTest, ASubFoldersAppsStandWhereTheFolderWasMet) {
+    files_.addFolder(u"/Applications/Z.app"_s);
+    files_.addFolder(u"/Applications/Utilities/Terminal.app"_s);
+    files_.addFolder(u"/Applications/A.app"_s);
+    EXPECT_EQ(paths(), (QStringList{u"/Applications/Z.app"_s, u"/Applications/Utilities/Terminal.app"_s,
+                                    u"/Applications/A.app"_s}));
+}
+
+TEST_F(AppScannerTest, FourLevelsBelowARootAreFoundAndFiveAreNot) {
+    files_.addFolder(u"/Applications/a/b/c/Found.app"_s);
+    files_.addFolder(u"/Applications/a/b/c/d/Lost.app"_s);
+    EXPECT_EQ(paths(), QStringList{u"/Applications/a/b/c/Found.app"_s});
+}
+
+TEST_F(AppScannerTest, AnAppIsNeverDescendedInto) {
+    files_.addFolder(u"/Applications/Outer.app/Inner.app"_s);
+    EXPECT_EQ(paths(), QStringList{u"/Applications/Outer.app"_s});
+}
+
+TEST_F(AppScannerTest, TheExtensionDecidesToTheLetter) {
+    files_.addFolder(u"/Applications/Tools.App/X.app"_s);
+    files_.addFolder(u"/Applications/localized.localized/Y.app"_s);
+    files_.addFile(u"/Applications/Plain.app"_s);
+    files_.addFile(u"/Applications/notes.txt"_s);
+    EXPECT_EQ(paths(),
+              (QStringList{u"/Applications/Tools.App/X.app"_s, u"/Applications/localized.localized/Y.app"_s,
+                           u"/Applications/Plain.app"_s}));
+}
+
+TEST_F(AppScannerTest, TheLauncherNeverListsItself) {
+    ownBundle_ = u"/Applications/Amberquill.app"_s;
+    files_.addFolder(ownBundle_);
+    files_.addLink(u"/Applications/Link.app"_s, ownBundle_);
+    files_.addFolder(u"/Applications/Other.app"_s);
+    EXPECT_EQ(paths(), QStringList{u"/Applications/Other.app"_s});
+}
+
+TEST_F(AppScannerTest, AnAppReachedThroughALinkIsListedOnceUnderThePathMetFirst) {
+    files_.addLink(u"/Applications/Link.app"_s, u"/System/Applications/Real.app"_s);
+    files_.addFolder(u"/System/Applications/Real.app"_s);
+    EXPECT_EQ(paths(), QStringList{u"/Applications/Link.app"_s});
+}
+
+TEST_F(AppScannerTest, ASecondCopyOfAnIdentifierIsNotListed) {
+    files_.addFolder(u"/Applications/One.app"_s);
+    files_.addFolder(u"/Applications/Two.app"_s);
+    files_.addFolder(u"/Applications/Three.app"_s);
+    bundles_.setIdentifier(u"/Applications/One.app"_s, u"org.example.same"_s);
+    bundles_.setIdentifier(u"/Applications/Two.app"_s, u"org.example.same"_s);
+    bundles_.setIdentifier(u"/Applications/Three.app"_s, u"org.example.other"_s);
+    EXPECT_EQ(paths(), (QStringList{u"/Applications/One.app"_s, u"/Applications/Three.app"_s}));
+}
+
+TEST_F(AppScannerTest, BundlesWithoutAnIdentifierAreAllKept) {
+    files_.addFolder(u"/Applications/One.app"_s);
+    files_.addFolder(u"/Applications/Two.app"_s);
+    EXPECT_EQ(paths().size(), 2);
+}
+
+TEST_F(AppScannerTest, TheNameIsTheDisplayNameWithoutAnyDotApp) {
+    files_.addFolder(u"/Applications/A.app"_s);
+    files_.addFolder(u"/Applications/B.app"_s);
+    files_.setDisplayName(u"/Applications/B.app"_s, u"My.app Store.app.App"_s);
+    const auto apps = scan();
+    ASSERT_EQ(apps.size(), 2U);
+    EXPECT_EQ(apps[0].name, u"A"_s);
+    EXPECT_EQ(apps[1].name, u"My Store.App"_s);
+}
+
+TEST_F(AppScannerTest, WhatCannotBeReadIsPassedOver) {
+    files_.addFolder(u"/Applications/Locked/Hidden.app"_s);
+    files_.makeUnreadable(u"/Applications/Locked"_s);
+    files_.addFolder(u"/Applications/Open.app"_s);
+    EXPECT_EQ(paths(), QStringList{u"/Applications/Open.app"_s});
+}
+
+TEST_F(AppScannerTest, LinksToFoldersAreNotDescendedInto) {
+    files_.addLink(u"/Applications/Loop"_s, u"/Applications"_s);
+    files_.addFolder(u"/Applications/A.app"_s);
+    EXPECT_EQ(paths(), QStringList{u"/Applications/A.app"_s});
+}
+
+TEST_F(AppScannerTest, RegisteredApplicationsFollowTheBundles) {
+    files_.addFolder(u"/home/me/Applications/Zed.app"_s);
+    registered_.applications = {{u"/usr/share/applications/a.desktop"_s, u"A"_s},
+                                {u"/usr/share/applications/b.desktop"_s, u"B.app"_s}};
+    EXPECT_EQ(scan(), (std::vector<AppInfo>{{u"/home/me/Applications/Zed.app"_s, u"Zed"_s},
+                                            {u"/usr/share/applications/a.desktop"_s, u"A"_s},
+                                            {u"/usr/share/applications/b.desktop"_s, u"B.app"_s}}));
+}
+
+TEST_F(AppScannerTest, NothingInstalledIsAnEmptyList) {
+    EXPECT_TRUE(scan().empty());
+}

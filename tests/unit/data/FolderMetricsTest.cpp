@@ -1,0 +1,91 @@
+#include "data/FolderMetrics.h"
+
+#include <gtest/gtest.h>
+
+using namespace amberquill;
+
+namespace {
+
+const GridMetrics fullHd{{1920, 1080}, 7, 5};
+
+} // namespace
+
+TEST(FolderMetrics, AFolderOfOneHasFourColumns) {
+    const FolderMetrics metrics = FolderMetrics::of(1, fullHd);
+    EXPECT_EQ(metrics.columns, 4);
+    EXPECT_EQ(metrics.rows, 1);
+    EXPECT_EQ(metrics.scale, 1);
+    EXPECT_EQ(metrics.cellSize, fullHd.cellSize());
+}
+
+TEST(FolderMetrics, AFolderIsNeverWiderThanTheFirstTryOnANarrowPage) {
+    EXPECT_EQ(FolderMetrics::of(1, {{1920, 1080}, 3, 5}).columns, 3);
+}
+
+TEST(FolderMetrics, AnEmptyFolderHasOneRow) {
+    const FolderMetrics metrics = FolderMetrics::of(0, fullHd);
+    EXPECT_EQ(metrics.rows, 1);
+    EXPECT_EQ(metrics.columns, 4);
+}
+
+TEST(FolderMetrics, ThePanelHoldsTitleCellsAndInsetsTenBelowTheCentre) {
+    const FolderMetrics metrics = FolderMetrics::of(6, fullHd);
+    EXPECT_EQ(metrics.columns, 6);
+    const double width = metrics.cellSize.width() * 6 + 56;
+    const double height = metrics.cellSize.height() + 98;
+    EXPECT_DOUBLE_EQ(metrics.panelRect.width(), width);
+    EXPECT_DOUBLE_EQ(metrics.panelRect.height(), height);
+    EXPECT_DOUBLE_EQ(metrics.panelRect.center().x(), 960);
+    EXPECT_DOUBLE_EQ(metrics.panelRect.center().y(), 550);
+    EXPECT_DOUBLE_EQ(metrics.cellCenter(0).x(), metrics.panelRect.left() + 28 + metrics.cellSize.width() / 2);
+    EXPECT_DOUBLE_EQ(metrics.cellCenter(0).y(), metrics.panelRect.top() + 70 + metrics.cellSize.height() / 2);
+}
+
+TEST(FolderMetrics, MoreColumnsAreTakenOnlyForALargerScale) {
+    // Forty on a small screen: seven columns would need six rows.
+    const GridMetrics small{{1280, 800}, 7, 5};
+    const FolderMetrics metrics = FolderMetrics::of(40, small);
+    double best = 0;
+    for (int columns = 7; columns <= 13; ++columns) {
+        const int rows = (40 + columns - 1) / columns;
+        best = std::max(best, std::min((1280 - 176) / (small.cellSize().width() * columns),
+                                       (800 - 278) / (small.cellSize().height() * rows)));
+    }
+    EXPECT_NEAR(metrics.scale, best, 0.001);
+    EXPECT_GT(metrics.columns, 7);
+    EXPECT_LE(metrics.columns, 13);
+    EXPECT_LT(metrics.scale, 1);
+}
+
+TEST(FolderMetrics, TheScaleNeverDropsBelowThreeTenths) {
+    const FolderMetrics metrics = FolderMetrics::of(2000, fullHd);
+    EXPECT_EQ(metrics.scale, 0.3);
+    EXPECT_GT(metrics.panelRect.height(), fullHd.size.height());
+}
+
+TEST(FolderMetrics, SlotsReachTwelvePointsAboveAndBelowTheCells) {
+    const FolderMetrics metrics = FolderMetrics::of(9, fullHd);
+    const QRectF area = metrics.cellArea();
+    EXPECT_EQ(metrics.slotAt({area.left() + 1, area.top() - 10}), 0);
+    EXPECT_EQ(metrics.slotAt({area.left() + 1, area.top() - 13}), std::nullopt);
+    EXPECT_EQ(metrics.slotAt({area.left() + 1, area.bottom() + 11}), metrics.columns * (metrics.rows - 1));
+    EXPECT_EQ(metrics.slotAt({area.left() + 1, area.bottom() + 12}), std::nullopt);
+    EXPECT_EQ(metrics.slotAt({area.left() - 1, area.top() + 1}), std::nullopt);
+    EXPECT_EQ(metrics.slotAt({area.right(), area.top() + 1}), std::nullopt);
+}
+
+TEST(FolderMetrics, ASlotMayLieBeyondTheLastApplication) {
+    const FolderMetrics metrics = FolderMetrics::of(8, fullHd); // 7 + 1
+    ASSERT_EQ(metrics.columns, 7);
+    ASSERT_EQ(metrics.rows, 2);
+    EXPECT_EQ(metrics.slotAt(metrics.cellCenter(13)), 13);
+}
+
+TEST(FolderMetrics, EveryIndexIsFoundAtItsOwnCentre) {
+    for (const int count : {1, 4, 7, 8, 20, 35, 60}) {
+        const FolderMetrics metrics = FolderMetrics::of(count, {{1280, 800}, 7, 5});
+        for (int index = 0; index < count; ++index) {
+            EXPECT_EQ(metrics.slotAt(metrics.cellCenter(index)), index) << count;
+        }
+    }
+}
