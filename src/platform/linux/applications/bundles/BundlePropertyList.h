@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QString>
 #include <optional>
 
@@ -21,5 +22,8 @@ struct BundlePropertyList {
 // broken. A value of another type than text, and a file name that has a slash in it, counts as not there. Any
 // thread.
 [[nodiscard]] std::optional<BundlePropertyList> readBundlePropertyList(const QString& bundlePath);
+
+// The same of the list's bytes; `folder` stays empty and `gnustep` false.
+[[nodiscard]] std::optional<BundlePropertyList> parseBundlePropertyList(QByteArrayView bytes);
 
 } // namespace amberquill::desktop

@@ -1,0 +1,102 @@
+#include "platform/linux/applications/bundles/BundlePropertyList.h"
+
+#include "platform/linux/applications/bundles/PropertyListGuard.h"
+#include "platform/linux/files/BaseFolders.h"
+#include "platform/linux/files/RegularFile.h"
+
+#include <cstdlib>
+#include <fcntl.h>
+#include <memory>
+#include <plist/plist.h>
+#include <type_traits>
+
+namespace amberquill::desktop {
+namespace {
+
+struct FreeList {
+    void operator()(plist_t list) const { plist_free(list); }
+};
+using List = std::unique_ptr<std::remove_pointer_t<plist_t>, FreeList>;
+
+struct FreeText {
+    void operator()(char* text) const {
+        std::free(text); // NOLINT(cppcoreguidelines-no-malloc): the library's own contract
+    }
+};
+
+// The dictionary that an information property list is, or null.
+List parseDictionary(QByteArrayView bytes) {
+    if (!isHarmlessPropertyList(bytes)) {
+        return {};
+    }
+    plist_t parsed = nullptr;
+    const auto size = static_cast<std::uint32_t>(bytes.size());
+    if (isBinaryPropertyList(bytes)) {
+        plist_from_bin(bytes.data(), size, &parsed);
+    } else {
+        plist_from_xml(bytes.data(), size, &parsed);
+    }
+    List list(parsed);
+    return list && plist_get_node_type(list.get()) == PLIST_DICT ? std::move(list) : List();
+}
+
+QString textOf(const List& list, const char* key) {
+    const plist_t value = plist_dict_get_item(list.get(), key);
+    if (value == nullptr || plist_get_node_type(value) != PLIST_STRING) {
+        return {};
+    }
+    char* text = nullptr;
+    plist_get_string_val(value, &text);
+    const std::unique_ptr<char, FreeText> owned(text);
+    const QByteArrayView bytes(text);
+    return bytes.isValidUtf8() ? QString::fromUtf8(bytes) : QString();
+}
+
+// A name in the bundle's own folders, which a path could lead out of.
+QString fileNameOf(const List& list, const char* key) {
+    const QString name = textOf(list, key);
+    const bool isName =
+        !name.contains(QLatin1Char('/')) && name != QLatin1String(".") && name != QLatin1String("..");
+    return isName ? name : QString();
+}
+
+QString firstOf(const QString& name, const QString& otherwise) {
+    return name.isEmpty() ? otherwise : name;
+}
+
+} // namespace
+
+std::optional<BundlePropertyList> parseBundlePropertyList(QByteArrayView bytes) {
+    const List list = parseDictionary(bytes);
+    if (!list) {
+        return std::nullopt;
+    }
+    BundlePropertyList result;
+    result.identifier = textOf(list, "CFBundleIdentifier");
+    result.executable = firstOf(fileNameOf(list, "CFBundleExecutable"), fileNameOf(list, "NSExecutable"));
+    result.iconFile = firstOf(fileNameOf(list, "CFBundleIconFile"), fileNameOf(list, "NSIcon"));
+    return result;
+}
+
+std::optional<BundlePropertyList> readBundlePropertyList(const QString& bundlePath) {
+    const auto folder = absolutePath(bundlePath.toUtf8());
+    if (!folder) {
+        return std::nullopt;
+    }
+    QByteArray buffer;
+    for (const bool gnustep : {false, true}) {
+        const QString file =
+            pathBelow(*folder, gnustep ? u"Resources/Info-gnustep.plist" : u"Contents/Info.plist");
+        const auto bytes =
+            readRegularFile(AT_FDCWD, file.toUtf8().constData(), maximumPropertyListBytes, buffer);
+        auto list = bytes ? parseBundlePropertyList(*bytes) : std::nullopt;
+        if (list) {
+            list->folder = *folder;
+            list->gnustep = gnustep;
+            return list;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace amberquill::desktop

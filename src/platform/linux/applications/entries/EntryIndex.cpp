@@ -1,0 +1,125 @@
+#include "platform/linux/applications/entries/EntryIndex.h"
+
+#include "platform/linux/files/FolderReader.h"
+
+#include <fcntl.h>
+#include <map>
+#include <sys/stat.h>
+
+namespace amberquill::desktop {
+namespace {
+
+constexpr std::string_view ending = ".desktop";
+
+using FolderKey = std::pair<dev_t, ino_t>;
+
+class FolderWalk {
+public:
+    FolderWalk(std::size_t folder, std::vector<IndexedEntry>& found)
+        : folder_(folder)
+        , found_(found) {}
+
+    // `prefix` is the folder's own path below the root, with a slash at its end, or empty.
+    void enter(FileDescriptor descriptor, const QByteArray& prefix) {
+        struct stat status = {};
+        if (!descriptor.isOpen() || ::fstat(descriptor.get(), &status) != 0) {
+            return;
+        }
+        const FolderKey key(status.st_dev, status.st_ino);
+        if (std::find(above_.begin(), above_.end(), key) != above_.end() ||
+            ++visits_[key] > maximumVisitsOfFolder) {
+            return;
+        }
+        above_.push_back(key);
+        FolderReader reader(std::move(descriptor));
+        if (reader.isOpen()) {
+            readNames(reader, prefix);
+        }
+        above_.pop_back();
+    }
+
+private:
+    void readNames(FolderReader& reader, const QByteArray& prefix) {
+        while (const auto child = reader.next()) {
+            const bool isNamedEntry = child->nameView().ends_with(ending);
+            const unsigned char type = targetType(reader, *child);
+            if (type == DT_DIR && !isNamedEntry && above_.size() <= maximumEntryDepth) {
+                enter(openFolder(reader.descriptor(), child->name), prefix + child->name + '/');
+            } else if (type != DT_DIR && type != DT_UNKNOWN && isNamedEntry) {
+                add(prefix.isEmpty() ? QByteArray(child->name) : prefix + child->name);
+            }
+        }
+    }
+
+    // What the child is; of a link, what it leads to. DT_UNKNOWN: it leads nowhere.
+    static unsigned char targetType(const FolderReader& reader, const FolderReader::Child& child) {
+        const unsigned char type = reader.typeOf(child);
+        if (type != DT_LNK) {
+            return type;
+        }
+        struct stat status = {};
+        if (::fstatat(reader.descriptor(), child.name, &status, 0) != 0) {
+            return DT_UNKNOWN;
+        }
+        return static_cast<unsigned char>(IFTODT(status.st_mode));
+    }
+
+    void add(const QByteArray& file) {
+        if (found_.size() >= maximumIndexedEntries || !file.isValidUtf8()) {
+            return;
+        }
+        QByteArray id = file;
+        if (above_.size() > 1) {
+            id.replace('/', '-');
+        }
+        found_.push_back({std::move(id), file, folder_});
+    }
+
+    std::size_t folder_;
+    std::vector<IndexedEntry>& found_;
+    std::vector<FolderKey> above_; // the folders being walked, from the root down
+    std::map<FolderKey, int> visits_;
+};
+
+bool comesFirst(const IndexedEntry& left, const IndexedEntry& right) {
+    if (const int order = left.id.compare(right.id); order != 0) {
+        return order < 0;
+    }
+    if (left.folder != right.folder) {
+        return left.folder < right.folder;
+    }
+    const auto depth = [](const IndexedEntry& entry) { return entry.file.count('/'); };
+    return std::pair(depth(left), left.file) < std::pair(depth(right), right.file);
+}
+
+} // namespace
+
+std::vector<IndexedEntry> indexEntries(const QStringList& folders) {
+    std::vector<IndexedEntry> found;
+    for (qsizetype place = 0; place < folders.size(); ++place) {
+        FolderWalk(static_cast<std::size_t>(place), found)
+            .enter(openFolder(AT_FDCWD, folders[place].toUtf8().constData()), {});
+    }
+    std::sort(found.begin(), found.end(), comesFirst);
+    const auto sameId = [](const IndexedEntry& left, const IndexedEntry& right) {
+        return left.id == right.id;
+    };
+    found.erase(std::unique(found.begin(), found.end(), sameId), found.end());
+    return found;
+}
+
+std::optional<QString> desktopIdFor(QStringView path, const QStringList& folders) {
+    if (!path.endsWith(QLatin1String(".desktop"))) {
+        return std::nullopt;
+    }
+    for (const QString& folder : folders) {
+        if (path.startsWith(folder) && path.size() > folder.size() + 1 &&
+            path[folder.size()] == QLatin1Char('/')) {
+            QString id = path.sliced(folder.size() + 1).toString();
+            return id.replace(QLatin1Char('/'), QLatin1Char('-'));
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace amberquill::desktop

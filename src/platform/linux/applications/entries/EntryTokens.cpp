@@ -1,0 +1,269 @@
+#include "platform/linux/applications/entries/EntryTokens.h"
+
+#include "platform/linux/applications/entries/DesktopEntry.h"
+
+#include <cstring>
+#include <limits>
+
+namespace amberquill::desktop {
+namespace {
+
+struct KeyName {
+    QByteArrayView name;
+    EntryKey key;
+    bool isLocalized = false;
+};
+
+constexpr std::array<KeyName, entryKeyCount> keyNames = {{
+    {"Type", EntryKey::type},
+    {"Name", EntryKey::name, true},
+    {"Exec", EntryKey::exec},
+    {"TryExec", EntryKey::tryExec},
+    {"Icon", EntryKey::icon, true},
+    {"Path", EntryKey::path},
+    {"StartupWMClass", EntryKey::startupWmClass},
+    {"OnlyShowIn", EntryKey::onlyShowIn},
+    {"NotShowIn", EntryKey::notShowIn},
+    {"StartupNotify", EntryKey::startupNotify},
+    {"Terminal", EntryKey::terminal},
+    {"DBusActivatable", EntryKey::dbusActivatable},
+    {"NoDisplay", EntryKey::noDisplay},
+    {"Hidden", EntryKey::hidden},
+}};
+
+// Most lines are translations of keys that nobody here asks for: one look at the first letter passes over
+// them.
+constexpr std::array<bool, 256> initialsOf(const std::array<KeyName, entryKeyCount>& names) {
+    std::array<bool, 256> initials = {};
+    for (const KeyName& known : names) {
+        initials[static_cast<unsigned char>(known.name[0])] = true;
+    }
+    return initials;
+}
+constexpr std::array<bool, 256> initials = initialsOf(keyNames);
+
+constexpr bool isBlank(char byte) {
+    return byte == ' ' || (byte >= '\t' && byte <= '\r');
+}
+
+QByteArrayView withoutBlanksBefore(QByteArrayView text) {
+    while (!text.isEmpty() && isBlank(text.front())) {
+        text = text.sliced(1);
+    }
+    return text;
+}
+
+QByteArrayView withoutBlanksAfter(QByteArrayView text) {
+    while (!text.isEmpty() && isBlank(text.back())) {
+        text.chop(1);
+    }
+    return text;
+}
+
+QByteArrayView withoutMark(QByteArrayView bytes) {
+    constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
+    return bytes.startsWith(byteOrderMark) ? bytes.sliced(byteOrderMark.size()) : bytes;
+}
+
+const KeyName* keyNamed(QByteArrayView name) {
+    const auto* const found = std::find_if(keyNames.begin(), keyNames.end(),
+                                           [&](const KeyName& known) { return known.name == name; });
+    return found == keyNames.end() ? nullptr : found;
+}
+
+// What a backslash and this letter stand for, in every kind of value.
+std::optional<char> escaped(char letter) {
+    switch (letter) {
+    case 's':
+        return ' ';
+    case 'n':
+        return '\n';
+    case 't':
+        return '\t';
+    case 'r':
+        return '\r';
+    case '\\':
+        return '\\';
+    default:
+        return std::nullopt;
+    }
+}
+
+QString withoutEscapes(QByteArrayView value) {
+    if (!value.contains('\\')) {
+        return QString::fromUtf8(value);
+    }
+    QByteArray text;
+    text.reserve(value.size());
+    for (qsizetype at = 0; at < value.size(); ++at) {
+        const auto meant = value[at] == '\\' && at + 1 < value.size() ? escaped(value[at + 1]) : std::nullopt;
+        text.append(meant.value_or(value[at]));
+        at += meant ? 1 : 0;
+    }
+    return QString::fromUtf8(text);
+}
+
+// Fills the values in, line by line.
+class Tokenizer {
+public:
+    using Values = std::array<QByteArrayView, entryKeyCount>;
+
+    Tokenizer(const EntryLocale& locale, Values& values)
+        : locale_(locale)
+        , values_(values) {
+        ranks_.fill(std::numeric_limits<std::size_t>::max());
+    }
+
+    // False: not an entry.
+    bool read(QByteArrayView bytes) {
+        if (bytes.size() > maximumEntryBytes) {
+            return false;
+        }
+        bytes = withoutMark(bytes);
+        const char* at = bytes.begin();
+        while (at != bytes.end() && state_ != State::afterGroup) {
+            const auto left = static_cast<std::size_t>(bytes.end() - at);
+            const auto* const newline = static_cast<const char*>(std::memchr(at, '\n', left));
+            const char* const end = newline == nullptr ? bytes.end() : newline;
+            if (end - at > maximumEntryLineBytes || !readLine({at, end})) {
+                return false;
+            }
+            at = newline == nullptr ? end : end + 1;
+        }
+        return state_ != State::beforeGroup;
+    }
+
+private:
+    enum class State { beforeGroup, inGroup, afterGroup };
+
+    bool readLine(QByteArrayView line) {
+        line = withoutBlanksBefore(line);
+        if (line.isEmpty() || line.front() == '#') {
+            return true;
+        }
+        if (line.front() == '[') {
+            if (state_ == State::inGroup) {
+                state_ = State::afterGroup;
+                return true;
+            }
+            state_ = State::inGroup;
+            return withoutBlanksAfter(line) == "[Desktop Entry]";
+        }
+        if (state_ != State::inGroup || ++keys_ > maximumEntryKeys) {
+            return false;
+        }
+        if (initials[static_cast<unsigned char>(line.front())]) {
+            readKey(line);
+        }
+        return true;
+    }
+
+    void readKey(QByteArrayView line) {
+        const qsizetype equals = line.indexOf('=');
+        if (equals < 0) {
+            return;
+        }
+        QByteArrayView name = withoutBlanksAfter(line.first(equals));
+        std::size_t rank = locale_.suffixes.size(); // what the untranslated key gets: the last
+        if (name.endsWith(']')) {
+            const qsizetype bracket = name.indexOf('[');
+            const auto wanted =
+                bracket < 0 ? std::nullopt : locale_.rank(name.sliced(bracket + 1).chopped(1));
+            if (!wanted) {
+                return;
+            }
+            rank = *wanted;
+            name.truncate(bracket);
+        }
+        const KeyName* const known = keyNamed(name);
+        if (known != nullptr && (known->isLocalized || rank == locale_.suffixes.size())) {
+            take(*known, rank, withoutBlanksAfter(withoutBlanksBefore(line.sliced(equals + 1))));
+        }
+    }
+
+    void take(const KeyName& known, std::size_t rank, QByteArrayView value) {
+        const auto index = static_cast<std::size_t>(known.key);
+        // A translation that says nothing is none.
+        const bool isEmptyTranslation = known.isLocalized && value.isEmpty();
+        if (rank <= ranks_[index] && !isEmptyTranslation && value.isValidUtf8() && !value.contains('\0')) {
+            ranks_[index] = rank;
+            values_[index] = value;
+        }
+    }
+
+    const EntryLocale& locale_;
+    Values& values_;
+    std::array<std::size_t, entryKeyCount> ranks_ = {}; // of the values taken so far
+    State state_ = State::beforeGroup;
+    int keys_ = 0;
+};
+
+} // namespace
+
+std::optional<QByteArrayView> EntryTokens::raw(EntryKey key) const {
+    const QByteArrayView value = values_[static_cast<std::size_t>(key)];
+    return value.isNull() ? std::nullopt : std::optional(value);
+}
+
+QString EntryTokens::text(EntryKey key) const {
+    return withoutEscapes(raw(key).value_or(QByteArrayView()));
+}
+
+std::optional<QStringList> EntryTokens::list(EntryKey key) const {
+    const auto value = raw(key);
+    if (!value) {
+        return std::nullopt;
+    }
+    QStringList parts;
+    QByteArray part;
+    const auto finishPart = [&] {
+        if (!part.isEmpty()) {
+            parts.append(QString::fromUtf8(part));
+        }
+        part.clear();
+    };
+    for (qsizetype at = 0; at < value->size(); ++at) {
+        const char byte = (*value)[at];
+        if (byte == ';') {
+            finishPart();
+        } else if (byte == '\\' && at + 1 < value->size()) {
+            const char letter = (*value)[++at];
+            if (const auto meant = letter == ';' ? letter : escaped(letter)) {
+                part.append(*meant);
+            } else {
+                part.append(byte).append(letter);
+            }
+        } else {
+            part.append(byte);
+        }
+    }
+    finishPart();
+    return parts;
+}
+
+std::optional<bool> EntryTokens::boolean(EntryKey key) const {
+    const auto value = raw(key);
+    if (value == QByteArrayView("true") || value == QByteArrayView("1")) {
+        return true;
+    }
+    if (value == QByteArrayView("false") || value == QByteArrayView("0")) {
+        return false;
+    }
+    return std::nullopt;
+}
+
+bool EntryTokens::isValidApplication() const {
+    return raw(EntryKey::type) == QByteArrayView("Application") &&
+           !text(EntryKey::name).trimmed().isEmpty() &&
+           (!raw(EntryKey::exec).value_or(QByteArrayView()).isEmpty() || isTrue(EntryKey::dbusActivatable));
+}
+
+std::optional<EntryTokens> tokenizeEntry(QByteArrayView bytes, const EntryLocale& locale) {
+    EntryTokens tokens;
+    if (!Tokenizer(locale, tokens.values_).read(bytes)) {
+        return std::nullopt;
+    }
+    return tokens;
+}
+
+} // namespace amberquill::desktop

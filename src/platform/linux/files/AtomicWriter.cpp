@@ -1,0 +1,147 @@
+#include "platform/linux/files/AtomicWriter.h"
+
+#include "platform/linux/files/FileDescriptor.h"
+#include "platform/linux/files/FolderReader.h"
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <optional>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace amberquill::desktop {
+namespace {
+
+constexpr mode_t folderMode = 0700;
+constexpr int maximumLinks = 40; // as many as the system itself follows
+constexpr int maximumSetAside = 999;
+
+QByteArray folderOf(const QByteArray& path) {
+    const qsizetype slash = path.lastIndexOf('/');
+    return slash <= 0 ? QByteArray("/") : path.left(slash);
+}
+
+// Where `path` leads when it is a symbolic link, whether or not anything is there; itself when it is none.
+// None: the links do not end.
+std::optional<QByteArray> linkTarget(QByteArray path) {
+    for (int links = 0; links <= maximumLinks; ++links) {
+        std::array<char, PATH_MAX> target = {};
+        const ssize_t size = ::readlink(path.constData(), target.data(), target.size());
+        if (size < 0) {
+            return path; // not a link, or not there
+        }
+        const QByteArray next(target.data(), size);
+        path = next.startsWith('/') ? next : folderOf(path) + '/' + next;
+    }
+    return std::nullopt;
+}
+
+bool isFolder(const QByteArray& path) {
+    struct stat status = {};
+    return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool makeFolders(const QByteArray& path) {
+    if (isFolder(path)) {
+        return true;
+    }
+    if (path.size() <= 1 || !makeFolders(folderOf(path))) {
+        return false;
+    }
+    // Somebody else may make it at the same time: what counts is that it is there.
+    return ::mkdir(path.constData(), folderMode) == 0 || isFolder(path);
+}
+
+bool writeAll(int file, const QByteArray& content) {
+    for (qsizetype written = 0; written < content.size();) {
+        const ssize_t size =
+            ::write(file, content.constData() + written, static_cast<std::size_t>(content.size() - written));
+        if (size < 0 && errno != EINTR) {
+            return false;
+        }
+        written += std::max<ssize_t>(size, 0);
+    }
+    return true;
+}
+
+// The names in a folder are on the disk. Some file systems cannot promise that; the file is in place all the
+// same.
+void flushFolder(const QByteArray& folder) {
+    const FileDescriptor opened = openFolder(AT_FDCWD, folder.constData());
+    if (opened.isOpen()) {
+        static_cast<void>(::fsync(opened.get()));
+    }
+}
+
+// Renames without ever replacing a file: false with EEXIST where the name is taken.
+bool renameWithoutReplacing(const QByteArray& from, const QByteArray& to) {
+    if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0) {
+        return true;
+    }
+    if (errno != EINVAL && errno != ENOSYS) {
+        return false;
+    }
+    // A file system that cannot: a second name takes no other file's place either.
+    return ::link(from.constData(), to.constData()) == 0 && ::unlink(from.constData()) == 0;
+}
+
+} // namespace
+
+bool isUsablePath(const QString& path) {
+    return path.startsWith(QLatin1Char('/')) && !path.contains(QChar::Null);
+}
+
+bool replaceFile(const QByteArray& path, const QByteArray& content) {
+    const auto target = linkTarget(path);
+    if (!target || target->endsWith('/')) {
+        return false;
+    }
+    struct stat old = {};
+    const bool replaces = ::stat(target->constData(), &old) == 0;
+    if (replaces && !S_ISREG(old.st_mode)) {
+        return false;
+    }
+    const QByteArray folder = folderOf(*target);
+    if (!makeFolders(folder)) {
+        return false;
+    }
+    QByteArray temporary = folder + "/.amberquill-XXXXXX";
+    FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    if (!file.isOpen()) {
+        return false;
+    }
+    constexpr mode_t permissions = 07777;
+    const bool complete = writeAll(file.get(), content) &&
+                          (!replaces || ::fchmod(file.get(), old.st_mode & permissions) == 0) &&
+                          ::fsync(file.get()) == 0;
+    file.close();
+    if (!complete || ::rename(temporary.constData(), target->constData()) != 0) {
+        ::unlink(temporary.constData());
+        return false;
+    }
+    flushFolder(folder);
+    return true;
+}
+
+bool renameToFreeName(const QByteArray& path) {
+    const auto target = linkTarget(path);
+    if (!target) {
+        return false;
+    }
+    for (int number = 1; number <= maximumSetAside; ++number) {
+        if (renameWithoutReplacing(*target, *target + ".unreadable-" + QByteArray::number(number))) {
+            flushFolder(folderOf(*target));
+            return true;
+        }
+        if (errno != EEXIST) {
+            return false;
+        }
+    }
+    return false;
+}
+
+} // namespace amberquill::desktop

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+// How PosixFileSystem replaces and renames files. Paths are absolute and UTF-8. Any thread.
+namespace amberquill::desktop {
+
+// Whether a path can be handed to the system: absolute and without a NUL.
+[[nodiscard]] bool isUsablePath(const QString& path);
+
+// FileSystem::writeAtomically. False: nothing has changed, and no temporary file is left.
+[[nodiscard]] bool replaceFile(const QByteArray& path, const QByteArray& content);
+
+// FileSystem::setAside.
+[[nodiscard]] bool renameToFreeName(const QByteArray& path);
+
+} // namespace amberquill::desktop

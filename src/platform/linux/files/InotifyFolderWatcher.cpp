@@ -1,0 +1,217 @@
+#include "platform/linux/files/InotifyFolderWatcher.h"
+
+#include "platform/linux/files/WatchWalk.h"
+
+#include <QLoggingCategory>
+#include <QSocketNotifier>
+#include <array>
+#include <sys/inotify.h>
+
+namespace amberquill::desktop {
+namespace {
+
+Q_LOGGING_CATEGORY(log, "amberquill.watcher", QtCriticalMsg)
+
+// Deadlines are sums of decimals: half a microsecond stands for their rounding.
+constexpr double rounding = 0.5e-6;
+
+timespec systemTime() {
+    timespec time = {};
+    ::clock_gettime(CLOCK_REALTIME, &time);
+    return time;
+}
+
+} // namespace
+
+// One call of `watch`, until the next one. What waits in the queue on its behalf holds it weakly, so nothing
+// of a former call is ever heard of again.
+class InotifyFolderWatcher::Watching : public std::enable_shared_from_this<Watching> {
+public:
+    Watching(MainQueue& queue, const QStringList& folders, std::function<void()> changed)
+        : queue_(queue)
+        , inotify_(std::make_shared<FileDescriptor>(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)))
+        , changed_(std::move(changed))
+        , started_(systemTime()) {
+        for (const QString& folder : folders) {
+            if (folder.startsWith(QLatin1Char('/'))) {
+                roots_.append(folder.toUtf8());
+            }
+        }
+    }
+
+    void start() {
+        if (!inotify_->isOpen()) {
+            qCInfo(log) << "nothing can be watched";
+            return;
+        }
+        notifier_ = std::make_unique<QSocketNotifier>(inotify_->get(), QSocketNotifier::Read);
+        QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
+                         [this] { readEvents(); });
+        walk();
+    }
+
+private:
+    void walk() {
+        walking_ = true;
+        namesMoved_ = false;
+        queue_.compute([inotify = inotify_, roots = roots_,
+                        since = started_] { return watchFolders(*inotify, roots, since); },
+                       [weak = weak_from_this()](WatchedFolders&& found) {
+                           if (const auto self = weak.lock()) {
+                               self->adopt(std::move(found));
+                           }
+                       });
+    }
+
+    void adopt(WatchedFolders&& found) {
+        for (const auto& [watch, folder] : folders_.byWatch) {
+            if (!found.byWatch.contains(watch)) {
+                ::inotify_rm_watch(inotify_->get(), watch);
+            }
+        }
+        const bool first = std::exchange(isFirstWalk_, false);
+        const bool rootsMoved = found.roots != folders_.roots;
+        folders_ = std::move(found);
+        walking_ = false;
+        qCDebug(log) << folders_.byWatch.size() << "folders are watched";
+        if (first) {
+            if (folders_.modifiedMeanwhile) {
+                filesChanged_ = true;
+                noteChange();
+            }
+        } else if (rootsMoved || filesChanged_) {
+            report();
+        }
+        if (std::exchange(isQuietAfterWalk_, false)) {
+            settle();
+        }
+    }
+
+    void readEvents() {
+        constexpr std::size_t bufferSize = std::size_t{64} * 1024;
+        constexpr int atOnce = 16; // the rest is read when the main thread comes by again
+        alignas(inotify_event) std::array<char, bufferSize> buffer; // NOLINT: filled by read
+        for (int round = 0; round < atOnce; ++round) {
+            const ssize_t size = ::read(inotify_->get(), buffer.data(), buffer.size());
+            if (size <= 0) {
+                return;
+            }
+            for (const char* at = buffer.data(); at < buffer.data() + size;) {
+                const auto* const event = reinterpret_cast<const inotify_event*>(at);
+                judge(*event);
+                at += sizeof(inotify_event) + event->len;
+            }
+        }
+    }
+
+    void judge(const inotify_event& event) {
+        if ((event.mask & IN_Q_OVERFLOW) != 0) {
+            // What was lost may have been anything.
+            namesMoved_ = true;
+            filesChanged_ = true;
+            noteChange();
+            return;
+        }
+        const auto known = folders_.byWatch.find(event.wd);
+        if (known == folders_.byWatch.end()) {
+            // A watch that a walk under way has just added. Or one that is gone: its farewell says nothing.
+            if ((event.mask & IN_IGNORED) == 0 && walking_) {
+                namesMoved_ = true;
+                filesChanged_ = true;
+                noteChange();
+            }
+            return;
+        }
+        const bool isGone = (event.mask & (IN_IGNORED | IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT)) != 0;
+        const bool isFolder = (event.mask & IN_ISDIR) != 0;
+        const bool isAwaited = event.len > 0 && known->second.awaited.contains(&event.name[0]);
+        const bool counts = known->second.belowRoot;
+        if (!counts && !isGone && !isAwaited) {
+            return;
+        }
+        namesMoved_ = namesMoved_ || isGone || isFolder || isAwaited;
+        filesChanged_ = filesChanged_ || counts;
+        if ((event.mask & IN_IGNORED) != 0) {
+            folders_.byWatch.erase(known);
+        }
+        noteChange();
+    }
+
+    void noteChange() {
+        lastChange_ = queue_.now();
+        if (!waits_) {
+            firstChange_ = lastChange_;
+            waitFor(quietSeconds);
+        }
+    }
+
+    // One delayed work at a time, however many changes come: it looks again when it wakes too early.
+    void waitFor(double seconds) {
+        waits_ = true;
+        queue_.postAfter(seconds, [weak = weak_from_this()] {
+            if (const auto self = weak.lock()) {
+                self->wake();
+            }
+        });
+    }
+
+    void wake() {
+        const double due = std::min(lastChange_ + quietSeconds, firstChange_ + patienceSeconds);
+        const double left = due - queue_.now();
+        if (left > rounding) {
+            waitFor(left);
+            return;
+        }
+        waits_ = false;
+        settle();
+    }
+
+    // The changes are over. Where folders came or went the watches are put right first: what happens in a
+    // new folder before it is watched is then seen by whoever looks after `changed`.
+    void settle() {
+        if (walking_) {
+            isQuietAfterWalk_ = true;
+        } else if (namesMoved_) {
+            walk();
+        } else if (filesChanged_) {
+            report();
+        }
+    }
+
+    // The callers hold this object: `changed` may watch something else and so let go of it.
+    void report() {
+        // A folder that came during the last walk is not watched yet: what is in it has to be told of again.
+        filesChanged_ = namesMoved_;
+        const auto changed = changed_;
+        changed();
+    }
+
+    MainQueue& queue_;
+    std::shared_ptr<FileDescriptor> inotify_; // shared with a walk under way
+    QByteArrayList roots_;
+    std::function<void()> changed_;
+    timespec started_;
+    std::unique_ptr<QSocketNotifier> notifier_; // goes before the descriptor it listens to
+
+    WatchedFolders folders_;
+    bool isFirstWalk_ = true;
+    bool walking_ = false;
+    bool isQuietAfterWalk_ = false; // it became quiet while a walk was under way
+    bool namesMoved_ = false;       // folders came or went: the watches are no longer right
+    bool filesChanged_ = false;     // something at or below a root changed
+    bool waits_ = false;
+    double firstChange_ = 0; // of those waited for
+    double lastChange_ = 0;
+};
+
+InotifyFolderWatcher::InotifyFolderWatcher(MainQueue& queue)
+    : queue_(queue) {}
+
+InotifyFolderWatcher::~InotifyFolderWatcher() = default;
+
+void InotifyFolderWatcher::watch(const QStringList& folders, std::function<void()> changed) {
+    watching_ = std::make_shared<Watching>(queue_, folders, std::move(changed));
+    watching_->start();
+}
+
+} // namespace amberquill::desktop

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/FolderWatcher.h"
+#include "platform/MainQueue.h"
+
+namespace amberquill::desktop {
+
+// Folders watched by inotify, with their sub-folders to a depth of five. New sub-folders are watched as they
+// come, and missing folders as soon as they do. The folders are walked away from the main thread; while
+// nothing changes, nothing runs.
+//
+// `changed` is called once it has been quiet for `quietSeconds`, and in the midst of changes that do not end
+// every `patienceSeconds`.
+class InotifyFolderWatcher final : public FolderWatcher {
+public:
+    static constexpr double quietSeconds = 0.4;
+    static constexpr double patienceSeconds = 5.0;
+
+    // Needs the application object's event loop. `queue` outlives the watcher.
+    explicit InotifyFolderWatcher(MainQueue& queue);
+    ~InotifyFolderWatcher() override;
+
+    void watch(const QStringList& folders, std::function<void()> changed) override;
+
+private:
+    class Watching;
+
+    MainQueue& queue_;
+    std::shared_ptr<Watching> watching_;
+};
+
+} // namespace amberquill::desktop

@@ -1,0 +1,118 @@
+#include "platform/linux/files/PosixFileSystem.h"
+
+#include "platform/linux/files/AtomicWriter.h"
+#include "platform/linux/files/FolderReader.h"
+#include "platform/linux/files/RegularFile.h"
+
+#include <QSet>
+#include <climits>
+#include <cstdlib>
+#include <fcntl.h>
+#include <memory>
+
+namespace amberquill::desktop {
+namespace {
+
+constexpr qsizetype hiddenListLimit = qsizetype{64} * 1024;
+
+// The names that the folder's own list hides.
+QSet<QByteArray> namesInHiddenList(int folder) {
+    QByteArray buffer;
+    const auto list = readRegularFile(folder, ".hidden", hiddenListLimit, buffer);
+    if (!list) {
+        return {};
+    }
+    const QList<QByteArray> lines = list->toByteArray().split('\n');
+    return {lines.begin(), lines.end()};
+}
+
+struct Listed {
+    QByteArray name;
+    bool isDirectory;
+};
+
+} // namespace
+
+std::optional<std::vector<FolderEntry>> PosixFileSystem::listFolder(const QString& path) const {
+    if (!isUsablePath(path)) {
+        return std::nullopt;
+    }
+    FolderReader folder(openFolder(AT_FDCWD, path.toUtf8().constData()));
+    if (!folder.isOpen()) {
+        return std::nullopt;
+    }
+    std::vector<Listed> listed;
+    bool hasHiddenList = false;
+    while (const auto child = folder.next()) {
+        if (child->name[0] == '.') {
+            hasHiddenList = hasHiddenList || child->nameView() == ".hidden";
+            continue;
+        }
+        const QByteArray name(child->name);
+        if (name.isValidUtf8()) {
+            listed.push_back({name, folder.typeOf(*child) == DT_DIR});
+        }
+    }
+    if (folder.failed()) {
+        return std::nullopt;
+    }
+    if (hasHiddenList) {
+        const QSet<QByteArray> hidden = namesInHiddenList(folder.descriptor());
+        std::erase_if(listed, [&](const Listed& entry) { return hidden.contains(entry.name); });
+    }
+    std::sort(listed.begin(), listed.end(),
+              [](const Listed& left, const Listed& right) { return left.name < right.name; });
+    std::vector<FolderEntry> entries;
+    entries.reserve(listed.size());
+    for (const Listed& entry : listed) {
+        entries.push_back({QString::fromUtf8(entry.name), entry.isDirectory});
+    }
+    return entries;
+}
+
+QString PosixFileSystem::resolvingSymbolicLinks(const QString& path) const {
+    if (!isUsablePath(path)) {
+        return path;
+    }
+    struct Free {
+        void operator()(char* text) const {
+            std::free(text); // NOLINT(cppcoreguidelines-no-malloc): realpath's own contract
+        }
+    };
+    const std::unique_ptr<char, Free> resolved(::realpath(path.toUtf8().constData(), nullptr));
+    if (!resolved || !QByteArrayView(resolved.get()).isValidUtf8()) {
+        return path;
+    }
+    return QString::fromUtf8(resolved.get());
+}
+
+QString PosixFileSystem::displayName(const QString& path) const {
+    QStringView name(path);
+    while (name.size() > 1 && name.endsWith(QLatin1Char('/'))) {
+        name.chop(1);
+    }
+    return name.size() > 1 ? name.mid(name.lastIndexOf(QLatin1Char('/')) + 1).toString() : name.toString();
+}
+
+std::optional<QByteArray> PosixFileSystem::readFile(const QString& path, qint64 limit) const {
+    if (!isUsablePath(path)) {
+        return std::nullopt;
+    }
+    QByteArray buffer;
+    const auto content = readRegularFile(AT_FDCWD, path.toUtf8().constData(), limit, buffer);
+    if (!content) {
+        return std::nullopt;
+    }
+    buffer.truncate(content->size());
+    return buffer;
+}
+
+bool PosixFileSystem::writeAtomically(const QString& path, const QByteArray& content) {
+    return isUsablePath(path) && replaceFile(path.toUtf8(), content);
+}
+
+bool PosixFileSystem::setAside(const QString& path) {
+    return isUsablePath(path) && renameToFreeName(path.toUtf8());
+}
+
+} // namespace amberquill::desktop

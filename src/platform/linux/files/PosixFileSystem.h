@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+
+namespace amberquill::desktop {
+
+// Files by the system's own calls. Paths are UTF-8 on the disk, whatever the locale says; a name that is not
+// cannot be written as text, so nothing here ever answers it.
+//
+// A folder is listed in byte order of its names. Hidden is a name with a leading dot, and one that stands on
+// a line of its own in the folder's `.hidden` file.
+class PosixFileSystem final : public FileSystem {
+public:
+    [[nodiscard]] std::optional<std::vector<FolderEntry>> listFolder(const QString& path) const override;
+    [[nodiscard]] QString resolvingSymbolicLinks(const QString& path) const override;
+    [[nodiscard]] QString displayName(const QString& path) const override;
+    [[nodiscard]] std::optional<QByteArray> readFile(const QString& path, qint64 limit) const override;
+
+    // New files can be read by the user alone (0600), new folders be entered by the user alone (0700); a file
+    // that is replaced keeps its mode.
+    bool writeAtomically(const QString& path, const QByteArray& content) override;
+
+    // `layout.json` becomes `layout.json.unreadable-1`, or the next number that is free. Of a symbolic link,
+    // what it points to is renamed.
+    bool setAside(const QString& path) override;
+};
+
+} // namespace amberquill::desktop

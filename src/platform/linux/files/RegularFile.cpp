@@ -1,0 +1,53 @@
+#include "platform/linux/files/RegularFile.h"
+
+#include "platform/linux/files/FileDescriptor.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace amberquill::desktop {
+namespace {
+
+// One read, again when a signal interrupts it.
+qsizetype readSome(int file, char* to, qsizetype size) {
+    while (true) {
+        const ssize_t got = ::read(file, to, static_cast<std::size_t>(size));
+        if (got >= 0 || errno != EINTR) {
+            return got;
+        }
+    }
+}
+
+} // namespace
+
+std::optional<QByteArrayView> readRegularFile(int folder, const char* path, qsizetype limit,
+                                              QByteArray& buffer) {
+    const FileDescriptor file(::openat(folder, path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat status = {};
+    if (!file.isOpen() || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
+        status.st_size > limit) {
+        return std::nullopt;
+    }
+    const auto expected = static_cast<qsizetype>(status.st_size);
+    constexpr qsizetype step = 4096; // for files that do not know their size, or grow while they are read
+    qsizetype size = 0;
+    while (true) {
+        if (buffer.size() <= size || buffer.size() <= expected) {
+            buffer.resize(std::max(size, expected) + step);
+        }
+        const qsizetype room = buffer.size() - size;
+        const qsizetype got = readSome(file.get(), buffer.data() + size, room);
+        if (got < 0 || size + got > limit) {
+            return std::nullopt;
+        }
+        size += got;
+        // A short read of what was promised is the end; anything else is asked once more.
+        if (got == 0 || (size == expected && got < room)) {
+            return QByteArrayView(buffer.constData(), size);
+        }
+    }
+}
+
+} // namespace amberquill::desktop
