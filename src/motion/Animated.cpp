@@ -1,0 +1,57 @@
+#include "motion/Animated.h"
+
+#include "motion/Retarget.h"
+
+namespace amberquill {
+
+void Animated::setTarget(double target) {
+    if (hasTarget_ && target == trajectory_.target()) {
+        return;
+    }
+    const bool wasMoving = trajectory_.isMoving();
+    const double before = trajectory_.value();
+    retarget(trajectory_, target, hasTarget_ ? animationToFollow(isFade_) : std::nullopt);
+    hasTarget_ = true;
+    Q_EMIT targetChanged();
+    if (trajectory_.value() != before) {
+        Q_EMIT valueChanged();
+    }
+    if (trajectory_.isMoving()) {
+        Timeline::shared().add(*this);
+    }
+    if (trajectory_.isMoving() != wasMoving) {
+        Q_EMIT isMovingChanged();
+    }
+}
+
+void Animated::setPrecision(double precision) {
+    if (precision != precision_) {
+        precision_ = precision;
+        Q_EMIT precisionChanged();
+    }
+}
+
+void Animated::setIsFade(bool isFade) {
+    if (isFade != isFade_) {
+        isFade_ = isFade;
+        Q_EMIT isFadeChanged();
+    }
+}
+
+bool Animated::advance(double now) {
+    if (!isMoving()) {
+        return false; // a jump has ended it since the last frame
+    }
+    const double before = trajectory_.value();
+    trajectory_.advance(now, precision_);
+    const bool moving = trajectory_.isMoving();
+    if (trajectory_.value() != before) {
+        Q_EMIT valueChanged();
+    }
+    if (!moving) {
+        Q_EMIT isMovingChanged();
+    }
+    return trajectory_.isMoving();
+}
+
+} // namespace amberquill

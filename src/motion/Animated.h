@@ -1,0 +1,52 @@
+#pragma once
+
+#include "motion/Timeline.h"
+#include "motion/Trajectory.h"
+
+#include <QObject>
+
+namespace amberquill {
+
+// A number that follows its target: at once when the target changes outside `withAnimation`, on that
+// animation when it changes inside. Views bind what they draw to `value`. The first target is where it
+// starts.
+class Animated : public QObject, private Moving {
+    Q_OBJECT
+    Q_PROPERTY(double target READ target WRITE setTarget NOTIFY targetChanged FINAL)
+    Q_PROPERTY(double value READ value NOTIFY valueChanged FINAL)
+    // How close to its target a spring may end, in the value's unit: half a device pixel for positions.
+    Q_PROPERTY(double precision READ precision WRITE setPrecision NOTIFY precisionChanged FINAL)
+    // An opacity: where less motion is wanted it still fades, shortly, while everything else jumps.
+    Q_PROPERTY(bool isFade READ isFade WRITE setIsFade NOTIFY isFadeChanged FINAL)
+    Q_PROPERTY(bool isMoving READ isMoving NOTIFY isMovingChanged FINAL)
+
+public:
+    explicit Animated(QObject* parent = nullptr)
+        : QObject(parent) {}
+
+    [[nodiscard]] double target() const { return trajectory_.target(); }
+    void setTarget(double target);
+    [[nodiscard]] double value() const { return trajectory_.value(); }
+    [[nodiscard]] double precision() const { return precision_; }
+    void setPrecision(double precision);
+    [[nodiscard]] bool isFade() const { return isFade_; }
+    void setIsFade(bool isFade);
+    [[nodiscard]] bool isMoving() const { return trajectory_.isMoving(); }
+
+Q_SIGNALS:
+    void targetChanged();
+    void valueChanged();
+    void precisionChanged();
+    void isFadeChanged();
+    void isMovingChanged();
+
+private:
+    bool advance(double now) override;
+
+    Trajectory trajectory_;
+    double precision_ = 0.002;
+    bool isFade_ = false;
+    bool hasTarget_ = false;
+};
+
+} // namespace amberquill
