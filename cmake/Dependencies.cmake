@@ -9,6 +9,7 @@ pkg_check_modules(WAYLAND_CLIENT REQUIRED IMPORTED_TARGET wayland-client)
 
 if(AMBERQUILL_TESTS)
     find_package(GTest REQUIRED)
+    find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
     # The desktop-entry reader is ours; the tests hold its answers against GIO's.
     pkg_check_modules(GIO_UNIX REQUIRED IMPORTED_TARGET gio-unix-2.0)
 endif()

@@ -1,0 +1,213 @@
+#include "model/LauncherModel.h"
+
+#include "localization/L.h"
+#include "model/LauncherController.h"
+#include "motion/Animations.h"
+#include "motion/WithAnimation.h"
+#include "platform/MainQueue.h"
+#include "platform/Preferences.h"
+
+#include <algorithm>
+
+namespace amberquill {
+
+namespace {
+
+constexpr int defaultColumns = 7;
+constexpr int defaultRows = 5;
+
+// Stored grids are taken as they are, but a page has a cell, and no more of them than fit an integer.
+constexpr int largestGridSide = 1000;
+
+int gridSide(const Preferences& preferences, const QString& key, int otherwise) {
+    return std::clamp(preferences.integer(key).value_or(otherwise), 1, largestGridSide);
+}
+
+BackgroundTheme storedBackground(const Preferences& preferences) {
+    const auto text = preferences.string(QStringLiteral("backgroundTheme"));
+    return text ? backgroundTheme(*text).value_or(BackgroundTheme::Blue) : BackgroundTheme::Blue;
+}
+
+} // namespace
+
+LauncherModel::LauncherModel(Services services, QObject* parent)
+    : QObject(parent)
+    , services_(std::move(services))
+    , store_(services_.queue, services_.files, services_.applicationSupport)
+    , items_(store_.load())
+    , columns_(gridSide(services_.preferences, QStringLiteral("gridColumns"), defaultColumns))
+    , rows_(gridSide(services_.preferences, QStringLiteral("gridRows"), defaultRows))
+    , background_(storedBackground(services_.preferences))
+    , language_(L::language()) {}
+
+LauncherModel::~LauncherModel() = default;
+
+void LauncherModel::setSize(const QSizeF& size) {
+    if (size != size_) {
+        size_ = size;
+        Q_EMIT sizeChanged();
+    }
+}
+
+void LauncherModel::setPresented(bool presented) {
+    if (presented != presented_) {
+        presented_ = presented;
+        Q_EMIT presentedChanged();
+    }
+}
+
+void LauncherModel::focusSearch() {
+    ++focusSearchToken_;
+    Q_EMIT focusSearchTokenChanged();
+}
+
+int LauncherModel::pageCount(const LaunchItems& items) const {
+    return amberquill::pageCount(items.size(), columns_ * rows_);
+}
+
+std::vector<VisibleEntry> LauncherModel::visibleEntries() const {
+    return amberquill::visibleEntries(displayedItems(), metrics(), page_, scrollOffset_);
+}
+
+void LauncherModel::clampPage() {
+    setPage(std::clamp(page_, 0, displayedPageCount() - 1));
+}
+
+void LauncherModel::goToPage(int page) {
+    setPage(std::clamp(page, 0, displayedPageCount() - 1));
+    setScrollOffset(0);
+}
+
+void LauncherModel::turnToPage(int page) {
+    withAnimation(motion::page, [this, page] { goToPage(page); });
+}
+
+void LauncherModel::handleScroll(const ScrollEvent& event) {
+    if (openFolderID_ || size_.width() <= 0) {
+        return;
+    }
+    if (!event.precise) {
+        const int target = pageTurns_.wheel(event.delta, page_, services_.queue.now());
+        if (target != page_) {
+            turnToPage(target);
+        }
+        return;
+    }
+    if (event.momentum) {
+        return;
+    }
+    switch (event.phase) {
+    case ScrollEvent::Phase::Began:
+    case ScrollEvent::Phase::MayBegin:
+        pageTurns_.begin();
+        break;
+    case ScrollEvent::Phase::Changed:
+        setScrollOffset(pageTurns_.move(event.delta, page_, displayedPageCount()));
+        break;
+    case ScrollEvent::Phase::Ended:
+    case ScrollEvent::Phase::Cancelled:
+        turnToPage(pageTurns_.end(page_));
+        break;
+    case ScrollEvent::Phase::None:
+        break;
+    }
+}
+
+QString LauncherModel::name(const LaunchItem& item) const {
+    return item.isFolder() ? item.asFolder()->name : appName(*item.asApp());
+}
+
+QString LauncherModel::appName(const QString& path) const {
+    if (const auto app = apps_.constFind(path); app != apps_.constEnd()) {
+        return app->name;
+    }
+    if (!hasScanned_) {
+        if (const auto name = services_.rememberedNames.constFind(path);
+            name != services_.rememberedNames.constEnd()) {
+            return *name;
+        }
+    }
+    return nameFromPath(path);
+}
+
+const Folder* LauncherModel::folder(const QUuid& id) const {
+    for (const LaunchItem& item : items_) {
+        if (const Folder* folder = item.asFolder(); folder != nullptr && folder->id == id) {
+            return folder;
+        }
+    }
+    return nullptr;
+}
+
+void LauncherModel::openFolder(const QUuid& id) {
+    withAnimation(motion::openFolder, [this, id] { setOpenFolderID(id); });
+}
+
+void LauncherModel::closeFolder() {
+    if (!openFolderID_) {
+        return;
+    }
+    if (const auto controller = controller_.lock()) {
+        controller->endEditing();
+    }
+    withAnimation(motion::closeFolder, [this] { setOpenFolderID(std::nullopt); });
+    save();
+    focusSearch();
+}
+
+void LauncherModel::save() {
+    store_.save(items_);
+}
+
+void LauncherModel::setItems(LaunchItems items) {
+    const int before = displayedPageCount();
+    items_ = std::move(items);
+    Q_EMIT itemsChanged();
+    if (displayedPageCount() != before) {
+        Q_EMIT pageCountChanged();
+    }
+}
+
+void LauncherModel::setPage(int page) {
+    if (page != page_) {
+        page_ = page;
+        Q_EMIT pageChanged();
+    }
+}
+
+void LauncherModel::setScrollOffset(double offset) {
+    if (offset != scrollOffset_) {
+        scrollOffset_ = offset;
+        Q_EMIT scrollOffsetChanged();
+    }
+}
+
+void LauncherModel::setSearchText(const QString& text) {
+    if (text != searchText_) {
+        searchText_ = text;
+        Q_EMIT searchTextChanged();
+    }
+}
+
+void LauncherModel::setOpenFolderID(const std::optional<QUuid>& id) {
+    if (id != openFolderID_) {
+        openFolderID_ = id;
+        Q_EMIT openFolderIDChanged();
+    }
+}
+
+void LauncherModel::setPressedID(const QString& id) {
+    if (id != pressedID_) {
+        pressedID_ = id;
+        Q_EMIT pressedIDChanged();
+    }
+}
+
+const NameOrder& LauncherModel::nameOrder() {
+    if (!nameOrder_) {
+        nameOrder_.emplace();
+    }
+    return *nameOrder_;
+}
+
+} // namespace amberquill

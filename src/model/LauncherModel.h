@@ -1,0 +1,193 @@
+#pragma once
+
+#include "data/BackgroundTheme.h"
+#include "data/GridMetrics.h"
+#include "data/LaunchItem.h"
+#include "data/NameOrder.h"
+#include "localization/AppLanguage.h"
+#include "model/HitTest.h"
+#include "model/LayoutStore.h"
+#include "model/PageTurns.h"
+#include "model/PointerGesture.h"
+#include "model/VisibleEntries.h"
+
+#include <QHash>
+#include <QObject>
+#include <QSizeF>
+#include <QString>
+#include <QUuid>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace amberquill {
+
+class FileSystem;
+class LauncherController;
+class MainQueue;
+class Preferences;
+
+// The launcher's state and everything that is done to it. Views and controllers read and change the launcher
+// through this object alone; every change of a property is told at once, inside the animation it carries.
+// Main thread only.
+class LauncherModel final : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(int page READ page NOTIFY pageChanged FINAL)
+    Q_PROPERTY(int pageCount READ displayedPageCount NOTIFY pageCountChanged FINAL)
+    Q_PROPERTY(double scrollOffset READ scrollOffset NOTIFY scrollOffsetChanged FINAL)
+    Q_PROPERTY(QString searchText READ searchText NOTIFY searchTextChanged FINAL)
+    Q_PROPERTY(bool folderIsOpen READ folderIsOpen NOTIFY openFolderIDChanged FINAL)
+    Q_PROPERTY(QString pressedID READ pressedID NOTIFY pressedIDChanged FINAL)
+    Q_PROPERTY(bool presented READ presented NOTIFY presentedChanged FINAL)
+    Q_PROPERTY(int focusSearchToken READ focusSearchToken NOTIFY focusSearchTokenChanged FINAL)
+    Q_PROPERTY(QSizeF size READ size WRITE setSize NOTIFY sizeChanged FINAL)
+    Q_PROPERTY(amberquill::BackgroundTheme background READ background NOTIFY backgroundChanged FINAL)
+
+public:
+    // What the model works with; all of it outlives the model.
+    struct Services {
+        MainQueue& queue;
+        FileSystem& files;
+        Preferences& preferences;
+        QString applicationSupport;                 // the folder of the layout's own folder
+        std::function<std::vector<AppInfo>()> scan; // run away from the main thread
+        QHash<QString, QString> rememberedNames;    // by path: shown until the first scan is in
+    };
+
+    explicit LauncherModel(Services services, QObject* parent = nullptr);
+    ~LauncherModel() override;
+
+    LauncherModel(const LauncherModel&) = delete;
+    LauncherModel& operator=(const LauncherModel&) = delete;
+
+    // Called back for what only the window can do; held weakly.
+    void setController(std::weak_ptr<LauncherController> controller) { controller_ = std::move(controller); }
+
+    [[nodiscard]] const LaunchItems& items() const { return items_; }
+    [[nodiscard]] const QHash<QString, AppInfo>& apps() const { return apps_; }
+    [[nodiscard]] int page() const { return page_; }
+    [[nodiscard]] double scrollOffset() const { return scrollOffset_; }
+    [[nodiscard]] QString searchText() const { return searchText_; }
+    [[nodiscard]] std::optional<QUuid> openFolderID() const { return openFolderID_; }
+    [[nodiscard]] bool folderIsOpen() const { return openFolderID_ && folder(*openFolderID_) != nullptr; }
+    [[nodiscard]] QString pressedID() const { return pressedID_; }
+    [[nodiscard]] bool presented() const { return presented_; }
+    [[nodiscard]] int focusSearchToken() const { return focusSearchToken_; }
+    [[nodiscard]] QSizeF size() const { return size_; }
+    [[nodiscard]] int columns() const { return columns_; }
+    [[nodiscard]] int rows() const { return rows_; }
+    [[nodiscard]] BackgroundTheme background() const { return background_; }
+    [[nodiscard]] AppLanguage language() const { return language_; }
+
+    // The content's size in points, as the view reports it.
+    void setSize(const QSizeF& size);
+    void setPresented(bool presented);
+    // Asks the view to put the keyboard focus into the search field.
+    void focusSearch();
+
+    // --- Pages
+
+    [[nodiscard]] GridMetrics metrics() const { return {size_, columns_, rows_}; }
+    [[nodiscard]] const LaunchItems& displayedItems() const { return items_; }
+    [[nodiscard]] int pageCount(const LaunchItems& items) const;
+    [[nodiscard]] int displayedPageCount() const { return pageCount(displayedItems()); }
+    [[nodiscard]] std::vector<VisibleEntry> visibleEntries() const;
+    void clampPage();
+    // Shows the page nearest to `page`, without an animation of its own.
+    void goToPage(int page);
+    // The same on the page spring: what a dot, a key or the wheel does.
+    Q_INVOKABLE void turnToPage(int page);
+    void handleScroll(const ScrollEvent& event);
+
+    // A folder's name; an application's as scanned, or what its path tells.
+    [[nodiscard]] QString name(const LaunchItem& item) const;
+    [[nodiscard]] QString appName(const QString& path) const;
+
+    // --- Showing and scanning
+
+    // Just before the launcher comes on screen: clears what the last showing left, and scans.
+    void willShow();
+    // Scans in the background, unless a scan is under way.
+    void refreshApps();
+    [[nodiscard]] bool isScanning() const { return scanning_; }
+    void applyScan(const std::vector<AppInfo>& installed);
+
+    // --- Pointer
+
+    [[nodiscard]] Hit hitTest(const QPointF& point) const;
+    void pointerChanged(const PointerGesture& gesture);
+    void pointerEnded(const PointerGesture& gesture);
+    // The gesture was taken away: it ends without an effect.
+    void pointerCancelled();
+
+    // --- Folders
+
+    // The folder of this id; null when there is none.
+    [[nodiscard]] const Folder* folder(const QUuid& id) const;
+    void openFolder(const QUuid& id);
+    void closeFolder();
+
+    // --- The private layout file
+
+    void save();
+    // Returns when what was saved is on the disk.
+    void flushSaves() { store_.flush(); }
+
+Q_SIGNALS:
+    void itemsChanged();
+    void pageChanged();
+    void pageCountChanged();
+    void scrollOffsetChanged();
+    void searchTextChanged();
+    void openFolderIDChanged();
+    void pressedIDChanged();
+    void presentedChanged();
+    void focusSearchTokenChanged();
+    void sizeChanged();
+    void gridChanged();
+    void backgroundChanged();
+    // Names may read differently now: the first scan after a start, or a renamed application.
+    void namesChanged();
+    // A scan is in and has been applied.
+    void scanned(const std::vector<amberquill::AppInfo>& installed);
+
+private:
+    void setItems(LaunchItems items);
+    void setPage(int page);
+    void setScrollOffset(double offset);
+    void setSearchText(const QString& text);
+    void setOpenFolderID(const std::optional<QUuid>& id);
+    void setPressedID(const QString& id);
+    void handleTap(const Hit& hit);
+    void hideThenOpen(const std::optional<QString>& path);
+    const NameOrder& nameOrder();
+
+    Services services_;
+    LayoutStore store_;
+    std::weak_ptr<LauncherController> controller_;
+    std::optional<NameOrder> nameOrder_; // made when first needed: it costs milliseconds
+
+    LaunchItems items_;
+    QHash<QString, AppInfo> apps_;
+    int page_ = 0;
+    double scrollOffset_ = 0;
+    QString searchText_;
+    std::optional<QUuid> openFolderID_;
+    QString pressedID_;
+    bool presented_ = false;
+    int focusSearchToken_ = 0;
+    QSizeF size_;
+    int columns_;
+    int rows_;
+    BackgroundTheme background_;
+    AppLanguage language_;
+
+    bool scanning_ = false;
+    bool hasScanned_ = false;
+    PageTurns pageTurns_;
+    std::optional<QPointF> pointerStart_;
+    std::optional<Hit> pointerHit_;
+};
+
+} // namespace amberquill

@@ -1,0 +1,76 @@
+#include "model/LauncherController.h"
+#include "model/LauncherModel.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace amberquill {
+
+Hit LauncherModel::hitTest(const QPointF& point) const {
+    const Folder* open = openFolderID_ ? folder(*openFolderID_) : nullptr;
+    return amberquill::hitTest(point, {displayedItems(), metrics(), page_, scrollOffset_}, open);
+}
+
+void LauncherModel::pointerChanged(const PointerGesture& gesture) {
+    if (!pointerStart_) {
+        pointerStart_ = gesture.startLocation;
+        pointerHit_ = hitTest(gesture.startLocation);
+        if (const auto* item = std::get_if<Hit::GridItem>(&pointerHit_->what)) {
+            setPressedID(item->id);
+        } else if (const auto* app = std::get_if<Hit::FolderItem>(&pointerHit_->what)) {
+            setPressedID(appItemId(app->path));
+        }
+    }
+    if (gesture.travel() > tapTravel) {
+        setPressedID({});
+    }
+}
+
+void LauncherModel::pointerEnded(const PointerGesture& gesture) {
+    const std::optional<Hit> hit = std::exchange(pointerHit_, std::nullopt);
+    pointerStart_.reset();
+    if (hit && gesture.travel() <= tapTravel) {
+        handleTap(*hit);
+    }
+    setPressedID({});
+}
+
+void LauncherModel::pointerCancelled() {
+    pointerStart_.reset();
+    pointerHit_.reset();
+    setPressedID({});
+}
+
+void LauncherModel::handleTap(const Hit& hit) {
+    if (const auto* tile = std::get_if<Hit::GridItem>(&hit.what)) {
+        const LaunchItems& items = displayedItems();
+        const auto item = std::find_if(items.begin(), items.end(),
+                                       [tile](const LaunchItem& each) { return each.id() == tile->id; });
+        if (item == items.end()) {
+            return;
+        }
+        if (const Folder* tapped = item->asFolder()) {
+            openFolder(tapped->id);
+        } else {
+            hideThenOpen(*item->asApp());
+        }
+    } else if (const auto* app = std::get_if<Hit::FolderItem>(&hit.what)) {
+        hideThenOpen(app->path);
+    } else if (std::holds_alternative<Hit::FolderPanel>(hit.what)) {
+        if (const auto controller = controller_.lock()) {
+            controller->endEditing();
+        }
+    } else if (std::holds_alternative<Hit::OutsideFolder>(hit.what)) {
+        closeFolder();
+    } else {
+        hideThenOpen(std::nullopt);
+    }
+}
+
+void LauncherModel::hideThenOpen(const std::optional<QString>& path) {
+    if (const auto controller = controller_.lock()) {
+        controller->hide(path);
+    }
+}
+
+} // namespace amberquill

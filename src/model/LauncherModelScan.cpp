@@ -1,0 +1,53 @@
+#include "data/LayoutReconciler.h"
+#include "model/LauncherModel.h"
+#include "platform/MainQueue.h"
+
+#include <QPointer>
+
+namespace amberquill {
+
+void LauncherModel::willShow() {
+    pointerCancelled();
+    setOpenFolderID(std::nullopt);
+    setSearchText({});
+    setScrollOffset(0);
+    clampPage();
+    refreshApps();
+}
+
+void LauncherModel::refreshApps() {
+    if (scanning_) {
+        return;
+    }
+    scanning_ = true;
+    services_.queue.compute(services_.scan, [self = QPointer(this)](const std::vector<AppInfo>& installed) {
+        if (self != nullptr) {
+            self->scanning_ = false;
+            self->applyScan(installed);
+        }
+    });
+}
+
+void LauncherModel::applyScan(const std::vector<AppInfo>& installed) {
+    QHash<QString, AppInfo> apps;
+    apps.reserve(static_cast<qsizetype>(installed.size()));
+    for (const AppInfo& app : installed) {
+        apps.insert(app.path, app);
+    }
+    const bool sameNames = hasScanned_ && apps == apps_;
+    apps_ = std::move(apps);
+    hasScanned_ = true;
+    services_.rememberedNames.clear();
+    if (!sameNames) {
+        Q_EMIT namesChanged();
+    }
+    LaunchItems reconciled = LayoutReconciler::reconcile(items_, installed, std::nullopt, nameOrder());
+    if (reconciled != items_) {
+        setItems(std::move(reconciled));
+        save();
+    }
+    clampPage();
+    Q_EMIT scanned(installed);
+}
+
+} // namespace amberquill
