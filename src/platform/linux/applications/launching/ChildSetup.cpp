@@ -1,0 +1,138 @@
+#include "platform/linux/applications/launching/ChildSetup.h"
+
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <limits>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace amberquill::desktop {
+
+namespace {
+
+constexpr int outcomeDescriptor = 3;
+constexpr int holdDescriptor = 4;
+constexpr unsigned int firstUnwanted = 5;
+
+void resetSignals() {
+    struct sigaction standard {};
+    standard.sa_handler = SIG_DFL; // NOLINT(cppcoreguidelines-pro-type-union-access)
+    for (int signal = 1; signal < NSIG; ++signal) {
+        sigaction(signal, &standard, nullptr); // refused for the two that cannot be handled anyway
+    }
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+void replaceByNothing(int stream, int mode) {
+    const int nothing = open("/dev/null", mode);
+    if (nothing >= 0 && nothing != stream) {
+        dup2(nothing, stream);
+        close(nothing);
+    }
+}
+
+// A stream that does not block refuses output that its reader is too slow for. A pipe has a reader that waits
+// for our end, which would now never come, or that stops with us, which would kill the application. One that
+// closes on exec is no standard stream: something of ours has slipped into the place of a missing one.
+bool canBeShared(int stream) {
+    struct stat about {};
+    const int mode = fcntl(stream, F_GETFL);
+    const int flags = fcntl(stream, F_GETFD);
+    return mode >= 0 && (mode & O_NONBLOCK) == 0 && flags >= 0 && (flags & FD_CLOEXEC) == 0 &&
+           fstat(stream, &about) == 0 && !S_ISFIFO(about.st_mode);
+}
+
+void prepareStreams() {
+    replaceByNothing(STDIN_FILENO, O_RDONLY);
+    for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
+        if (!canBeShared(stream)) {
+            replaceByNothing(stream, O_WRONLY);
+        }
+    }
+}
+
+void closeOthers(const ChildSetup& setup) {
+    dup3(setup.outcome, outcomeDescriptor, O_CLOEXEC);
+    dup3(setup.hold, holdDescriptor, O_CLOEXEC);
+    if (close_range(firstUnwanted, std::numeric_limits<unsigned int>::max(), 0) != 0) {
+        closeOneByOne(firstUnwanted, setup.descriptorLimit);
+    }
+}
+
+void restoreLimits(const ChildSetup& setup) {
+    for (std::size_t i = 0; i < setup.limits->resources.size(); ++i) {
+        if (const auto& limit = setup.limits->resources[i]) {
+            setrlimit(static_cast<__rlimit_resource_t>(i), &*limit);
+        }
+    }
+    if (setup.restoreOutOfMemoryScore) {
+        const int file = open("/proc/self/oom_score_adj", O_WRONLY | O_CLOEXEC);
+        if (file >= 0) {
+            const QByteArray& score = setup.limits->outOfMemoryScore;
+            [[maybe_unused]] const auto written =
+                write(file, score.constData(), static_cast<std::size_t>(score.size()));
+            close(file);
+        }
+    }
+}
+
+void enterWorkingDirectory(const ChildSetup& setup) {
+    for (const char* const* folder = setup.workingDirectories; *folder != nullptr; ++folder) {
+        if (chdir(*folder) == 0) {
+            return;
+        }
+    }
+    [[maybe_unused]] const int entered = chdir("/");
+}
+
+void writeProcessId(char* place) {
+    unsigned int rest = static_cast<unsigned int>(getpid());
+    char digits[processIdRoom] = {};
+    std::size_t count = 0;
+    do {
+        digits[count++] = static_cast<char>('0' + rest % 10);
+        rest /= 10;
+    } while (rest != 0 && count < processIdRoom - 1);
+    while (count > 0) {
+        *place++ = digits[--count];
+    }
+    *place = '\0';
+}
+
+void waitForTheWord() {
+    char byte = 0;
+    while (read(holdDescriptor, &byte, 1) < 0 && errno == EINTR) {
+    }
+}
+
+} // namespace
+
+void closeOneByOne(unsigned int first, unsigned int limit) {
+    for (unsigned int descriptor = first; descriptor < limit; ++descriptor) {
+        close(static_cast<int>(descriptor));
+    }
+}
+
+void runChild(const ChildSetup& setup) {
+    resetSignals();
+    setsid();
+    // At once: another process of ours that starts at this moment must not wait for an end of file that our
+    // copy of its descriptors withholds.
+    closeOthers(setup);
+    prepareStreams();
+    restoreLimits(setup);
+    enterWorkingDirectory(setup);
+    if (setup.processIdPlace != nullptr) {
+        writeProcessId(setup.processIdPlace);
+    }
+    waitForTheWord();
+    execve(setup.program, setup.arguments, setup.environment);
+    const int error = errno;
+    [[maybe_unused]] const auto written = write(outcomeDescriptor, &error, sizeof error);
+    _exit(127);
+}
+
+} // namespace amberquill::desktop

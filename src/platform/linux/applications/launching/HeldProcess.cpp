@@ -1,0 +1,138 @@
+#include "platform/linux/applications/launching/HeldProcess.h"
+
+#include "platform/linux/applications/launching/ChildSetup.h"
+
+#include <algorithm>
+#include <csignal>
+#include <fcntl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace amberquill::desktop {
+
+namespace {
+
+// Below it the child arranges its own descriptors.
+constexpr int lowestDescriptor = 10;
+// Closing one by one must end even where a million descriptors are allowed.
+constexpr rlim_t mostDescriptors = 65536;
+
+struct Pipe {
+    FileDescriptor reading;
+    FileDescriptor writing;
+};
+
+FileDescriptor raised(FileDescriptor descriptor) {
+    return FileDescriptor(fcntl(descriptor.get(), F_DUPFD_CLOEXEC, lowestDescriptor));
+}
+
+std::optional<Pipe> makePipe() {
+    int ends[2] = {-1, -1};
+    if (pipe2(ends, O_CLOEXEC) != 0) {
+        return std::nullopt;
+    }
+    Pipe made{raised(FileDescriptor(ends[0])), raised(FileDescriptor(ends[1]))};
+    if (!made.reading.isOpen() || !made.writing.isOpen()) {
+        return std::nullopt;
+    }
+    return made;
+}
+
+// The texts as execve wants them. They point into `texts`, which outlives the answer.
+std::vector<char*> pointers(std::vector<QByteArray>& texts) {
+    std::vector<char*> result;
+    result.reserve(texts.size() + 1);
+    for (QByteArray& text : texts) {
+        result.push_back(text.data());
+    }
+    result.push_back(nullptr);
+    return result;
+}
+
+// While it lives no signal is handled on this thread, so that none of our handlers runs in the child.
+class SignalsBlocked {
+public:
+    SignalsBlocked() {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &before_);
+    }
+    SignalsBlocked(const SignalsBlocked&) = delete;
+    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+private:
+    sigset_t before_{};
+};
+
+pid_t forkInto(const ChildSetup& setup) {
+    const SignalsBlocked blocked;
+    const pid_t id = fork();
+    if (id == 0) {
+        runChild(setup);
+    }
+    return id;
+}
+
+unsigned int descriptorLimit() {
+    rlimit limit{};
+    const bool known = getrlimit(RLIMIT_NOFILE, &limit) == 0;
+    return static_cast<unsigned int>(known ? std::min(limit.rlim_cur, mostDescriptors) : mostDescriptors);
+}
+
+} // namespace
+
+// Not through glibc's <sys/pidfd.h>, which C++ cannot link with before 2.37.
+FileDescriptor processDescriptor(pid_t process) {
+    return FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
+}
+
+std::optional<HeldProcess> startHeld(const ProcessRequest& request) {
+    std::optional<Pipe> hold = makePipe();
+    std::optional<Pipe> outcome = makePipe();
+    if (!hold || !outcome) {
+        return std::nullopt;
+    }
+
+    std::vector<QByteArray> argumentTexts = request.arguments;
+    std::vector<QByteArray> environmentTexts = request.environment;
+    char* processIdPlace = nullptr;
+    if (!request.processIdVariable.isEmpty()) {
+        const QByteArray name = request.processIdVariable + '=';
+        environmentTexts.push_back(name + QByteArray(processIdRoom, '\0'));
+        processIdPlace = environmentTexts.back().data() + name.size();
+    }
+    const std::vector<char*> arguments = pointers(argumentTexts);
+    const std::vector<char*> environment = pointers(environmentTexts);
+    std::vector<const char*> folders;
+    for (const QByteArray& folder : request.workingDirectories) {
+        folders.push_back(folder.constData());
+    }
+    folders.push_back(nullptr);
+    const QByteArray& score = request.limits.outOfMemoryScore;
+
+    const ChildSetup setup{
+        .program = request.program.constData(),
+        .arguments = arguments.data(),
+        .environment = environment.data(),
+        .processIdPlace = processIdPlace,
+        .workingDirectories = folders.data(),
+        .limits = &request.limits,
+        .restoreOutOfMemoryScore = !score.isEmpty() && StartLimits::capture().outOfMemoryScore != score,
+        .hold = hold->reading.get(),
+        .outcome = outcome->writing.get(),
+        .descriptorLimit = descriptorLimit(),
+    };
+    const pid_t id = forkInto(setup);
+    if (id < 0) {
+        return std::nullopt;
+    }
+    return HeldProcess{
+        .id = id,
+        .process = processDescriptor(id),
+        .hold = std::move(hold->writing),
+        .outcome = std::move(outcome->reading),
+    };
+}
+
+} // namespace amberquill::desktop

@@ -1,0 +1,108 @@
+#include "platform/linux/applications/launching/LaunchPlan.h"
+
+#include "platform/linux/applications/bundles/BundlePropertyList.h"
+#include "platform/linux/applications/entries/EntryIndex.h"
+#include "platform/linux/applications/launching/ExecLine.h"
+#include "platform/linux/applications/launching/ProgramPath.h"
+#include "platform/linux/applications/launching/Terminal.h"
+#include "platform/linux/files/BaseFolders.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <unistd.h>
+
+namespace amberquill::desktop {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+const QString entryEnding = u".desktop"_s;
+const QString bundleEnding = u".app"_s;
+
+bool canBeEntered(const QString& folder) {
+    return folder.startsWith(u'/') && !folder.contains(QChar::Null) && QFileInfo(folder).isDir() &&
+           access(QFile::encodeName(folder).constData(), X_OK) == 0;
+}
+
+std::optional<Command> entryCommand(const DesktopEntry& entry, const QString& path,
+                                    const LaunchContext& context) {
+    std::optional<QStringList> arguments = execArguments(entry.exec, {entry.icon, entry.name, path});
+    if (!arguments) {
+        return std::nullopt;
+    }
+    const QString workingDirectory = canBeEntered(entry.path) ? entry.path : context.home;
+    const ProgramLookup find = [&](const QString& name) {
+        return findProgram(name, context.entries.programFolders, workingDirectory);
+    };
+    const std::optional<QString> program = find(arguments->front());
+    if (!program) {
+        return std::nullopt;
+    }
+    if (!entry.terminal) {
+        return Command{*program, *arguments, workingDirectory};
+    }
+    const std::optional<QStringList> terminal = terminalCommand(find, context.terminal);
+    if (!terminal) {
+        return std::nullopt;
+    }
+    return Command{terminal->front(), *terminal + *arguments, workingDirectory};
+}
+
+std::optional<LaunchPlan> planEntry(const QString& path, const LaunchContext& context) {
+    const std::optional<DesktopEntry> entry = readDesktopEntry(path, context.entries.locale);
+    if (!entry || entry->hidden) {
+        return std::nullopt;
+    }
+    LaunchPlan plan;
+    plan.applicationId = applicationIdFor(path, context.entries.dataFolders);
+    plan.name = entry->name;
+    plan.icon = entry->icon;
+    plan.windowClass = entry->startupWmClass;
+    plan.entryPath = path;
+    plan.tellsWhenReady = entry->startupNotify.value_or(false);
+    plan.bus = entry->dbusActivatable ? busAddress(plan.applicationId) : std::nullopt;
+    plan.command = entryCommand(*entry, path, context);
+    return plan.bus || plan.command ? std::optional(std::move(plan)) : std::nullopt;
+}
+
+std::optional<LaunchPlan> planBundle(const QString& path, const LaunchContext& context) {
+    const std::optional<BundlePropertyList> list = readBundlePropertyList(path);
+    if (!list || list->executable.isEmpty()) {
+        return std::nullopt;
+    }
+    const QString folder = list->gnustep ? list->folder : pathBelow(list->folder, u"Contents/MacOS");
+    const QString program = pathBelow(folder, list->executable);
+    if (!isExecutableFile(program)) {
+        return std::nullopt;
+    }
+    LaunchPlan plan;
+    plan.name = QFileInfo(list->folder).fileName().chopped(bundleEnding.size());
+    plan.applicationId = list->identifier.isEmpty() ? plan.name : list->identifier;
+    plan.command = Command{program, {program}, context.home};
+    return plan;
+}
+
+} // namespace
+
+LaunchContext launchContextFrom(const Environment& environment) {
+    return {entrySettingsFromEnvironment(environment),
+            QFile::decodeName(environment("TERMINAL").value_or(QByteArray())), homeFolder(environment)};
+}
+
+QString applicationIdFor(const QString& path, const DataFolders& folders) {
+    const QString fileName = path.sliced(path.lastIndexOf(u'/') + 1);
+    return desktopIdFor(path, folders.below(u"applications")).value_or(fileName).chopped(entryEnding.size());
+}
+
+std::optional<LaunchPlan> planLaunch(const QString& path, const LaunchContext& context) {
+    if (path.endsWith(entryEnding)) {
+        return planEntry(path, context);
+    }
+    if (path.endsWith(bundleEnding)) {
+        return planBundle(path, context);
+    }
+    return std::nullopt;
+}
+
+} // namespace amberquill::desktop

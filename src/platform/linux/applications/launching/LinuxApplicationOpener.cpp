@@ -1,0 +1,105 @@
+#include "platform/linux/applications/launching/LinuxApplicationOpener.h"
+
+#include "platform/MainQueue.h"
+
+#include <QFile>
+#include <QLoggingCategory>
+#include <utility>
+
+namespace amberquill::desktop {
+
+namespace {
+
+Q_LOGGING_CATEGORY(log, "amberquill.launching", QtCriticalMsg)
+
+ProcessRequest processRequest(const Command& command, const LaunchPlan& plan, const QString& token,
+                              const StartState& start, const QString& home) {
+    ProcessRequest request;
+    request.program = QFile::encodeName(command.program);
+    for (const QString& argument : command.arguments) {
+        request.arguments.push_back(argument.toUtf8());
+    }
+    request.environment = start.environment.forChild({
+        .token = token.toUtf8(),
+        .entryPath = QFile::encodeName(plan.entryPath),
+        .workingDirectory = QFile::encodeName(command.workingDirectory),
+    });
+    if (!plan.entryPath.isEmpty()) {
+        request.processIdVariable = "GIO_LAUNCHED_DESKTOP_FILE_PID";
+    }
+    request.workingDirectories = {QFile::encodeName(command.workingDirectory), QFile::encodeName(home)};
+    request.limits = start.limits;
+    return request;
+}
+
+StartupNotice startupNotice(const LaunchPlan& plan, const QString& token) {
+    return {
+        .id = token,
+        .name = plan.name,
+        .icon = plan.icon,
+        .program = plan.command ? plan.command->program : QString(),
+        .windowClass = plan.windowClass,
+        .entryPath = plan.entryPath,
+    };
+}
+
+} // namespace
+
+LinuxApplicationOpener::LinuxApplicationOpener(StartState start, QDBusConnection sessionBus,
+                                               StartupNotifications& notifications, MainQueue& queue)
+    : start_(std::move(start))
+    , context_(launchContextFrom(start_.environment.lookup()))
+    , activation_(sessionBus)
+    , launcher_(std::move(sessionBus), queue)
+    , notifications_(notifications)
+    , queue_(queue) {}
+
+void LinuxApplicationOpener::open(const QString& path, const QString& token, Done done) {
+    queue_.compute([path, context = context_] { return planLaunch(path, context); },
+                   [this, life = std::weak_ptr(life_), path, token,
+                    done = std::move(done)](const std::optional<LaunchPlan>& plan) {
+                       if (life.expired()) {
+                           return;
+                       }
+                       if (!plan) {
+                           qCDebug(log) << "cannot be opened:" << path;
+                           done(false);
+                           return;
+                       }
+                       carryOut(*plan, token, done);
+                   });
+}
+
+void LinuxApplicationOpener::carryOut(const LaunchPlan& plan, const QString& token, Done done) {
+    if (plan.tellsWhenReady && !token.isEmpty()) {
+        notifications_.begin(startupNotice(plan, token));
+        done = [this, token, done = std::move(done)](bool started) {
+            if (!started) {
+                notifications_.cancel(token);
+            }
+            done(started);
+        };
+    }
+    if (!plan.bus) {
+        run(plan, token, std::move(done));
+        return;
+    }
+    activation_.activate(*plan.bus, token, [this, plan, token, done](BusActivationResult result) {
+        if (result == BusActivationResult::Unavailable) {
+            run(plan, token, done);
+        } else {
+            done(result == BusActivationResult::Started);
+        }
+    });
+}
+
+void LinuxApplicationOpener::run(const LaunchPlan& plan, const QString& token, Done done) {
+    if (!plan.command) {
+        done(false);
+        return;
+    }
+    launcher_.launch(processRequest(*plan.command, plan, token, start_, context_.home), plan.applicationId,
+                     plan.name, std::move(done));
+}
+
+} // namespace amberquill::desktop

@@ -1,0 +1,54 @@
+#include "platform/linux/applications/launching/ProcessLauncher.h"
+
+#include <QSocketNotifier>
+#include <cerrno>
+#include <memory>
+#include <unistd.h>
+#include <utility>
+
+namespace amberquill::desktop {
+
+namespace {
+
+// Whether the end that came is that of a program that runs: a failure says its error number first.
+bool succeeded(int outcome) {
+    int error = 0;
+    while (true) {
+        const ssize_t count = read(outcome, &error, sizeof error);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        return count == 0;
+    }
+}
+
+} // namespace
+
+ProcessLauncher::ProcessLauncher(QDBusConnection sessionBus, MainQueue& queue)
+    : scope_(std::move(sessionBus), queue)
+    , reaper_(queue) {}
+
+void ProcessLauncher::launch(const ProcessRequest& request, const QString& id, const QString& description,
+                             std::function<void(bool running)> done) {
+    std::optional<HeldProcess> held = startHeld(request);
+    if (!held) {
+        done(false);
+        return;
+    }
+    reaper_.watch(held->id, std::move(held->process));
+    awaitOutcome(std::move(held->outcome), std::move(done));
+    const auto hold = std::make_shared<FileDescriptor>(std::move(held->hold));
+    scope_.place(held->id, id, description, [hold] { hold->close(); });
+}
+
+void ProcessLauncher::awaitOutcome(FileDescriptor outcome, std::function<void(bool running)> done) {
+    auto* const notifier = new QSocketNotifier(outcome.get(), QSocketNotifier::Read, this);
+    const auto open = std::make_shared<FileDescriptor>(std::move(outcome));
+    connect(notifier, &QSocketNotifier::activated, this, [notifier, open, done = std::move(done)] {
+        notifier->setEnabled(false); // before the descriptor it watches closes with it
+        notifier->deleteLater();
+        done(succeeded(open->get()));
+    });
+}
+
+} // namespace amberquill::desktop

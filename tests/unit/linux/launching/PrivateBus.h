@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QUuid>
+#include <gtest/gtest.h>
+
+namespace amberquill {
+
+// A message bus of the test's own, empty but for what the test puts on it.
+class PrivateBus {
+public:
+    PrivateBus() {
+        write(folder_.filePath(QStringLiteral("bus.conf")),
+              "<busconfig><type>session</type><listen>unix:dir=" + QFile::encodeName(folder_.path()) +
+                  "</listen><servicedir>" + QFile::encodeName(folder_.path()) +
+                  "</servicedir><policy context='default'><allow send_destination='*' eavesdrop='true'/>"
+                  "<allow eavesdrop='true'/><allow own='*'/></policy></busconfig>");
+        daemon_.start(QStringLiteral("dbus-daemon"),
+                      {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
+                       QStringLiteral("--config-file=") + folder_.filePath(QStringLiteral("bus.conf"))});
+        EXPECT_TRUE(daemon_.waitForReadyRead(10'000));
+        address_ = QString::fromUtf8(daemon_.readLine()).trimmed();
+    }
+    PrivateBus(const PrivateBus&) = delete;
+    PrivateBus& operator=(const PrivateBus&) = delete;
+    ~PrivateBus() {
+        for (const QString& name : names_) {
+            QDBusConnection::disconnectFromBus(name);
+        }
+        daemon_.kill();
+        daemon_.waitForFinished();
+    }
+
+    // A connection of its own each time.
+    QDBusConnection connect() {
+        names_ += QUuid::createUuid().toString();
+        QDBusConnection connection = QDBusConnection::connectToBus(address_, names_.back());
+        EXPECT_TRUE(connection.isConnected());
+        return connection;
+    }
+
+    // From now on the bus starts `command` when `name` is wanted and nobody has it.
+    void makeActivatable(const QByteArray& name, const QByteArray& command) {
+        write(folder_.filePath(QString::fromLatin1(name) + QStringLiteral(".service")),
+              "[D-BUS Service]\nName=" + name + "\nExec=" + command + "\n");
+        QDBusConnection connection = connect();
+        connection.call(QDBusMessage::createMethodCall(
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("ReloadConfig")));
+    }
+
+private:
+    static void write(const QString& path, const QByteArray& content) {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        EXPECT_EQ(file.write(content), content.size());
+    }
+
+    QTemporaryDir folder_;
+    QProcess daemon_;
+    QString address_;
+    QStringList names_;
+};
+
+// A connection to no bus.
+inline QDBusConnection noBus() {
+    return QDBusConnection(QStringLiteral("no bus at all"));
+}
+
+} // namespace amberquill

@@ -1,0 +1,48 @@
+// A launcher that the tests can lose: it opens the application at its second argument and then ends in the
+// way its first one says.
+#include "platform/EventLoopQueue.h"
+#include "platform/linux/applications/launching/LinuxApplicationOpener.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <csignal>
+#include <unistd.h>
+
+using namespace amberquill;
+using namespace amberquill::desktop;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Ends once the application runs.
+int quitAfterOpening(const StartState& start, const QString& path) {
+    EventLoopQueue queue;
+    NullStartupNotifications notifications;
+    LinuxApplicationOpener opener(start, QDBusConnection(u"none"_s), notifications, queue);
+    opener.open(path, {}, [](bool started) { QCoreApplication::exit(started ? 0 : 1); });
+    return QCoreApplication::exec();
+}
+
+// Is killed before it gives the word.
+int dieWhileHolding(const StartState& start, const QString& program, const QString& report) {
+    ProcessRequest request;
+    request.program = QFile::encodeName(program);
+    request.arguments = {"reporter", QFile::encodeName(report), "--stay"};
+    request.environment = start.environment.forChild({});
+    request.limits = start.limits;
+    const auto held = startHeld(request);
+    kill(getpid(), SIGKILL);
+    return 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const StartState start = StartState::capture();
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == u"quit") {
+        return quitAfterOpening(start, arguments.value(2));
+    }
+    return dieWhileHolding(start, arguments.value(2), arguments.value(3));
+}
