@@ -15,11 +15,20 @@ namespace amberquill {
 // that cannot be made ends the test.
 class TemporaryTree {
 public:
+    TemporaryTree() = default;
+    TemporaryTree(const TemporaryTree&) = delete;
+    TemporaryTree& operator=(const TemporaryTree&) = delete;
+    // Names that are no text go too, which Qt's own clean-up leaves.
+    ~TemporaryTree() {
+        std::error_code ignored;
+        std::filesystem::remove_all(at(), ignored);
+    }
+
     [[nodiscard]] QString path(const char* relative = "") const {
         return QString::fromStdString(at(relative).string());
     }
 
-    [[nodiscard]] std::filesystem::path at(const std::filesystem::path& relative) const {
+    [[nodiscard]] std::filesystem::path at(const std::filesystem::path& relative = {}) const {
         const std::filesystem::path root(folder_.path().toStdString());
         return relative.empty() ? root : root / relative;
     }

@@ -1,0 +1,153 @@
+#include "platform/linux/files/JsonPreferences.h"
+
+#include "platform/linux/files/PosixFileSystem.h"
+#include "support/MemoryFileSystem.h"
+#include "support/TemporaryTree.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <gtest/gtest.h>
+
+using namespace amberquill;
+using namespace amberquill::desktop;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString path = u"/config/preferences.json"_s;
+const QString asidePath = u"/config/preferences.json.unreadable-1"_s;
+
+class JsonPreferencesTest : public testing::Test {
+protected:
+    JsonPreferences preferencesOf(const QByteArray& content) {
+        files_.addFile(path, content);
+        return {files_, path};
+    }
+
+    [[nodiscard]] QJsonObject written() const {
+        return QJsonDocument::fromJson(files_.file(path).value_or(QByteArray())).object();
+    }
+
+    MemoryFileSystem files_;
+};
+
+} // namespace
+
+TEST_F(JsonPreferencesTest, EachTypeIsReadAsItself) {
+    const JsonPreferences preferences =
+        preferencesOf(R"({"i": 42, "n": -7, "b": true, "f": false, "s": "text"})");
+    EXPECT_EQ(preferences.integer(u"i"_s), 42);
+    EXPECT_EQ(preferences.integer(u"n"_s), -7);
+    EXPECT_EQ(preferences.boolean(u"b"_s), true);
+    EXPECT_EQ(preferences.boolean(u"f"_s), false);
+    EXPECT_EQ(preferences.string(u"s"_s), u"text"_s);
+}
+
+TEST_F(JsonPreferencesTest, AnotherTypeThanAskedForReadsAsAbsent) {
+    const JsonPreferences preferences =
+        preferencesOf(R"({"i": 1, "b": true, "s": "1", "null": null, "list": [1], "object": {"i": 1}})");
+    for (const QString& key : {u"b"_s, u"s"_s, u"null"_s, u"list"_s, u"object"_s, u"missing"_s}) {
+        EXPECT_EQ(preferences.integer(key), std::nullopt) << key.toStdString();
+    }
+    for (const QString& key : {u"i"_s, u"s"_s, u"null"_s, u"list"_s, u"object"_s, u"missing"_s}) {
+        EXPECT_EQ(preferences.boolean(key), std::nullopt) << key.toStdString();
+    }
+    for (const QString& key : {u"i"_s, u"b"_s, u"null"_s, u"list"_s, u"object"_s, u"missing"_s}) {
+        EXPECT_EQ(preferences.string(key), std::nullopt) << key.toStdString();
+    }
+}
+
+TEST_F(JsonPreferencesTest, OnlyWholeNumbersInRangeAreIntegers) {
+    const JsonPreferences preferences = preferencesOf(
+        R"({"half": 1.5, "whole": 3.0, "max": 2147483647, "over": 2147483648, "min": -2147483648,
+            "under": -2147483649, "huge": 1e300, "long": 9223372036854775807, "tiny": 1e-300})");
+    EXPECT_EQ(preferences.integer(u"whole"_s), 3);
+    EXPECT_EQ(preferences.integer(u"max"_s), 2147483647);
+    EXPECT_EQ(preferences.integer(u"min"_s), -2147483647 - 1);
+    for (const QString& key : {u"half"_s, u"over"_s, u"under"_s, u"huge"_s, u"long"_s, u"tiny"_s}) {
+        EXPECT_EQ(preferences.integer(key), std::nullopt) << key.toStdString();
+    }
+}
+
+TEST_F(JsonPreferencesTest, AValueThatIsSetIsReadBackAndWrittenAtOnce) {
+    JsonPreferences preferences(files_, path);
+    preferences.setInteger(u"i"_s, 5);
+    EXPECT_EQ(files_.writes(), 1);
+    preferences.setBoolean(u"b"_s, false);
+    preferences.setString(u"s"_s, u"größer"_s);
+    EXPECT_EQ(files_.writes(), 3);
+    EXPECT_EQ(preferences.integer(u"i"_s), 5);
+
+    const JsonPreferences later(files_, path);
+    EXPECT_EQ(later.integer(u"i"_s), 5);
+    EXPECT_EQ(later.boolean(u"b"_s), false);
+    EXPECT_EQ(later.string(u"s"_s), u"größer"_s);
+}
+
+TEST_F(JsonPreferencesTest, AValueOfAnotherTypeIsReplaced) {
+    JsonPreferences preferences = preferencesOf(R"({"key": "text"})");
+    preferences.setInteger(u"key"_s, 1);
+    EXPECT_EQ(preferences.integer(u"key"_s), 1);
+    EXPECT_EQ(preferences.string(u"key"_s), std::nullopt);
+}
+
+TEST_F(JsonPreferencesTest, UnknownKeysAreKept) {
+    JsonPreferences preferences =
+        preferencesOf(R"({"later": {"deep": [1, 2.5, "x", null]}, "long": 9007199254740993, "known": 1})");
+    preferences.setInteger(u"known"_s, 2);
+    const QJsonObject object = written();
+    EXPECT_EQ(object.value(u"known"_s).toInt(), 2);
+    EXPECT_EQ(object.value(u"long"_s).toInteger(), 9007199254740993);
+    EXPECT_EQ(object.value(u"later"_s).toObject().value(u"deep"_s).toArray(),
+              (QJsonArray{1, 2.5, u"x"_s, QJsonValue::Null}));
+    EXPECT_EQ(files_.file(asidePath), std::nullopt);
+}
+
+TEST_F(JsonPreferencesTest, WithoutAFileThereAreDefaultsAndNothingIsSetAside) {
+    JsonPreferences preferences(files_, path);
+    EXPECT_EQ(preferences.integer(u"i"_s), std::nullopt);
+    EXPECT_EQ(files_.writes(), 0);
+    preferences.setInteger(u"i"_s, 1);
+    EXPECT_EQ(files_.paths(), QStringList{path});
+}
+
+TEST_F(JsonPreferencesTest, AFileThatCannotBeReadMeansDefaultsAndIsSetAsideBeforeTheFirstWrite) {
+    const QByteArray oversize = R"({"i": 1, "pad": ")" + QByteArray(qsizetype{1024} * 1024, 'x') + R"("})";
+    const QByteArray deep = QByteArray(2000, '[') + QByteArray(2000, ']');
+    for (const QByteArray& broken :
+         {QByteArray(), "{\"i\": 1"_ba, "[1]"_ba, "\"text\""_ba, "17"_ba, "not JSON"_ba, "{\"i\": 1} {}"_ba,
+          "{\"i\": 1, \"s\": \"\xFF\"}"_ba, deep, oversize}) {
+        MemoryFileSystem files;
+        files.addFile(path, broken);
+        JsonPreferences preferences(files, path);
+        EXPECT_EQ(preferences.integer(u"i"_s), std::nullopt) << broken.left(30).toStdString();
+        EXPECT_EQ(files.file(path), broken); // untouched until something is to be kept
+        preferences.setInteger(u"other"_s, 2);
+        preferences.setInteger(u"other"_s, 3);
+        EXPECT_EQ(files.file(asidePath), broken) << broken.left(30).toStdString();
+        EXPECT_EQ(JsonPreferences(files, path).integer(u"other"_s), 3);
+        EXPECT_EQ(files.paths().size(), 2);
+    }
+}
+
+TEST_F(JsonPreferencesTest, WhatCannotBeWrittenHoldsInMemoryAndIsWrittenWithTheNext) {
+    JsonPreferences preferences(files_, path);
+    files_.refuseWrites(true);
+    preferences.setInteger(u"first"_s, 1);
+    EXPECT_EQ(preferences.integer(u"first"_s), 1);
+    EXPECT_EQ(files_.paths(), QStringList());
+    files_.refuseWrites(false);
+    preferences.setBoolean(u"second"_s, true);
+    EXPECT_EQ(written(), (QJsonObject{{u"first"_s, 1}, {u"second"_s, true}}));
+}
+
+TEST_F(JsonPreferencesTest, OnTheDiskTheFolderIsMadeAndTheBrokenFileStaysBeside) {
+    const TemporaryTree tree;
+    PosixFileSystem files;
+    JsonPreferences(files, tree.path("Amberquill/preferences.json")).setString(u"s"_s, u"x"_s);
+    EXPECT_EQ(QJsonDocument::fromJson(tree.read("Amberquill/preferences.json")).object(),
+              (QJsonObject{{u"s"_s, u"x"_s}}));
+    tree.write("Amberquill/preferences.json", "{");
+    JsonPreferences(files, tree.path("Amberquill/preferences.json")).setInteger(u"i"_s, 1);
+    EXPECT_EQ(tree.read("Amberquill/preferences.json.unreadable-1"), "{");
+}
