@@ -138,14 +138,6 @@ TEST_F(LaunchPlanTest, AnIdThatIsNoBusNameLeavesTheCommand) {
     EXPECT_FALSE(planOf(u"DBusActivatable=true\n"_s));
 }
 
-TEST_F(LaunchPlanTest, AnIdIsThePathBelowTheApplicationFolder) {
-    const DataFolders folders{{u"/a/applications/share"_s, u"/usr/share"_s}};
-    EXPECT_EQ(applicationIdFor(u"/usr/share/applications/kde/calc.desktop"_s, folders), u"kde-calc"_s);
-    EXPECT_EQ(applicationIdFor(u"/a/applications/share/applications/applications/x.desktop"_s, folders),
-              u"applications-x"_s);
-    EXPECT_EQ(applicationIdFor(u"/home/u/Desktop/calc.desktop"_s, folders), u"calc"_s);
-}
-
 TEST_F(LaunchPlanTest, ABundleRunsItsExecutable) {
     files_.writePropertyList(u"Calc.app/Contents/Info.plist"_s,
                              "<key>CFBundleExecutable</key><string>Calc Tool</string>"

@@ -1,7 +1,7 @@
 #include "platform/linux/applications/launching/LaunchPlan.h"
 
 #include "platform/linux/applications/bundles/BundlePropertyList.h"
-#include "platform/linux/applications/entries/EntryIndex.h"
+#include "platform/linux/applications/launching/ApplicationId.h"
 #include "platform/linux/applications/launching/ExecLine.h"
 #include "platform/linux/applications/launching/ProgramPath.h"
 #include "platform/linux/applications/launching/Terminal.h"
@@ -17,7 +17,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-const QString entryEnding = u".desktop"_s;
 const QString bundleEnding = u".app"_s;
 
 bool canBeEntered(const QString& folder) {
@@ -90,13 +89,8 @@ LaunchContext launchContextFrom(const Environment& environment) {
             QFile::decodeName(environment("TERMINAL").value_or(QByteArray())), homeFolder(environment)};
 }
 
-QString applicationIdFor(const QString& path, const DataFolders& folders) {
-    const QString fileName = path.sliced(path.lastIndexOf(u'/') + 1);
-    return desktopIdFor(path, folders.below(u"applications")).value_or(fileName).chopped(entryEnding.size());
-}
-
 std::optional<LaunchPlan> planLaunch(const QString& path, const LaunchContext& context) {
-    if (path.endsWith(entryEnding)) {
+    if (path.endsWith(desktopFileEnding)) {
         return planEntry(path, context);
     }
     if (path.endsWith(bundleEnding)) {

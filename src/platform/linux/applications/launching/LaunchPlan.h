@@ -40,10 +40,6 @@ struct LaunchContext {
 
 [[nodiscard]] LaunchContext launchContextFrom(const Environment& environment);
 
-// The id of the desktop file at `path`, without its ending. One that is in no application folder has its name
-// for an id.
-[[nodiscard]] QString applicationIdFor(const QString& path, const DataFolders& folders);
-
 // Reads the application at `path`, a desktop file or a bundle, and works out how to open it. None: it cannot
 // be opened. Reads the disk; any thread.
 [[nodiscard]] std::optional<LaunchPlan> planLaunch(const QString& path, const LaunchContext& context);

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/linux/applications/launching/StartupNotifications.h"
+
+#include <QByteArray>
+#include <array>
+#include <xcb/xcb.h>
+
+namespace amberquill::desktop {
+
+// Broadcasts the starts of applications to window managers and task bars, by the Startup Notification
+// Protocol. Main thread only.
+class X11StartupNotifications final : public StartupNotifications {
+public:
+    // The connection outlives it. `screen` is the X screen's number.
+    X11StartupNotifications(xcb_connection_t* connection, int screen);
+
+    void begin(const StartupNotice& notice) override;
+    void cancel(const QString& id) override;
+
+private:
+    void broadcast(const QByteArray& message);
+    bool learnAtoms();
+
+    xcb_connection_t* connection_;
+    int screen_;
+    std::array<xcb_atom_t, 2> atoms_{}; // of a message's first event and of the others
+};
+
+} // namespace amberquill::desktop
