@@ -1,0 +1,85 @@
+#include "platform/linux/applications/entries/ProgramLookup.h"
+
+#include "support/TemporaryTree.h"
+
+#include <gtest/gtest.h>
+
+using namespace amberquill;
+using namespace amberquill::desktop;
+using namespace Qt::StringLiterals;
+namespace fs = std::filesystem;
+
+namespace {
+
+class ProgramLookupTest : public testing::Test {
+protected:
+    void program(const char* path) const {
+        tree_.write(path, "#!/bin/sh\n");
+        fs::permissions(tree_.at(path), fs::perms{0755});
+    }
+
+    [[nodiscard]] bool isInstalled(const QString& name) const {
+        return ProgramLookup({tree_.path("bin"), tree_.path("sbin")}).isInstalled(name);
+    }
+
+    TemporaryTree tree_;
+};
+
+} // namespace
+
+TEST_F(ProgramLookupTest, ANameIsLookedForInEveryFolder) {
+    program("bin/first");
+    program("sbin/second");
+    program("other/third");
+    EXPECT_TRUE(isInstalled(u"first"_s));
+    EXPECT_TRUE(isInstalled(u"second"_s));
+    EXPECT_FALSE(isInstalled(u"third"_s));
+}
+
+TEST_F(ProgramLookupTest, AnAbsolutePathNeedsNoFolder) {
+    program("other/program");
+    EXPECT_TRUE(isInstalled(tree_.path("other/program")));
+    EXPECT_FALSE(isInstalled(tree_.path("other/missing")));
+}
+
+TEST_F(ProgramLookupTest, ARelativePathIsNoProgram) {
+    program("bin/sub/program");
+    EXPECT_FALSE(isInstalled(u"sub/program"_s));
+    EXPECT_FALSE(isInstalled(u"./program"_s));
+    EXPECT_FALSE(isInstalled(QString()));
+}
+
+TEST_F(ProgramLookupTest, ItMustBeAFileThatCanBeExecuted) {
+    tree_.write("bin/text", "text");
+    fs::permissions(tree_.at("bin/text"), fs::perms{0644});
+    tree_.makeFolder("bin/folder");
+    tree_.link("bin/dangling", "missing");
+    program("other/program");
+    tree_.link("bin/link", "../other/program");
+    EXPECT_FALSE(isInstalled(u"text"_s));
+    EXPECT_FALSE(isInstalled(u"folder"_s));
+    EXPECT_FALSE(isInstalled(u"dangling"_s));
+    EXPECT_TRUE(isInstalled(u"link"_s));
+}
+
+TEST_F(ProgramLookupTest, AFileThatCannotBeExecutedDoesNotHideALaterOne) {
+    tree_.write("bin/program", "text");
+    program("sbin/program");
+    EXPECT_TRUE(isInstalled(u"program"_s));
+}
+
+TEST_F(ProgramLookupTest, AnAnswerIsRemembered) {
+    program("bin/program");
+    ProgramLookup lookup({tree_.path("bin")});
+    EXPECT_TRUE(lookup.isInstalled(u"program"_s));
+    EXPECT_FALSE(lookup.isInstalled(u"later"_s));
+    tree_.remove("bin/program");
+    program("bin/later");
+    EXPECT_TRUE(lookup.isInstalled(u"program"_s));
+    EXPECT_FALSE(lookup.isInstalled(u"later"_s));
+}
+
+TEST(ProgramFolders, OnlyAbsolutePartsOfThePathCount) {
+    EXPECT_EQ(programFoldersFrom("/usr/bin/::.:bin:/bin:/usr/bin"), (QStringList{u"/usr/bin"_s, u"/bin"_s}));
+    EXPECT_EQ(programFoldersFrom(""), (QStringList{u"/usr/local/bin"_s, u"/usr/bin"_s, u"/bin"_s}));
+}
