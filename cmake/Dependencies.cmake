@@ -1,7 +1,8 @@
 # Everything the program is built on. All of it is in Debian 12; nothing is downloaded.
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui DBus Network Qml Quick)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui DBus Network Qml Quick Svg)
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
+find_package(ZLIB REQUIRED)
 
 pkg_check_modules(PLIST REQUIRED IMPORTED_TARGET libplist-2.0)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb)

@@ -1,25 +1,35 @@
 # One static library per floor of src/. A floor links the floors it names and so can use no other.
 
-set(AMBERQUILL_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+set(AMBERQUILL_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Werror)
 
-add_library(amberquill_options INTERFACE)
-target_compile_options(amberquill_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:${AMBERQUILL_WARNINGS}>)
-target_compile_definitions(amberquill_options INTERFACE
+add_library(amberquill_common_options INTERFACE)
+target_compile_options(amberquill_common_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:${AMBERQUILL_WARNINGS}>)
+target_compile_definitions(amberquill_common_options INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+add_library(amberquill_options INTERFACE)
+target_link_libraries(amberquill_options INTERFACE amberquill_common_options)
+target_compile_options(amberquill_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wshadow>)
+
 if(AMBERQUILL_SANITIZE)
     add_compile_options(-fsanitize=${AMBERQUILL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${AMBERQUILL_SANITIZE})
 endif()
 
-# amberquill_floor(<name> SOURCES <files> [PUBLIC <libraries>] [PRIVATE <libraries>])
-# makes the library amberquill_<name>.
+# amberquill_floor(<name> SOURCES <files> [PUBLIC <libraries>] [PRIVATE <libraries>] [GENERATES_CODE])
+# makes the library amberquill_<name>. With GENERATES_CODE, the code that Qt's tools add to it may shadow names.
 function(amberquill_floor name)
-    cmake_parse_arguments(FLOOR "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    cmake_parse_arguments(FLOOR "GENERATES_CODE" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
     set(target amberquill_${name})
     add_library(${target} STATIC ${FLOOR_SOURCES})
     set_target_properties(${target} PROPERTIES AUTOMOC ON)
     target_include_directories(${target} PUBLIC ${CMAKE_SOURCE_DIR}/src)
-    target_link_libraries(${target} PUBLIC ${FLOOR_PUBLIC} PRIVATE ${FLOOR_PRIVATE} amberquill_options)
+    target_link_libraries(${target} PUBLIC ${FLOOR_PUBLIC} PRIVATE ${FLOOR_PRIVATE})
+    if(FLOOR_GENERATES_CODE)
+        target_link_libraries(${target} PRIVATE amberquill_common_options)
+        set_source_files_properties(${FLOOR_SOURCES} PROPERTIES COMPILE_OPTIONS "-Wshadow")
+    else()
+        target_link_libraries(${target} PRIVATE amberquill_options)
+    endif()
     target_precompile_headers(${target} PRIVATE ${CMAKE_SOURCE_DIR}/src/precompiled.h)
 endfunction()

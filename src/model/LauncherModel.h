@@ -42,7 +42,6 @@ class LauncherModel final : public QObject {
     Q_PROPERTY(bool presented READ presented NOTIFY presentedChanged FINAL)
     Q_PROPERTY(int focusSearchToken READ focusSearchToken NOTIFY focusSearchTokenChanged FINAL)
     Q_PROPERTY(QSizeF size READ size WRITE setSize NOTIFY sizeChanged FINAL)
-    Q_PROPERTY(amberquill::BackgroundTheme background READ background NOTIFY backgroundChanged FINAL)
 
 public:
     // What the model works with; all of it outlives the model.

@@ -5,12 +5,19 @@
 namespace amberquill {
 
 void Animated::setTarget(double target) {
-    if (hasTarget_ && target == trajectory_.target()) {
-        return;
+    if (!hasTarget_ || target != trajectory_.target()) {
+        go(target, hasTarget_ ? animationToFollow(isFade_) : std::nullopt);
     }
+}
+
+void Animated::jumpTo(double target) {
+    go(target, std::nullopt);
+}
+
+void Animated::go(double target, const std::optional<Animation>& animation) {
     const bool wasMoving = trajectory_.isMoving();
     const double before = trajectory_.value();
-    retarget(trajectory_, target, hasTarget_ ? animationToFollow(isFade_) : std::nullopt);
+    retarget(trajectory_, target, animation);
     hasTarget_ = true;
     Q_EMIT targetChanged();
     if (trajectory_.value() != before) {

@@ -4,6 +4,7 @@
 #include "motion/Trajectory.h"
 
 #include <QObject>
+#include <optional>
 
 namespace amberquill {
 
@@ -26,6 +27,8 @@ public:
 
     [[nodiscard]] double target() const { return trajectory_.target(); }
     void setTarget(double target);
+    // At `target` at once, whatever it is doing.
+    void jumpTo(double target);
     [[nodiscard]] double value() const { return trajectory_.value(); }
     [[nodiscard]] double precision() const { return precision_; }
     void setPrecision(double precision);
@@ -42,6 +45,7 @@ Q_SIGNALS:
 
 private:
     bool advance(double now) override;
+    void go(double target, const std::optional<Animation>& animation);
 
     Trajectory trajectory_;
     double precision_ = 0.002;

@@ -77,6 +77,18 @@ TEST_F(AnimatedTest, ANewTargetOutsideWithAnimationEndsTheMotion) {
     EXPECT_TRUE(Timeline::shared().isIdle());
 }
 
+TEST_F(AnimatedTest, AJumpGoesToTheTargetItTravelsToAtOnce) {
+    Animated animated;
+    animated.setTarget(0);
+    withAnimation(motion::page, [&] { animated.setTarget(300); });
+    frames(6);
+    animated.setTarget(300);
+    EXPECT_TRUE(animated.isMoving()) << "the same target is no news";
+    animated.jumpTo(300);
+    EXPECT_EQ(animated.value(), 300);
+    EXPECT_FALSE(animated.isMoving());
+}
+
 TEST_F(AnimatedTest, OneThatGoesAwayLeavesTheTimeline) {
     {
         Animated animated;

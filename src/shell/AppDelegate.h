@@ -1,0 +1,67 @@
+// shell/: builds the house. `main` makes the desktop's answers, the delegate the objects that live as long as
+// the process.
+#pragma once
+
+#include "model/LauncherModel.h"
+#include "shell/LiveRefresh.h"
+#include "shell/NamesKeeper.h"
+#include "window/LauncherWindowController.h"
+
+#include <QObject>
+#include <QStringList>
+#include <memory>
+
+namespace amberquill {
+
+class ActivationTokens;
+class ApplicationOpener;
+class FileSystem;
+class FolderWatcher;
+class MainQueue;
+class Preferences;
+class WindowSystem;
+
+// Owns the model and the window's controller and ties them to what happens to the application.
+class AppDelegate final : public QObject {
+    Q_OBJECT
+
+public:
+    // What the desktop answers; all of it outlives the delegate.
+    struct Services {
+        MainQueue& queue;
+        FileSystem& files;
+        Preferences& preferences;
+        WindowSystem& windows;
+        ActivationTokens& tokens;
+        ApplicationOpener& opener;
+        FolderWatcher& watcher;
+        std::function<std::vector<AppInfo>()> scan;
+        std::function<void()> retryIcons;
+        QHash<QString, QString> rememberedNames;
+        QString applicationSupport;
+        QString caches;
+        QString language;
+        QStringList watchedFolders;
+    };
+
+    explicit AppDelegate(const Services& services);
+
+    // Once the event loop is about to run: makes the window and shows the launcher.
+    void applicationDidFinishLaunching();
+
+    [[nodiscard]] LauncherModel& model() { return model_; }
+
+private:
+    void applicationStateChanged(Qt::ApplicationState state);
+    void firstFrameShown();
+    void applicationWillTerminate();
+
+    Services services_;
+    LauncherModel model_;
+    std::shared_ptr<LauncherWindowController> controller_;
+    NamesKeeper names_;
+    LiveRefresh live_;
+    bool wasActive_ = false;
+};
+
+} // namespace amberquill

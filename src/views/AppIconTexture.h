@@ -1,0 +1,40 @@
+#pragma once
+
+#include "views/TextureItem.h"
+
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+namespace amberquill {
+
+// An application's icon, decoded at exactly the pixels it covers; the placeholder until it is decoded.
+class AppIconTexture : public amberquill::TextureItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString path READ path WRITE setPath NOTIFY pathChanged FINAL)
+    // Added to every colour component: -0.3 darkens, 0 leaves the icon as it is.
+    Q_PROPERTY(double brightness READ brightness WRITE setBrightness NOTIFY brightnessChanged FINAL)
+
+public:
+    explicit AppIconTexture(QQuickItem* parent = nullptr);
+
+    [[nodiscard]] QString path() const { return path_; }
+    void setPath(const QString& path);
+    [[nodiscard]] double brightness() const { return brightness_; }
+    void setBrightness(double brightness);
+
+Q_SIGNALS:
+    void pathChanged();
+    void brightnessChanged();
+
+protected:
+    Painted paintTexture(double devicePixelRatio) override;
+
+private:
+    [[nodiscard]] int edge(double devicePixelRatio) const;
+
+    QString path_;
+    double brightness_ = 0;
+};
+
+} // namespace amberquill

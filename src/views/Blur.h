@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QImage>
+
+namespace amberquill {
+
+// Blurs a Format_Alpha8 image in place as a Gaussian of this standard deviation (in pixels) does, by three
+// box blurs. What would come from beyond the edges is transparent.
+void blurAlpha(QImage& image, double sigma);
+
+} // namespace amberquill

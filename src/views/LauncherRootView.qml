@@ -1,0 +1,107 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Window
+import Amberquill.Views
+
+// Everything in the launcher's window: the colour wash, and over it the grid and the controls.
+Item {
+    id: root
+
+    required property LauncherModel launcher
+    required property TileModel tiles
+    required property ViewTexts texts
+
+    readonly property double ratio: Screen.devicePixelRatio
+    readonly property size contentSize: Qt.size(width, height)
+
+    function snapped(value: double): double {
+        return Math.round(value * ratio) / ratio;
+    }
+
+    onContentSizeChanged: launcher.size = contentSize
+    onRatioChanged: tiles.devicePixelRatio = ratio
+    Component.onCompleted: {
+        tiles.devicePixelRatio = ratio;
+        launcher.size = contentSize;
+    }
+
+    BackgroundLayer {
+        anchors.fill: parent
+        launcher: root.launcher
+    }
+
+    Item {
+        id: content
+        anchors.fill: parent
+        scale: entranceScale.value
+        opacity: entranceOpacity.value
+
+        Animated {
+            id: entranceScale
+            target: root.launcher.presented ? 1 : 1.08
+            precision: 0.5 / Math.max(root.width, 1)
+        }
+
+        Animated {
+            id: entranceOpacity
+            target: root.launcher.presented ? 1 : 0
+            isFade: true
+        }
+
+        PointerArea {
+            anchors.fill: parent
+            model: root.launcher
+        }
+
+        Item {
+            id: strip
+            x: root.snapped(stripPlace.value)
+            height: parent.height
+
+            Animated {
+                id: stripPlace
+                target: root.launcher.scrollOffset - root.launcher.page * root.launcher.size.width
+                precision: 0.5 / root.ratio
+            }
+
+            Repeater {
+                model: root.tiles
+
+                IconTile {
+                    tiles: root.tiles
+                }
+            }
+        }
+
+        Row {
+            x: root.snapped((parent.width - width) / 2)
+            y: 40
+            spacing: 12
+
+            GlassCircleButton {
+                symbol: "line.3.horizontal"
+                label: ""
+            }
+
+            GlassCircleButton {
+                symbol: "plus"
+                label: ""
+            }
+
+            SearchCapsule {
+                launcher: root.launcher
+                texts: root.texts
+            }
+        }
+
+        PageDots {
+            x: root.snapped((parent.width - width) / 2)
+            y: parent.height - 26 - height
+            visible: !root.launcher.folderIsOpen
+            count: root.launcher.pageCount
+            current: root.launcher.page
+            onSelected: page => root.launcher.turnToPage(page)
+        }
+    }
+}

@@ -1,0 +1,47 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Amberquill.Views
+
+// One dot for each page, the one shown brighter than the others.
+Row {
+    id: dots
+
+    required property int count
+    required property int current
+
+    signal selected(int page)
+
+    spacing: 6
+
+    Repeater {
+        model: dots.count
+
+        Item {
+            id: dot
+
+            required property int index
+
+            width: 18
+            height: 18
+
+            Accessible.role: Accessible.PageTab
+            Accessible.name: index + 1
+            Accessible.onPressAction: dots.selected(index)
+
+            RoundedShape {
+                x: 5
+                y: 5
+                width: 8
+                height: 8
+                radius: 4
+                fill: Qt.rgba(1, 1, 1, dot.index === dots.current ? 0.95 : 0.35)
+            }
+
+            TapHandler {
+                gesturePolicy: TapHandler.ReleaseWithinBounds
+                onTapped: dots.selected(dot.index)
+            }
+        }
+    }
+}

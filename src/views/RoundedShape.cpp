@@ -1,0 +1,27 @@
+#include "views/RoundedShape.h"
+
+#include "data/ContinuousCorners.h"
+
+#include <QPainter>
+
+namespace amberquill {
+
+TextureItem::Painted RoundedShape::paintTexture(double devicePixelRatio) {
+    const QSize pixels = (size() * devicePixelRatio).toSize().expandedTo({1, 1});
+    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF body({}, QSizeF(pixels));
+    const double radius = radius_ * devicePixelRatio;
+    painter.fillPath(continuousRoundedRect(body, radius), fill_);
+    if (outlineWidth_ > 0 && outline_.alpha() > 0) {
+        const double line = outlineWidth_ * devicePixelRatio;
+        const QRectF middle = body.adjusted(line / 2, line / 2, -line / 2, -line / 2);
+        painter.strokePath(continuousRoundedRect(middle, radius - line / 2), QPen(outline_, line));
+    }
+    painter.end();
+    return {image, QRectF(QPointF(), QSizeF(pixels) / devicePixelRatio)};
+}
+
+} // namespace amberquill

@@ -1,0 +1,57 @@
+import QtQuick
+import Amberquill.Views
+
+// The search field: a capsule with a magnifying glass, the text, and a button that clears it.
+Item {
+    id: capsule
+
+    required property LauncherModel launcher
+    required property ViewTexts texts
+
+    width: 280
+    height: 44
+
+    RoundedShape {
+        anchors.fill: parent
+        radius: height / 2
+        fill: Qt.rgba(1, 1, 1, 0.18)
+        outline: Qt.rgba(1, 1, 1, 0.15)
+        outlineWidth: 1
+    }
+
+    SymbolTexture {
+        id: glass
+        x: 16
+        anchors.verticalCenter: parent.verticalCenter
+        width: 18
+        height: 18
+        opacity: 0.8
+        name: "magnifyingglass"
+    }
+
+    TextInput {
+        id: field
+        anchors.left: glass.right
+        anchors.leftMargin: 8
+        anchors.right: parent.right
+        anchors.rightMargin: 16
+        anchors.verticalCenter: parent.verticalCenter
+        color: "white"
+        font.pixelSize: 16
+        clip: true
+        readOnly: true
+        selectByMouse: true
+
+        Accessible.role: Accessible.EditableText
+        Accessible.name: capsule.texts.search
+    }
+
+    Text {
+        anchors.fill: field
+        visible: field.length === 0
+        color: Qt.rgba(1, 1, 1, 0.55)
+        font: field.font
+        text: capsule.texts.search
+        textFormat: Text.PlainText
+    }
+}

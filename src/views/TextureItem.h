@@ -1,0 +1,46 @@
+// views/: what is drawn. QML lays out and binds; the C++ items here paint shapes, labels and icons once into
+// textures at device resolution, which look the same on a GPU and on the software renderer and are only moved
+// from then on.
+#pragma once
+
+#include <QImage>
+#include <QQuickItem>
+#include <QRectF>
+#include <QtQml/qqmlregistration.h>
+
+namespace amberquill {
+
+// An item drawn as one image, painted when what it shows changes.
+class TextureItem : public QQuickItem {
+    Q_OBJECT
+    QML_ANONYMOUS
+
+public:
+    explicit TextureItem(QQuickItem* parent = nullptr);
+
+protected:
+    struct Painted {
+        QImage image; // at device resolution
+        QRectF rect;  // where it is drawn, in the item's points; it may reach beyond the item
+    };
+
+    // Paints what the item shows. Called on the main thread, with a size.
+    virtual Painted paintTexture(double devicePixelRatio) = 0;
+
+    // What is shown has changed: it is painted anew before the next frame.
+    void repaint();
+
+    [[nodiscard]] double devicePixelRatio() const;
+
+    void updatePolish() override;
+    QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
+    void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
+    void itemChange(ItemChange change, const ItemChangeData& value) override;
+
+private:
+    Painted painted_;
+    bool imageIsNew_ = false;
+    bool needsPainting_ = true;
+};
+
+} // namespace amberquill

@@ -1,0 +1,51 @@
+#include "window/LauncherWindow.h"
+
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QSurfaceFormat>
+#include <QVariant>
+
+// What Qt's tools generate for the views' module, which is linked in and not loaded.
+void qml_register_types_Amberquill_Views();
+
+// Qt's macro for resources works in no namespace, not even in an unnamed one.
+static void loadViews() {
+    Q_INIT_RESOURCE(qmake_Amberquill_Views);
+    Q_INIT_RESOURCE(qmlcache_amberquill_views);
+    qml_register_types_Amberquill_Views();
+}
+
+namespace amberquill {
+
+LauncherWindow::LauncherWindow(LauncherModel& model)
+    : tiles_(model) {
+    loadViews();
+    setFlags(Qt::Window | Qt::FramelessWindowHint);
+    QSurfaceFormat transparent = format();
+    transparent.setAlphaBufferSize(8);
+    setFormat(transparent);
+    setColor(Qt::transparent);
+    setResizeMode(SizeRootObjectToView);
+    engine()->addImportPath(QStringLiteral(":/qt/qml"));
+    setInitialProperties({{QStringLiteral("launcher"), QVariant::fromValue(&model)},
+                          {QStringLiteral("tiles"), QVariant::fromValue(&tiles_)},
+                          {QStringLiteral("texts"), QVariant::fromValue(&texts_)}});
+    setSource(QUrl(QStringLiteral("qrc:/qt/qml/Amberquill/Views/LauncherRootView.qml")));
+}
+
+LauncherWindow::~LauncherWindow() {
+    // The views go before the models that they are bound to.
+    setSource({});
+}
+
+void LauncherWindow::setAlpha(double alpha) {
+    rootObject()->setOpacity(alpha);
+}
+
+void LauncherWindow::endEditing() {
+    if (QQuickItem* item = activeFocusItem()) {
+        item->setFocus(false);
+    }
+}
+
+} // namespace amberquill

@@ -1,0 +1,33 @@
+// window/: the launcher's one window, how it comes and goes, and the keys and wheel that act on it as a
+// whole.
+#pragma once
+
+#include "model/LauncherModel.h"
+#include "views/TileModel.h"
+#include "views/ViewTexts.h"
+
+#include <QQuickView>
+
+namespace amberquill {
+
+// The window in which the launcher is drawn: borderless, transparent, as large as the screen it is put on. It
+// holds the view tree; the model outlives it.
+class LauncherWindow final : public QQuickView {
+    Q_OBJECT
+
+public:
+    explicit LauncherWindow(LauncherModel& model);
+    ~LauncherWindow() override;
+
+    // How opaque the launcher is as a whole, 0 … 1.
+    void setAlpha(double alpha);
+
+    // Takes the keyboard focus from every field.
+    void endEditing();
+
+private:
+    TileModel tiles_;
+    ViewTexts texts_;
+};
+
+} // namespace amberquill

@@ -1,0 +1,154 @@
+#include "window/LauncherWindowController.h"
+
+#include "motion/Animations.h"
+#include "motion/WithAnimation.h"
+#include "platform/ActivationTokens.h"
+#include "platform/ApplicationOpener.h"
+#include "platform/WindowSystem.h"
+#include "window/LauncherKeys.h"
+#include "window/ScrollEvents.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPointer>
+#include <QScreen>
+#include <QWheelEvent>
+
+namespace amberquill {
+
+LauncherWindowController::LauncherWindowController(const Services& services)
+    : services_(services)
+    , window_(services.model) {
+    fade_.setIsFade(true);
+    fade_.setTarget(0);
+    window_.setAlpha(0);
+    connect(&fade_, &Animated::valueChanged, this, [this] { window_.setAlpha(fade_.value()); });
+    window_.installEventFilter(this);
+}
+
+LauncherWindowController::~LauncherWindowController() = default;
+
+void LauncherWindowController::show() {
+    QScreen* screen = services_.windows.screenUnderPointer();
+    if (screen == nullptr) {
+        screen = QGuiApplication::primaryScreen();
+    }
+    if (screen != nullptr) {
+        window_.setScreen(screen);
+        window_.setGeometry(screen->geometry());
+    }
+    const bool wasShown = std::exchange(isShown_, true);
+    if (!wasShown) {
+        ++showings_;
+        opening_.reset();
+        services_.model.willShow();
+        fade_.jumpTo(0);
+    }
+    services_.windows.present(window_, screen);
+    services_.queue.post([self = QPointer(this)] {
+        if (self != nullptr) {
+            self->services_.model.focusSearch();
+        }
+    });
+    if (wasShown) {
+        return;
+    }
+    withAnimation(motion::windowFadeIn, [this] { fade_.setTarget(1); });
+    withAnimation(motion::show, [this] { services_.model.setPresented(true); });
+}
+
+void LauncherWindowController::hide(const std::optional<QString>& thenOpen) {
+    if (!isShown_) {
+        if (thenOpen) {
+            open(*thenOpen, {});
+        }
+        return;
+    }
+    isShown_ = false;
+    if (thenOpen) {
+        // While the window still has the focus: a window system gives no token to a program in the
+        // background.
+        requestToken(*thenOpen);
+    }
+    window_.endEditing();
+    withAnimation(motion::hide, [this] { services_.model.setPresented(false); });
+    withAnimation(motion::windowFadeOut, [this] { fade_.setTarget(0); });
+    services_.queue.postAfter(motion::windowFadeOut.seconds, [self = QPointer(this), showing = showings_] {
+        if (self != nullptr && self->showings_ == showing) {
+            self->fadeEnded();
+        }
+    });
+}
+
+void LauncherWindowController::requestToken(const QString& path) {
+    opening_ = Opening{path, std::nullopt, false};
+    services_.tokens.request(window_, path,
+                             [self = QPointer(this), showing = showings_](const QString& token) {
+                                 if (self != nullptr && self->showings_ == showing && self->opening_) {
+                                     self->opening_->token = token;
+                                     self->openWhenReady();
+                                 }
+                             });
+}
+
+void LauncherWindowController::fadeEnded() {
+    services_.windows.withdraw(window_);
+    if (opening_) {
+        opening_->fadeIsOver = true;
+        openWhenReady();
+    }
+}
+
+void LauncherWindowController::openWhenReady() {
+    if (opening_->fadeIsOver && opening_->token) {
+        const Opening ready = *std::exchange(opening_, std::nullopt);
+        open(ready.path, *ready.token);
+    }
+}
+
+void LauncherWindowController::open(const QString& path, const QString& token) {
+    services_.opener.open(path, token, [self = QPointer(this)](bool started) {
+        if (!started && self != nullptr) {
+            self->services_.windows.beep();
+        }
+    });
+}
+
+bool LauncherWindowController::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != &window_ || !isShown_) {
+        return QObject::eventFilter(watched, event);
+    }
+    if (event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        return handleKey(key->key(), key->modifiers());
+    }
+    if (event->type() == QEvent::Wheel) {
+        services_.model.handleScroll(scrollEvent(*static_cast<QWheelEvent*>(event)));
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+bool LauncherWindowController::handleKey(int key, Qt::KeyboardModifiers modifiers) {
+    LauncherModel& model = services_.model;
+    const KeyState state{model.openFolderID().has_value(), !model.searchText().isEmpty()};
+    switch (keyAction(key, modifiers, state)) {
+    case KeyAction::PassOn:
+        return false;
+    case KeyAction::CloseFolder:
+        model.closeFolder();
+        return true;
+    case KeyAction::Hide:
+        hide(std::nullopt);
+        return true;
+    case KeyAction::PreviousPage:
+        model.turnToPage(model.page() - 1);
+        return true;
+    case KeyAction::NextPage:
+        model.turnToPage(model.page() + 1);
+        return true;
+    }
+    return false;
+}
+
+} // namespace amberquill

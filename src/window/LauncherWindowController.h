@@ -1,0 +1,78 @@
+#pragma once
+
+#include "model/LauncherController.h"
+#include "model/LauncherModel.h"
+#include "motion/Animated.h"
+#include "platform/MainQueue.h"
+#include "window/LauncherWindow.h"
+
+#include <QObject>
+#include <optional>
+
+namespace amberquill {
+
+class ActivationTokens;
+class ApplicationOpener;
+class WindowSystem;
+
+// Shows and hides the launcher's window, and opens the application that hiding was asked for. Main thread
+// only.
+class LauncherWindowController final : public QObject, public LauncherController {
+    Q_OBJECT
+
+public:
+    // All of it outlives the controller.
+    struct Services {
+        LauncherModel& model;
+        MainQueue& queue;
+        WindowSystem& windows;
+        ActivationTokens& tokens;
+        ApplicationOpener& opener;
+    };
+
+    explicit LauncherWindowController(const Services& services);
+    ~LauncherWindowController() override;
+
+    LauncherWindowController(const LauncherWindowController&) = delete;
+    LauncherWindowController& operator=(const LauncherWindowController&) = delete;
+
+    // True from the start of show() until the start of hide().
+    [[nodiscard]] bool isShown() const { return isShown_; }
+
+    // Brings the launcher up on the screen under the pointer; when it is up, brings it to the front again.
+    void show();
+
+    // Fades the launcher out and takes it off screen, then opens the application. A show() in the meantime
+    // wins: the window stays and nothing is opened. While hidden, opens at once.
+    void hide(const std::optional<QString>& thenOpen) override;
+
+    void endEditing() override { window_.endEditing(); }
+
+    [[nodiscard]] LauncherWindow& window() { return window_; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    // An application that is opened once the fade is over and the token for it is there.
+    struct Opening {
+        QString path;
+        std::optional<QString> token;
+        bool fadeIsOver = false;
+    };
+
+    bool handleKey(int key, Qt::KeyboardModifiers modifiers);
+    void requestToken(const QString& path);
+    void fadeEnded();
+    void openWhenReady();
+    void open(const QString& path, const QString& token);
+
+    Services services_;
+    LauncherWindow window_;
+    Animated fade_; // the window's alpha
+    bool isShown_ = false;
+    unsigned showings_ = 0; // tells a fade that a later show() has overtaken it
+    std::optional<Opening> opening_;
+};
+
+} // namespace amberquill
