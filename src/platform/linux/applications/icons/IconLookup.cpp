@@ -1,0 +1,166 @@
+#include "platform/linux/applications/icons/IconLookup.h"
+
+#include "platform/linux/applications/icons/IconTheme.h"
+#include "platform/linux/files/BaseFolders.h"
+#include "platform/linux/files/DataFolders.h"
+
+#include <QFile>
+#include <deque>
+#include <map>
+#include <unordered_set>
+
+namespace amberquill::desktop {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::size_t maximumThemes = 32;
+constexpr std::size_t maximumAnswers = 20'000;
+constexpr qsizetype maximumPath = 4096;
+constexpr std::size_t maximumName = 255;
+
+// A plain file name: nothing that could lead out of the folder it is looked for in.
+bool isPlainName(std::string_view name) {
+    return !name.empty() && name.size() <= maximumName && name != "." && name != ".." &&
+           name.find('/') == std::string_view::npos && name.find('\0') == std::string_view::npos;
+}
+
+} // namespace
+
+QStringList iconBaseFolders(const QString& home, const DataFolders& dataFolders) {
+    QStringList folders{pathBelow(home, u".icons")};
+    folders += dataFolders.below(u"icons");
+    folders += u"/usr/share/pixmaps"_s;
+    return folders;
+}
+
+// What has been read: the themes in the order they are asked, and the base folders' own icons.
+class IconLookup::Memory {
+public:
+    Memory(const QStringList& baseFolders, const QString& theme) {
+        for (const auto& folder : baseFolders) {
+            baseFolders_.push_back(QFile::encodeName(folder).toStdString());
+        }
+        pending_.push_back(QFile::encodeName(theme).toStdString());
+    }
+
+    std::optional<std::string> find(const std::string& icon, int edge, int skip) {
+        if (skip > 0) {
+            return search(icon, edge, skip);
+        }
+        const auto key = std::pair(icon, edge);
+        if (const auto known = answers_.find(key); known != answers_.end()) {
+            return known->second;
+        }
+        if (answers_.size() >= maximumAnswers) {
+            answers_.clear();
+        }
+        return answers_.emplace(key, search(icon, edge, skip)).first->second;
+    }
+
+private:
+    static constexpr std::string_view fallbackTheme = "hicolor";
+
+    std::optional<std::string> search(const std::string& icon, int edge, int skip) {
+        const auto stem = withoutIconEnding(icon);
+        auto file = searchName(stem, edge, skip);
+        if (!file && stem.size() != icon.size()) {
+            file = searchName(icon, edge, skip);
+        }
+        return file;
+    }
+
+    std::optional<std::string> searchName(std::string_view name, int edge, int& skip) {
+        for (std::size_t i = 0; i < themes_.size() || openNextTheme(); ++i) {
+            if (auto file = themes_[i].find(name, edge, skip)) {
+                return file;
+            }
+        }
+        return searchUnthemed(name, skip);
+    }
+
+    // Themes are read when an icon was not found in those before them: depth first, each once, the fallback
+    // theme last. False: there is no other.
+    bool openNextTheme() {
+        while (!pending_.empty() && themes_.size() < maximumThemes) {
+            const auto name = std::move(pending_.front());
+            pending_.pop_front();
+            if (isIconThemeName(name) && name != fallbackTheme && opened_.insert(name).second) {
+                const auto& parents = themes_.emplace_back(name, baseFolders_).inherits();
+                pending_.insert(pending_.begin(), parents.begin(), parents.end());
+                return true;
+            }
+        }
+        pending_.clear();
+        if (opened_.insert(std::string(fallbackTheme)).second) {
+            themes_.emplace_back(fallbackTheme, baseFolders_);
+            return true;
+        }
+        return false;
+    }
+
+    std::optional<std::string> searchUnthemed(std::string_view name, int& skip) {
+        if (unthemed_.empty()) {
+            for (const auto& folder : baseFolders_) {
+                unthemed_.emplace_back(folder, 0);
+            }
+        }
+        for (std::size_t i = 0; i < unthemed_.size(); ++i) {
+            const auto endings = unthemed_[i].endings(name);
+            for (const auto ending : iconEndings) {
+                if (!endings.contains(ending)) {
+                    continue;
+                }
+                auto file = baseFolders_[i] + '/' + std::string(name) + std::string(endingText(ending));
+                if (isRegularFile(file) && skip-- == 0) {
+                    return file;
+                }
+            }
+        }
+        return std::nullopt;
+    }
+
+    std::vector<std::string> baseFolders_;
+    std::deque<std::string> pending_; // themes that are not open yet
+    std::unordered_set<std::string> opened_;
+    std::vector<IconTheme> themes_;
+    std::vector<IconFolder> unthemed_; // one for each base folder, once they are needed
+    std::map<std::pair<std::string, int>, std::optional<std::string>> answers_;
+};
+
+IconLookup::IconLookup(QStringList baseFolders, const QString& theme)
+    : baseFolders_(std::move(baseFolders))
+    , theme_(theme) {}
+
+IconLookup::~IconLookup() = default;
+
+std::optional<QString> IconLookup::find(const QString& icon, int edge, int skip) const {
+    if (icon.size() > maximumPath) {
+        return std::nullopt;
+    }
+    const auto bytes = QFile::encodeName(icon).toStdString();
+    if (bytes.starts_with('/')) {
+        const bool isUsable = skip == 0 && bytes.find('\0') == std::string::npos && isRegularFile(bytes);
+        return isUsable ? std::optional(icon) : std::nullopt;
+    }
+    if (!isPlainName(bytes)) {
+        return std::nullopt;
+    }
+    const std::lock_guard lock(mutex_);
+    if (!memory_) {
+        memory_ = std::make_unique<Memory>(baseFolders_, theme_);
+    }
+    const auto file = memory_->find(bytes, edge, skip);
+    if (!file) {
+        return std::nullopt;
+    }
+    return QFile::decodeName(QByteArray::fromStdString(*file));
+}
+
+void IconLookup::forget() {
+    const std::lock_guard lock(mutex_);
+    memory_.reset();
+}
+
+} // namespace amberquill::desktop

@@ -1,0 +1,89 @@
+#include "platform/linux/applications/icons/IconOrder.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+
+namespace amberquill::desktop {
+
+namespace {
+
+enum class Group { Exact, Larger, Scalable, Smaller, Unknown };
+
+constexpr int notMeantForIt = 1 << 24; // further away, in pixels, than anything meant for the size
+
+// One number that sorts as IconOrder promises: the group, the distance in device pixels, the scale, whether
+// it is something else than an application's icon, the directory, and whether it is its drawings.
+using Worth = std::uint64_t;
+
+constexpr unsigned drawingBits = 1;
+constexpr unsigned directoryBits = 16;
+
+Worth packed(Group group, int distance, int scale, bool isOther, std::size_t directory, bool isDrawing) {
+    auto worth = static_cast<Worth>(group);
+    worth = (worth << 32U) | static_cast<Worth>(distance);
+    worth = (worth << 5U) | static_cast<Worth>(scale);
+    worth = (worth << 1U) | static_cast<Worth>(isOther);
+    worth = (worth << directoryBits) | static_cast<Worth>(directory);
+    return (worth << drawingBits) | static_cast<Worth>(isDrawing);
+}
+
+std::size_t directoryOf(Worth worth) {
+    return (worth >> drawingBits) & ((1U << directoryBits) - 1);
+}
+
+bool isDrawing(Worth worth) {
+    return (worth & 1U) != 0;
+}
+
+bool isMeantFor(const IconDirectory& directory, int edge) {
+    switch (directory.type) {
+    case IconDirectory::Type::Fixed:
+        break;
+    case IconDirectory::Type::Scalable:
+        return edge >= directory.minimumSize * directory.scale &&
+               edge <= directory.maximumSize * directory.scale;
+    case IconDirectory::Type::Threshold:
+        return std::abs(edge - directory.size * directory.scale) <= directory.threshold * directory.scale;
+    }
+    return edge == directory.size * directory.scale;
+}
+
+Worth worth(const IconDirectory& directory, std::size_t index, int edge, bool isDrawing) {
+    const int pixels = directory.size * directory.scale;
+    auto distance = std::abs(pixels - edge);
+    auto group = Group::Exact;
+    if (!isDrawing && directory.type == IconDirectory::Type::Scalable) {
+        group = Group::Unknown;
+    } else if (pixels == edge) {
+        group = Group::Exact;
+    } else if (isDrawing) {
+        group = Group::Scalable;
+        distance += isMeantFor(directory, edge) ? 0 : notMeantForIt;
+    } else {
+        group = pixels > edge ? Group::Larger : Group::Smaller;
+    }
+    const bool isApplications = directory.context == "Applications" || directory.path.ends_with("/apps");
+    return packed(group, distance, directory.scale, !isApplications, index, isDrawing);
+}
+
+} // namespace
+
+IconOrder::IconOrder(const std::vector<IconDirectory>& directories, int edge) {
+    std::vector<Worth> worths;
+    worths.reserve(directories.size() * 2);
+    for (std::size_t i = 0; i < directories.size(); ++i) {
+        worths.push_back(worth(directories[i], i, edge, false));
+        worths.push_back(worth(directories[i], i, edge, true));
+    }
+    std::sort(worths.begin(), worths.end());
+    places_.reserve(worths.size());
+    positions_.resize(worths.size());
+    for (const auto one : worths) {
+        positions_[directoryOf(one) * 2 + (isDrawing(one) ? 1 : 0)] = places_.size();
+        places_.push_back(
+            {.directory = directoryOf(one), .endings = isDrawing(one) ? vectorEndings : rasterEndings});
+    }
+}
+
+} // namespace amberquill::desktop

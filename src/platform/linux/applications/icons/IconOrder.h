@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/linux/applications/icons/IconFolder.h"
+#include "platform/linux/applications/icons/IconThemeIndex.h"
+
+#include <vector>
+
+namespace amberquill::desktop {
+
+// In which order a theme's directories are looked through for an icon of `edge` device pixels. What looks
+// sharpest comes first:
+//   1. drawn for exactly this size,
+//   2. the next larger picture, then ever larger ones (shrinking keeps an icon crisp),
+//   3. a scalable drawing, one meant for this size before others, then the one drawn for the nearest size,
+//   4. the largest smaller picture, then ever smaller ones (enlarging blurs),
+//   5. pictures in a directory for scalable drawings: their size is anyone's guess.
+// Among equals: lower scale (drawn for that many logical pixels), applications' icons before others, then the
+// theme's own order. In one directory a picture goes before a drawing, as the icon theme standard has it.
+class IconOrder {
+public:
+    struct Place {
+        std::size_t directory = 0; // in the list the order was made from
+        IconEndings endings;       // pictures, or drawings
+    };
+
+    IconOrder(const std::vector<IconDirectory>& directories, int edge);
+
+    // Best first; each directory stands in it twice.
+    [[nodiscard]] const std::vector<Place>& places() const { return places_; }
+
+    // Where in `places` a directory's pictures, or its drawings, stand.
+    [[nodiscard]] std::size_t rasterPosition(std::size_t directory) const {
+        return positions_[directory * 2];
+    }
+    [[nodiscard]] std::size_t vectorPosition(std::size_t directory) const {
+        return positions_[directory * 2 + 1];
+    }
+
+private:
+    std::vector<Place> places_;
+    std::vector<std::size_t> positions_;
+};
+
+} // namespace amberquill::desktop

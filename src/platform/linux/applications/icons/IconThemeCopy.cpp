@@ -1,0 +1,165 @@
+#include "platform/linux/applications/icons/IconThemeCopy.h"
+
+#include "platform/linux/files/FolderReader.h"
+#include "platform/linux/files/RegularFile.h"
+
+#include <algorithm>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <tuple>
+
+namespace amberquill::desktop {
+
+namespace {
+
+constexpr std::size_t maximumNames = 4096;
+constexpr qsizetype maximumIndexBytes = qsizetype{1024} * 1024;
+
+bool isNewer(const timespec& one, const timespec& other) {
+    return std::tie(one.tv_sec, one.tv_nsec) > std::tie(other.tv_sec, other.tv_nsec);
+}
+
+// The folder for programs' own drawings is the one place where compressed SVG is in use, which caches do not
+// record.
+bool mayHoldCompressedDrawings(std::string_view path) {
+    return path == "scalable/apps";
+}
+
+} // namespace
+
+std::optional<IconThemeCopy> IconThemeCopy::open(const std::string& folder) {
+    IconThemeCopy copy;
+    copy.folder_ = folder;
+    FolderReader reader(openFolder(AT_FDCWD, folder.c_str()));
+    if (!reader.isOpen()) {
+        return std::nullopt;
+    }
+    while (const auto child = reader.next()) {
+        const auto type = child->type;
+        if ((type == DT_DIR || type == DT_LNK || type == DT_UNKNOWN) && copy.names_.size() < maximumNames) {
+            copy.names_.emplace(child->nameView());
+        }
+    }
+    copy.descriptor_ = FileDescriptor(::fcntl(reader.descriptor(), F_DUPFD_CLOEXEC, 0));
+    copy.cache_ = IconThemeCache::open(copy.descriptor_.get());
+    return copy;
+}
+
+std::optional<IconThemeIndex> IconThemeCopy::readIndex() const {
+    QByteArray buffer;
+    const auto content = readRegularFile(descriptor_.get(), "index.theme", maximumIndexBytes, buffer);
+    if (!content) {
+        return std::nullopt;
+    }
+    return parseIconThemeIndex({content->data(), static_cast<std::size_t>(content->size())});
+}
+
+void IconThemeCopy::attach(const std::vector<IconDirectory>& directories) {
+    std::unordered_map<std::string_view, std::size_t> cached;
+    if (cache_) {
+        for (std::size_t i = 0; i < cache_->directories().size(); ++i) {
+            cached.emplace(cache_->directories()[i], i);
+        }
+        cacheDirectories_.assign(cache_->directories().size(), nowhere);
+    }
+    directories_.resize(directories.size());
+    std::string top;
+    for (std::size_t i = 0; i < directories.size(); ++i) {
+        auto& directory = directories_[i];
+        directory.path = directories[i].path;
+        top.assign(directory.path, 0, directory.path.find('/'));
+        if (!names_.contains(top)) {
+            continue;
+        }
+        directory.source = Source::Unopened;
+        struct stat status = {};
+        if (cache_ && !mayHoldCompressedDrawings(directory.path)) {
+            if (::fstatat(descriptor_.get(), directory.path.c_str(), &status, 0) != 0) {
+                directory.source = Source::Absent;
+            } else if (!isNewer(status.st_mtim, cache_->modified())) {
+                directory.source = Source::Cache;
+                if (const auto found = cached.find(directory.path); found != cached.end()) {
+                    cacheDirectories_[found->second] = i;
+                }
+            }
+        }
+        hasUncached_ = hasUncached_ || directory.source == Source::Unopened;
+    }
+}
+
+std::vector<IconThemeCache::Image> IconThemeCopy::cachedImages(std::string_view name) const {
+    if (!cache_) {
+        return {};
+    }
+    auto images = cache_->find(name);
+    for (auto& image : images) {
+        image.directory = cacheDirectories_[image.directory];
+    }
+    std::erase_if(images, [](const auto& image) { return image.directory == nowhere; });
+    return images;
+}
+
+std::size_t IconThemeCopy::search(std::string_view name, const std::vector<IconThemeCache::Image>& cached,
+                                  const IconOrder& order, std::size_t begin, std::size_t end) {
+    auto best = end;
+    const auto consider = [&](std::size_t position) {
+        if (position >= begin) {
+            best = std::min(best, position);
+        }
+    };
+    for (const auto& image : cached) {
+        if (!image.endings.intersected(rasterEndings).isEmpty()) {
+            consider(order.rasterPosition(image.directory));
+        }
+        if (!image.endings.intersected(vectorEndings).isEmpty()) {
+            consider(order.vectorPosition(image.directory));
+        }
+    }
+    for (auto position = begin; hasUncached_ && position < best; ++position) {
+        const auto& place = order.places()[position];
+        const auto source = directories_[place.directory].source;
+        if ((source == Source::Unopened || source == Source::Folder) &&
+            !endings(place.directory, name, cached).intersected(place.endings).isEmpty()) {
+            best = position;
+        }
+    }
+    return best == end ? nowhere : best;
+}
+
+std::string IconThemeCopy::file(std::string_view name, const std::vector<IconThemeCache::Image>& cached,
+                                const IconOrder::Place& place) {
+    const auto found = endings(place.directory, name, cached).intersected(place.endings);
+    std::string path = folder_;
+    path.append("/").append(directories_[place.directory].path).append("/");
+    return path.append(name).append(endingText(found.first()));
+}
+
+IconEndings IconThemeCopy::endings(std::size_t index, std::string_view name,
+                                   const std::vector<IconThemeCache::Image>& cached) {
+    auto& directory = directories_[index];
+    if (directory.source == Source::Unopened) {
+        open(directory);
+    }
+    if (directory.source == Source::Folder) {
+        return directory.icons->endings(name);
+    }
+    const auto found = std::find_if(cached.begin(), cached.end(),
+                                    [index](const auto& image) { return image.directory == index; });
+    return found == cached.end() ? IconEndings() : found->endings;
+}
+
+void IconThemeCopy::open(Directory& directory) {
+    struct stat status = {};
+    if (::fstatat(descriptor_.get(), directory.path.c_str(), &status, 0) != 0 || !S_ISDIR(status.st_mode)) {
+        directory.source = Source::Absent;
+        return;
+    }
+    auto& opened = opened_[{status.st_dev, status.st_ino}];
+    if (!opened) {
+        opened = std::make_shared<IconFolder>(folder_ + '/' + directory.path, status.st_size);
+    }
+    directory.icons = opened;
+    directory.source = Source::Folder;
+}
+
+} // namespace amberquill::desktop

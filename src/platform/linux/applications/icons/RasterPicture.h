@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/linux/applications/icons/IconFormat.h"
+
+#include <QByteArray>
+#include <QImage>
+#include <QSize>
+#include <optional>
+
+namespace amberquill::desktop {
+
+// A picture made of pixels, in one of the formats that Qt's image plugins read. Null: broken, or with more
+// pixels than an icon has (its header is believed to say how many, before anything is allocated).
+[[nodiscard]] QImage decodedRaster(const QByteArray& bytes, IconFormat format);
+
+// The size that the header of a PNG or JPEG picture states; none for anything else.
+[[nodiscard]] std::optional<QSize> embeddedPictureSize(const QByteArray& bytes);
+
+} // namespace amberquill::desktop
