@@ -1,9 +1,28 @@
 #include "platform/linux/wayland/WaylandWindowSystem.h"
 
 #include <QGuiApplication>
+#include <QScreen>
 #include <QWindow>
+#include <qpa/qplatformnativeinterface.h>
+#include <wayland-client-core.h>
 
 namespace amberquill::desktop {
+namespace {
+
+// The request xdg_toplevel.set_fullscreen of xdg-shell without an output, which leaves the choice to the
+// compositor. Qt's own request always names one. The proxy is Qt's. False where there is none.
+[[nodiscard]] bool askForFullScreen(QWindow& window) {
+    auto* native = QGuiApplication::platformNativeInterface();
+    auto* toplevel = static_cast<wl_proxy*>(native->nativeResourceForWindow("xdg_toplevel", &window));
+    if (toplevel == nullptr) {
+        return false;
+    }
+    constexpr uint32_t setFullscreen = 11;
+    wl_proxy_marshal(toplevel, setFullscreen, static_cast<wl_proxy*>(nullptr));
+    return true;
+}
+
+} // namespace
 
 void WaylandWindowSystem::setActivationToken(const QString& token) {
     token_ = token;
@@ -12,11 +31,16 @@ void WaylandWindowSystem::setActivationToken(const QString& token) {
 void WaylandWindowSystem::present(QWindow& window, QScreen*) {
     if (!window.isVisible()) {
         window.setFlags(window.flags() | Qt::FramelessWindowHint);
-        window.setWindowStates(Qt::WindowFullScreen);
+        window.setWindowStates(Qt::WindowNoState);
+        // Until the compositor has told the size of its choice.
+        window.resize(QGuiApplication::primaryScreen()->size());
         window.setVisible(true);
+        if (!askForFullScreen(window)) {
+            window.setWindowStates(Qt::WindowFullScreen);
+        }
     }
-    // Qt 6.4 takes the token from the environment alone. It removes it from there once it is used; what is
-    // not used must not reach the applications that are opened later.
+    // Qt 6.4 takes the token from the environment alone. It removes it from there once it is used; what is not
+    // used must not reach the applications that are opened later.
     constexpr auto variable = "XDG_ACTIVATION_TOKEN";
     if (!token_.isEmpty()) {
         qputenv(variable, token_.toUtf8());

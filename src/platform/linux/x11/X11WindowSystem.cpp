@@ -1,7 +1,6 @@
 #include "platform/linux/x11/X11WindowSystem.h"
 
 #include "platform/linux/x11/ScreenChoice.h"
-#include "platform/linux/x11/StartupId.h"
 #include "platform/linux/x11/XcbReply.h"
 
 #include <QGuiApplication>
@@ -97,13 +96,15 @@ void X11WindowSystem::present(QWindow& window, QScreen* screen) {
         window.setWindowStates(Qt::WindowFullScreen);
         if (wanted != nullptr) {
             window.setScreen(wanted);
-            window.setGeometry(wanted->geometry());
         }
         window.create();
         describe(window);
+        if (wanted != nullptr) {
+            place(window, *wanted);
+        }
         window.setVisible(true);
     } else if (wanted != nullptr && window.screen() != wanted) {
-        cover(window, *wanted);
+        move(window, *wanted);
     }
     window_ = &window;
     if (!managed) {
@@ -135,7 +136,7 @@ void X11WindowSystem::watch(QScreen* screen) {
 
 void X11WindowSystem::keepOnLivingScreen() {
     if (window_ && window_->screen() != nullptr) {
-        cover(*window_, *window_->screen());
+        move(*window_, *window_->screen());
     }
 }
 
@@ -166,21 +167,34 @@ void X11WindowSystem::describe(QWindow& window) {
     }
 }
 
+// A window manager puts a full-screen window on the monitor where it finds it.
+void X11WindowSystem::place(QWindow& window, QScreen& screen) {
+    window.setGeometry(screen.geometry());
+    // Once more behind Qt's back: it asks for nothing when it believes the window to be there, and does not
+    // hear of it when a window manager moves a window that is withdrawn.
+    const QRect area = screen.handle()->geometry();
+    const std::array<int32_t, 4> values{area.x(), area.y(), area.width(), area.height()};
+    xcb_configure_window(connection_, handle(window),
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                             XCB_CONFIG_WINDOW_HEIGHT,
+                         values.data());
+}
+
 // Moves a window that is up. Window managers keep a full-screen window on its monitor, so it stops being one
 // for the move; without a window manager the geometry alone counts.
-void X11WindowSystem::cover(QWindow& window, QScreen& screen) {
+void X11WindowSystem::move(QWindow& window, QScreen& screen) {
     window.setWindowStates(Qt::WindowNoState);
     window.setScreen(&screen);
-    window.setGeometry(screen.geometry());
+    place(window, screen);
     window.setWindowStates(Qt::WindowFullScreen);
 }
 
-// The time of what the user did is the startup id's, or now: a chord and a click in the tray are answered at
-// once.
+// Window managers refuse the focus to a window whose user did something later in another one. Whatever the
+// user did to see the launcher, it is answered at once, so its time is now.
 void X11WindowSystem::noteUserTime() {
-    const auto started = startupTime(startupId_);
-    QX11Info::setAppTime(started ? *started : QX11Info::getTimestamp());
+    QX11Info::setAppTime(QX11Info::getTimestamp());
     if (!startupId_.isEmpty()) {
+        // Qt tells whoever shows a busy pointer for this start that it is complete.
         QX11Info::setNextStartupId(startupId_.toUtf8());
         startupId_.clear();
     }

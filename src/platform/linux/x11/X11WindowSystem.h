@@ -30,7 +30,8 @@ private:
     void watch(QScreen* screen);
     void keepOnLivingScreen();
     void describe(QWindow& window);
-    void cover(QWindow& window, QScreen& screen);
+    void place(QWindow& window, QScreen& screen);
+    void move(QWindow& window, QScreen& screen);
     void noteUserTime();
     void giveFocusBack();
 

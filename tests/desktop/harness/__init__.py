@@ -1,0 +1,25 @@
+"""Real desktops for the tests: display servers without a screen, each with its own home, runtime folder and bus.
+
+A test case derives from DesktopTestCase, asks it for a session, starts programs in it and waits for conditions.
+Everything that was started, and everything those programs started, is gone when the test ends.
+"""
+
+from harness.case import DesktopTestCase
+from harness.picture import Picture
+from harness.programs import Program
+from harness.session import Session
+from harness.waiting import until
+from harness.wayland import SwaySession, WestonSession
+from harness.x11 import Geometry, X11Session
+
+__all__ = [
+    "DesktopTestCase",
+    "Geometry",
+    "Picture",
+    "Program",
+    "Session",
+    "SwaySession",
+    "WestonSession",
+    "X11Session",
+    "until",
+]

@@ -1,0 +1,103 @@
+"""Wayland sessions on Weston and on Sway without a screen."""
+
+import json
+import os
+
+from harness.picture import Picture
+from harness.session import Session
+from harness.waiting import until
+
+
+class WestonSession(Session):
+    def __init__(self, width=1280, height=720, environment=None):
+        super().__init__(environment)
+        self.width = width
+        self.height = height
+
+    def begin(self):
+        socket = "wayland-test"
+        self.start(
+            "weston",
+            "--backend=headless-backend.so",
+            "--use-pixman",
+            "--debug",
+            "--no-config",
+            "--idle-time=0",
+            f"--socket={socket}",
+            f"--width={self.width}",
+            f"--height={self.height}",
+        )
+        until((self.runtime / socket).exists, "the compositor")
+        self.environment["WAYLAND_DISPLAY"] = socket
+        self.environment["QT_QPA_PLATFORM"] = "wayland"
+
+    def screenshot(self):
+        for old in self.home.glob("wayland-screenshot-*.png"):
+            old.unlink()
+        self.run("weston-screenshooter")
+        return Picture.read(next(self.home.glob("wayland-screenshot-*.png")))
+
+
+class SwaySession(Session):
+    """A tiling compositor with any number of screens side by side. It takes keys, but has no pointer."""
+
+    NOBODY = 65534
+
+    def __init__(self, screens=1, environment=None):
+        super().__init__(environment)
+        self._screens = screens
+
+    def begin(self):
+        configuration = self.folder / "sway.conf"
+        configuration.write_text("output * bg #804020 solid_color\ndefault_border none\n", encoding="utf-8")
+        settings = {
+            "WLR_BACKENDS": "headless",
+            "WLR_HEADLESS_OUTPUTS": str(self._screens),
+            "WLR_LIBINPUT_NO_DEVICES": "1",
+            "WLR_RENDERER": "pixman",
+        }
+        command = ["sway", "-c", configuration]
+        if os.geteuid() == 0:
+            # It refuses to run as root; whoever runs the tests may use its sockets all the same.
+            for path in (self.folder, *self.folder.rglob("*")):
+                os.chown(path, self.NOBODY, self.NOBODY)
+            command[:0] = ["setpriv", f"--reuid={self.NOBODY}", f"--regid={self.NOBODY}", "--clear-groups"]
+        self.start(*command, environment=settings)
+        socket = until(lambda: self._sockets("wayland-*"), "the compositor")[0]
+        self.environment["SWAYSOCK"] = str(until(lambda: self._sockets("sway-ipc.*"), "its control socket")[0])
+        self.environment["WAYLAND_DISPLAY"] = socket.name
+        self.environment["QT_QPA_PLATFORM"] = "wayland"
+        until(lambda: len(self.ask("get_outputs")) == self._screens, "its screens")
+        # A keyboard that stays plugged in: clients lose the keys of one that comes and goes with its first key.
+        hour = 3_600_000
+        self.start("wtype", "-s", hour, "a")
+        until(lambda: self.ask("get_inputs"), "its keyboard")
+
+    def _sockets(self, pattern):
+        return [path for path in self.runtime.glob(pattern) if path.is_socket()]
+
+    def ask(self, question):
+        """What Sway answers to a question of its control protocol, as "get_tree"."""
+        return json.loads(self.run("swaymsg", "--raw", "--type", question))
+
+    def tell(self, *command):
+        self.run("swaymsg", "--", *command)
+
+    def screen_of(self, application):
+        """The name of the screen with the application's window, or none."""
+
+        def find(node, screen):
+            screen = node["name"] if node["type"] == "output" else screen
+            if node.get("app_id") == application:
+                return screen
+            return next(filter(None, (find(child, screen) for child in node["nodes"])), None)
+
+        return find(self.ask("get_tree"), None)
+
+    def type(self, text):
+        self.run("wtype", text)
+
+    def screenshot(self):
+        path = self.home / "screenshot.png"
+        self.run("grim", path)
+        return Picture.read(path)
