@@ -39,8 +39,8 @@ void WaylandWindowSystem::present(QWindow& window, QScreen*) {
             window.setWindowStates(Qt::WindowFullScreen);
         }
     }
-    // Qt 6.4 takes the token from the environment alone. It removes it from there once it is used; what is not
-    // used must not reach the applications that are opened later.
+    // Qt 6.4 takes the token from the environment alone. It removes it from there once it is used; what is
+    // not used must not reach the applications that are opened later.
     constexpr auto variable = "XDG_ACTIVATION_TOKEN";
     if (!token_.isEmpty()) {
         qputenv(variable, token_.toUtf8());
