@@ -8,6 +8,21 @@
 
 namespace amberquill {
 
+namespace {
+
+QImage paintedPlaceholder(int edge) {
+    QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double inset = edge * 0.09;
+    const QRectF body = QRectF(0, 0, edge, edge).adjusted(inset, inset, -inset, -inset);
+    painter.fillPath(continuousRoundedRect(body, body.width() * 0.225), QColor(255, 255, 255, 41));
+    return image;
+}
+
+} // namespace
+
 IconCache& IconCache::shared() {
     static IconCache theCache;
     return theCache;
@@ -71,13 +86,10 @@ void IconCache::take(const Key& key, const QImage& image) {
 }
 
 QImage IconCache::placeholder(int edge) {
-    QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const double inset = edge * 0.09;
-    const QRectF body = QRectF(0, 0, edge, edge).adjusted(inset, inset, -inset, -inset);
-    painter.fillPath(continuousRoundedRect(body, body.width() * 0.225), QColor(255, 255, 255, 41));
+    QImage& image = placeholders_[edge];
+    if (image.isNull() && edge > 0) {
+        image = paintedPlaceholder(edge);
+    }
     return image;
 }
 

@@ -30,11 +30,14 @@ public:
     // Whether the icon has been decoded, or is known not to exist.
     [[nodiscard]] bool isKnown(const QString& path, int edge) const;
 
+    // Whether no icon is being decoded.
+    [[nodiscard]] bool isIdle() const { return underWay_.isEmpty(); }
+
     // Asks again for the icons that were not to be had: a package's icons often come after its application.
     void retryMissing();
 
     // What stands in for an icon.
-    static QImage placeholder(int edge);
+    QImage placeholder(int edge);
 
 Q_SIGNALS:
     void arrived(const QString& path, int edge);
@@ -56,6 +59,7 @@ private:
     const ApplicationIcons* source_ = nullptr;
     MainQueue* queue_ = nullptr;
     QHash<Key, QImage> cache_; // null: known to have none
+    QHash<int, QImage> placeholders_;
     QSet<Key> underWay_;
 };
 

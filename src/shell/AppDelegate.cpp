@@ -23,6 +23,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(qGuiApp, &QGuiApplication::aboutToQuit, this, &AppDelegate::applicationWillTerminate);
     connect(&controller_->window(), &QQuickWindow::frameSwapped, this, &AppDelegate::firstFrameShown,
             Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    frameLog_ = std::make_unique<FrameLog>(controller_->window());
     controller_->show();
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "model/LauncherModel.h"
+#include "shell/FrameLog.h"
 #include "shell/LiveRefresh.h"
 #include "shell/NamesKeeper.h"
 #include "window/LauncherWindowController.h"
@@ -59,6 +60,7 @@ private:
     Services services_;
     LauncherModel model_;
     std::shared_ptr<LauncherWindowController> controller_;
+    std::unique_ptr<FrameLog> frameLog_;
     NamesKeeper names_;
     LiveRefresh live_;
     bool wasActive_ = false;

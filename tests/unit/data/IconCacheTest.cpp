@@ -46,7 +46,7 @@ protected:
 
 TEST_F(IconCacheTest, ThePlaceholderStandsInUntilTheIconIsDecoded) {
     icons_.colours.insert(u"/a"_s, Qt::red);
-    EXPECT_EQ(cache_.icon(u"/a"_s, 64), IconCache::placeholder(64));
+    EXPECT_EQ(cache_.icon(u"/a"_s, 64), cache_.placeholder(64));
     EXPECT_TRUE(icons_.asked.isEmpty());
     EXPECT_FALSE(cache_.isKnown(u"/a"_s, 64));
     queue_.runPosted();
@@ -78,7 +78,7 @@ TEST_F(IconCacheTest, AnAppWithoutAnIconKeepsThePlaceholderAndIsNotAskedAgain) {
     cache_.icon(u"/none"_s, 64);
     queue_.runPosted();
     EXPECT_TRUE(cache_.isKnown(u"/none"_s, 64));
-    EXPECT_EQ(cache_.icon(u"/none"_s, 64), IconCache::placeholder(64));
+    EXPECT_EQ(cache_.icon(u"/none"_s, 64), cache_.placeholder(64));
     queue_.runPosted();
     EXPECT_EQ(icons_.asked.size(), 1);
     EXPECT_TRUE(arrived_.isEmpty());
@@ -105,7 +105,7 @@ TEST_F(IconCacheTest, AnAppThatIsRemovedKeepsItsIcon) {
 }
 
 TEST_F(IconCacheTest, ThePlaceholderIsNeutralAndOfTheSizeAskedFor) {
-    const QImage placeholder = IconCache::placeholder(100);
+    const QImage placeholder = cache_.placeholder(100);
     EXPECT_EQ(placeholder.size(), QSize(100, 100));
     EXPECT_EQ(placeholder.pixelColor(0, 0).alpha(), 0);
     const QColor middle = placeholder.pixelColor(50, 50);
