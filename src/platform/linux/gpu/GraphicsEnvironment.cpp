@@ -5,9 +5,13 @@
 namespace amberquill::desktop {
 namespace {
 
+[[nodiscard]] QByteArray value(const Environment& environment, const char* name) {
+    return environment(name).value_or(QByteArray());
+}
+
 // Mesa's reading of a switch.
-[[nodiscard]] bool isOn(const QByteArray& value) {
-    const auto text = value.toLower();
+[[nodiscard]] bool isOn(const QByteArray& setting) {
+    const auto text = setting.toLower();
     return !text.isEmpty() && text != "0" && text != "n" && text != "no" && text != "f" && text != "false";
 }
 
@@ -22,25 +26,26 @@ namespace {
 } // namespace
 
 bool asksForSoftware(const Environment& environment) {
-    const auto driver = environment("GALLIUM_DRIVER");
-    const auto loader = environment("MESA_LOADER_DRIVER_OVERRIDE");
-    return isOn(environment("LIBGL_ALWAYS_SOFTWARE")) || driver == "llvmpipe" || driver == "softpipe" ||
-           driver == "swr" || loader == "swrast" || loader == "kms_swrast";
+    const auto driver = value(environment, "GALLIUM_DRIVER");
+    const auto loader = value(environment, "MESA_LOADER_DRIVER_OVERRIDE");
+    return isOn(value(environment, "LIBGL_ALWAYS_SOFTWARE")) || driver == "llvmpipe" ||
+           driver == "softpipe" || driver == "swr" || loader == "swrast" || loader == "kms_swrast";
 }
 
 std::vector<DisplayServer> displayServers(const Environment& environment) {
     std::vector<DisplayServer> servers;
-    const auto platforms = environment("QT_QPA_PLATFORM");
+    const auto platforms = value(environment, "QT_QPA_PLATFORM");
     if (!platforms.isEmpty()) {
         for (const auto& platform : platforms.split(';')) {
             servers.push_back(serverOf(platform));
         }
         return servers;
     }
-    if (!environment("WAYLAND_DISPLAY").isEmpty() || environment("XDG_SESSION_TYPE") == "wayland") {
+    if (!value(environment, "WAYLAND_DISPLAY").isEmpty() ||
+        value(environment, "XDG_SESSION_TYPE") == "wayland") {
         servers.push_back(DisplayServer::wayland);
     }
-    if (!environment("DISPLAY").isEmpty()) {
+    if (!value(environment, "DISPLAY").isEmpty()) {
         servers.push_back(DisplayServer::x11);
     }
     return servers;

@@ -1,15 +1,12 @@
 #pragma once
 
+#include "platform/linux/files/Environment.h"
 #include "platform/linux/gpu/GraphicsFindings.h"
 
 #include <QByteArray>
-#include <functional>
 #include <vector>
 
 namespace amberquill::desktop {
-
-// The value of an environment variable; empty where it is not set.
-using Environment = std::function<QByteArray(const char* name)>;
 
 // Whether one of Mesa's variables asks for OpenGL on the CPU.
 [[nodiscard]] bool asksForSoftware(const Environment& environment);

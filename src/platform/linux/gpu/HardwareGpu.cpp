@@ -12,12 +12,12 @@ namespace {
 [[nodiscard]] ServerOffers ask(DisplayServer server, const Environment& environment) {
     switch (server) {
     case DisplayServer::x11:
-        return isLocalDisplay(environment("DISPLAY")) ? askX11Server() : ServerOffers{};
+        return isLocalDisplay(environment("DISPLAY").value_or(QByteArray())) ? askX11Server()
+                                                                             : ServerOffers{};
     case DisplayServer::wayland:
         // A connection that was handed to us is good for one client, and that is Qt.
-        return environment("WAYLAND_SOCKET").isEmpty()
-                   ? askWaylandCompositor()
-                   : ServerOffers{.reached = true, .takesGpuBuffers = true};
+        return !environment("WAYLAND_SOCKET") ? askWaylandCompositor()
+                                              : ServerOffers{.reached = true, .takesGpuBuffers = true};
     case DisplayServer::other:
         break;
     }
@@ -27,7 +27,7 @@ namespace {
 } // namespace
 
 bool hasHardwareGpu() {
-    const Environment environment = [](const char* name) { return qgetenv(name); };
+    const Environment environment = processEnvironment();
     GraphicsFindings findings{
         .softwareAskedFor = asksForSoftware(environment),
         .renderNodes = renderNodes("/dev/dri", "/sys/class/drm"),

@@ -1,12 +1,13 @@
 #include "platform/linux/gpu/RenderNodes.h"
 
+#include "platform/linux/files/FileDescriptor.h"
+
 #include <array>
 #include <climits>
 #include <cstdint>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
-#include <optional>
 #include <string_view>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -33,23 +34,6 @@ constexpr auto vmwareGetParameter = _IOWR('d', driverCommands + 0x00, VmwarePara
 constexpr std::uint64_t virtio3dFeatures = 1;
 constexpr std::uint32_t vmware3d = 2;
 
-class Descriptor {
-public:
-    explicit Descriptor(int number)
-        : number_(number) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (number_ >= 0) {
-            close(number_);
-        }
-    }
-    [[nodiscard]] int number() const { return number_; }
-
-private:
-    int number_;
-};
-
 [[nodiscard]] bool virtioRenders3d(int device) {
     int value = 0;
     VirtioParameter request{virtio3dFeatures, reinterpret_cast<std::uintptr_t>(&value)};
@@ -67,8 +51,8 @@ private:
     if (!isVirtio && !isVmware) {
         return true;
     }
-    const Descriptor node(open(device.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    return node.number() >= 0 && (isVirtio ? virtioRenders3d(node.number()) : vmwareRenders3d(node.number()));
+    const FileDescriptor node(open(device.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    return node.isOpen() && (isVirtio ? virtioRenders3d(node.get()) : vmwareRenders3d(node.get()));
 }
 
 [[nodiscard]] std::string driverName(const std::string& driverLink) {

@@ -7,7 +7,10 @@ namespace amberquill::desktop {
 namespace {
 
 [[nodiscard]] Environment with(QMap<QByteArray, QByteArray> variables) {
-    return [variables = std::move(variables)](const char* name) { return variables.value(name); };
+    return [variables = std::move(variables)](const char* name) -> std::optional<QByteArray> {
+        const auto found = variables.find(name);
+        return found == variables.end() ? std::nullopt : std::optional(found.value());
+    };
 }
 
 TEST(GraphicsEnvironment, NothingSetAsksForNothing) {
