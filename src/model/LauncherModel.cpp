@@ -23,11 +23,6 @@ int gridSide(const Preferences& preferences, const QString& key, int otherwise) 
     return std::clamp(preferences.integer(key).value_or(otherwise), 1, largestGridSide);
 }
 
-BackgroundTheme storedBackground(const Preferences& preferences) {
-    const auto text = preferences.string(QStringLiteral("backgroundTheme"));
-    return text ? backgroundTheme(*text).value_or(BackgroundTheme::Blue) : BackgroundTheme::Blue;
-}
-
 } // namespace
 
 LauncherModel::LauncherModel(Services services, QObject* parent)
@@ -41,6 +36,11 @@ LauncherModel::LauncherModel(Services services, QObject* parent)
     , language_(L::language()) {}
 
 LauncherModel::~LauncherModel() = default;
+
+BackgroundTheme LauncherModel::storedBackground(const Preferences& preferences) {
+    const auto text = preferences.string(QStringLiteral("backgroundTheme"));
+    return text ? backgroundTheme(*text).value_or(BackgroundTheme::Blue) : BackgroundTheme::Blue;
+}
 
 void LauncherModel::setSize(const QSizeF& size) {
     if (size != size_) {

@@ -60,6 +60,9 @@ public:
     LauncherModel(const LauncherModel&) = delete;
     LauncherModel& operator=(const LauncherModel&) = delete;
 
+    // The background theme that the user chose last.
+    [[nodiscard]] static BackgroundTheme storedBackground(const Preferences& preferences);
+
     // Called back for what only the window can do; held weakly.
     void setController(std::weak_ptr<LauncherController> controller) { controller_ = std::move(controller); }
 

@@ -1,8 +1,13 @@
 #include "shell/AppDelegate.h"
 
+#include "data/IconCache.h"
 #include "platform/MainQueue.h"
+#include "views/TileLayout.h"
 
 #include <QGuiApplication>
+#include <QScreen>
+#include <algorithm>
+#include <cmath>
 
 namespace amberquill {
 
@@ -16,6 +21,7 @@ AppDelegate::AppDelegate(const Services& services)
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
+    prefetchFirstPage();
     controller_ = std::make_shared<LauncherWindowController>(LauncherWindowController::Services{
         model_, services_.queue, services_.windows, services_.tokens, services_.opener});
     model_.setController(controller_);
@@ -27,9 +33,28 @@ void AppDelegate::applicationDidFinishLaunching() {
     controller_->show();
 }
 
+// The first page's icons are decoded while the views are being made.
+void AppDelegate::prefetchFirstPage() {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (screen == nullptr) {
+        return;
+    }
+    const double ratio = screen->devicePixelRatio();
+    const GridMetrics metrics{screen->size(), model_.columns(), model_.rows()};
+    const int edge = static_cast<int>(std::lround(TileLayout::of(metrics, ratio).icon.width() * ratio));
+    const LaunchItems& items = model_.items();
+    const auto count = std::min(items.size(), static_cast<std::size_t>(metrics.slotsPerPage()));
+    for (std::size_t i = 0; i < count; ++i) {
+        if (const QString* path = items[i].asApp()) {
+            IconCache::shared().icon(*path, edge);
+        }
+    }
+}
+
 // What nobody waits for is done once the launcher is on the screen.
 void AppDelegate::firstFrameShown() {
     live_.watch(services_.watchedFolders);
+    services_.prepareOpening();
 }
 
 void AppDelegate::applicationStateChanged(Qt::ApplicationState state) {

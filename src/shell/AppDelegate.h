@@ -37,6 +37,7 @@ public:
         ApplicationOpener& opener;
         FolderWatcher& watcher;
         std::function<std::vector<AppInfo>()> scan;
+        std::function<void()> prepareOpening; // called once the launcher is on the screen
         std::function<void()> retryIcons;
         QHash<QString, QString> rememberedNames;
         QString applicationSupport;
@@ -54,6 +55,7 @@ public:
 
 private:
     void applicationStateChanged(Qt::ApplicationState state);
+    void prefetchFirstPage();
     void firstFrameShown();
     void applicationWillTerminate();
 

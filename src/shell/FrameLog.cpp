@@ -18,7 +18,8 @@ double now() {
 
 } // namespace
 
-FrameLog::FrameLog(QQuickWindow& window, QObject* parent) : QObject(parent) {
+FrameLog::FrameLog(QQuickWindow& window, QObject* parent)
+    : QObject(parent) {
     if (!frames().isDebugEnabled()) {
         return;
     }

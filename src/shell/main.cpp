@@ -3,12 +3,13 @@
 #include "localization/L.h"
 #include "motion/FrameDriver.h"
 #include "motion/Timeline.h"
-#include "platform/ApplicationIcons.h"
 #include "platform/EventLoopQueue.h"
 #include "platform/linux/activation/Activation.h"
 #include "platform/linux/activation/StartToken.h"
 #include "platform/linux/applications/bundles/PropertyListBundles.h"
 #include "platform/linux/applications/entries/DesktopEntryApplications.h"
+#include "platform/linux/applications/icons/IconThemeName.h"
+#include "platform/linux/applications/icons/LinuxApplicationIcons.h"
 #include "platform/linux/applications/launching/LinuxApplicationOpener.h"
 #include "platform/linux/files/EnvironmentLocations.h"
 #include "platform/linux/files/InotifyFolderWatcher.h"
@@ -16,9 +17,11 @@
 #include "platform/linux/files/PosixFileSystem.h"
 #include "platform/linux/files/QtSystemLanguages.h"
 #include "platform/linux/gpu/HardwareGpu.h"
+#include "platform/linux/process/SessionBus.h"
 #include "platform/linux/process/TerminationSignals.h"
 #include "platform/linux/windows/WindowSystems.h"
 #include "shell/AppDelegate.h"
+#include "shell/DeferredOpener.h"
 #include "views/BackgroundLayer.h"
 
 #include <QDBusConnection>
@@ -46,12 +49,14 @@ int main(int argc, char* argv[]) {
     // First of all, before anything changes the environment that applications are started with.
     const auto start = desktop::StartState::capture();
     const desktop::Environment environment = start.environment.lookup();
+    desktop::doNotLaunchSessionBus(environment);
 
     const Locations locations = desktop::locationsFromEnvironment(environment);
     const QString language = QLocale::system().name();
     desktop::PosixFileSystem files;
     const desktop::PropertyListBundles bundles;
-    const desktop::DesktopEntryApplications registered(desktop::entrySettingsFromEnvironment(environment));
+    const desktop::EntrySettings entrySettings = desktop::entrySettingsFromEnvironment(environment);
+    const desktop::DesktopEntryApplications registered(entrySettings);
     const AppScanner::Services scanServices{files, bundles, registered, locations.home, locations.ownBundle};
 
     // The first scan runs while Qt starts; the model's first question takes its answer.
@@ -77,22 +82,33 @@ int main(int argc, char* argv[]) {
     L::setSystemLanguages(&languages);
     L::loadLanguage(preferences);
 
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        BackgroundLayer::prepare(LauncherModel::storedBackground(preferences),
+                                 screen->size() * screen->devicePixelRatio(), screen->devicePixelRatio());
+    }
+
     EventLoopQueue queue;
     Timeline& timeline = Timeline::shared();
     timeline.runOn(&queue);
     const FrameDriver driver(timeline);
 
-    NullApplicationIcons icons;
+    desktop::LinuxApplicationIcons icons(
+        {desktop::iconBaseFolders(locations.home, entrySettings.dataFolders), desktop::iconThemeName(),
+         locations.caches + QStringLiteral("/Amberquill/decoding"), entrySettings.locale});
     IconCache::shared().serveFrom(&icons, &queue);
 
     const auto windows = desktop::makeWindowSystem();
     const auto tokens = desktop::makeActivationTokens(queue);
     const auto notifications = desktop::makeStartupNotifications();
-    desktop::LinuxApplicationOpener opener(start, QDBusConnection::sessionBus(), *notifications, queue);
+    DeferredOpener opener([&]() -> std::unique_ptr<ApplicationOpener> {
+        return std::make_unique<desktop::LinuxApplicationOpener>(start, QDBusConnection::sessionBus(),
+                                                                 *notifications, queue);
+    });
     desktop::InotifyFolderWatcher watcher(queue);
     windows->setActivationToken(desktop::takeStartToken(start.environment, QGuiApplication::platformName()));
 
     AppDelegate delegate({queue, files, preferences, *windows, *tokens, opener, watcher, scan,
+                          [&opener] { opener.prepare(); },
                           [&icons] {
                               icons.forget();
                               IconCache::shared().retryMissing();

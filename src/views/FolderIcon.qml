@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Window
 import Amberquill.Views
 
 // A folder's icon: a translucent body with its first nine applications in rows of three.
@@ -10,9 +9,9 @@ Item {
 
     required property var appPaths
     required property double size
+    required property double ratio
     property double brightness: 0
 
-    readonly property double ratio: Screen.devicePixelRatio
     readonly property double body: size * 0.82
     readonly property double mini: body * 0.28
     readonly property double gap: body * 0.02

@@ -33,6 +33,7 @@ Item {
         x: tile.tiles.layout.icon.x
         y: tile.tiles.layout.icon.y
         size: tile.tiles.layout.icon.width
+        ratio: tile.tiles.devicePixelRatio
         isFolder: tile.isFolder
         path: tile.path
         appPaths: tile.appPaths

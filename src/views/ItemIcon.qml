@@ -10,7 +10,8 @@ Item {
     required property bool isFolder
     required property string path
     required property var appPaths
-    required property double size
+    required property double size // points
+    required property double ratio // device pixels in a point
     property double brightness: 0
 
     width: size
@@ -28,6 +29,7 @@ Item {
         sourceComponent: FolderIcon {
             appPaths: icon.appPaths
             size: icon.size
+            ratio: icon.ratio
             brightness: icon.brightness
         }
     }

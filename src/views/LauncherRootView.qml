@@ -1,28 +1,22 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Window
 import Amberquill.Views
 
 // Everything in the launcher's window: the colour wash, and over it the grid and the controls.
-Item {
+ContentItem {
     id: root
 
     required property LauncherModel launcher
     required property TileModel tiles
     required property ViewTexts texts
 
-    readonly property double ratio: Screen.devicePixelRatio
     readonly property size contentSize: Qt.size(width, height)
 
-    function snapped(value: double): double {
-        return Math.round(value * ratio) / ratio;
-    }
-
     onContentSizeChanged: launcher.size = contentSize
-    onRatioChanged: tiles.devicePixelRatio = ratio
+    onDevicePixelRatioChanged: tiles.devicePixelRatio = devicePixelRatio
     Component.onCompleted: {
-        tiles.devicePixelRatio = ratio;
+        tiles.devicePixelRatio = devicePixelRatio;
         launcher.size = contentSize;
     }
 
@@ -62,7 +56,7 @@ Item {
             Animated {
                 id: stripPlace
                 target: root.launcher.scrollOffset - root.launcher.page * root.launcher.size.width
-                precision: 0.5 / root.ratio
+                precision: 0.5 / root.devicePixelRatio
             }
 
             Repeater {

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/ApplicationOpener.h"
+
+#include <memory>
+#include <utility>
+
+namespace amberquill {
+
+// Opens applications by an opener that is made when it is first needed, so that its connections do not delay
+// the first frame. Main thread only.
+class DeferredOpener final : public ApplicationOpener {
+public:
+    explicit DeferredOpener(std::function<std::unique_ptr<ApplicationOpener>()> make)
+        : make_(std::move(make)) {}
+
+    void open(const QString& path, const QString& token, std::function<void(bool started)> done) override {
+        opener().open(path, token, std::move(done));
+    }
+
+    // Makes the opener now, while nobody waits for it.
+    void prepare() { opener(); }
+
+private:
+    ApplicationOpener& opener() {
+        if (!opener_) {
+            opener_ = make_();
+        }
+        return *opener_;
+    }
+
+    std::function<std::unique_ptr<ApplicationOpener>()> make_;
+    std::unique_ptr<ApplicationOpener> opener_;
+};
+
+} // namespace amberquill
