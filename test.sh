@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, checks the formatting and runs every test: all of them as people run the program,
+# and those that need no display also under the address and undefined-behaviour sanitizers. Ends with the test
+# runner's summary. Arguments are ctest's, as in: ./test.sh -R ScreenChoice
+set -euo pipefail
+cd "$(dirname "$(readlink -f "$0")")"
+
+scripts/setup.sh run screenless test
+
+echo 'Checking the formatting'
+find src tests -name '*.cpp' -print0 -o -name '*.h' -print0 | xargs -0 clang-format --dry-run -Werror
+
+mkdir -p build
+for preset in release asan; do
+    echo "Building $preset"
+    cmake --preset "$preset" -DAMBERQUILL_TESTS=ON >build/"$preset".log || { cat build/"$preset".log && exit 1; }
+    cmake --build --preset "$preset" -- --quiet
+done
+
+# One run over both builds, for one summary.
+mkdir -p build/tests
+printf 'subdirs("%s" "%s")\n' "$PWD/build/release" "$PWD/build/asan" >build/tests/CTestTestfile.cmake
+ctest --test-dir build/tests --output-on-failure --no-label-summary --parallel "$(nproc)" \
+    --label-exclude '^display-sanitized$' "$@"
