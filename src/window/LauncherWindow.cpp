@@ -12,7 +12,8 @@ void qml_register_types_Amberquill_Views();
 static void loadViews() {
     Q_INIT_RESOURCE(qmake_Amberquill_Views);
     Q_INIT_RESOURCE(qmlcache_amberquill_views);
-    qml_register_types_Amberquill_Views();
+    // A mention links the types in; Qt registers them when the module is imported.
+    [[maybe_unused]] const auto volatile registration = &qml_register_types_Amberquill_Views;
 }
 
 namespace amberquill {

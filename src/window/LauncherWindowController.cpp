@@ -120,7 +120,9 @@ bool LauncherWindowController::eventFilter(QObject* watched, QEvent* event) {
     }
     if (event->type() == QEvent::KeyPress) {
         const auto* key = static_cast<QKeyEvent*>(event);
-        return handleKey(key->key(), key->modifiers());
+        const bool consumed = handleKey(key->key(), key->modifiers());
+        event->setAccepted(consumed);
+        return consumed;
     }
     if (event->type() == QEvent::Wheel) {
         services_.model.handleScroll(scrollEvent(*static_cast<QWheelEvent*>(event)));

@@ -1,0 +1,269 @@
+#include "window/LauncherWindowController.h"
+
+#include "platform/ActivationTokens.h"
+#include "platform/ApplicationOpener.h"
+#include "platform/WindowSystem.h"
+#include "support/ModelFixture.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QQuickItem>
+#include <QScreen>
+#include <QWheelEvent>
+
+using namespace amberquill;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class RecordingWindowSystem final : public WindowSystem {
+public:
+    [[nodiscard]] QScreen* screenUnderPointer() const override { return QGuiApplication::primaryScreen(); }
+    void present(QWindow& window, QScreen* screen) override {
+        alphaWhenPresented = static_cast<QQuickView&>(window).rootObject()->opacity();
+        presentedOn.push_back(screen);
+    }
+    void withdraw(QWindow& /*window*/) override { ++withdrawn; }
+    void beep() override { ++beeps; }
+
+    std::vector<QScreen*> presentedOn;
+    double alphaWhenPresented = -1;
+    int withdrawn = 0;
+    int beeps = 0;
+};
+
+class HeldTokens final : public ActivationTokens {
+public:
+    void request(QWindow& /*window*/, const QString& applicationPath,
+                 std::function<void(QString)> then) override {
+        asked.append(applicationPath);
+        if (hold) {
+            held = std::move(then);
+        } else {
+            then(u"token"_s);
+        }
+    }
+
+    bool hold = false;
+    QStringList asked;
+    std::function<void(QString)> held;
+};
+
+class RecordingOpener final : public ApplicationOpener {
+public:
+    void open(const QString& path, const QString& token, std::function<void(bool)> done) override {
+        opened.append(path + u' ' + token);
+        done(succeeds);
+    }
+
+    bool succeeds = true;
+    QStringList opened;
+};
+
+class LauncherWindowControllerTest : public ModelFixture {
+protected:
+    void SetUp() override {
+        ModelFixture::SetUp();
+        installed_ = apps(80);
+        LauncherModel& model = makeModel();
+        shower_ = std::make_shared<LauncherWindowController>(
+            LauncherWindowController::Services{model, queue_, windows_, tokens_, opener_});
+        model.setController(shower_);
+    }
+
+    void TearDown() override {
+        shower_.reset();
+        ModelFixture::TearDown();
+    }
+
+    // Time goes by in frames, as it does on a screen.
+    void pass(double seconds) {
+        constexpr double frame = 1.0 / 120;
+        for (double passed = 0; passed + frame / 2 < seconds; passed += frame) {
+            queue_.advance(frame);
+            Timeline::shared().advance();
+        }
+    }
+
+    [[nodiscard]] double alpha() const { return shower_->window().rootObject()->opacity(); }
+
+    bool key(int code, Qt::KeyboardModifiers modifiers = {}) {
+        QKeyEvent event(QEvent::KeyPress, code, modifiers);
+        event.ignore();
+        return QCoreApplication::sendEvent(&shower_->window(), &event) && event.isAccepted();
+    }
+
+    RecordingWindowSystem windows_;
+    HeldTokens tokens_;
+    RecordingOpener opener_;
+    std::shared_ptr<LauncherWindowController> shower_;
+};
+
+const QString application = u"/Applications/1.app"_s;
+
+} // namespace
+
+TEST_F(LauncherWindowControllerTest, ShowingCoversTheScreenFadesInAndScans) {
+    EXPECT_FALSE(shower_->isShown());
+    shower_->show();
+    EXPECT_TRUE(shower_->isShown());
+    EXPECT_EQ(windows_.presentedOn, std::vector<QScreen*>{QGuiApplication::primaryScreen()});
+    EXPECT_EQ(shower_->window().geometry(), QGuiApplication::primaryScreen()->geometry());
+    EXPECT_EQ(windows_.alphaWhenPresented, 0);
+    EXPECT_TRUE(model_->isScanning());
+    EXPECT_TRUE(model_->presented());
+    pass(0.1);
+    EXPECT_GT(alpha(), 0.2);
+    EXPECT_LT(alpha(), 1);
+    pass(0.12);
+    EXPECT_EQ(alpha(), 1);
+    EXPECT_EQ(scans_, 1);
+}
+
+TEST_F(LauncherWindowControllerTest, TheSearchFieldIsAskedForAtEveryShow) {
+    const int token = model_->focusSearchToken();
+    shower_->show();
+    EXPECT_EQ(model_->focusSearchToken(), token) << "not before the window is up";
+    queue_.runPosted();
+    EXPECT_EQ(model_->focusSearchToken(), token + 1);
+    shower_->show();
+    queue_.runPosted();
+    EXPECT_EQ(model_->focusSearchToken(), token + 2);
+}
+
+TEST_F(LauncherWindowControllerTest, ASecondShowBringsToTheFrontWithoutStartingOver) {
+    shower_->show();
+    pass(0.3);
+    shower_->show();
+    EXPECT_EQ(windows_.presentedOn.size(), 2U);
+    pass(0.02);
+    EXPECT_EQ(alpha(), 1);
+    EXPECT_EQ(scans_, 1);
+}
+
+TEST_F(LauncherWindowControllerTest, HidingFadesOutAndThenTakesTheWindowAway) {
+    shower_->show();
+    pass(0.5);
+    shower_->hide(std::nullopt);
+    EXPECT_FALSE(shower_->isShown());
+    EXPECT_FALSE(model_->presented());
+    pass(0.14);
+    EXPECT_EQ(windows_.withdrawn, 0);
+    pass(0.02);
+    EXPECT_EQ(windows_.withdrawn, 1);
+    EXPECT_EQ(alpha(), 0);
+    EXPECT_TRUE(opener_.opened.isEmpty());
+}
+
+TEST_F(LauncherWindowControllerTest, AnApplicationIsOpenedOnceTheFadeIsOver) {
+    shower_->show();
+    pass(0.5);
+    shower_->hide(application);
+    EXPECT_EQ(tokens_.asked, QStringList{application}) << "while the window still has the focus";
+    pass(0.14);
+    EXPECT_TRUE(opener_.opened.isEmpty());
+    pass(0.02);
+    EXPECT_EQ(opener_.opened, QStringList{application + u" token"_s});
+    EXPECT_EQ(windows_.withdrawn, 1);
+}
+
+TEST_F(LauncherWindowControllerTest, ATokenThatComesLateIsWaitedFor) {
+    tokens_.hold = true;
+    shower_->show();
+    shower_->hide(application);
+    pass(0.2);
+    EXPECT_EQ(windows_.withdrawn, 1);
+    EXPECT_TRUE(opener_.opened.isEmpty());
+    tokens_.held(u"late"_s);
+    EXPECT_EQ(opener_.opened, QStringList{application + u" late"_s});
+}
+
+TEST_F(LauncherWindowControllerTest, AShowDuringTheFadeWinsAndTheLaunchIsDropped) {
+    shower_->show();
+    pass(0.5);
+    shower_->hide(application);
+    pass(0.1);
+    ASSERT_LT(alpha(), 1);
+    shower_->show();
+    EXPECT_EQ(alpha(), 0) << "the fade-in starts afresh";
+    EXPECT_EQ(windows_.alphaWhenPresented, 0);
+    pass(0.5);
+    EXPECT_EQ(alpha(), 1);
+    EXPECT_EQ(windows_.withdrawn, 0);
+    EXPECT_TRUE(opener_.opened.isEmpty());
+    EXPECT_EQ(scans_, 2);
+    EXPECT_TRUE(shower_->isShown());
+}
+
+TEST_F(LauncherWindowControllerTest, AFadeOvertakenByAShowNeverEndsALaterOne) {
+    shower_->show();
+    pass(0.5);
+    shower_->hide(application);
+    pass(0.1);
+    shower_->show();
+    pass(0.02);
+    shower_->hide(std::nullopt);
+    pass(0.04); // 0.16 s after the first hide, 0.04 s after the second
+    EXPECT_EQ(windows_.withdrawn, 0);
+    pass(0.12);
+    EXPECT_EQ(windows_.withdrawn, 1);
+    EXPECT_TRUE(opener_.opened.isEmpty());
+}
+
+TEST_F(LauncherWindowControllerTest, WhileHiddenAnApplicationIsOpenedAtOnce) {
+    shower_->hide(application);
+    EXPECT_EQ(opener_.opened, QStringList{application + u' '});
+    EXPECT_EQ(windows_.withdrawn, 0);
+    shower_->hide(std::nullopt);
+    EXPECT_EQ(windows_.withdrawn, 0);
+}
+
+TEST_F(LauncherWindowControllerTest, AFailedLaunchBeepsOnce) {
+    opener_.succeeds = false;
+    shower_->show();
+    shower_->hide(application);
+    pass(0.2);
+    EXPECT_EQ(windows_.beeps, 1);
+}
+
+TEST_F(LauncherWindowControllerTest, ACompletionThatOutlivesTheControllerDoesNothing) {
+    tokens_.hold = true;
+    shower_->show();
+    shower_->hide(application);
+    shower_.reset();
+    pass(0.3);
+    tokens_.held(u"late"_s);
+    EXPECT_EQ(windows_.withdrawn, 0);
+    EXPECT_TRUE(opener_.opened.isEmpty());
+}
+
+TEST_F(LauncherWindowControllerTest, KeysTurnPagesAndEscapeHides) {
+    shower_->show();
+    pass(0.5);
+    EXPECT_TRUE(key(Qt::Key_Right));
+    EXPECT_EQ(model_->page(), 1);
+    EXPECT_TRUE(key(Qt::Key_Left));
+    EXPECT_TRUE(key(Qt::Key_Left)) << "consumed on the first page too";
+    EXPECT_EQ(model_->page(), 0);
+    EXPECT_TRUE(key(Qt::Key_Escape));
+    EXPECT_FALSE(shower_->isShown());
+}
+
+TEST_F(LauncherWindowControllerTest, KeysAreLeftAloneWhileHidden) {
+    shower_->show();
+    pass(0.5);
+    shower_->hide(std::nullopt);
+    key(Qt::Key_Right);
+    EXPECT_EQ(model_->page(), 0);
+}
+
+TEST_F(LauncherWindowControllerTest, TheWheelTurnsPages) {
+    shower_->show();
+    pass(0.5);
+    model_->setSize({1500, 892});
+    QWheelEvent notch({400, 300}, {400, 300}, {}, {0, -120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                      false);
+    QCoreApplication::sendEvent(&shower_->window(), &notch);
+    EXPECT_EQ(model_->page(), 1);
+}
