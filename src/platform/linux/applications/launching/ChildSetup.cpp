@@ -1,5 +1,6 @@
 #include "platform/linux/applications/launching/ChildSetup.h"
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -17,7 +18,7 @@ constexpr unsigned int firstUnwanted = 5;
 
 void resetSignals() {
     struct sigaction standard {};
-    standard.sa_handler = SIG_DFL; // NOLINT(cppcoreguidelines-pro-type-union-access)
+    standard.sa_handler = SIG_DFL;
     for (int signal = 1; signal < NSIG; ++signal) {
         sigaction(signal, &standard, nullptr); // refused for the two that cannot be handled anyway
     }
@@ -89,8 +90,8 @@ void enterWorkingDirectory(const ChildSetup& setup) {
 }
 
 void writeProcessId(char* place) {
-    unsigned int rest = static_cast<unsigned int>(getpid());
-    char digits[processIdRoom] = {};
+    auto rest = static_cast<unsigned int>(getpid());
+    std::array<char, processIdRoom> digits{};
     std::size_t count = 0;
     do {
         digits[count++] = static_cast<char>('0' + rest % 10);

@@ -5,10 +5,10 @@ namespace amberquill::desktop {
 namespace {
 
 // The kernel takes 128 KiB in one argument; a line of a third of that is nobody's.
-constexpr qsizetype longestLine = 48 * 1024;
+constexpr qsizetype longestLine = qsizetype{48} * 1024;
 constexpr qsizetype mostWords = 4096;
 // A short line of many codes and a long name must not multiply into gigabytes.
-constexpr qsizetype longestVector = 128 * 1024;
+constexpr qsizetype longestVector = qsizetype{128} * 1024;
 
 bool separates(QChar c) {
     return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r';

@@ -3,6 +3,7 @@
 #include "platform/linux/applications/launching/ChildSetup.h"
 
 #include <algorithm>
+#include <array>
 #include <csignal>
 #include <fcntl.h>
 #include <sys/syscall.h>
@@ -27,8 +28,8 @@ FileDescriptor raised(FileDescriptor descriptor) {
 }
 
 std::optional<Pipe> makePipe() {
-    int ends[2] = {-1, -1};
-    if (pipe2(ends, O_CLOEXEC) != 0) {
+    std::array<int, 2> ends{-1, -1};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
         return std::nullopt;
     }
     Pipe made{raised(FileDescriptor(ends[0])), raised(FileDescriptor(ends[1]))};
