@@ -1,5 +1,6 @@
 #include "platform/linux/files/BaseFolders.h"
 
+#include "platform/linux/files/Utf8.h"
 #include <pwd.h>
 #include <unistd.h>
 #include <vector>
@@ -35,7 +36,7 @@ std::optional<QString> absolutePath(QByteArrayView path) {
     if (tidy.size() > 1 && tidy.endsWith('/')) {
         tidy.chop(1);
     }
-    return QString::fromUtf8(tidy);
+    return textOfUtf8(tidy);
 }
 
 QString pathBelow(const QString& folder, QStringView name) {

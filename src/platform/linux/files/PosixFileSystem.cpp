@@ -3,6 +3,7 @@
 #include "platform/linux/files/AtomicWriter.h"
 #include "platform/linux/files/FolderReader.h"
 #include "platform/linux/files/RegularFile.h"
+#include "platform/linux/files/Utf8.h"
 
 #include <QSet>
 #include <climits>
@@ -65,7 +66,7 @@ std::optional<std::vector<FolderEntry>> PosixFileSystem::listFolder(const QStrin
     std::vector<FolderEntry> entries;
     entries.reserve(listed.size());
     for (const Listed& entry : listed) {
-        entries.push_back({QString::fromUtf8(entry.name), entry.isDirectory});
+        entries.push_back({textOfUtf8(entry.name), entry.isDirectory});
     }
     return entries;
 }
@@ -83,7 +84,7 @@ QString PosixFileSystem::resolvingSymbolicLinks(const QString& path) const {
     if (!resolved || !QByteArrayView(resolved.get()).isValidUtf8()) {
         return path;
     }
-    return QString::fromUtf8(resolved.get());
+    return textOfUtf8(resolved.get());
 }
 
 QString PosixFileSystem::displayName(const QString& path) const {

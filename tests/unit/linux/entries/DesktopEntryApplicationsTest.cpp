@@ -81,6 +81,16 @@ TEST_F(DesktopEntryList, EntriesOfTheSameNameOrProgramAreAllListed) {
     EXPECT_EQ(names(), (QStringList{u"Office"_s, u"Office"_s, u"Office"_s}));
 }
 
+TEST_F(DesktopEntryList, EveryPathThatIsListedLeadsToItsFile) {
+    write("a/\xEF\xBB\xBFmark.desktop", entry("mark"));
+    write("a/größe 日本/x y.desktop", entry("letters"));
+    const DesktopEntryApplications applications(settings_);
+    EXPECT_EQ(applications.list().size(), 2U);
+    for (const RegisteredApplication& application : applications.list()) {
+        EXPECT_EQ(applications.name(application.path), application.name) << application.path.toStdString();
+    }
+}
+
 TEST_F(DesktopEntryList, WithoutFoldersTheListIsEmpty) {
     EXPECT_EQ(names(), QStringList());
     settings_.dataFolders.folders.clear();

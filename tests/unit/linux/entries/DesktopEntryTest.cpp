@@ -298,6 +298,10 @@ TEST(DesktopEntryUtf8, AValueWithANulInItIsNotThere) {
     EXPECT_EQ(nameOf("Name=a\0b\n"_ba, {}), u"!invalid"_s);
 }
 
+TEST(DesktopEntryUtf8, AByteOrderMarkInAValueIsALetter) {
+    EXPECT_EQ(with("Exec=\xEF\xBB\xBF\n").exec, u"\uFEFF"_s);
+}
+
 TEST(DesktopEntryUtf8, NamesOfEveryScriptAreRead) {
     EXPECT_EQ(nameOf("Name=Größe 日本語 \xF0\x9F\x98\x80\n", {}), u"Größe 日本語 😀"_s);
 }

@@ -73,6 +73,14 @@ TEST(PropertyListGuard, XmlOfTooManyValuesDoesNot) {
         xmlPropertyList("<array>" + QByteArray("<true/>").repeated(20'001) + "</array>")));
 }
 
+TEST(PropertyListGuard, XmlOfTooManyEntitiesDoesNot) {
+    const auto list = [](int entities) {
+        return xmlPropertyList("<string>" + QByteArray("&amp;").repeated(entities) + "</string>");
+    };
+    EXPECT_TRUE(isHarmlessPropertyList(list(2000)));
+    EXPECT_FALSE(isHarmlessPropertyList(list(2001)));
+}
+
 TEST(PropertyListGuard, ABinaryListThatUnfoldsToTooManyValuesDoesNot) {
     EXPECT_TRUE(isHarmlessPropertyList(doublingList(10)));
     EXPECT_FALSE(isHarmlessPropertyList(doublingList(20)));

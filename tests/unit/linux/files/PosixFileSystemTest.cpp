@@ -111,6 +111,16 @@ TEST_F(ListFolder, NamesThatAreNotUtf8AreSkipped) {
     EXPECT_EQ(listed(tree_.path()), QStringList{u"good"_s});
 }
 
+TEST_F(ListFolder, AByteOrderMarkIsALetterOfAName) {
+    tree_.write("\xEF\xBB\xBF"
+                "file",
+                "content");
+    const auto entries = files_.listFolder(tree_.path());
+    ASSERT_TRUE(entries);
+    ASSERT_EQ(entries->size(), 1U);
+    EXPECT_EQ(files_.readFile(tree_.path() + u'/' + entries->front().name, limit), "content");
+}
+
 TEST_F(ListFolder, AnEmptyFolderListsNothingAndAMissingOneCannotBeListed) {
     tree_.makeFolder("empty");
     tree_.write("file", {});

@@ -3,8 +3,9 @@
 #include "platform/linux/applications/bundles/PropertyListGuard.h"
 #include "platform/linux/files/BaseFolders.h"
 #include "platform/linux/files/RegularFile.h"
+#include "platform/linux/files/Utf8.h"
 
-#include <cstdlib>
+#include <cstdint>
 #include <fcntl.h>
 #include <memory>
 #include <plist/plist.h>
@@ -17,12 +18,6 @@ struct FreeList {
     void operator()(plist_t list) const { plist_free(list); }
 };
 using List = std::unique_ptr<std::remove_pointer_t<plist_t>, FreeList>;
-
-struct FreeText {
-    void operator()(char* text) const {
-        std::free(text); // NOLINT(cppcoreguidelines-no-malloc): the library's own contract
-    }
-};
 
 // The dictionary that an information property list is, or null.
 List parseDictionary(QByteArrayView bytes) {
@@ -45,11 +40,11 @@ QString textOf(const List& list, const char* key) {
     if (value == nullptr || plist_get_node_type(value) != PLIST_STRING) {
         return {};
     }
-    char* text = nullptr;
-    plist_get_string_val(value, &text);
-    const std::unique_ptr<char, FreeText> owned(text);
-    const QByteArrayView bytes(text);
-    return bytes.isValidUtf8() ? QString::fromUtf8(bytes) : QString();
+    // Not its value function, which ends the program over a text with a NUL in it.
+    std::uint64_t size = 0;
+    const char* const text = plist_get_string_ptr(value, &size);
+    const QByteArrayView bytes(text, text == nullptr ? 0 : static_cast<qsizetype>(size));
+    return bytes.isValidUtf8() && !bytes.contains('\0') ? textOfUtf8(bytes) : QString();
 }
 
 // A name in the bundle's own folders, which a path could lead out of.

@@ -11,6 +11,7 @@ constexpr int maximumDepth = 64;
 constexpr qsizetype maximumValues = 20'000;                            // each copy counted
 constexpr qsizetype maximumUnfoldedBytes = qsizetype{4} * 1024 * 1024; // of texts and data, each copy counted
 constexpr int maximumXmlContainers = 4096;
+constexpr qsizetype maximumXmlEntities = 2000; // the reader moves the rest of a text forward for each
 
 constexpr QByteArrayView binaryHeader("bplist00");
 constexpr qsizetype trailerSize = 32;
@@ -147,6 +148,9 @@ private:
 // notion of comments or quoted text that the reader might see otherwise. (A few other tags share their first
 // letters. All the better for speed that they are counted along.)
 bool isHarmlessXml(QByteArrayView bytes) {
+    if (std::count(bytes.begin(), bytes.end(), '&') > maximumXmlEntities) {
+        return false;
+    }
     int containers = 0;
     qsizetype values = 0;
     for (qsizetype at = bytes.indexOf('<'); at >= 0 && at + 1 < bytes.size();

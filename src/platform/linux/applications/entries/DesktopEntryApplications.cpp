@@ -6,6 +6,7 @@
 #include "platform/linux/files/BaseFolders.h"
 #include "platform/linux/files/FolderReader.h"
 #include "platform/linux/files/RegularFile.h"
+#include "platform/linux/files/Utf8.h"
 
 #include <QLoggingCategory>
 #include <fcntl.h>
@@ -89,8 +90,7 @@ std::vector<RegisteredApplication> DesktopEntryApplications::list() const {
         const auto name = bytes ? listing.nameToList(*bytes) : std::nullopt;
         if (name) {
             applications.push_back(
-                {pathBelow(folders_[static_cast<qsizetype>(entry.folder)], QString::fromUtf8(entry.file)),
-                 *name});
+                {pathBelow(folders_[static_cast<qsizetype>(entry.folder)], textOfUtf8(entry.file)), *name});
         } else {
             qCDebug(log) << "not listed:" << entry.id;
         }

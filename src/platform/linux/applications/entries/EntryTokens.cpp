@@ -1,6 +1,7 @@
 #include "platform/linux/applications/entries/EntryTokens.h"
 
 #include "platform/linux/applications/entries/DesktopEntry.h"
+#include "platform/linux/files/Utf8.h"
 
 #include <cstring>
 #include <limits>
@@ -91,7 +92,7 @@ std::optional<char> escaped(char letter) {
 
 QString withoutEscapes(QByteArrayView value) {
     if (!value.contains('\\')) {
-        return QString::fromUtf8(value);
+        return textOfUtf8(value);
     }
     QByteArray text;
     text.reserve(value.size());
@@ -100,7 +101,7 @@ QString withoutEscapes(QByteArrayView value) {
         text.append(meant.value_or(value[at]));
         at += meant ? 1 : 0;
     }
-    return QString::fromUtf8(text);
+    return textOfUtf8(text);
 }
 
 // Fills the values in, line by line.
@@ -218,7 +219,7 @@ std::optional<QStringList> EntryTokens::list(EntryKey key) const {
     QByteArray part;
     const auto finishPart = [&] {
         if (!part.isEmpty()) {
-            parts.append(QString::fromUtf8(part));
+            parts.append(textOfUtf8(part));
         }
         part.clear();
     };
