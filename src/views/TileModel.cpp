@@ -2,40 +2,9 @@
 
 #include "motion/Timeline.h"
 
-#include <QHash>
-#include <QSet>
 #include <algorithm>
 
 namespace amberquill {
-
-namespace {
-
-// Which of these positions form the longest ascending run (not necessarily adjacent): those can stay where
-// they are while the others move around them.
-std::vector<bool> longestAscendingRun(const std::vector<int>& positions) {
-    const std::size_t count = positions.size();
-    std::vector<std::size_t> length(count, 1);
-    std::vector<std::size_t> previous(count, count);
-    std::size_t best = count;
-    for (std::size_t i = 0; i < count; ++i) {
-        for (std::size_t j = 0; j < i; ++j) {
-            if (positions[j] < positions[i] && length[j] + 1 > length[i]) {
-                length[i] = length[j] + 1;
-                previous[i] = j;
-            }
-        }
-        if (best == count || length[i] > length[best]) {
-            best = i;
-        }
-    }
-    std::vector<bool> stays(count, false);
-    for (; best < count; best = previous[best]) {
-        stays[best] = true;
-    }
-    return stays;
-}
-
-} // namespace
 
 TileModel::TileModel(LauncherModel& model, QObject* parent)
     : QAbstractListModel(parent)
@@ -167,8 +136,17 @@ std::vector<TileModel::Row> TileModel::rowsOf(const std::vector<int>& pages) con
 }
 
 void TileModel::become(std::vector<Row> wanted) {
-    removeAllBut(wanted);
-    arrange(wanted);
+    const auto ids = [](const std::vector<Row>& rows) {
+        QStringList result;
+        result.reserve(static_cast<qsizetype>(rows.size()));
+        for (const Row& row : rows) {
+            result.append(row.id);
+        }
+        return result;
+    };
+    for (const RowChange& change : rowChanges(ids(rows_), ids(wanted))) {
+        apply(change, wanted);
+    }
     for (std::size_t i = 0; i < wanted.size(); ++i) {
         if (rows_[i] != wanted[i]) {
             rows_[i] = std::move(wanted[i]);
@@ -178,80 +156,29 @@ void TileModel::become(std::vector<Row> wanted) {
     }
 }
 
-void TileModel::removeAllBut(const std::vector<Row>& wanted) {
-    QSet<QString> kept;
-    kept.reserve(static_cast<qsizetype>(wanted.size()));
-    for (const Row& row : wanted) {
-        kept.insert(row.id);
-    }
-    auto last = static_cast<int>(rows_.size()) - 1;
-    while (last >= 0) {
-        if (kept.contains(rows_[static_cast<std::size_t>(last)].id)) {
-            --last;
-            continue;
-        }
-        int first = last;
-        while (first > 0 && !kept.contains(rows_[static_cast<std::size_t>(first - 1)].id)) {
-            --first;
-        }
-        beginRemoveRows({}, first, last);
-        rows_.erase(rows_.begin() + first, rows_.begin() + last + 1);
+void TileModel::apply(const RowChange& change, const std::vector<Row>& wanted) {
+    const auto first = rows_.begin() + change.first;
+    switch (change.kind) {
+    case RowChange::Kind::Remove:
+        beginRemoveRows({}, change.first, change.first + change.count - 1);
+        rows_.erase(first, first + change.count);
         endRemoveRows();
-        last = first - 1;
+        break;
+    case RowChange::Kind::Insert: {
+        beginInsertRows({}, change.first, change.first + change.count - 1);
+        const auto source = wanted.begin() + change.to;
+        rows_.insert(first, source, source + change.count);
+        endInsertRows();
+        break;
     }
-}
-
-// Moves and inserts rows until they are in the wanted order, each at most once.
-void TileModel::arrange(const std::vector<Row>& wanted) {
-    QHash<QString, int> places;
-    for (std::size_t i = 0; i < wanted.size(); ++i) {
-        places.insert(wanted[i].id, static_cast<int>(i));
+    case RowChange::Kind::Move: {
+        beginMoveRows({}, change.first, change.first, {}, change.to);
+        Row row = std::move(*first);
+        rows_.erase(first);
+        rows_.insert(rows_.begin() + (change.first < change.to ? change.to - 1 : change.to), std::move(row));
+        endMoveRows();
+        break;
     }
-    std::vector<int> positions;
-    QHash<QString, bool> stays;
-    for (const Row& row : rows_) {
-        positions.push_back(places.value(row.id));
-    }
-    const std::vector<bool> run = longestAscendingRun(positions);
-    for (std::size_t i = 0; i < rows_.size(); ++i) {
-        stays.insert(rows_[i].id, run[i]);
-    }
-    const auto rowOf = [this](const QString& id) {
-        const auto row =
-            std::find_if(rows_.begin(), rows_.end(), [&id](const Row& each) { return each.id == id; });
-        return static_cast<int>(row - rows_.begin());
-    };
-    int next = 0; // where the next wanted row belongs: behind the one before it
-    for (std::size_t i = 0; i < wanted.size(); ++i) {
-        const QString& id = wanted[i].id;
-        const auto known = stays.constFind(id);
-        if (known == stays.constEnd()) {
-            std::size_t end = i + 1;
-            while (end < wanted.size() && !stays.contains(wanted[end].id)) {
-                ++end;
-            }
-            const auto count = static_cast<int>(end - i);
-            beginInsertRows({}, next, next + count - 1);
-            rows_.insert(rows_.begin() + next, wanted.begin() + static_cast<std::ptrdiff_t>(i),
-                         wanted.begin() + static_cast<std::ptrdiff_t>(end));
-            endInsertRows();
-            next += count;
-            i = end - 1;
-            continue;
-        }
-        const int from = rowOf(id);
-        if (*known) {
-            next = from + 1;
-            continue;
-        }
-        if (from != next && from + 1 != next) {
-            beginMoveRows({}, from, from, {}, next);
-            Row row = std::move(rows_[static_cast<std::size_t>(from)]);
-            rows_.erase(rows_.begin() + from);
-            rows_.insert(rows_.begin() + (from < next ? next - 1 : next), std::move(row));
-            endMoveRows();
-        }
-        next = from < next ? next : next + 1;
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "data/LaunchItem.h"
 #include "model/LauncherModel.h"
+#include "views/RowChanges.h"
 #include "views/TileLayout.h"
 
 #include <QAbstractListModel>
@@ -68,8 +69,7 @@ private:
     [[nodiscard]] std::vector<int> pagesAtRest() const;
     [[nodiscard]] std::vector<Row> rowsOf(const std::vector<int>& pages) const;
     void become(std::vector<Row> wanted);
-    void removeAllBut(const std::vector<Row>& wanted);
-    void arrange(const std::vector<Row>& wanted);
+    void apply(const RowChange& change, const std::vector<Row>& wanted);
 
     LauncherModel& model_;
     std::vector<Row> rows_;

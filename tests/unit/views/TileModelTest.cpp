@@ -1,0 +1,224 @@
+#include "views/TileModel.h"
+
+#include "motion/Animated.h"
+#include "motion/Animations.h"
+#include "motion/WithAnimation.h"
+#include "support/ModelFixture.h"
+
+#include <QAbstractItemModelTester>
+#include <QCoreApplication>
+#include <QSignalSpy>
+#include <algorithm>
+#include <random>
+
+using namespace amberquill;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class TileModelTest : public ModelFixture {
+protected:
+    LauncherModel& presentedWith(int count) {
+        LauncherModel& model = shownWith(count);
+        tiles_ = std::make_unique<TileModel>(model);
+        tester_ = std::make_unique<QAbstractItemModelTester>(
+            tiles_.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+        model.setPresented(true);
+        settle();
+        QObject::connect(tiles_.get(), &QAbstractItemModel::rowsInserted, tiles_.get(),
+                         [this](const QModelIndex&, int first, int last) { note(u"+%1-%2"_s, first, last); });
+        QObject::connect(tiles_.get(), &QAbstractItemModel::rowsRemoved, tiles_.get(),
+                         [this](const QModelIndex&, int first, int last) { note(u"-%1-%2"_s, first, last); });
+        QObject::connect(tiles_.get(), &QAbstractItemModel::rowsMoved, tiles_.get(),
+                         [this](const QModelIndex&, int first, int, const QModelIndex&, int to) {
+                             note(u"%1>%2"_s, first, to);
+                         });
+        return model;
+    }
+
+    void TearDown() override {
+        tester_.reset();
+        tiles_.reset();
+        ModelFixture::TearDown();
+    }
+
+    void note(const QString& form, int a, int b) { changes_.append(form.arg(a).arg(b)); }
+    static void settle() { QCoreApplication::processEvents(); }
+
+    [[nodiscard]] QStringList ids() const {
+        QStringList result;
+        for (int row = 0; row < tiles_->rowCount(); ++row) {
+            result.append(tiles_->index(row).data(TileModel::ItemIdRole).toString());
+        }
+        return result;
+    }
+
+    [[nodiscard]] QStringList wantedIds() const {
+        QStringList result;
+        for (const VisibleEntry& entry : model_->visibleEntries()) {
+            result.append(entry.item.id());
+        }
+        return result;
+    }
+
+    std::unique_ptr<TileModel> tiles_;
+    std::unique_ptr<QAbstractItemModelTester> tester_;
+    QStringList changes_;
+};
+
+} // namespace
+
+TEST_F(TileModelTest, AtRestTheRowsAreTheVisibleEntries) {
+    LauncherModel& model = presentedWith(200);
+    EXPECT_EQ(ids(), wantedIds());
+    model.goToPage(3);
+    settle();
+    EXPECT_EQ(ids(), wantedIds());
+    EXPECT_EQ(ids().size(), 105);
+}
+
+TEST_F(TileModelTest, ATilesPlaceOnTheStripIsItsCentreOnThePage) {
+    LauncherModel& model = presentedWith(200);
+    model.goToPage(2);
+    settle();
+    const std::vector<VisibleEntry> entries = model.visibleEntries();
+    ASSERT_EQ(entries.size(), static_cast<std::size_t>(tiles_->rowCount()));
+    const double stripStart = -model.page() * model.size().width();
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const QPointF place = tiles_->index(static_cast<int>(i)).data(TileModel::PlaceRole).toPointF();
+        const QRectF rect = model.metrics().tileRect(entries[i].center);
+        EXPECT_NEAR(place.x() + stripStart, rect.left(), 0.5);
+        EXPECT_NEAR(place.y(), rect.top(), 0.5);
+    }
+}
+
+TEST_F(TileModelTest, TilesTellTheirNameAndPath) {
+    presentedWith(3);
+    const QModelIndex first = tiles_->index(0);
+    EXPECT_EQ(first.data(TileModel::NameRole), u"App 1"_s);
+    EXPECT_EQ(first.data(TileModel::PathRole), path(1));
+    EXPECT_EQ(first.data(TileModel::IsFolderRole), false);
+}
+
+TEST_F(TileModelTest, AFolderTellsItsApplications) {
+    const Folder folder{QUuid::createUuid(), u"F"_s, {path(1), path(2)}};
+    files_.addFile(layoutPath, encodeItems({LaunchItem::folder(folder)}));
+    presentedWith(2);
+    const QModelIndex first = tiles_->index(0);
+    EXPECT_EQ(first.data(TileModel::IsFolderRole), true);
+    EXPECT_EQ(first.data(TileModel::AppPathsRole).toStringList(), folder.apps);
+    EXPECT_EQ(first.data(TileModel::NameRole), u"F"_s);
+}
+
+TEST_F(TileModelTest, WhileThePagesMoveNothingIsMadeOrDroppedAndAfterwardsItIs) {
+    LauncherModel& model = presentedWith(200);
+    // Something that moves because of the page turn.
+    Animated strip;
+    strip.setTarget(0);
+    QObject::connect(&model, &LauncherModel::pageChanged, [&] { strip.setTarget(-1500.0 * model.page()); });
+    model.turnToPage(1);
+    settle();
+    EXPECT_TRUE(changes_.isEmpty()) << changes_.join(u' ').toStdString();
+    queue_.advance(0.01);
+    Timeline::shared().advance();
+    queue_.advance(3);
+    Timeline::shared().advance();
+    ASSERT_TRUE(Timeline::shared().isIdle());
+    settle();
+    EXPECT_EQ(changes_, QStringList{u"+70-104"_s});
+    EXPECT_EQ(ids(), wantedIds());
+}
+
+TEST_F(TileModelTest, APageThatWasNotThereIsMadeAtOnceAndTheOldOnesStayWhileTheyMayBeSeen) {
+    LauncherModel& model = presentedWith(200);
+    Animated strip;
+    strip.setTarget(0);
+    QObject::connect(&model, &LauncherModel::pageChanged, [&] { strip.setTarget(-1500.0 * model.page()); });
+    model.turnToPage(4);
+    EXPECT_EQ(changes_, QStringList{u"+70-104"_s});
+    EXPECT_EQ(ids().first(), u"a:"_s + path(1));
+    EXPECT_EQ(ids().last(), u"a:"_s + path(175));
+    queue_.advance(0.01);
+    Timeline::shared().advance();
+    queue_.advance(3);
+    Timeline::shared().advance();
+    settle();
+    EXPECT_EQ(ids(), wantedIds());
+}
+
+TEST_F(TileModelTest, AnAppThatGoesIsOneRemovalAndOneThatFollows) {
+    LauncherModel& model = presentedWith(20);
+    std::vector<AppInfo> fewer = apps(20);
+    fewer.erase(fewer.begin() + 4);
+    model.applyScan(fewer);
+    EXPECT_EQ(changes_, QStringList{u"-4-4"_s});
+    EXPECT_EQ(ids(), wantedIds());
+}
+
+TEST_F(TileModelTest, AppsThatComeAreOneInsertion) {
+    LauncherModel& model = presentedWith(20);
+    model.applyScan(apps(23));
+    EXPECT_EQ(changes_, QStringList{u"+20-22"_s});
+}
+
+TEST_F(TileModelTest, AnAppThatComesBackStandsAtTheEnd) {
+    LauncherModel& model = presentedWith(6);
+    std::vector<AppInfo> without = apps(6);
+    without.erase(without.begin());
+    model.applyScan(without);
+    model.applyScan(apps(6));
+    EXPECT_EQ(changes_, (QStringList{u"-0-0"_s, u"+5-5"_s}));
+    EXPECT_EQ(ids().last(), u"a:"_s + path(1));
+}
+
+TEST_F(TileModelTest, ARenamedAppIsADataChangeOfItsRowAlone) {
+    LauncherModel& model = presentedWith(3);
+    QSignalSpy changed(tiles_.get(), &QAbstractItemModel::dataChanged);
+    model.applyScan({{path(1), u"App 1"_s}, {path(2), u"Other"_s}, {path(3), u"App 3"_s}});
+    ASSERT_EQ(changed.count(), 1);
+    EXPECT_EQ(changed[0][0].toModelIndex().row(), 1);
+    EXPECT_TRUE(changes_.isEmpty());
+    EXPECT_EQ(tiles_->index(1).data(TileModel::NameRole), u"Other"_s);
+}
+
+TEST_F(TileModelTest, ThePressedTileIsADataChangeOfItsRowAlone) {
+    LauncherModel& model = presentedWith(3);
+    QSignalSpy changed(tiles_.get(), &QAbstractItemModel::dataChanged);
+    press(model.metrics().cellCenter(2));
+    ASSERT_EQ(changed.count(), 1);
+    EXPECT_EQ(changed[0][0].toModelIndex().row(), 2);
+    EXPECT_EQ(tiles_->index(2).data(TileModel::PressedRole), true);
+}
+
+TEST_F(TileModelTest, ItIsEmptyBeforeTheContentHasASize) {
+    installed_ = apps(3);
+    LauncherModel& model = makeModel();
+    const TileModel tiles(model);
+    model.refreshApps();
+    queue_.runPosted();
+    EXPECT_EQ(tiles.rowCount(), 0);
+    model.setSize({1500, 892});
+    EXPECT_EQ(tiles.rowCount(), 3);
+}
+
+TEST_F(TileModelTest, WhateverComesAndGoesTheRowsFollow) {
+    std::mt19937 random(7);
+    LauncherModel& model = presentedWith(60);
+    for (int round = 0; round < 300; ++round) {
+        std::vector<AppInfo> some;
+        for (const AppInfo& app : apps(60)) {
+            if (random() % 4 != 0) {
+                some.push_back(app);
+            }
+        }
+        // What has gone comes back at the end, in a new order of names each time.
+        std::shuffle(some.begin(), some.end(), random);
+        for (std::size_t i = 0; i < some.size(); ++i) {
+            some[i].name = QString::number(i);
+        }
+        model.applyScan(some);
+        model.goToPage(static_cast<int>(random() % 2));
+        settle();
+        ASSERT_EQ(ids(), wantedIds()) << round;
+    }
+}
