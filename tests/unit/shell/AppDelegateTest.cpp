@@ -1,0 +1,99 @@
+#include "shell/AppDelegate.h"
+
+#include "data/LayoutCoding.h"
+#include "platform/ActivationTokens.h"
+#include "platform/ApplicationOpener.h"
+#include "platform/WindowSystem.h"
+#include "support/HandWatcher.h"
+#include "support/ManualQueue.h"
+#include "support/MemoryFileSystem.h"
+#include "support/MemoryPreferences.h"
+
+#include <QGuiApplication>
+#include <gtest/gtest.h>
+
+using namespace amberquill;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class AppDelegateTest : public testing::Test {
+protected:
+    void SetUp() override {
+        delegate_ = std::make_unique<AppDelegate>(
+            AppDelegate::Services{queue_,
+                                  files_,
+                                  preferences_,
+                                  windows_,
+                                  tokens_,
+                                  opener_,
+                                  watcher_,
+                                  [] {
+                                      return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};
+                                  },
+                                  [] {},
+                                  [] {},
+                                  {{u"/Applications/1.app"_s, u"Remembered"_s}},
+                                  u"/data"_s,
+                                  u"/cache"_s,
+                                  u"en"_s,
+                                  {u"/Applications"_s}});
+    }
+
+    void setState(Qt::ApplicationState state) { Q_EMIT qGuiApp->applicationStateChanged(state); }
+
+    ManualQueue queue_;
+    MemoryFileSystem files_;
+    MemoryPreferences preferences_;
+    NullWindowSystem windows_;
+    NullActivationTokens tokens_;
+    NullApplicationOpener opener_;
+    HandWatcher watcher_;
+    std::unique_ptr<AppDelegate> delegate_;
+};
+
+} // namespace
+
+TEST_F(AppDelegateTest, TheLauncherIsUpAtEveryStart) {
+    delegate_->applicationDidFinishLaunching();
+    EXPECT_TRUE(delegate_->model().presented());
+    EXPECT_TRUE(delegate_->model().isScanning());
+    EXPECT_EQ(delegate_->model().appName(u"/Applications/1.app"_s), u"Remembered"_s);
+    queue_.runPosted();
+    EXPECT_EQ(delegate_->model().appName(u"/Applications/1.app"_s), u"One"_s);
+}
+
+TEST_F(AppDelegateTest, LosingTheFocusToAnotherApplicationHides) {
+    delegate_->applicationDidFinishLaunching();
+    setState(Qt::ApplicationInactive);
+    EXPECT_TRUE(delegate_->model().presented()) << "a focus that was never there is not lost";
+    setState(Qt::ApplicationActive);
+    setState(Qt::ApplicationInactive);
+    EXPECT_FALSE(delegate_->model().presented());
+}
+
+TEST_F(AppDelegateTest, TheLayoutIsSavedAtTheEndEvenWhenNothingSavedItBefore) {
+    files_.addFile(u"/data/Amberquill/layout.json"_s, "[ {\"app\" : {\"_0\" : \"/Applications/1.app\"}} ]");
+    delegate_ = std::make_unique<AppDelegate>(
+        AppDelegate::Services{queue_,
+                              files_,
+                              preferences_,
+                              windows_,
+                              tokens_,
+                              opener_,
+                              watcher_,
+                              [] {
+                                  return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};
+                              },
+                              [] {},
+                              [] {},
+                              {},
+                              u"/data"_s,
+                              u"/cache"_s,
+                              u"en"_s,
+                              {}});
+    delegate_->applicationDidFinishLaunching();
+    Q_EMIT qGuiApp->aboutToQuit({});
+    EXPECT_EQ(files_.file(u"/data/Amberquill/layout.json"_s),
+              encodeItems({LaunchItem::app(u"/Applications/1.app"_s)}));
+}
