@@ -55,6 +55,12 @@ constexpr std::uint32_t vmware3d = 2;
     return node.isOpen() && (isVirtio ? virtioRenders3d(node.get()) : vmwareRenders3d(node.get()));
 }
 
+[[nodiscard]] std::string below(std::string folder, const std::string& name) {
+    folder += '/';
+    folder += name;
+    return folder;
+}
+
 [[nodiscard]] std::string driverName(const std::string& driverLink) {
     std::array<char, PATH_MAX> target{};
     const auto length = readlink(driverLink.c_str(), target.data(), target.size());
@@ -79,8 +85,8 @@ std::vector<RenderNode> renderNodes(const std::string& devices, const std::strin
         if (name.compare(0, prefix.size(), prefix) != 0 || nodes.size() == mostNodes) {
             continue;
         }
-        const std::string device = devices + '/' + name;
-        const std::string driver = driverName(classes + '/' + name + "/device/driver");
+        const std::string device = below(devices, name);
+        const std::string driver = driverName(below(classes, name) + "/device/driver");
         nodes.push_back({.driver = QByteArray::fromStdString(driver),
                          .mayBeOpened = access(device.c_str(), R_OK | W_OK) == 0,
                          .renders3d = renders3d(device, driver)});

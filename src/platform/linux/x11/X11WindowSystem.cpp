@@ -129,7 +129,7 @@ void X11WindowSystem::beep() {
     xcb_flush(connection_);
 }
 
-void X11WindowSystem::watch(QScreen* screen) {
+void X11WindowSystem::watch(QScreen* screen) const {
     connect(screen, &QScreen::geometryChanged, this, &X11WindowSystem::keepOnLivingScreen,
             Qt::QueuedConnection);
 }

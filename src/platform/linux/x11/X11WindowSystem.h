@@ -27,7 +27,7 @@ public:
     void beep() override;
 
 private:
-    void watch(QScreen* screen);
+    void watch(QScreen* screen) const;
     void keepOnLivingScreen();
     void describe(QWindow& window);
     void place(QWindow& window, QScreen& screen);
