@@ -1,0 +1,118 @@
+#include "data/LayoutCoding.h"
+#include "data/LayoutReconciler.h"
+#include "data/NameOrder.h"
+#include "model/VisibleEntries.h"
+#include "views/BackgroundWash.h"
+
+#include <benchmark/benchmark.h>
+#include <random>
+
+using namespace amberquill;
+
+namespace {
+
+std::vector<AppInfo> installedApps(std::int64_t count) {
+    std::mt19937 random(1);
+    std::vector<AppInfo> apps;
+    for (std::int64_t i = 0; i < count; ++i) {
+        apps.push_back({QStringLiteral("/usr/share/applications/org.example.application%1.desktop").arg(i),
+                        QStringLiteral("Application %1 %2").arg(random() % 100).arg(i)});
+    }
+    return apps;
+}
+
+LaunchItems layoutOf(const std::vector<AppInfo>& apps) {
+    LaunchItems items;
+    for (const AppInfo& app : apps) {
+        items.push_back(LaunchItem::app(app.path));
+    }
+    return items;
+}
+
+// Everything is where it was: what nearly every scan finds.
+void reconcileUnchanged(benchmark::State& state) {
+    const std::vector<AppInfo> apps = installedApps(state.range(0));
+    const LaunchItems items = layoutOf(apps);
+    const NameOrder order;
+    for ([[maybe_unused]] auto round : state) {
+        benchmark::DoNotOptimize(LayoutReconciler::reconcile(items, apps, std::nullopt, order));
+    }
+    state.SetComplexityN(state.range(0));
+}
+
+// Everything is new: the first start.
+void reconcileAllNew(benchmark::State& state) {
+    const std::vector<AppInfo> apps = installedApps(state.range(0));
+    const NameOrder order;
+    for ([[maybe_unused]] auto round : state) {
+        benchmark::DoNotOptimize(LayoutReconciler::reconcile({}, apps, std::nullopt, order));
+    }
+    state.SetComplexityN(state.range(0));
+}
+
+// Everything has moved to another folder.
+void reconcileAllMoved(benchmark::State& state) {
+    const std::vector<AppInfo> apps = installedApps(state.range(0));
+    LaunchItems items;
+    for (const AppInfo& app : apps) {
+        items.push_back(LaunchItem::app(QStringLiteral("/opt") + app.path));
+    }
+    const NameOrder order;
+    for ([[maybe_unused]] auto round : state) {
+        benchmark::DoNotOptimize(LayoutReconciler::reconcile(items, apps, std::nullopt, order));
+    }
+    state.SetComplexityN(state.range(0));
+}
+
+void placeVisibleEntries(benchmark::State& state) {
+    const LaunchItems items = layoutOf(installedApps(state.range(0)));
+    const GridMetrics metrics{{1920, 1080}, 7, 5};
+    for ([[maybe_unused]] auto round : state) {
+        benchmark::DoNotOptimize(visibleEntries(items, metrics, 1, 0));
+    }
+}
+
+void encodeLayout(benchmark::State& state) {
+    const LaunchItems items = layoutOf(installedApps(state.range(0)));
+    for ([[maybe_unused]] auto round : state) {
+        benchmark::DoNotOptimize(encodeItems(items));
+    }
+}
+
+void decodeLayout(benchmark::State& state) {
+    const QByteArray text = encodeItems(layoutOf(installedApps(state.range(0))));
+    for ([[maybe_unused]] auto round : state) {
+        benchmark::DoNotOptimize(decodeItems(text));
+    }
+}
+
+void paintWash(benchmark::State& state) {
+    const QSize size(static_cast<int>(state.range(0)), static_cast<int>(state.range(0)) * 9 / 16);
+    for ([[maybe_unused]] auto round : state) {
+        benchmark::DoNotOptimize(backgroundWash(BackgroundTheme::Blue, size, 1));
+    }
+}
+
+} // namespace
+
+BENCHMARK(reconcileUnchanged)
+    ->RangeMultiplier(10)
+    ->Range(100, 100'000)
+    ->Unit(benchmark::kMillisecond)
+    ->Complexity();
+BENCHMARK(reconcileAllNew)
+    ->RangeMultiplier(10)
+    ->Range(100, 100'000)
+    ->Unit(benchmark::kMillisecond)
+    ->Complexity();
+BENCHMARK(reconcileAllMoved)
+    ->RangeMultiplier(10)
+    ->Range(100, 100'000)
+    ->Unit(benchmark::kMillisecond)
+    ->Complexity();
+BENCHMARK(placeVisibleEntries)->RangeMultiplier(10)->Range(100, 100'000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(encodeLayout)->Arg(10'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(decodeLayout)->Arg(10'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(paintWash)->Arg(1920)->Arg(3840)->Unit(benchmark::kMillisecond);
+
+BENCHMARK_MAIN();
