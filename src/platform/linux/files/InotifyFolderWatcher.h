@@ -18,6 +18,8 @@ public:
 
     // Needs the application object's event loop. `queue` outlives the watcher.
     explicit InotifyFolderWatcher(MainQueue& queue);
+    InotifyFolderWatcher(const InotifyFolderWatcher&) = delete;
+    InotifyFolderWatcher& operator=(const InotifyFolderWatcher&) = delete;
     ~InotifyFolderWatcher() override;
 
     void watch(const QStringList& folders, std::function<void()> changed) override;

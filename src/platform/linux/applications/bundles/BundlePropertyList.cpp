@@ -36,7 +36,7 @@ List parseDictionary(QByteArrayView bytes) {
 }
 
 QString textOf(const List& list, const char* key) {
-    const plist_t value = plist_dict_get_item(list.get(), key);
+    auto* const value = plist_dict_get_item(list.get(), key);
     if (value == nullptr || plist_get_node_type(value) != PLIST_STRING) {
         return {};
     }

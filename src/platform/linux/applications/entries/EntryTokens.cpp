@@ -11,7 +11,7 @@ namespace {
 
 struct KeyName {
     QByteArrayView name;
-    EntryKey key;
+    EntryKey key = EntryKey::type;
     bool isLocalized = false;
 };
 
