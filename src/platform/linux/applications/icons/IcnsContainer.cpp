@@ -1,6 +1,6 @@
 #include "platform/linux/applications/icons/IcnsContainer.h"
 
-#include "platform/linux/applications/icons/RasterPicture.h"
+#include "platform/linux/applications/icons/PngPicture.h"
 
 #include <QtEndian>
 #include <algorithm>
@@ -81,11 +81,8 @@ std::optional<IcnsPicture> pictureIn(const Chunk& chunk, const std::vector<Chunk
                                .alpha = {}};
         }
     }
-    if (iconFormat(chunk.data) != IconFormat::Png) {
-        return std::nullopt;
-    }
     // The types say how large a picture is; the picture knows better.
-    const auto size = embeddedPictureSize(chunk.data.toByteArray());
+    const auto size = pngSize(chunk.data);
     if (!size) {
         return std::nullopt;
     }

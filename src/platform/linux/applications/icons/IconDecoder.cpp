@@ -2,6 +2,7 @@
 
 #include "platform/linux/applications/icons/IcnsContainer.h"
 #include "platform/linux/applications/icons/ImageFitting.h"
+#include "platform/linux/applications/icons/Inflate.h"
 #include "platform/linux/applications/icons/RasterPicture.h"
 #include "platform/linux/applications/icons/SvgDrawing.h"
 
@@ -48,7 +49,7 @@ QImage decodedIcon(const QByteArray& bytes, int edge) {
     case IconFormat::Svg:
         return drawnSvg(bytes, edge);
     case IconFormat::CompressedSvg: {
-        const auto text = uncompressed(bytes, maximumIconBytes);
+        const auto text = inflated(bytes, Compression::Gzip, maximumIconBytes);
         return text && iconFormat(*text) == IconFormat::Svg ? drawnSvg(*text, edge) : QImage();
     }
     case IconFormat::Icns:

@@ -49,9 +49,11 @@ private:
     std::uint8_t bits_ = 0;
 };
 
-// Drawn for one size, or for any.
-inline constexpr IconEndings rasterEndings{IconEnding::Png, IconEnding::Xpm};
-inline constexpr IconEndings vectorEndings{IconEnding::Svg, IconEnding::Svgz};
+// Drawings can be had in any size, pictures in the one they have. In the order of preference.
+inline constexpr IconEndings pngEnding{IconEnding::Png};
+inline constexpr IconEndings drawingEndings{IconEnding::Svg, IconEnding::Svgz};
+inline constexpr IconEndings xpmEnding{IconEnding::Xpm};
+inline constexpr std::array iconKinds{pngEnding, drawingEndings, xpmEnding};
 
 // `name` without an icon's ending, or the whole of it where it has none. Capital endings count.
 [[nodiscard]] std::string_view withoutIconEnding(std::string_view name);

@@ -13,27 +13,27 @@ enum class Group { Exact, Larger, Scalable, Smaller, Unknown };
 constexpr int notMeantForIt = 1 << 24; // further away, in pixels, than anything meant for the size
 
 // One number that sorts as IconOrder promises: the group, the distance in device pixels, the scale, whether
-// it is something else than an application's icon, the directory, and whether it is its drawings.
+// it is something else than an application's icon, the directory, and the kind of icon in it.
 using Worth = std::uint64_t;
 
-constexpr unsigned drawingBits = 1;
+constexpr unsigned kindBits = 2;
 constexpr unsigned directoryBits = 16;
 
-Worth packed(Group group, int distance, int scale, bool isOther, std::size_t directory, bool isDrawing) {
+Worth packed(Group group, int distance, int scale, bool isOther, std::size_t directory, std::size_t kind) {
     auto worth = static_cast<Worth>(group);
     worth = (worth << 32U) | static_cast<Worth>(distance);
     worth = (worth << 5U) | static_cast<Worth>(scale);
     worth = (worth << 1U) | static_cast<Worth>(isOther);
     worth = (worth << directoryBits) | static_cast<Worth>(directory);
-    return (worth << drawingBits) | static_cast<Worth>(isDrawing);
+    return (worth << kindBits) | static_cast<Worth>(kind);
 }
 
 std::size_t directoryOf(Worth worth) {
-    return (worth >> drawingBits) & ((1U << directoryBits) - 1);
+    return (worth >> kindBits) & ((1U << directoryBits) - 1);
 }
 
-bool isDrawing(Worth worth) {
-    return (worth & 1U) != 0;
+std::size_t kindOf(Worth worth) {
+    return worth & ((1U << kindBits) - 1);
 }
 
 bool isMeantFor(const IconDirectory& directory, int edge) {
@@ -49,13 +49,15 @@ bool isMeantFor(const IconDirectory& directory, int edge) {
     return edge == directory.size * directory.scale;
 }
 
-Worth worth(const IconDirectory& directory, std::size_t index, int edge, bool isDrawing) {
+Worth worth(const IconDirectory& directory, std::size_t index, int edge, std::size_t kind) {
+    const bool isDrawing = iconKinds.at(kind) == drawingEndings;
+    const bool isScalable = directory.type == IconDirectory::Type::Scalable;
     const int pixels = directory.size * directory.scale;
     auto distance = std::abs(pixels - edge);
     auto group = Group::Exact;
-    if (!isDrawing && directory.type == IconDirectory::Type::Scalable) {
+    if (!isDrawing && isScalable) {
         group = Group::Unknown;
-    } else if (pixels == edge) {
+    } else if (pixels == edge && !isScalable) {
         group = Group::Exact;
     } else if (isDrawing) {
         group = Group::Scalable;
@@ -64,25 +66,25 @@ Worth worth(const IconDirectory& directory, std::size_t index, int edge, bool is
         group = pixels > edge ? Group::Larger : Group::Smaller;
     }
     const bool isApplications = directory.context == "Applications" || directory.path.ends_with("/apps");
-    return packed(group, distance, directory.scale, !isApplications, index, isDrawing);
+    return packed(group, distance, directory.scale, !isApplications, index, kind);
 }
 
 } // namespace
 
 IconOrder::IconOrder(const std::vector<IconDirectory>& directories, int edge) {
     std::vector<Worth> worths;
-    worths.reserve(directories.size() * 2);
+    worths.reserve(directories.size() * iconKinds.size());
     for (std::size_t i = 0; i < directories.size(); ++i) {
-        worths.push_back(worth(directories[i], i, edge, false));
-        worths.push_back(worth(directories[i], i, edge, true));
+        for (std::size_t kind = 0; kind < iconKinds.size(); ++kind) {
+            worths.push_back(worth(directories[i], i, edge, kind));
+        }
     }
     std::sort(worths.begin(), worths.end());
     places_.reserve(worths.size());
     positions_.resize(worths.size());
     for (const auto one : worths) {
-        positions_[directoryOf(one) * 2 + (isDrawing(one) ? 1 : 0)] = places_.size();
-        places_.push_back(
-            {.directory = directoryOf(one), .endings = isDrawing(one) ? vectorEndings : rasterEndings});
+        positions_[directoryOf(one) * iconKinds.size() + kindOf(one)] = places_.size();
+        places_.push_back({.directory = directoryOf(one), .endings = iconKinds.at(kindOf(one))});
     }
 }
 

@@ -15,25 +15,23 @@ namespace amberquill::desktop {
 //   4. the largest smaller picture, then ever smaller ones (enlarging blurs),
 //   5. pictures in a directory for scalable drawings: their size is anyone's guess.
 // Among equals: lower scale (drawn for that many logical pixels), applications' icons before others, then the
-// theme's own order. In one directory a picture goes before a drawing, as the icon theme standard has it.
+// theme's own order. In one directory PNG goes before SVG and that before XPM, as the icon theme standard has
+// it.
 class IconOrder {
 public:
     struct Place {
         std::size_t directory = 0; // in the list the order was made from
-        IconEndings endings;       // pictures, or drawings
+        IconEndings endings;       // one of `iconKinds`
     };
 
     IconOrder(const std::vector<IconDirectory>& directories, int edge);
 
-    // Best first; each directory stands in it twice.
+    // Best first; each directory stands in it once for each of `iconKinds`.
     [[nodiscard]] const std::vector<Place>& places() const { return places_; }
 
-    // Where in `places` a directory's pictures, or its drawings, stand.
-    [[nodiscard]] std::size_t rasterPosition(std::size_t directory) const {
-        return positions_[directory * 2];
-    }
-    [[nodiscard]] std::size_t vectorPosition(std::size_t directory) const {
-        return positions_[directory * 2 + 1];
+    // Where in `places` a directory stands with the kind of this number.
+    [[nodiscard]] std::size_t position(std::size_t directory, std::size_t kind) const {
+        return positions_[directory * iconKinds.size() + kind];
     }
 
 private:

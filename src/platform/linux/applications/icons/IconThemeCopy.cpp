@@ -108,11 +108,10 @@ std::size_t IconThemeCopy::search(std::string_view name, const std::vector<IconT
         }
     };
     for (const auto& image : cached) {
-        if (!image.endings.intersected(rasterEndings).isEmpty()) {
-            consider(order.rasterPosition(image.directory));
-        }
-        if (!image.endings.intersected(vectorEndings).isEmpty()) {
-            consider(order.vectorPosition(image.directory));
+        for (std::size_t kind = 0; kind < iconKinds.size(); ++kind) {
+            if (!image.endings.intersected(iconKinds.at(kind)).isEmpty()) {
+                consider(order.position(image.directory, kind));
+            }
         }
     }
     for (auto position = begin; hasUncached_ && position < best; ++position) {

@@ -1,7 +1,12 @@
 #include "platform/linux/applications/icons/RasterPicture.h"
 
+#include "platform/linux/applications/icons/PngPicture.h"
+
 #include <QBuffer>
 #include <QImageReader>
+#include <cstdarg>
+#include <dlfcn.h>
+#include <mutex>
 
 namespace amberquill::desktop {
 
@@ -12,8 +17,6 @@ constexpr int maximumEdge = 32'000;
 
 const char* pluginFor(IconFormat format) {
     switch (format) {
-    case IconFormat::Png:
-        return "png";
     case IconFormat::Jpeg:
         return "jpeg";
     case IconFormat::Webp:
@@ -24,6 +27,7 @@ const char* pluginFor(IconFormat format) {
         return "xpm";
     case IconFormat::Ico:
         return "ico";
+    case IconFormat::Png:
     case IconFormat::Icns:
     case IconFormat::Svg:
     case IconFormat::CompressedSvg:
@@ -49,28 +53,53 @@ private:
     QImageReader reader_;
 };
 
+bool isBearable(QSize size) {
+    return !size.isEmpty() && size.width() <= maximumEdge && size.height() <= maximumEdge &&
+           qint64{size.width()} * size.height() <= maximumPixels;
+}
+
+// The TIFF library writes what it finds wrong to standard error, and Qt's plugin lets it. The library has
+// come with the plugin, under one of these names; it is not worth being loaded with every start.
+void quietenTiff() {
+    using Handler = void (*)(const char*, const char*, va_list);
+    using SetHandler = Handler (*)(Handler);
+    static std::once_flag once;
+    std::call_once(once, [] {
+        for (const char* const name : {"libtiff.so.6", "libtiff.so.5"}) {
+            void* const library = ::dlopen(name, RTLD_NOLOAD | RTLD_LAZY);
+            for (const char* const function : {"TIFFSetErrorHandler", "TIFFSetWarningHandler"}) {
+                void* const found = library == nullptr ? nullptr : ::dlsym(library, function);
+                if (found != nullptr) {
+                    reinterpret_cast<SetHandler>(found)(nullptr);
+                }
+            }
+        }
+    });
+}
+
 } // namespace
 
 QImage decodedRaster(const QByteArray& bytes, IconFormat format) {
+    if (format == IconFormat::Png) {
+        const auto size = pngSize(bytes);
+        return size && isBearable(*size) ? decodedPng(bytes) : QImage();
+    }
     const char* const plugin = pluginFor(format);
     if (plugin == nullptr) {
         return {};
     }
     Reader reader(bytes, plugin);
-    const auto size = reader->size();
-    if (size.isEmpty() || size.width() > maximumEdge || size.height() > maximumEdge ||
-        qint64{size.width()} * size.height() > maximumPixels) {
-        return {};
+    if (format == IconFormat::Tiff && reader->canRead()) {
+        quietenTiff(); // now that its library is there
     }
-    return reader->read();
+    return isBearable(reader->size()) ? reader->read() : QImage();
 }
 
 std::optional<QSize> embeddedPictureSize(const QByteArray& bytes) {
-    const auto format = iconFormat(bytes);
-    if (format != IconFormat::Png && format != IconFormat::Jpeg) {
-        return std::nullopt;
+    if (iconFormat(bytes) != IconFormat::Jpeg) {
+        return pngSize(bytes);
     }
-    const auto size = Reader(bytes, pluginFor(*format))->size();
+    const auto size = Reader(bytes, pluginFor(IconFormat::Jpeg))->size();
     return size.isEmpty() ? std::nullopt : std::optional(size);
 }
 

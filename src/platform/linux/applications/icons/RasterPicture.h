@@ -9,8 +9,8 @@
 
 namespace amberquill::desktop {
 
-// A picture made of pixels, in one of the formats that Qt's image plugins read. Null: broken, or with more
-// pixels than an icon has (its header is believed to say how many, before anything is allocated).
+// A picture made of pixels. Null: broken, or with more pixels than an icon has; its header says how many, and
+// is asked before anything is allocated.
 [[nodiscard]] QImage decodedRaster(const QByteArray& bytes, IconFormat format);
 
 // The size that the header of a PNG or JPEG picture states; none for anything else.

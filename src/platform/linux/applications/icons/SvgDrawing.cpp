@@ -7,9 +7,7 @@
 #include <QPainter>
 #include <QSvgRenderer>
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <zlib.h>
 
 namespace amberquill::desktop {
 
@@ -63,27 +61,6 @@ QImage drawnSvg(const QByteArray& text, int edge) {
     renderer.render(&painter, QRectF(QPointF((edge - size.width()) / 2, (edge - size.height()) / 2), size));
     painter.end();
     return isBlank(image) ? QImage() : image;
-}
-
-std::optional<QByteArray> uncompressed(QByteArrayView file, qsizetype limit) {
-    z_stream stream = {};
-    constexpr int gzip = 16 + MAX_WBITS;
-    if (::inflateInit2(&stream, gzip) != Z_OK) {
-        return std::nullopt;
-    }
-    stream.next_in = reinterpret_cast<const Bytef*>(file.data());
-    stream.avail_in = static_cast<uInt>(file.size());
-    QByteArray text;
-    std::array<char, 16 * 1024> part{};
-    int state = Z_OK;
-    while (state == Z_OK && text.size() <= limit) {
-        stream.next_out = reinterpret_cast<Bytef*>(part.data());
-        stream.avail_out = static_cast<uInt>(part.size());
-        state = ::inflate(&stream, Z_NO_FLUSH);
-        text.append(part.data(), static_cast<qsizetype>(part.size() - stream.avail_out));
-    }
-    ::inflateEnd(&stream);
-    return state == Z_STREAM_END && text.size() <= limit ? std::optional(text) : std::nullopt;
 }
 
 } // namespace amberquill::desktop

@@ -341,14 +341,17 @@ private:
             return SvgVerdict::ExternalReference;
         }
         const auto encoded = link.substr(data + encoding.size());
-        const auto size = embeddedPictureSize(
-            QByteArray::fromBase64(QByteArray(encoded.data(), static_cast<qsizetype>(encoded.size()))));
-        if (!size) {
-            return SvgVerdict::ExternalReference; // the renderer would take it for a file's name
-        }
-        embeddedPixels_ += std::int64_t{size->width()} * size->height();
+        const auto picture =
+            QByteArray::fromBase64(QByteArray(encoded.data(), static_cast<qsizetype>(encoded.size())));
+        const auto size = embeddedPictureSize(picture);
+        embeddedPixels_ += size ? std::int64_t{size->width()} * size->height() : 0;
         markup_ -= link.size();
-        return embeddedPixels_ > maximumEmbeddedPixels ? SvgVerdict::TooLarge : SvgVerdict::Harmless;
+        if (embeddedPixels_ > maximumEmbeddedPixels) {
+            return SvgVerdict::TooLarge;
+        }
+        // What it cannot decode the renderer takes for a file's name.
+        return size && !decodedRaster(picture, *iconFormat(picture)).isNull() ? SvgVerdict::Harmless
+                                                                              : SvgVerdict::ExternalReference;
     }
 
     void close() {

@@ -1,0 +1,131 @@
+#include "platform/linux/applications/icons/IconOrder.h"
+
+#include <gtest/gtest.h>
+
+using namespace amberquill::desktop;
+
+namespace {
+
+using Type = IconDirectory::Type;
+using Names = std::vector<std::string>;
+
+IconDirectory fixed(int size, int scale = 1) {
+    return {.path = std::to_string(size) + "@" + std::to_string(scale),
+            .type = Type::Fixed,
+            .size = size,
+            .scale = scale,
+            .minimumSize = size,
+            .maximumSize = size,
+            .threshold = 2,
+            .context = "Applications"};
+}
+
+IconDirectory scalable(const std::string& path, int size, int minimum, int maximum) {
+    return {.path = path,
+            .type = Type::Scalable,
+            .size = size,
+            .scale = 1,
+            .minimumSize = minimum,
+            .maximumSize = maximum,
+            .threshold = 2,
+            .context = "Applications"};
+}
+
+// The directories in the order in which their pictures, or their drawings, are looked for.
+Names order(const std::vector<IconDirectory>& directories, int edge, const IconEndings& endings) {
+    Names names;
+    const IconOrder made(directories, edge);
+    for (const auto& place : made.places()) {
+        if (place.endings == endings) {
+            names.push_back(directories[place.directory].path);
+        }
+    }
+    return names;
+}
+
+// The same with every kind.
+Names fullOrder(const std::vector<IconDirectory>& directories, int edge) {
+    Names names;
+    const IconOrder made(directories, edge);
+    for (const auto& place : made.places()) {
+        const std::string kind = place.endings == pngEnding   ? " png"
+                                 : place.endings == xpmEnding ? " xpm"
+                                                              : " svg";
+        names.push_back(directories[place.directory].path + kind);
+    }
+    return names;
+}
+
+} // namespace
+
+TEST(IconOrder, TheExactSizeIsFollowedByLargerOnesThenByTheLargestSmallerOnes) {
+    EXPECT_EQ(order({fixed(16), fixed(256), fixed(48), fixed(128), fixed(96), fixed(120)}, 120, pngEnding),
+              (Names{"120@1", "128@1", "256@1", "96@1", "48@1", "16@1"}));
+}
+
+TEST(IconOrder, DeviceRatherThanLogicalPixelsDecide) {
+    EXPECT_EQ(order({fixed(64), fixed(48, 2), fixed(96), fixed(128)}, 96, pngEnding),
+              (Names{"96@1", "48@2", "128@1", "64@1"}));
+}
+
+TEST(IconOrder, ADrawingStandsBetweenLargerAndSmallerPictures) {
+    EXPECT_EQ(fullOrder({fixed(48), scalable("scalable", 128, 8, 512), fixed(256)}, 120),
+              (Names{"256@1 png", "256@1 xpm", "scalable svg", "48@1 svg", "256@1 svg", "48@1 png",
+                     "48@1 xpm", "scalable png", "scalable xpm"}));
+}
+
+TEST(IconOrder, InOneDirectoryOfTheExactSizeTheStandardsOrderOfFormatsCounts) {
+    EXPECT_EQ(fullOrder({fixed(64)}, 64), (Names{"64@1 png", "64@1 svg", "64@1 xpm"}));
+}
+
+TEST(IconOrder, AScalableDirectorysOwnSizeIsNoExactSize) {
+    EXPECT_EQ(order({scalable("scalable", 128, 8, 512)}, 128, drawingEndings), Names{"scalable"});
+    EXPECT_EQ(fullOrder({scalable("scalable", 128, 8, 512), fixed(64, 2)}, 128).front(), "64@2 png");
+}
+
+TEST(IconOrder, ADrawingMeantForTheSizeGoesBeforeANearerOneThatIsNot) {
+    EXPECT_EQ(order({scalable("small", 110, 8, 112), scalable("wide", 48, 48, 256)}, 120, drawingEndings),
+              (Names{"wide", "small"}));
+}
+
+TEST(IconOrder, OfDrawingsEquallyMeantTheNearestGoesFirst) {
+    EXPECT_EQ(order({scalable("16", 16, 8, 256), scalable("64", 64, 8, 256), scalable("32", 32, 8, 256)}, 120,
+                    drawingEndings),
+              (Names{"64", "32", "16"}));
+}
+
+TEST(IconOrder, AThresholdStretchesWhatADrawingIsMeantFor) {
+    auto nearly = fixed(118);
+    nearly.type = Type::Threshold;
+    auto outside = fixed(117);
+    outside.type = Type::Threshold;
+    EXPECT_EQ(order({outside, nearly, scalable("all", 60, 8, 512)}, 120, drawingEndings),
+              (Names{"118@1", "all", "117@1"}));
+    // Its pictures gain nothing: enlarged by two pixels they are blurred.
+    EXPECT_EQ(order({nearly, fixed(128)}, 120, pngEnding), (Names{"128@1", "118@1"}));
+}
+
+TEST(IconOrder, AmongEqualsApplicationsGoFirstThenTheThemesOrder) {
+    auto status = fixed(48);
+    status.path = "48/status";
+    status.context = "Status";
+    auto first = fixed(48);
+    first.path = "48/apps";
+    first.context.clear(); // told by its name
+    auto second = fixed(48);
+    second.path = "48/second";
+    EXPECT_EQ(order({status, first, second}, 48, pngEnding), (Names{"48/apps", "48/second", "48/status"}));
+}
+
+TEST(IconOrder, APositionLeadsBackToItsPlace) {
+    const std::vector<IconDirectory> directories{fixed(16), scalable("s", 128, 8, 512), fixed(48, 2),
+                                                 fixed(300)};
+    const IconOrder made(directories, 96);
+    ASSERT_EQ(made.places().size(), directories.size() * iconKinds.size());
+    for (std::size_t i = 0; i < directories.size(); ++i) {
+        for (std::size_t kind = 0; kind < iconKinds.size(); ++kind) {
+            EXPECT_EQ(made.places()[made.position(i, kind)].directory, i);
+            EXPECT_EQ(made.places()[made.position(i, kind)].endings, iconKinds.at(kind));
+        }
+    }
+}
