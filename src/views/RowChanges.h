@@ -13,7 +13,7 @@ struct RowChange {
     int first; // the row it begins at; of a move, the row that moves
     int count; // rows removed or inserted; 1 for a move
     int to;    // of a move, the row before which it goes, counted before the move; of an insertion, where the
-            // new rows begin in the new list
+               // new rows begin in the new list
 
     bool operator==(const RowChange&) const = default;
 };
