@@ -18,6 +18,9 @@ public:
     // The screen under the pointer; null leaves the choice to the window system.
     [[nodiscard]] virtual QScreen* screenUnderPointer() const = 0;
 
+    // Whether what lies behind a translucent window shows through it, now. Where it does not, it is black.
+    [[nodiscard]] virtual bool blendsWindows() const { return true; }
+
     // What came along with the user's wish to see the launcher and lets the next present() take the focus: an
     // activation token (Wayland), a startup notification id (X11). Empty: nothing came along.
     virtual void setActivationToken(const QString&) {}

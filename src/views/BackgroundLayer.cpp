@@ -2,6 +2,7 @@
 
 #include "views/BackgroundWash.h"
 
+#include <QQuickWindow>
 #include <future>
 #include <optional>
 
@@ -48,12 +49,16 @@ TextureItem::Painted BackgroundLayer::paintTexture(double devicePixelRatio) {
     const BackgroundTheme theme = launcher_ != nullptr ? launcher_->background() : BackgroundTheme::Blue;
     const QSize pixels = (size() * devicePixelRatio).toSize();
     const QRectF rect({}, QSizeF(pixels) / devicePixelRatio);
-    if (auto ready = std::exchange(prepared(), std::nullopt); ready && ready->theme == theme &&
-                                                              ready->pixels == pixels &&
-                                                              ready->devicePixelRatio == devicePixelRatio) {
-        return {ready->image.get(), rect};
+    auto ready = std::exchange(prepared(), std::nullopt);
+    QImage wash = ready && ready->theme == theme && ready->pixels == pixels &&
+                          ready->devicePixelRatio == devicePixelRatio
+                      ? ready->image.get()
+                      : backgroundWash(theme, pixels, devicePixelRatio);
+    if (!window()->requestedFormat().hasAlpha()) {
+        // Premultiplied colours are what they are over black.
+        wash.reinterpretAsFormat(QImage::Format_RGB32);
     }
-    return {backgroundWash(theme, pixels, devicePixelRatio), rect};
+    return {wash, rect};
 }
 
 } // namespace amberquill

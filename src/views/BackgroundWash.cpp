@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <vector>
 
 namespace amberquill {
 
@@ -37,41 +36,29 @@ constexpr float middleStop = 0.45F;
 constexpr float glowOpacity = 0.12F;
 constexpr double glowRadius = 900; // points
 
-constexpr std::size_t gradientSteps = 2048;
-constexpr std::size_t glowSteps = 4096;
-
-float mix(float from, float to, float part) {
-    return from + (to - from) * part;
-}
-
 Colour mix(const Colour& from, const Colour& to, float part) {
-    return {mix(from.red, to.red, part), mix(from.green, to.green, part), mix(from.blue, to.blue, part)};
+    const auto component = [part](float a, float b) { return a + (b - a) * part; };
+    return {component(from.red, to.red), component(from.green, to.green), component(from.blue, to.blue)};
 }
 
-// The gradient along the diagonal, premultiplied, in 0 … 255.
-std::vector<Colour> gradientTable(BackgroundTheme theme) {
-    const ThemeColours colours = coloursOf(theme);
-    const Colour middle = mix(colours.top, colours.bottom, 0.5F);
-    std::vector<Colour> table(gradientSteps + 1);
-    for (std::size_t i = 0; i <= gradientSteps; ++i) {
-        const float part = static_cast<float>(i) / gradientSteps;
-        const Colour colour = part < middleStop
-                                  ? mix(colours.top, middle, part / middleStop)
-                                  : mix(middle, colours.bottom, (part - middleStop) / (1 - middleStop));
+// One component of the gradient, premultiplied, in 0 … 255: a straight line of the part of the way on either
+// side of the middle stop. Written so that a row of pixels is computed several at a time.
+struct Ramp {
+    float start = 0;
+    float slope = 0;
+    float laterSlope = 0; // what the slope changes by from the middle stop on
+
+    Ramp(float top, float middle, float bottom) {
         constexpr float scale = gradientOpacity * 255;
-        table[i] = {colour.red * scale, colour.green * scale, colour.blue * scale};
+        start = top * scale;
+        slope = (middle - top) * scale / middleStop;
+        laterSlope = (bottom - middle) * scale / (1 - middleStop) - slope;
     }
-    return table;
-}
 
-// The glow's opacity by the square of the distance, as a part of the square of its radius.
-std::vector<float> glowTable() {
-    std::vector<float> table(glowSteps + 1);
-    for (std::size_t i = 0; i <= glowSteps; ++i) {
-        table[i] = glowOpacity * (1 - std::sqrt(static_cast<float>(i) / glowSteps));
+    [[nodiscard]] float at(float part) const {
+        return start + slope * part + laterSlope * std::max(part - middleStop, 0.0F);
     }
-    return table;
-}
+};
 
 // What is added to a value before it is cut to an integer: an even mix of fractions in every 8 × 8 pixels.
 constexpr std::array<std::array<float, 8>, 8> ditherMatrix() {
@@ -90,6 +77,16 @@ constexpr std::array<std::array<float, 8>, 8> ditherMatrix() {
     return matrix;
 }
 
+// Pixels are computed in groups, several at a time.
+constexpr int groupWidth = 8;
+
+// Through signed integers, for which processors have a conversion of several at a time.
+QRgb packed(float alpha, float red, float green, float blue) {
+    return static_cast<QRgb>(static_cast<int>(alpha)) << 24U |
+           static_cast<QRgb>(static_cast<int>(red)) << 16U |
+           static_cast<QRgb>(static_cast<int>(green)) << 8U | static_cast<QRgb>(static_cast<int>(blue));
+}
+
 } // namespace
 
 QImage backgroundWash(BackgroundTheme theme, const QSize& pixels, double devicePixelRatio) {
@@ -98,32 +95,35 @@ QImage backgroundWash(BackgroundTheme theme, const QSize& pixels, double deviceP
         return image;
     }
     static constexpr auto dither = ditherMatrix();
-    const std::vector<Colour> gradient = gradientTable(theme);
-    const std::vector<float> glow = glowTable();
+    const ThemeColours colours = coloursOf(theme);
+    const Colour middle = mix(colours.top, colours.bottom, 0.5F);
+    const Ramp red(colours.top.red, middle.red, colours.bottom.red);
+    const Ramp green(colours.top.green, middle.green, colours.bottom.green);
+    const Ramp blue(colours.top.blue, middle.blue, colours.bottom.blue);
     const auto width = static_cast<float>(pixels.width());
     const auto height = static_cast<float>(pixels.height());
-    const float toGradient = gradientSteps / (width * width + height * height);
-    const double radius = glowRadius * devicePixelRatio;
-    const auto toGlow = static_cast<float>(glowSteps / (radius * radius));
+    const float toPart = 1 / (width * width + height * height);
+    const float toGlow = 1 / static_cast<float>(glowRadius * devicePixelRatio);
     for (int y = 0; y < pixels.height(); ++y) {
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
         const float down = static_cast<float>(y) + 0.5F;
-        const auto& ditherRow = dither.at(static_cast<std::size_t>(y) % 8);
-        for (int x = 0; x < pixels.width(); ++x) {
-            const float across = static_cast<float>(x) + 0.5F;
-            const Colour& base =
-                gradient[static_cast<std::size_t>((across * width + down * height) * toGradient)];
-            const float aside = across - width / 2;
-            const float distance =
-                std::min((aside * aside + down * down) * toGlow, static_cast<float>(glowSteps));
-            const float white = glow[static_cast<std::size_t>(distance)];
-            const float fraction = ditherRow.at(static_cast<std::size_t>(x) % 8);
-            const float light = white * 255 + fraction;
-            const float rest = 1 - white;
-            const auto alpha = static_cast<int>(gradientOpacity * 255 * rest + light);
-            line[x] =
-                qRgba(static_cast<int>(base.red * rest + light), static_cast<int>(base.green * rest + light),
-                      static_cast<int>(base.blue * rest + light), alpha);
+        const float* ditherRow = dither[static_cast<std::size_t>(y) % dither.size()].data();
+        for (int x = 0; x < pixels.width(); x += groupWidth) {
+            std::array<QRgb, groupWidth> group{};
+            for (int i = 0; i < groupWidth; ++i) {
+                const float across = static_cast<float>(x + i) + 0.5F;
+                const float part = (across * width + down * height) * toPart;
+                const float aside = across - width / 2;
+                const float white =
+                    glowOpacity * std::max(1 - std::sqrt(aside * aside + down * down) * toGlow, 0.0F);
+                const float light = white * 255 + ditherRow[i];
+                const float rest = 1 - white;
+                // All within 0 … 255, but for the last group's pixels beyond the edge, which are not kept.
+                group[static_cast<std::size_t>(i)] =
+                    packed(gradientOpacity * 255 * rest + light, red.at(part) * rest + light,
+                           green.at(part) * rest + light, blue.at(part) * rest + light);
+            }
+            std::copy_n(group.begin(), std::min(groupWidth, pixels.width() - x), line + x);
         }
     }
     return image;

@@ -18,14 +18,14 @@ static void loadViews() {
 
 namespace amberquill {
 
-LauncherWindow::LauncherWindow(LauncherModel& model)
+LauncherWindow::LauncherWindow(LauncherModel& model, bool translucent)
     : tiles_(model) {
     loadViews();
     setFlags(Qt::Window | Qt::FramelessWindowHint);
-    QSurfaceFormat transparent = format();
-    transparent.setAlphaBufferSize(8);
-    setFormat(transparent);
-    setColor(Qt::transparent);
+    QSurfaceFormat surface = requestedFormat();
+    surface.setAlphaBufferSize(translucent ? 8 : 0);
+    setFormat(surface);
+    setColor(translucent ? Qt::transparent : Qt::black);
     setResizeMode(SizeRootObjectToView);
     engine()->addImportPath(QStringLiteral(":/qt/qml"));
     setInitialProperties({{QStringLiteral("launcher"), QVariant::fromValue(&model)},

@@ -10,13 +10,14 @@
 
 namespace amberquill {
 
-// The window in which the launcher is drawn: borderless, transparent, as large as the screen it is put on. It
+// The window in which the launcher is drawn: borderless, as large as the screen it is put on. It
 // holds the view tree; the model outlives it.
 class LauncherWindow final : public QQuickView {
     Q_OBJECT
 
 public:
-    explicit LauncherWindow(LauncherModel& model);
+    // `translucent`: what lies behind the window shows through it. An opaque one is drawn faster.
+    LauncherWindow(LauncherModel& model, bool translucent);
     ~LauncherWindow() override;
 
     // How opaque the launcher is as a whole, 0 … 1.

@@ -18,7 +18,7 @@ namespace amberquill {
 
 LauncherWindowController::LauncherWindowController(const Services& services)
     : services_(services)
-    , window_(services.model) {
+    , window_(services.model, services.windows.blendsWindows()) {
     fade_.setIsFade(true);
     fade_.setTarget(0);
     window_.setAlpha(0);

@@ -35,7 +35,7 @@ protected:
 
     void open() {
         makeModel();
-        window_ = std::make_unique<LauncherWindow>(*model_);
+        window_ = std::make_unique<LauncherWindow>(*model_, true);
         window_->resize(GetParam());
         window_->show();
         window_->setAlpha(1);

@@ -10,7 +10,9 @@
 #include <span>
 // The time that Qt puts into its requests to the window manager is that of the last event it saw itself.
 // A launcher is shown on behalf of events that others saw, and only this private header can tell Qt of them.
+#include <cstdint>
 #include <private/qtx11extras_p.h>
+#include <string_view>
 
 namespace amberquill::desktop {
 namespace {
@@ -214,6 +216,20 @@ void X11WindowSystem::giveFocusBack() {
 }
 
 // A property that a dead window manager left behind does not count: the window it names must say the same.
+// A compositing manager owns a selection named after the screen.
+bool X11WindowSystem::blendsWindows() const {
+    constexpr std::string_view name = "_NET_WM_CM_S0";
+    const XcbReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
+        connection_, xcb_intern_atom(connection_, 1, static_cast<std::uint16_t>(name.size()), name.data()),
+        nullptr));
+    if (!atom || atom->atom == XCB_ATOM_NONE) {
+        return false;
+    }
+    const XcbReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+        connection_, xcb_get_selection_owner(connection_, atom->atom), nullptr));
+    return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
 bool X11WindowSystem::hasWindowManager() const {
     const auto property = atoms_[AtomName::supportingWmCheck];
     const auto check = windowProperty(connection_, root_, property);

@@ -20,6 +20,7 @@ public:
     explicit X11WindowSystem(xcb_connection_t* connection);
 
     [[nodiscard]] QScreen* screenUnderPointer() const override;
+    [[nodiscard]] bool blendsWindows() const override;
     void setActivationToken(const QString& startupId) override;
     void setListedInTaskBars(bool listed) override;
     void present(QWindow& window, QScreen* screen) override;
