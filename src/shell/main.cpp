@@ -17,6 +17,7 @@
 #include "platform/linux/files/PosixFileSystem.h"
 #include "platform/linux/files/QtSystemLanguages.h"
 #include "platform/linux/gpu/HardwareGpu.h"
+#include "platform/linux/process/Heap.h"
 #include "platform/linux/process/SessionBus.h"
 #include "platform/linux/process/TerminationSignals.h"
 #include "platform/linux/windows/WindowSystems.h"
@@ -45,11 +46,19 @@ struct Preparations {
 
 } // namespace
 
+namespace {
+
+// Seconds after the first frame by which the pages beside the first one are made and their icons decoded.
+constexpr double settledAfter = 1.5;
+
+} // namespace
+
 int main(int argc, char* argv[]) {
     // First of all, before anything changes the environment that applications are started with.
     const auto start = desktop::StartState::capture();
     const desktop::Environment environment = start.environment.lookup();
     desktop::doNotLaunchSessionBus(environment);
+    desktop::shareHeap();
 
     const Locations locations = desktop::locationsFromEnvironment(environment);
     const QString language = QLocale::system().name();
@@ -108,7 +117,10 @@ int main(int argc, char* argv[]) {
     windows->setActivationToken(desktop::takeStartToken(start.environment, QGuiApplication::platformName()));
 
     AppDelegate delegate({queue, files, preferences, *windows, *tokens, opener, watcher, scan,
-                          [&opener] { opener.prepare(); },
+                          [&opener, &queue] {
+                              opener.prepare();
+                              queue.postAfter(settledAfter, desktop::trimHeap);
+                          },
                           [&icons] {
                               icons.forget();
                               IconCache::shared().retryMissing();
