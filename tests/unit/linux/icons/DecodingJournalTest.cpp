@@ -6,6 +6,7 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <latch>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -44,6 +45,9 @@ protected:
     void dieDecoding(const std::vector<FileState>& all) const {
         const auto child = ::fork();
         if (child == 0) {
+            ::signal(SIGSEGV, SIG_DFL); // no report of what is meant to happen
+            const rlimit noCore{};
+            ::setrlimit(RLIMIT_CORE, &noCore);
             DecodingJournal journal(folder());
             std::latch allBegan(static_cast<std::ptrdiff_t>(all.size()));
             std::vector<std::thread> threads;
