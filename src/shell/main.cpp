@@ -20,6 +20,7 @@
 #include "platform/linux/process/Heap.h"
 #include "platform/linux/process/SessionBus.h"
 #include "platform/linux/process/TerminationSignals.h"
+#include "platform/linux/wayland/SeatlessCompositor.h"
 #include "platform/linux/windows/WindowSystems.h"
 #include "shell/AppDelegate.h"
 #include "shell/DeferredOpener.h"
@@ -58,6 +59,7 @@ int main(int argc, char* argv[]) {
     const auto start = desktop::StartState::capture();
     const desktop::Environment environment = start.environment.lookup();
     desktop::doNotLaunchSessionBus(environment);
+    desktop::avoidInputMethodWithoutSeat(environment);
     desktop::shareHeap();
 
     const Locations locations = desktop::locationsFromEnvironment(environment);
