@@ -19,8 +19,9 @@ def is_shown(picture, grid, slot, colour):
 class LauncherTestCase(DesktopTestCase):
     """Sets `session` and `applications` in its setUp."""
 
-    def begin_launcher(self):
-        return self.session.start(self.build / "amberquill")
+    def begin_launcher(self, **settings):
+        """Starts it in the session's environment, with settings of its own."""
+        return self.session.start(self.build / "amberquill", environment=settings)
 
     def end_launcher(self, launcher):
         """As a session's end does. It has never printed anything."""

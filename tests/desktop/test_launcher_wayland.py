@@ -1,0 +1,105 @@
+from harness import SwaySession, WestonSession, until
+from launcher import Applications, LauncherTestCase
+from launcher.case import WINDOW_CLASS
+
+
+class OnWeston(LauncherTestCase):
+    """Without a keyboard and a pointer: what is shown, kept and followed."""
+
+    def begin_session(self, width, height):
+        self.session = self.begin(WestonSession(width, height))
+        self.applications = Applications(self.session)
+        until(self.shows_the_desktop, "the desktop")
+
+    def shows_the_desktop(self):
+        """Its panel ends at a line across the screen, above which nothing else is as dark."""
+        picture = self.session.screenshot()
+        middle = picture.width // 2
+        return sum(picture.at(middle, 10)) < 200 < sum(picture.at(middle, 60))
+
+    def corners_are_covered(self):
+        """No panel or background, which have little colour, but the launcher's blue."""
+        picture = self.session.screenshot()
+        corners = [picture.at(x, y) for x in (0, picture.width - 1) for y in (0, picture.height - 1)]
+        return all(blue > red + 10 for red, _, blue in corners)
+
+    def expect_use(self, width, height):
+        self.begin_session(width, height)
+        made = self.applications.add_many()
+        self.assertFalse(self.corners_are_covered())
+        launcher = self.begin_launcher()
+        self.expect_page(made)
+        self.assertTrue(self.corners_are_covered())
+        self.end_launcher(launcher)
+        until(self.shows_the_desktop, "the desktop")
+        self.assertEqual(self.layout(), [str(application.path) for application in made])
+
+    def test_covers_the_whole_screen_and_shows_everything_in_its_place(self):
+        self.expect_use(1920, 1080)
+
+    def test_covers_a_small_screen(self):
+        self.expect_use(1280, 800)
+
+    def test_follows_what_is_installed_and_removed(self):
+        self.begin_session(1280, 800)
+        made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
+        launcher = self.begin_launcher()
+        self.expect_page(made)
+        made.pop(2).path.unlink()
+        self.expect_page(made)
+        made.append(self.applications.add_entry("App 0", "e0"))
+        self.expect_page(made)
+        self.end_launcher(launcher)
+        made.pop(0).path.unlink()
+        launcher = self.begin_launcher()
+        self.expect_page(made)
+        self.end_launcher(launcher)
+        self.assertEqual(self.layout(), [str(application.path) for application in made])
+
+
+class OnSway(LauncherTestCase):
+    """With a keyboard, without a pointer."""
+
+    def setUp(self):
+        self.session = self.begin(SwaySession())
+        picture = self.session.screenshot()
+        self.session.width, self.session.height = picture.width, picture.height
+        self.applications = Applications(self.session)
+        self.made = self.applications.add_many()
+
+    def begin_launcher(self):
+        # The compositor may run as somebody else; Qt then complains of a runtime folder that is not the user's.
+        runtime = self.session.home / "runtime"
+        runtime.mkdir(mode=0o700, exist_ok=True)
+        socket = self.session.runtime / self.session.environment["WAYLAND_DISPLAY"]
+        return super().begin_launcher(XDG_RUNTIME_DIR=str(runtime), WAYLAND_DISPLAY=str(socket))
+
+    def press(self, key):
+        self.session.run("wtype", "-k", key)
+
+    def is_up(self):
+        return self.session.screen_of(WINDOW_CLASS) is not None
+
+    def begin_shown_launcher(self):
+        launcher = self.begin_launcher()
+        until(self.is_up, "the window")
+        self.expect_page(self.made)
+        return launcher
+
+    def test_the_arrow_keys_turn_pages(self):
+        launcher = self.begin_shown_launcher()
+        self.press("Right")
+        self.expect_page(self.made, 1)
+        self.press("Right")
+        self.expect_page(self.made, 2)
+        self.press("Left")
+        self.expect_page(self.made, 1)
+        self.end_launcher(launcher)
+
+    def test_escape_hides_it(self):
+        launcher = self.begin_shown_launcher()
+        self.press("Escape")
+        until(lambda: not self.is_up(), "the window's end")
+        self.assertTrue(launcher.is_running())
+        self.end_launcher(launcher)
+        self.assertEqual(self.layout(), [str(application.path) for application in self.made])
