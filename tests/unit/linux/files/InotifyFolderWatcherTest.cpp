@@ -18,6 +18,18 @@ namespace {
 constexpr double quiet = InotifyFolderWatcher::quietSeconds;
 constexpr double patience = InotifyFolderWatcher::patienceSeconds;
 
+// How many folders the system watches for this process.
+std::ptrdiff_t watchesOfThisProcess() {
+    std::ptrdiff_t watches = 0;
+    for (const auto& descriptor : fs::directory_iterator("/proc/self/fdinfo")) {
+        std::ifstream info(descriptor.path());
+        for (std::string line; std::getline(info, line);) {
+            watches += line.starts_with("inotify ") ? 1 : 0;
+        }
+    }
+    return watches;
+}
+
 class InotifyFolderWatcherTest : public testing::Test {
 protected:
     void watch(const std::vector<std::string>& roots) {
@@ -179,6 +191,33 @@ TEST_F(InotifyFolderWatcherTest, AFolderThatIsMovedInIsPickedUpAndOneMovedAwayIs
     EXPECT_EQ(callsAfterQuiet(), 1);
     tree_.write("outside/deep/file", "again");
     EXPECT_EQ(callsAfterQuiet(), 0);
+}
+
+TEST_F(InotifyFolderWatcherTest, NoWatchIsKeptOfAFolderThatWasMovedAway) {
+    tree_.makeFolder("root/sub/deep");
+    watch({"root"});
+    EXPECT_EQ(watchesOfThisProcess(), 3);
+    fs::rename(tree_.at("root/sub"), tree_.at("outside"));
+    EXPECT_EQ(callsAfterQuiet(), 1);
+    EXPECT_EQ(watchesOfThisProcess(), 1);
+}
+
+TEST_F(InotifyFolderWatcherTest, AFolderThatComesDuringAWalkIsToldOfAgainOnceItIsWatched) {
+    tree_.makeFolder("root");
+    watch({"root"});
+    tree_.makeFolder("root/one");
+    deliver();
+    // Comes between the end of the quiet time and the walk that it brings about.
+    queue_.postAfter(quiet, [this] {
+        tree_.makeFolder("root/two");
+        deliver();
+    });
+    queue_.advance(quiet);
+    EXPECT_EQ(calls_, 1);
+    queue_.advance(quiet);
+    EXPECT_EQ(calls_, 2);
+    queue_.advance(60);
+    EXPECT_EQ(calls_, 2);
 }
 
 TEST_F(InotifyFolderWatcherTest, WhatIsInANewFolderBeforeItIsWatchedIsThereWhenTold) {
