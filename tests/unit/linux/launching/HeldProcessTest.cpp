@@ -42,7 +42,7 @@ protected:
         if (!held) {
             return std::nullopt;
         }
-        held->hold.close();
+        held->release();
         std::optional<Report> report = awaitReport(reportPath());
         waitpid(held->id, nullptr, 0);
         return report;
@@ -60,7 +60,7 @@ int outcomeOf(const HeldProcess& held) {
 
 int startError(const ProcessRequest& request) {
     std::optional<HeldProcess> held = startHeld(request);
-    held->hold.close();
+    held->release();
     const int error = outcomeOf(*held);
     waitpid(held->id, nullptr, 0);
     return error;
@@ -256,10 +256,29 @@ TEST_F(HeldProcessTest, ItWaitsForTheWord) {
     EXPECT_EQ(poll(&outcome, 1, 50), 0) << "neither failed nor running";
     EXPECT_EQ(QFileInfo(u"/proc/%1/exe"_s.arg(held->id)).symLinkTarget(),
               QCoreApplication::applicationFilePath());
-    held->hold.close();
+    held->release();
     EXPECT_EQ(outcomeOf(*held), 0);
     EXPECT_TRUE(awaitReport(reportPath()));
     waitpid(held->id, nullptr, 0);
+}
+
+TEST_F(HeldProcessTest, TheWordIsHeardWhileACopyOfOurEndIsOpenElsewhere) {
+    std::optional<HeldProcess> held = startHeld(request());
+    ASSERT_TRUE(held);
+    const FileDescriptor copy(fcntl(held->hold.get(), F_DUPFD_CLOEXEC, 0));
+    held->release();
+    EXPECT_EQ(outcomeOf(*held), 0);
+    EXPECT_TRUE(awaitReport(reportPath()));
+    waitpid(held->id, nullptr, 0);
+}
+
+TEST_F(HeldProcessTest, TheWordToOneThatHasEndedIsHarmless) {
+    std::optional<HeldProcess> held = startHeld(request());
+    ASSERT_TRUE(held);
+    kill(held->id, SIGKILL);
+    waitpid(held->id, nullptr, 0);
+    held->release(); // no broken pipe ends us
+    EXPECT_FALSE(held->hold.isOpen());
 }
 
 TEST_F(HeldProcessTest, OneThatWaitsWithholdsNothingFromAnother) {
@@ -296,7 +315,7 @@ TEST_F(HeldProcessTest, ItsEndCanBeSeen) {
     ASSERT_TRUE(held->process.isOpen());
     pollfd process{held->process.get(), POLLIN, 0};
     EXPECT_EQ(poll(&process, 1, 0), 0);
-    held->hold.close();
+    held->release();
     EXPECT_EQ(poll(&process, 1, 10'000), 1);
     waitpid(held->id, nullptr, 0);
 }

@@ -11,6 +11,7 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QSet>
 
 using namespace amberquill;
 using namespace amberquill::desktop;
@@ -26,6 +27,20 @@ public:
     QList<StartupNotice> begun;
     QStringList cancelled;
 };
+
+// The numbers of this process's children, those of which nothing but that is left included.
+QSet<QByteArray> childProcesses() {
+    QSet<QByteArray> children;
+    const QDir threads(u"/proc/self/task"_s);
+    for (const QString& thread : threads.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile file(threads.filePath(thread + u"/children"_s));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        for (const QByteArray& child : file.readAll().split(' ')) {
+            children += child;
+        }
+    }
+    return children;
+}
 
 class LinuxApplicationOpenerTest : public testing::Test {
 protected:
@@ -173,12 +188,14 @@ TEST_F(LinuxApplicationOpenerTest, WhenTheOpenerGoesTheStartGoesOn) {
 
 TEST_F(LinuxApplicationOpenerTest, AnOpenerThatGoesWhileTheDiskIsReadStartsNothing) {
     const QString path = files_.writeEntry(u"calc.desktop"_s, execLine());
+    const QSet<QByteArray> before = childProcesses();
     open(path);
     opener_.reset();
     bool later = false;
     queue_.runInBackground([] {}, [&later] { later = true; });
     EXPECT_TRUE(waitUntil([&] { return later; }));
     EXPECT_TRUE(results_.isEmpty());
+    EXPECT_EQ(childProcesses(), before);
 }
 
 TEST_F(LinuxApplicationOpenerTest, ItStartsInAScopeOfItsOwn) {

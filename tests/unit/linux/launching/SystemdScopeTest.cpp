@@ -5,6 +5,7 @@
 #include "WaitUntil.h"
 #include "support/ManualQueue.h"
 
+#include <QDBusPendingCallWatcher>
 #include <gtest/gtest.h>
 
 using namespace amberquill;
@@ -39,9 +40,21 @@ protected:
         scope_.place(4242, id, u"The Calculator"_s, [this] { ++placed_; });
     }
 
+    // Waits until the manager's answers so far have been handled: they come in order.
+    void awaitAnswers() {
+        const QDBusMessage ping =
+            QDBusMessage::createMethodCall(u"org.freedesktop.systemd1"_s, u"/org/freedesktop/systemd1"_s,
+                                           u"org.freedesktop.DBus.Peer"_s, u"Ping"_s);
+        QDBusPendingCallWatcher answer(connection_.asyncCall(ping));
+        bool handled = false;
+        QObject::connect(&answer, &QDBusPendingCallWatcher::finished, &answer, [&] { handled = true; });
+        EXPECT_TRUE(waitUntil([&] { return handled; }));
+    }
+
     PrivateBus bus_;
+    QDBusConnection connection_ = bus_.connect();
     ManualQueue queue_;
-    SystemdScope scope_{bus_.connect(), queue_};
+    SystemdScope scope_{connection_, queue_};
     int placed_ = 0;
 };
 
@@ -67,6 +80,7 @@ TEST_F(SystemdScopeTest, TheProcessWaitsUntilTheScopeIsThere) {
     place();
     ASSERT_TRUE(waitUntil([&] { return manager.requests().size() == 1; }));
     manager.finishJob(u"app-amberquill-other-1.scope"_s); // somebody else's
+    awaitAnswers();
     queue_.advance(0.9);
     EXPECT_EQ(placed_, 0) << "the promise of a job is not the scope";
     manager.finishJob(manager.requests().front().unit);

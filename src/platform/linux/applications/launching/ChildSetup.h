@@ -15,7 +15,7 @@ struct ChildSetup {
     const char* const* workingDirectories = nullptr; // ends with null
     const StartLimits* limits = nullptr;
     bool restoreOutOfMemoryScore = false;
-    int hold = -1;    // end of file, or a byte, is the word to go ahead; above the standard streams
+    int hold = -1;    // a byte, or end of file, is the word to go ahead; above the standard streams
     int outcome = -1; // where a failure's error number goes; above the standard streams
     unsigned int descriptorLimit = 0; // no descriptor is open at or above this one
 };

@@ -6,6 +6,7 @@
 #include <array>
 #include <csignal>
 #include <fcntl.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -18,7 +19,8 @@ constexpr int lowestDescriptor = 10;
 // Closing one by one must end even where a million descriptors are allowed.
 constexpr rlim_t mostDescriptors = 65536;
 
-struct Pipe {
+// What comes out of `reading` went into `writing`.
+struct Channel {
     FileDescriptor reading;
     FileDescriptor writing;
 };
@@ -27,16 +29,24 @@ FileDescriptor raised(FileDescriptor descriptor) {
     return FileDescriptor(fcntl(descriptor.get(), F_DUPFD_CLOEXEC, lowestDescriptor));
 }
 
-std::optional<Pipe> makePipe() {
-    std::array<int, 2> ends{-1, -1};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
-        return std::nullopt;
-    }
-    Pipe made{raised(FileDescriptor(ends[0])), raised(FileDescriptor(ends[1]))};
+std::optional<Channel> channel(int reading, int writing) {
+    Channel made{raised(FileDescriptor(reading)), raised(FileDescriptor(writing))};
     if (!made.reading.isOpen() || !made.writing.isOpen()) {
         return std::nullopt;
     }
     return made;
+}
+
+std::optional<Channel> makePipe() {
+    std::array<int, 2> ends{-1, -1};
+    return pipe2(ends.data(), O_CLOEXEC) == 0 ? channel(ends[0], ends[1]) : std::nullopt;
+}
+
+// Unlike a pipe, one can write to it without a signal when the reader has gone.
+std::optional<Channel> makeSocketPair() {
+    std::array<int, 2> ends{-1, -1};
+    return socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) == 0 ? channel(ends[0], ends[1])
+                                                                                : std::nullopt;
 }
 
 // The texts as execve wants them. They point into `texts`, which outlives the answer.
@@ -83,14 +93,21 @@ unsigned int descriptorLimit() {
 
 } // namespace
 
+// A word that is said, not only a closed end: a copy of our end in some other new process would keep it open.
+void HeldProcess::release() {
+    const char word = 1;
+    send(hold.get(), &word, sizeof word, MSG_NOSIGNAL);
+    hold.close();
+}
+
 // Not through glibc's <sys/pidfd.h>, which C++ cannot link with before 2.37.
 FileDescriptor processDescriptor(pid_t process) {
     return FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
 }
 
 std::optional<HeldProcess> startHeld(const ProcessRequest& request) {
-    std::optional<Pipe> hold = makePipe();
-    std::optional<Pipe> outcome = makePipe();
+    std::optional<Channel> hold = makeSocketPair();
+    std::optional<Channel> outcome = makePipe();
     if (!hold || !outcome) {
         return std::nullopt;
     }

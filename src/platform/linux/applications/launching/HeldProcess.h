@@ -27,10 +27,12 @@ struct ProcessRequest {
 // Should the launcher end before the word is given, the process goes ahead: its start has been asked for.
 struct HeldProcess {
     pid_t id = -1;
-    FileDescriptor
-        process;         // readable once the process has ended; not open on kernels that have no such thing
-    FileDescriptor hold; // closing it, or writing to it, is the word to go ahead
+    FileDescriptor process; // its processDescriptor()
+    FileDescriptor hold;    // what the word is given through
     FileDescriptor outcome; // ends without a byte when the program runs; `int`, the error number, when not
+
+    // Gives the word. Once; harmless when the process has ended.
+    void release();
 };
 
 // A descriptor of a child process that becomes readable at its end; not open on kernels without such a thing.

@@ -37,8 +37,8 @@ void ProcessLauncher::launch(const ProcessRequest& request, const QString& id, c
     }
     reaper_.watch(held->id, std::move(held->process));
     awaitOutcome(std::move(held->outcome), std::move(done));
-    const auto hold = std::make_shared<FileDescriptor>(std::move(held->hold));
-    scope_.place(held->id, id, description, [hold] { hold->close(); });
+    const auto waiting = std::make_shared<HeldProcess>(*std::move(held));
+    scope_.place(waiting->id, id, description, [waiting] { waiting->release(); });
 }
 
 void ProcessLauncher::awaitOutcome(FileDescriptor outcome, std::function<void(bool running)> done) {
