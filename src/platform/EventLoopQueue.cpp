@@ -1,5 +1,6 @@
 #include "platform/EventLoopQueue.h"
 
+#include <QThread>
 #include <QThreadPool>
 #include <QTimer>
 #include <chrono>
@@ -28,6 +29,14 @@ DelayedWork EventLoopQueue::postAfter(double seconds, Work work) {
         }
     });
     return DelayedWork(std::move(cancelled));
+}
+
+void EventLoopQueue::runOneAtATime() {
+    QThreadPool::globalInstance()->setMaxThreadCount(1);
+}
+
+void EventLoopQueue::runAsCoresAllow() {
+    QThreadPool::globalInstance()->setMaxThreadCount(QThread::idealThreadCount());
 }
 
 void EventLoopQueue::runInBackground(Work work, Work thenOnMain) {

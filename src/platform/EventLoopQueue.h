@@ -22,6 +22,11 @@ public:
     void post(Work work) override;
     DelayedWork postAfter(double seconds, Work work) override;
     void runInBackground(Work work, Work thenOnMain) override;
+
+    // How many pieces of background work run at a time: one leaves the processor to a start that is under
+    // way, as many as there are cores is the rule.
+    static void runOneAtATime();
+    static void runAsCoresAllow();
 };
 
 } // namespace amberquill

@@ -99,6 +99,7 @@ int main(int argc, char* argv[]) {
     }
 
     EventLoopQueue queue;
+    EventLoopQueue::runOneAtATime();
     Timeline& timeline = Timeline::shared();
     timeline.runOn(&queue);
     const FrameDriver driver(timeline);
@@ -120,6 +121,7 @@ int main(int argc, char* argv[]) {
 
     AppDelegate delegate({queue, files, preferences, *windows, *tokens, opener, watcher, scan,
                           [&opener, &queue] {
+                              EventLoopQueue::runAsCoresAllow();
                               opener.prepare();
                               queue.postAfter(settledAfter, desktop::trimHeap);
                           },
