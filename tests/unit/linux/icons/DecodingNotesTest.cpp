@@ -108,10 +108,10 @@ TEST_F(DecodingNotesTest, WhatCannotBeNotedIsNone) {
 TEST_F(DecodingNotesTest, SlotsAreGivenOnceAndTakenBack) {
     DecodingNotes notes(folder());
     std::set<unsigned> slots;
-    for (unsigned i = 0; i < DecodingNotes::slots; ++i) {
+    for (unsigned i = 0; i < DecodingNotes::slotCount; ++i) {
         slots.insert(notes.write(file(static_cast<int>(i))).value());
     }
-    EXPECT_EQ(slots.size(), DecodingNotes::slots);
+    EXPECT_EQ(slots.size(), DecodingNotes::slotCount);
     EXPECT_FALSE(notes.write(file(100)));
     notes.erase(17);
     EXPECT_EQ(notes.write(file(101)), 17U);

@@ -63,6 +63,13 @@ TEST(IconOrder, TheExactSizeIsFollowedByLargerOnesThenByTheLargestSmallerOnes) {
               (Names{"120@1", "128@1", "256@1", "96@1", "48@1", "16@1"}));
 }
 
+TEST(IconOrder, LargePicturesThatCallThemselvesScalableCountWithTheirSize) {
+    const std::vector<IconDirectory> hicolor{fixed(48), scalable("256x256/apps", 256, 64, 256), fixed(128),
+                                             scalable("512x512/apps", 512, 64, 512)};
+    EXPECT_EQ(order(hicolor, 120, pngEnding), (Names{"128@1", "256x256/apps", "512x512/apps", "48@1"}));
+    EXPECT_EQ(order(hicolor, 256, pngEnding), (Names{"256x256/apps", "512x512/apps", "128@1", "48@1"}));
+}
+
 TEST(IconOrder, DeviceRatherThanLogicalPixelsDecide) {
     EXPECT_EQ(order({fixed(64), fixed(48, 2), fixed(96), fixed(128)}, 96, pngEnding),
               (Names{"96@1", "48@2", "128@1", "64@1"}));

@@ -97,7 +97,7 @@ std::optional<unsigned> DecodingNotes::write(const FileState& file) {
     unsigned slot = 0;
     do {
         slot = static_cast<unsigned>(std::countr_one(taken));
-        if (slot >= slots) {
+        if (slot >= slotCount) {
             return std::nullopt;
         }
     } while (!taken_.compare_exchange_weak(taken, taken | (std::uint64_t{1} << slot)));
@@ -145,7 +145,7 @@ std::vector<std::vector<FileState>> takeAbandonedNotes(const std::string& folder
             continue;
         }
         std::vector<FileState> notes;
-        for (unsigned slot = 0; slot < DecodingNotes::slots; ++slot) {
+        for (unsigned slot = 0; slot < DecodingNotes::slotCount; ++slot) {
             if (auto note = readNote(file.get(), slot)) {
                 notes.push_back(*std::move(note));
             }

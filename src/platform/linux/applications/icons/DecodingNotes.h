@@ -16,7 +16,7 @@ namespace amberquill::desktop {
 // ends; it need not outlive the system, so nothing waits for the disk. Safe on any thread.
 class DecodingNotes {
 public:
-    static constexpr unsigned slots = 64;
+    static constexpr unsigned slotCount = 64;
 
     // The folder is made, and the file in it, with the first note.
     explicit DecodingNotes(std::string folder);

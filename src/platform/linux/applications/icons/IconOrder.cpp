@@ -55,9 +55,11 @@ Worth worth(const IconDirectory& directory, std::size_t index, int edge, std::si
     const int pixels = directory.size * directory.scale;
     auto distance = std::abs(pixels - edge);
     auto group = Group::Exact;
-    if (!isDrawing && isScalable) {
+    // Large pictures, which may be shrunk, stand in directories that call themselves scalable, too. Only in
+    // one that is named so a picture may have any size.
+    if (!isDrawing && isScalable && directory.path.starts_with("scalable")) {
         group = Group::Unknown;
-    } else if (pixels == edge && !isScalable) {
+    } else if (pixels == edge && !(isDrawing && isScalable)) {
         group = Group::Exact;
     } else if (isDrawing) {
         group = Group::Scalable;

@@ -13,7 +13,7 @@ namespace amberquill::desktop {
 //   2. the next larger picture, then ever larger ones (shrinking keeps an icon crisp),
 //   3. a scalable drawing, one meant for this size before others, then the one drawn for the nearest size,
 //   4. the largest smaller picture, then ever smaller ones (enlarging blurs),
-//   5. pictures in a directory for scalable drawings: their size is anyone's guess.
+//   5. pictures in a directory named for scalable drawings: their size is anyone's guess.
 // Among equals: lower scale (drawn for that many logical pixels), applications' icons before others, then the
 // theme's own order. In one directory PNG goes before SVG and that before XPM, as the icon theme standard has
 // it.
