@@ -37,7 +37,7 @@ class WithManyApplications(OnX11):
 
     def test_the_wheel_turns_pages(self):
         launcher = self.begin_shown_launcher(self.made)
-        self.session.move_pointer(960, 540)
+        self.session.move_pointer(*self.grid.gap())
         self.session.wheel(1)
         self.expect_page(self.made, 1)
         self.session.wheel(1)
@@ -236,7 +236,7 @@ class OnOtherDesktops(OnX11):
         made = self.applications.add_many()
         launcher = self.begin_shown_launcher(made)
         self.assertEqual(self.session.geometry(self.window), Geometry(0, 0, width, height))
-        self.session.move_pointer(width // 2, height // 2)
+        self.session.move_pointer(*self.grid.gap())
         self.session.wheel(1)
         self.expect_page(made, 1)
         self.session.press("Left")
