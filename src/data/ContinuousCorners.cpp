@@ -40,7 +40,7 @@ QPainterPath continuousRoundedRect(const QRectF& rect, double radius) {
     const Corner corner = cornerFor(rect, radius);
     struct Quarter {
         QPointF center;
-        double startAngle;
+        double startAngle = 0;
     };
     const double left = rect.left() + corner.extent;
     const double right = rect.right() - corner.extent;

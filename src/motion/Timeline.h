@@ -14,12 +14,11 @@ public:
     Moving(const Moving&) = delete;
     Moving& operator=(const Moving&) = delete;
 
-    // Moves to where it is at `now` (seconds). False once it rests.
-    virtual bool advance(double now) = 0;
-
-protected:
     // Leaves the timeline.
     virtual ~Moving();
+
+    // Moves to where it is at `now` (seconds). False once it rests.
+    virtual bool advance(double now) = 0;
 };
 
 // Everything that moves now. While something does, `advance` is called once a frame by a FrameDriver; while
