@@ -17,8 +17,8 @@ constexpr qsizetype headerBytes = 8; // a type of four letters, a length that in
 struct PackedType {
     QByteArrayView type;
     QByteArrayView alphaType;
-    int edge;
-    int skipped; // bytes before the planes
+    int edge = 0;
+    int skipped = 0; // bytes before the planes
 };
 
 constexpr std::array packedTypes{
@@ -30,7 +30,7 @@ constexpr std::array packedTypes{
 
 struct ArgbType {
     QByteArrayView type;
-    int edge;
+    int edge = 0;
 };
 
 constexpr std::array argbTypes{
@@ -107,11 +107,15 @@ bool takePlane(QByteArrayView& packed, std::vector<uchar>& plane) {
         if (length > plane.size() - at || used > static_cast<std::size_t>(packed.size()) - 1) {
             return false;
         }
-        for (std::size_t i = 0; i < length; ++i) {
-            plane[at + i] = static_cast<uchar>(packed[static_cast<qsizetype>(1 + (isRepeated ? 0 : i))]);
+        packed = packed.sliced(1);
+        const auto to = plane.begin() + static_cast<std::ptrdiff_t>(at);
+        if (isRepeated) {
+            std::fill_n(to, length, static_cast<uchar>(packed.front()));
+        } else {
+            std::copy_n(packed.begin(), length, to);
         }
         at += length;
-        packed = packed.sliced(static_cast<qsizetype>(1 + used));
+        packed = packed.sliced(static_cast<qsizetype>(used));
     }
     return true;
 }
@@ -123,7 +127,7 @@ std::vector<IcnsPicture> icnsPictures(QByteArrayView file) {
     std::vector<IcnsPicture> pictures;
     for (const auto& chunk : chunks) {
         if (auto picture = pictureIn(chunk, chunks)) {
-            pictures.push_back(*std::move(picture));
+            pictures.push_back(*picture);
         }
     }
     return pictures;

@@ -16,7 +16,7 @@ constexpr std::size_t maximumNames = 100'000;
 
 // Measured: looking for one icon's four endings takes as long as reading this much of a folder.
 constexpr std::int64_t bytesReadInOneQuestion = 400;
-constexpr std::int64_t largeFolder = 16 * 1024;
+constexpr std::int64_t largeFolder = std::int64_t{16} * 1024;
 
 bool endsInCaseless(std::string_view name, std::string_view ending) {
     return name.size() > ending.size() &&

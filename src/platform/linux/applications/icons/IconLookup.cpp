@@ -129,9 +129,9 @@ private:
     std::map<std::pair<std::string, int>, std::optional<std::string>> answers_;
 };
 
-IconLookup::IconLookup(QStringList baseFolders, const QString& theme)
+IconLookup::IconLookup(QStringList baseFolders, QString theme)
     : baseFolders_(std::move(baseFolders))
-    , theme_(theme) {}
+    , theme_(std::move(theme)) {}
 
 IconLookup::~IconLookup() = default;
 

@@ -20,7 +20,7 @@ class IconLookup {
 public:
     // `theme` is asked first, then what it inherits, then "hicolor", then the base folders themselves.
     // Nothing is read here.
-    IconLookup(QStringList baseFolders, const QString& theme);
+    IconLookup(QStringList baseFolders, QString theme);
     IconLookup(const IconLookup&) = delete;
     IconLookup& operator=(const IconLookup&) = delete;
     ~IconLookup();

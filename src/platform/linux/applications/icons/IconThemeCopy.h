@@ -52,7 +52,7 @@ private:
     };
 
     IconThemeCopy() = default;
-    [[nodiscard]] IconEndings endings(std::size_t directory, std::string_view name,
+    [[nodiscard]] IconEndings endings(std::size_t index, std::string_view name,
                                       const std::vector<IconThemeCache::Image>& cached);
     void open(Directory& directory);
 

@@ -9,7 +9,7 @@ namespace amberquill::desktop {
 
 namespace {
 
-constexpr std::size_t maximumContent = 1024 * 1024;
+constexpr std::size_t maximumContent = std::size_t{1024} * 1024;
 constexpr std::size_t maximumDirectories = 4096;
 constexpr std::size_t maximumInherits = 64;
 constexpr std::size_t maximumName = 255;

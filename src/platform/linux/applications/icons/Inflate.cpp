@@ -14,7 +14,8 @@ std::optional<QByteArray> inflated(QByteArrayView bytes, Compression compression
     stream.next_in = reinterpret_cast<const Bytef*>(bytes.data());
     stream.avail_in = static_cast<uInt>(bytes.size());
     QByteArray text;
-    std::array<char, 16 * 1024> part{};
+    constexpr std::size_t partBytes = 16384;
+    std::array<char, partBytes> part{};
     int state = Z_OK;
     while (state == Z_OK && text.size() <= limit) {
         stream.next_out = reinterpret_cast<Bytef*>(part.data());

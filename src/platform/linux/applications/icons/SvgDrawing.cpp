@@ -58,7 +58,8 @@ QImage drawnSvg(const QByteArray& text, int edge) {
     image.fill(Qt::transparent);
     const auto size = fittedSize(proportions(box), edge);
     QPainter painter(&image);
-    renderer.render(&painter, QRectF(QPointF((edge - size.width()) / 2, (edge - size.height()) / 2), size));
+    const QPoint corner((edge - size.width()) / 2, (edge - size.height()) / 2);
+    renderer.render(&painter, QRect(corner, size));
     painter.end();
     return isBlank(image) ? QImage() : image;
 }
