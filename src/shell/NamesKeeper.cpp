@@ -32,7 +32,7 @@ QHash<QString, QString> NamesKeeper::load(const FileSystem& files, const QString
     return content ? decodeNames(*content, language) : QHash<QString, QString>();
 }
 
-void NamesKeeper::follow(LauncherModel& model) {
+void NamesKeeper::follow(const LauncherModel& model) const {
     connect(&model, &LauncherModel::scanned, this, &NamesKeeper::keep);
 }
 

@@ -25,7 +25,7 @@ public:
                                                       const QString& language);
 
     // Writes the names after each scan that changed them. The model outlives the keeper.
-    void follow(LauncherModel& model);
+    void follow(const LauncherModel& model) const;
 
 private:
     void keep(const std::vector<AppInfo>& installed);

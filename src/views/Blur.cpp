@@ -41,10 +41,10 @@ void boxBlur(uchar* values, int count, qsizetype stride, int radius, std::vector
     }
     for (int i = 0; i < count; ++i) {
         if (i + radius < count) {
-            sum += copy[static_cast<std::size_t>(i + radius)];
+            sum += copy[static_cast<std::size_t>(i) + static_cast<std::size_t>(radius)];
         }
         if (i - radius - 1 >= 0) {
-            sum -= copy[static_cast<std::size_t>(i - radius - 1)];
+            sum -= copy[static_cast<std::size_t>(i) - static_cast<std::size_t>(radius) - 1];
         }
         values[i * stride] = static_cast<uchar>((sum + width / 2) / width);
     }

@@ -17,7 +17,7 @@ public:
     [[nodiscard]] double devicePixelRatio() const;
 
     // The nearest whole device pixel to a position in points.
-    Q_INVOKABLE double snapped(double value) const;
+    [[nodiscard]] Q_INVOKABLE double snapped(double value) const;
 
 Q_SIGNALS:
     void devicePixelRatioChanged();

@@ -4,7 +4,7 @@
 
 namespace amberquill {
 
-QString ViewTexts::search() const {
+QString ViewTexts::search() {
     return L::search();
 }
 

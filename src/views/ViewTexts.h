@@ -16,7 +16,7 @@ class ViewTexts : public QObject {
 public:
     using QObject::QObject;
 
-    [[nodiscard]] QString search() const;
+    [[nodiscard]] static QString search();
 
     // The interface language has changed: every text is read anew.
     void retranslate() { Q_EMIT changed(); }

@@ -20,6 +20,9 @@ public:
     LauncherWindow(LauncherModel& model, bool translucent);
     ~LauncherWindow() override;
 
+    LauncherWindow(const LauncherWindow&) = delete;
+    LauncherWindow& operator=(const LauncherWindow&) = delete;
+
     // How opaque the launcher is as a whole, 0 … 1.
     void setAlpha(double alpha);
 
