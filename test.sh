@@ -7,6 +7,13 @@ cd "$(dirname "$(readlink -f "$0")")"
 
 scripts/setup.sh run screenless test
 
+# Qt complains of a session without a runtime folder, and would make one that stays.
+if [[ -z ${XDG_RUNTIME_DIR:-} ]]; then
+    XDG_RUNTIME_DIR=$(mktemp --directory)
+    export XDG_RUNTIME_DIR
+    trap 'rm -rf "$XDG_RUNTIME_DIR"' EXIT
+fi
+
 echo 'Checking the formatting'
 find src tests -name '*.cpp' -print0 -o -name '*.h' -print0 | xargs -0 clang-format --dry-run -Werror
 
