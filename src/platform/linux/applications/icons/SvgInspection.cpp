@@ -2,6 +2,7 @@
 
 #include "platform/linux/applications/icons/MarkupScanner.h"
 #include "platform/linux/applications/icons/RasterPicture.h"
+#include "platform/linux/applications/icons/SvgReferences.h"
 
 #include <QByteArray>
 #include <algorithm>
@@ -11,7 +12,6 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
-#include <vector>
 
 namespace amberquill::desktop {
 
@@ -21,7 +21,6 @@ namespace {
 constexpr std::size_t maximumText = std::size_t{8} * 1024 * 1024;
 constexpr std::size_t maximumMarkup = std::size_t{1024} * 1024; // embedded pictures apart
 constexpr std::size_t maximumDepth = 100;
-constexpr std::size_t maximumChain = 16; // references that lead to references
 constexpr std::size_t maximumDrawn = 5'000;
 constexpr std::size_t maximumDashed = 500; // dashes may be many where the path is one
 constexpr std::size_t maximumEntities = 256;
@@ -106,9 +105,6 @@ bool declaresPlainEncoding(std::string_view declaration) {
     return name && isPlainEncoding(*name);
 }
 
-// What a url() can stand for: a colour, or something drawn with the element. In alphabetical order.
-constexpr std::array<std::string_view, 5> drawnByUrl{"clipPath", "filter", "marker", "mask", "pattern"};
-
 // Calls `with` for each id that the text refers to as url(#id).
 template<typename With>
 void forEachUrl(std::string_view text, With with) {
@@ -159,7 +155,7 @@ public:
                 return verdict;
             }
         }
-        if (scanner.failed() || elements_.empty() || !open_.empty()) {
+        if (scanner.failed() || drawing_.elements() == 0 || drawing_.depth() > 0) {
             return SvgVerdict::NotSvg;
         }
         if (markup_ > maximumMarkup) {
@@ -173,33 +169,20 @@ public:
     }
 
 private:
-    struct Element {
-        std::size_t end = 0;   // one past the last element inside
-        std::size_t drawn = 0; // elements drawn with it, once that is known
-        bool isGradient = false;
-        bool isDrawnByUrl = false;
-        bool isBeingCounted = false;
-    };
-    struct Reference {
-        std::size_t from = 0; // elements_
-        std::string_view id;
-        bool isUrl = false;
-    };
-
     SvgVerdict take(const MarkupScanner::Piece& piece) {
         using Kind = MarkupScanner::Kind;
         switch (piece.kind) {
         case Kind::Instruction:
             return takeInstruction(piece.text);
         case Kind::DocumentType:
-            return elements_.empty() ? takeDocumentType(piece.text) : SvgVerdict::NotSvg;
+            return drawing_.elements() == 0 ? takeDocumentType(piece.text) : SvgVerdict::NotSvg;
         case Kind::Text:
             return takeText(piece.text);
         case Kind::EndTag:
-            if (open_.empty() || open_.back().name != piece.name) {
+            if (drawing_.depth() == 0 || drawing_.openElement() != piece.name) {
                 return SvgVerdict::NotSvg;
             }
-            close();
+            drawing_.end();
             return SvgVerdict::Harmless;
         case Kind::EmptyTag:
         case Kind::StartTag:
@@ -207,7 +190,7 @@ private:
         }
         const auto verdict = takeElement(piece);
         if (piece.kind == Kind::EmptyTag && verdict == SvgVerdict::Harmless) {
-            close();
+            drawing_.end();
         }
         return verdict;
     }
@@ -240,43 +223,38 @@ private:
     }
 
     SvgVerdict takeText(std::string_view text) {
-        if (open_.empty()) {
+        if (drawing_.depth() == 0) {
             skipSpace(text);
             return text.empty() ? SvgVerdict::Harmless : SvgVerdict::NotSvg;
         }
-        if (open_.back().name == "style") {
-            forEachUrl(text, [this](std::string_view id) { styled_.push_back(id); });
+        if (drawing_.openElement() == "style") {
+            forEachUrl(text, [this](std::string_view id) { drawing_.addStyleUrl(id); });
             hasDashes_ = hasDashes_ || hasDashes(text);
         }
         return SvgVerdict::Harmless;
     }
 
     SvgVerdict takeElement(const MarkupScanner::Piece& piece) {
-        if (open_.empty() && (!elements_.empty() || piece.name != "svg")) {
+        if (drawing_.depth() == 0 && (drawing_.elements() > 0 || piece.name != "svg")) {
             return SvgVerdict::NotSvg;
         }
-        if (elements_.size() >= maximumDrawn) {
+        if (drawing_.elements() >= maximumDrawn) {
             return SvgVerdict::TooMuchToDraw;
         }
-        if (open_.size() >= maximumDepth) {
+        if (drawing_.depth() >= maximumDepth) {
             return SvgVerdict::TooDeep;
         }
-        const auto index = elements_.size();
-        elements_.push_back({.end = 0,
-                             .drawn = 0,
-                             .isGradient = piece.name.ends_with("Gradient"),
-                             .isDrawnByUrl = isOneOf(drawnByUrl, piece.name)});
-        open_.push_back({.name = piece.name, .index = index});
+        drawing_.begin(piece.name);
         for (const auto& [name, value] : piece.attributes) {
-            if (const auto verdict = takeAttribute(index, name, value); verdict != SvgVerdict::Harmless) {
+            if (const auto verdict = takeAttribute(name, value); verdict != SvgVerdict::Harmless) {
                 return verdict;
             }
         }
         return SvgVerdict::Harmless;
     }
 
-    SvgVerdict takeAttribute(std::size_t index, std::string_view name, std::string_view value) {
-        const auto element = open_.back().name;
+    SvgVerdict takeAttribute(std::string_view name, std::string_view value) {
+        const auto element = drawing_.openElement();
         if (name == "href" && (element == "image" || element == "feImage")) {
             return takePicture(value);
         }
@@ -292,13 +270,11 @@ private:
             return hasHugeNumber(value) ? SvgVerdict::TooLarge : SvgVerdict::Harmless;
         }
         if (name == "id") {
-            ids_.emplace(value, index);
+            drawing_.setId(value);
         } else if (name == "href" && value.starts_with('#')) {
-            references_.push_back({.from = index, .id = value.substr(1), .isUrl = false});
+            drawing_.addUse(value.substr(1));
         } else {
-            forEachUrl(value, [&](std::string_view id) {
-                references_.push_back({.from = index, .id = id, .isUrl = true});
-            });
+            forEachUrl(value, [this](std::string_view id) { drawing_.addUrl(id); });
             hasDashes_ = hasDashes_ || (name == "stroke-dasharray" && value != "none") || hasDashes(value);
         }
         return SvgVerdict::Harmless;
@@ -354,80 +330,21 @@ private:
                                                                               : SvgVerdict::ExternalReference;
     }
 
-    void close() {
-        elements_[open_.back().index].end = elements_.size();
-        open_.pop_back();
-    }
-
     SvgVerdict judgeDrawing() {
-        auto drawn = drawnWith(0, 0);
-        for (const auto id : styled_) { // a style sheet's references may hold for every element
-            const Reference reference{.from = 0, .id = id, .isUrl = true};
-            drawn += std::min(drawnByReference(reference, 0), maximumDrawn) * elements_.size();
-        }
-        if (isTooDeep_) {
+        const auto drawn = drawing_.drawn();
+        if (!drawn) {
             return SvgVerdict::TooDeep;
         }
-        return drawn > (hasDashes_ ? maximumDashed : maximumDrawn) ? SvgVerdict::TooMuchToDraw
-                                                                   : SvgVerdict::Harmless;
+        return *drawn > (hasDashes_ ? maximumDashed : maximumDrawn) ? SvgVerdict::TooMuchToDraw
+                                                                    : SvgVerdict::Harmless;
     }
 
-    // How many elements are drawn when this one is, each as often as it is drawn; exact up to the limit.
-    std::size_t drawnWith(std::size_t index, std::size_t chain) {
-        auto& element = elements_[index];
-        if (element.drawn > 0) {
-            return element.drawn;
-        }
-        if (element.isBeingCounted || chain > maximumChain) {
-            isTooDeep_ = true;
-            return 0;
-        }
-        element.isBeingCounted = true;
-        auto drawn = element.end - index;
-        auto reference = std::lower_bound(references_.begin(), references_.end(), index,
-                                          [](const Reference& one, std::size_t at) { return one.from < at; });
-        for (; reference != references_.end() && reference->from < element.end; ++reference) {
-            drawn += drawnByReference(*reference, chain);
-            if (isTooDeep_ || drawn > maximumDrawn) {
-                break;
-            }
-        }
-        element.isBeingCounted = false;
-        element.drawn = drawn;
-        return drawn;
-    }
-
-    // The same for all elements of a name, of which there should be but one. A gradient is a colour, and as
-    // quickly drawn.
-    std::size_t drawnByReference(const Reference& reference, std::size_t chain) {
-        std::size_t drawn = 0;
-        const auto [first, last] = ids_.equal_range(reference.id);
-        for (auto target = first; target != last && !isTooDeep_ && drawn <= maximumDrawn; ++target) {
-            const auto& element = elements_[target->second];
-            if (reference.isUrl && !element.isGradient && !element.isDrawnByUrl) {
-                continue;
-            }
-            const auto more = drawnWith(target->second, chain + 1);
-            drawn += element.isGradient ? 0 : more;
-        }
-        return drawn;
-    }
-
-    struct Open {
-        std::string_view name;
-        std::size_t index = 0;
-    };
-    std::vector<Open> open_;
-    std::vector<Element> elements_; // in the text's order: what is inside one follows it
-    std::vector<Reference> references_;
-    std::vector<std::string_view> styled_; // ids that style sheets refer to
-    std::unordered_multimap<std::string_view, std::size_t> ids_;
+    SvgReferences drawing_{maximumDrawn};
     std::unordered_map<std::string_view, std::string_view> entities_;
     std::deque<std::string> written_; // values with their entities written out
     std::size_t markup_ = 0;
     std::int64_t embeddedPixels_ = 0;
     bool hasDashes_ = false;
-    bool isTooDeep_ = false;
 };
 
 } // namespace
