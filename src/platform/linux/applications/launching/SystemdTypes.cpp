@@ -1,6 +1,7 @@
 #include "platform/linux/applications/launching/SystemdTypes.h"
 
 #include <QDBusMetaType>
+#include <QDBusObjectPath>
 
 namespace amberquill::desktop {
 
@@ -37,6 +38,9 @@ void registerSystemdTypes() {
     qDBusRegisterMetaType<QList<UnitProperty>>();
     qDBusRegisterMetaType<AuxiliaryUnit>();
     qDBusRegisterMetaType<QList<AuxiliaryUnit>>();
+    // A slot's parameters are looked up by name, and Qt gives its own types theirs only when it first needs
+    // them.
+    qRegisterMetaType<QDBusObjectPath>();
 }
 
 } // namespace amberquill::desktop
