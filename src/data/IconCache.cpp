@@ -5,6 +5,8 @@
 #include "platform/MainQueue.h"
 
 #include <QPainter>
+#include <algorithm>
+#include <utility>
 
 namespace amberquill {
 
@@ -33,6 +35,7 @@ void IconCache::serveFrom(const ApplicationIcons* source, MainQueue* queue) {
     queue_ = queue;
     cache_.clear();
     underWay_.clear();
+    remembered_.clear();
 }
 
 QImage IconCache::icon(const QString& path, int edge) {
@@ -49,6 +52,38 @@ QImage IconCache::icon(const QString& path, int edge) {
 
 bool IconCache::isKnown(const QString& path, int edge) const {
     return cache_.contains({path, edge});
+}
+
+void IconCache::remember(const std::vector<KeptIcon>& icons) {
+    for (const KeptIcon& icon : icons) {
+        const Key key{icon.path, icon.image.width()};
+        if (!cache_.contains(key)) {
+            cache_.insert(key, icon.image);
+            remembered_.insert(key);
+        }
+    }
+}
+
+void IconCache::refreshRemembered() {
+    const QSet<Key> keys = std::exchange(remembered_, {});
+    for (const Key& key : keys) {
+        request(key);
+    }
+}
+
+std::vector<KeptIcon> IconCache::decoded(const QStringList& paths) const {
+    const QSet<QString> wanted(paths.begin(), paths.end());
+    std::vector<KeptIcon> icons;
+    for (auto entry = cache_.constKeyValueBegin(); entry != cache_.constKeyValueEnd(); ++entry) {
+        const auto& [key, image] = *entry;
+        if (!image.isNull() && wanted.contains(key.path)) {
+            icons.push_back({key.path, image});
+        }
+    }
+    std::sort(icons.begin(), icons.end(), [](const KeptIcon& a, const KeptIcon& b) {
+        return std::pair(a.path, a.image.width()) < std::pair(b.path, b.image.width());
+    });
+    return icons;
 }
 
 void IconCache::retryMissing() {
@@ -79,9 +114,14 @@ void IconCache::request(const Key& key) {
 
 void IconCache::take(const Key& key, const QImage& image) {
     underWay_.remove(key);
-    cache_.insert(key, image);
-    if (!image.isNull()) {
-        Q_EMIT arrived(key.path, key.edge);
+    const auto known = cache_.constFind(key);
+    const bool isNew = known == cache_.constEnd();
+    // What looks the same stays, with all that was made of it.
+    if (isNew || *known != image) {
+        cache_.insert(key, image);
+        if (!isNew || !image.isNull()) {
+            Q_EMIT arrived(key.path, key.edge);
+        }
     }
 }
 

@@ -1,10 +1,14 @@
 #pragma once
 
+#include "data/KeptIcons.h"
+
 #include <QHash>
 #include <QImage>
 #include <QObject>
 #include <QSet>
 #include <QString>
+#include <QStringList>
+#include <vector>
 
 namespace amberquill {
 
@@ -32,6 +36,14 @@ public:
 
     // Whether no icon is being decoded.
     [[nodiscard]] bool isIdle() const { return underWay_.isEmpty(); }
+
+    // Icons of an earlier run, shown like any other until `refreshRemembered`.
+    void remember(const std::vector<KeptIcon>& icons);
+    // Decodes what was remembered again; `arrived` follows for what looks different now.
+    void refreshRemembered();
+
+    // The icons that were decoded for these applications, at every edge, in order of path and edge.
+    [[nodiscard]] std::vector<KeptIcon> decoded(const QStringList& paths) const;
 
     // Asks again for the icons that were not to be had: a package's icons often come after its application.
     void retryMissing();
@@ -61,6 +73,7 @@ private:
     QHash<Key, QImage> cache_; // null: known to have none
     QHash<int, QImage> placeholders_;
     QSet<Key> underWay_;
+    QSet<Key> remembered_; // still to be decoded
 };
 
 } // namespace amberquill

@@ -8,6 +8,7 @@
 #include "platform/Preferences.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace amberquill {
 
@@ -29,7 +30,7 @@ LauncherModel::LauncherModel(Services services, QObject* parent)
     : QObject(parent)
     , services_(std::move(services))
     , store_(services_.queue, services_.files, services_.applicationSupport)
-    , items_(store_.load())
+    , items_(services_.layout ? store_.start(*std::exchange(services_.layout, std::nullopt)) : store_.load())
     , columns_(gridSide(services_.preferences, QStringLiteral("gridColumns"), defaultColumns))
     , rows_(gridSide(services_.preferences, QStringLiteral("gridRows"), defaultRows))
     , background_(storedBackground(services_.preferences))

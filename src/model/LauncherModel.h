@@ -52,6 +52,7 @@ public:
         QString applicationSupport;                 // the folder of the layout's own folder
         std::function<std::vector<AppInfo>()> scan; // run away from the main thread
         QHash<QString, QString> rememberedNames;    // by path: shown until the first scan is in
+        std::optional<StoredLayout> layout;         // read beforehand; none: read by the model
     };
 
     explicit LauncherModel(Services services, QObject* parent = nullptr);

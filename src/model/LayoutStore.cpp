@@ -13,6 +13,10 @@ namespace {
 // A layout of a hundred thousand applications has some ten megabytes.
 constexpr qint64 largestFile = 64LL * 1024 * 1024;
 
+QString pathIn(const QString& folder) {
+    return folder + QStringLiteral("/Amberquill/layout.json");
+}
+
 } // namespace
 
 // Writes the newest content it was given. Content that was overtaken before its turn came is not written at
@@ -71,17 +75,24 @@ private:
 LayoutStore::LayoutStore(MainQueue& queue, FileSystem& files, const QString& folder)
     : queue_(queue)
     , files_(files)
-    , path_(folder + QStringLiteral("/Amberquill/layout.json"))
-    , writer_(std::make_shared<Writer>(files, path_)) {}
+    , folder_(folder)
+    , writer_(std::make_shared<Writer>(files, pathIn(folder))) {}
 
-LaunchItems LayoutStore::load() {
-    const auto content = files_.readFile(path_, largestFile);
-    if (content) {
+StoredLayout LayoutStore::read(const FileSystem& files, const QString& folder) {
+    StoredLayout stored;
+    if (auto content = files.readFile(pathIn(folder), largestFile)) {
         auto decoded = decodeItems(*content);
         if (auto* items = std::get_if<LaunchItems>(&decoded)) {
-            writer_->assumeWritten(*content);
-            return std::move(*items);
+            stored = {std::move(*content), std::move(*items)};
         }
+    }
+    return stored;
+}
+
+LaunchItems LayoutStore::start(StoredLayout stored) {
+    if (stored.items) {
+        writer_->assumeWritten(stored.content);
+        return std::move(*stored.items);
     }
     // A file that is merely missing has nothing to set aside.
     writer_->setAsideBeforeWriting();

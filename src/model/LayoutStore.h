@@ -6,10 +6,17 @@
 #include <QByteArray>
 #include <QString>
 #include <memory>
+#include <optional>
 
 namespace amberquill {
 
 class MainQueue;
+
+// What the private layout file held when it was read.
+struct StoredLayout {
+    QByteArray content;
+    std::optional<LaunchItems> items; // none: no file, or one that does not decode
+};
 
 // The private layout file. Nothing is ever reported: what cannot be read is an empty layout, what cannot be
 // written stays in memory. Main thread only; the writing itself happens away from it, in the order of the
@@ -19,7 +26,13 @@ public:
     // `folder` is where applications keep what the user would miss; both services outlive the store.
     LayoutStore(MainQueue& queue, FileSystem& files, const QString& folder);
 
-    [[nodiscard]] LaunchItems load();
+    // Reads the file. Safe on any thread, and for a layout of thousands worth one of its own.
+    [[nodiscard]] static StoredLayout read(const FileSystem& files, const QString& folder);
+
+    // The layout to start with, and what the file is known to hold from now on.
+    [[nodiscard]] LaunchItems start(StoredLayout stored);
+
+    [[nodiscard]] LaunchItems load() { return start(read(files_, folder_)); }
 
     // Writes the layout, unless it is what the file holds already.
     void save(const LaunchItems& items);
@@ -32,7 +45,7 @@ private:
 
     MainQueue& queue_;
     FileSystem& files_;
-    QString path_;
+    QString folder_;
     std::shared_ptr<Writer> writer_; // shared with the background work under way
 };
 

@@ -35,16 +35,24 @@ void EventLoopQueue::runOneAtATime() {
     QThreadPool::globalInstance()->setMaxThreadCount(1);
 }
 
-void EventLoopQueue::runAsCoresAllow() {
+void EventLoopQueue::release() {
     QThreadPool::globalInstance()->setMaxThreadCount(QThread::idealThreadCount());
+    isHeld_ = false;
+    for (Work& work : std::exchange(held_, {})) {
+        QThreadPool::globalInstance()->start(std::move(work));
+    }
 }
 
 void EventLoopQueue::runInBackground(Work work, Work thenOnMain) {
-    QThreadPool::globalInstance()->start(
-        [this, work = std::move(work), then = std::move(thenOnMain)]() mutable {
-            work();
-            post(std::move(then));
-        });
+    Work task = [this, work = std::move(work), then = std::move(thenOnMain)]() mutable {
+        work();
+        post(std::move(then));
+    };
+    if (isHeld_) {
+        held_.push_back(std::move(task));
+    } else {
+        QThreadPool::globalInstance()->start(std::move(task));
+    }
 }
 
 } // namespace amberquill

@@ -3,6 +3,7 @@
 #include "platform/MainQueue.h"
 
 #include <QObject>
+#include <vector>
 
 namespace amberquill {
 
@@ -23,10 +24,15 @@ public:
     DelayedWork postAfter(double seconds, Work work) override;
     void runInBackground(Work work, Work thenOnMain) override;
 
-    // How many pieces of background work run at a time: one leaves the processor to a start that is under
-    // way, as many as there are cores is the rule.
+    // While a start is under way the processor is left to it: background work runs one piece at a time, and
+    // after `hold` not at all. `release` makes up for it: from then on as much runs as there are cores.
     static void runOneAtATime();
-    static void runAsCoresAllow();
+    void hold() { isHeld_ = true; }
+    void release();
+
+private:
+    bool isHeld_ = false;
+    std::vector<Work> held_;
 };
 
 } // namespace amberquill

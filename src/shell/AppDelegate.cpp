@@ -5,23 +5,33 @@
 #include "views/TileLayout.h"
 
 #include <QGuiApplication>
+#include <QPointer>
 #include <QScreen>
-#include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace amberquill {
 
-AppDelegate::AppDelegate(const Services& services)
-    : services_(services)
-    , model_({services.queue, services.files, services.preferences, services.applicationSupport,
-              services.scan, services.rememberedNames})
-    , names_(services.queue, services.files, services.caches, services.language)
-    , live_({model_, services.queue, services.watcher, services.retryIcons}) {
+namespace {
+
+// Seconds after the first frame by which the pages beside the first one are made and their icons decoded.
+constexpr double settledAfter = 1.5;
+
+} // namespace
+
+AppDelegate::AppDelegate(Services services)
+    : services_(std::move(services))
+    , model_({services_.queue, services_.files, services_.preferences, services_.applicationSupport,
+              services_.scan, std::move(services_.prepared.names), std::move(services_.prepared.layout)})
+    , names_(services_.queue, services_.files, services_.caches, services_.language)
+    , icons_({model_, IconCache::shared(), services_.queue, services_.files}, services_.caches,
+             services_.prepared.icons)
+    , live_({model_, services_.queue, services_.watcher, services_.retryIcons}) {
     names_.follow(model_);
+    IconCache::shared().remember(std::exchange(services_.prepared.icons, {}));
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
-    prefetchFirstPage();
     controller_ = std::make_shared<LauncherWindowController>(LauncherWindowController::Services{
         model_, services_.queue, services_.windows, services_.tokens, services_.opener});
     model_.setController(controller_);
@@ -33,28 +43,27 @@ void AppDelegate::applicationDidFinishLaunching() {
     controller_->show();
 }
 
-// The first page's icons are decoded while the views are being made.
-void AppDelegate::prefetchFirstPage() {
+bool AppDelegate::firstPageIsReady() {
     const QScreen* screen = QGuiApplication::primaryScreen();
-    if (screen == nullptr) {
-        return;
+    if (screen == nullptr || model_.items().empty()) {
+        return false;
     }
     const double ratio = screen->devicePixelRatio();
     const GridMetrics metrics{screen->size(), model_.columns(), model_.rows()};
     const int edge = static_cast<int>(std::lround(TileLayout::of(metrics, ratio).icon.width() * ratio));
-    const LaunchItems& items = model_.items();
-    const auto count = std::min(items.size(), static_cast<std::size_t>(metrics.slotsPerPage()));
-    for (std::size_t i = 0; i < count; ++i) {
-        if (const QString* path = items[i].asApp()) {
-            IconCache::shared().icon(*path, edge);
-        }
-    }
+    return IconKeeper::prepareFirstPage(model_, IconCache::shared(), edge);
 }
 
 // What nobody waits for is done once the launcher is on the screen.
 void AppDelegate::firstFrameShown() {
     live_.watch(services_.watchedFolders);
     services_.prepareOpening();
+    services_.queue.postAfter(settledAfter, [self = QPointer(this)] {
+        if (self != nullptr) {
+            IconCache::shared().refreshRemembered();
+            self->icons_.start();
+        }
+    });
 }
 
 void AppDelegate::applicationStateChanged(Qt::ApplicationState state) {

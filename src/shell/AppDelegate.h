@@ -4,8 +4,10 @@
 
 #include "model/LauncherModel.h"
 #include "shell/FrameLog.h"
+#include "shell/IconKeeper.h"
 #include "shell/LiveRefresh.h"
 #include "shell/NamesKeeper.h"
+#include "shell/Preparations.h"
 #include "window/LauncherWindowController.h"
 
 #include <QObject>
@@ -39,14 +41,17 @@ public:
         std::function<std::vector<AppInfo>()> scan;
         std::function<void()> prepareOpening; // called once the launcher is on the screen
         std::function<void()> retryIcons;
-        QHash<QString, QString> rememberedNames;
+        Preparations prepared;
         QString applicationSupport;
         QString caches;
         QString language;
         QStringList watchedFolders;
     };
 
-    explicit AppDelegate(const Services& services);
+    explicit AppDelegate(Services services);
+
+    // Has the first page's icons decoded where they were not kept; whether there are none of these.
+    [[nodiscard]] bool firstPageIsReady();
 
     // Once the event loop is about to run: makes the window and shows the launcher.
     void applicationDidFinishLaunching();
@@ -55,7 +60,6 @@ public:
 
 private:
     void applicationStateChanged(Qt::ApplicationState state);
-    void prefetchFirstPage();
     void firstFrameShown();
     void applicationWillTerminate();
 
@@ -64,6 +68,7 @@ private:
     std::shared_ptr<LauncherWindowController> controller_;
     std::unique_ptr<FrameLog> frameLog_;
     NamesKeeper names_;
+    IconKeeper icons_;
     LiveRefresh live_;
     bool wasActive_ = false;
 };

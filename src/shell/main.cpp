@@ -38,19 +38,18 @@ using namespace amberquill;
 
 namespace {
 
-// What is read from the disk before there is a window, on a thread of its own while Qt starts on the main
-// one.
-struct Preparations {
-    std::future<QHash<QString, QString>> names;
-    std::future<std::vector<AppInfo>> firstScan;
-};
-
-} // namespace
-
-namespace {
-
-// Seconds after the first frame by which the pages beside the first one are made and their icons decoded.
+// Seconds after the first frame by which what a start needed for a moment can be given back.
 constexpr double settledAfter = 1.5;
+
+// Seconds after which the rest of a start waits no longer for a first frame: a window need not be seen.
+constexpr double longestHold = 1.0;
+
+// What is read while Qt starts. A first scan is among it where nothing is remembered that could be shown
+// before.
+struct Reading {
+    Preparations prepared;
+    std::optional<std::vector<AppInfo>> firstScan;
+};
 
 } // namespace
 
@@ -70,14 +69,13 @@ int main(int argc, char* argv[]) {
     const desktop::DesktopEntryApplications registered(entrySettings);
     const AppScanner::Services scanServices{files, bundles, registered, locations.home, locations.ownBundle};
 
-    // The first scan runs while Qt starts; the model's first question takes its answer.
-    auto names =
-        std::async(std::launch::async, [&] { return NamesKeeper::load(files, locations.caches, language); });
-    auto firstScan = std::make_shared<std::future<std::vector<AppInfo>>>(
-        std::async(std::launch::async, [&] { return AppScanner::scan(scanServices); }));
-    const auto scan = [&scanServices, firstScan] {
-        return firstScan->valid() ? firstScan->get() : AppScanner::scan(scanServices);
-    };
+    std::future<Reading> reading = std::async(std::launch::async, [&] {
+        Reading read{Preparations::read(files, locations, language), std::nullopt};
+        if (read.prepared.names.isEmpty()) {
+            read.firstScan = AppScanner::scan(scanServices);
+        }
+        return read;
+    });
 
     if (!desktop::hasHardwareGpu()) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
@@ -119,9 +117,14 @@ int main(int argc, char* argv[]) {
     desktop::InotifyFolderWatcher watcher(queue);
     windows->setActivationToken(desktop::takeStartToken(start.environment, QGuiApplication::platformName()));
 
+    auto [prepared, firstScan] = reading.get();
+    const auto scan = [&scanServices, first = std::make_shared<decltype(firstScan)>(std::move(firstScan))] {
+        const auto scanned = std::exchange(*first, std::nullopt);
+        return scanned ? *scanned : AppScanner::scan(scanServices);
+    };
     AppDelegate delegate({queue, files, preferences, *windows, *tokens, opener, watcher, scan,
                           [&opener, &queue] {
-                              EventLoopQueue::runAsCoresAllow();
+                              queue.release();
                               opener.prepare();
                               queue.postAfter(settledAfter, desktop::trimHeap);
                           },
@@ -129,9 +132,13 @@ int main(int argc, char* argv[]) {
                               icons.forget();
                               IconCache::shared().retryMissing();
                           },
-                          names.get(), locations.applicationSupport, locations.caches, language,
+                          std::move(prepared), locations.applicationSupport, locations.caches, language,
                           AppScanner::searchRoots(locations.home) + registered.watchedFolders()});
     const desktop::TerminationSignals signals([] { QCoreApplication::quit(); });
+    if (delegate.firstPageIsReady()) {
+        queue.hold();
+        queue.postAfter(longestHold, [&queue] { queue.release(); });
+    }
     delegate.applicationDidFinishLaunching();
     return QGuiApplication::exec();
 }

@@ -53,7 +53,7 @@ protected:
                                                                              ++scans_;
                                                                              return installed_;
                                                                          },
-                                                                         remembered_});
+                                                                         remembered_, std::nullopt});
         controller_ = std::make_shared<RecordingController>();
         model_->setController(controller_);
         return *model_;

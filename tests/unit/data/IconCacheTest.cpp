@@ -27,6 +27,12 @@ public:
     mutable QStringList asked;
 };
 
+QImage filled(int edge, const QColor& colour) {
+    QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
+    image.fill(colour);
+    return image;
+}
+
 class IconCacheTest : public testing::Test {
 protected:
     void SetUp() override {
@@ -102,6 +108,57 @@ TEST_F(IconCacheTest, AnAppThatIsRemovedKeepsItsIcon) {
     cache_.retryMissing();
     queue_.runPosted();
     EXPECT_EQ(cache_.icon(u"/a"_s, 64).pixelColor(1, 1), QColor(Qt::red));
+}
+
+TEST_F(IconCacheTest, ARememberedIconIsShownWithoutAskingThePlatform) {
+    cache_.remember({{u"/a"_s, filled(64, Qt::red)}});
+    EXPECT_TRUE(cache_.isKnown(u"/a"_s, 64));
+    EXPECT_EQ(cache_.icon(u"/a"_s, 64), filled(64, Qt::red));
+    queue_.runPosted();
+    EXPECT_TRUE(icons_.asked.isEmpty());
+    EXPECT_FALSE(cache_.isKnown(u"/a"_s, 32)) << "at its own size";
+}
+
+TEST_F(IconCacheTest, WhatWasRememberedIsLookedUpAgainAndOnlyChangesAreTold) {
+    cache_.remember({{u"/same"_s, filled(64, Qt::red)}, {u"/other"_s, filled(64, Qt::red)}});
+    icons_.colours = {{u"/same"_s, Qt::red}, {u"/other"_s, Qt::blue}};
+    cache_.refreshRemembered();
+    queue_.runPosted();
+    EXPECT_EQ(arrived_, QStringList{u"/other:64"_s});
+    EXPECT_EQ(cache_.icon(u"/other"_s, 64), filled(64, Qt::blue));
+    cache_.refreshRemembered();
+    queue_.runPosted();
+    EXPECT_EQ(icons_.asked.size(), 2) << "once";
+}
+
+TEST_F(IconCacheTest, AnIconThatIsGoneGivesWayToThePlaceholder) {
+    cache_.remember({{u"/a"_s, filled(64, Qt::red)}});
+    cache_.refreshRemembered();
+    queue_.runPosted();
+    EXPECT_EQ(arrived_, QStringList{u"/a:64"_s});
+    EXPECT_EQ(cache_.icon(u"/a"_s, 64), cache_.placeholder(64));
+}
+
+TEST_F(IconCacheTest, ADecodedIconIsNotReplacedByARememberedOne) {
+    icons_.colours.insert(u"/a"_s, Qt::blue);
+    cache_.icon(u"/a"_s, 64);
+    queue_.runPosted();
+    cache_.remember({{u"/a"_s, filled(64, Qt::red)}});
+    EXPECT_EQ(cache_.icon(u"/a"_s, 64), filled(64, Qt::blue));
+}
+
+TEST_F(IconCacheTest, TheDecodedIconsOfSomeAppsAreGivenInOrder) {
+    icons_.colours = {{u"/a"_s, Qt::red}, {u"/b"_s, Qt::green}, {u"/c"_s, Qt::blue}};
+    for (const QString& path : {u"/c"_s, u"/b"_s, u"/a"_s, u"/none"_s}) {
+        cache_.icon(path, 64);
+        cache_.icon(path, 16);
+    }
+    queue_.runPosted();
+    const std::vector<KeptIcon> expected{{u"/a"_s, filled(16, Qt::red)},
+                                         {u"/a"_s, filled(64, Qt::red)},
+                                         {u"/c"_s, filled(16, Qt::blue)},
+                                         {u"/c"_s, filled(64, Qt::blue)}};
+    EXPECT_EQ(cache_.decoded({u"/c"_s, u"/a"_s, u"/none"_s}), expected);
 }
 
 TEST_F(IconCacheTest, ThePlaceholderIsNeutralAndOfTheSizeAskedFor) {

@@ -20,6 +20,7 @@ namespace {
 class AppDelegateTest : public testing::Test {
 protected:
     void SetUp() override {
+        prepared_.names = {{u"/Applications/1.app"_s, u"Remembered"_s}};
         delegate_ = std::make_unique<AppDelegate>(
             AppDelegate::Services{queue_,
                                   files_,
@@ -33,7 +34,7 @@ protected:
                                   },
                                   [] {},
                                   [] {},
-                                  {{u"/Applications/1.app"_s, u"Remembered"_s}},
+                                  prepared_,
                                   u"/data"_s,
                                   u"/cache"_s,
                                   u"en"_s,
@@ -49,6 +50,7 @@ protected:
     NullActivationTokens tokens_;
     NullApplicationOpener opener_;
     HandWatcher watcher_;
+    Preparations prepared_;
     std::unique_ptr<AppDelegate> delegate_;
 };
 
@@ -87,7 +89,7 @@ TEST_F(AppDelegateTest, TheLayoutIsSavedAtTheEndEvenWhenNothingSavedItBefore) {
                               },
                               [] {},
                               [] {},
-                              {},
+                              Preparations::read(files_, {{}, u"/data"_s, {}, {}, {}}, u"en"_s),
                               u"/data"_s,
                               u"/cache"_s,
                               u"en"_s,

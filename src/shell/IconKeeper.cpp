@@ -1,0 +1,89 @@
+#include "shell/IconKeeper.h"
+
+#include "data/IconCache.h"
+#include "platform/FileSystem.h"
+#include "platform/MainQueue.h"
+
+#include <algorithm>
+#include <span>
+
+namespace amberquill {
+
+namespace {
+
+constexpr qint64 largestFile = 64LL * 1024 * 1024;
+constexpr qsizetype shownInFolder = 9;
+
+QString pathIn(const QString& caches) {
+    return caches + QStringLiteral("/Amberquill/icons");
+}
+
+// The first page's items.
+std::span<const LaunchItem> firstPage(const LauncherModel& model) {
+    const auto room = static_cast<std::size_t>(model.columns()) * static_cast<std::size_t>(model.rows());
+    return std::span(model.items()).first(std::min(model.items().size(), room));
+}
+
+QList<qint64> identitiesOf(const std::vector<KeptIcon>& icons) {
+    QList<qint64> identities;
+    for (const KeptIcon& icon : icons) {
+        identities += icon.image.cacheKey();
+    }
+    return identities;
+}
+
+} // namespace
+
+IconKeeper::IconKeeper(const Services& services, const QString& caches, const std::vector<KeptIcon>& loaded,
+                       QObject* parent)
+    : QObject(parent)
+    , services_(services)
+    , path_(pathIn(caches))
+    , kept_(identitiesOf(loaded)) {}
+
+std::vector<KeptIcon> IconKeeper::load(const FileSystem& files, const QString& caches) {
+    const auto content = files.readFile(pathIn(caches), largestFile);
+    return content ? decodeIcons(*content) : std::vector<KeptIcon>();
+}
+
+bool IconKeeper::prepareFirstPage(const LauncherModel& model, IconCache& icons, int edge) {
+    bool isReady = true;
+    for (const LaunchItem& item : firstPage(model)) {
+        if (const QString* path = item.asApp(); path != nullptr && !icons.isKnown(*path, edge)) {
+            icons.icon(*path, edge);
+            isReady = false;
+        }
+    }
+    return isReady;
+}
+
+void IconKeeper::start() {
+    connect(&services_.model, &LauncherModel::presentedChanged, this, [this] {
+        if (!services_.model.presented()) {
+            keep();
+        }
+    });
+    keep();
+}
+
+void IconKeeper::keep() {
+    QStringList paths;
+    for (const LaunchItem& item : firstPage(services_.model)) {
+        if (const QString* path = item.asApp()) {
+            paths += *path;
+        } else if (const Folder* folder = item.asFolder()) {
+            paths += folder->apps.first(std::min(folder->apps.size(), shownInFolder));
+        }
+    }
+    const std::vector<KeptIcon> icons = services_.icons.decoded(paths);
+    const QList<qint64> identities = identitiesOf(icons);
+    if (identities == kept_ || icons.empty()) {
+        return;
+    }
+    kept_ = identities;
+    services_.queue.runInBackground(
+        [icons, &files = services_.files, path = path_] { files.writeAtomically(path, encodeIcons(icons)); },
+        [] {});
+}
+
+} // namespace amberquill

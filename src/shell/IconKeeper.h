@@ -1,0 +1,50 @@
+#pragma once
+
+#include "data/KeptIcons.h"
+#include "model/LauncherModel.h"
+
+#include <QObject>
+#include <QString>
+
+namespace amberquill {
+
+class FileSystem;
+class IconCache;
+class MainQueue;
+
+// Keeps the decoded icons of the first page on the disk, so that the next start's first picture has them.
+class IconKeeper final : public QObject {
+    Q_OBJECT
+
+public:
+    struct Services {
+        LauncherModel& model;
+        IconCache& icons;
+        MainQueue& queue;
+        FileSystem& files;
+    };
+
+    // `caches` is the folder for what can be deleted at any time, `loaded` what `load` found in it. The
+    // services outlive the keeper.
+    IconKeeper(const Services& services, const QString& caches, const std::vector<KeptIcon>& loaded,
+               QObject* parent = nullptr);
+
+    // What the last run left. Safe on any thread.
+    [[nodiscard]] static std::vector<KeptIcon> load(const FileSystem& files, const QString& caches);
+
+    // Has the first page's icons of `edge` device pixels decoded, but for those that are known. Whether there
+    // were none to decode.
+    static bool prepareFirstPage(const LauncherModel& model, IconCache& icons, int edge);
+
+    // From now on the icons are written whenever the launcher goes away, and now, where they have changed.
+    void start();
+
+private:
+    void keep();
+
+    Services services_;
+    QString path_;
+    QList<qint64> kept_; // the images that the file holds
+};
+
+} // namespace amberquill
