@@ -17,6 +17,7 @@
 #include "platform/linux/files/PosixFileSystem.h"
 #include "platform/linux/files/QtSystemLanguages.h"
 #include "platform/linux/gpu/HardwareGpu.h"
+#include "platform/linux/process/Fonts.h"
 #include "platform/linux/process/Heap.h"
 #include "platform/linux/process/SessionBus.h"
 #include "platform/linux/process/TerminationSignals.h"
@@ -69,6 +70,7 @@ int main(int argc, char* argv[]) {
     const desktop::DesktopEntryApplications registered(entrySettings);
     const AppScanner::Services scanServices{files, bundles, registered, locations.home, locations.ownBundle};
 
+    auto fonts = std::async(std::launch::async, desktop::readFontConfiguration);
     std::future<Reading> reading = std::async(std::launch::async, [&] {
         Reading read{Preparations::read(files, locations, language), std::nullopt};
         if (read.prepared.names.isEmpty()) {

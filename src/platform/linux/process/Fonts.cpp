@@ -1,0 +1,11 @@
+#include "platform/linux/process/Fonts.h"
+
+#include <fontconfig/fontconfig.h>
+
+namespace amberquill::desktop {
+
+void readFontConfiguration() {
+    FcInit();
+}
+
+} // namespace amberquill::desktop
