@@ -33,6 +33,13 @@ QString LaunchItem::id() const {
     return QStringLiteral("f:") + canonicalText(asFolder()->id);
 }
 
+bool LaunchItem::hasId(const QString& id) const {
+    if (const QString* path = asApp()) {
+        return id.size() == path->size() + 2 && id.startsWith(QLatin1String("a:")) && id.endsWith(*path);
+    }
+    return id.startsWith(QLatin1String("f:")) && id == this->id();
+}
+
 QString nameFromPath(const QString& path) {
     const QString last = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
     const qsizetype dot = last.lastIndexOf(QLatin1Char('.'));

@@ -53,6 +53,9 @@ public:
     // folder's UUID. It survives rescans.
     [[nodiscard]] QString id() const;
 
+    // Whether this is the item of that identity, without making a text of its own for an application.
+    [[nodiscard]] bool hasId(const QString& id) const;
+
     bool operator==(const LaunchItem&) const = default;
 
 private:

@@ -1,7 +1,6 @@
 #include "model/LauncherModel.h"
 
 #include "localization/L.h"
-#include "model/LauncherController.h"
 #include "motion/Animations.h"
 #include "motion/WithAnimation.h"
 #include "platform/MainQueue.h"
@@ -34,7 +33,8 @@ LauncherModel::LauncherModel(Services services, QObject* parent)
     , columns_(gridSide(services_.preferences, QStringLiteral("gridColumns"), defaultColumns))
     , rows_(gridSide(services_.preferences, QStringLiteral("gridRows"), defaultRows))
     , background_(storedBackground(services_.preferences))
-    , language_(L::language()) {}
+    , language_(L::language())
+    , pending_(services_.queue) {}
 
 LauncherModel::~LauncherModel() = default;
 
@@ -131,38 +131,17 @@ QString LauncherModel::appName(const QString& path) const {
     return nameFromPath(path);
 }
 
-const Folder* LauncherModel::folder(const QUuid& id) const {
-    for (const LaunchItem& item : items_) {
-        if (const Folder* folder = item.asFolder(); folder != nullptr && folder->id == id) {
-            return folder;
-        }
-    }
-    return nullptr;
-}
-
-void LauncherModel::openFolder(const QUuid& id) {
-    withAnimation(motion::openFolder, [this, id] { setOpenFolderID(id); });
-}
-
-void LauncherModel::closeFolder() {
-    if (!openFolderID_) {
-        return;
-    }
-    if (const auto controller = controller_.lock()) {
-        controller->endEditing();
-    }
-    withAnimation(motion::closeFolder, [this] { setOpenFolderID(std::nullopt); });
-    save();
-    focusSearch();
-}
-
 void LauncherModel::save() {
     store_.save(items_);
 }
 
 void LauncherModel::setItems(LaunchItems items) {
+    editItems([&items](LaunchItems& all) { all = std::move(items); });
+}
+
+void LauncherModel::editItems(const std::function<void(LaunchItems&)>& edit) {
     const int before = displayedPageCount();
-    items_ = std::move(items);
+    edit(items_);
     Q_EMIT itemsChanged();
     if (displayedPageCount() != before) {
         Q_EMIT pageCountChanged();

@@ -8,6 +8,7 @@
 #include "model/HitTest.h"
 #include "model/LayoutStore.h"
 #include "model/PageTurns.h"
+#include "model/PendingIntent.h"
 #include "model/PointerGesture.h"
 #include "model/VisibleEntries.h"
 
@@ -126,10 +127,21 @@ public:
 
     // --- Folders
 
+    // An id that names no folder is none to open or rename: nothing happens.
+    [[nodiscard]] std::optional<std::size_t> folderIndex(const QUuid& id) const;
     // The folder of this id; null when there is none.
     [[nodiscard]] const Folder* folder(const QUuid& id) const;
     void openFolder(const QUuid& id);
     void closeFolder();
+    // Takes any text, the empty one too. It is on the disk when the folder is closed.
+    void renameFolder(const QUuid& id, const QString& name);
+    // Adds an empty folder at the end, and shows it there.
+    void newEmptyFolder();
+
+    // --- Drag and drop
+
+    // Lets go of what a drag waits to do.
+    void cancelPending() { pending_.cancel(); }
 
     // --- The private layout file
 
@@ -157,6 +169,8 @@ Q_SIGNALS:
 
 private:
     void setItems(LaunchItems items);
+    // Changes the layout in place; every change of it goes through here.
+    void editItems(const std::function<void(LaunchItems&)>& edit);
     void setPage(int page);
     void setScrollOffset(double offset);
     void setSearchText(const QString& text);
@@ -191,6 +205,8 @@ private:
     PageTurns pageTurns_;
     std::optional<QPointF> pointerStart_;
     std::optional<Hit> pointerHit_;
+
+    PendingIntent pending_;
 };
 
 } // namespace amberquill

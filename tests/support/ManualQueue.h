@@ -17,11 +17,14 @@ public:
 
     DelayedWork postAfter(double seconds, Work work) override {
         auto cancelled = std::make_shared<bool>(false);
-        add(now_ + std::max(seconds, 0.0), [cancelled, work = std::move(work)] {
-            if (!*cancelled) {
-                work();
-            }
-        });
+        add(
+            now_ + std::max(seconds, 0.0),
+            [cancelled, work = std::move(work)] {
+                if (!*cancelled) {
+                    work();
+                }
+            },
+            cancelled);
         return DelayedWork(std::move(cancelled));
     }
 
@@ -60,14 +63,25 @@ public:
     // How many pieces of work wait, cancelled ones included.
     [[nodiscard]] std::size_t waiting() const { return waiting_.size(); }
 
+    // How much delayed work will still run.
+    [[nodiscard]] std::size_t timers() const {
+        return static_cast<std::size_t>(
+            std::count_if(waiting_.begin(), waiting_.end(), [](const Entry& entry) {
+                return entry.cancelled != nullptr && !*entry.cancelled;
+            }));
+    }
+
 private:
     struct Entry {
         double due;
         std::size_t serial;
         Work work;
+        std::shared_ptr<bool> cancelled; // of delayed work
     };
 
-    void add(double due, Work work) { waiting_.push_back({due, nextSerial_++, std::move(work)}); }
+    void add(double due, Work work, std::shared_ptr<bool> cancelled = nullptr) {
+        waiting_.push_back({due, nextSerial_++, std::move(work), std::move(cancelled)});
+    }
 
     double now_ = 1000.0;
     std::size_t nextSerial_ = 0;

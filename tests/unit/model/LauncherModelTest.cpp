@@ -81,12 +81,14 @@ TEST_F(LauncherModelTest, AWheelNotchTurnsThePage) {
 }
 
 TEST_F(LauncherModelTest, ScrollingIsIgnoredWithoutAWidthAndOverAnOpenFolder) {
+    const Folder folder{QUuid::createUuid(), u"F"_s, {path(1)}};
+    files_.addFile(layoutPath, encodeItems({LaunchItem::folder(folder)}));
     LauncherModel& model = shownWith(80);
     model.setSize({0, 0});
     model.handleScroll(notch(-1));
     EXPECT_EQ(model.page(), 0);
     model.setSize({1500, 892});
-    model.openFolder(QUuid::createUuid());
+    model.openFolder(folder.id);
     model.handleScroll(notch(-1));
     EXPECT_EQ(model.page(), 0);
 }
