@@ -2,6 +2,7 @@
 
 #include "platform/linux/wayland/WaylandWindowSystem.h"
 #include "platform/linux/windows/PlainWindowSystem.h"
+#include "platform/linux/x11/X11ScrollDevices.h"
 #include "platform/linux/x11/X11WindowSystem.h"
 
 #include <QGuiApplication>
@@ -18,6 +19,13 @@ std::unique_ptr<WindowSystem> makeWindowSystem() {
         return std::make_unique<WaylandWindowSystem>();
     }
     return std::make_unique<PlainWindowSystem>();
+}
+
+std::unique_ptr<ScrollDevices> makeScrollDevices() {
+    if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+        return std::make_unique<X11ScrollDevices>(x11->connection());
+    }
+    return std::make_unique<NullScrollDevices>();
 }
 
 } // namespace amberquill::desktop
