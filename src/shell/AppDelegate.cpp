@@ -32,8 +32,9 @@ AppDelegate::AppDelegate(Services services)
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
-    controller_ = std::make_shared<LauncherWindowController>(LauncherWindowController::Services{
-        model_, services_.queue, services_.windows, services_.tokens, services_.opener});
+    controller_ = std::make_shared<LauncherWindowController>(
+        LauncherWindowController::Services{model_, services_.queue, services_.windows, services_.tokens,
+                                           services_.opener, services_.scrollDevices});
     model_.setController(controller_);
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, &AppDelegate::applicationStateChanged);
     connect(qGuiApp, &QGuiApplication::aboutToQuit, this, &AppDelegate::applicationWillTerminate);

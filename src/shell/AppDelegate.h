@@ -22,6 +22,7 @@ class FileSystem;
 class FolderWatcher;
 class MainQueue;
 class Preferences;
+class ScrollDevices;
 class WindowSystem;
 
 // Owns the model and the window's controller and ties them to what happens to the application.
@@ -38,6 +39,7 @@ public:
         ActivationTokens& tokens;
         ApplicationOpener& opener;
         FolderWatcher& watcher;
+        const ScrollDevices& scrollDevices;
         std::function<std::vector<AppInfo>()> scan;
         std::function<void()> prepareOpening; // called once the launcher is on the screen
         std::function<void()> retryIcons;

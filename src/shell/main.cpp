@@ -110,6 +110,7 @@ int main(int argc, char* argv[]) {
     IconCache::shared().serveFrom(&icons, &queue);
 
     const auto windows = desktop::makeWindowSystem();
+    const auto scrollDevices = desktop::makeScrollDevices();
     const auto tokens = desktop::makeActivationTokens(queue);
     const auto notifications = desktop::makeStartupNotifications();
     DeferredOpener opener([&]() -> std::unique_ptr<ApplicationOpener> {
@@ -124,7 +125,7 @@ int main(int argc, char* argv[]) {
         const auto scanned = std::exchange(*first, std::nullopt);
         return scanned ? *scanned : AppScanner::scan(scanServices);
     };
-    AppDelegate delegate({queue, files, preferences, *windows, *tokens, opener, watcher, scan,
+    AppDelegate delegate({queue, files, preferences, *windows, *tokens, opener, watcher, *scrollDevices, scan,
                           [&opener, &queue] {
                               queue.release();
                               opener.prepare();

@@ -6,7 +6,6 @@
 #include "platform/ApplicationOpener.h"
 #include "platform/WindowSystem.h"
 #include "window/LauncherKeys.h"
-#include "window/ScrollEvents.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -18,7 +17,9 @@ namespace amberquill {
 
 LauncherWindowController::LauncherWindowController(const Services& services)
     : services_(services)
-    , window_(services.model, services.windows.blendsWindows()) {
+    , window_(services.model, services.windows.blendsWindows())
+    , scroll_(services.queue, services.scrollDevices,
+              [&model = services.model](const ScrollEvent& event) { model.handleScroll(event); }) {
     fade_.setIsFade(true);
     fade_.setTarget(0);
     window_.setAlpha(0);
@@ -65,6 +66,7 @@ void LauncherWindowController::hide(const std::optional<QString>& thenOpen) {
         return;
     }
     isShown_ = false;
+    scroll_.forget();
     if (thenOpen) {
         // While the window still has the focus: a window system gives no token to a program in the
         // background.
@@ -125,7 +127,7 @@ bool LauncherWindowController::eventFilter(QObject* watched, QEvent* event) {
         return consumed;
     }
     if (event->type() == QEvent::Wheel) {
-        services_.model.handleScroll(scrollEvent(*static_cast<QWheelEvent*>(event)));
+        scroll_.handle(*static_cast<QWheelEvent*>(event));
         return true;
     }
     return QObject::eventFilter(watched, event);

@@ -5,6 +5,7 @@
 #include "motion/Animated.h"
 #include "platform/MainQueue.h"
 #include "window/LauncherWindow.h"
+#include "window/ScrollEvents.h"
 
 #include <QObject>
 #include <optional>
@@ -28,6 +29,7 @@ public:
         WindowSystem& windows;
         ActivationTokens& tokens;
         ApplicationOpener& opener;
+        const ScrollDevices& scrollDevices;
     };
 
     explicit LauncherWindowController(const Services& services);
@@ -69,6 +71,7 @@ private:
 
     Services services_;
     LauncherWindow window_;
+    ScrollEvents scroll_;
     Animated fade_; // the window's alpha
     bool isShown_ = false;
     unsigned showings_ = 0; // tells a fade that a later show() has overtaken it

@@ -1,34 +1,151 @@
 #include "window/ScrollEvents.h"
 
+#include <QLoggingCategory>
+#include <QPointingDevice>
 #include <QWheelEvent>
 
 namespace amberquill {
 
 namespace {
 
+Q_LOGGING_CATEGORY(log, "amberquill.scroll", QtCriticalMsg)
+
 // Qt counts a notch as fifteen degrees, in eighths of a degree.
 constexpr double angleOfNotch = 120;
 
-ScrollEvent::Phase phaseOf(Qt::ScrollPhase phase) {
-    switch (phase) {
-    case Qt::ScrollBegin:
-        return ScrollEvent::Phase::Began;
-    case Qt::ScrollUpdate:
-        return ScrollEvent::Phase::Changed;
-    case Qt::ScrollEnd:
-        return ScrollEvent::Phase::Ended;
-    default:
-        return ScrollEvent::Phase::None;
+QPointF notches(const QWheelEvent& event) {
+    return QPointF(event.angleDelta()) / angleOfNotch;
+}
+
+ScrollEvent fingers(ScrollEvent::Phase phase, const QPointF& delta = {}) {
+    return {delta, true, phase, false};
+}
+
+bool isOfTouchpad(const QWheelEvent& event, const ScrollDevice& device) {
+    switch (device.kind) {
+    case ScrollDevice::Kind::Wheel:
+        return false;
+    case ScrollDevice::Kind::Touchpad:
+        return true;
+    case ScrollDevice::Kind::Unknown:
+        break;
     }
+    return event.phase() != Qt::NoScrollPhase || !event.pixelDelta().isNull();
 }
 
 } // namespace
 
-ScrollEvent scrollEvent(const QWheelEvent& event) {
-    if (event.phase() == Qt::NoScrollPhase) {
-        return {QPointF(event.angleDelta()) / angleOfNotch, false, ScrollEvent::Phase::None, false};
+ScrollEvents::ScrollEvents(MainQueue& queue, const ScrollDevices& devices, Handler handler)
+    : queue_(queue)
+    , devices_(devices)
+    , handler_(std::move(handler)) {}
+
+ScrollEvents::~ScrollEvents() {
+    pendingEnd_.cancel();
+}
+
+void ScrollEvents::handle(const QWheelEvent& event) {
+    const double now = queue_.now();
+    const ScrollDevice& device = deviceOf(event, now);
+    if (!isOfTouchpad(event, device)) {
+        turnWheel(event, now);
+    } else if (event.phase() != Qt::NoScrollPhase) {
+        handlePhase(event, device);
+    } else {
+        move(Swipe::Unphased, event, device);
     }
-    return {QPointF(event.pixelDelta()), true, phaseOf(event.phase()), event.phase() == Qt::ScrollMomentum};
+}
+
+void ScrollEvents::forget() {
+    pendingEnd_.cancel();
+    swipe_ = Swipe::None;
+    notches_.forget();
+}
+
+// A number belongs to another device once the first one is unplugged, so it is asked again after a pause.
+const ScrollDevice& ScrollEvents::deviceOf(const QWheelEvent& event, double now) {
+    const qint64 id = event.pointingDevice() != nullptr ? event.pointingDevice()->systemId() : 0;
+    if (id != deviceId_ || now - lastEvent_ > pause) {
+        device_ = devices_.device(id);
+        deviceId_ = id;
+    }
+    lastEvent_ = now;
+    return device_;
+}
+
+// Where the device is known, so is the unit of its notches; else pixels are points. Until a swipe has shown
+// pixels it may be one that has none.
+QPointF ScrollEvents::points(const QWheelEvent& event, const ScrollDevice& device) {
+    if (device.kind == ScrollDevice::Kind::Unknown) {
+        toldPixels_ = toldPixels_ || !event.pixelDelta().isNull();
+        if (toldPixels_) {
+            return event.pixelDelta();
+        }
+    }
+    return notches(event) * device.pointsPerNotch;
+}
+
+void ScrollEvents::turnWheel(const QWheelEvent& event, double now) {
+    if (const auto whole = notches_.add(notches(event), now)) {
+        qCDebug(log, "a wheel turns by a notch");
+        handler_({*whole, false, ScrollEvent::Phase::None, false});
+    }
+}
+
+void ScrollEvents::handlePhase(const QWheelEvent& event, const ScrollDevice& device) {
+    switch (event.phase()) {
+    case Qt::ScrollBegin:
+        begin(Swipe::Phased);
+        move(Swipe::Phased, event, device);
+        break;
+    case Qt::ScrollUpdate:
+        move(Swipe::Phased, event, device);
+        break;
+    case Qt::ScrollEnd:
+        // Of one that began over another window, the launcher has seen nothing.
+        if (swipe_ == Swipe::Phased) {
+            move(Swipe::Phased, event, device);
+            end();
+        }
+        break;
+    case Qt::ScrollMomentum:
+        handler_({points(event, device), true, ScrollEvent::Phase::None, true});
+        break;
+    case Qt::NoScrollPhase:
+        break;
+    }
+}
+
+void ScrollEvents::move(Swipe kind, const QWheelEvent& event, const ScrollDevice& device) {
+    if (event.angleDelta().isNull() && event.pixelDelta().isNull()) {
+        return;
+    }
+    if (swipe_ != kind) {
+        begin(kind);
+    }
+    handler_(fingers(ScrollEvent::Phase::Changed, points(event, device)));
+    if (kind == Swipe::Unphased) {
+        endAfterPause();
+    }
+}
+
+void ScrollEvents::begin(Swipe kind) {
+    pendingEnd_.cancel();
+    swipe_ = kind;
+    toldPixels_ = false;
+    qCDebug(log, "a swipe begins");
+    handler_(fingers(ScrollEvent::Phase::Began));
+}
+
+void ScrollEvents::end() {
+    swipe_ = Swipe::None;
+    qCDebug(log, "a swipe ends");
+    handler_(fingers(ScrollEvent::Phase::Ended));
+}
+
+void ScrollEvents::endAfterPause() {
+    pendingEnd_.cancel();
+    pendingEnd_ = queue_.postAfter(pause, [this] { end(); });
 }
 
 } // namespace amberquill

@@ -1,13 +1,74 @@
 #pragma once
 
 #include "model/PageTurns.h"
+#include "platform/MainQueue.h"
+#include "platform/ScrollDevices.h"
+#include "window/WheelNotches.h"
+
+#include <functional>
 
 class QWheelEvent;
 
 namespace amberquill {
 
-// Qt's wheel event as the model's: a notch of a wheel is 1, a touchpad's movement is in points and has
-// phases.
-ScrollEvent scrollEvent(const QWheelEvent& event);
+// Makes the model's events of Qt's: a wheel's whole notches, and a touchpad's swipes in points with beginning
+// and end. What reaches Qt, as tried with Qt 6.4:
+//
+// - X11: angleDelta in 120ths of a notch, from wheels and touchpads alike, never a phase; what is below a
+//   120th of a notch is cut off. pixelDelta is the driver's own unit, also for wheels, and means nothing.
+//   Touchpads send nothing when the fingers leave.
+// - Wayland: a wheel sends angleDelta alone. A touchpad sends phases and pixelDelta in points, fractions of
+//   which come with a later event. A pointing stick that scrolls sends pixelDelta without a phase. The
+//   event's device is said to be a touchpad, whatever it is.
+//
+// Everywhere, scrolling down and to the right is negative in both deltas. Whether fingers that move left
+// scroll to the left or, with natural scrolling, to the right is the user's choice, which the system has
+// applied to the sign already.
+class ScrollEvents {
+public:
+    using Handler = std::function<void(const ScrollEvent&)>;
+
+    // Seconds without movement that end a swipe of a device that does not tell.
+    static constexpr double pause = 0.15;
+
+    // `queue` and `devices` outlive this object. `handler` is called from handle() and from the queue.
+    ScrollEvents(MainQueue& queue, const ScrollDevices& devices, Handler handler);
+    ~ScrollEvents();
+
+    ScrollEvents(const ScrollEvents&) = delete;
+    ScrollEvents& operator=(const ScrollEvents&) = delete;
+
+    void handle(const QWheelEvent& event);
+
+    // Forgets what is under way: the launcher goes, and what it would have led to with it.
+    void forget();
+
+private:
+    enum class Swipe {
+        None,
+        Phased,  // the device tells its end
+        Unphased // a pause does
+    };
+
+    [[nodiscard]] const ScrollDevice& deviceOf(const QWheelEvent& event, double now);
+    [[nodiscard]] QPointF points(const QWheelEvent& event, const ScrollDevice& device);
+    void handlePhase(const QWheelEvent& event, const ScrollDevice& device);
+    void turnWheel(const QWheelEvent& event, double now);
+    void move(Swipe kind, const QWheelEvent& event, const ScrollDevice& device);
+    void begin(Swipe kind);
+    void end();
+    void endAfterPause();
+
+    MainQueue& queue_;
+    const ScrollDevices& devices_;
+    Handler handler_;
+    WheelNotches notches_;
+    Swipe swipe_ = Swipe::None;
+    bool toldPixels_ = false; // in this swipe
+    DelayedWork pendingEnd_;
+    qint64 deviceId_ = -1;
+    ScrollDevice device_;
+    double lastEvent_ = -1e9;
+};
 
 } // namespace amberquill

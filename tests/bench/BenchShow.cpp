@@ -7,6 +7,7 @@
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"
 #include "platform/EventLoopQueue.h"
+#include "platform/ScrollDevices.h"
 #include "platform/linux/windows/WindowSystems.h"
 #include "support/ColourIcons.h"
 #include "support/MemoryFileSystem.h"
@@ -61,7 +62,8 @@ int main(int argc, char** argv) {
     const auto windows = desktop::makeWindowSystem();
     NullActivationTokens tokens;
     NullApplicationOpener opener;
-    LauncherWindowController controller({model, queue, *windows, tokens, opener});
+    const NullScrollDevices devices;
+    LauncherWindowController controller({model, queue, *windows, tokens, opener, devices});
 
     bool framed = false;
     QElapsedTimer sinceShow;

@@ -3,6 +3,7 @@
 #include "data/LayoutCoding.h"
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"
+#include "platform/ScrollDevices.h"
 #include "platform/WindowSystem.h"
 #include "support/HandWatcher.h"
 #include "support/ManualQueue.h"
@@ -29,6 +30,7 @@ protected:
                                   tokens_,
                                   opener_,
                                   watcher_,
+                                  devices_,
                                   [] {
                                       return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};
                                   },
@@ -51,6 +53,7 @@ protected:
     NullApplicationOpener opener_;
     HandWatcher watcher_;
     Preparations prepared_;
+    NullScrollDevices devices_;
     std::unique_ptr<AppDelegate> delegate_;
 };
 
@@ -84,6 +87,7 @@ TEST_F(AppDelegateTest, TheLayoutIsSavedAtTheEndEvenWhenNothingSavedItBefore) {
                               tokens_,
                               opener_,
                               watcher_,
+                              devices_,
                               [] {
                                   return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};
                               },

@@ -2,6 +2,7 @@
 
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"
+#include "platform/ScrollDevices.h"
 #include "platform/WindowSystem.h"
 #include "support/ModelFixture.h"
 
@@ -68,7 +69,7 @@ protected:
         installed_ = apps(80);
         LauncherModel& model = makeModel();
         shower_ = std::make_shared<LauncherWindowController>(
-            LauncherWindowController::Services{model, queue_, windows_, tokens_, opener_});
+            LauncherWindowController::Services{model, queue_, windows_, tokens_, opener_, devices_});
         model.setController(shower_);
     }
 
@@ -97,6 +98,7 @@ protected:
     RecordingWindowSystem windows_;
     HeldTokens tokens_;
     RecordingOpener opener_;
+    NullScrollDevices devices_;
     std::shared_ptr<LauncherWindowController> shower_;
 };
 
@@ -265,5 +267,24 @@ TEST_F(LauncherWindowControllerTest, TheWheelTurnsPages) {
     QWheelEvent notch({400, 300}, {400, 300}, {}, {0, -120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
                       false);
     QCoreApplication::sendEvent(&shower_->window(), &notch);
+    EXPECT_EQ(model_->page(), 1);
+}
+
+TEST_F(LauncherWindowControllerTest, ASwipeWithoutPhasesTurnsItsPageAfterAPauseButNotOnceItIsHidden) {
+    shower_->show();
+    pass(0.5);
+    model_->setSize({1500, 892});
+    QWheelEvent swipe({400, 300}, {400, 300}, {-95, 0}, {-1140, 0}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&shower_->window(), &swipe);
+    EXPECT_EQ(model_->scrollOffset(), -95);
+    EXPECT_EQ(model_->page(), 0);
+    pass(0.2);
+    EXPECT_EQ(model_->page(), 1);
+    EXPECT_EQ(model_->scrollOffset(), 0);
+    QCoreApplication::sendEvent(&shower_->window(), &swipe);
+    EXPECT_EQ(model_->scrollOffset(), -95);
+    shower_->hide(std::nullopt);
+    pass(0.5);
     EXPECT_EQ(model_->page(), 1);
 }

@@ -1,38 +1,287 @@
 #include "window/ScrollEvents.h"
 
+#include "support/ManualQueue.h"
+
+#include <QPointingDevice>
 #include <QWheelEvent>
 #include <gtest/gtest.h>
+#include <ostream>
+#include <vector>
+
+namespace amberquill {
+
+static bool operator==(const ScrollEvent& a, const ScrollEvent& b) {
+    return a.delta == b.delta && a.precise == b.precise && a.phase == b.phase && a.momentum == b.momentum;
+}
+
+static void PrintTo(const ScrollEvent& event, std::ostream* out) {
+    *out << (event.precise ? "fingers " : "wheel ") << event.delta.x() << ',' << event.delta.y() << " phase "
+         << static_cast<int>(event.phase) << (event.momentum ? " momentum" : "");
+}
+
+} // namespace amberquill
 
 using namespace amberquill;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-ScrollEvent wheel(const QPoint& pixels, const QPoint& angle, Qt::ScrollPhase phase) {
-    const QWheelEvent event({10, 10}, {10, 10}, pixels, angle, Qt::NoButton, Qt::NoModifier, phase, false);
-    return scrollEvent(event);
+using Phase = ScrollEvent::Phase;
+using Kind = ScrollDevice::Kind;
+using Events = std::vector<ScrollEvent>;
+
+ScrollEvent notch(double x, double y) {
+    return {{x, y}, false, Phase::None, false};
 }
+
+ScrollEvent fingers(Phase phase, double x = 0, double y = 0) {
+    return {{x, y}, true, phase, false};
+}
+
+// A desktop on which every device is the same one.
+class OneDevice final : public ScrollDevices {
+public:
+    [[nodiscard]] ScrollDevice device(qint64 systemId) const override {
+        asked.push_back(systemId);
+        return answer;
+    }
+
+    ScrollDevice answer;
+    mutable std::vector<qint64> asked;
+};
+
+class ScrollEventsTest : public testing::Test {
+protected:
+    void send(const QPoint& pixels, const QPoint& angle, Qt::ScrollPhase phase = Qt::NoScrollPhase,
+              bool inverted = false) {
+        const QWheelEvent event({10, 10}, {10, 10}, pixels, angle, Qt::NoButton, Qt::NoModifier, phase,
+                                inverted, Qt::MouseEventNotSynthesized, source_);
+        scroll_.handle(event);
+    }
+
+    // What came since the last question.
+    Events taken() { return std::exchange(events_, {}); }
+
+    ManualQueue queue_;
+    OneDevice devices_;
+    QPointingDevice first_{u"first"_s,
+                           11,
+                           QInputDevice::DeviceType::Mouse,
+                           QPointingDevice::PointerType::Generic,
+                           QInputDevice::Capability::Scroll,
+                           1,
+                           3};
+    QPointingDevice second_{u"second"_s,
+                            12,
+                            QInputDevice::DeviceType::TouchPad,
+                            QPointingDevice::PointerType::Finger,
+                            QInputDevice::Capability::Scroll,
+                            1,
+                            3};
+    const QPointingDevice* source_ = &first_;
+    Events events_;
+    ScrollEvents scroll_{queue_, devices_, [this](const ScrollEvent& event) { events_.push_back(event); }};
+};
+
+// As Qt sends what an X server's driver for a touchpad reports: eight of the driver's units are a point.
+class OnX11Touchpad : public ScrollEventsTest {
+protected:
+    void SetUp() override { devices_.answer = {Kind::Touchpad, 15}; }
+
+    void swipe(int x, int y) { send({x, y}, {x, y}); }
+};
 
 } // namespace
 
-TEST(ScrollEvents, AWheelsNotchIsOne) {
-    const ScrollEvent down = wheel({}, {0, -120}, Qt::NoScrollPhase);
-    EXPECT_FALSE(down.precise);
-    EXPECT_EQ(down.delta, QPointF(0, -1));
-    EXPECT_EQ(wheel({}, {240, 0}, Qt::NoScrollPhase).delta, QPointF(2, 0));
+TEST_F(ScrollEventsTest, AWheelsNotchIsOneAndDownAndRightAreNegative) {
+    send({}, {0, -120});
+    send({}, {240, 0});
+    EXPECT_EQ(taken(), Events({notch(0, -1), notch(2, 0)}));
 }
 
-TEST(ScrollEvents, ATouchpadsMovementIsInPointsAndHasPhases) {
-    const ScrollEvent moved = wheel({-13, 4}, {-104, 32}, Qt::ScrollUpdate);
-    EXPECT_TRUE(moved.precise);
-    EXPECT_EQ(moved.delta, QPointF(-13, 4));
-    EXPECT_EQ(moved.phase, ScrollEvent::Phase::Changed);
-    EXPECT_FALSE(moved.momentum);
-    EXPECT_EQ(wheel({}, {}, Qt::ScrollBegin).phase, ScrollEvent::Phase::Began);
-    EXPECT_EQ(wheel({}, {}, Qt::ScrollEnd).phase, ScrollEvent::Phase::Ended);
+TEST_F(ScrollEventsTest, FractionsOfAWheelAddUp) {
+    for (int i = 0; i < 7; ++i) {
+        send({}, {0, -15});
+        queue_.advance(0.01);
+    }
+    EXPECT_EQ(taken(), Events());
+    send({}, {0, -15});
+    EXPECT_EQ(taken(), Events({notch(0, -1)}));
 }
 
-TEST(ScrollEvents, WhatGoesOnByItselfIsMomentum) {
-    const ScrollEvent event = wheel({-13, 4}, {-104, 32}, Qt::ScrollMomentum);
-    EXPECT_TRUE(event.precise);
-    EXPECT_TRUE(event.momentum);
+TEST_F(ScrollEventsTest, APauseOfTheWheelDropsAFraction) {
+    send({}, {0, -90});
+    queue_.advance(WheelNotches::pause + 0.01);
+    send({}, {0, -90});
+    EXPECT_EQ(taken(), Events());
+}
+
+TEST_F(ScrollEventsTest, AWheelWhoseDriverSendsPixelsIsAWheel) {
+    devices_.answer = {Kind::Wheel, 15};
+    send({0, -120}, {0, -120});
+    EXPECT_EQ(taken(), Events({notch(0, -1)}));
+}
+
+TEST_F(ScrollEventsTest, AWheelThatQtTakesForATouchpadIsAWheel) {
+    source_ = &second_; // all there is under Wayland
+    send({}, {0, -120});
+    EXPECT_EQ(taken(), Events({notch(0, -1)}));
+}
+
+TEST_F(ScrollEventsTest, AnEventWithoutMovementIsNone) {
+    send({}, {});
+    devices_.answer = {Kind::Touchpad, 15};
+    source_ = &second_;
+    send({}, {});
+    send({}, {}, Qt::ScrollUpdate);
+    EXPECT_EQ(taken(), Events());
+    EXPECT_EQ(queue_.waiting(), 0U);
+}
+
+TEST_F(ScrollEventsTest, AWaylandTouchpadsSwipeIsInPixelsAndEndsWithItsPhase) {
+    send({}, {}, Qt::ScrollBegin);
+    send({-13, 4}, {-156, 48}, Qt::ScrollUpdate);
+    queue_.advance(2); // fingers may rest
+    send({-1, 0}, {-10, 5}, Qt::ScrollUpdate);
+    send({0, 0}, {-5, 5}, Qt::ScrollUpdate); // what is missing here comes with a later event
+    send({}, {}, Qt::ScrollEnd);
+    EXPECT_EQ(taken(),
+              Events({fingers(Phase::Began), fingers(Phase::Changed, -13, 4), fingers(Phase::Changed, -1, 0),
+                      fingers(Phase::Changed, 0, 0), fingers(Phase::Ended)}));
+    EXPECT_EQ(queue_.waiting(), 0U);
+}
+
+TEST_F(ScrollEventsTest, WhatComesWithABeginningOrAnEndCountsToo) {
+    send({-7, 0}, {-84, 0}, Qt::ScrollBegin);
+    send({-5, 0}, {-60, 0}, Qt::ScrollEnd);
+    EXPECT_EQ(taken(), Events({fingers(Phase::Began), fingers(Phase::Changed, -7, 0),
+                               fingers(Phase::Changed, -5, 0), fingers(Phase::Ended)}));
+}
+
+TEST_F(ScrollEventsTest, ASwipeWithPhasesButNoPixelsIsMeasuredByItsAngle) {
+    send({}, {}, Qt::ScrollBegin);
+    send({}, {-240, 0}, Qt::ScrollUpdate);
+    EXPECT_EQ(taken(), Events({fingers(Phase::Began), fingers(Phase::Changed, -20, 0)}));
+}
+
+TEST_F(ScrollEventsTest, ASwipeThatBeganOverAnotherWindowBeginsHere) {
+    send({-13, 0}, {-156, 0}, Qt::ScrollUpdate);
+    EXPECT_EQ(taken(), Events({fingers(Phase::Began), fingers(Phase::Changed, -13, 0)}));
+}
+
+TEST_F(ScrollEventsTest, TheEndOfASwipeThatWasNotSeenIsNone) {
+    send({}, {}, Qt::ScrollEnd);
+    EXPECT_EQ(taken(), Events());
+}
+
+TEST_F(ScrollEventsTest, WhatGoesOnByItselfIsMomentum) {
+    send({-13, 4}, {-156, 48}, Qt::ScrollMomentum);
+    ASSERT_EQ(events_.size(), 1U);
+    EXPECT_TRUE(events_.front().precise);
+    EXPECT_TRUE(events_.front().momentum);
+}
+
+TEST_F(ScrollEventsTest, PixelsWithoutAPhaseAreASwipeThatAPauseEnds) {
+    send({0, -5}, {0, -60}); // a pointing stick under Wayland
+    send({0, -5}, {0, -60});
+    EXPECT_EQ(taken(), Events({fingers(Phase::Began), fingers(Phase::Changed, 0, -5),
+                               fingers(Phase::Changed, 0, -5)}));
+    queue_.advance(ScrollEvents::pause);
+    EXPECT_EQ(taken(), Events({fingers(Phase::Ended)}));
+}
+
+TEST_F(ScrollEventsTest, TheSystemsSignIsKeptWhetherScrollingIsNaturalOrNot) {
+    // Fingers that move left. The system has turned the natural one round, and says so.
+    send({-91, 0}, {-1092, 0}, Qt::ScrollBegin, true);
+    send({}, {}, Qt::ScrollEnd, true);
+    send({91, 0}, {1092, 0}, Qt::ScrollBegin, false);
+    EXPECT_EQ(taken(), Events({fingers(Phase::Began), fingers(Phase::Changed, -91, 0), fingers(Phase::Ended),
+                               fingers(Phase::Began), fingers(Phase::Changed, 91, 0)}));
+    // Fingers and a wheel that move towards the user, each way.
+    send({}, {0, 120}, Qt::NoScrollPhase, true);
+    send({}, {0, -120}, Qt::NoScrollPhase, false);
+    EXPECT_EQ(taken(), Events({notch(0, 1), notch(0, -1)}));
+    devices_.answer = {Kind::Touchpad, 15};
+    source_ = &second_;
+    send({0, 8}, {0, 8});
+    send({0, -8}, {0, -8});
+    EXPECT_EQ(taken(),
+              Events({fingers(Phase::Began), fingers(Phase::Changed, 0, 1), fingers(Phase::Changed, 0, -1)}));
+}
+
+TEST_F(OnX11Touchpad, ANotchIsAsManyPointsAsTheDeviceSays) {
+    swipe(-8, 16);
+    devices_.answer.pointsPerNotch = 30;
+    source_ = &second_;
+    swipe(-8, 16);
+    EXPECT_EQ(taken(), Events({fingers(Phase::Began), fingers(Phase::Changed, -1, 2),
+                               fingers(Phase::Changed, -2, 4)}));
+}
+
+TEST_F(OnX11Touchpad, AnglesWithoutPixelsAreASwipeToo) {
+    send({}, {0, -60});
+    EXPECT_EQ(taken(), Events({fingers(Phase::Began), fingers(Phase::Changed, 0, -7.5)}));
+}
+
+TEST_F(OnX11Touchpad, OnlyAPauseEndsASwipe) {
+    swipe(-80, 0);
+    for (int i = 0; i < 20; ++i) {
+        queue_.advance(ScrollEvents::pause - 0.001);
+        swipe(-80, 0);
+    }
+    EXPECT_EQ(events_.size(), 22U);
+    EXPECT_EQ(events_.back(), fingers(Phase::Changed, -10, 0));
+    taken();
+    queue_.advance(ScrollEvents::pause - 0.001);
+    EXPECT_EQ(taken(), Events());
+    queue_.advance(0.002);
+    EXPECT_EQ(taken(), Events({fingers(Phase::Ended)}));
+    queue_.advance(10);
+    EXPECT_EQ(taken(), Events()) << "once";
+    swipe(-80, 0);
+    EXPECT_EQ(taken(), Events({fingers(Phase::Began), fingers(Phase::Changed, -10, 0)}));
+}
+
+TEST_F(OnX11Touchpad, PhasesCountWhereTheyAreSentAfterAll) {
+    send({}, {}, Qt::ScrollBegin);
+    send({-80, 0}, {-80, 0}, Qt::ScrollUpdate);
+    queue_.advance(1);
+    EXPECT_EQ(taken(), Events({fingers(Phase::Began), fingers(Phase::Changed, -10, 0)}));
+    send({}, {}, Qt::ScrollEnd);
+    EXPECT_EQ(taken(), Events({fingers(Phase::Ended)}));
+}
+
+TEST_F(OnX11Touchpad, ForgettingEndsNothing) {
+    swipe(-80, 0);
+    scroll_.forget();
+    taken();
+    queue_.advance(10);
+    EXPECT_EQ(taken(), Events());
+    swipe(-80, 0);
+    EXPECT_EQ(taken(), Events({fingers(Phase::Began), fingers(Phase::Changed, -10, 0)}));
+}
+
+TEST_F(OnX11Touchpad, NothingComesAfterItsEnd) {
+    auto events = std::make_unique<Events>();
+    auto scroll = std::make_unique<ScrollEvents>(
+        queue_, devices_, [&events](const ScrollEvent& event) { events->push_back(event); });
+    scroll->handle(QWheelEvent({1, 1}, {1, 1}, {-80, 0}, {-80, 0}, Qt::NoButton, Qt::NoModifier,
+                               Qt::NoScrollPhase, false));
+    EXPECT_EQ(events->size(), 2U);
+    scroll.reset();
+    queue_.advance(10);
+    EXPECT_EQ(events->size(), 2U);
+}
+
+TEST_F(OnX11Touchpad, ADeviceIsAskedForAtTheBeginningOfAMovement) {
+    swipe(-8, 0);
+    swipe(-8, 0);
+    EXPECT_EQ(devices_.asked, std::vector<qint64>({11}));
+    source_ = &second_;
+    swipe(-8, 0);
+    EXPECT_EQ(devices_.asked, std::vector<qint64>({11, 12}));
+    queue_.advance(ScrollEvents::pause + 0.01);
+    swipe(-8, 0);
+    EXPECT_EQ(devices_.asked, std::vector<qint64>({11, 12, 12}))
+        << "another device may have its number by now";
 }
