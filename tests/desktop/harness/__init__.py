@@ -11,6 +11,7 @@ from harness.session import Session
 from harness.waiting import until
 from harness.wayland import SwaySession, WestonSession
 from harness.x11 import Geometry, X11Session
+from harness.xorg import XorgSession
 
 __all__ = [
     "DesktopTestCase",
@@ -21,5 +22,6 @@ __all__ = [
     "SwaySession",
     "WestonSession",
     "X11Session",
+    "XorgSession",
     "until",
 ]

@@ -1,0 +1,146 @@
+"""Wheels and touchpads whose movements reach programs as those of real ones do."""
+
+import socket
+import struct
+
+HORIZONTAL, VERTICAL = "horizontal", "vertical"
+
+
+class _Connection:
+    """A local socket of which whole messages are read."""
+
+    def __init__(self, path):
+        self._socket = socket.socket(socket.AF_UNIX)
+        self._socket.settimeout(15)
+        self._socket.connect(str(path))
+
+    def close(self):
+        self._socket.close()
+
+    def send(self, message):
+        self._socket.sendall(message)
+
+    def receive(self, size):
+        message = b""
+        while len(message) < size:
+            part = self._socket.recv(size - len(message))
+            if not part:
+                raise OSError("the server is gone")
+            message += part
+        return message
+
+
+class InputTestPointer:
+    """A device of Xorg's driver "inputtest": speaks the protocol of xf86-input-inputtest-protocol.h, version 1.1."""
+
+    CLIENT_VERSION, WAIT_FOR_SYNC, MOTION = range(3)
+    AXES = {HORIZONTAL: 2, VERTICAL: 3}
+    MOST_AXES = 64
+
+    def __init__(self, path):
+        self._connection = _Connection(path)
+        self._connection.send(struct.pack("=IIHH", 12, self.CLIENT_VERSION, 1, 1))
+        self._connection.receive(12)
+
+    def close(self):
+        self._connection.close()
+
+    def scroll(self, axis, *units):
+        """Moves by each number of 120ths of a notch, down or right for positive ones, as fast as it is taken."""
+        for each in units:
+            values = [0.0] * self.MOST_AXES
+            values[self.AXES[axis]] = each
+            mask = (1 << self.AXES[axis]).to_bytes(8, "little")
+            tail = struct.pack("@IxxxxI8sxxxx128d", 0, 0, mask, *values, *[0.0] * self.MOST_AXES)
+            self._connection.send(struct.pack("=II", 8 + len(tail), self.MOTION) + tail)
+        self._connection.send(struct.pack("=II", 8, self.WAIT_FOR_SYNC))
+        self._connection.receive(8)
+
+
+class WaylandPointer:
+    """A pointer plugged into a compositor by the protocol wlr-virtual-pointer-unstable-v1."""
+
+    MANAGER = "zwlr_virtual_pointer_manager_v1"
+    WHEEL, FINGER, CONTINUOUS = 0, 1, 2
+    AXES = {VERTICAL: 0, HORIZONTAL: 1}
+    DISPLAY = 1  # the object that every connection begins with
+
+    def __init__(self, path):
+        self._connection = _Connection(path)
+        self._last_id = self.DISPLAY
+        self._time = 0
+        self._registry = self._new_id()
+        self._request(self.DISPLAY, 1, "I", self._registry)
+        globals_ = self._round_trip()
+        manager = self._new_id()
+        interface = self.MANAGER.encode() + b"\0"
+        interface += b"\0" * (-len(interface) % 4)
+        size = len(self.MANAGER) + 1
+        layout = f"II{len(interface)}sII"
+        self._request(self._registry, 0, layout, globals_[self.MANAGER], size, interface, 1, manager)
+        self._pointer = self._new_id()
+        self._request(manager, 0, "II", 0, self._pointer)
+        self._round_trip()
+
+    def close(self):
+        self._connection.close()
+
+    def move(self, x, y, width, height):
+        """To a point of a screen of that size."""
+        self._request(self._pointer, 1, "IIIII", self._now(), x, y, width, height)
+        self._frame()
+
+    def turn_wheel(self, axis, notches):
+        """Down or right for positive numbers."""
+        for _ in range(abs(notches)):
+            step = 1 if notches > 0 else -1
+            self._request(self._pointer, 7, "IIii", self._now(), self.AXES[axis], step * 15 * 256, step)
+            self._request(self._pointer, 5, "I", self.WHEEL)
+            self._frame()
+
+    def scroll(self, source, axis, *points):
+        """Moves by each number of points, down or right for positive ones. It may go on."""
+        for each in points:
+            self._request(self._pointer, 3, "IIi", self._now(), self.AXES[axis], round(each * 256))
+            # After the axis: the compositor's library takes it for that axis alone.
+            self._request(self._pointer, 5, "I", source)
+            self._frame()
+
+    def lift(self, axis):
+        """The fingers leave the touchpad."""
+        self._request(self._pointer, 6, "II", self._now(), self.AXES[axis])
+        self._request(self._pointer, 5, "I", self.FINGER)
+        self._frame()
+
+    def _frame(self):
+        self._request(self._pointer, 4, "")
+        self._round_trip()
+
+    def _now(self):
+        self._time += 10
+        return self._time
+
+    def _new_id(self):
+        self._last_id += 1
+        return self._last_id
+
+    def _request(self, target, code, layout, *arguments):
+        body = struct.pack(f"={layout}", *arguments)
+        self._connection.send(struct.pack("=II", target, (8 + len(body)) << 16 | code) + body)
+
+    def _round_trip(self):
+        """Until the compositor has done all that was asked. Returns the numbers of the globals it announced."""
+        announced = {}
+        callback = self._new_id()
+        self._request(self.DISPLAY, 0, "I", callback)
+        while True:
+            sender, head = struct.unpack("=II", self._connection.receive(8))
+            body = self._connection.receive((head >> 16) - 8)
+            code = head & 0xFFFF
+            if sender == callback:
+                return announced
+            if sender == self.DISPLAY and code == 0:
+                raise OSError(f"the compositor refuses: {body!r}")
+            if sender == self._registry and code == 0:
+                number, size = struct.unpack_from("=II", body)
+                announced[body[8 : 8 + size - 1].decode()] = number
