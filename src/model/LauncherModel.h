@@ -136,7 +136,7 @@ public:
     // Takes any text, the empty one too. It is on the disk when the folder is closed.
     void renameFolder(const QUuid& id, const QString& name);
     // Adds an empty folder at the end, and shows it there.
-    void newEmptyFolder();
+    Q_INVOKABLE void newEmptyFolder();
 
     // --- Drag and drop
 

@@ -23,6 +23,9 @@ public:
     // ready.
     static void prepare(BackgroundTheme theme, const QSize& pixels, double devicePixelRatio);
 
+    // What the layer shows, in device pixels.
+    [[nodiscard]] const QImage& picture() const { return painted().image; }
+
     [[nodiscard]] LauncherModel* launcher() const { return launcher_; }
     void setLauncher(LauncherModel* launcher);
 

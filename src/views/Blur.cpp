@@ -50,7 +50,55 @@ void boxBlur(uchar* values, int count, qsizetype stride, int radius, std::vector
     }
 }
 
+// One box blur over `count` pixels that lie `stride` apart.
+void boxBlur(QRgb* pixels, int count, qsizetype stride, int radius, std::vector<QRgb>& copy) {
+    copy.resize(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) {
+        copy[static_cast<std::size_t>(i)] = pixels[i * stride];
+    }
+    constexpr unsigned components = 4;
+    const auto width = static_cast<unsigned>(2 * radius + 1);
+    std::array<unsigned, components> sums{};
+    const auto pixel = [&](int i) { return copy[static_cast<std::size_t>(std::clamp(i, 0, count - 1))]; };
+    const auto component = [](QRgb rgb, unsigned index) { return (rgb >> (8 * index)) & 0xffU; };
+    for (int i = -radius; i <= radius; ++i) {
+        for (unsigned c = 0; c < components; ++c) {
+            sums.at(c) += component(pixel(i), c);
+        }
+    }
+    for (int i = 0; i < count; ++i) {
+        QRgb mean = 0;
+        const QRgb entering = pixel(i + radius + 1);
+        const QRgb leaving = pixel(i - radius);
+        for (unsigned c = 0; c < components; ++c) {
+            unsigned& sum = sums[c];
+            mean |= ((sum + width / 2) / width) << (8 * c);
+            sum += component(entering, c);
+            sum -= component(leaving, c);
+        }
+        pixels[i * stride] = mean;
+    }
+}
+
 } // namespace
+
+void blurColours(QImage& image, double sigma) {
+    Q_ASSERT(image.format() == QImage::Format_ARGB32_Premultiplied);
+    std::vector<QRgb> copy;
+    const qsizetype stride = image.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
+    auto* const pixels = reinterpret_cast<QRgb*>(image.bits());
+    for (const int radius : boxRadii(sigma)) {
+        if (radius <= 0) {
+            continue;
+        }
+        for (int y = 0; y < image.height(); ++y) {
+            boxBlur(pixels + y * stride, image.width(), 1, radius, copy);
+        }
+        for (int x = 0; x < image.width(); ++x) {
+            boxBlur(pixels + x, image.height(), stride, radius, copy);
+        }
+    }
+}
 
 void blurAlpha(QImage& image, double sigma) {
     Q_ASSERT(image.format() == QImage::Format_Alpha8);

@@ -1,7 +1,9 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Amberquill.Views
 
-// One cell of the grid: an icon above its name.
+// One cell of the grid or of a folder: an icon above its name.
 Item {
     id: tile
 
@@ -11,17 +13,24 @@ Item {
     required property bool isFolder
     required property point place
     required property bool pressed
-    required property TileModel tiles
+    required property bool mergeTarget
+    required property bool highlighted
+    required property bool dragged
+    required property TileRows tiles
 
     readonly property double brightness: pressed ? -0.3 : 0
+
+    signal activated
 
     x: motion.value.x
     y: motion.value.y
     width: tiles.layout.size.width
     height: tiles.layout.size.height
+    opacity: dragged ? 0 : 1
 
     Accessible.role: Accessible.Button
     Accessible.name: name
+    Accessible.onPressAction: activated()
 
     AnimatedPoint {
         id: motion
@@ -29,9 +38,32 @@ Item {
         precision: 0.5 / tile.tiles.devicePixelRatio
     }
 
+    Loader {
+        active: tile.highlighted
+        sourceComponent: RoundedShape {
+            x: tile.tiles.layout.label.x - 8
+            y: -8
+            width: tile.tiles.layout.label.width + 16
+            height: tile.height + 16
+            radius: 18
+            fill: Qt.rgba(1, 1, 1, 0.16)
+        }
+    }
+
+    MergeTarget {
+        id: target
+        x: tile.tiles.layout.icon.x
+        y: tile.tiles.layout.icon.y
+        edge: tile.tiles.layout.icon.width
+        ratio: tile.tiles.devicePixelRatio
+        isOn: tile.mergeTarget
+        isFolder: tile.isFolder
+    }
+
     ItemIcon {
         x: tile.tiles.layout.icon.x
         y: tile.tiles.layout.icon.y
+        scale: target.iconScale
         size: tile.tiles.layout.icon.width
         ratio: tile.tiles.devicePixelRatio
         isFolder: tile.isFolder

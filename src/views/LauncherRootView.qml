@@ -9,18 +9,25 @@ ContentItem {
 
     required property LauncherModel launcher
     required property TileModel tiles
+    required property FolderTiles folder
     required property ViewTexts texts
 
     readonly property size contentSize: Qt.size(width, height)
 
-    onContentSizeChanged: launcher.size = contentSize
-    onDevicePixelRatioChanged: tiles.devicePixelRatio = devicePixelRatio
-    Component.onCompleted: {
+    function adoptRatio() {
         tiles.devicePixelRatio = devicePixelRatio;
+        folder.devicePixelRatio = devicePixelRatio;
+    }
+
+    onContentSizeChanged: launcher.size = contentSize
+    onDevicePixelRatioChanged: adoptRatio()
+    Component.onCompleted: {
+        adoptRatio();
         launcher.size = contentSize;
     }
 
     BackgroundLayer {
+        id: background
         anchors.fill: parent
         launcher: root.launcher
     }
@@ -52,11 +59,18 @@ ContentItem {
             id: strip
             x: root.snapped(stripPlace.value)
             height: parent.height
+            opacity: dimming.value
 
             Animated {
                 id: stripPlace
                 target: root.launcher.scrollOffset - root.launcher.page * root.launcher.size.width
                 precision: 0.5 / root.devicePixelRatio
+            }
+
+            Animated {
+                id: dimming
+                target: root.folder.isOpen ? folderPanel.dimming : 1
+                isFade: true
             }
 
             Repeater {
@@ -68,6 +82,15 @@ ContentItem {
             }
         }
 
+        FolderPanel {
+            id: folderPanel
+            anchors.fill: parent
+            folder: root.folder
+            launcher: root.launcher
+            background: background
+            texts: root.texts
+        }
+
         Row {
             x: root.snapped((parent.width - width) / 2)
             y: 40
@@ -75,12 +98,13 @@ ContentItem {
 
             GlassCircleButton {
                 symbol: "line.3.horizontal"
-                label: ""
+                label: root.texts.settings
             }
 
             GlassCircleButton {
                 symbol: "plus"
-                label: ""
+                label: root.texts.newFolder
+                onTriggered: root.launcher.newEmptyFolder()
             }
 
             SearchCapsule {
@@ -96,6 +120,13 @@ ContentItem {
             count: root.launcher.pageCount
             current: root.launcher.page
             onSelected: page => root.launcher.turnToPage(page)
+        }
+
+        Loader {
+            active: folderPanel.isVisible
+            sourceComponent: FolderTitle {
+                folder: root.folder
+            }
         }
     }
 }

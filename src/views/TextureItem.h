@@ -32,6 +32,9 @@ protected:
 
     [[nodiscard]] double devicePixelRatio() const;
 
+    // What was painted last.
+    [[nodiscard]] const Painted& painted() const { return painted_; }
+
     void updatePolish() override;
     QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
     void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;

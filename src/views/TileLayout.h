@@ -28,7 +28,8 @@ public:
 
     bool operator==(const TileLayout&) const = default;
 
-    static TileLayout of(const GridMetrics& metrics, double devicePixelRatio);
+    // `scale`: by which everything is smaller than on the page, for the tiles of a crowded folder.
+    static TileLayout of(const GridMetrics& metrics, double devicePixelRatio, double scale = 1);
 };
 
 // The device pixel corner nearest to a point.

@@ -7,7 +7,7 @@
 namespace amberquill {
 
 TileModel::TileModel(LauncherModel& model, QObject* parent)
-    : QAbstractListModel(parent)
+    : TileRows(parent)
     , model_(model) {
     connect(&model, &LauncherModel::itemsChanged, this, &TileModel::refresh);
     connect(&model, &LauncherModel::namesChanged, this, &TileModel::refresh);
@@ -20,52 +20,8 @@ TileModel::TileModel(LauncherModel& model, QObject* parent)
     relayout();
 }
 
-int TileModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
-}
-
-QVariant TileModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
-        return {};
-    }
-    const Row& row = rows_[static_cast<std::size_t>(index.row())];
-    switch (role) {
-    case ItemIdRole:
-        return row.id;
-    case Qt::DisplayRole:
-    case NameRole:
-        return row.name;
-    case PathRole:
-        return row.item.isFolder() ? QString() : *row.item.asApp();
-    case AppPathsRole:
-        return row.item.isFolder() ? row.item.asFolder()->apps : QStringList();
-    case IsFolderRole:
-        return row.item.isFolder();
-    case PlaceRole:
-        return row.place;
-    case PressedRole:
-        return row.pressed;
-    default:
-        return {};
-    }
-}
-
-QHash<int, QByteArray> TileModel::roleNames() const {
-    return {{ItemIdRole, "itemId"},     {NameRole, "name"},         {PathRole, "path"},
-            {AppPathsRole, "appPaths"}, {IsFolderRole, "isFolder"}, {PlaceRole, "place"},
-            {PressedRole, "pressed"}};
-}
-
-void TileModel::setDevicePixelRatio(double ratio) {
-    if (ratio > 0 && ratio != devicePixelRatio_) {
-        devicePixelRatio_ = ratio;
-        relayout();
-    }
-}
-
 void TileModel::relayout() {
-    layout_ = TileLayout::of(model_.metrics(), devicePixelRatio_);
-    Q_EMIT layoutChanged();
+    setLayout(TileLayout::of(model_.metrics(), devicePixelRatio()));
     refresh();
 }
 
@@ -129,57 +85,10 @@ std::vector<TileModel::Row> TileModel::rowsOf(const std::vector<int>& pages) con
             QString id = item.id();
             const bool pressed = id == model_.pressedID();
             rows.push_back(
-                {std::move(id), item, model_.name(item), snapped(corner, devicePixelRatio_), pressed});
+                {std::move(id), item, model_.name(item), snapped(corner, devicePixelRatio()), pressed});
         }
     }
     return rows;
-}
-
-void TileModel::become(std::vector<Row> wanted) {
-    const auto ids = [](const std::vector<Row>& rows) {
-        QStringList result;
-        result.reserve(static_cast<qsizetype>(rows.size()));
-        for (const Row& row : rows) {
-            result.append(row.id);
-        }
-        return result;
-    };
-    for (const RowChange& change : rowChanges(ids(rows_), ids(wanted))) {
-        apply(change, wanted);
-    }
-    for (std::size_t i = 0; i < wanted.size(); ++i) {
-        if (rows_[i] != wanted[i]) {
-            rows_[i] = std::move(wanted[i]);
-            const QModelIndex changed = index(static_cast<int>(i));
-            Q_EMIT dataChanged(changed, changed);
-        }
-    }
-}
-
-void TileModel::apply(const RowChange& change, const std::vector<Row>& wanted) {
-    const auto first = rows_.begin() + change.first;
-    switch (change.kind) {
-    case RowChange::Kind::Remove:
-        beginRemoveRows({}, change.first, change.first + change.count - 1);
-        rows_.erase(first, first + change.count);
-        endRemoveRows();
-        break;
-    case RowChange::Kind::Insert: {
-        beginInsertRows({}, change.first, change.first + change.count - 1);
-        const auto source = wanted.begin() + change.to;
-        rows_.insert(first, source, source + change.count);
-        endInsertRows();
-        break;
-    }
-    case RowChange::Kind::Move: {
-        beginMoveRows({}, change.first, change.first, {}, change.to);
-        Row row = std::move(*first);
-        rows_.erase(first);
-        rows_.insert(rows_.begin() + (change.first < change.to ? change.to - 1 : change.to), std::move(row));
-        endMoveRows();
-        break;
-    }
-    }
 }
 
 } // namespace amberquill

@@ -12,11 +12,19 @@ class ViewTexts : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
     Q_PROPERTY(QString search READ search NOTIFY changed FINAL)
+    Q_PROPERTY(QString noResults READ noResults NOTIFY changed FINAL)
+    Q_PROPERTY(QString emptyFolder READ emptyFolder NOTIFY changed FINAL)
+    Q_PROPERTY(QString newFolder READ newFolder NOTIFY changed FINAL)
+    Q_PROPERTY(QString settings READ settings NOTIFY changed FINAL)
 
 public:
     using QObject::QObject;
 
     [[nodiscard]] static QString search();
+    [[nodiscard]] static QString noResults();
+    [[nodiscard]] static QString emptyFolder();
+    [[nodiscard]] static QString newFolder();
+    [[nodiscard]] static QString settings();
 
     // The interface language has changed: every text is read anew.
     void retranslate() { Q_EMIT changed(); }

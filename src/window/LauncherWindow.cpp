@@ -19,7 +19,8 @@ static void loadViews() {
 namespace amberquill {
 
 LauncherWindow::LauncherWindow(LauncherModel& model, bool translucent)
-    : tiles_(model) {
+    : tiles_(model)
+    , folder_(model) {
     loadViews();
     setFlags(Qt::Window | Qt::FramelessWindowHint);
     QSurfaceFormat surface = requestedFormat();
@@ -30,6 +31,7 @@ LauncherWindow::LauncherWindow(LauncherModel& model, bool translucent)
     engine()->addImportPath(QStringLiteral(":/qt/qml"));
     setInitialProperties({{QStringLiteral("launcher"), QVariant::fromValue(&model)},
                           {QStringLiteral("tiles"), QVariant::fromValue(&tiles_)},
+                          {QStringLiteral("folder"), QVariant::fromValue(&folder_)},
                           {QStringLiteral("texts"), QVariant::fromValue(&texts_)}});
     setSource(QUrl(QStringLiteral("qrc:/qt/qml/Amberquill/Views/LauncherRootView.qml")));
 }

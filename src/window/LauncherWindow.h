@@ -3,6 +3,7 @@
 #pragma once
 
 #include "model/LauncherModel.h"
+#include "views/FolderTiles.h"
 #include "views/TileModel.h"
 #include "views/ViewTexts.h"
 
@@ -31,6 +32,7 @@ public:
 
 private:
     TileModel tiles_;
+    FolderTiles folder_;
     ViewTexts texts_;
 };
 

@@ -1,0 +1,158 @@
+#include "views/FrostedSlab.h"
+
+#include "data/ContinuousCorners.h"
+#include "data/IconCache.h"
+#include "views/BackgroundLayer.h"
+#include "views/Blur.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <cmath>
+
+namespace amberquill {
+
+namespace {
+
+// In points. A blur's radius is where it dies out, twice its Gaussian's standard deviation.
+constexpr double frostRadius = 40;
+constexpr double shadowRadius = 30;
+constexpr double shadowDrop = 10;
+constexpr double shadowOpacity = 0.25;
+constexpr double outlineWidth = 1;
+
+// White over what lies behind: the frost itself, the slab's fill and its outline.
+constexpr double frostWhite = 0.05;
+constexpr double fillWhite = 0.06;
+constexpr double outlineWhite = 0.18;
+
+// A slab over a translucent wash hides what shines through the wash this much at least: frost lets no
+// outline through.
+constexpr double leastOpacity = 0.9;
+
+// What is blurred has no detail: it is worked on this many times smaller.
+constexpr int coarseness = 4;
+
+QColor white(double opacity) {
+    return QColor::fromRgbF(1, 1, 1, static_cast<float>(opacity));
+}
+
+// The colours at the opacity of frost.
+void thicken(QImage& image) {
+    image = image.convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            const int alpha = std::max(qAlpha(line[x]), static_cast<int>(std::lround(255 * leastOpacity)));
+            line[x] = qRgba(qRed(line[x]), qGreen(line[x]), qBlue(line[x]), alpha);
+        }
+    }
+    image = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+QImage shadowOf(const QPainterPath& shape, const QSize& size, double ratio) {
+    QImage shadow(size / coarseness, QImage::Format_ARGB32_Premultiplied);
+    shadow.fill(Qt::transparent);
+    QPainter painter(&shadow);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(1.0 / coarseness, 1.0 / coarseness);
+    painter.translate(0, shadowDrop * ratio);
+    painter.fillPath(shape, QColor::fromRgbF(0, 0, 0, static_cast<float>(shadowOpacity)));
+    painter.end();
+    shadow = shadow.convertToFormat(QImage::Format_Alpha8);
+    blurAlpha(shadow, shadowRadius * ratio / 2 / coarseness);
+    return shadow.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+} // namespace
+
+FrostedSlab::FrostedSlab(QQuickItem* parent)
+    : TextureItem(parent) {
+    connect(this, &FrostedSlab::changed, this, &FrostedSlab::repaint);
+}
+
+void FrostedSlab::setIsShown(bool isShown) {
+    if (isShown != isShown_) {
+        isShown_ = isShown;
+        Q_EMIT isShownChanged();
+        repaint();
+    }
+}
+
+TextureItem::Painted FrostedSlab::paintTexture(double devicePixelRatio) {
+    if (!isShown_ || launcher_ == nullptr) {
+        return {};
+    }
+    const QSize pixels = (size() * devicePixelRatio).toSize();
+    const int margin =
+        coarseness * static_cast<int>(std::ceil((shadowRadius + shadowDrop) * devicePixelRatio / coarseness));
+    const QRectF body(QPointF(margin, margin), QSizeF(pixels));
+    const QPainterPath shape = continuousRoundedRect(body, radius_ * devicePixelRatio);
+
+    QImage image(pixels + QSize(2 * margin, 2 * margin), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter.drawImage(QRectF(image.rect()), shadowOf(shape, image.size(), devicePixelRatio));
+    painter.setCompositionMode(QPainter::CompositionMode_Clear);
+    painter.fillPath(shape, Qt::black);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+
+    const QImage frost = behind(devicePixelRatio);
+    QBrush brush(frost);
+    brush.setTransform(QTransform::fromTranslate(body.x(), body.y())
+                           .scale(body.width() / frost.width(), body.height() / frost.height()));
+    painter.fillPath(shape, brush);
+    painter.fillPath(shape, white(fillWhite));
+    const double line = outlineWidth * devicePixelRatio;
+    painter.strokePath(continuousRoundedRect(body.adjusted(line / 2, line / 2, -line / 2, -line / 2),
+                                             radius_ * devicePixelRatio - line / 2),
+                       QPen(white(outlineWhite), line));
+    painter.end();
+    const QPointF corner = QPointF(-margin, -margin) / devicePixelRatio;
+    return {image, QRectF(corner, QSizeF(image.size()) / devicePixelRatio)};
+}
+
+// What lies behind the slab, blurred and small.
+QImage FrostedSlab::behind(double devicePixelRatio) const {
+    // The blur takes in what lies around the slab, too.
+    const double margin = std::ceil(frostRadius / coarseness) * coarseness;
+    const double scale = devicePixelRatio / coarseness; // small pixels in a point
+    const QRectF area = QRectF(position(), size()).adjusted(-margin, -margin, margin, margin);
+    QImage image((area.size() * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.scale(scale, scale);
+    painter.translate(-area.topLeft());
+    if (background_ != nullptr) {
+        const QImage& picture = background_->picture();
+        painter.drawImage(QRectF({}, QSizeF(picture.size()) / devicePixelRatio), picture);
+    }
+    painter.setOpacity(dimming_);
+    drawPage(painter);
+    painter.end();
+    blurColours(image, frostRadius * scale / 2);
+    image = image.copy(QRectF(QPointF(margin, margin) * scale, size() * scale).toRect());
+    thicken(image);
+    painter.begin(&image);
+    painter.fillRect(image.rect(), white(frostWhite));
+    painter.end();
+    return image;
+}
+
+void FrostedSlab::drawPage(QPainter& painter) const {
+    const GridMetrics metrics = launcher_->metrics();
+    const double edge = metrics.iconSize();
+    const int pixels = static_cast<int>(std::lround(edge * devicePixelRatio()));
+    for (const VisibleEntry& entry : launcher_->visibleEntries()) {
+        const QPointF corner = entry.center - QPointF(edge / 2, edge / 2 + metrics.iconRise());
+        const QRectF icon(corner, QSizeF(edge, edge));
+        if (const QString* path = entry.item.asApp()) {
+            painter.drawImage(icon, IconCache::shared().icon(*path, pixels));
+        } else {
+            painter.fillRect(icon, white(0.2));
+        }
+    }
+}
+
+} // namespace amberquill

@@ -1,0 +1,64 @@
+#include "views/IconShadow.h"
+
+#include "data/ContinuousCorners.h"
+#include "data/IconCache.h"
+#include "views/Blur.h"
+
+#include <QPainter>
+#include <cmath>
+
+namespace amberquill {
+
+namespace {
+
+// In points: black, a Gaussian whose blur dies out at its radius, below the icon.
+constexpr double shadowOpacity = 0.35;
+constexpr double blurRadius = 12;
+constexpr double drop = 6;
+
+// Of a folder's body, as parts of the icon's and of the body's edge.
+constexpr double bodyPart = 0.82;
+constexpr double cornerPart = 0.225;
+
+} // namespace
+
+void IconShadow::setPath(const QString& path) {
+    if (path != path_) {
+        path_ = path;
+        Q_EMIT changed();
+        repaint();
+    }
+}
+
+void IconShadow::setIsFolder(bool isFolder) {
+    if (isFolder != isFolder_) {
+        isFolder_ = isFolder;
+        Q_EMIT changed();
+        repaint();
+    }
+}
+
+TextureItem::Painted IconShadow::paintTexture(double devicePixelRatio) {
+    const int edge = static_cast<int>(std::lround(width() * devicePixelRatio));
+    const int margin = static_cast<int>(std::ceil((blurRadius + drop) * devicePixelRatio));
+    QImage shadow(edge + 2 * margin, edge + 2 * margin, QImage::Format_ARGB32_Premultiplied);
+    shadow.fill(Qt::transparent);
+    QPainter painter(&shadow);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter.setOpacity(shadowOpacity);
+    if (isFolder_) {
+        const double body = edge * bodyPart;
+        const double inset = margin + (edge - body) / 2;
+        painter.fillPath(continuousRoundedRect({inset, inset, body, body}, body * cornerPart), Qt::black);
+    } else {
+        painter.drawImage(QRectF(margin, margin, edge, edge), IconCache::shared().icon(path_, edge));
+    }
+    painter.end();
+    shadow = shadow.convertToFormat(QImage::Format_Alpha8);
+    blurAlpha(shadow, blurRadius * devicePixelRatio / 2);
+    const double points = shadow.width() / devicePixelRatio;
+    const double left = -margin / devicePixelRatio;
+    return {shadow.convertToFormat(QImage::Format_ARGB32_Premultiplied), {left, left + drop, points, points}};
+}
+
+} // namespace amberquill

@@ -1,0 +1,113 @@
+#include "views/TileRows.h"
+
+namespace amberquill {
+
+int TileRows::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+QVariant TileRows::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
+        return {};
+    }
+    const Row& row = rows_[static_cast<std::size_t>(index.row())];
+    switch (role) {
+    case ItemIdRole:
+        return row.id;
+    case Qt::DisplayRole:
+    case NameRole:
+        return row.name;
+    case PathRole:
+        return row.item.isFolder() ? QString() : *row.item.asApp();
+    case AppPathsRole:
+        return row.item.isFolder() ? row.item.asFolder()->apps : QStringList();
+    case IsFolderRole:
+        return row.item.isFolder();
+    case PlaceRole:
+        return row.place;
+    case PressedRole:
+        return row.pressed;
+    case MergeTargetRole:
+        return row.mergeTarget;
+    case HighlightedRole:
+        return row.highlighted;
+    case DraggedRole:
+        return row.dragged;
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> TileRows::roleNames() const {
+    return {{ItemIdRole, "itemId"},
+            {NameRole, "name"},
+            {PathRole, "path"},
+            {AppPathsRole, "appPaths"},
+            {IsFolderRole, "isFolder"},
+            {PlaceRole, "place"},
+            {PressedRole, "pressed"},
+            {MergeTargetRole, "mergeTarget"},
+            {HighlightedRole, "highlighted"},
+            {DraggedRole, "dragged"}};
+}
+
+void TileRows::setDevicePixelRatio(double ratio) {
+    if (ratio > 0 && ratio != devicePixelRatio_) {
+        devicePixelRatio_ = ratio;
+        relayout();
+    }
+}
+
+void TileRows::setLayout(const TileLayout& layout) {
+    layout_ = layout;
+    Q_EMIT layoutChanged();
+}
+
+void TileRows::become(std::vector<Row> wanted) {
+    const auto ids = [](const std::vector<Row>& rows) {
+        QStringList result;
+        result.reserve(static_cast<qsizetype>(rows.size()));
+        for (const Row& row : rows) {
+            result.append(row.id);
+        }
+        return result;
+    };
+    for (const RowChange& change : rowChanges(ids(rows_), ids(wanted))) {
+        apply(change, wanted);
+    }
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        if (rows_[i] != wanted[i]) {
+            rows_[i] = std::move(wanted[i]);
+            const QModelIndex changed = index(static_cast<int>(i));
+            Q_EMIT dataChanged(changed, changed);
+        }
+    }
+}
+
+void TileRows::apply(const RowChange& change, const std::vector<Row>& wanted) {
+    const auto first = rows_.begin() + change.first;
+    switch (change.kind) {
+    case RowChange::Kind::Remove:
+        beginRemoveRows({}, change.first, change.first + change.count - 1);
+        rows_.erase(first, first + change.count);
+        endRemoveRows();
+        break;
+    case RowChange::Kind::Insert: {
+        beginInsertRows({}, change.first, change.first + change.count - 1);
+        const auto source = wanted.begin() + change.to;
+        rows_.insert(first, source, source + change.count);
+        endInsertRows();
+        break;
+    }
+    case RowChange::Kind::Move: {
+        beginMoveRows({}, change.first, change.first, {}, change.to);
+        Row row = std::move(*first);
+        rows_.erase(first);
+        rows_.insert(rows_.begin() + (change.first < change.to ? change.to - 1 : change.to), std::move(row));
+        endMoveRows();
+        break;
+    }
+    }
+}
+
+} // namespace amberquill
