@@ -84,7 +84,7 @@ void LauncherModel::turnToPage(int page) {
 }
 
 void LauncherModel::handleScroll(const ScrollEvent& event) {
-    if (openFolderID_ || size_.width() <= 0) {
+    if (drag_ || openFolderID_ || size_.width() <= 0) {
         return;
     }
     if (!event.precise) {
@@ -142,6 +142,7 @@ void LauncherModel::setItems(LaunchItems items) {
 void LauncherModel::editItems(const std::function<void(LaunchItems&)>& edit) {
     const int before = displayedPageCount();
     edit(items_);
+    ++layoutVersion_;
     Q_EMIT itemsChanged();
     if (displayedPageCount() != before) {
         Q_EMIT pageCountChanged();

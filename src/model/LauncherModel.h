@@ -5,12 +5,17 @@
 #include "data/LaunchItem.h"
 #include "data/NameOrder.h"
 #include "localization/AppLanguage.h"
+#include "model/DragInfo.h"
+#include "model/DragRules.h"
+#include "model/DragTracker.h"
 #include "model/HitTest.h"
 #include "model/LayoutStore.h"
 #include "model/PageTurns.h"
 #include "model/PendingIntent.h"
 #include "model/PointerGesture.h"
+#include "model/RememberedPlace.h"
 #include "model/VisibleEntries.h"
+#include "platform/MainQueue.h"
 
 #include <QHash>
 #include <QObject>
@@ -26,7 +31,6 @@ namespace amberquill {
 
 class FileSystem;
 class LauncherController;
-class MainQueue;
 class Preferences;
 
 // The launcher's state and everything that is done to it. Views and controllers read and change the launcher
@@ -40,6 +44,9 @@ class LauncherModel final : public QObject {
     Q_PROPERTY(QString searchText READ searchText NOTIFY searchTextChanged FINAL)
     Q_PROPERTY(bool folderIsOpen READ folderIsOpen NOTIFY openFolderIDChanged FINAL)
     Q_PROPERTY(QString pressedID READ pressedID NOTIFY pressedIDChanged FINAL)
+    Q_PROPERTY(QString draggedID READ draggedID NOTIFY dragChanged FINAL)
+    Q_PROPERTY(QString mergeTargetID READ mergeTargetID NOTIFY mergeTargetIDChanged FINAL)
+    Q_PROPERTY(amberquill::DragTracker* tracker READ tracker CONSTANT FINAL)
     Q_PROPERTY(bool presented READ presented NOTIFY presentedChanged FINAL)
     Q_PROPERTY(int focusSearchToken READ focusSearchToken NOTIFY focusSearchTokenChanged FINAL)
     Q_PROPERTY(QSizeF size READ size WRITE setSize NOTIFY sizeChanged FINAL)
@@ -112,17 +119,23 @@ public:
 
     // Just before the launcher comes on screen: clears what the last showing left, and scans.
     void willShow();
+    // As it begins to leave the screen: takes the pointer's gesture away.
+    void willHide();
     // Scans in the background, unless a scan is under way.
     void refreshApps();
     [[nodiscard]] bool isScanning() const { return scanning_; }
     void applyScan(const std::vector<AppInfo>& installed);
+
+    // Whether there is more in the text than white space.
+    [[nodiscard]] bool isSearching() const { return !QStringView(searchText_).trimmed().isEmpty(); }
 
     // --- Pointer
 
     [[nodiscard]] Hit hitTest(const QPointF& point) const;
     void pointerChanged(const PointerGesture& gesture);
     void pointerEnded(const PointerGesture& gesture);
-    // The gesture was taken away: it ends without an effect.
+    // The gesture was taken away: it is no tap, a drag ends where it is, and what is still told of it is not
+    // heard.
     void pointerCancelled();
 
     // --- Folders
@@ -140,8 +153,25 @@ public:
 
     // --- Drag and drop
 
+    // What is being dragged; none between drags. A drag begins and ends with the pointer's gesture.
+    [[nodiscard]] const std::optional<DragInfo>& drag() const { return drag_; }
+    [[nodiscard]] QString draggedID() const { return drag_ ? drag_->id : QString(); }
+    // The tile marked as the one that the dragged application merges with; empty when there is none.
+    [[nodiscard]] QString mergeTargetID() const { return mergeTargetID_; }
+    // Where the pointer is during a drag.
+    [[nodiscard]] DragTracker* tracker() { return &tracker_; }
+    // What waits for the icon to rest; empty when nothing does.
+    [[nodiscard]] QString pendingKey() const { return pending_.key(); }
     // Lets go of what a drag waits to do.
     void cancelPending() { pending_.cancel(); }
+
+    // What a drag does to the layout, each on its animation; the end of the drag saves it. Where the item,
+    // the folder or the place is missing, nothing happens.
+    void move(const QString& id, std::size_t to);
+    void moveInFolder(const QUuid& folderID, const QString& path, std::size_t to);
+    void pullOut(const QString& path, const QUuid& folderID);
+    // A folder that this makes opens a moment later.
+    void merge(const QString& draggedID, const QString& targetID);
 
     // --- The private layout file
 
@@ -156,6 +186,8 @@ Q_SIGNALS:
     void scrollOffsetChanged();
     void searchTextChanged();
     void openFolderIDChanged();
+    void dragChanged();
+    void mergeTargetIDChanged();
     void pressedIDChanged();
     void presentedChanged();
     void focusSearchTokenChanged();
@@ -176,9 +208,31 @@ private:
     void setSearchText(const QString& text);
     void setOpenFolderID(const std::optional<QUuid>& id);
     void setPressedID(const QString& id);
+    void setDrag(const std::optional<DragInfo>& drag);
+    void setMergeTarget(const QString& id);
+    void clearMergeTarget();
     void handleTap(const Hit& hit);
     void hideThenOpen(const std::optional<QString>& path);
     const NameOrder& nameOrder();
+
+    void beginDrag(const QPointF& pointer);
+    void updateDrag(const QPointF& pointer);
+    void updateFolderDrag(const QUuid& folderID, const QPointF& pointer);
+    void endDrag();
+    void abandonDrag();
+    void finishDrag();
+    void glideTo(const QPointF& iconCenter);
+    void take(const DragStep& step);
+    void schedule(const DragIntent& intent);
+    void applyDeferredScan();
+    [[nodiscard]] std::optional<DragInfo> pageDragOf(const QString& id);
+    [[nodiscard]] std::optional<DragInfo> folderDragOf(const QString& path);
+    [[nodiscard]] PageDrag pageDrag(const DragInfo& drag);
+    [[nodiscard]] std::optional<QString> groupCandidate(const DragInfo& drag, const QPointF& pointer);
+    [[nodiscard]] std::optional<QPointF> landing(const DragInfo& drag);
+    [[nodiscard]] std::optional<std::size_t> draggedIndex(const QString& id);
+    [[nodiscard]] const Folder* draggedFrom(const QUuid& folderID);
+    [[nodiscard]] std::optional<std::size_t> indexInFolder(const Folder& folder, const QString& path);
 
     Services services_;
     LayoutStore store_;
@@ -205,8 +259,21 @@ private:
     PageTurns pageTurns_;
     std::optional<QPointF> pointerStart_;
     std::optional<Hit> pointerHit_;
+    bool gestureIsOver_ = false; // taken away, while its moves may still come
 
+    std::optional<DragInfo> drag_;
+    QString mergeTargetID_;
+    DragTracker tracker_;
     PendingIntent pending_;
+    std::optional<std::vector<AppInfo>> deferredScan_; // came in during a drag
+    DelayedWork glideEnd_;
+    DelayedWork newFolderOpening_;
+
+    unsigned layoutVersion_ = 0; // grows with every change of the items
+    RememberedPlace draggedPlace_;
+    RememberedPlace targetPlace_;
+    RememberedPlace folderPlace_;
+    RememberedPlace appPlace_; // in the folder
 };
 
 } // namespace amberquill

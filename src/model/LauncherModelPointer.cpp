@@ -12,7 +12,13 @@ Hit LauncherModel::hitTest(const QPointF& point) const {
 }
 
 void LauncherModel::pointerChanged(const PointerGesture& gesture) {
+    // The first change of a gesture is its press.
+    gestureIsOver_ = gestureIsOver_ && gesture.travel() > 0;
+    if (gestureIsOver_) {
+        return;
+    }
     if (!pointerStart_) {
+        draggedPlace_.forget();
         pointerStart_ = gesture.startLocation;
         pointerHit_ = hitTest(gesture.startLocation);
         if (const auto* item = std::get_if<Hit::GridItem>(&pointerHit_->what)) {
@@ -21,23 +27,38 @@ void LauncherModel::pointerChanged(const PointerGesture& gesture) {
             setPressedID(appItemId(app->path));
         }
     }
-    if (gesture.travel() > tapTravel) {
-        setPressedID({});
+    if (!drag_ && gesture.travel() > tapTravel) {
+        if (isSearching()) {
+            setPressedID({}); // results cannot be rearranged
+        } else {
+            beginDrag(gesture.location);
+        }
+    }
+    if (drag_ && !drag_->dropping) {
+        tracker_.setLocation(gesture.location);
+        updateDrag(gesture.location);
     }
 }
 
 void LauncherModel::pointerEnded(const PointerGesture& gesture) {
     const std::optional<Hit> hit = std::exchange(pointerHit_, std::nullopt);
     pointerStart_.reset();
-    if (hit && gesture.travel() <= tapTravel) {
+    gestureIsOver_ = false;
+    if (drag_) {
+        endDrag();
+    } else if (hit && gesture.travel() <= tapTravel) {
         handleTap(*hit);
     }
     setPressedID({});
 }
 
 void LauncherModel::pointerCancelled() {
+    gestureIsOver_ = gestureIsOver_ || pointerStart_.has_value();
     pointerStart_.reset();
     pointerHit_.reset();
+    if (drag_) {
+        abandonDrag();
+    }
     setPressedID({});
 }
 

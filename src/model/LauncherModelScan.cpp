@@ -7,12 +7,17 @@
 namespace amberquill {
 
 void LauncherModel::willShow() {
-    pointerCancelled();
+    willHide();
     setOpenFolderID(std::nullopt);
     setSearchText({});
     setScrollOffset(0);
     clampPage();
     refreshApps();
+}
+
+void LauncherModel::willHide() {
+    pointerCancelled();
+    newFolderOpening_.cancel();
 }
 
 void LauncherModel::refreshApps() {
@@ -29,6 +34,10 @@ void LauncherModel::refreshApps() {
 }
 
 void LauncherModel::applyScan(const std::vector<AppInfo>& installed) {
+    if (drag_) {
+        deferredScan_ = installed;
+        return;
+    }
     QHash<QString, AppInfo> apps;
     apps.reserve(static_cast<qsizetype>(installed.size()));
     for (const AppInfo& app : installed) {

@@ -72,6 +72,7 @@ void LauncherWindowController::hide(const std::optional<QString>& thenOpen) {
         // background.
         requestToken(*thenOpen);
     }
+    services_.model.willHide();
     window_.endEditing();
     withAnimation(motion::hide, [this] { services_.model.setPresented(false); });
     withAnimation(motion::windowFadeOut, [this] { fade_.setTarget(0); });
