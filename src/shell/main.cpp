@@ -93,9 +93,11 @@ int main(int argc, char* argv[]) {
     L::setSystemLanguages(&languages);
     L::loadLanguage(preferences);
 
+    const auto windows = desktop::makeWindowSystem();
     if (const QScreen* screen = QGuiApplication::primaryScreen()) {
         BackgroundLayer::prepare(LauncherModel::storedBackground(preferences),
-                                 screen->size() * screen->devicePixelRatio(), screen->devicePixelRatio());
+                                 screen->size() * screen->devicePixelRatio(), screen->devicePixelRatio(),
+                                 windows->blendsWindows());
     }
 
     EventLoopQueue queue;
@@ -109,7 +111,6 @@ int main(int argc, char* argv[]) {
          locations.caches + QStringLiteral("/Amberquill/decoding"), entrySettings.locale});
     IconCache::shared().serveFrom(&icons, &queue);
 
-    const auto windows = desktop::makeWindowSystem();
     const auto scrollDevices = desktop::makeScrollDevices();
     const auto tokens = desktop::makeActivationTokens(queue);
     const auto notifications = desktop::makeStartupNotifications();

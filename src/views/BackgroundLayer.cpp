@@ -14,6 +14,7 @@ struct Prepared {
     BackgroundTheme theme;
     QSize pixels;
     double devicePixelRatio;
+    bool isTranslucent;
     std::future<QImage> image;
 };
 
@@ -23,11 +24,18 @@ std::optional<Prepared>& prepared() {
     return thePrepared;
 }
 
+QImage wash(BackgroundTheme theme, const QSize& pixels, double devicePixelRatio, bool isTranslucent) {
+    return isTranslucent ? backgroundWash(theme, pixels, devicePixelRatio)
+                         : opaqueBackground(theme, pixels, devicePixelRatio, {});
+}
+
 } // namespace
 
-void BackgroundLayer::prepare(BackgroundTheme theme, const QSize& pixels, double devicePixelRatio) {
-    prepared() = Prepared{theme, pixels, devicePixelRatio,
-                          std::async(std::launch::async, backgroundWash, theme, pixels, devicePixelRatio)};
+void BackgroundLayer::prepare(BackgroundTheme theme, const QSize& pixels, double devicePixelRatio,
+                              bool isTranslucent) {
+    prepared() =
+        Prepared{theme, pixels, devicePixelRatio, isTranslucent,
+                 std::async(std::launch::async, wash, theme, pixels, devicePixelRatio, isTranslucent)};
 }
 
 void BackgroundLayer::setLauncher(LauncherModel* launcher) {
@@ -49,16 +57,11 @@ TextureItem::Painted BackgroundLayer::paintTexture(double devicePixelRatio) {
     const BackgroundTheme theme = launcher_ != nullptr ? launcher_->background() : BackgroundTheme::Blue;
     const QSize pixels = (size() * devicePixelRatio).toSize();
     const QRectF rect({}, QSizeF(pixels) / devicePixelRatio);
+    const bool isTranslucent = window()->requestedFormat().hasAlpha();
     auto ready = std::exchange(prepared(), std::nullopt);
-    QImage wash = ready && ready->theme == theme && ready->pixels == pixels &&
-                          ready->devicePixelRatio == devicePixelRatio
-                      ? ready->image.get()
-                      : backgroundWash(theme, pixels, devicePixelRatio);
-    if (!window()->requestedFormat().hasAlpha()) {
-        // Premultiplied colours are what they are over black.
-        wash.reinterpretAsFormat(QImage::Format_RGB32);
-    }
-    return {wash, rect};
+    const bool fits = ready && ready->theme == theme && ready->pixels == pixels &&
+                      ready->devicePixelRatio == devicePixelRatio && ready->isTranslucent == isTranslucent;
+    return {fits ? ready->image.get() : wash(theme, pixels, devicePixelRatio, isTranslucent), rect};
 }
 
 } // namespace amberquill

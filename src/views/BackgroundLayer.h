@@ -21,7 +21,8 @@ public:
 
     // Paints a wash away from the main thread before an item asks for it, so that the first frame finds it
     // ready.
-    static void prepare(BackgroundTheme theme, const QSize& pixels, double devicePixelRatio);
+    static void prepare(BackgroundTheme theme, const QSize& pixels, double devicePixelRatio,
+                        bool isTranslucent);
 
     // What the layer shows, in device pixels.
     [[nodiscard]] const QImage& picture() const { return painted().image; }

@@ -1,5 +1,6 @@
 #include "views/BackgroundWash.h"
 
+#include <QPainter>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -126,6 +127,29 @@ QImage backgroundWash(BackgroundTheme theme, const QSize& pixels, double deviceP
             std::copy_n(group.begin(), std::min(groupWidth, pixels.width() - x), line + x);
         }
     }
+    return image;
+}
+
+QImage opaqueBackground(BackgroundTheme theme, const QSize& pixels, double devicePixelRatio,
+                        const QImage& backdrop) {
+    QImage wash = backgroundWash(theme, pixels, devicePixelRatio);
+    if (wash.isNull()) {
+        return wash;
+    }
+    if (backdrop.isNull()) {
+        // Premultiplied colours are what they are over black.
+        for (int y = 0; y < wash.height(); ++y) {
+            auto* line = reinterpret_cast<QRgb*>(wash.scanLine(y));
+            std::for_each(line, line + wash.width(), [](QRgb& pixel) { pixel |= 0xff000000U; });
+        }
+        wash.reinterpretAsFormat(QImage::Format_RGB32);
+        return wash;
+    }
+    QImage image(pixels, QImage::Format_RGB32);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(image.rect(), backdrop.convertToFormat(QImage::Format_RGB32));
+    painter.drawImage(0, 0, wash);
     return image;
 }
 

@@ -13,4 +13,9 @@ namespace amberquill {
 // thread.
 QImage backgroundWash(BackgroundTheme theme, const QSize& pixels, double devicePixelRatio);
 
+// The same over an opaque backdrop that fills the picture, however small it is, or over black where there is
+// none.
+QImage opaqueBackground(BackgroundTheme theme, const QSize& pixels, double devicePixelRatio,
+                        const QImage& backdrop);
+
 } // namespace amberquill

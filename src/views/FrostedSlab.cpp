@@ -14,7 +14,7 @@ namespace amberquill {
 namespace {
 
 // In points. A blur's radius is where it dies out, twice its Gaussian's standard deviation.
-constexpr double frostRadius = 40;
+constexpr double frostRadius = 60;
 constexpr double shadowRadius = 30;
 constexpr double shadowDrop = 10;
 constexpr double shadowOpacity = 0.25;

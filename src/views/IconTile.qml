@@ -38,9 +38,10 @@ Item {
         precision: 0.5 / tile.tiles.devicePixelRatio
     }
 
-    Loader {
-        active: tile.highlighted
-        sourceComponent: RoundedShape {
+    Repeater {
+        model: tile.highlighted ? 1 : 0
+
+        RoundedShape {
             x: tile.tiles.layout.label.x - 8
             y: -8
             width: tile.tiles.layout.label.width + 16

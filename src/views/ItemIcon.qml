@@ -24,9 +24,10 @@ Item {
         brightness: icon.brightness
     }
 
-    Loader {
-        active: icon.isFolder
-        sourceComponent: FolderIcon {
+    Repeater {
+        model: icon.isFolder ? 1 : 0
+
+        FolderIcon {
             appPaths: icon.appPaths
             size: icon.size
             ratio: icon.ratio

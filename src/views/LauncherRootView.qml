@@ -122,9 +122,10 @@ ContentItem {
             onSelected: page => root.launcher.turnToPage(page)
         }
 
-        Loader {
-            active: folderPanel.isVisible
-            sourceComponent: FolderTitle {
+        Repeater {
+            model: folderPanel.isVisible ? 1 : 0
+
+            FolderTitle {
                 folder: root.folder
             }
         }

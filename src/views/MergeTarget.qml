@@ -27,9 +27,10 @@ Item {
         isFade: true
     }
 
-    Loader {
-        active: fading.value > 0
-        sourceComponent: RoundedShape {
+    Repeater {
+        model: fading.value > 0 ? 1 : 0
+
+        RoundedShape {
             x: (target.edge - width) / 2
             y: x
             width: target.edge * 0.95

@@ -102,3 +102,32 @@ TEST(BackgroundWash, NeighbouringPixelsShowNoBands) {
 TEST(BackgroundWash, AnEmptySizeIsAnEmptyImage) {
     EXPECT_TRUE(backgroundWash(BackgroundTheme::Blue, {0, 0}, 1).isNull());
 }
+
+TEST(BackgroundWash, OverNothingAnOpaqueBackgroundIsTheWashOverBlack) {
+    const QSize size(320, 200);
+    const QImage wash = backgroundWash(BackgroundTheme::Blue, size, 1);
+    const QImage image = opaqueBackground(BackgroundTheme::Blue, size, 1, {});
+    ASSERT_EQ(image.format(), QImage::Format_RGB32);
+    for (const QPoint point : {QPoint(0, 0), QPoint(160, 0), QPoint(319, 199)}) {
+        const QRgb premultiplied = reinterpret_cast<const QRgb*>(wash.constScanLine(point.y()))[point.x()];
+        EXPECT_EQ(reinterpret_cast<const QRgb*>(image.constScanLine(point.y()))[point.x()],
+                  premultiplied | 0xff000000U);
+    }
+}
+
+TEST(BackgroundWash, ABackdropShinesThroughItWhateverItsSize) {
+    QImage backdrop(20, 10, QImage::Format_RGB32);
+    backdrop.fill(QColor(200, 100, 40));
+    const QSize size(320, 200);
+    const QImage wash = backgroundWash(BackgroundTheme::Green, size, 1);
+    const QImage image = opaqueBackground(BackgroundTheme::Green, size, 1, backdrop);
+    ASSERT_EQ(image.size(), size);
+    for (const QPoint point : {QPoint(0, 0), QPoint(160, 0), QPoint(319, 199)}) {
+        const QRgb over = reinterpret_cast<const QRgb*>(wash.constScanLine(point.y()))[point.x()];
+        const double through = 1 - qAlpha(over) / 255.0;
+        const QRgb seen = image.pixel(point);
+        EXPECT_NEAR(qRed(seen), qRed(over) + 200 * through, 1.5);
+        EXPECT_NEAR(qGreen(seen), qGreen(over) + 100 * through, 1.5);
+        EXPECT_NEAR(qBlue(seen), qBlue(over) + 40 * through, 1.5);
+    }
+}
