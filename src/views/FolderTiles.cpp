@@ -21,6 +21,7 @@ FolderTiles::FolderTiles(LauncherModel& model, QObject* parent)
     connect(&model, &LauncherModel::itemsChanged, this, &FolderTiles::refresh);
     connect(&model, &LauncherModel::namesChanged, this, &FolderTiles::refresh);
     connect(&model, &LauncherModel::pressedIDChanged, this, &FolderTiles::refresh);
+    connect(&model, &LauncherModel::dragChanged, this, &FolderTiles::refresh);
     connect(&model, &LauncherModel::sizeChanged, this, &FolderTiles::refresh);
     connect(&model, &LauncherModel::gridChanged, this, &FolderTiles::refresh);
     connect(&Timeline::shared(), &Timeline::stopped, this, &FolderTiles::dropWhenGone);
@@ -83,7 +84,8 @@ std::vector<FolderTiles::Row> FolderTiles::rowsOf(const Folder& folder) const {
                         .item = item,
                         .name = model_.name(item),
                         .place = place,
-                        .pressed = id == model_.pressedID()});
+                        .pressed = id == model_.pressedID(),
+                        .dragged = model_.drag() && id == model_.drag()->id});
     }
     return rows;
 }

@@ -10,6 +10,7 @@ ContentItem {
     required property LauncherModel launcher
     required property TileModel tiles
     required property FolderTiles folder
+    required property DragView drag
     required property ViewTexts texts
 
     readonly property size contentSize: Qt.size(width, height)
@@ -89,6 +90,16 @@ ContentItem {
             launcher: root.launcher
             background: background
             texts: root.texts
+        }
+
+        Repeater {
+            model: root.drag.isActive ? 1 : 0
+
+            FloatingIcon {
+                drag: root.drag
+                iconEdge: root.tiles.layout.icon.width
+                ratio: root.devicePixelRatio
+            }
         }
 
         Row {

@@ -13,6 +13,8 @@ TileModel::TileModel(LauncherModel& model, QObject* parent)
     connect(&model, &LauncherModel::namesChanged, this, &TileModel::refresh);
     connect(&model, &LauncherModel::pageChanged, this, &TileModel::refresh);
     connect(&model, &LauncherModel::pressedIDChanged, this, &TileModel::refresh);
+    connect(&model, &LauncherModel::mergeTargetIDChanged, this, &TileModel::refresh);
+    connect(&model, &LauncherModel::dragChanged, this, &TileModel::refresh);
     connect(&model, &LauncherModel::presentedChanged, this, &TileModel::settleWhenAtRest);
     connect(&model, &LauncherModel::sizeChanged, this, &TileModel::relayout);
     connect(&model, &LauncherModel::gridChanged, this, &TileModel::relayout);
@@ -72,6 +74,7 @@ std::vector<TileModel::Row> TileModel::rowsOf(const std::vector<int>& pages) con
     }
     const LaunchItems& items = model_.displayedItems();
     const int slots = metrics.slotsPerPage();
+    const QString dragged = model_.drag() ? model_.drag()->id : QString();
     for (const int page : pages) {
         const QPointF pageStart(page * metrics.size.width(), 0);
         for (int slot = 0; slot < slots; ++slot) {
@@ -82,10 +85,14 @@ std::vector<TileModel::Row> TileModel::rowsOf(const std::vector<int>& pages) con
             }
             const LaunchItem& item = items[index];
             const QPointF corner = pageStart + metrics.tileRect(metrics.cellCenter(slot)).topLeft();
-            QString id = item.id();
-            const bool pressed = id == model_.pressedID();
-            rows.push_back(
-                {std::move(id), item, model_.name(item), snapped(corner, devicePixelRatio()), pressed});
+            const QString id = item.id();
+            rows.push_back({.id = id,
+                            .item = item,
+                            .name = model_.name(item),
+                            .place = snapped(corner, devicePixelRatio()),
+                            .pressed = id == model_.pressedID(),
+                            .mergeTarget = id == model_.mergeTargetID(),
+                            .dragged = id == dragged});
         }
     }
     return rows;

@@ -20,7 +20,8 @@ namespace amberquill {
 
 LauncherWindow::LauncherWindow(LauncherModel& model, bool translucent)
     : tiles_(model)
-    , folder_(model) {
+    , folder_(model)
+    , drag_(model) {
     loadViews();
     setFlags(Qt::Window | Qt::FramelessWindowHint);
     QSurfaceFormat surface = requestedFormat();
@@ -32,6 +33,7 @@ LauncherWindow::LauncherWindow(LauncherModel& model, bool translucent)
     setInitialProperties({{QStringLiteral("launcher"), QVariant::fromValue(&model)},
                           {QStringLiteral("tiles"), QVariant::fromValue(&tiles_)},
                           {QStringLiteral("folder"), QVariant::fromValue(&folder_)},
+                          {QStringLiteral("drag"), QVariant::fromValue(&drag_)},
                           {QStringLiteral("texts"), QVariant::fromValue(&texts_)}});
     setSource(QUrl(QStringLiteral("qrc:/qt/qml/Amberquill/Views/LauncherRootView.qml")));
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "model/LauncherModel.h"
+#include "views/DragView.h"
 #include "views/FolderTiles.h"
 #include "views/TileModel.h"
 #include "views/ViewTexts.h"
@@ -33,6 +34,7 @@ public:
 private:
     TileModel tiles_;
     FolderTiles folder_;
+    DragView drag_;
     ViewTexts texts_;
 };
 
