@@ -16,6 +16,9 @@ public:
     NameOrder();
     explicit NameOrder(const QLocale& locale);
 
+    // Whose rules they are: never the C locale.
+    [[nodiscard]] QLocale locale() const { return collator_.locale(); }
+
     // A name's place, to be made once and compared often.
     [[nodiscard]] QCollatorSortKey key(const QString& name) const { return collator_.sortKey(name); }
 
