@@ -163,13 +163,6 @@ void LauncherModel::setScrollOffset(double offset) {
     }
 }
 
-void LauncherModel::setSearchText(const QString& text) {
-    if (text != searchText_) {
-        searchText_ = text;
-        Q_EMIT searchTextChanged();
-    }
-}
-
 void LauncherModel::setOpenFolderID(const std::optional<QUuid>& id) {
     if (id != openFolderID_) {
         openFolderID_ = id;

@@ -4,6 +4,7 @@
 #include "data/GridMetrics.h"
 #include "data/LaunchItem.h"
 #include "data/NameOrder.h"
+#include "data/SearchIndex.h"
 #include "localization/AppLanguage.h"
 #include "model/DragInfo.h"
 #include "model/DragRules.h"
@@ -41,7 +42,9 @@ class LauncherModel final : public QObject {
     Q_PROPERTY(int page READ page NOTIFY pageChanged FINAL)
     Q_PROPERTY(int pageCount READ displayedPageCount NOTIFY pageCountChanged FINAL)
     Q_PROPERTY(double scrollOffset READ scrollOffset NOTIFY scrollOffsetChanged FINAL)
-    Q_PROPERTY(QString searchText READ searchText NOTIFY searchTextChanged FINAL)
+    Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY searchTextChanged FINAL)
+    Q_PROPERTY(bool isSearching READ isSearching NOTIFY searchTextChanged FINAL)
+    Q_PROPERTY(bool findsNothing READ findsNothing NOTIFY searchResultsChanged FINAL)
     Q_PROPERTY(bool folderIsOpen READ folderIsOpen NOTIFY openFolderIDChanged FINAL)
     Q_PROPERTY(QString pressedID READ pressedID NOTIFY pressedIDChanged FINAL)
     Q_PROPERTY(QString draggedID READ draggedID NOTIFY dragChanged FINAL)
@@ -100,7 +103,8 @@ public:
     // --- Pages
 
     [[nodiscard]] GridMetrics metrics() const { return {size_, columns_, rows_}; }
-    [[nodiscard]] const LaunchItems& displayedItems() const { return items_; }
+    // What the pages show: the layout, or what a search has found.
+    [[nodiscard]] const LaunchItems& displayedItems() const { return isSearching() ? foundItems_ : items_; }
     [[nodiscard]] int pageCount(const LaunchItems& items) const;
     [[nodiscard]] int displayedPageCount() const { return pageCount(displayedItems()); }
     [[nodiscard]] std::vector<VisibleEntry> visibleEntries() const;
@@ -126,8 +130,17 @@ public:
     [[nodiscard]] bool isScanning() const { return scanning_; }
     void applyScan(const std::vector<AppInfo>& installed);
 
+    // --- Search
+
+    // The text as typed. A search begins, changes or ends with it; it begins on the first page, and its end
+    // returns to the page before it.
+    void setSearchText(const QString& text);
     // Whether there is more in the text than white space.
     [[nodiscard]] bool isSearching() const { return !QStringView(searchText_).trimmed().isEmpty(); }
+    // The applications found, the best first.
+    [[nodiscard]] std::vector<AppInfo> searchResults() const;
+    [[nodiscard]] bool findsNothing() const { return isSearching() && foundItems_.empty(); }
+    Q_INVOKABLE void launchFirstResult();
 
     // --- Pointer
 
@@ -185,6 +198,8 @@ Q_SIGNALS:
     void pageCountChanged();
     void scrollOffsetChanged();
     void searchTextChanged();
+    // While searching, or when a search ends: the displayed items are others now.
+    void searchResultsChanged();
     void openFolderIDChanged();
     void dragChanged();
     void mergeTargetIDChanged();
@@ -205,7 +220,6 @@ private:
     void editItems(const std::function<void(LaunchItems&)>& edit);
     void setPage(int page);
     void setScrollOffset(double offset);
-    void setSearchText(const QString& text);
     void setOpenFolderID(const std::optional<QUuid>& id);
     void setPressedID(const QString& id);
     void setDrag(const std::optional<DragInfo>& drag);
@@ -234,6 +248,11 @@ private:
     [[nodiscard]] const Folder* draggedFrom(const QUuid& folderID);
     [[nodiscard]] std::optional<std::size_t> indexInFolder(const Folder& folder, const QString& path);
 
+    void setInstalled(const std::vector<AppInfo>& installed);
+    void indexNames();
+    void search();
+    void searchChanged(const QString& from);
+
     Services services_;
     LayoutStore store_;
     std::weak_ptr<LauncherController> controller_;
@@ -253,6 +272,13 @@ private:
     int rows_;
     BackgroundTheme background_;
     AppLanguage language_;
+
+    std::vector<AppInfo> installed_;         // as the last scan found them, in its order
+    std::optional<SearchIndex> searchIndex_; // of `installed_`; none until it is made or needed
+    int indexSerial_ = 0;                    // which of the indexes under way is of `installed_`
+    std::vector<std::size_t> found_;         // positions in `installed_`
+    LaunchItems foundItems_;
+    int browsePage_ = 0; // shown when the search began
 
     bool scanning_ = false;
     bool hasScanned_ = false;

@@ -3,6 +3,7 @@
 #include "platform/MainQueue.h"
 
 #include <QPointer>
+#include <utility>
 
 namespace amberquill {
 
@@ -38,17 +39,8 @@ void LauncherModel::applyScan(const std::vector<AppInfo>& installed) {
         deferredScan_ = installed;
         return;
     }
-    QHash<QString, AppInfo> apps;
-    apps.reserve(static_cast<qsizetype>(installed.size()));
-    for (const AppInfo& app : installed) {
-        apps.insert(app.path, app);
-    }
-    const bool sameNames = hasScanned_ && apps == apps_;
-    apps_ = std::move(apps);
-    hasScanned_ = true;
-    services_.rememberedNames.clear();
-    if (!sameNames) {
-        Q_EMIT namesChanged();
+    if (!std::exchange(hasScanned_, true) || installed != installed_) {
+        setInstalled(installed);
     }
     LaunchItems reconciled = LayoutReconciler::reconcile(items_, installed, std::nullopt, nameOrder());
     if (reconciled != items_) {
@@ -57,6 +49,18 @@ void LauncherModel::applyScan(const std::vector<AppInfo>& installed) {
     }
     clampPage();
     Q_EMIT scanned(installed);
+}
+
+void LauncherModel::setInstalled(const std::vector<AppInfo>& installed) {
+    installed_ = installed;
+    apps_.clear();
+    apps_.reserve(static_cast<qsizetype>(installed.size()));
+    for (const AppInfo& app : installed) {
+        apps_.insert(app.path, app);
+    }
+    services_.rememberedNames.clear();
+    indexNames();
+    Q_EMIT namesChanged();
 }
 
 } // namespace amberquill

@@ -31,6 +31,7 @@ Item {
 
     TextInput {
         id: field
+        objectName: "searchField"
         anchors.left: glass.right
         anchors.leftMargin: 8
         anchors.right: parent.right
@@ -39,11 +40,18 @@ Item {
         color: "white"
         font.pixelSize: 16
         clip: true
-        readOnly: true
         selectByMouse: true
+
+        onTextEdited: capsule.launcher.searchText = text
+        onAccepted: capsule.launcher.launchFirstResult()
 
         Accessible.role: Accessible.EditableText
         Accessible.name: capsule.texts.search
+    }
+
+    // Not a binding of the field's own, which typing would end.
+    Binding {
+        field.text: capsule.launcher.searchText
     }
 
     Text {

@@ -10,6 +10,7 @@ TileModel::TileModel(LauncherModel& model, QObject* parent)
     : TileRows(parent)
     , model_(model) {
     connect(&model, &LauncherModel::itemsChanged, this, &TileModel::refresh);
+    connect(&model, &LauncherModel::searchResultsChanged, this, &TileModel::refresh);
     connect(&model, &LauncherModel::namesChanged, this, &TileModel::refresh);
     connect(&model, &LauncherModel::pageChanged, this, &TileModel::refresh);
     connect(&model, &LauncherModel::pressedIDChanged, this, &TileModel::refresh);

@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QQuickItem>
+#include <QTest>
 #include <cmath>
 
 using namespace amberquill;
@@ -65,6 +66,12 @@ protected:
     [[nodiscard]] QPointF iconCentre(int slot) const {
         const GridMetrics metrics = model_->metrics();
         return metrics.cellCenter(slot) - QPointF(0, metrics.iconRise());
+    }
+
+    void type(const std::string& text) {
+        for (const char character : text) {
+            QTest::keyClick(window_.get(), character);
+        }
     }
 
     void advance(double seconds) {
@@ -298,4 +305,29 @@ TEST_P(RootViewTest, BeforeItIsPresentedTheContentIsNotThere) {
     const QPoint dot(image.width() / 2, static_cast<int>((GetParam().height() - 35) * ratio()));
     const QRgb pixel = reinterpret_cast<const QRgb*>(wash.constScanLine(dot.y()))[dot.x()];
     EXPECT_TRUE(isAbout(image.pixelColor(dot), QColor(qRed(pixel), qGreen(pixel), qBlue(pixel)), 1));
+}
+
+TEST_P(RootViewTest, TypingInTheSearchFieldSearchesAndReturnLaunchesTheFirstResult) {
+    showWith(80);
+    auto* field = window_->rootObject()->findChild<QQuickItem*>(u"searchField"_s);
+    ASSERT_NE(field, nullptr);
+    field->forceActiveFocus();
+    type("app 42");
+    EXPECT_EQ(model_->searchText(), u"app 42"_s);
+    EXPECT_EQ(model_->displayedItems().size(), 1U);
+    QTest::keyClick(window_.get(), Qt::Key_Return);
+    EXPECT_EQ(controller_->hides, std::vector<std::optional<QString>>{path(42)});
+}
+
+TEST_P(RootViewTest, TheSearchFieldIsEmptiedWithTheSearchAndServesTheNext) {
+    showWith(80);
+    auto* field = window_->rootObject()->findChild<QQuickItem*>(u"searchField"_s);
+    ASSERT_NE(field, nullptr);
+    field->forceActiveFocus();
+    type("x");
+    model_->willShow();
+    EXPECT_EQ(field->property("text").toString(), QString());
+    type("y");
+    EXPECT_EQ(model_->searchText(), u"y"_s);
+    EXPECT_EQ(field->property("text").toString(), u"y"_s);
 }

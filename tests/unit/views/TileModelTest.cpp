@@ -222,3 +222,17 @@ TEST_F(TileModelTest, WhateverComesAndGoesTheRowsFollow) {
         ASSERT_EQ(ids(), wantedIds()) << round;
     }
 }
+
+TEST_F(TileModelTest, TilesFollowTheSearchAndATileThatIsFoundStaysTheSame) {
+    LauncherModel& model = presentedWith(36);
+    changes_.clear();
+    model.setSearchText(u"App 3"_s);
+    EXPECT_EQ(ids(), wantedIds());
+    EXPECT_EQ(ids().size(), 8);
+    EXPECT_EQ(changes_.filter(u"+"_s), QStringList()) << "none is made anew";
+    model.setSearchText(u"App 35"_s);
+    EXPECT_EQ(ids(), QStringList{LaunchItem::app(path(35)).id()});
+    model.setSearchText({});
+    settle();
+    EXPECT_EQ(ids(), wantedIds());
+}
