@@ -1,28 +1,51 @@
 #include "data/LayoutCoding.h"
 
+#include "data/JsonReader.h"
 #include "data/JsonText.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <optional>
+#include <utility>
 
 namespace amberquill {
 
 namespace {
 
-constexpr auto appKey = QLatin1StringView("app");
-constexpr auto folderKey = QLatin1StringView("folder");
-constexpr auto payloadKey = QLatin1StringView("_0");
+constexpr auto appKey = QStringView(u"app");
+constexpr auto folderKey = QStringView(u"folder");
+constexpr auto payloadKey = QStringView(u"_0");
+constexpr auto idKey = QStringView(u"id");
+constexpr auto nameKey = QStringView(u"name");
+constexpr auto appsKey = QStringView(u"apps");
 
-DecodingError typeMismatch(const QString& expected, const QStringList& codingPath) {
-    return {DecodingError::Kind::TypeMismatch, QStringLiteral("Expected ") + expected + QLatin1Char('.'),
-            codingPath};
+DecodingError typeMismatch(const QString& expected) {
+    return {DecodingError::Kind::TypeMismatch, QStringLiteral("Expected ") + expected + QLatin1Char('.'), {}};
 }
 
-DecodingError keyNotFound(const QString& key, const QStringList& codingPath) {
+DecodingError keyNotFound(QStringView key) {
     return {DecodingError::Kind::KeyNotFound,
-            QStringLiteral("No value for the key ") + key + QLatin1Char('.'), codingPath};
+            QStringLiteral("No value for the key ") + key.toString() + QLatin1Char('.'),
+            {}};
+}
+
+QString indexKey(std::size_t index) {
+    return QStringLiteral("Index %1").arg(index);
+}
+
+DecodingError within(QStringView key, DecodingError error) {
+    error.codingPath.prepend(key.toString());
+    return error;
+}
+
+// The value for a key of an object, once all of the object has been read.
+template<typename Value>
+Decoded<Value> valueFor(QStringView key, std::optional<Decoded<Value>> read) {
+    if (!read) {
+        return keyNotFound(key);
+    }
+    if (auto* error = std::get_if<DecodingError>(&*read)) {
+        return within(key, std::move(*error));
+    }
+    return *std::move(read);
 }
 
 // Only the canonical form counts, in upper or lower case; QUuid alone would take braces and missing dashes.
@@ -43,63 +66,140 @@ std::optional<QUuid> uuid(const QString& text) {
     return QUuid::fromString(text);
 }
 
-Decoded<QString> decodeString(const QJsonObject& object, QLatin1StringView key,
-                              const QStringList& codingPath) {
-    const auto value = object.constFind(key);
-    if (value == object.constEnd()) {
-        return keyNotFound(key, codingPath);
+// Each of these reads one value of the text, whatever it is.
+
+Decoded<QString> readText(JsonReader& reader) {
+    if (reader.next() != JsonReader::Kind::String) {
+        reader.skip();
+        return typeMismatch(QStringLiteral("a string"));
     }
-    if (!value->isString()) {
-        return typeMismatch(QStringLiteral("a string"), codingPath + QStringList{key});
-    }
-    return value->toString();
+    return reader.string();
 }
 
-Decoded<QStringList> decodePaths(const QJsonObject& object, QLatin1StringView key,
-                                 const QStringList& codingPath) {
-    const auto value = object.constFind(key);
-    if (value == object.constEnd()) {
-        return keyNotFound(key, codingPath);
+Decoded<QUuid> readUuid(JsonReader& reader) {
+    auto text = readText(reader);
+    if (auto* error = std::get_if<DecodingError>(&text)) {
+        return std::move(*error);
     }
-    if (!value->isArray()) {
-        return typeMismatch(QStringLiteral("an array"), codingPath + QStringList{key});
+    const auto id = uuid(std::get<QString>(text));
+    return id ? Decoded<QUuid>(*id)
+              : DecodingError{DecodingError::Kind::DataCorrupted, QStringLiteral("Not a UUID."), {}};
+}
+
+template<typename List, typename Read>
+Decoded<List> readList(JsonReader& reader, Read readElement) {
+    if (reader.next() != JsonReader::Kind::Array) {
+        reader.skip();
+        return typeMismatch(QStringLiteral("an array"));
     }
-    const QJsonArray array = value->toArray();
-    QStringList paths;
-    paths.reserve(array.size());
-    for (const QJsonValue path : array) {
-        if (!path.isString()) {
-            return typeMismatch(QStringLiteral("a string"),
-                                codingPath + QStringList{key, QStringLiteral("Index %1").arg(paths.size())});
+    List list;
+    std::optional<DecodingError> failure;
+    reader.enterArray();
+    while (reader.nextElement()) {
+        if (failure) {
+            reader.skip();
+            continue;
         }
-        paths.append(path.toString());
+        auto element = readElement(reader);
+        if (auto* error = std::get_if<DecodingError>(&element)) {
+            failure = within(indexKey(static_cast<std::size_t>(list.size())), std::move(*error));
+        } else {
+            list.push_back(std::get<typename List::value_type>(std::move(element)));
+        }
     }
-    return paths;
+    if (failure) {
+        return *std::move(failure);
+    }
+    return list;
 }
 
-Decoded<Folder> decodeFolder(const QJsonValue& json, const QStringList& codingPath) {
-    if (!json.isObject()) {
-        return typeMismatch(QStringLiteral("an object"), codingPath);
+Decoded<Folder> readFolder(JsonReader& reader) {
+    if (reader.next() != JsonReader::Kind::Object) {
+        reader.skip();
+        return typeMismatch(QStringLiteral("an object"));
     }
-    const QJsonObject object = json.toObject();
-    const auto idText = decodeString(object, QLatin1StringView("id"), codingPath);
-    if (const auto* error = std::get_if<DecodingError>(&idText)) {
-        return *error;
+    std::optional<Decoded<QUuid>> id;
+    std::optional<Decoded<QString>> name;
+    std::optional<Decoded<QStringList>> apps;
+    reader.enterObject();
+    while (const auto key = reader.nextKey()) {
+        if (*key == idKey) {
+            id = readUuid(reader);
+        } else if (*key == nameKey) {
+            name = readText(reader);
+        } else if (*key == appsKey) {
+            apps = readList<QStringList>(reader, readText);
+        } else {
+            reader.skip();
+        }
     }
-    const auto id = uuid(std::get<QString>(idText));
-    if (!id) {
-        return DecodingError{DecodingError::Kind::DataCorrupted, QStringLiteral("Not a UUID."),
-                             codingPath + QStringList{QStringLiteral("id")}};
+    auto readId = valueFor(idKey, std::move(id));
+    auto readName = valueFor(nameKey, std::move(name));
+    auto readApps = valueFor(appsKey, std::move(apps));
+    for (auto* error : {std::get_if<DecodingError>(&readId), std::get_if<DecodingError>(&readName),
+                        std::get_if<DecodingError>(&readApps)}) {
+        if (error != nullptr) {
+            return std::move(*error);
+        }
     }
-    auto name = decodeString(object, QLatin1StringView("name"), codingPath);
-    if (const auto* error = std::get_if<DecodingError>(&name)) {
-        return *error;
+    return Folder{std::get<QUuid>(readId), std::get<QString>(std::move(readName)),
+                  std::get<QStringList>(std::move(readApps))};
+}
+
+// The object around a case's payload.
+template<typename Read>
+auto readPayload(JsonReader& reader, Read readValue) {
+    using Payload = decltype(readValue(reader));
+    if (reader.next() != JsonReader::Kind::Object) {
+        reader.skip();
+        return Payload(typeMismatch(QStringLiteral("an object")));
     }
-    auto apps = decodePaths(object, QLatin1StringView("apps"), codingPath);
-    if (const auto* error = std::get_if<DecodingError>(&apps)) {
-        return *error;
+    std::optional<Payload> payload;
+    reader.enterObject();
+    while (const auto key = reader.nextKey()) {
+        if (*key == payloadKey) {
+            payload = readValue(reader);
+        } else {
+            reader.skip();
+        }
     }
-    return Folder{*id, std::get<QString>(std::move(name)), std::get<QStringList>(std::move(apps))};
+    return valueFor(payloadKey, std::move(payload));
+}
+
+Decoded<LaunchItem> readItem(JsonReader& reader) {
+    if (reader.next() != JsonReader::Kind::Object) {
+        reader.skip();
+        return typeMismatch(QStringLiteral("an object"));
+    }
+    std::optional<Decoded<QString>> app;
+    std::optional<Decoded<Folder>> folder;
+    reader.enterObject();
+    while (const auto key = reader.nextKey()) {
+        if (*key == appKey) {
+            app = readPayload(reader, readText);
+        } else if (*key == folderKey) {
+            folder = readPayload(reader, readFolder);
+        } else {
+            reader.skip();
+        }
+    }
+    if (app.has_value() == folder.has_value()) {
+        return DecodingError{DecodingError::Kind::TypeMismatch,
+                             QStringLiteral("Invalid number of keys found, expected one."),
+                             {}};
+    }
+    if (app) {
+        auto path = valueFor(appKey, std::move(app));
+        if (auto* error = std::get_if<DecodingError>(&path)) {
+            return std::move(*error);
+        }
+        return LaunchItem::app(std::get<QString>(std::move(path)));
+    }
+    auto payload = valueFor(folderKey, std::move(folder));
+    if (auto* error = std::get_if<DecodingError>(&payload)) {
+        return std::move(*error);
+    }
+    return LaunchItem::folder(std::get<Folder>(std::move(payload)));
 }
 
 void appendFolder(QByteArray& json, const Folder& folder) {
@@ -129,67 +229,20 @@ void appendItem(QByteArray& json, const LaunchItem& item) {
 
 } // namespace
 
-Decoded<LaunchItem> decodeItem(const QJsonValue& json, const QStringList& codingPath) {
-    if (!json.isObject()) {
-        return typeMismatch(QStringLiteral("an object"), codingPath);
-    }
-    const QJsonObject object = json.toObject();
-    const bool hasApp = object.contains(appKey);
-    if (hasApp == object.contains(folderKey)) {
-        return DecodingError{DecodingError::Kind::TypeMismatch,
-                             QStringLiteral("Invalid number of keys found, expected one."), codingPath};
-    }
-    const QLatin1StringView key = hasApp ? appKey : folderKey;
-    const QJsonValue nested = object.value(key);
-    if (!nested.isObject()) {
-        return typeMismatch(QStringLiteral("an object"), codingPath + QStringList{key});
-    }
-    const QJsonObject payload = nested.toObject();
-    if (hasApp) {
-        auto path = decodeString(payload, payloadKey, codingPath + QStringList{key});
-        if (auto* error = std::get_if<DecodingError>(&path)) {
-            return std::move(*error);
-        }
-        return LaunchItem::app(std::get<QString>(std::move(path)));
-    }
-    if (!payload.contains(payloadKey)) {
-        return keyNotFound(payloadKey, codingPath + QStringList{key});
-    }
-    auto folder = decodeFolder(payload.value(payloadKey), codingPath + QStringList{key, payloadKey});
-    if (auto* error = std::get_if<DecodingError>(&folder)) {
-        return std::move(*error);
-    }
-    return LaunchItem::folder(std::get<Folder>(std::move(folder)));
+Decoded<LaunchItems> readItems(JsonReader& reader) {
+    return readList<LaunchItems>(reader, readItem);
 }
 
-Decoded<LaunchItems> decodeItems(const QJsonValue& json, const QStringList& codingPath) {
-    if (!json.isArray()) {
-        return typeMismatch(QStringLiteral("an array"), codingPath);
+Decoded<LaunchItems> decodeItems(QByteArrayView text) {
+    if (text.size() > largestLayoutText) {
+        return DecodingError{DecodingError::Kind::DataCorrupted, QStringLiteral("Too large."), {}};
     }
-    const QJsonArray array = json.toArray();
-    LaunchItems items;
-    items.reserve(static_cast<std::size_t>(array.size()));
-    for (const QJsonValue element : array) {
-        auto item = decodeItem(element, codingPath);
-        if (auto* error = std::get_if<DecodingError>(&item)) {
-            error->codingPath.insert(codingPath.size(), QStringLiteral("Index %1").arg(items.size()));
-            return std::move(*error);
-        }
-        items.push_back(std::get<LaunchItem>(std::move(item)));
+    JsonReader reader(text);
+    auto items = readItems(reader);
+    if (!reader.isAtEnd()) {
+        return DecodingError{DecodingError::Kind::DataCorrupted, QStringLiteral("Not JSON."), {}};
     }
     return items;
-}
-
-Decoded<LaunchItems> decodeItems(const QByteArray& text) {
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
-    if (error.error != QJsonParseError::NoError) {
-        return DecodingError{DecodingError::Kind::DataCorrupted, error.errorString(), {}};
-    }
-    if (!document.isArray()) {
-        return typeMismatch(QStringLiteral("an array"), {});
-    }
-    return decodeItems(QJsonValue(document.array()));
 }
 
 QByteArray encodeItem(const LaunchItem& item) {

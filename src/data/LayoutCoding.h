@@ -3,12 +3,14 @@
 #include "data/LaunchItem.h"
 
 #include <QByteArray>
-#include <QJsonValue>
+#include <QByteArrayView>
 #include <QString>
 #include <QStringList>
 #include <variant>
 
 namespace amberquill {
+
+class JsonReader;
 
 // Why a JSON text is not the value it should be.
 struct DecodingError {
@@ -24,14 +26,16 @@ struct DecodingError {
 template<typename Value>
 using Decoded = std::variant<Value, DecodingError>;
 
-// An item as JSON: {"app":{"_0":path}} or {"folder":{"_0":{"id":…,"name":…,"apps":[…]}}}.
-Decoded<LaunchItem> decodeItem(const QJsonValue& json, const QStringList& codingPath = {});
+// Larger texts are no layouts: a hundred thousand applications take some ten megabytes.
+inline constexpr qsizetype largestLayoutText = qsizetype{64} * 1024 * 1024;
 
-// A list of items; one bad item fails the whole.
-Decoded<LaunchItems> decodeItems(const QJsonValue& json, const QStringList& codingPath = {});
+// The private layout file's text: an array of items, {"app":{"_0":path}} or
+// {"folder":{"_0":{"id":…,"name":…,"apps":[…]}}}. Unknown keys are ignored, of a key that is there twice the
+// second counts, and one bad item fails the whole.
+Decoded<LaunchItems> decodeItems(QByteArrayView text);
 
-// The private layout file's text: an array of items. Nesting and size are bounded by the parser.
-Decoded<LaunchItems> decodeItems(const QByteArray& text);
+// The same for a list within another value: reads one value, whatever it is.
+Decoded<LaunchItems> readItems(JsonReader& reader);
 
 // Compact, keys in the order in which the fields are declared, every "/" escaped.
 QByteArray encodeItem(const LaunchItem& item);

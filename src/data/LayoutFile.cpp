@@ -1,0 +1,133 @@
+#include "data/LayoutFile.h"
+
+#include "data/IsoDate.h"
+#include "data/JsonReader.h"
+#include "data/LayoutCoding.h"
+#include "data/PrettyJson.h"
+
+#include <utility>
+
+namespace amberquill {
+
+namespace {
+
+void writeFolder(PrettyJson& json, const Folder& folder) {
+    json.beginObject();
+    json.key("apps");
+    json.beginArray();
+    for (const QString& path : folder.apps) {
+        json.string(path);
+    }
+    json.endArray();
+    json.key("id");
+    json.string(canonicalText(folder.id));
+    json.key("name");
+    json.string(folder.name);
+    json.endObject();
+}
+
+void writeItem(PrettyJson& json, const LaunchItem& item) {
+    json.beginObject();
+    json.key(item.isFolder() ? "folder" : "app");
+    json.beginObject();
+    json.key("_0");
+    if (const Folder* folder = item.asFolder()) {
+        writeFolder(json, *folder);
+    } else {
+        json.string(*item.asApp());
+    }
+    json.endObject();
+    json.endObject();
+}
+
+std::optional<QString> readText(JsonReader& reader) {
+    if (reader.next() != JsonReader::Kind::String) {
+        reader.skip();
+        return std::nullopt;
+    }
+    return reader.string();
+}
+
+std::optional<qint64> readInteger(JsonReader& reader) {
+    if (reader.next() != JsonReader::Kind::Number) {
+        reader.skip();
+        return std::nullopt;
+    }
+    return reader.integer();
+}
+
+std::optional<std::chrono::sys_seconds> readDate(JsonReader& reader) {
+    const auto text = readText(reader);
+    return text ? dateFromIsoText(*text) : std::nullopt;
+}
+
+std::optional<LaunchItems> readList(JsonReader& reader) {
+    auto items = readItems(reader);
+    auto* list = std::get_if<LaunchItems>(&items);
+    return list != nullptr ? std::optional(std::move(*list)) : std::nullopt;
+}
+
+} // namespace
+
+QByteArray encodeLayoutFile(const LayoutFile& file) {
+    PrettyJson json;
+    json.beginObject();
+    json.key("columns");
+    json.integer(file.columns);
+    json.key("exportedAt");
+    json.string(isoText(file.exportedAt));
+    json.key("format");
+    json.string(file.format);
+    json.key("items");
+    json.beginArray();
+    for (const LaunchItem& item : file.items) {
+        writeItem(json, item);
+    }
+    json.endArray();
+    json.key("rows");
+    json.integer(file.rows);
+    json.key("version");
+    json.integer(file.version);
+    json.endObject();
+    return json.text();
+}
+
+std::optional<LayoutFile> decodeLayoutFile(QByteArrayView text) {
+    if (text.size() > largestLayoutText) {
+        return std::nullopt;
+    }
+    JsonReader reader(text);
+    if (reader.next() != JsonReader::Kind::Object) {
+        return std::nullopt;
+    }
+    std::optional<QString> format;
+    std::optional<qint64> version;
+    std::optional<std::chrono::sys_seconds> exportedAt;
+    std::optional<qint64> columns;
+    std::optional<qint64> rows;
+    std::optional<LaunchItems> items;
+    reader.enterObject();
+    while (const auto key = reader.nextKey()) {
+        if (*key == u"format") {
+            format = readText(reader);
+        } else if (*key == u"version") {
+            version = readInteger(reader);
+        } else if (*key == u"exportedAt") {
+            exportedAt = readDate(reader);
+        } else if (*key == u"columns") {
+            columns = readInteger(reader);
+        } else if (*key == u"rows") {
+            rows = readInteger(reader);
+        } else if (*key == u"items") {
+            items = readList(reader);
+        } else {
+            reader.skip();
+        }
+    }
+    if (!reader.isAtEnd() || !format || !version || !exportedAt || !columns || !rows || !items) {
+        return std::nullopt;
+    }
+    return LayoutFile{*std::move(format), *version, *exportedAt, *columns, *rows, *std::move(items)};
+}
+
+} // namespace amberquill
