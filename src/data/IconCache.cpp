@@ -44,10 +44,23 @@ QImage IconCache::icon(const QString& path, int edge) {
     if (known != cache_.constEnd() && !known->isNull()) {
         return *known;
     }
-    if (known == cache_.constEnd()) {
-        request(key);
+    if (known != cache_.constEnd()) {
+        return placeholder(edge);
     }
-    return placeholder(edge);
+    request(key);
+    return standIn(key);
+}
+
+QImage IconCache::standIn(const Key& key) {
+    QImage best;
+    for (const int edge : edges_) {
+        const QImage image = cache_.value({key.path, edge});
+        // The next larger one, or else the largest.
+        if (!image.isNull() && best.width() < key.edge) {
+            best = image;
+        }
+    }
+    return best.isNull() ? placeholder(key.edge) : best;
 }
 
 bool IconCache::isKnown(const QString& path, int edge) const {
@@ -59,6 +72,7 @@ void IconCache::remember(const std::vector<KeptIcon>& icons) {
         const Key key{icon.path, icon.image.width()};
         if (!cache_.contains(key)) {
             cache_.insert(key, icon.image);
+            edges_.insert(key.edge);
             remembered_.insert(key);
         }
     }
@@ -119,6 +133,7 @@ void IconCache::take(const Key& key, const QImage& image) {
     // What looks the same stays, with all that was made of it.
     if (isNew || *known != image) {
         cache_.insert(key, image);
+        edges_.insert(key.edge);
         if (!isNew || !image.isNull()) {
             Q_EMIT arrived(key.path, key.edge);
         }

@@ -8,6 +8,7 @@
 #include <QSet>
 #include <QString>
 #include <QStringList>
+#include <set>
 #include <vector>
 
 namespace amberquill {
@@ -27,8 +28,9 @@ public:
     // Where icons come from; both outlive their use. Until this is called, every icon is the placeholder.
     void serveFrom(const ApplicationIcons* source, MainQueue* queue);
 
-    // The application's icon at `edge` × `edge` device pixels. Until it is decoded, and for an application
-    // that has none, the placeholder; `arrived` follows when a real one takes its place.
+    // The application's icon at `edge` × `edge` device pixels. Until it is decoded, the same icon of another
+    // size that is known, to be scaled; where there is none, and for an application that has no icon, the
+    // placeholder. `arrived` follows when the real one takes its place.
     QImage icon(const QString& path, int edge);
 
     // Whether the icon has been decoded, or is known not to exist.
@@ -65,12 +67,14 @@ private:
         return qHashMulti(seed, key.path, key.edge);
     }
 
+    [[nodiscard]] QImage standIn(const Key& key);
     void request(const Key& key);
     void take(const Key& key, const QImage& image);
 
     const ApplicationIcons* source_ = nullptr;
     MainQueue* queue_ = nullptr;
     QHash<Key, QImage> cache_; // null: known to have none
+    std::set<int> edges_;      // that have been asked for: few
     QHash<int, QImage> placeholders_;
     QSet<Key> underWay_;
     QSet<Key> remembered_; // still to be decoded

@@ -161,6 +161,21 @@ TEST_F(IconCacheTest, TheDecodedIconsOfSomeAppsAreGivenInOrder) {
     EXPECT_EQ(cache_.decoded({u"/c"_s, u"/a"_s, u"/none"_s}), expected);
 }
 
+TEST_F(IconCacheTest, TheIconOfTheNextLargerSizeStandsInUntilItIsDecoded) {
+    icons_.colours.insert(u"/a"_s, Qt::red);
+    for (const int edge : {16, 64, 256}) {
+        cache_.icon(u"/a"_s, edge);
+    }
+    queue_.runPosted();
+    EXPECT_EQ(cache_.icon(u"/a"_s, 60), filled(64, Qt::red));
+    EXPECT_EQ(cache_.icon(u"/a"_s, 100), filled(256, Qt::red));
+    EXPECT_EQ(cache_.icon(u"/a"_s, 512), filled(256, Qt::red)) << "or else the largest";
+    EXPECT_FALSE(cache_.isKnown(u"/a"_s, 60));
+    queue_.runPosted();
+    EXPECT_EQ(cache_.icon(u"/a"_s, 60), filled(60, Qt::red));
+    EXPECT_EQ(cache_.icon(u"/b"_s, 60), cache_.placeholder(60)) << "not another application's";
+}
+
 TEST_F(IconCacheTest, ThePlaceholderIsNeutralAndOfTheSizeAskedFor) {
     const QImage placeholder = cache_.placeholder(100);
     EXPECT_EQ(placeholder.size(), QSize(100, 100));
