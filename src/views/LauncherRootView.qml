@@ -83,6 +83,16 @@ ContentItem {
             }
         }
 
+        Text {
+            x: root.snapped(root.tiles.gridCenter.x - width / 2)
+            y: root.snapped(root.tiles.gridCenter.y - height / 2)
+            visible: root.launcher.findsNothing
+            color: Qt.rgba(1, 1, 1, 0.7)
+            font.pixelSize: 22
+            text: root.texts.noResults
+            textFormat: Text.PlainText
+        }
+
         FolderPanel {
             id: folderPanel
             anchors.fill: parent
@@ -127,7 +137,7 @@ ContentItem {
         PageDots {
             x: root.snapped((parent.width - width) / 2)
             y: parent.height - 26 - height
-            visible: !root.launcher.folderIsOpen
+            visible: !root.launcher.folderIsOpen && !root.launcher.isSearching
             count: root.launcher.pageCount
             current: root.launcher.page
             onSelected: page => root.launcher.turnToPage(page)

@@ -19,6 +19,11 @@ Item {
         outlineWidth: 1
     }
 
+    TapHandler {
+        gesturePolicy: TapHandler.ReleaseWithinBounds
+        onTapped: field.forceActiveFocus()
+    }
+
     SymbolTexture {
         id: glass
         x: 16
@@ -34,13 +39,16 @@ Item {
         objectName: "searchField"
         anchors.left: glass.right
         anchors.leftMargin: 8
-        anchors.right: parent.right
-        anchors.rightMargin: 16
+        anchors.right: clear.visible ? clear.left : parent.right
+        anchors.rightMargin: clear.visible ? 8 : 16
         anchors.verticalCenter: parent.verticalCenter
         color: "white"
         font.pixelSize: 16
         clip: true
+        focus: true
         selectByMouse: true
+        selectionColor: Qt.rgba(1, 1, 1, 0.35)
+        selectedTextColor: "white"
 
         onTextEdited: capsule.launcher.searchText = text
         onAccepted: capsule.launcher.launchFirstResult()
@@ -54,12 +62,44 @@ Item {
         field.text: capsule.launcher.searchText
     }
 
+    Connections {
+        target: capsule.launcher
+
+        function onFocusSearchTokenChanged() {
+            field.forceActiveFocus();
+        }
+    }
+
     Text {
         anchors.fill: field
-        visible: field.length === 0
+        visible: field.text === "" && field.preeditText === ""
         color: Qt.rgba(1, 1, 1, 0.55)
         font: field.font
+        elide: Text.ElideRight
         text: capsule.texts.search
         textFormat: Text.PlainText
+    }
+
+    SymbolTexture {
+        id: clear
+        objectName: "clearButton"
+        anchors.right: parent.right
+        anchors.rightMargin: 16
+        anchors.verticalCenter: parent.verticalCenter
+        width: 18
+        height: 18
+        visible: field.text !== ""
+        opacity: 0.7
+        name: "xmark.circle.fill"
+
+        Accessible.role: Accessible.Button
+        Accessible.name: capsule.texts.search
+        Accessible.onPressAction: capsule.launcher.searchText = ""
+
+        TapHandler {
+            margin: 8
+            gesturePolicy: TapHandler.ReleaseWithinBounds
+            onTapped: capsule.launcher.searchText = ""
+        }
     }
 }

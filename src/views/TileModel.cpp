@@ -93,6 +93,7 @@ std::vector<TileModel::Row> TileModel::rowsOf(const std::vector<int>& pages) con
                             .place = snapped(corner, devicePixelRatio()),
                             .pressed = id == model_.pressedID(),
                             .mergeTarget = id == model_.mergeTargetID(),
+                            .highlighted = index == 0 && model_.isSearching(),
                             .dragged = id == dragged});
         }
     }

@@ -15,10 +15,13 @@ class TileModel : public amberquill::TileRows {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
+    Q_PROPERTY(QPointF gridCenter READ gridCenter NOTIFY layoutChanged FINAL) // in the content's points
 
 public:
     // The model outlives its tiles.
     explicit TileModel(LauncherModel& model, QObject* parent = nullptr);
+
+    [[nodiscard]] QPointF gridCenter() const { return model_.metrics().gridRect().center(); }
 
 private:
     void refresh();
