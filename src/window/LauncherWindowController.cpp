@@ -118,6 +118,10 @@ void LauncherWindowController::open(const QString& path, const QString& token) {
 }
 
 bool LauncherWindowController::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == &window_ && event->type() == QEvent::Hide) {
+        // Whoever took it off the screen: no release of the pointer will come.
+        services_.model.willHide();
+    }
     if (watched != &window_ || !isShown_) {
         return QObject::eventFilter(watched, event);
     }

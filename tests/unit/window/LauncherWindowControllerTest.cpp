@@ -288,3 +288,81 @@ TEST_F(LauncherWindowControllerTest, ASwipeWithoutPhasesTurnsItsPageAfterAPauseB
     pass(0.5);
     EXPECT_EQ(model_->page(), 1);
 }
+
+namespace {
+
+// A hand on the launcher's mouse.
+class LauncherWindowDrag : public LauncherWindowControllerTest {
+protected:
+    void SetUp() override {
+        LauncherWindowControllerTest::SetUp();
+        shower_->show();
+        pass(0.5);
+        shower_->window().show();
+        QCoreApplication::processEvents(); // the content gets its size
+        ASSERT_EQ(model_->size(), QSizeF(shower_->window().size()));
+    }
+
+    void mouse(QEvent::Type type, const QPointF& place) {
+        const bool released = type == QEvent::MouseButtonRelease;
+        QMouseEvent event(type, place, place, place,
+                          type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
+                          released ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&shower_->window(), &event);
+    }
+
+    // Drags the first application over the third, until it is marked.
+    void dragOverThird() {
+        const QPointF from = model_->metrics().cellCenter(0);
+        const QPointF to = model_->metrics().cellCenter(2);
+        mouse(QEvent::MouseButtonPress, from);
+        mouse(QEvent::MouseMove, (from + to) / 2);
+        mouse(QEvent::MouseMove, to);
+        ASSERT_TRUE(model_->drag().has_value());
+        pass(0.25);
+        ASSERT_NE(model_->mergeTargetID(), QString());
+    }
+
+    void expectNoDrag() {
+        EXPECT_FALSE(model_->drag().has_value());
+        EXPECT_EQ(model_->mergeTargetID(), QString());
+        EXPECT_EQ(model_->pressedID(), QString());
+        EXPECT_EQ(model_->pendingKey(), QString());
+        EXPECT_EQ(model_->items().size(), 80U);
+    }
+};
+
+} // namespace
+
+TEST_F(LauncherWindowDrag, TheMouseDragsAnIconAndLetsItGo) {
+    dragOverThird();
+    mouse(QEvent::MouseButtonRelease, model_->metrics().cellCenter(2));
+    EXPECT_EQ(model_->items().size(), 79U);
+    EXPECT_FALSE(model_->drag().has_value());
+}
+
+TEST_F(LauncherWindowDrag, HidingEndsADragAndTheHandIsNotHeardUntilItPressesAnew) {
+    dragOverThird();
+    key(Qt::Key_Escape);
+    expectNoDrag();
+    mouse(QEvent::MouseMove, model_->metrics().cellCenter(4));
+    expectNoDrag();
+    mouse(QEvent::MouseButtonRelease, model_->metrics().cellCenter(4));
+    expectNoDrag();
+    pass(1);
+    expectNoDrag();
+    EXPECT_TRUE(opener_.opened.isEmpty());
+}
+
+TEST_F(LauncherWindowDrag, AWindowTakenFromTheScreenEndsADrag) {
+    dragOverThird();
+    shower_->window().hide();
+    expectNoDrag();
+}
+
+TEST_F(LauncherWindowDrag, AMouseTakenByAnotherItemEndsADrag) {
+    dragOverThird();
+    ASSERT_NE(shower_->window().mouseGrabberItem(), nullptr);
+    shower_->window().mouseGrabberItem()->ungrabMouse();
+    expectNoDrag();
+}
