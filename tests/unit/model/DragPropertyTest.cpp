@@ -331,7 +331,13 @@ private:
     }
 
     void search() {
-        // Nothing to search with yet.
+        static const QString texts[] = {u""_s, u" "_s, u"App"_s, u"1"_s, u"nothing"_s};
+        const QString& text = texts[oneIn(2) ? 0 : below(std::size(texts))];
+        note(u"search '%1'"_s.arg(text));
+        model_->setSearchText(text);
+        if (model_->isSearching() && model_->drag()) {
+            ++reached_[u"search during a drag"_s];
+        }
     }
 
     void rename() {
@@ -459,9 +465,10 @@ TEST_P(DragProperties, NothingIsLostAndNothingIsStuckWhateverTheHandDoes) {
             reached[event] += count;
         }
     }
-    for (const QString& event : {u"drag"_s, u"glide"_s, u"merged"_s, u"moved"_s, u"moved in a folder"_s,
-                                 u"pulled out"_s, u"folder dissolved"_s, u"marked"_s,
-                                 u"page turned by a drag"_s, u"taken away"_s, u"scan held back"_s}) {
+    for (const QString& event :
+         {u"drag"_s, u"glide"_s, u"merged"_s, u"moved"_s, u"moved in a folder"_s, u"pulled out"_s,
+          u"folder dissolved"_s, u"marked"_s, u"page turned by a drag"_s, u"taken away"_s,
+          u"scan held back"_s, u"search during a drag"_s}) {
         EXPECT_GT(reached[event], 20) << "the sequences hardly try: " << event.toStdString();
     }
 }

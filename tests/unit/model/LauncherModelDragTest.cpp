@@ -69,6 +69,23 @@ TEST_F(LauncherModelDrag, WhatIsGoneByThenIsNotDragged) {
     EXPECT_TRUE(controller_->hides.empty());
 }
 
+TEST_F(LauncherModelDrag, AResultOfASearchIsNeitherMovedNorLaunchedByADrag) {
+    LauncherModel& model = shownAs(appsTo(5));
+    model.setSearchText(u"App"_s);
+    queue_.runPosted();
+    ASSERT_EQ(model.displayedItems().size(), 5U);
+    press(iconAt(1));
+    EXPECT_EQ(model.pressedID(), id(2));
+    dragTo(iconAt(1), iconAt(3));
+    EXPECT_EQ(model.pressedID(), QString());
+    EXPECT_FALSE(isDragging());
+    release(iconAt(1), iconAt(3));
+    EXPECT_TRUE(controller_->hides.empty());
+    EXPECT_EQ(order(), "1 2 3 4 5");
+    tap(iconAt(1));
+    EXPECT_EQ(controller_->hides.size(), 1U);
+}
+
 TEST_F(LauncherModelDrag, ScrollingIsIgnoredDuringADrag) {
     LauncherModel& model = shownAs(appsTo(80));
     liftIcon(0);
@@ -157,6 +174,21 @@ TEST_F(LauncherModelDrag, ThePageTurnedToIsClampedToThePagesThereAreByThen) {
     model.merge(id(1), id(2)); // 70 items are left
     wait(0.65);
     EXPECT_EQ(model.page(), 1);
+}
+
+TEST_F(LauncherModelDrag, ASearchThatBeginsUnderTheHandLosesNothing) {
+    LauncherModel& model = shownAs(appsTo(80));
+    liftIcon(0);
+    pointTo(iconAt(3) + QPointF(70, 0));
+    model.setSearchText(u"App 7"_s);
+    wait(0.35);
+    drop();
+    wait(0.19);
+    EXPECT_FALSE(isDragging());
+    model.setSearchText({});
+    EXPECT_EQ(model.items().size(), 80U);
+    EXPECT_EQ(model.items()[3], app(1));
+    EXPECT_EQ(onDisk(), encodeItems(model.items()));
 }
 
 // --- Reordering

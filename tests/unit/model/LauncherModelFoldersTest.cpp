@@ -126,6 +126,26 @@ TEST_F(LauncherModelFolders, ANewFolderThatBeginsAPageShowsThatPage) {
     EXPECT_EQ(count.count(), 1);
 }
 
+TEST_F(LauncherModelFolders, ANewFolderEndsASearchFirst) {
+    LauncherModel& model = withFolder(67);
+    model.setSearchText(u"App 7"_s);
+    QSignalSpy text(&model, &LauncherModel::searchTextChanged);
+    model.newEmptyFolder();
+    EXPECT_EQ(text.count(), 1);
+    EXPECT_EQ(model.searchText(), QString());
+    EXPECT_EQ(model.page(), model.displayedPageCount() - 1);
+    EXPECT_TRUE(model.items().back().isFolder());
+    EXPECT_EQ(onDisk(), encodeItems(model.items()));
+}
+
+TEST_F(LauncherModelFolders, OpeningAFolderLeavesTheSearch) {
+    LauncherModel& model = withFolder();
+    model.setSearchText(u"App"_s);
+    model.openFolder(games_.id);
+    EXPECT_EQ(model.searchText(), u"App"_s);
+    EXPECT_TRUE(model.folderIsOpen());
+}
+
 TEST_F(LauncherModelFolders, EachNewFolderHasAnIdOfItsOwn) {
     LauncherModel& model = withFolder();
     model.newEmptyFolder();
