@@ -6,6 +6,7 @@ import Amberquill.Views
 // The open folder's name, to be edited in place.
 TextInput {
     id: field
+    objectName: "folderTitle"
 
     required property FolderTiles folder
 
