@@ -150,6 +150,9 @@ public:
     // The gesture was taken away: it is no tap, a drag ends where it is, and what is still told of it is not
     // heard.
     void pointerCancelled();
+    // What a tap on the tile of this identity does, on the page or in the open folder: for who does not use a
+    // pointer.
+    Q_INVOKABLE void activate(const QString& id);
 
     // --- Folders
 

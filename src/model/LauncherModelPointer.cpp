@@ -62,6 +62,19 @@ void LauncherModel::pointerCancelled() {
     setPressedID({});
 }
 
+void LauncherModel::activate(const QString& id) {
+    const Folder* open = openFolderID_ ? folder(*openFolderID_) : nullptr;
+    if (open == nullptr) {
+        handleTap({Hit::GridItem{id}});
+        return;
+    }
+    const auto path = std::find_if(open->apps.begin(), open->apps.end(),
+                                   [&id](const QString& each) { return LaunchItem::app(each).id() == id; });
+    if (path != open->apps.end()) {
+        handleTap({Hit::FolderItem{*path}});
+    }
+}
+
 void LauncherModel::handleTap(const Hit& hit) {
     if (const auto* tile = std::get_if<Hit::GridItem>(&hit.what)) {
         const LaunchItems& items = displayedItems();

@@ -56,6 +56,7 @@ Item {
 
         IconTile {
             tiles: panel.folder
+            onActivated: id => panel.launcher.activate(id)
         }
     }
 

@@ -7,7 +7,9 @@ import Amberquill.Views
 Item {
     id: tile
 
+    required property string itemId
     required property string name
+    required property string spokenName
     required property string path
     required property var appPaths
     required property bool isFolder
@@ -20,7 +22,7 @@ Item {
 
     readonly property double brightness: pressed ? -0.3 : 0
 
-    signal activated
+    signal activated(id: string)
 
     x: motion.value.x
     y: motion.value.y
@@ -29,8 +31,9 @@ Item {
     opacity: dragged ? 0 : 1
 
     Accessible.role: Accessible.Button
-    Accessible.name: name
-    Accessible.onPressAction: activated()
+    Accessible.name: spokenName
+    Accessible.ignored: dragged
+    Accessible.onPressAction: activated(itemId)
 
     AnimatedPoint {
         id: motion

@@ -79,6 +79,7 @@ ContentItem {
 
                 IconTile {
                     tiles: root.tiles
+                    onActivated: id => root.launcher.activate(id)
                 }
             }
         }
@@ -140,6 +141,7 @@ ContentItem {
             visible: !root.launcher.folderIsOpen && !root.launcher.isSearching
             count: root.launcher.pageCount
             current: root.launcher.page
+            texts: root.texts
             onSelected: page => root.launcher.turnToPage(page)
         }
 

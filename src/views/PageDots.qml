@@ -9,6 +9,7 @@ Row {
 
     required property int count
     required property int current
+    required property ViewTexts texts
 
     signal selected(int page)
 
@@ -26,7 +27,7 @@ Row {
             height: 18
 
             Accessible.role: Accessible.PageTab
-            Accessible.name: index + 1
+            Accessible.name: dots.texts.page(index + 1, dots.count)
             Accessible.onPressAction: dots.selected(index)
 
             RoundedShape {

@@ -93,7 +93,7 @@ Item {
         name: "xmark.circle.fill"
 
         Accessible.role: Accessible.Button
-        Accessible.name: capsule.texts.search
+        Accessible.name: capsule.texts.clear
         Accessible.onPressAction: capsule.launcher.searchText = ""
 
         TapHandler {

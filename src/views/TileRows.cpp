@@ -1,5 +1,7 @@
 #include "views/TileRows.h"
 
+#include "localization/SpokenTexts.h"
+
 namespace amberquill {
 
 int TileRows::rowCount(const QModelIndex& parent) const {
@@ -17,6 +19,8 @@ QVariant TileRows::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
     case NameRole:
         return row.name;
+    case SpokenNameRole:
+        return row.item.isFolder() ? spokenFolder(row.name, row.item.asFolder()->apps.size()) : row.name;
     case PathRole:
         return row.item.isFolder() ? QString() : *row.item.asApp();
     case AppPathsRole:
@@ -41,6 +45,7 @@ QVariant TileRows::data(const QModelIndex& index, int role) const {
 QHash<int, QByteArray> TileRows::roleNames() const {
     return {{ItemIdRole, "itemId"},
             {NameRole, "name"},
+            {SpokenNameRole, "spokenName"},
             {PathRole, "path"},
             {AppPathsRole, "appPaths"},
             {IsFolderRole, "isFolder"},

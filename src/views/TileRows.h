@@ -25,8 +25,9 @@ public:
     enum Role {
         ItemIdRole = Qt::UserRole,
         NameRole,
-        PathRole,     // of an application; empty for a folder
-        AppPathsRole, // of a folder's applications
+        SpokenNameRole, // for a screen reader
+        PathRole,       // of an application; empty for a folder
+        AppPathsRole,   // of a folder's applications
         IsFolderRole,
         PlaceRole, // of the tile's top left corner, in points
         PressedRole,

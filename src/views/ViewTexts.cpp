@@ -1,11 +1,20 @@
 #include "views/ViewTexts.h"
 
 #include "localization/L.h"
+#include "localization/SpokenTexts.h"
 
 namespace amberquill {
 
 QString ViewTexts::search() {
     return L::search();
+}
+
+QString ViewTexts::clear() {
+    return spokenClear();
+}
+
+QString ViewTexts::page(int number, int count) {
+    return spokenPage(number, count);
 }
 
 QString ViewTexts::noResults() {

@@ -12,6 +12,7 @@ class ViewTexts : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
     Q_PROPERTY(QString search READ search NOTIFY changed FINAL)
+    Q_PROPERTY(QString clear READ clear NOTIFY changed FINAL)
     Q_PROPERTY(QString noResults READ noResults NOTIFY changed FINAL)
     Q_PROPERTY(QString emptyFolder READ emptyFolder NOTIFY changed FINAL)
     Q_PROPERTY(QString newFolder READ newFolder NOTIFY changed FINAL)
@@ -21,6 +22,7 @@ public:
     using QObject::QObject;
 
     [[nodiscard]] static QString search();
+    [[nodiscard]] static QString clear();
     [[nodiscard]] static QString noResults();
     [[nodiscard]] static QString emptyFolder();
     [[nodiscard]] static QString newFolder();
@@ -28,6 +30,8 @@ public:
 
     // The interface language has changed: every text is read anew.
     void retranslate() { Q_EMIT changed(); }
+
+    Q_INVOKABLE [[nodiscard]] static QString page(int number, int count);
 
 Q_SIGNALS:
     void changed();

@@ -121,3 +121,24 @@ TEST_F(LauncherModelPointer, WithoutAWindowTapsDoNothing) {
     tap({5, 5});
     EXPECT_EQ(model.pressedID(), QString());
 }
+
+TEST_F(LauncherModelPointer, WhoUsesNoPointerActivatesATileByItsIdentity) {
+    LauncherModel& model = shownWith(3);
+    model.activate(LaunchItem::app(path(2)).id());
+    EXPECT_EQ(controller_->hides, std::vector<std::optional<QString>>{path(2)});
+    model.activate(u"a:/nowhere"_s);
+    EXPECT_EQ(controller_->hides.size(), 1U);
+}
+
+TEST_F(LauncherModelPointer, WithAFolderOpenOnlyItsTilesAreActivated) {
+    const QUuid id = QUuid::createUuid();
+    files_.addFile(layoutPath, encodeItems({LaunchItem::folder({id, u"F"_s, {path(1), path(2)}}),
+                                            LaunchItem::app(path(3))}));
+    LauncherModel& model = shownWith(3);
+    model.activate(LaunchItem::folder({id, {}, {}}).id());
+    ASSERT_EQ(model.openFolderID(), id);
+    model.activate(LaunchItem::app(path(3)).id());
+    EXPECT_TRUE(controller_->hides.empty());
+    model.activate(LaunchItem::app(path(2)).id());
+    EXPECT_EQ(controller_->hides, std::vector<std::optional<QString>>{path(2)});
+}
