@@ -87,6 +87,18 @@ class X11Session(Session):
         self.move_pointer(x, y)
         self.run("xdotool", "click", button)
 
+    def take(self, x, y):
+        """Presses the button there and moves a little, as a hand that begins to drag."""
+        self.move_pointer(x, y)
+        self.run("xdotool", "mousedown", 1)
+        self.drag_to(x + 8, y + 3)
+
+    def drag_to(self, x, y):
+        self.run("xdotool", "mousemove", x, y)
+
+    def drop(self):
+        self.run("xdotool", "mouseup", 1)
+
     def wheel(self, notches, horizontal=False):
         """Turns the wheel under the pointer: down or right for positive numbers."""
         forward, back = (7, 6) if horizontal else (5, 4)

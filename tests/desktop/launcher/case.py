@@ -36,6 +36,13 @@ class LauncherTestCase(DesktopTestCase):
     def layout_file(self):
         return self.session.data / "Amberquill" / "layout.json"
 
+    def items(self):
+        """What the layout file holds: paths, and for each folder the list of its paths."""
+        return [
+            item["app"]["_0"] if "app" in item else item["folder"]["_0"]["apps"]
+            for item in json.loads(self.layout_file.read_bytes())
+        ]
+
     def layout(self):
         """The paths of the applications in the layout file, in order. It holds no folders here."""
         return paths_in(self.layout_file.read_bytes())

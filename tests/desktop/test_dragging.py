@@ -1,0 +1,114 @@
+import json
+
+from harness import until
+from harness.picture import is_near
+from launcher.case import is_shown
+from launcher.on_x11 import OnX11
+
+
+class Dragging(OnX11):
+    """Icons are dragged by a real pointer, at the pace of a hand."""
+
+    def setUp(self):
+        self.begin_session(1920, 1080)
+        self.made = self.applications.add_many()
+
+    def paths(self, *numbers):
+        return [str(self.made[number].path) for number in numbers]
+
+    def icon(self, slot):
+        return tuple(round(part) for part in self.grid.icon_centre(slot))
+
+    def take(self, slot):
+        """Takes the icon in that place by its middle."""
+        self.session.take(*self.icon(slot))
+        until(lambda: not self.is_in_place(slot, self.made[slot]), "the empty cell")
+
+    def is_in_place(self, slot, application):
+        return is_shown(self.session.screenshot(), self.grid, slot, application.colour)
+
+    def expect_in_place(self, slot, application):
+        until(lambda: self.is_in_place(slot, application), f"{application.name} in place {slot}")
+
+    def place_of(self, application):
+        """The middle of what has the application's colour, or None."""
+        picture = self.session.screenshot()
+        points = [
+            (x, y)
+            for x in range(0, self.session.width, 6)
+            for y in range(0, self.session.height, 6)
+            if is_near(picture.at(x, y), application.colour, 3)
+        ]
+        if len(points) < 20:
+            return None
+        return tuple(round(sum(part) / len(points)) for part in zip(*points))
+
+    def test_an_icon_that_rests_between_others_makes_room_and_stays_there(self):
+        launcher = self.begin_shown_launcher(self.made)
+        self.take(3)
+        x, y = self.icon(5)
+        self.session.drag_to(x + round(self.grid.icon_size * 0.7), y)
+        self.expect_in_place(3, self.made[4])
+        self.expect_in_place(4, self.made[5])
+        self.session.drop()
+        self.expect_in_place(5, self.made[3])
+        self.end_launcher(launcher)
+        self.assertEqual(self.items()[:7], self.paths(0, 1, 2, 4, 5, 3, 6))
+
+    def test_an_icon_dropped_on_another_makes_a_folder_that_opens(self):
+        launcher = self.begin_shown_launcher(self.made)
+        self.take(3)
+        self.session.drag_to(*self.icon(10))
+        self.session.drop()
+        until(lambda: self.place_of(self.made[3]) and not self.is_in_place(3, self.made[3]), "the open folder")
+        until(lambda: self.place_of(self.made[10]), "its first application")
+        self.session.press("Escape")
+        self.expect_in_place(3, self.made[4])
+        self.end_launcher(launcher)
+        self.assertEqual(self.items()[9], self.paths(10, 3))
+        self.assertEqual(self.items()[:4], self.paths(0, 1, 2, 4))
+
+    def test_an_icon_held_at_the_edge_goes_on_to_the_next_page(self):
+        launcher = self.begin_shown_launcher(self.made)
+        self.take(3)
+        edge = self.session.width - 10, round(self.session.height / 2)
+        self.session.drag_to(*edge)
+        until(lambda: self.is_in_place(1, self.made[36]), "page 2")
+        x, y = self.icon(2)
+        self.session.drag_to(x + round(self.grid.icon_size * 0.7), y)
+        self.expect_in_place(1, self.made[37])
+        self.session.drop()
+        self.expect_in_place(2, self.made[3])
+        self.end_launcher(launcher)
+        numbers = [number for number in range(38) if number != 3]
+        self.assertEqual(self.items()[:38], self.paths(*numbers, 3))
+
+    def test_an_application_dragged_out_of_its_folder_is_on_the_page_again(self):
+        paths = self.paths(*range(len(self.made)))
+        folder = {"id": "3F2504E0-4F89-11D3-9A0C-0305E82C3301", "name": "Folder", "apps": paths[:3]}
+        self.layout_file.parent.mkdir(parents=True)
+        self.layout_file.write_text(
+            json.dumps([{"folder": {"_0": folder}}] + [{"app": {"_0": path}} for path in paths[3:]])
+        )
+        launcher = self.begin_launcher()
+        until(lambda: self.is_in_place(1, self.made[3]), "the launcher")
+        self.click_icon(0)
+        until(lambda: (self.place_of(self.made[1]) or (0, 0))[1] > self.icon(0)[1] + 100, "the open folder")
+        resting = None
+
+        def rests():
+            nonlocal resting
+            before, resting = resting, self.place_of(self.made[1])
+            return before == resting
+
+        until(rests, "the panel at rest")
+        self.session.take(*resting)
+        x, y = self.icon(29)
+        self.session.drag_to(x, y + 30)
+        self.session.drag_to(x + round(self.grid.icon_size * 0.7), y)
+        self.expect_in_place(28, self.made[30])
+        self.session.drop()
+        self.expect_in_place(29, self.made[1])
+        self.end_launcher(launcher)
+        self.assertEqual(self.items()[0], self.paths(0, 2))
+        self.assertEqual(self.items()[29], self.paths(1)[0])
