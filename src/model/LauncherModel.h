@@ -232,6 +232,7 @@ private:
     void hideThenOpen(const std::optional<QString>& path);
     const NameOrder& nameOrder();
 
+    void expectDraggedAt(const QPointF& point);
     void beginDrag(const QPointF& pointer);
     void updateDrag(const QPointF& pointer);
     void updateFolderDrag(const QUuid& folderID, const QPointF& pointer);
@@ -248,6 +249,7 @@ private:
     [[nodiscard]] std::optional<QString> groupCandidate(const DragInfo& drag, const QPointF& pointer);
     [[nodiscard]] std::optional<QPointF> landing(const DragInfo& drag);
     [[nodiscard]] std::optional<std::size_t> draggedIndex(const QString& id);
+    [[nodiscard]] std::optional<std::size_t> placeOf(const QString& id, RememberedPlace& remembered) const;
     [[nodiscard]] const Folder* draggedFrom(const QUuid& folderID);
     [[nodiscard]] std::optional<std::size_t> indexInFolder(const Folder& folder, const QString& path);
 

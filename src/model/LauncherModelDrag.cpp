@@ -107,9 +107,10 @@ void LauncherModel::schedule(const DragIntent& intent) {
         wait([this, place] { turnToPage(static_cast<int>(place)); });
         break;
     case DragIntent::Kind::MarkTarget:
-        wait([this, id = items_[place].id()] {
+        wait([this, place, id = items_[place].id()] {
             if (mergeTargetID_ != id) {
                 setMergeTarget(id);
+                targetPlace_.expectAt(place);
             }
         });
         break;
@@ -216,7 +217,6 @@ std::optional<QPointF> LauncherModel::landing(const DragInfo& drag) {
 }
 
 PageDrag LauncherModel::pageDrag(const DragInfo& drag) {
-    const auto findTarget = [this] { return LayoutEdits::indexOf(items_, mergeTargetID_); };
     return {.items = items_,
             .metrics = metrics(),
             .page = page_,
@@ -224,20 +224,34 @@ PageDrag LauncherModel::pageDrag(const DragInfo& drag) {
             .dragsFolder = drag.item.isFolder(),
             .grabOffset = drag.grabOffset,
             .dragged = draggedIndex(drag.id),
-            .target = mergeTargetID_.isEmpty() ? std::nullopt : targetPlace_.in(layoutVersion_, findTarget)};
+            .target = mergeTargetID_.isEmpty() ? std::nullopt : placeOf(mergeTargetID_, targetPlace_)};
 }
 
 std::optional<std::size_t> LauncherModel::draggedIndex(const QString& id) {
-    return draggedPlace_.in(layoutVersion_, [&] { return LayoutEdits::indexOf(items_, id); });
+    return placeOf(id, draggedPlace_);
+}
+
+std::optional<std::size_t> LauncherModel::placeOf(const QString& id, RememberedPlace& remembered) const {
+    return remembered.in(
+        layoutVersion_, [&](std::size_t place) { return place < items_.size() && items_[place].hasId(id); },
+        [&] { return LayoutEdits::indexOf(items_, id); });
 }
 
 const Folder* LauncherModel::draggedFrom(const QUuid& folderID) {
-    const auto index = folderPlace_.in(layoutVersion_, [&] { return folderIndex(folderID); });
+    const auto isAt = [&](std::size_t place) {
+        const Folder* there = place < items_.size() ? items_[place].asFolder() : nullptr;
+        return there != nullptr && there->id == folderID;
+    };
+    const auto index = folderPlace_.in(layoutVersion_, isAt, [&] { return folderIndex(folderID); });
     return index ? items_[*index].asFolder() : nullptr;
 }
 
 std::optional<std::size_t> LauncherModel::indexInFolder(const Folder& folder, const QString& path) {
-    return appPlace_.in(layoutVersion_, [&] {
+    const auto isAt = [&](std::size_t place) {
+        const auto index = static_cast<qsizetype>(place);
+        return index < folder.apps.size() && folder.apps[index] == path;
+    };
+    return appPlace_.in(layoutVersion_, isAt, [&] {
         const qsizetype index = folder.apps.indexOf(path);
         return index < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(index));
     });

@@ -19,6 +19,7 @@ constexpr double newFolderOpensAfter = 0.3; // seconds
 void LauncherModel::move(const QString& id, std::size_t to) {
     const auto from = LayoutEdits::indexOf(items_, id);
     if (from && *from != to && to < items_.size()) {
+        draggedPlace_.expectAt(to);
         withAnimation(motion::move,
                       [&] { editItems([&](LaunchItems& items) { LayoutEdits::move(items, *from, to); }); });
     }
@@ -33,6 +34,7 @@ void LauncherModel::moveInFolder(const QUuid& folderID, const QString& path, std
     const qsizetype from = apps.indexOf(path);
     const auto place = static_cast<qsizetype>(to);
     if (from >= 0 && from != place && place < apps.size()) {
+        appPlace_.expectAt(to);
         withAnimation(motion::move, [&] {
             editItems([&](LaunchItems& items) { LayoutEdits::moveInFolder(items, *folder, from, place); });
         });
@@ -48,6 +50,7 @@ void LauncherModel::pullOut(const QString& path, const QUuid& folderID) {
     withAnimation(motion::pullOut, [&] {
         setOpenFolderID(std::nullopt);
         editItems([&](LaunchItems& items) { place = LayoutEdits::pullOut(items, *folder, path); });
+        draggedPlace_.expectAt(place);
         if (drag_) {
             DragInfo onPage = *drag_;
             onPage.fromFolder.reset();

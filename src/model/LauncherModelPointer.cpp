@@ -23,6 +23,7 @@ void LauncherModel::pointerChanged(const PointerGesture& gesture) {
         pointerHit_ = hitTest(gesture.startLocation);
         if (const auto* item = std::get_if<Hit::GridItem>(&pointerHit_->what)) {
             setPressedID(item->id);
+            expectDraggedAt(gesture.startLocation);
         } else if (const auto* app = std::get_if<Hit::FolderItem>(&pointerHit_->what)) {
             setPressedID(appItemId(app->path));
         }
@@ -37,6 +38,15 @@ void LauncherModel::pointerChanged(const PointerGesture& gesture) {
     if (drag_ && !drag_->dropping) {
         tracker_.setLocation(gesture.location);
         updateDrag(gesture.location);
+    }
+}
+
+void LauncherModel::expectDraggedAt(const QPointF& point) {
+    const GridMetrics grid = metrics();
+    if (const auto slot = grid.slotAt(point - QPointF(scrollOffset_, 0))) {
+        draggedPlace_.expectAt(static_cast<std::size_t>(page_) *
+                                   static_cast<std::size_t>(grid.slotsPerPage()) +
+                               static_cast<std::size_t>(*slot));
     }
 }
 

@@ -4,35 +4,69 @@
 
 using namespace amberquill;
 
-TEST(RememberedPlace, IsLookedForOncePerVersionOfTheLayout) {
-    RememberedPlace place;
-    int looks = 0;
-    const auto find = [&looks]() -> std::optional<std::size_t> {
-        ++looks;
-        return 7;
-    };
-    EXPECT_EQ(place.in(1, find), 7U);
-    EXPECT_EQ(place.in(1, find), 7U);
-    EXPECT_EQ(looks, 1);
-    EXPECT_EQ(place.in(2, find), 7U);
-    EXPECT_EQ(looks, 2);
+namespace {
+
+// Something that stands somewhere, and how often it is searched for.
+class RememberedPlaceTest : public testing::Test {
+protected:
+    std::optional<std::size_t> look(unsigned version) {
+        return place_.in(
+            version, [this](std::size_t place) { return place == standsAt_; },
+            [this] {
+                ++searches_;
+                return standsAt_;
+            });
+    }
+
+    RememberedPlace place_;
+    std::optional<std::size_t> standsAt_ = 7;
+    int searches_ = 0;
+};
+
+} // namespace
+
+TEST_F(RememberedPlaceTest, IsSearchedForOnce) {
+    EXPECT_EQ(look(1), 7U);
+    EXPECT_EQ(look(1), 7U);
+    EXPECT_EQ(searches_, 1);
 }
 
-TEST(RememberedPlace, ThatThereIsNoneIsRememberedToo) {
-    RememberedPlace place;
-    int looks = 0;
-    const auto find = [&looks]() -> std::optional<std::size_t> {
-        ++looks;
-        return std::nullopt;
-    };
-    EXPECT_EQ(place.in(0, find), std::nullopt);
-    EXPECT_EQ(place.in(0, find), std::nullopt);
-    EXPECT_EQ(looks, 1);
+TEST_F(RememberedPlaceTest, StandingWhereItStoodItIsNotSearchedForAfterAChange) {
+    look(1);
+    EXPECT_EQ(look(2), 7U);
+    EXPECT_EQ(searches_, 1);
 }
 
-TEST(RememberedPlace, ForgottenItIsLookedForAgain) {
-    RememberedPlace place;
-    place.in(0, [] { return std::optional<std::size_t>(1); });
-    place.forget();
-    EXPECT_EQ(place.in(0, [] { return std::optional<std::size_t>(2); }), 2U);
+TEST_F(RememberedPlaceTest, StandingElsewhereItIsSearchedForAfterAChange) {
+    look(1);
+    standsAt_ = 3;
+    EXPECT_EQ(look(2), 3U);
+    EXPECT_EQ(searches_, 2);
+}
+
+TEST_F(RememberedPlaceTest, ThatThereIsNoneIsRememberedToo) {
+    standsAt_.reset();
+    EXPECT_EQ(look(0), std::nullopt);
+    EXPECT_EQ(look(0), std::nullopt);
+    EXPECT_EQ(searches_, 1);
+    look(1);
+    EXPECT_EQ(searches_, 2);
+}
+
+TEST_F(RememberedPlaceTest, WhereItIsExpectedIsLookedAtFirst) {
+    look(0);
+    standsAt_ = 9;
+    place_.expectAt(9);
+    EXPECT_EQ(look(0), 9U);
+    EXPECT_EQ(searches_, 1);
+    place_.expectAt(8);
+    EXPECT_EQ(look(0), 9U) << "an expectation may be wrong";
+    EXPECT_EQ(searches_, 2);
+}
+
+TEST_F(RememberedPlaceTest, ForgottenItIsSearchedForAgain) {
+    look(0);
+    place_.forget();
+    EXPECT_EQ(look(0), 7U);
+    EXPECT_EQ(searches_, 2);
 }
