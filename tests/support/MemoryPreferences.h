@@ -19,10 +19,16 @@ public:
     [[nodiscard]] std::optional<QString> string(const QString& key) const override {
         return read<QString>(key, QMetaType::QString);
     }
+    [[nodiscard]] std::optional<QStringList> stringList(const QString& key) const override {
+        return read<QStringList>(key, QMetaType::QStringList);
+    }
+    [[nodiscard]] bool contains(const QString& key) const { return values_.contains(key); }
 
     void setInteger(const QString& key, int value) override { values_.insert(key, value); }
     void setBoolean(const QString& key, bool value) override { values_.insert(key, value); }
     void setString(const QString& key, const QString& value) override { values_.insert(key, value); }
+    void setStringList(const QString& key, const QStringList& value) override { values_.insert(key, value); }
+    void remove(const QString& key) override { values_.remove(key); }
 
 private:
     template<typename Value>

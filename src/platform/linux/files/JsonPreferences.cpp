@@ -1,5 +1,6 @@
 #include "platform/linux/files/JsonPreferences.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <cmath>
 #include <limits>
@@ -29,6 +30,7 @@ JsonPreferences::JsonPreferences(FileSystem& files, QString path)
     if (auto object = readObject(files_, path_)) {
         values_ = *std::move(object);
         isOurs_ = true;
+        isWritten_ = true;
     }
 }
 
@@ -52,6 +54,21 @@ std::optional<QString> JsonPreferences::string(const QString& key) const {
     return value.isString() ? std::optional(value.toString()) : std::nullopt;
 }
 
+std::optional<QStringList> JsonPreferences::stringList(const QString& key) const {
+    const QJsonValue value = values_.value(key);
+    if (!value.isArray()) {
+        return std::nullopt;
+    }
+    QStringList texts;
+    for (const QJsonValue text : value.toArray()) {
+        if (!text.isString()) {
+            return std::nullopt;
+        }
+        texts.append(text.toString());
+    }
+    return texts;
+}
+
 void JsonPreferences::setInteger(const QString& key, int value) {
     set(key, value);
 }
@@ -64,14 +81,31 @@ void JsonPreferences::setString(const QString& key, const QString& value) {
     set(key, value);
 }
 
+void JsonPreferences::setStringList(const QString& key, const QStringList& value) {
+    set(key, QJsonArray::fromStringList(value));
+}
+
+void JsonPreferences::remove(const QString& key) {
+    if (values_.contains(key)) {
+        values_.remove(key);
+        write();
+    }
+}
+
 void JsonPreferences::set(const QString& key, const QJsonValue& value) {
+    if (isWritten_ && values_.value(key) == value) {
+        return;
+    }
     values_.insert(key, value);
+    write();
+}
+
+void JsonPreferences::write() {
     if (!isOurs_) {
         files_.setAside(path_); // false where there is none, the usual case
     }
-    if (files_.writeAtomically(path_, QJsonDocument(values_).toJson())) {
-        isOurs_ = true;
-    }
+    isWritten_ = files_.writeAtomically(path_, QJsonDocument(values_).toJson());
+    isOurs_ = isOurs_ || isWritten_;
 }
 
 } // namespace amberquill::desktop

@@ -151,3 +151,42 @@ TEST_F(JsonPreferencesTest, OnTheDiskTheFolderIsMadeAndTheBrokenFileStaysBeside)
     JsonPreferences(files, tree.path("Amberquill/preferences.json")).setInteger(u"i"_s, 1);
     EXPECT_EQ(tree.read("Amberquill/preferences.json.unreadable-1"), "{");
 }
+
+TEST_F(JsonPreferencesTest, AListOfTextsIsReadAsOneAndAnythingElseAsAbsent) {
+    const JsonPreferences preferences =
+        preferencesOf(R"({"texts": ["ja", "en"], "none": [], "mixed": ["ja", 1], "text": "ja"})");
+    EXPECT_EQ(preferences.stringList(u"texts"_s), (QStringList{u"ja"_s, u"en"_s}));
+    EXPECT_EQ(preferences.stringList(u"none"_s), QStringList());
+    for (const QString& key : {u"mixed"_s, u"text"_s, u"missing"_s}) {
+        EXPECT_EQ(preferences.stringList(key), std::nullopt) << key.toStdString();
+    }
+}
+
+TEST_F(JsonPreferencesTest, AListIsWrittenAndAKeyThatIsRemovedIsGoneFromTheFile) {
+    JsonPreferences preferences = preferencesOf(R"({"other": 1})");
+    preferences.setStringList(u"list"_s, {u"ja"_s});
+    EXPECT_EQ(written(), (QJsonObject{{u"other"_s, 1}, {u"list"_s, QJsonArray{u"ja"_s}}}));
+    preferences.remove(u"list"_s);
+    EXPECT_EQ(written(), (QJsonObject{{u"other"_s, 1}}));
+    EXPECT_EQ(preferences.stringList(u"list"_s), std::nullopt);
+}
+
+TEST_F(JsonPreferencesTest, WhatTheFileHoldsAlreadyIsNotWrittenAgain) {
+    JsonPreferences preferences = preferencesOf(R"({"i": 1, "s": "x", "list": ["a"]})");
+    preferences.setInteger(u"i"_s, 1);
+    preferences.setString(u"s"_s, u"x"_s);
+    preferences.setStringList(u"list"_s, {u"a"_s});
+    preferences.remove(u"missing"_s);
+    EXPECT_EQ(files_.writes(), 0);
+    preferences.setInteger(u"i"_s, 2);
+    EXPECT_EQ(files_.writes(), 1);
+}
+
+TEST_F(JsonPreferencesTest, AValueThatCouldNotBeWrittenIsTriedAgain) {
+    JsonPreferences preferences = preferencesOf(R"({"i": 1})");
+    files_.refuseWrites(true);
+    preferences.setInteger(u"i"_s, 2);
+    files_.refuseWrites(false);
+    preferences.setInteger(u"i"_s, 2);
+    EXPECT_EQ(written(), (QJsonObject{{u"i"_s, 2}}));
+}
