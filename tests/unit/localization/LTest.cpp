@@ -1,6 +1,7 @@
 #include "localization/L.h"
 
 #include "support/FixedSystemLanguages.h"
+#include "support/MemoryPreferences.h"
 
 #include <QFile>
 #include <gtest/gtest.h>
@@ -88,6 +89,27 @@ TEST_F(LTest, EveryTextIsTheOneInTheTranslatorsList) {
     EXPECT_EQ(lines, textTable().size());
 }
 
+TEST_F(LTest, EveryMessageIsPutTogetherAsInTheTranslatorsList) {
+    const std::map<QString, QString (*)()> messages = {
+        {u"importMessage"_s, &L::importMessage},
+        {u"upToDateMessage"_s, [] { return L::upToDateMessage(u"1.2.3"_s); }},
+    };
+    QFile list(QStringLiteral(AMBERQUILL_TEST_DATA "/messages.tsv"));
+    ASSERT_TRUE(list.open(QIODevice::ReadOnly));
+    std::size_t lines = 0;
+    while (!list.atEnd()) {
+        const QStringList cells = QString::fromUtf8(list.readLine()).chopped(1).split(u'\t');
+        ASSERT_EQ(cells.size(), 8);
+        ASSERT_TRUE(messages.contains(cells[0])) << cells[0].toStdString();
+        ++lines;
+        for (qsizetype column = 1; column < cells.size(); ++column) {
+            L::setLanguage(allAppLanguages.at(static_cast<std::size_t>(column)));
+            EXPECT_EQ(messages.at(cells[0])(), cells[column]);
+        }
+    }
+    EXPECT_EQ(lines, messages.size());
+}
+
 TEST_F(LTest, FollowingTheSystemAsksItAtEveryLookUp) {
     L::setLanguage(AppLanguage::System);
     system_.setPreferred({u"fr-FR"_s, u"en"_s});
@@ -116,4 +138,24 @@ TEST_F(LTest, TheUpToDateMessageCarriesTheVersion) {
     EXPECT_EQ(L::upToDateMessage(u"1.2.3"_s), u"Amberquill 1.2.3 is the latest version."_s);
     L::setLanguage(AppLanguage::Italian);
     EXPECT_EQ(L::upToDateMessage(u"1.2.3"_s), u"Amberquill 1.2.3 è l'ultima versione."_s);
+}
+
+TEST_F(LTest, TheStoredChoiceIsLoadedAndAnythingElseFollowsTheSystem) {
+    MemoryPreferences preferences;
+    L::setLanguage(AppLanguage::German);
+    L::loadLanguage(preferences);
+    EXPECT_EQ(L::language(), AppLanguage::System);
+    for (const AppLanguage language : allAppLanguages) {
+        preferences.setString(u"appLanguage"_s, rawValue(language));
+        L::loadLanguage(preferences);
+        EXPECT_EQ(L::language(), language);
+    }
+    for (const QString& text : {u"EN"_s, u"pt"_s, QString()}) {
+        preferences.setString(u"appLanguage"_s, text);
+        L::loadLanguage(preferences);
+        EXPECT_EQ(L::language(), AppLanguage::System) << text.toStdString();
+    }
+    preferences.setInteger(u"appLanguage"_s, 1);
+    L::loadLanguage(preferences);
+    EXPECT_EQ(L::language(), AppLanguage::System);
 }
