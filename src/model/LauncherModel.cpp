@@ -11,37 +11,18 @@
 
 namespace amberquill {
 
-namespace {
-
-constexpr int defaultColumns = 7;
-constexpr int defaultRows = 5;
-
-// Stored grids are taken as they are, but a page has a cell, and no more of them than fit an integer.
-constexpr int largestGridSide = 1000;
-
-int gridSide(const Preferences& preferences, const QString& key, int otherwise) {
-    return std::clamp(preferences.integer(key).value_or(otherwise), 1, largestGridSide);
-}
-
-} // namespace
-
 LauncherModel::LauncherModel(Services services, QObject* parent)
     : QObject(parent)
     , services_(std::move(services))
     , store_(services_.queue, services_.files, services_.applicationSupport)
     , items_(services_.layout ? store_.start(*std::exchange(services_.layout, std::nullopt)) : store_.load())
-    , columns_(gridSide(services_.preferences, QStringLiteral("gridColumns"), defaultColumns))
-    , rows_(gridSide(services_.preferences, QStringLiteral("gridRows"), defaultRows))
+    , columns_(storedColumns(services_.preferences))
+    , rows_(storedRows(services_.preferences))
     , background_(storedBackground(services_.preferences))
     , language_(L::language())
     , pending_(services_.queue) {}
 
 LauncherModel::~LauncherModel() = default;
-
-BackgroundTheme LauncherModel::storedBackground(const Preferences& preferences) {
-    const auto text = preferences.string(QStringLiteral("backgroundTheme"));
-    return text ? backgroundTheme(*text).value_or(BackgroundTheme::Blue) : BackgroundTheme::Blue;
-}
 
 void LauncherModel::setSize(const QSizeF& size) {
     if (size != size_) {

@@ -2,6 +2,7 @@
 
 #include "data/BackgroundTheme.h"
 #include "data/GridMetrics.h"
+#include "data/HomePaths.h"
 #include "data/LaunchItem.h"
 #include "data/NameOrder.h"
 #include "data/SearchIndex.h"
@@ -10,19 +11,24 @@
 #include "model/DragRules.h"
 #include "model/DragTracker.h"
 #include "model/HitTest.h"
+#include "model/InvalidLayoutFile.h"
 #include "model/LayoutStore.h"
 #include "model/PageTurns.h"
 #include "model/PendingIntent.h"
 #include "model/PointerGesture.h"
 #include "model/RememberedPlace.h"
 #include "model/VisibleEntries.h"
+#include "platform/LoginItem.h"
 #include "platform/MainQueue.h"
 
+#include <QByteArray>
+#include <QByteArrayView>
 #include <QHash>
 #include <QObject>
 #include <QSizeF>
 #include <QString>
 #include <QUuid>
+#include <array>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -64,6 +70,10 @@ public:
         std::function<std::vector<AppInfo>()> scan; // run away from the main thread
         QHash<QString, QString> rememberedNames;    // by path: shown until the first scan is in
         std::optional<StoredLayout> layout;         // read beforehand; none: read by the model
+        HomeFolders homes = {};
+        // Makes the frameworks' own texts follow the interface language.
+        std::function<void(AppLanguage)> applyToFrameworks = [](AppLanguage) {};
+        std::shared_ptr<LoginItem> loginItem = std::make_shared<NullLoginItem>();
     };
 
     explicit LauncherModel(Services services, QObject* parent = nullptr);
@@ -189,11 +199,37 @@ public:
     // A folder that this makes opens a moment later.
     void merge(const QString& draggedID, const QString& targetID);
 
-    // --- The private layout file
+    // --- The layout as a whole
 
+    // Writes the private layout file.
     void save();
     // Returns when what was saved is on the disk.
     void flushSaves() { store_.flush(); }
+
+    // The layout and the grid as a file for other machines: paths below the home folder are written from "~".
+    [[nodiscard]] QByteArray exportLayoutData() const;
+    // Takes layout and grid from such a file. Applications that are not installed are left out, several that
+    // the file does not know come into a folder of their own. After a failure nothing has changed.
+    [[nodiscard]] std::optional<InvalidLayoutFile> importLayout(QByteArrayView data);
+    // All applications by their names, no folders.
+    void resetLayout();
+    // Folders among applications; what folders hold stays in its order.
+    void sortByName();
+
+    // --- Settings, each kept in the preferences as soon as it changes
+
+    // The grids offered, as columns and rows.
+    static constexpr std::array<std::pair<int, int>, 6> gridPresets = {
+        {{5, 4}, {6, 4}, {7, 5}, {8, 5}, {8, 6}, {9, 6}}};
+
+    // The page stays one of those that are left. The caller brings the animation.
+    void setColumns(int columns);
+    void setRows(int rows);
+    void setGrid(int columns, int rows);
+    void setBackground(BackgroundTheme background);
+    void setLanguage(AppLanguage language);
+    [[nodiscard]] bool opensAtLogin() const;
+    void toggleOpenAtLogin();
 
 Q_SIGNALS:
     void itemsChanged();
@@ -212,6 +248,8 @@ Q_SIGNALS:
     void sizeChanged();
     void gridChanged();
     void backgroundChanged();
+    // The interface language is another and stored: texts are to be made anew.
+    void languageDidChange();
     // Names may read differently now: the first scan after a start, or a renamed application.
     void namesChanged();
     // A scan is in and has been applied.
@@ -257,6 +295,12 @@ private:
     void indexNames();
     void search();
     void searchChanged(const QString& from);
+
+    [[nodiscard]] static int storedColumns(const Preferences& preferences);
+    [[nodiscard]] static int storedRows(const Preferences& preferences);
+    void setGridSide(int& side, int value, const QString& key);
+    void replaceLayout(
+        LaunchItems items, const std::function<void()>& before = [] {});
 
     Services services_;
     LayoutStore store_;

@@ -10,9 +10,6 @@ namespace amberquill {
 
 namespace {
 
-// A layout of a hundred thousand applications has some ten megabytes.
-constexpr qint64 largestFile = 64LL * 1024 * 1024;
-
 QString pathIn(const QString& folder) {
     return folder + QStringLiteral("/Amberquill/layout.json");
 }
@@ -80,7 +77,7 @@ LayoutStore::LayoutStore(MainQueue& queue, FileSystem& files, const QString& fol
 
 StoredLayout LayoutStore::read(const FileSystem& files, const QString& folder) {
     StoredLayout stored;
-    if (auto content = files.readFile(pathIn(folder), largestFile)) {
+    if (auto content = files.readFile(pathIn(folder), largestLayoutText)) {
         auto decoded = decodeItems(*content);
         if (auto* items = std::get_if<LaunchItems>(&decoded)) {
             stored = {std::move(*content), std::move(*items)};

@@ -16,6 +16,10 @@ double EventLoopQueue::now() const {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
+std::chrono::sys_seconds EventLoopQueue::date() const {
+    return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+}
+
 void EventLoopQueue::post(Work work) {
     QMetaObject::invokeMethod(this, std::move(work), Qt::QueuedConnection);
 }

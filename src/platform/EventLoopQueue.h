@@ -20,6 +20,7 @@ public:
     ~EventLoopQueue() override;
 
     [[nodiscard]] double now() const override;
+    [[nodiscard]] std::chrono::sys_seconds date() const override;
     void post(Work work) override;
     DelayedWork postAfter(double seconds, Work work) override;
     void runInBackground(Work work, Work thenOnMain) override;

@@ -3,6 +3,7 @@
 // they run.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -40,6 +41,9 @@ public:
 
     // Seconds on a clock that never goes back. Only differences mean anything.
     [[nodiscard]] virtual double now() const = 0;
+
+    // The date and time of day in UTC, as the user's machine has it: it may go back.
+    [[nodiscard]] virtual std::chrono::sys_seconds date() const = 0;
 
     // Runs the work on the main thread after what is running now. May be called on any thread.
     virtual void post(Work work) = 0;

@@ -22,7 +22,8 @@ constexpr double settledAfter = 1.5;
 AppDelegate::AppDelegate(Services services)
     : services_(std::move(services))
     , model_({services_.queue, services_.files, services_.preferences, services_.applicationSupport,
-              services_.scan, std::move(services_.prepared.names), std::move(services_.prepared.layout)})
+              services_.scan, std::move(services_.prepared.names), std::move(services_.prepared.layout),
+              services_.homes, services_.applyToFrameworks, services_.loginItem})
     , names_(services_.queue, services_.files, services_.caches, services_.language)
     , icons_({model_, IconCache::shared(), services_.queue, services_.files}, services_.caches,
              services_.prepared.icons)

@@ -48,6 +48,9 @@ public:
         QString caches;
         QString language;
         QStringList watchedFolders;
+        HomeFolders homes = {};
+        std::function<void(AppLanguage)> applyToFrameworks = [](AppLanguage) {};
+        std::shared_ptr<LoginItem> loginItem = std::make_shared<NullLoginItem>();
     };
 
     explicit AppDelegate(Services services);

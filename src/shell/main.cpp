@@ -1,5 +1,6 @@
 #include "data/AppScanner.h"
 #include "data/IconCache.h"
+#include "localization/FrameworkLanguage.h"
 #include "localization/L.h"
 #include "motion/FrameDriver.h"
 #include "motion/Timeline.h"
@@ -11,6 +12,7 @@
 #include "platform/linux/applications/icons/IconThemeName.h"
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
 #include "platform/linux/applications/launching/LinuxApplicationOpener.h"
+#include "platform/linux/files/BaseFolders.h"
 #include "platform/linux/files/EnvironmentLocations.h"
 #include "platform/linux/files/InotifyFolderWatcher.h"
 #include "platform/linux/files/JsonPreferences.h"
@@ -92,6 +94,8 @@ int main(int argc, char* argv[]) {
     const desktop::QtSystemLanguages languages;
     L::setSystemLanguages(&languages);
     L::loadLanguage(preferences);
+    FrameworkLanguage frameworks(preferences);
+    frameworks.apply(L::language());
 
     const auto windows = desktop::makeWindowSystem();
     if (const QScreen* screen = QGuiApplication::primaryScreen()) {
@@ -126,7 +130,15 @@ int main(int argc, char* argv[]) {
         const auto scanned = std::exchange(*first, std::nullopt);
         return scanned ? *scanned : AppScanner::scan(scanServices);
     };
-    AppDelegate delegate({queue, files, preferences, *windows, *tokens, opener, watcher, *scrollDevices, scan,
+    AppDelegate delegate({queue,
+                          files,
+                          preferences,
+                          *windows,
+                          *tokens,
+                          opener,
+                          watcher,
+                          *scrollDevices,
+                          scan,
                           [&opener, &queue] {
                               queue.release();
                               opener.prepare();
@@ -136,8 +148,13 @@ int main(int argc, char* argv[]) {
                               icons.forget();
                               IconCache::shared().retryMissing();
                           },
-                          std::move(prepared), locations.applicationSupport, locations.caches, language,
-                          AppScanner::searchRoots(locations.home) + registered.watchedFolders()});
+                          std::move(prepared),
+                          locations.applicationSupport,
+                          locations.caches,
+                          language,
+                          AppScanner::searchRoots(locations.home) + registered.watchedFolders(),
+                          {locations.home, desktop::homeFolderOfUser},
+                          [&frameworks](AppLanguage chosen) { frameworks.apply(chosen); }});
     const desktop::TerminationSignals signals([] { QCoreApplication::quit(); });
     if (delegate.firstPageIsReady()) {
         queue.hold();

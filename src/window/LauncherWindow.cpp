@@ -23,6 +23,7 @@ LauncherWindow::LauncherWindow(LauncherModel& model, bool translucent)
     , folder_(model)
     , drag_(model) {
     loadViews();
+    connect(&model, &LauncherModel::languageDidChange, &texts_, &ViewTexts::retranslate);
     setFlags(Qt::Window | Qt::FramelessWindowHint);
     QSurfaceFormat surface = requestedFormat();
     surface.setAlphaBufferSize(translucent ? 8 : 0);

@@ -13,6 +13,9 @@ class ManualQueue final : public MainQueue {
 public:
     [[nodiscard]] double now() const override { return now_; }
 
+    [[nodiscard]] std::chrono::sys_seconds date() const override { return date_; }
+    void setDate(std::chrono::sys_seconds date) { date_ = date; }
+
     void post(Work work) override { add(now_, std::move(work)); }
 
     DelayedWork postAfter(double seconds, Work work) override {
@@ -84,6 +87,7 @@ private:
     }
 
     double now_ = 1000.0;
+    std::chrono::sys_seconds date_ = {};
     std::size_t nextSerial_ = 0;
     std::vector<Entry> waiting_;
 };

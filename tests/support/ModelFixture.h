@@ -47,13 +47,13 @@ protected:
     static QString path(int number) { return QStringLiteral("/Applications/%1.app").arg(number); }
 
     LauncherModel& makeModel() {
-        model_ = std::make_unique<LauncherModel>(LauncherModel::Services{queue_, files_, preferences_,
-                                                                         QStringLiteral("/data"),
-                                                                         [this] {
-                                                                             ++scans_;
-                                                                             return installed_;
-                                                                         },
-                                                                         remembered_, std::nullopt});
+        model_ = std::make_unique<LauncherModel>(
+            LauncherModel::Services{queue_, files_, preferences_, QStringLiteral("/data"),
+                                    [this] {
+                                        ++scans_;
+                                        return installed_;
+                                    },
+                                    remembered_, std::nullopt, homes_, applyToFrameworks_, loginItem_});
         controller_ = std::make_shared<RecordingController>();
         model_->setController(controller_);
         return *model_;
@@ -82,6 +82,9 @@ protected:
     MemoryPreferences preferences_;
     std::vector<AppInfo> installed_;
     QHash<QString, QString> remembered_;
+    HomeFolders homes_;
+    std::function<void(AppLanguage)> applyToFrameworks_ = [](AppLanguage) {};
+    std::shared_ptr<LoginItem> loginItem_ = std::make_shared<NullLoginItem>();
     int scans_ = 0;
     std::unique_ptr<LauncherModel> model_;
     std::shared_ptr<RecordingController> controller_;

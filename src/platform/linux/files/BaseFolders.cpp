@@ -8,16 +8,24 @@
 namespace amberquill::desktop {
 namespace {
 
-std::optional<QString> homeInUserDatabase() {
+// `look` is one of the system's look-ups: it fills in the entry that it is given.
+template<typename Look>
+std::optional<QString> homeInUserDatabase(Look look) {
     constexpr std::size_t enough = std::size_t{64} * 1024;
     std::vector<char> buffer(enough);
     passwd entry = {};
     passwd* found = nullptr;
-    if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || found == nullptr ||
+    if (look(&entry, buffer.data(), buffer.size(), &found) != 0 || found == nullptr ||
         entry.pw_dir == nullptr) {
         return std::nullopt;
     }
     return absolutePath(entry.pw_dir);
+}
+
+std::optional<QString> ownHomeInUserDatabase() {
+    return homeInUserDatabase([](passwd* entry, char* buffer, std::size_t size, passwd** found) {
+        return ::getpwuid_r(::getuid(), entry, buffer, size, found);
+    });
 }
 
 } // namespace
@@ -53,7 +61,17 @@ QString homeFolder(const Environment& environment) {
             return *std::move(home);
         }
     }
-    return homeInUserDatabase().value_or(QString(QLatin1Char('/')));
+    return ownHomeInUserDatabase().value_or(QString(QLatin1Char('/')));
+}
+
+std::optional<QString> homeFolderOfUser(const QString& name) {
+    const QByteArray bytes = name.toUtf8();
+    if (bytes.isEmpty() || bytes.contains('\0')) {
+        return std::nullopt;
+    }
+    return homeInUserDatabase([&bytes](passwd* entry, char* buffer, std::size_t size, passwd** found) {
+        return ::getpwnam_r(bytes.constData(), entry, buffer, size, found);
+    });
 }
 
 QString baseFolder(const Environment& environment, const char* variable, QStringView fallback) {

@@ -19,6 +19,9 @@ namespace amberquill::desktop {
 // $HOME, else what the user database says, else "/".
 [[nodiscard]] QString homeFolder(const Environment& environment);
 
+// Where the user of this name is at home, by the user database; none: no such user. May ask a server.
+[[nodiscard]] std::optional<QString> homeFolderOfUser(const QString& name);
+
 // The folder that `variable` names; unset, empty or relative: `fallback` below the home folder.
 [[nodiscard]] QString baseFolder(const Environment& environment, const char* variable, QStringView fallback);
 

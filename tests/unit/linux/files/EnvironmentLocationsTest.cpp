@@ -1,5 +1,7 @@
 #include "platform/linux/files/EnvironmentLocations.h"
 
+#include "platform/linux/files/BaseFolders.h"
+
 #include "support/FixedEnvironment.h"
 
 #include <QFileInfo>
@@ -101,4 +103,15 @@ TEST(ProcessEnvironment, AVariableThatIsEmptyIsSet) {
     EXPECT_EQ(processEnvironment()("AMBERQUILL_TEST_VARIABLE"), QByteArray());
     qunsetenv("AMBERQUILL_TEST_VARIABLE");
     EXPECT_EQ(processEnvironment()("AMBERQUILL_TEST_VARIABLE"), std::nullopt);
+}
+
+TEST(HomeFolderOfUser, IsWhatTheUserDatabaseSays) {
+    EXPECT_EQ(homeFolderOfUser(u"root"_s), u"/root"_s);
+}
+
+TEST(HomeFolderOfUser, OfAnUnknownNameThereIsNone) {
+    EXPECT_EQ(homeFolderOfUser(u"no such user"_s), std::nullopt);
+    EXPECT_EQ(homeFolderOfUser(QString()), std::nullopt);
+    EXPECT_EQ(homeFolderOfUser(u"root\0x"_s), std::nullopt);
+    EXPECT_EQ(homeFolderOfUser(QString(100'000, u'a')), std::nullopt);
 }

@@ -1,0 +1,98 @@
+#include "data/LayoutFile.h"
+#include "data/LayoutReconciler.h"
+#include "localization/L.h"
+#include "model/LauncherModel.h"
+#include "motion/Animations.h"
+#include "motion/WithAnimation.h"
+#include "platform/MainQueue.h"
+
+#include <algorithm>
+
+namespace amberquill {
+
+namespace {
+
+// Imported grids are kept within these; stored ones are taken as they are.
+constexpr qint64 leastColumns = 3;
+constexpr qint64 mostColumns = 12;
+constexpr qint64 leastRows = 2;
+constexpr qint64 mostRows = 10;
+
+// The items with each of their paths replaced.
+template<typename Replace>
+LaunchItems withPaths(LaunchItems items, Replace replace) {
+    for (LaunchItem& item : items) {
+        if (const QString* path = item.asApp()) {
+            item = LaunchItem::app(replace(*path));
+            continue;
+        }
+        Folder folder = *item.asFolder();
+        for (QString& path : folder.apps) {
+            path = replace(path);
+        }
+        item = LaunchItem::folder(std::move(folder));
+    }
+    return items;
+}
+
+} // namespace
+
+QByteArray LauncherModel::exportLayoutData() const {
+    const QString& home = services_.homes.own;
+    const LayoutFile file{
+        .exportedAt = services_.queue.date(),
+        .columns = columns_,
+        .rows = rows_,
+        .items = withPaths(items_, [&home](const QString& path) { return homeRelative(path, home); })};
+    return encodeLayoutFile(file);
+}
+
+std::optional<InvalidLayoutFile> LauncherModel::importLayout(QByteArrayView data) {
+    auto file = decodeLayoutFile(data);
+    if (!file || file->format != LayoutFile::ownFormat) {
+        return InvalidLayoutFile{};
+    }
+    willHide();
+    cancelPending();
+    setOpenFolderID(std::nullopt);
+    setSearchText({});
+
+    TildeExpansion tilde(services_.homes);
+    const LaunchItems imported =
+        withPaths(std::move(file->items), [&tilde](const QString& path) { return tilde.expand(path); });
+    replaceLayout(LayoutReconciler::reconcile(imported, installed_, L::otherApps(), nameOrder()), [&] {
+        setGrid(static_cast<int>(std::clamp(file->columns, leastColumns, mostColumns)),
+                static_cast<int>(std::clamp(file->rows, leastRows, mostRows)));
+    });
+    turnToPage(0);
+    return std::nullopt;
+}
+
+void LauncherModel::resetLayout() {
+    replaceLayout(LayoutReconciler::reconcile({}, installed_, std::nullopt, nameOrder()));
+    turnToPage(0);
+}
+
+void LauncherModel::sortByName() {
+    std::vector<QString> names;
+    names.reserve(items_.size());
+    for (const LaunchItem& item : items_) {
+        names.push_back(name(item));
+    }
+    LaunchItems sorted;
+    sorted.reserve(items_.size());
+    for (const std::size_t position : nameOrder().order(names)) {
+        sorted.push_back(items_[position]);
+    }
+    replaceLayout(std::move(sorted));
+}
+
+void LauncherModel::replaceLayout(LaunchItems items, const std::function<void()>& before) {
+    withAnimation(motion::replaceLayout, [&] {
+        before();
+        setItems(std::move(items));
+    });
+    save();
+}
+
+} // namespace amberquill

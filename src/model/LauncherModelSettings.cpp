@@ -1,0 +1,95 @@
+#include "localization/L.h"
+#include "model/LauncherModel.h"
+#include "platform/LoginItem.h"
+#include "platform/Preferences.h"
+
+#include <algorithm>
+
+namespace amberquill {
+
+namespace {
+
+constexpr int defaultColumns = 7;
+constexpr int defaultRows = 5;
+
+// Stored grids are taken as they are, but a page has a cell, and no more of them than fit an integer.
+constexpr int largestGridSide = 1000;
+
+constexpr auto columnsKey = QLatin1StringView("gridColumns");
+constexpr auto rowsKey = QLatin1StringView("gridRows");
+constexpr auto backgroundKey = QLatin1StringView("backgroundTheme");
+
+int gridSide(const Preferences& preferences, const QString& key, int otherwise) {
+    return std::clamp(preferences.integer(key).value_or(otherwise), 1, largestGridSide);
+}
+
+} // namespace
+
+int LauncherModel::storedColumns(const Preferences& preferences) {
+    return gridSide(preferences, columnsKey, defaultColumns);
+}
+
+int LauncherModel::storedRows(const Preferences& preferences) {
+    return gridSide(preferences, rowsKey, defaultRows);
+}
+
+BackgroundTheme LauncherModel::storedBackground(const Preferences& preferences) {
+    const auto text = preferences.string(backgroundKey);
+    return text ? backgroundTheme(*text).value_or(BackgroundTheme::Blue) : BackgroundTheme::Blue;
+}
+
+void LauncherModel::setColumns(int columns) {
+    setGridSide(columns_, columns, columnsKey);
+}
+
+void LauncherModel::setRows(int rows) {
+    setGridSide(rows_, rows, rowsKey);
+}
+
+void LauncherModel::setGrid(int columns, int rows) {
+    setColumns(columns);
+    setRows(rows);
+}
+
+void LauncherModel::setGridSide(int& side, int value, const QString& key) {
+    const int pagesBefore = displayedPageCount();
+    const int valueBefore = std::exchange(side, std::clamp(value, 1, largestGridSide));
+    services_.preferences.setInteger(key, side);
+    clampPage();
+    if (side != valueBefore) {
+        Q_EMIT gridChanged();
+    }
+    if (displayedPageCount() != pagesBefore) {
+        Q_EMIT pageCountChanged();
+    }
+}
+
+void LauncherModel::setBackground(BackgroundTheme background) {
+    const BackgroundTheme before = std::exchange(background_, background);
+    services_.preferences.setString(backgroundKey, rawValue(background));
+    if (background != before) {
+        Q_EMIT backgroundChanged();
+    }
+}
+
+void LauncherModel::setLanguage(AppLanguage language) {
+    language_ = language;
+    L::setLanguage(language);
+    services_.preferences.setString(QStringLiteral("appLanguage"), rawValue(language));
+    services_.applyToFrameworks(language);
+    Q_EMIT languageDidChange();
+}
+
+bool LauncherModel::opensAtLogin() const {
+    return services_.loginItem->isEnabled();
+}
+
+void LauncherModel::toggleOpenAtLogin() {
+    if (services_.loginItem->isEnabled()) {
+        services_.loginItem->disable();
+    } else {
+        services_.loginItem->enable();
+    }
+}
+
+} // namespace amberquill
