@@ -1,5 +1,5 @@
 # Everything the program is built on. All of it is in Debian 12; nothing is downloaded.
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui DBus Network Qml Quick Svg)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui DBus Network Qml Quick Svg Widgets)
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 find_package(ZLIB REQUIRED)

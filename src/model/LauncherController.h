@@ -17,6 +17,9 @@ public:
     // Takes the launcher off the screen, then opens the application at this path, if one is given.
     virtual void hide(const std::optional<QString>& thenOpen) = 0;
 
+    // Shows the launcher's menu at the pointer.
+    virtual void showMenu() = 0;
+
     // Takes the keyboard focus from every field, which ends and commits what was being edited.
     virtual void endEditing() = 0;
 };

@@ -199,6 +199,10 @@ public:
     // A folder that this makes opens a moment later.
     void merge(const QString& draggedID, const QString& targetID);
 
+    // --- The menu
+
+    Q_INVOKABLE void showMenu();
+
     // --- The layout as a whole
 
     // Writes the private layout file.

@@ -1,4 +1,5 @@
 #include "localization/L.h"
+#include "model/LauncherController.h"
 #include "model/LauncherModel.h"
 #include "platform/LoginItem.h"
 #include "platform/Preferences.h"
@@ -89,6 +90,12 @@ void LauncherModel::toggleOpenAtLogin() {
         services_.loginItem->disable();
     } else {
         services_.loginItem->enable();
+    }
+}
+
+void LauncherModel::showMenu() {
+    if (const auto controller = controller_.lock()) {
+        controller->showMenu();
     }
 }
 

@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <QPointer>
 #include <QScreen>
+#include <QStandardPaths>
 #include <cmath>
 #include <utility>
 
@@ -24,6 +25,16 @@ AppDelegate::AppDelegate(Services services)
     , model_({services_.queue, services_.files, services_.preferences, services_.applicationSupport,
               services_.scan, std::move(services_.prepared.names), std::move(services_.prepared.layout),
               services_.homes, services_.applyToFrameworks, services_.loginItem})
+    , dialogs_({model_, services_.files, QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
+                [this]() -> QWindow* {
+                    return controller_ && controller_->isShown() ? &controller_->window() : nullptr;
+                }})
+    , menu_({model_,
+             dialogs_,
+             [this] { controller_->hide(std::nullopt); },
+             [] { QCoreApplication::quit(); },
+             {},
+             {}})
     , names_(services_.queue, services_.files, services_.caches, services_.language)
     , icons_({model_, IconCache::shared(), services_.queue, services_.files}, services_.caches,
              services_.prepared.icons)
@@ -36,6 +47,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     controller_ = std::make_shared<LauncherWindowController>(
         LauncherWindowController::Services{model_, services_.queue, services_.windows, services_.tokens,
                                            services_.opener, services_.scrollDevices});
+    controller_->setMenu([this](QWindow& window) { menu_.popUp(window); });
     model_.setController(controller_);
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, &AppDelegate::applicationStateChanged);
     connect(qGuiApp, &QGuiApplication::aboutToQuit, this, &AppDelegate::applicationWillTerminate);

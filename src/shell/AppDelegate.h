@@ -8,7 +8,9 @@
 #include "shell/LiveRefresh.h"
 #include "shell/NamesKeeper.h"
 #include "shell/Preparations.h"
+#include "window/LauncherMenu.h"
 #include "window/LauncherWindowController.h"
+#include "window/LayoutDialogs.h"
 
 #include <QObject>
 #include <QStringList>
@@ -71,6 +73,8 @@ private:
     Services services_;
     LauncherModel model_;
     std::shared_ptr<LauncherWindowController> controller_;
+    LayoutDialogs dialogs_;
+    LauncherMenu menu_;
     std::unique_ptr<FrameLog> frameLog_;
     NamesKeeper names_;
     IconKeeper icons_;

@@ -29,8 +29,8 @@
 #include "shell/DeferredOpener.h"
 #include "views/BackgroundLayer.h"
 
+#include <QApplication>
 #include <QDBusConnection>
-#include <QGuiApplication>
 #include <QLocale>
 #include <QQuickWindow>
 #include <QScreen>
@@ -87,7 +87,7 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setApplicationName(QStringLiteral("Amberquill"));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.amberquill.Amberquill"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    const QGuiApplication application(argc, argv);
+    const QApplication application(argc, argv);
 
     desktop::JsonPreferences preferences(files, locations.configuration +
                                                     QStringLiteral("/Amberquill/preferences.json"));
@@ -161,5 +161,5 @@ int main(int argc, char* argv[]) {
         queue.postAfter(longestHold, [&queue] { queue.release(); });
     }
     delegate.applicationDidFinishLaunching();
-    return QGuiApplication::exec();
+    return QApplication::exec();
 }

@@ -121,6 +121,7 @@ ContentItem {
             GlassCircleButton {
                 symbol: "line.3.horizontal"
                 label: root.texts.settings
+                onTriggered: root.launcher.showMenu()
             }
 
             GlassCircleButton {

@@ -83,6 +83,12 @@ void LauncherWindowController::hide(const std::optional<QString>& thenOpen) {
     });
 }
 
+void LauncherWindowController::showMenu() {
+    if (popUpMenu_) {
+        popUpMenu_(window_);
+    }
+}
+
 void LauncherWindowController::requestToken(const QString& path) {
     opening_ = Opening{path, std::nullopt, false};
     services_.tokens.request(window_, path,

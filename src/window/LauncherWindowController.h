@@ -8,6 +8,7 @@
 #include "window/ScrollEvents.h"
 
 #include <QObject>
+#include <functional>
 #include <optional>
 
 namespace amberquill {
@@ -48,6 +49,10 @@ public:
     // wins: the window stays and nothing is opened. While hidden, opens at once.
     void hide(const std::optional<QString>& thenOpen) override;
 
+    // What shows the menu above the window.
+    void setMenu(std::function<void(QWindow&)> popUp) { popUpMenu_ = std::move(popUp); }
+    void showMenu() override;
+
     void endEditing() override { window_.endEditing(); }
 
     [[nodiscard]] LauncherWindow& window() { return window_; }
@@ -73,6 +78,7 @@ private:
     LauncherWindow window_;
     ScrollEvents scroll_;
     Animated fade_; // the window's alpha
+    std::function<void(QWindow&)> popUpMenu_;
     bool isShown_ = false;
     unsigned showings_ = 0; // tells a fade that a later show() has overtaken it
     std::optional<Opening> opening_;

@@ -17,10 +17,12 @@ namespace amberquill {
 class RecordingController final : public LauncherController {
 public:
     void hide(const std::optional<QString>& thenOpen) override { hides.push_back(thenOpen); }
+    void showMenu() override { ++menusShown; }
     void endEditing() override { ++editingEnded; }
 
     std::vector<std::optional<QString>> hides;
     int editingEnded = 0;
+    int menusShown = 0;
 };
 
 // A model over files in memory and a clock moved by hand, 1500 × 892: cells of 180 × 140 from (120, 120).

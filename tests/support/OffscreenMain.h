@@ -7,11 +7,12 @@
 namespace amberquill {
 
 // Runs the tests in an application object that needs no display and draws with the software renderer.
-inline int runOffscreen(int argc, char** argv) {
+template<typename Application = QGuiApplication>
+int runOffscreen(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    const QGuiApplication application(argc, argv);
-    QGuiApplication::setQuitOnLastWindowClosed(false);
+    const Application application(argc, argv);
+    Application::setQuitOnLastWindowClosed(false);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

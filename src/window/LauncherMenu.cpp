@@ -1,0 +1,60 @@
+#include "window/LauncherMenu.h"
+
+#include "localization/L.h"
+#include "window/ClosureMenuItem.h"
+#include "window/LayoutDialogs.h"
+#include "window/MenuStyle.h"
+#include "window/SettingsItems.h"
+
+#include <QCursor>
+#include <QKeySequence>
+#include <QWindow>
+#include <utility>
+
+namespace amberquill {
+
+namespace {
+
+void addSection(QMenu& menu, const std::function<void(QMenu&)>& addItems) {
+    if (addItems) {
+        addItems(menu);
+    }
+}
+
+} // namespace
+
+LauncherMenu::LauncherMenu(Services services)
+    : services_(std::move(services)) {}
+
+LauncherMenu::~LauncherMenu() = default;
+
+std::unique_ptr<QMenu> LauncherMenu::make() const {
+    auto menu = std::make_unique<QMenu>();
+    addSettingsItems(*menu, services_.model, services_.dialogs);
+    addSection(*menu, services_.addUpdateItems);
+    menu->addSeparator();
+    addSection(*menu, services_.addPresenceItems);
+    menu->addSeparator();
+    auto* toggle = new ClosureMenuItem(L::toggleLauncher(), services_.hideLauncher, menu.get());
+    // A reminder only: the chord works everywhere, not through this menu.
+    toggle->setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_Space));
+    toggle->setShortcutContext(Qt::WidgetShortcut);
+    menu->addAction(toggle);
+    menu->addSeparator();
+    menu->addAction(new ClosureMenuItem(L::quit(), services_.quit, menu.get()));
+    return menu;
+}
+
+void LauncherMenu::popUp(QWindow& above) {
+    menu_ = make();
+    auto* style = new MenuStyle(menu_.get());
+    menu_->setStyle(style);
+    for (QMenu* submenu : menu_->findChildren<QMenu*>()) {
+        submenu->setStyle(style);
+    }
+    menu_->winId(); // makes the window, whose parent can be told now
+    menu_->windowHandle()->setTransientParent(&above);
+    menu_->popup(QCursor::pos());
+}
+
+} // namespace amberquill

@@ -1,0 +1,117 @@
+#include "window/LayoutDialogs.h"
+
+#include "localization/L.h"
+#include "platform/FileSystem.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QWindow>
+#include <memory>
+#include <utility>
+
+namespace amberquill {
+
+namespace {
+
+// What no layout is as large as.
+constexpr qint64 largestFile = 64LL * 1024 * 1024;
+
+std::unique_ptr<QFileDialog> fileDialog(const QString& title, const QString& folder) {
+    auto dialog = std::make_unique<QFileDialog>(nullptr, title, folder);
+    // Qt's own, in this process: while it is open the launcher's program is the active one.
+    dialog->setOption(QFileDialog::DontUseNativeDialog);
+    dialog->setNameFilter(QStringLiteral("JSON (*.json)"));
+    dialog->setDefaultSuffix(QStringLiteral("json"));
+    return dialog;
+}
+
+} // namespace
+
+LayoutDialogs::LayoutDialogs(Services services, QObject* parent)
+    : QObject(parent)
+    , services_(std::move(services)) {}
+
+LayoutDialogs::~LayoutDialogs() {
+    delete dialog_.data();
+}
+
+bool LayoutDialogs::isOpen() const {
+    return dialog_ != nullptr;
+}
+
+// The dialog deletes itself when it has been answered.
+void LayoutDialogs::open(QDialog* dialog) {
+    if (dialog_ != nullptr) {
+        dialog_->close(); // not deleted at once: its answer may be what opens this one
+    }
+    dialog_ = dialog;
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowModality(Qt::ApplicationModal);
+    dialog->setWindowFlag(Qt::WindowStaysOnTopHint);
+    dialog->winId(); // makes the window, whose parent can be told now
+    if (QWindow* below = services_.above()) {
+        dialog->windowHandle()->setTransientParent(below);
+    }
+    dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
+}
+
+void LayoutDialogs::ask(const QString& message, const QString& informativeText, const QString& accept,
+                        std::function<void()> accepted) {
+    auto box = std::make_unique<QMessageBox>(QMessageBox::Question, QStringLiteral("Amberquill"), message);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(informativeText);
+    box->setDefaultButton(box->addButton(accept, QMessageBox::AcceptRole));
+    box->setEscapeButton(box->addButton(L::cancel(), QMessageBox::RejectRole));
+    connect(box.get(), &QMessageBox::accepted, this, std::move(accepted));
+    open(box.release());
+}
+
+void LayoutDialogs::confirmReset() {
+    ask(L::resetTitle(), L::resetMessage(), L::reset(), [this] { services_.model.resetLayout(); });
+}
+
+void LayoutDialogs::exportLayout() {
+    auto dialog = fileDialog(L::exportLayout(), services_.startFolder);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->selectFile(L::exportFileName());
+    connect(dialog.get(), &QFileDialog::fileSelected, this, &LayoutDialogs::writeTo);
+    open(dialog.release());
+}
+
+void LayoutDialogs::writeTo(const QString& path) {
+    if (!services_.files.writeAtomically(path, services_.model.exportLayoutData())) {
+        showError(L::exportFailed(), QDir::toNativeSeparators(path));
+    }
+}
+
+void LayoutDialogs::importLayout() {
+    auto dialog = fileDialog(L::importLayout(), services_.startFolder);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    connect(dialog.get(), &QFileDialog::fileSelected, this, [this](const QString& path) {
+        ask(L::importTitle(), L::importMessage(), L::importButton(), [this, path] { readFrom(path); });
+    });
+    open(dialog.release());
+}
+
+void LayoutDialogs::readFrom(const QString& path) {
+    const auto content = services_.files.readFile(path, largestFile);
+    if (!content) {
+        showError(L::importFailed(), QDir::toNativeSeparators(path));
+    } else if (const auto failure = services_.model.importLayout(*content)) {
+        showError(L::importFailed(), failure->errorDescription());
+    }
+}
+
+void LayoutDialogs::showError(const QString& message, const QString& informativeText) {
+    auto box = std::make_unique<QMessageBox>(QMessageBox::Warning, QStringLiteral("Amberquill"), message,
+                                             QMessageBox::Ok);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(informativeText);
+    open(box.release());
+}
+
+} // namespace amberquill

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "model/LauncherModel.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <functional>
+
+class QDialog;
+class QMessageBox;
+class QWindow;
+
+namespace amberquill {
+
+class FileSystem;
+
+// The small dialogs about the layout as a whole: reset, export, import, and what went wrong. Each stands
+// above the launcher and is answered before anything happens; one at a time.
+class LayoutDialogs final : public QObject {
+    Q_OBJECT
+
+public:
+    struct Services {
+        LauncherModel& model;
+        FileSystem& files;
+        QString startFolder;             // the file dialogs' first folder
+        std::function<QWindow*()> above; // the window to stand above; none: it is not on the screen
+    };
+
+    explicit LayoutDialogs(Services services, QObject* parent = nullptr);
+    ~LayoutDialogs() override;
+
+    LayoutDialogs(const LayoutDialogs&) = delete;
+    LayoutDialogs& operator=(const LayoutDialogs&) = delete;
+
+    void confirmReset();
+    void exportLayout();
+    void importLayout();
+    void showError(const QString& message, const QString& informativeText);
+
+    // Whether one of them waits for an answer.
+    [[nodiscard]] bool isOpen() const;
+
+private:
+    void ask(const QString& message, const QString& informativeText, const QString& accept,
+             std::function<void()> accepted);
+    void open(QDialog* dialog);
+    void writeTo(const QString& path);
+    void readFrom(const QString& path);
+
+    Services services_;
+    QPointer<QDialog> dialog_;
+};
+
+} // namespace amberquill

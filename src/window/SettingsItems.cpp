@@ -1,0 +1,78 @@
+#include "window/SettingsItems.h"
+
+#include "localization/L.h"
+#include "model/LauncherModel.h"
+#include "motion/Animations.h"
+#include "motion/WithAnimation.h"
+#include "window/ClosureMenuItem.h"
+#include "window/LanguageFlag.h"
+#include "window/LayoutDialogs.h"
+#include "window/ThemeNames.h"
+
+#include <QIcon>
+#include <QMenu>
+#include <QPixmap>
+
+namespace amberquill {
+
+namespace {
+
+QString literally(QString title) {
+    return title.replace(QLatin1Char('&'), QStringLiteral("&&"));
+}
+
+ClosureMenuItem& add(QMenu& menu, const QString& title, std::function<void()> handler) {
+    auto* item = new ClosureMenuItem(title, std::move(handler), &menu);
+    menu.addAction(item);
+    return *item;
+}
+
+void addChecked(QMenu& menu, const QString& title, bool isChecked, std::function<void()> handler) {
+    ClosureMenuItem& item = add(menu, title, std::move(handler));
+    item.setCheckable(true);
+    item.setChecked(isChecked);
+}
+
+void addGrids(QMenu& menu, LauncherModel& model) {
+    for (const auto& [columns, rows] : LauncherModel::gridPresets) {
+        const QString title = QStringLiteral("%1 × %2").arg(columns).arg(rows);
+        const bool isCurrent = columns == model.columns() && rows == model.rows();
+        addChecked(menu, title, isCurrent, [&model, columns = columns, rows = rows] {
+            withAnimation(motion::replaceLayout, [&] { model.setGrid(columns, rows); });
+        });
+    }
+}
+
+void addThemes(QMenu& menu, LauncherModel& model) {
+    for (const BackgroundTheme theme : allBackgroundThemes) {
+        addChecked(menu, themeName(theme), theme == model.background(),
+                   [&model, theme] { model.setBackground(theme); });
+    }
+}
+
+void addLanguages(QMenu& menu, LauncherModel& model) {
+    for (const AppLanguage language : allAppLanguages) {
+        addChecked(menu, languageTitle(language), language == model.language(),
+                   [&model, language] { model.setLanguage(language); });
+        const QImage flag = languageFlag(language, menu.devicePixelRatioF());
+        menu.actions().constLast()->setIcon(QIcon(QPixmap::fromImage(flag)));
+    }
+}
+
+} // namespace
+
+void addSettingsItems(QMenu& menu, LauncherModel& model, LayoutDialogs& dialogs) {
+    addGrids(*menu.addMenu(literally(L::grid())), model);
+    addThemes(*menu.addMenu(literally(L::background())), model);
+    addLanguages(*menu.addMenu(literally(L::languageLabel())), model);
+    menu.addSeparator();
+    add(menu, L::sortByName(), [&model] { model.sortByName(); });
+    add(menu, L::resetLayout(), [&dialogs] { dialogs.confirmReset(); });
+    add(menu, L::exportLayout(), [&dialogs] { dialogs.exportLayout(); });
+    add(menu, L::importLayout(), [&dialogs] { dialogs.importLayout(); });
+    add(menu, L::rescan(), [&model] { model.refreshApps(); });
+    menu.addSeparator();
+    addChecked(menu, L::openAtLogin(), model.opensAtLogin(), [&model] { model.toggleOpenAtLogin(); });
+}
+
+} // namespace amberquill

@@ -1,0 +1,150 @@
+#include "window/LayoutDialogs.h"
+
+#include "localization/L.h"
+#include "support/ModelFixture.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
+
+using namespace amberquill;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class LayoutDialogsTest : public ModelFixture {
+protected:
+    void SetUp() override {
+        ModelFixture::SetUp();
+        L::setLanguage(AppLanguage::English);
+        installed_ = {{u"/b.app"_s, u"B"_s}, {u"/a.app"_s, u"A"_s}};
+        files_.addFile(layoutPath, encodeItems({LaunchItem::app(u"/b.app"_s), LaunchItem::app(u"/a.app"_s)}));
+        makeModel();
+        model_->willShow();
+        queue_.runPosted();
+        dialogs_ = std::make_unique<LayoutDialogs>(
+            LayoutDialogs::Services{*model_, files_, folder_.path(), [] { return nullptr; }});
+    }
+    void TearDown() override {
+        dialogs_.reset();
+        L::setLanguage(AppLanguage::System);
+        ModelFixture::TearDown();
+    }
+
+    template<typename Dialog>
+    static Dialog* shown() {
+        return qobject_cast<Dialog*>(QApplication::activeModalWidget());
+    }
+
+    static void press(QMessageBox::ButtonRole role) {
+        auto* box = shown<QMessageBox>();
+        ASSERT_NE(box, nullptr);
+        for (QAbstractButton* button : box->buttons()) {
+            if (box->buttonRole(button) == role) {
+                button->click();
+                return;
+            }
+        }
+        FAIL() << "no such button";
+    }
+
+    void choose(const QString& path) {
+        auto* dialog = shown<QFileDialog>();
+        ASSERT_NE(dialog, nullptr);
+        Q_EMIT dialog->fileSelected(path);
+        dialog->close();
+    }
+
+    [[nodiscard]] bool isUntouched() const {
+        return model_->items() == LaunchItems{LaunchItem::app(u"/b.app"_s), LaunchItem::app(u"/a.app"_s)};
+    }
+
+    QTemporaryDir folder_;
+    std::unique_ptr<LayoutDialogs> dialogs_;
+};
+
+} // namespace
+
+TEST_F(LayoutDialogsTest, AResetIsAskedForFirst) {
+    dialogs_->confirmReset();
+    auto* box = shown<QMessageBox>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->text(), L::resetTitle());
+    EXPECT_EQ(box->informativeText(), L::resetMessage());
+    EXPECT_EQ(box->buttons().constFirst()->text(), L::reset());
+    EXPECT_TRUE(isUntouched());
+    press(QMessageBox::AcceptRole);
+    EXPECT_EQ(model_->items(), (LaunchItems{LaunchItem::app(u"/a.app"_s), LaunchItem::app(u"/b.app"_s)}));
+}
+
+TEST_F(LayoutDialogsTest, ADeclinedResetChangesNothing) {
+    dialogs_->confirmReset();
+    press(QMessageBox::RejectRole);
+    EXPECT_TRUE(isUntouched());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(dialogs_->isOpen());
+}
+
+TEST_F(LayoutDialogsTest, AnExportIsWrittenWhereItWasAskedFor) {
+    dialogs_->exportLayout();
+    auto* dialog = shown<QFileDialog>();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->acceptMode(), QFileDialog::AcceptSave);
+    EXPECT_EQ(dialog->directory().path(), folder_.path());
+    EXPECT_TRUE(dialog->selectedFiles().constFirst().endsWith(L::exportFileName()));
+    choose(u"/desktop/layout.json"_s);
+    const auto written = files_.file(u"/desktop/layout.json"_s);
+    ASSERT_TRUE(written);
+    EXPECT_TRUE(written->contains("amberquill-layout"));
+}
+
+TEST_F(LayoutDialogsTest, AnExportThatCannotBeWrittenIsSaid) {
+    dialogs_->exportLayout();
+    files_.refuseWrites(true);
+    choose(u"/desktop/layout.json"_s);
+    auto* box = shown<QMessageBox>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->icon(), QMessageBox::Warning);
+    EXPECT_EQ(box->text(), L::exportFailed());
+    EXPECT_FALSE(box->informativeText().isEmpty());
+}
+
+TEST_F(LayoutDialogsTest, AnImportIsConfirmedAndThenTaken) {
+    dialogs_->exportLayout();
+    choose(u"/desktop/layout.json"_s);
+    model_->resetLayout();
+    dialogs_->importLayout();
+    choose(u"/desktop/layout.json"_s);
+    auto* box = shown<QMessageBox>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->text(), L::importTitle());
+    EXPECT_EQ(box->informativeText(), L::importMessage());
+    EXPECT_EQ(box->buttons().constFirst()->text(), L::importButton());
+    EXPECT_FALSE(isUntouched()) << "not before it is confirmed";
+    press(QMessageBox::AcceptRole);
+    EXPECT_TRUE(isUntouched());
+}
+
+TEST_F(LayoutDialogsTest, AFileThatIsNoLayoutIsSaidAndChangesNothing) {
+    files_.addFile(u"/desktop/other.json"_s, "{}");
+    dialogs_->importLayout();
+    choose(u"/desktop/other.json"_s);
+    press(QMessageBox::AcceptRole);
+    auto* box = shown<QMessageBox>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->text(), L::importFailed());
+    EXPECT_EQ(box->informativeText(), L::invalidLayoutFile());
+    EXPECT_TRUE(isUntouched());
+}
+
+TEST_F(LayoutDialogsTest, AFileThatCannotBeReadIsSaid) {
+    dialogs_->importLayout();
+    choose(u"/desktop/missing.json"_s);
+    press(QMessageBox::AcceptRole);
+    auto* box = shown<QMessageBox>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->text(), L::importFailed());
+    EXPECT_TRUE(isUntouched());
+}
