@@ -3,8 +3,8 @@
 #include "data/NameOrder.h"
 
 #include <QHash>
-#include <QSet>
 #include <utility>
+#include <vector>
 
 namespace amberquill::LayoutReconciler {
 
@@ -18,11 +18,8 @@ QStringView fileName(const QString& path) {
 class Claims {
 public:
     Claims(const LaunchItems& saved, const std::vector<AppInfo>& installed)
-        : installed_(installed) {
-        state_.reserve(static_cast<qsizetype>(installed.size()));
-        for (const AppInfo& app : installed) {
-            state_.insert(app.path, {});
-        }
+        : installed_(installed)
+        , states_(installed.size()) {
         for (const LaunchItem& item : saved) {
             if (const QString* path = item.asApp()) {
                 reserve(*path);
@@ -34,22 +31,24 @@ public:
         }
     }
 
-    // The installed path that the saved `path` yields, or none when it is gone or taken.
+    // The installed path that the next of the saved paths yields, or none when it is gone or taken. To be
+    // called for each of them, in the order of the layout.
     std::optional<QString> claim(const QString& path) {
-        if (const auto known = state_.find(path); known != state_.end()) {
-            return std::exchange(known->claimed, true) ? std::nullopt : std::optional(path);
+        if (const auto place = places_[next_++]) {
+            return std::exchange(states_[*place].claimed, true) ? std::nullopt : std::optional(path);
         }
-        for (const QString* candidate : sameFileName(path)) {
-            State& state = state_[*candidate];
+        for (const std::size_t candidate : sameFileName(path)) {
+            State& state = states_[candidate];
             if (!state.reserved && !state.claimed) {
                 state.claimed = true;
-                return *candidate;
+                return installed_[candidate].path;
             }
         }
         return std::nullopt;
     }
 
-    [[nodiscard]] bool isClaimed(const QString& path) const { return state_.value(path).claimed; }
+    // Whether the installed application at this place has been claimed.
+    [[nodiscard]] bool isClaimed(std::size_t place) const { return states_[oneOfPath(place)].claimed; }
 
 private:
     struct State {
@@ -58,37 +57,61 @@ private:
     };
 
     void reserve(const QString& path) {
-        if (const auto known = state_.find(path); known != state_.end()) {
-            known->reserved = true;
+        const std::optional<std::size_t> place = placeOf(path);
+        places_.push_back(place);
+        if (place) {
+            states_[*place].reserved = true;
         }
     }
 
-    // Most scans find every application where it was, and then the table is never needed.
-    const std::vector<const QString*>& sameFileName(const QString& path) {
-        if (byFileName_.isEmpty()) {
-            byFileName_.reserve(static_cast<qsizetype>(installed_.size()));
-            for (const AppInfo& app : installed_) {
-                byFileName_[fileName(app.path)].push_back(&app.path);
+    // Without a saved path, as at the first start, the table is never needed.
+    std::optional<std::size_t> placeOf(const QString& path) {
+        if (byPath_.isEmpty()) {
+            byPath_.reserve(static_cast<qsizetype>(installed_.size()));
+            for (std::size_t place = 0; place < installed_.size(); ++place) {
+                byPath_.insert(installed_[place].path, place);
             }
         }
-        static const std::vector<const QString*> none;
+        const auto found = byPath_.constFind(path);
+        return found == byPath_.constEnd() ? std::nullopt : std::optional(*found);
+    }
+
+    // One and the same place for all that are installed under one path.
+    [[nodiscard]] std::size_t oneOfPath(std::size_t place) const {
+        const bool areAllDifferent =
+            byPath_.isEmpty() || static_cast<std::size_t>(byPath_.size()) == installed_.size();
+        return areAllDifferent ? place : byPath_.value(installed_[place].path);
+    }
+
+    // Most scans find every application where it was, and then the table is never needed.
+    const std::vector<std::size_t>& sameFileName(const QString& path) {
+        if (byFileName_.isEmpty()) {
+            byFileName_.reserve(static_cast<qsizetype>(installed_.size()));
+            for (std::size_t place = 0; place < installed_.size(); ++place) {
+                byFileName_[fileName(installed_[place].path)].push_back(oneOfPath(place));
+            }
+        }
+        static const std::vector<std::size_t> none;
         const auto found = byFileName_.constFind(fileName(path));
         return found == byFileName_.constEnd() ? none : *found;
     }
 
     const std::vector<AppInfo>& installed_;
-    QHash<QString, State> state_;
-    QHash<QStringView, std::vector<const QString*>> byFileName_;
+    std::vector<State> states_;                      // of the installed applications, in their order
+    std::vector<std::optional<std::size_t>> places_; // where each saved path is installed as it stands
+    std::size_t next_ = 0;                           // of the saved paths
+    QHash<QStringView, std::size_t> byPath_;
+    QHash<QStringView, std::vector<std::size_t>> byFileName_;
 };
 
 std::vector<QString> newPaths(const Claims& claims, const std::vector<AppInfo>& installed,
                               const NameOrder& order) {
     std::vector<QString> names;
     std::vector<QString> paths;
-    for (const AppInfo& app : installed) {
-        if (!claims.isClaimed(app.path)) {
-            names.push_back(app.name);
-            paths.push_back(app.path);
+    for (std::size_t place = 0; place < installed.size(); ++place) {
+        if (!claims.isClaimed(place)) {
+            names.push_back(installed[place].name);
+            paths.push_back(installed[place].path);
         }
     }
     std::vector<QString> sorted;
@@ -131,6 +154,7 @@ LaunchItems reconcile(const LaunchItems& saved, const std::vector<AppInfo>& inst
             {QUuid::createUuid(), *newAppsFolder, QStringList(added.begin(), added.end())}));
         return result;
     }
+    result.reserve(result.size() + added.size());
     for (QString& path : added) {
         result.push_back(LaunchItem::app(std::move(path)));
     }

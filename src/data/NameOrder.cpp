@@ -1,7 +1,12 @@
 #include "data/NameOrder.h"
 
+#include <QtEndian>
 #include <algorithm>
-#include <numeric>
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace amberquill {
 
@@ -10,6 +15,62 @@ namespace {
 QLocale sortingLocale(const QLocale& locale) {
     return locale.language() == QLocale::C ? QLocale(QLocale::English, QLocale::UnitedStates) : locale;
 }
+
+// One in so many names may be beyond ASCII for the others to be sorted by themselves.
+constexpr std::size_t fewOthers = 8;
+
+// The names of nothing but ASCII among others, with their keys one behind the other.
+class AsciiNames {
+public:
+    explicit AsciiNames(std::size_t mostNames) { names_.reserve(mostNames); }
+
+    // False: the name is none of them.
+    bool add(std::size_t position, const QString& name, const AsciiOrder& order) {
+        const std::size_t start = keys_.size();
+        if (!order.appendKey(name, keys_)) {
+            keys_.resize(start);
+            return false;
+        }
+        const std::size_t size = keys_.size() - start;
+        names_.push_back({beginning(start, size), start, size, position});
+        return true;
+    }
+
+    [[nodiscard]] std::vector<std::size_t> sorted() && {
+        std::sort(names_.begin(), names_.end(), [this](const Name& a, const Name& b) {
+            if (a.beginning != b.beginning) {
+                return a.beginning < b.beginning;
+            }
+            const int order = key(a).compare(key(b));
+            return order < 0 || (order == 0 && a.position < b.position);
+        });
+        std::vector<std::size_t> positions(names_.size());
+        std::transform(names_.begin(), names_.end(), positions.begin(),
+                       [](const Name& name) { return name.position; });
+        return positions;
+    }
+
+private:
+    struct Name {
+        std::uint64_t beginning; // the first bytes of the key, which tell most names apart
+        std::size_t start;
+        std::size_t size;
+        std::size_t position;
+    };
+
+    [[nodiscard]] std::string_view key(const Name& name) const {
+        return std::string_view(keys_).substr(name.start, name.size);
+    }
+
+    [[nodiscard]] std::uint64_t beginning(std::size_t start, std::size_t size) const {
+        std::array<char, sizeof(std::uint64_t)> bytes = {};
+        std::copy_n(keys_.data() + start, std::min(size, bytes.size()), bytes.data());
+        return qFromBigEndian<std::uint64_t>(bytes.data());
+    }
+
+    std::string keys_;
+    std::vector<Name> names_;
+};
 
 } // namespace
 
@@ -20,18 +81,58 @@ NameOrder::NameOrder(const QLocale& locale)
     : collator_(sortingLocale(locale)) {
     collator_.setCaseSensitivity(Qt::CaseInsensitive);
     collator_.setNumericMode(true);
+    if (AsciiOrder::suits(collator_.locale())) {
+        ascii_.emplace(collator_);
+    }
 }
 
 std::vector<std::size_t> NameOrder::order(const std::vector<QString>& names) const {
-    std::vector<QCollatorSortKey> keys;
-    keys.reserve(names.size());
-    for (const QString& name : names) {
-        keys.push_back(key(name));
+    AsciiNames ascii(names.size());
+    std::vector<std::size_t> others;
+    for (std::size_t position = 0; position < names.size(); ++position) {
+        if (!ascii_ || !ascii.add(position, names[position], *ascii_)) {
+            others.push_back(position);
+        }
     }
-    std::vector<std::size_t> positions(names.size());
-    std::iota(positions.begin(), positions.end(), std::size_t{0});
-    std::stable_sort(positions.begin(), positions.end(),
-                     [&keys](std::size_t a, std::size_t b) { return keys[a].compare(keys[b]) < 0; });
+    std::vector<std::size_t> sorted = std::move(ascii).sorted();
+    // Each of the others takes a number of comparisons to find its place among the rest.
+    if (others.size() > names.size() / fewOthers) {
+        others.insert(others.end(), sorted.begin(), sorted.end());
+        std::sort(others.begin(), others.end());
+        return orderByKeys(names, std::move(others));
+    }
+    const auto comesBefore = [this, &names](std::size_t a, std::size_t b) {
+        const int order = compare(names[a], names[b]);
+        return order < 0 || (order == 0 && a < b);
+    };
+    std::vector<std::size_t> merged;
+    merged.reserve(names.size());
+    auto next = sorted.begin();
+    for (const std::size_t other : orderByKeys(names, std::move(others))) {
+        const auto place = std::upper_bound(next, sorted.end(), other, comesBefore);
+        merged.insert(merged.end(), next, place);
+        merged.push_back(other);
+        next = place;
+    }
+    merged.insert(merged.end(), next, sorted.end());
+    return merged;
+}
+
+std::vector<std::size_t> NameOrder::orderByKeys(const std::vector<QString>& names,
+                                                std::vector<std::size_t> positions) const {
+    struct Keyed {
+        QCollatorSortKey key;
+        std::size_t position;
+    };
+    std::vector<Keyed> keyed;
+    keyed.reserve(positions.size());
+    for (const std::size_t position : positions) {
+        keyed.push_back({key(names[position]), position});
+    }
+    std::stable_sort(keyed.begin(), keyed.end(),
+                     [](const Keyed& a, const Keyed& b) { return a.key.compare(b.key) < 0; });
+    std::transform(keyed.begin(), keyed.end(), positions.begin(),
+                   [](const Keyed& each) { return each.position; });
     return positions;
 }
 

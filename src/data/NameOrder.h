@@ -1,9 +1,11 @@
 #pragma once
 
+#include "data/AsciiOrder.h"
+
 #include <QCollator>
 #include <QLocale>
 #include <QString>
-#include <memory>
+#include <optional>
 #include <vector>
 
 namespace amberquill {
@@ -28,7 +30,11 @@ public:
     [[nodiscard]] std::vector<std::size_t> order(const std::vector<QString>& names) const;
 
 private:
+    [[nodiscard]] std::vector<std::size_t> orderByKeys(const std::vector<QString>& names,
+                                                       std::vector<std::size_t> positions) const;
+
     QCollator collator_;
+    std::optional<AsciiOrder> ascii_; // none: the language does not allow it
 };
 
 } // namespace amberquill
