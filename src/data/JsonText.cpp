@@ -1,6 +1,7 @@
 #include "data/JsonText.h"
 
 #include <QChar>
+#include <algorithm>
 #include <array>
 
 namespace amberquill {
@@ -16,6 +17,19 @@ void appendEscape(QByteArray& json, char16_t unit) {
     for (int shift = 12; shift >= 0; shift -= 4) {
         json += digits.at((static_cast<unsigned>(unit) >> static_cast<unsigned>(shift)) & 0xFU);
     }
+}
+
+// Whether the character stands for itself, in one byte.
+bool isPlain(QChar character) {
+    const char16_t unit = character.unicode();
+    return unit >= firstPrintable && unit < 0x80 && unit != u'"' && unit != u'\\' && unit != u'/';
+}
+
+void appendPlain(QByteArray& json, QStringView text) {
+    const qsizetype size = json.size();
+    json.resize(size + text.size());
+    std::transform(text.begin(), text.end(), json.begin() + size,
+                   [](QChar character) { return static_cast<char>(character.unicode()); });
 }
 
 void appendAscii(QByteArray& json, char16_t unit) {
@@ -57,7 +71,15 @@ void appendAscii(QByteArray& json, char16_t unit) {
 
 void appendJsonString(QByteArray& json, QStringView text) {
     json += '"';
-    for (qsizetype i = 0; i < text.size(); ++i) {
+    for (qsizetype i = 0; i < text.size();) {
+        const qsizetype start = i;
+        while (i < text.size() && isPlain(text[i])) {
+            ++i;
+        }
+        if (i > start) {
+            appendPlain(json, text.sliced(start, i - start));
+            continue;
+        }
         const QChar unit = text[i];
         if (unit.unicode() < 0x80) {
             appendAscii(json, unit.unicode());
@@ -69,6 +91,7 @@ void appendJsonString(QByteArray& json, QStringView text) {
         } else {
             json += text.mid(i, 1).toUtf8();
         }
+        ++i;
     }
     json += '"';
 }
