@@ -1,7 +1,14 @@
 #include "data/LayoutCoding.h"
+#include "data/LayoutFile.h"
 #include "data/LayoutReconciler.h"
 #include "data/NameOrder.h"
+#include "data/SearchIndex.h"
+#include "model/LauncherModel.h"
+#include "model/LayoutStore.h"
 #include "model/VisibleEntries.h"
+#include "platform/EventLoopQueue.h"
+#include "platform/Preferences.h"
+#include "support/MemoryFileSystem.h"
 #include "views/BackgroundWash.h"
 
 #include <benchmark/benchmark.h>
@@ -86,6 +93,60 @@ void decodeLayout(benchmark::State& state) {
     }
 }
 
+void encodeForExchange(benchmark::State& state) {
+    const LayoutFile file{
+        .exportedAt = {}, .columns = 7, .rows = 5, .items = layoutOf(installedApps(state.range(0)))};
+    for ([[maybe_unused]] auto round : state) {
+        benchmark::DoNotOptimize(encodeLayoutFile(file));
+    }
+}
+
+void decodeForExchange(benchmark::State& state) {
+    const QByteArray text = encodeLayoutFile(
+        {.exportedAt = {}, .columns = 7, .rows = 5, .items = layoutOf(installedApps(state.range(0)))});
+    for ([[maybe_unused]] auto round : state) {
+        benchmark::DoNotOptimize(decodeLayoutFile(text));
+    }
+}
+
+void indexNames(benchmark::State& state) {
+    const std::vector<AppInfo> apps = installedApps(state.range(0));
+    const NameOrder order;
+    for ([[maybe_unused]] auto round : state) {
+        benchmark::DoNotOptimize(SearchIndex(apps, order));
+    }
+}
+
+// What typing a letter costs, the items that are shown then included. All names hold "a", one in a hundred
+// "99", none "zebra".
+void typeALetter(benchmark::State& state, const char* text) {
+    EventLoopQueue queue;
+    MemoryFileSystem files;
+    NullPreferences preferences;
+    const std::vector<AppInfo> apps = installedApps(state.range(0));
+    LauncherModel model({queue, files, preferences, {}, [] { return std::vector<AppInfo>(); }, {}, {}});
+    model.applyScan(apps);
+    const QString typed = QString::fromLatin1(text);
+    model.setSearchText(typed + QLatin1Char('x'));
+    for ([[maybe_unused]] auto round : state) {
+        model.setSearchText(typed);
+        state.PauseTiming();
+        model.setSearchText(typed + QLatin1Char('x'));
+        state.ResumeTiming();
+    }
+}
+
+// What a change of the layout costs the main thread; the writing goes on beside it.
+void saveLayout(benchmark::State& state) {
+    EventLoopQueue queue;
+    MemoryFileSystem files;
+    LayoutStore store(queue, files, QStringLiteral("/data"));
+    const LaunchItems items = layoutOf(installedApps(state.range(0)));
+    for ([[maybe_unused]] auto round : state) {
+        store.save(items);
+    }
+}
+
 void paintWash(benchmark::State& state) {
     const QSize size(static_cast<int>(state.range(0)), static_cast<int>(state.range(0)) * 9 / 16);
     for ([[maybe_unused]] auto round : state) {
@@ -113,6 +174,21 @@ BENCHMARK(reconcileAllMoved)
 BENCHMARK(placeVisibleEntries)->RangeMultiplier(10)->Range(100, 100'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(encodeLayout)->Arg(10'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(decodeLayout)->Arg(10'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(encodeForExchange)->Arg(10'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(decodeForExchange)->Arg(10'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(indexNames)->Arg(200)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(typeALetter, all, "a")->Arg(200)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(typeALetter, some, "99")
+    ->Arg(200)
+    ->Arg(10'000)
+    ->Arg(100'000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(typeALetter, none, "zebr")
+    ->Arg(200)
+    ->Arg(10'000)
+    ->Arg(100'000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(saveLayout)->Arg(200)->Arg(10'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(paintWash)->Arg(1920)->Arg(3840)->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();
