@@ -1,0 +1,60 @@
+// Exchange files of any bytes: each is refused, or a layout that is written and read back unchanged. What the
+// reader takes for JSON, Qt's does too.
+#include "data/HomePaths.h"
+#include "data/LayoutFile.h"
+
+#include <QJsonDocument>
+#include <cstdint>
+#include <cstdlib>
+
+using namespace amberquill;
+
+namespace {
+
+void require(bool holds) {
+    if (!holds) {
+        std::abort();
+    }
+}
+
+const HomeFolders& homes() {
+    static const HomeFolders theHomes{QStringLiteral("/home/me"), [](const QString& user) {
+                                          return user.size() == 3
+                                                     ? std::optional(QStringLiteral("/home/") + user)
+                                                     : std::nullopt;
+                                      }};
+    return theHomes;
+}
+
+void requireHomePath(const QString& path, TildeExpansion& tilde) {
+    const QString expanded = tilde.expand(path);
+    if (!path.startsWith(QLatin1Char('~'))) {
+        require(expanded == path);
+        require(tilde.expand(homeRelative(path, homes().own)) == path);
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const QByteArray text(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+    const auto file = decodeLayoutFile(text);
+    if (!file) {
+        return 0;
+    }
+    QJsonParseError error;
+    QJsonDocument::fromJson(text, &error);
+    require(error.error == QJsonParseError::NoError || error.error == QJsonParseError::DeepNesting);
+    require(decodeLayoutFile(encodeLayoutFile(*file)) == file);
+    TildeExpansion tilde(homes());
+    for (const LaunchItem& item : file->items) {
+        if (const QString* path = item.asApp()) {
+            requireHomePath(*path, tilde);
+        } else {
+            for (const QString& member : item.asFolder()->apps) {
+                requireHomePath(member, tilde);
+            }
+        }
+    }
+    return 0;
+}
