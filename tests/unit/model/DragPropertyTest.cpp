@@ -127,7 +127,7 @@ private:
     void itemsChanged() {
         FolderSizes now = foldersNow();
         for (const auto& [id, size] : folders_) {
-            if (!now.contains(id)) {
+            if (!now.contains(id) && currentAnimation() != motion::replaceLayout) {
                 require(currentAnimation() == motion::pullOut, u"only a pull-out takes a folder away"_s);
                 require(size <= 2, u"a folder that still holds two applications stays"_s);
                 ++reached_[u"folder dissolved"_s];
@@ -190,7 +190,7 @@ private:
 
     void takeStep() {
         // A hand that has pressed mostly moves, waits and lets go.
-        const int choice = below(holding_ ? 60 : 22);
+        const int choice = below(holding_ ? 62 : 24);
         switch (choice) {
         case 0:
             takeAway();
@@ -229,6 +229,12 @@ private:
             }
             break;
         case 10:
+            arrange();
+            break;
+        case 11:
+            exchange();
+            break;
+        case 12:
             wait();
             break;
         default:
@@ -340,6 +346,40 @@ private:
         }
     }
 
+    void arrange() {
+        switch (below(6)) {
+        case 0:
+            note(u"reset"_s);
+            model_->resetLayout();
+            break;
+        case 1:
+        case 2:
+            note(u"sort"_s);
+            model_->sortByName();
+            break;
+        default:
+            const int columns = 2 + below(3);
+            const int rows = 1 + below(3);
+            note(u"grid of %1 × %2"_s.arg(columns).arg(rows));
+            model_->setGrid(columns, rows);
+        }
+    }
+
+    void exchange() {
+        if (exported_.isEmpty() || oneIn(2)) {
+            note(u"export"_s);
+            exported_ = model_->exportLayoutData();
+            return;
+        }
+        note(u"import"_s);
+        require(!model_->importLayout(exported_), u"what was exported can be imported"_s);
+        opensUntil_ = 0;
+        checkTakenAway(true);
+        if (holding_) {
+            goOnUnheard();
+        }
+    }
+
     void rename() {
         if (!folders_.empty()) {
             auto folder = folders_.begin();
@@ -435,6 +475,8 @@ private:
     std::vector<AppInfo> installed_;
     int lastApp_ = 0;
     std::unique_ptr<LauncherModel> model_;
+
+    QByteArray exported_;
 
     std::set<QString> expected_;
     FolderSizes folders_;
