@@ -2,7 +2,9 @@
 
 #include "data/IconCache.h"
 #include "platform/MainQueue.h"
+#include "platform/WindowSystem.h"
 #include "views/TileLayout.h"
+#include "window/SettingsItems.h"
 
 #include <QGuiApplication>
 #include <QPointer>
@@ -29,12 +31,13 @@ AppDelegate::AppDelegate(Services services)
                 [this]() -> QWindow* {
                     return controller_ && controller_->isShown() ? &controller_->window() : nullptr;
                 }})
+    , visibility_({services_.preferences, services_.queue, services_.windows, services_.statusItem})
     , menu_({model_,
              dialogs_,
              [this] { controller_->hide(std::nullopt); },
              [] { QCoreApplication::quit(); },
              {},
-             {}})
+             [this](QMenu& menu) { visibility_.addItems(menu, true); }})
     , names_(services_.queue, services_.files, services_.caches, services_.language)
     , icons_({model_, IconCache::shared(), services_.queue, services_.files}, services_.caches,
              services_.prepared.icons)
@@ -47,6 +50,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     controller_ = std::make_shared<LauncherWindowController>(
         LauncherWindowController::Services{model_, services_.queue, services_.windows, services_.tokens,
                                            services_.opener, services_.scrollDevices});
+    wireVisibility();
     controller_->setMenu([this](QWindow& window) { menu_.popUp(window); });
     model_.setController(controller_);
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, &AppDelegate::applicationStateChanged);
@@ -55,6 +59,31 @@ void AppDelegate::applicationDidFinishLaunching() {
             Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
     frameLog_ = std::make_unique<FrameLog>(controller_->window());
     controller_->show();
+}
+
+void AppDelegate::wireVisibility() {
+    visibility_.isLauncherShown = [this] { return controller_->isShown(); };
+    visibility_.showLauncher = [this] { controller_->show(); };
+    visibility_.toggleLauncher = [this] {
+        const bool isInFront =
+            controller_->isShown() && QGuiApplication::applicationState() == Qt::ApplicationActive;
+        if (isInFront) {
+            controller_->hide(std::nullopt);
+        } else {
+            controller_->show();
+        }
+    };
+    visibility_.addSettingsItems = [this](QMenu& menu) {
+        amberquill::addSettingsItems(menu, model_, dialogs_);
+    };
+    visibility_.showAbout = [this] { showAbout(); };
+    visibility_.quit = [] { QCoreApplication::quit(); };
+    services_.windows.setListedInTaskBars(visibility_.showsInDock());
+}
+
+void AppDelegate::showAbout() {
+    controller_->hide(std::nullopt);
+    dialogs_.showAbout();
 }
 
 bool AppDelegate::firstPageIsReady() {
@@ -72,6 +101,7 @@ bool AppDelegate::firstPageIsReady() {
 void AppDelegate::firstFrameShown() {
     live_.watch(services_.watchedFolders);
     services_.prepareOpening();
+    visibility_.updateStatusItem();
     services_.queue.postAfter(settledAfter, [self = QPointer(this)] {
         if (self != nullptr) {
             IconCache::shared().refreshRemembered();

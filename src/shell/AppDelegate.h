@@ -8,6 +8,7 @@
 #include "shell/LiveRefresh.h"
 #include "shell/NamesKeeper.h"
 #include "shell/Preparations.h"
+#include "shell/VisibilityController.h"
 #include "window/LauncherMenu.h"
 #include "window/LauncherWindowController.h"
 #include "window/LayoutDialogs.h"
@@ -24,6 +25,7 @@ class FileSystem;
 class FolderWatcher;
 class MainQueue;
 class Preferences;
+class StatusItem;
 class ScrollDevices;
 class WindowSystem;
 
@@ -41,6 +43,7 @@ public:
         ActivationTokens& tokens;
         ApplicationOpener& opener;
         FolderWatcher& watcher;
+        StatusItem& statusItem;
         const ScrollDevices& scrollDevices;
         std::function<std::vector<AppInfo>()> scan;
         std::function<void()> prepareOpening; // called once the launcher is on the screen
@@ -67,6 +70,8 @@ public:
 
 private:
     void applicationStateChanged(Qt::ApplicationState state);
+    void wireVisibility();
+    void showAbout();
     void firstFrameShown();
     void applicationWillTerminate();
 
@@ -74,6 +79,7 @@ private:
     LauncherModel model_;
     std::shared_ptr<LauncherWindowController> controller_;
     LayoutDialogs dialogs_;
+    VisibilityController visibility_;
     LauncherMenu menu_;
     std::unique_ptr<FrameLog> frameLog_;
     NamesKeeper names_;

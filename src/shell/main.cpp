@@ -27,6 +27,7 @@
 #include "platform/linux/windows/WindowSystems.h"
 #include "shell/AppDelegate.h"
 #include "shell/DeferredOpener.h"
+#include "shell/TrayStatusItem.h"
 #include "views/BackgroundLayer.h"
 
 #include <QApplication>
@@ -85,6 +86,7 @@ int main(int argc, char* argv[]) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     }
     QGuiApplication::setApplicationName(QStringLiteral("Amberquill"));
+    QGuiApplication::setApplicationVersion(QStringLiteral(AMBERQUILL_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.amberquill.Amberquill"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const QApplication application(argc, argv);
@@ -130,6 +132,7 @@ int main(int argc, char* argv[]) {
         const auto scanned = std::exchange(*first, std::nullopt);
         return scanned ? *scanned : AppScanner::scan(scanServices);
     };
+    TrayStatusItem statusItem;
     AppDelegate delegate({queue,
                           files,
                           preferences,
@@ -137,6 +140,7 @@ int main(int argc, char* argv[]) {
                           *tokens,
                           opener,
                           watcher,
+                          statusItem,
                           *scrollDevices,
                           scan,
                           [&opener, &queue] {

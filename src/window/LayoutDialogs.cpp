@@ -3,6 +3,7 @@
 #include "localization/L.h"
 #include "platform/FileSystem.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QMessageBox>
@@ -104,6 +105,14 @@ void LayoutDialogs::readFrom(const QString& path) {
     } else if (const auto failure = services_.model.importLayout(*content)) {
         showError(L::importFailed(), failure->errorDescription());
     }
+}
+
+void LayoutDialogs::showAbout() {
+    auto box = std::make_unique<QMessageBox>(QMessageBox::NoIcon, L::about(), QStringLiteral("Amberquill"),
+                                             QMessageBox::Ok);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(QCoreApplication::applicationVersion());
+    open(box.release());
 }
 
 void LayoutDialogs::showError(const QString& message, const QString& informativeText) {

@@ -15,8 +15,8 @@ namespace amberquill {
 
 class FileSystem;
 
-// The small dialogs about the layout as a whole: reset, export, import, and what went wrong. Each stands
-// above the launcher and is answered before anything happens; one at a time.
+// The small dialogs: reset, export and import of the layout, what went wrong, and what this program is. Each
+// stands above the launcher and is answered before anything happens; one at a time.
 class LayoutDialogs final : public QObject {
     Q_OBJECT
 
@@ -37,6 +37,7 @@ public:
     void confirmReset();
     void exportLayout();
     void importLayout();
+    void showAbout();
     void showError(const QString& message, const QString& informativeText);
 
     // Whether one of them waits for an answer.

@@ -4,6 +4,7 @@
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"
 #include "platform/ScrollDevices.h"
+#include "platform/StatusItem.h"
 #include "platform/WindowSystem.h"
 #include "support/HandWatcher.h"
 #include "support/ManualQueue.h"
@@ -30,6 +31,7 @@ protected:
                                   tokens_,
                                   opener_,
                                   watcher_,
+                                  statusItem_,
                                   devices_,
                                   [] {
                                       return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};
@@ -52,6 +54,7 @@ protected:
     NullActivationTokens tokens_;
     NullApplicationOpener opener_;
     HandWatcher watcher_;
+    NullStatusItem statusItem_;
     Preparations prepared_;
     NullScrollDevices devices_;
     std::unique_ptr<AppDelegate> delegate_;
@@ -87,6 +90,7 @@ TEST_F(AppDelegateTest, TheLayoutIsSavedAtTheEndEvenWhenNothingSavedItBefore) {
                               tokens_,
                               opener_,
                               watcher_,
+                              statusItem_,
                               devices_,
                               [] {
                                   return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};

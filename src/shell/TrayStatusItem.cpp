@@ -1,0 +1,61 @@
+#include "shell/TrayStatusItem.h"
+
+#include <QGuiApplication>
+#include <QIcon>
+#include <QMenu>
+#include <QSystemTrayIcon>
+
+// Qt's macro for resources works in no namespace.
+static void loadStatusSymbol() {
+    Q_INIT_RESOURCE(amberquill_status);
+}
+
+namespace amberquill {
+
+namespace {
+
+QIcon statusIcon() {
+    loadStatusSymbol();
+    // White with a dark edge: no tray says whether it is light or dark.
+    return QIcon(QStringLiteral(":/assets/square.grid.3x3.fill.svg"));
+}
+
+} // namespace
+
+TrayStatusItem::TrayStatusItem() = default;
+
+TrayStatusItem::~TrayStatusItem() = default;
+
+void TrayStatusItem::setVisible(bool visible) {
+    if (visible && icon_ == nullptr) {
+        make();
+    } else if (!visible) {
+        icon_.reset();
+        menu_.reset();
+    }
+}
+
+void TrayStatusItem::make() {
+    menu_ = std::make_unique<QMenu>();
+    QObject::connect(menu_.get(), &QMenu::aboutToShow, menu_.get(), [this] {
+        menu_->clear();
+        actions_.fillMenu(*menu_);
+    });
+    actions_.fillMenu(*menu_); // a host asks for the entries before it asks to show them
+    icon_ = std::make_unique<QSystemTrayIcon>(statusIcon());
+    icon_->setToolTip(QStringLiteral("Amberquill"));
+    icon_->setContextMenu(menu_.get());
+    QObject::connect(icon_.get(), &QSystemTrayIcon::activated, menu_.get(),
+                     [this](QSystemTrayIcon::ActivationReason reason) {
+                         const bool withControl =
+                             QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier);
+                         if (reason == QSystemTrayIcon::Trigger && !withControl) {
+                             actions_.clicked();
+                         } else if (reason == QSystemTrayIcon::Trigger) {
+                             menu_->popup(icon_->geometry().bottomLeft());
+                         }
+                     });
+    icon_->show();
+}
+
+} // namespace amberquill

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/StatusItem.h"
+
+#include <memory>
+
+class QMenu;
+class QSystemTrayIcon;
+
+namespace amberquill {
+
+// The status item in whatever tray the desktop has. Made when it is first shown: most desktops never need it.
+class TrayStatusItem final : public StatusItem {
+public:
+    TrayStatusItem();
+    ~TrayStatusItem() override;
+
+    void setActions(Actions actions) override { actions_ = std::move(actions); }
+    void setVisible(bool visible) override;
+    [[nodiscard]] bool isVisible() const override { return icon_ != nullptr; }
+
+private:
+    void make();
+
+    Actions actions_;
+    std::unique_ptr<QMenu> menu_; // the tray shows it by itself: it is filled anew before each opening
+    std::unique_ptr<QSystemTrayIcon> icon_;
+};
+
+} // namespace amberquill

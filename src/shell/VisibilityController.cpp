@@ -1,0 +1,125 @@
+#include "shell/VisibilityController.h"
+
+#include "localization/L.h"
+#include "platform/MainQueue.h"
+#include "platform/Preferences.h"
+#include "platform/StatusItem.h"
+#include "platform/WindowSystem.h"
+#include "window/ClosureMenuItem.h"
+
+#include <QKeySequence>
+#include <QMenu>
+#include <QPointer>
+
+namespace amberquill {
+
+namespace {
+
+const QString dockKey = QStringLiteral("showInDock");
+const QString menuBarKey = QStringLiteral("showInMenuBar");
+
+// Seconds that a change of the task-bar entry takes to settle.
+constexpr double settling = 0.2;
+
+ClosureMenuItem& add(QMenu& menu, const QString& title, std::function<void()> handler) {
+    auto* item = new ClosureMenuItem(title, std::move(handler), &menu);
+    menu.addAction(item);
+    return *item;
+}
+
+} // namespace
+
+VisibilityController::VisibilityController(const Services& services, QObject* parent)
+    : QObject(parent)
+    , services_(services) {
+    services_.statusItem.setActions(
+        {[this] { toggleLauncher(); }, [this](QMenu& menu) { addStatusMenu(menu); }});
+}
+
+bool VisibilityController::showsInDock() const {
+    return services_.preferences.boolean(dockKey).value_or(true);
+}
+
+bool VisibilityController::showsInMenuBar() const {
+    return services_.preferences.boolean(menuBarKey).value_or(false);
+}
+
+void VisibilityController::setShowsInDock(bool on) {
+    if (!on && !showsInMenuBar()) {
+        return;
+    }
+    const bool wasShown = isLauncherShown();
+    services_.preferences.setBoolean(dockKey, on);
+    services_.windows.setListedInTaskBars(on);
+    if (wasShown) {
+        services_.queue.postAfter(settling, [self = QPointer(this)] {
+            if (self != nullptr) {
+                self->showLauncher();
+            }
+        });
+    }
+}
+
+void VisibilityController::toggleShowsInMenuBar() {
+    if (showsInMenuBar() && !showsInDock()) {
+        return;
+    }
+    services_.preferences.setBoolean(menuBarKey, !showsInMenuBar());
+    updateStatusItem();
+}
+
+void VisibilityController::apply() {
+    services_.windows.setListedInTaskBars(showsInDock());
+    updateStatusItem();
+}
+
+void VisibilityController::updateStatusItem() {
+    if (services_.statusItem.isVisible() != showsInMenuBar()) {
+        services_.statusItem.setVisible(showsInMenuBar());
+    }
+}
+
+void VisibilityController::addItems(QMenu& menu, bool withHeader) {
+    if (withHeader) {
+        menu.addSection(L::visibility());
+    }
+    const bool dock = showsInDock();
+    const bool menuBar = showsInMenuBar();
+    const auto addSwitch = [&menu](const QString& title, bool isOn, bool canChange,
+                                   std::function<void()> toggle) {
+        ClosureMenuItem& item = add(menu, title, std::move(toggle));
+        item.setCheckable(true);
+        item.setChecked(isOn);
+        item.setEnabled(canChange);
+        if (!canChange) {
+            item.setToolTip(L::visibilityHint());
+        }
+    };
+    menu.setToolTipsVisible(true);
+    addSwitch(L::showInDock(), dock, menuBar || !dock, [self = QPointer(this)] {
+        if (self != nullptr) {
+            self->setShowsInDock(!self->showsInDock());
+        }
+    });
+    addSwitch(L::showInMenuBar(), menuBar, dock || !menuBar, [self = QPointer(this)] {
+        if (self != nullptr) {
+            self->toggleShowsInMenuBar();
+        }
+    });
+}
+
+void VisibilityController::addStatusMenu(QMenu& menu) {
+    ClosureMenuItem& toggle = add(menu, L::toggleLauncher(), [this] { toggleLauncher(); });
+    toggle.setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_Space));
+    toggle.setShortcutContext(Qt::WidgetShortcut);
+    menu.addSeparator();
+    addItems(menu, false);
+    addSettingsItems(*menu.addMenu(L::settings()));
+    menu.addSeparator();
+    add(menu, L::about(), [this] { showAbout(); });
+    addUpdateItems(menu);
+    menu.addSeparator();
+    add(menu, L::quit(), [this] { quit(); });
+}
+
+} // namespace amberquill
