@@ -23,6 +23,7 @@ class ApplicationOpener;
 class FileSystem;
 class FolderWatcher;
 class MainQueue;
+class MotionPreference;
 class Preferences;
 class ScrollDevices;
 class WindowSystem;
@@ -42,6 +43,7 @@ public:
         ApplicationOpener& opener;
         FolderWatcher& watcher;
         const ScrollDevices& scrollDevices;
+        MotionPreference& motion;
         std::function<std::vector<AppInfo>()> scan;
         std::function<void()> prepareOpening; // called once the launcher is on the screen
         std::function<void()> retryIcons;
