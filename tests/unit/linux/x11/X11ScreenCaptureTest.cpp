@@ -1,11 +1,15 @@
 // On real X servers, which the tests start.
 #include "platform/linux/x11/X11ScreenCapture.h"
 
+#include "platform/linux/x11/XcbReply.h"
 #include "support/TestXServer.h"
 
 #include <QElapsedTimer>
+#include <QProcess>
+#include <array>
 #include <chrono>
 #include <gtest/gtest.h>
+#include <string_view>
 
 using namespace amberquill;
 using namespace amberquill::desktop;
@@ -43,6 +47,17 @@ public:
         client_.sync();
     }
 
+    // Half of the window lets through what is behind it, where a compositing manager sees to it.
+    void makeTranslucent(xcb_window_t window) {
+        constexpr std::string_view name = "_NET_WM_WINDOW_OPACITY";
+        const XcbReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
+            client_.get(), xcb_intern_atom(client_.get(), 0, name.size(), name.data()), nullptr));
+        const std::uint32_t half = 0x80000000;
+        xcb_change_property(client_.get(), XCB_PROP_MODE_REPLACE, window, atom->atom, XCB_ATOM_CARDINAL, 32,
+                            1, &half);
+        client_.sync();
+    }
+
     TestXServer& server() { return server_; }
     XClient& client() { return client_; }
 
@@ -56,6 +71,42 @@ QRgb seenAt(ScreenCapture& capture, const QPoint& point) {
     const QImage image = capture.capture({point, QSize(1, 1)}, 1);
     EXPECT_FALSE(image.isNull());
     return image.isNull() ? 0 : image.pixel(0, 0);
+}
+
+// A compositing manager, which paints all that is seen by itself.
+class Compositor {
+public:
+    explicit Compositor(const TestXServer& server) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"DISPLAY"_s, QString::fromLatin1(server.display()));
+        process_.setProcessEnvironment(environment);
+        process_.start(u"picom"_s, {u"--backend"_s, u"xrender"_s, u"--config"_s, u"/dev/null"_s,
+                                    u"--no-fading-openclose"_s});
+        EXPECT_TRUE(process_.waitForStarted());
+    }
+    Compositor(const Compositor&) = delete;
+    Compositor& operator=(const Compositor&) = delete;
+    ~Compositor() {
+        process_.kill();
+        process_.waitForFinished();
+    }
+
+private:
+    QProcess process_;
+};
+
+// Captures again and again until the colour at a point is about that one. False: it is not within ten
+// seconds.
+bool becomes(ScreenCapture& capture, const QPoint& point, int grey) {
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (elapsed.elapsed() < 10'000) {
+        const QRgb colour = seenAt(capture, point);
+        if (std::abs(qRed(colour) - grey) <= 2 && qRed(colour) == qBlue(colour)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 // Red above, green below: what a capture makes of it, by each way of reading.
@@ -229,4 +280,31 @@ TEST(X11ScreenCapture, AServerThatHangsIsNotWaitedFor) {
         image = capture.capture({0, 0, 640, 480}, 8);
     }
     EXPECT_EQ(image.pixel(79, 59), 0xFFFF8000) << "once it answers, it is read again";
+}
+
+TEST(X11ScreenCapture, WhatACompositingManagerPaintsIsSeen) {
+    Desktop desktop;
+    desktop.show({0, 0, 640, 480}, 0x202020);
+    const auto window = desktop.show({100, 100, 200, 200}, 0xE0E0E0);
+    desktop.makeTranslucent(window);
+    X11ScreenCapture capture(desktop.server().display(), patient);
+    EXPECT_EQ(seenAt(capture, {150, 150}), 0xFFE0E0E0) << "nobody sees to it yet";
+    {
+        const Compositor compositor(desktop.server());
+        EXPECT_TRUE(becomes(capture, {150, 150}, 0x80));
+        EXPECT_EQ(seenAt(capture, {50, 50}), 0xFF202020);
+        // From now on what is seen is always one of the two pictures that there were, and in the end the new
+        // one: nothing black in between, nothing that never was.
+        desktop.hide(window);
+        QElapsedTimer elapsed;
+        elapsed.start();
+        QRgb colour = 0;
+        while (colour != 0xFF202020 && elapsed.elapsed() < 10'000) {
+            colour = seenAt(capture, {150, 150});
+            EXPECT_TRUE(colour == 0xFF202020 || std::abs(qRed(colour) - 0x80) <= 2) << std::hex << colour;
+        }
+        EXPECT_EQ(colour, 0xFF202020);
+    }
+    desktop.show({100, 100, 200, 200}, 0xE0E0E0);
+    EXPECT_TRUE(becomes(capture, {150, 150}, 0xE0)) << "and once it has gone, without it";
 }
