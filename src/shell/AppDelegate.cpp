@@ -1,7 +1,9 @@
 #include "shell/AppDelegate.h"
 
 #include "data/IconCache.h"
+#include "motion/Timeline.h"
 #include "platform/MainQueue.h"
+#include "platform/MotionPreference.h"
 #include "platform/WindowSystem.h"
 #include "views/TileLayout.h"
 #include "window/SettingsItems.h"
@@ -102,6 +104,8 @@ void AppDelegate::firstFrameShown() {
     live_.watch(services_.watchedFolders);
     services_.prepareOpening();
     visibility_.updateStatusItem();
+    services_.motion.follow(
+        [&motion = services_.motion] { Timeline::shared().setReduced(motion.isReduced()); });
     services_.queue.postAfter(settledAfter, [self = QPointer(this)] {
         if (self != nullptr) {
             IconCache::shared().refreshRemembered();

@@ -24,6 +24,7 @@ class ApplicationOpener;
 class FileSystem;
 class FolderWatcher;
 class MainQueue;
+class MotionPreference;
 class Preferences;
 class StatusItem;
 class ScrollDevices;
@@ -45,6 +46,7 @@ public:
         FolderWatcher& watcher;
         StatusItem& statusItem;
         const ScrollDevices& scrollDevices;
+        MotionPreference& motion;
         std::function<std::vector<AppInfo>()> scan;
         std::function<void()> prepareOpening; // called once the launcher is on the screen
         std::function<void()> retryIcons;

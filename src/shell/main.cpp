@@ -19,6 +19,7 @@
 #include "platform/linux/files/PosixFileSystem.h"
 #include "platform/linux/files/QtSystemLanguages.h"
 #include "platform/linux/gpu/HardwareGpu.h"
+#include "platform/linux/motion/LinuxMotionPreference.h"
 #include "platform/linux/process/Fonts.h"
 #include "platform/linux/process/Heap.h"
 #include "platform/linux/process/SessionBus.h"
@@ -125,6 +126,7 @@ int main(int argc, char* argv[]) {
                                                                  *notifications, queue);
     });
     desktop::InotifyFolderWatcher watcher(queue);
+    desktop::LinuxMotionPreference motion(environment, queue, [] { return QDBusConnection::sessionBus(); });
     windows->setActivationToken(desktop::takeStartToken(start.environment, QGuiApplication::platformName()));
 
     auto [prepared, firstScan] = reading.get();
@@ -142,6 +144,7 @@ int main(int argc, char* argv[]) {
                           watcher,
                           statusItem,
                           *scrollDevices,
+                          motion,
                           scan,
                           [&opener, &queue] {
                               queue.release();

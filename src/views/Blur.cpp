@@ -83,7 +83,7 @@ void boxBlur(QRgb* pixels, int count, qsizetype stride, int radius, std::vector<
 } // namespace
 
 void blurColours(QImage& image, double sigma) {
-    Q_ASSERT(image.format() == QImage::Format_ARGB32_Premultiplied);
+    Q_ASSERT(image.format() == QImage::Format_ARGB32_Premultiplied || image.format() == QImage::Format_RGB32);
     std::vector<QRgb> copy;
     const qsizetype stride = image.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
     auto* const pixels = reinterpret_cast<QRgb*>(image.bits());

@@ -1,8 +1,10 @@
 #include "shell/AppDelegate.h"
 
 #include "data/LayoutCoding.h"
+#include "motion/Timeline.h"
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"
+#include "platform/MotionPreference.h"
 #include "platform/ScrollDevices.h"
 #include "platform/StatusItem.h"
 #include "platform/WindowSystem.h"
@@ -12,12 +14,30 @@
 #include "support/MemoryPreferences.h"
 
 #include <QGuiApplication>
+#include <QQuickWindow>
 #include <gtest/gtest.h>
 
 using namespace amberquill;
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// A preference that the test changes.
+class HandMotion final : public MotionPreference {
+public:
+    [[nodiscard]] bool isReduced() const override { return reduced_; }
+    void follow(std::function<void()> changed) override { changed_ = std::move(changed); }
+
+    [[nodiscard]] bool isFollowed() const { return changed_ != nullptr; }
+    void change(bool reduced) {
+        reduced_ = reduced;
+        changed_();
+    }
+
+private:
+    bool reduced_ = false;
+    std::function<void()> changed_;
+};
 
 class AppDelegateTest : public testing::Test {
 protected:
@@ -33,6 +53,7 @@ protected:
                                   watcher_,
                                   statusItem_,
                                   devices_,
+                                  motion_,
                                   [] {
                                       return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};
                                   },
@@ -57,6 +78,7 @@ protected:
     NullStatusItem statusItem_;
     Preparations prepared_;
     NullScrollDevices devices_;
+    HandMotion motion_;
     std::unique_ptr<AppDelegate> delegate_;
 };
 
@@ -92,6 +114,7 @@ TEST_F(AppDelegateTest, TheLayoutIsSavedAtTheEndEvenWhenNothingSavedItBefore) {
                               watcher_,
                               statusItem_,
                               devices_,
+                              motion_,
                               [] {
                                   return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};
                               },
@@ -106,4 +129,23 @@ TEST_F(AppDelegateTest, TheLayoutIsSavedAtTheEndEvenWhenNothingSavedItBefore) {
     Q_EMIT qGuiApp->aboutToQuit({});
     EXPECT_EQ(files_.file(u"/data/Amberquill/layout.json"_s),
               encodeItems({LaunchItem::app(u"/Applications/1.app"_s)}));
+}
+
+TEST_F(AppDelegateTest, TheWishForLessMotionIsFollowedOnceTheLauncherIsOnTheScreen) {
+    delegate_->applicationDidFinishLaunching();
+    queue_.advance(10);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(motion_.isFollowed());
+    for (QWindow* window : QGuiApplication::allWindows()) {
+        if (auto* quick = qobject_cast<QQuickWindow*>(window)) {
+            Q_EMIT quick->frameSwapped();
+        }
+    }
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(motion_.isFollowed());
+    EXPECT_FALSE(Timeline::shared().isReduced());
+    motion_.change(true);
+    EXPECT_TRUE(Timeline::shared().isReduced());
+    motion_.change(false);
+    EXPECT_FALSE(Timeline::shared().isReduced());
 }

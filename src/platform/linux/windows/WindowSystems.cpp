@@ -2,6 +2,7 @@
 
 #include "platform/linux/wayland/WaylandWindowSystem.h"
 #include "platform/linux/windows/PlainWindowSystem.h"
+#include "platform/linux/x11/X11ScreenCapture.h"
 #include "platform/linux/x11/X11ScrollDevices.h"
 #include "platform/linux/x11/X11WindowSystem.h"
 
@@ -26,6 +27,15 @@ std::unique_ptr<ScrollDevices> makeScrollDevices() {
         return std::make_unique<X11ScrollDevices>(x11->connection());
     }
     return std::make_unique<NullScrollDevices>();
+}
+
+std::unique_ptr<ScreenCapture> makeScreenCapture() {
+    const bool isGuest = qEnvironmentVariable("XDG_SESSION_TYPE") == u"wayland"_s ||
+                         !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    if (!isGuest && qGuiApp->nativeInterface<QNativeInterface::QX11Application>() != nullptr) {
+        return std::make_unique<X11ScreenCapture>();
+    }
+    return std::make_unique<NullScreenCapture>();
 }
 
 } // namespace amberquill::desktop

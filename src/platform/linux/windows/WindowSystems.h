@@ -1,6 +1,7 @@
 // platform/linux/windows/: which of the window systems the program runs on.
 #pragma once
 
+#include "platform/ScreenCapture.h"
 #include "platform/ScrollDevices.h"
 #include "platform/WindowSystem.h"
 
@@ -14,5 +15,9 @@ namespace amberquill::desktop {
 
 // What that window system knows of the devices that scroll. Never null.
 [[nodiscard]] std::unique_ptr<ScrollDevices> makeScrollDevices();
+
+// What sees that window system's screens. Never null; one that sees nothing where the program is a guest of
+// X11 in a Wayland session, whose windows are elsewhere.
+[[nodiscard]] std::unique_ptr<ScreenCapture> makeScreenCapture();
 
 } // namespace amberquill::desktop

@@ -3,7 +3,7 @@
 #include "platform/linux/activation/x11/StartupMessage.h"
 #include "platform/linux/x11/XcbReply.h"
 #include "support/ManualQueue.h"
-#include "unit/linux/launching/WaitUntil.h"
+#include "support/WaitUntil.h"
 
 #include <QGuiApplication>
 #include <QProcess>

@@ -1,6 +1,6 @@
 #include "platform/linux/applications/icons/IconThemeName.h"
 
-#include "DconfFiles.h"
+#include "support/DconfFiles.h"
 #include "support/FixedEnvironment.h"
 #include "support/TemporaryTree.h"
 

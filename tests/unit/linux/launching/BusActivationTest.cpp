@@ -1,8 +1,8 @@
 #include "platform/linux/applications/launching/BusActivation.h"
 
 #include "MockApplication.h"
-#include "PrivateBus.h"
-#include "WaitUntil.h"
+#include "support/PrivateBus.h"
+#include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
 

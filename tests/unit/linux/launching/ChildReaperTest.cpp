@@ -3,8 +3,8 @@
 #include "platform/linux/applications/launching/HeldProcess.h"
 
 #include "Report.h"
-#include "WaitUntil.h"
 #include "support/ManualQueue.h"
+#include "support/WaitUntil.h"
 
 #include <csignal>
 #include <gtest/gtest.h>

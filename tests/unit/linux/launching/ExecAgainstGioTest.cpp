@@ -4,8 +4,8 @@
 
 #include "LaunchFiles.h"
 #include "Report.h"
-#include "WaitUntil.h"
 #include "platform/linux/applications/entries/DesktopEntry.h"
+#include "support/WaitUntil.h"
 
 // GIO's headers use names that Qt's make macros of, were it not for QT_NO_KEYWORDS.
 #include <gio/gdesktopappinfo.h>

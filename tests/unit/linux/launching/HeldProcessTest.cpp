@@ -1,7 +1,7 @@
 #include "platform/linux/applications/launching/HeldProcess.h"
 
 #include "Report.h"
-#include "WaitUntil.h"
+#include "support/WaitUntil.h"
 
 #include <QCoreApplication>
 #include <QDir>

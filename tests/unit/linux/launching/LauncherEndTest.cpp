@@ -1,7 +1,7 @@
 // What becomes of an application when the launcher ends.
 #include "LaunchFiles.h"
 #include "Report.h"
-#include "WaitUntil.h"
+#include "support/WaitUntil.h"
 
 #include <QProcess>
 #include <csignal>

@@ -3,11 +3,11 @@
 #include "LaunchFiles.h"
 #include "MockApplication.h"
 #include "MockManager.h"
-#include "PrivateBus.h"
 #include "Report.h"
-#include "WaitUntil.h"
 #include "platform/EventLoopQueue.h"
 #include "support/ManualQueue.h"
+#include "support/PrivateBus.h"
+#include "support/WaitUntil.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "Report.h"
 
-#include "WaitUntil.h"
+#include "support/WaitUntil.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,9 +1,9 @@
 #include "platform/linux/applications/launching/SystemdScope.h"
 
 #include "MockManager.h"
-#include "PrivateBus.h"
-#include "WaitUntil.h"
 #include "support/ManualQueue.h"
+#include "support/PrivateBus.h"
+#include "support/WaitUntil.h"
 
 #include <QDBusPendingCallWatcher>
 #include <gtest/gtest.h>

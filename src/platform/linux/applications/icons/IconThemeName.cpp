@@ -1,17 +1,15 @@
 #include "platform/linux/applications/icons/IconThemeName.h"
 
-#include "platform/linux/applications/icons/DconfDatabase.h"
 #include "platform/linux/applications/icons/IconThemeIndex.h"
 #include "platform/linux/applications/icons/MarkupScanner.h"
 #include "platform/linux/files/BaseFolders.h"
-#include "platform/linux/files/RegularFile.h"
+#include "platform/linux/settings/DconfDatabase.h"
+#include "platform/linux/settings/DesktopSettings.h"
+#include "platform/linux/settings/SettingsFile.h"
 
-#include <QFile>
 #include <QIcon>
 #include <QStringList>
-#include <algorithm>
 #include <array>
-#include <fcntl.h>
 #include <optional>
 #include <string_view>
 
@@ -20,15 +18,6 @@ namespace amberquill::desktop {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr qsizetype maximumSettings = qsizetype{4} * 1024 * 1024;
-
-std::optional<std::string> contentOf(const QString& path) {
-    QByteArray buffer;
-    const auto bytes =
-        readRegularFile(AT_FDCWD, QFile::encodeName(path).constData(), maximumSettings, buffer);
-    return bytes ? std::optional(bytes->toByteArray().toStdString()) : std::nullopt;
-}
 
 // A theme's name, if that is what the text can be.
 QString themeName(std::string_view text) {
@@ -45,43 +34,21 @@ QString themeName(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-// The value of a key in a group of a settings file.
 QString settingsName(const QString& path, std::string_view group, std::string_view key) {
-    const auto content = contentOf(path);
-    std::string_view rest = content ? std::string_view(*content) : std::string_view();
-    bool inGroup = false;
-    while (!rest.empty()) {
-        auto line = rest.substr(0, rest.find('\n'));
-        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
-        skipSpace(line);
-        if (line.starts_with('[')) {
-            inGroup = line.substr(1, line.find(']') - 1) == group;
-            continue;
-        }
-        if (!inGroup || !line.starts_with(key)) {
-            continue;
-        }
-        line.remove_prefix(key.size());
-        if (line.starts_with("[$")) { // marks a key that the user may not change
-            line.remove_prefix(std::min(line.find(']'), line.size() - 1) + 1);
-        }
-        skipSpace(line);
-        if (line.starts_with('=')) {
-            return themeName(line.substr(1));
-        }
-    }
-    return {};
+    const auto content = settingsContent(path);
+    const auto value = content ? settingsValue(*content, group, key) : std::nullopt;
+    return value ? themeName(*value) : QString();
 }
 
 QString dconfName(const QString& configuration, std::string_view key) {
-    const auto database = contentOf(pathBelow(configuration, u"dconf/user"));
+    const auto database = settingsContent(pathBelow(configuration, u"dconf/user"));
     const auto text = database ? dconfText(*database, key) : std::nullopt;
     return text ? themeName(*text) : QString();
 }
 
 QString xfceName(const QString& configuration) {
     const auto content =
-        contentOf(pathBelow(configuration, u"xfce4/xfconf/xfce-perchannel-xml/xsettings.xml"));
+        settingsContent(pathBelow(configuration, u"xfce4/xfconf/xfce-perchannel-xml/xsettings.xml"));
     MarkupScanner scanner(content ? std::string_view(*content) : std::string_view());
     while (const auto piece = scanner.next()) {
         std::string_view name;
@@ -97,32 +64,8 @@ QString xfceName(const QString& configuration) {
     return {};
 }
 
-QStringList currentDesktops(const Environment& environment) {
-    return QString::fromUtf8(environment("XDG_CURRENT_DESKTOP").value_or(QByteArray())).split(u':');
-}
-
-// The user's folder for settings, then the system's.
-QStringList configurationFolders(const Environment& environment) {
-    QStringList folders{baseFolder(environment, "XDG_CONFIG_HOME", u".config")};
-    auto system = environment("XDG_CONFIG_DIRS").value_or(QByteArray());
-    if (system.isEmpty()) {
-        system = "/etc/xdg";
-    }
-    for (const auto& folder : system.split(':')) {
-        if (const auto path = absolutePath(folder)) {
-            folders.push_back(*path);
-        }
-    }
-    return folders;
-}
-
 QString kdeTheme(const QStringList& configuration) {
-    auto files = QStringList{pathBelow(configuration.front(), u"kdeglobals"),
-                             pathBelow(configuration.front(), u"kdedefaults/kdeglobals")};
-    for (const auto& folder : configuration.sliced(1)) {
-        files.push_back(pathBelow(folder, u"kdeglobals"));
-    }
-    for (const auto& file : files) {
+    for (const auto& file : kdeSettingsFiles(configuration)) {
         if (auto name = settingsName(file, "Icons", "Theme"); !name.isEmpty()) {
             return name;
         }

@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/DconfDatabase.h"
+#include "platform/linux/settings/DconfDatabase.h"
 
 #include <cstdint>
 
@@ -112,9 +112,8 @@ std::uint32_t hashOf(std::string_view key) {
     return hash;
 }
 
-} // namespace
-
-std::optional<std::string> dconfText(std::string_view database, std::string_view key) {
+// The value under a key, as the variant it is stored as.
+std::optional<std::string_view> valueOf(std::string_view database, std::string_view key) {
     const auto table = rootTable(database);
     if (!table) {
         return std::nullopt;
@@ -133,17 +132,33 @@ std::optional<std::string> dconfText(std::string_view database, std::string_view
         if (item->hash != hash || item->type != 'v' || !isCalled(database, *table, *item, key)) {
             continue;
         }
-        // A text as a variant: itself, its terminator, a separator and its type.
-        constexpr std::string_view end("\0\0s", 3);
-        const auto size = std::size_t{item->valueEnd} - item->valueBegin;
-        const auto value =
-            item->valueEnd >= item->valueBegin ? part(database, item->valueBegin, size) : std::nullopt;
-        if (!value || !value->ends_with(end) || size > maximumText) {
-            return std::nullopt;
-        }
-        return std::string(value->substr(0, size - end.size()));
+        return item->valueEnd >= item->valueBegin
+                   ? part(database, item->valueBegin, std::size_t{item->valueEnd} - item->valueBegin)
+                   : std::nullopt;
     }
     return std::nullopt;
+}
+
+} // namespace
+
+std::optional<std::string> dconfText(std::string_view database, std::string_view key) {
+    // Itself, its terminator, a separator and its type.
+    constexpr std::string_view end("\0\0s", 3);
+    const auto value = valueOf(database, key);
+    if (!value || !value->ends_with(end) || value->size() > maximumText) {
+        return std::nullopt;
+    }
+    return std::string(value->substr(0, value->size() - end.size()));
+}
+
+std::optional<bool> dconfBoolean(std::string_view database, std::string_view key) {
+    // Itself, a separator and its type.
+    constexpr std::string_view end("\0b", 2);
+    const auto value = valueOf(database, key);
+    if (!value || value->size() != 1 + end.size() || !value->ends_with(end)) {
+        return std::nullopt;
+    }
+    return value->front() != 0;
 }
 
 } // namespace amberquill::desktop

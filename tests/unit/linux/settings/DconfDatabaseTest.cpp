@@ -1,6 +1,6 @@
-#include "platform/linux/applications/icons/DconfDatabase.h"
+#include "platform/linux/settings/DconfDatabase.h"
 
-#include "DconfFiles.h"
+#include "support/DconfFiles.h"
 
 #include <gtest/gtest.h>
 
@@ -25,6 +25,20 @@ const QByteArray fromTheService = QByteArray::fromHex(
     "6c0100000b007600780100007e010000676e6f6d652f0000010000006465736b746f702f02000000696e746572666163"
     "652f000005000000070000000300000069636f6e2d7468656d65000000000000506170697275730000736f72672f0000"
     "00000000636c6f636b2d666f726d61743132680000732f0004000000637572736f722d73697a6500200000000069");
+
+// The same with two booleans.
+const QByteArray booleansFromTheService = QByteArray::fromHex(
+    "4756617269616e74000000000000000018000000e4000000000000280700000000000000010000000200000004000000"
+    "040000000500000005000000c07f5f3e05000000e400000011007600f8000000fb0000004b50900b02000000fb000000"
+    "04004c000001000004010000d4b50200ffffffff0401000001004c00080100000c010000fe1f9e7f050000000c010000"
+    "0f0076002001000023010000b988fdda060000002301000008004c002c0100003001000039c53b4f0400000030010000"
+    "0a004c003c01000044010000b0b72430010000004401000006004c004c01000050010000656e61626c652d616e696d61"
+    "74696f6e730000000000626f72672f00060000002f00000001000000636c6f636b2d73686f772d646174650000000000"
+    "0100626465736b746f702f0005000000696e746572666163652f00000300000000000000676e6f6d652f000004000000");
+
+std::optional<bool> boolean(const QByteArray& database, std::string_view key) {
+    return dconfBoolean({database.constData(), static_cast<std::size_t>(database.size())}, key);
+}
 
 } // namespace
 
@@ -80,4 +94,19 @@ TEST(DconfDatabase, ABrokenDatabaseIsSurvived) {
         }
     }
     EXPECT_GT(answered, 0); // what was overwritten did not always matter
+}
+
+TEST(DconfDatabase, ABooleanIsFoundUnderItsKey) {
+    const auto database = dconfDatabase({{themeKey, "Papirus"}}, 3, {{"/a/on", true}, {"/a/off", false}});
+    EXPECT_EQ(boolean(database, "/a/on"), true);
+    EXPECT_EQ(boolean(database, "/a/off"), false);
+    EXPECT_EQ(boolean(database, "/a/missing"), std::nullopt);
+    EXPECT_EQ(boolean(database, themeKey), std::nullopt) << "a text";
+    EXPECT_EQ(text(database, "/a/on"), std::nullopt);
+    EXPECT_EQ(boolean(dconfDatabase({{"/a", std::string("\1\0b", 3)}}), "/a"), std::nullopt);
+}
+
+TEST(DconfDatabase, BooleansThatTheSettingsServiceWroteAreRead) {
+    EXPECT_EQ(boolean(booleansFromTheService, "/org/gnome/desktop/interface/enable-animations"), false);
+    EXPECT_EQ(boolean(booleansFromTheService, "/org/gnome/desktop/interface/clock-show-date"), true);
 }

@@ -11,4 +11,7 @@ namespace amberquill::desktop {
 // fiftieth of the time that asking through the settings service does.
 [[nodiscard]] std::optional<std::string> dconfText(std::string_view database, std::string_view key);
 
+// The same for a boolean.
+[[nodiscard]] std::optional<bool> dconfBoolean(std::string_view database, std::string_view key);
+
 } // namespace amberquill::desktop

@@ -8,9 +8,10 @@
 
 namespace amberquill {
 
-// A dconf database with these keys, each a text. Keys are stored below their folders, as the settings service
-// does it.
-inline QByteArray dconfDatabase(const std::map<std::string, std::string>& texts, quint32 buckets = 5) {
+// A dconf database with these keys, each a text or a boolean. Keys are stored below their folders, as the
+// settings service does it.
+inline QByteArray dconfDatabase(const std::map<std::string, std::string>& texts, quint32 buckets = 5,
+                                const std::map<std::string, bool>& booleans = {}) {
     const auto word = [](quint32 number) {
         QByteArray bytes(4, '\0');
         qToLittleEndian(number, bytes.data());
@@ -26,14 +27,20 @@ inline QByteArray dconfDatabase(const std::map<std::string, std::string>& texts,
     struct Entry {
         std::string path;
         bool isFolder;
-        std::string text;
+        QByteArray value; // as a variant
     };
     std::map<std::string, Entry> entries;
-    for (const auto& [key, text] : texts) {
+    const auto add = [&entries](const std::string& key, const QByteArray& value) {
         for (auto slash = key.find('/'); slash != std::string::npos; slash = key.find('/', slash + 1)) {
-            entries.insert({key.substr(0, slash + 1), {key.substr(0, slash + 1), true, ""}});
+            entries.insert({key.substr(0, slash + 1), {key.substr(0, slash + 1), true, {}}});
         }
-        entries[key] = {key, false, text};
+        entries[key] = {key, false, value};
+    };
+    for (const auto& [key, text] : texts) {
+        add(key, QByteArray::fromStdString(text) + QByteArray("\0\0s", 3));
+    }
+    for (const auto& [key, boolean] : booleans) {
+        add(key, QByteArray(1, boolean ? '\1' : '\0') + QByteArray("\0b", 2));
     }
     std::vector<Entry> sorted; // by bucket
     std::vector<quint32> firsts;
@@ -71,13 +78,11 @@ inline QByteArray dconfDatabase(const std::map<std::string, std::string>& texts,
         const auto [parent, known] = parentOf(entry.path);
         const auto key = QByteArray::fromStdString(entry.path.substr(known));
         const auto keyAt = place(key);
-        const auto value =
-            entry.isFolder ? QByteArray() : QByteArray::fromStdString(entry.text) + QByteArray("\0\0s", 3);
-        const auto valueAt = place(value);
+        const auto valueAt = place(entry.value);
         const auto type = static_cast<quint32>(entry.isFolder ? 'L' : 'v');
         table += word(hashOf(entry.path)) + word(parent) + word(keyAt) +
                  word(static_cast<quint32>(key.size()) | (type << 16U)) + word(valueAt) +
-                 word(valueAt + static_cast<quint32>(value.size()));
+                 word(valueAt + static_cast<quint32>(entry.value.size()));
     }
     return "GVariant" + word(0) + word(0) + word(tableAt) + word(tableAt + tableSize) + table + data;
 }

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QImage>
+#include <QRgb>
+#include <QSize>
+#include <cstdint>
+#include <vector>
+
+namespace amberquill::desktop {
+
+// Makes an image smaller while its rows come in, so that the large one never exists.
+class RowShrinker {
+public:
+    static constexpr int most = 256;
+
+    // Each pixel will be the mean of `shrink` × `shrink` of those of an image of this size, which are fewer
+    // at the right and bottom edges. 1 ≤ shrink ≤ most.
+    RowShrinker(const QSize& size, int shrink);
+
+    // The next row, from the top. What stands in the highest byte of its pixels does not matter.
+    void add(const QRgb* row);
+
+    // Once all rows are in: opaque, in Format_RGB32. Null: there are rows missing, or no memory was there.
+    [[nodiscard]] QImage image() const;
+
+private:
+    void finishRow();
+
+    QSize size_;
+    int shrink_;
+    int rows_ = 0;
+    QImage image_;
+    std::vector<std::uint16_t> sums_; // of the rows of one block, per byte of a pixel
+};
+
+} // namespace amberquill::desktop

@@ -1,0 +1,52 @@
+// platform/linux/dbus/: what the desktop's services tell over the session bus.
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QDBusVariant>
+#include <QList>
+#include <QObject>
+#include <QVariant>
+#include <functional>
+#include <optional>
+
+namespace amberquill::desktop {
+
+// One setting of org.freedesktop.portal.Settings.
+struct PortalKey {
+    QString space; // its namespace
+    QString name;
+
+    bool operator==(const PortalKey&) const = default;
+};
+
+// Follows settings that the desktop's portal knows. Never waits for it, and never has it started: a desktop
+// that has one runs it. Main thread only.
+class PortalSettings final : public QObject {
+    Q_OBJECT
+
+public:
+    // Called with each answer and each change. None: the portal that runs now does not know the setting.
+    using Handler = std::function<void(const PortalKey& key, const std::optional<QVariant>& value)>;
+
+    // An answer that takes longer than `patience` milliseconds is not waited for; what changes later is heard
+    // all the same.
+    PortalSettings(QDBusConnection bus, QList<PortalKey> keys, Handler handler, int patience = 3000);
+
+private Q_SLOTS:
+    void settingChanged(const QString& space, const QString& name, const QDBusVariant& value);
+
+private:
+    void ask();
+    void ask(const PortalKey& key);
+
+    QDBusConnection bus_;
+    QList<PortalKey> keys_;
+    Handler handler_;
+    int patience_;
+    QDBusServiceWatcher watcher_;
+    unsigned asked_ = 0;       // how often: an answer of an earlier portal does not count
+    QList<PortalKey> changed_; // since then: an answer from before the change does not count either
+};
+
+} // namespace amberquill::desktop

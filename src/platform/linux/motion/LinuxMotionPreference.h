@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/MainQueue.h"
+#include "platform/MotionPreference.h"
+#include "platform/linux/dbus/PortalSettings.h"
+#include "platform/linux/files/Environment.h"
+#include "platform/linux/motion/MotionSettings.h"
+
+#include <QDBusConnection>
+#include <QFileSystemWatcher>
+#include <QObject>
+#include <functional>
+#include <memory>
+
+namespace amberquill::desktop {
+
+// Asks the desktop's portal, and reads where GNOME and KDE keep the setting for desktops whose portal does
+// not tell, or that run none. Made without asking anything; follow() does.
+class LinuxMotionPreference final : public QObject, public MotionPreference {
+    Q_OBJECT
+
+public:
+    // Called once, by follow(): connecting takes a moment.
+    using SessionBus = std::function<QDBusConnection()>;
+
+    // `queue` outlives this object.
+    LinuxMotionPreference(const Environment& environment, MainQueue& queue, SessionBus bus);
+
+    [[nodiscard]] bool isReduced() const override { return isReduced_; }
+    void follow(std::function<void()> changed) override;
+
+private:
+    void readFiles();
+    void readFilesSoon();
+    void filesAreRead(const MotionFiles& files);
+    void watchFiles();
+    void take(const PortalKey& key, const std::optional<QVariant>& value);
+    void decide();
+
+    MainQueue& queue_;
+    SessionBus bus_;
+    QStringList configuration_;
+    MotionSettings settings_;
+    std::function<void()> changed_;
+    std::unique_ptr<PortalSettings> portal_;
+    std::unique_ptr<QFileSystemWatcher> watcher_;
+    bool isReading_ = false; // or about to
+    bool hasChangedMeanwhile_ = false;
+    bool isReduced_ = false;
+};
+
+} // namespace amberquill::desktop

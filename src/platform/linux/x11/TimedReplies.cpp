@@ -1,0 +1,38 @@
+#include "platform/linux/x11/TimedReplies.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <poll.h>
+#include <xcb/xcbext.h>
+
+namespace amberquill::desktop {
+
+TimedReplies::TimedReplies(xcb_connection_t* connection, std::chrono::milliseconds patience)
+    : connection_(connection)
+    , deadline_(std::chrono::steady_clock::now() + patience) {}
+
+void* TimedReplies::await(unsigned sequence) {
+    if (unanswered_) {
+        xcb_discard_reply(connection_, *unanswered_);
+        unanswered_ = sequence;
+        return nullptr;
+    }
+    xcb_flush(connection_);
+    while (true) {
+        void* reply = nullptr;
+        xcb_generic_error_t* error = nullptr;
+        if (xcb_poll_for_reply(connection_, sequence, &reply, &error) != 0) {
+            const XcbReply<xcb_generic_error_t> refusal(error);
+            return reply;
+        }
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+            deadline_ - std::chrono::steady_clock::now());
+        pollfd socket{xcb_get_file_descriptor(connection_), POLLIN, 0};
+        if (left.count() <= 0 || (::poll(&socket, 1, static_cast<int>(left.count())) < 0 && errno != EINTR)) {
+            unanswered_ = sequence;
+            return nullptr;
+        }
+    }
+}
+
+} // namespace amberquill::desktop

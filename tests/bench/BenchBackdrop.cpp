@@ -1,0 +1,77 @@
+// What a backdrop costs: reading a screen while making it smaller, and blurring what is left. Needs an X
+// server; reads the one it is called on.
+#include "platform/linux/x11/X11ScreenCapture.h"
+#include "views/Blur.h"
+
+#include <benchmark/benchmark.h>
+
+using namespace amberquill;
+using namespace amberquill::desktop;
+
+namespace {
+
+constexpr int shrink = 8;
+constexpr double sigma = 30.0 / shrink; // points
+
+void capture(benchmark::State& state, bool sharesMemory, bool blurs) {
+    X11ScreenCapture screen({}, std::chrono::seconds(10));
+    if (!sharesMemory) {
+        screen.shareNoMemory();
+    }
+    const QRect area(0, 0, static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
+    for ([[maybe_unused]] const auto& round : state) {
+        QImage image = screen.capture(area, shrink);
+        if (image.isNull()) {
+            state.SkipWithError("nothing to read");
+            return;
+        }
+        if (blurs) {
+            blurColours(image, sigma);
+        }
+        benchmark::DoNotOptimize(image.constBits());
+    }
+}
+
+void captureAndBlur(benchmark::State& state) {
+    capture(state, true, true);
+}
+
+void captureAlone(benchmark::State& state) {
+    capture(state, true, false);
+}
+
+void captureWithoutSharedMemory(benchmark::State& state) {
+    capture(state, false, false);
+}
+
+// The first one: the connection and the shared memory are made.
+void firstCapture(benchmark::State& state) {
+    for ([[maybe_unused]] const auto& round : state) {
+        X11ScreenCapture screen({}, std::chrono::seconds(10));
+        const QImage image = screen.capture({0, 0, 1920, 1080}, shrink);
+        if (image.isNull()) {
+            state.SkipWithError("nothing to read");
+            return;
+        }
+        benchmark::DoNotOptimize(image.constBits());
+    }
+}
+
+void blurAlone(benchmark::State& state) {
+    QImage image(static_cast<int>(state.range(0)) / shrink, static_cast<int>(state.range(1)) / shrink,
+                 QImage::Format_RGB32);
+    image.fill(0xFF336699);
+    for ([[maybe_unused]] const auto& round : state) {
+        blurColours(image, sigma);
+        benchmark::DoNotOptimize(image.constBits());
+    }
+}
+
+} // namespace
+
+BENCHMARK(captureAndBlur)->Args({1920, 1080})->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(captureAlone)->Args({1920, 1080})->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(captureWithoutSharedMemory)->Args({1920, 1080})->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(firstCapture)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(blurAlone)->Args({1920, 1080})->Args({3840, 2160})->Unit(benchmark::kMillisecond);
+BENCHMARK_MAIN();
