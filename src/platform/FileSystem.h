@@ -40,6 +40,9 @@ public:
 
     // Renames a file to a free name beside it, so that a new one can take its place and nothing is lost.
     virtual bool setAside(const QString& path) = 0;
+
+    // Removes a file; of a symbolic link the link itself.
+    virtual bool remove(const QString& path) = 0;
 };
 
 // A desktop without files: nothing to list, nothing to read, nowhere to write.
@@ -57,6 +60,7 @@ public:
     }
     bool writeAtomically(const QString&, const QByteArray&) override { return false; }
     bool setAside(const QString&) override { return false; }
+    bool remove(const QString&) override { return false; }
 };
 
 } // namespace amberquill

@@ -12,6 +12,7 @@
 #include "platform/linux/applications/icons/IconThemeName.h"
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
 #include "platform/linux/applications/launching/LinuxApplicationOpener.h"
+#include "platform/linux/autostart/AutostartLoginItem.h"
 #include "platform/linux/files/BaseFolders.h"
 #include "platform/linux/files/EnvironmentLocations.h"
 #include "platform/linux/files/InotifyFolderWatcher.h"
@@ -161,7 +162,11 @@ int main(int argc, char* argv[]) {
                           language,
                           AppScanner::searchRoots(locations.home) + registered.watchedFolders(),
                           {locations.home, desktop::homeFolderOfUser},
-                          [&frameworks](AppLanguage chosen) { frameworks.apply(chosen); }});
+                          [&frameworks](AppLanguage chosen) { frameworks.apply(chosen); },
+                          std::make_shared<desktop::AutostartLoginItem>(
+                              files, desktop::AutostartLoginItem::Settings{
+                                         desktop::autostartFolders(environment), desktop::runningProgram(),
+                                         entrySettings.currentDesktops})});
     const desktop::TerminationSignals signals([] { QCoreApplication::quit(); });
     if (delegate.firstPageIsReady()) {
         queue.hold();

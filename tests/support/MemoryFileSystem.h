@@ -68,6 +68,8 @@ public:
         return true;
     }
 
+    bool remove(const QString& path) override { return !refuseWrites_ && files_.remove(path) > 0; }
+
 private:
     void addEntry(const QString& path, bool isDirectory) {
         const qsizetype slash = path.lastIndexOf(QLatin1Char('/'));

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <memory>
+#include <unistd.h>
 
 namespace amberquill::desktop {
 namespace {
@@ -114,6 +115,10 @@ bool PosixFileSystem::writeAtomically(const QString& path, const QByteArray& con
 
 bool PosixFileSystem::setAside(const QString& path) {
     return isUsablePath(path) && renameToFreeName(path.toUtf8());
+}
+
+bool PosixFileSystem::remove(const QString& path) {
+    return isUsablePath(path) && ::unlink(path.toUtf8().constData()) == 0;
 }
 
 } // namespace amberquill::desktop

@@ -23,6 +23,8 @@ public:
     // `layout.json` becomes `layout.json.unreadable-1`, or the next number that is free. Of a symbolic link,
     // what it points to is renamed.
     bool setAside(const QString& path) override;
+
+    bool remove(const QString& path) override;
 };
 
 } // namespace amberquill::desktop

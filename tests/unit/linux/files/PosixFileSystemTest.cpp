@@ -63,6 +63,7 @@ using DisplayName = PosixFileSystemTest;
 using ReadFile = PosixFileSystemTest;
 using WriteAtomically = PosixFileSystemTest;
 using SetAside = PosixFileSystemTest;
+using Remove = PosixFileSystemTest;
 
 } // namespace
 
@@ -329,6 +330,23 @@ TEST_F(WriteAtomically, WhereNothingMayBeWrittenNothingChanges) {
     }
     EXPECT_EQ(tree_.read("locked/file"), "old");
     EXPECT_EQ(namesIn(tree_.at("locked")), QStringList{u"file"_s});
+}
+
+TEST_F(Remove, AFileGoesAndOfALinkTheLinkItself) {
+    const QString path = tree_.write("file", "x");
+    const QString link = tree_.link("link", "file");
+    EXPECT_TRUE(files_.remove(link));
+    EXPECT_EQ(namesIn(tree_.at()), QStringList{u"file"_s});
+    EXPECT_TRUE(files_.remove(path));
+    EXPECT_EQ(namesIn(tree_.at()), QStringList());
+}
+
+TEST_F(Remove, WhatIsNoFileStays) {
+    tree_.makeFolder("folder");
+    EXPECT_FALSE(files_.remove(tree_.path("folder")));
+    EXPECT_FALSE(files_.remove(tree_.path("missing")));
+    EXPECT_FALSE(files_.remove(u"relative"_s));
+    EXPECT_EQ(namesIn(tree_.at()), QStringList{u"folder"_s});
 }
 
 TEST_F(SetAside, TheFileGetsANameBesideItself) {

@@ -106,7 +106,7 @@ TEST_F(LayoutSaving, AProcessKilledAtAnyMomentOfASaveLeavesTheOldLayoutOrTheNew)
     std::mt19937 random(17);
     int ones = 0;
     int twos = 0;
-    constexpr int rounds = 300;
+    constexpr int rounds = 200;
     for (int round = 0; round < rounds; ++round) {
         int saving[2] = {};
         ASSERT_EQ(::pipe(saving), 0);

@@ -30,6 +30,7 @@ constexpr std::array<KeyName, entryKeyCount> keyNames = {{
     {"DBusActivatable", EntryKey::dbusActivatable},
     {"NoDisplay", EntryKey::noDisplay},
     {"Hidden", EntryKey::hidden},
+    {"X-GNOME-Autostart-enabled", EntryKey::gnomeAutostartEnabled},
 }};
 
 // Most lines are translations of keys that nobody here asks for: one look at the first letter passes over

@@ -26,8 +26,9 @@ enum class EntryKey {
     dbusActivatable,
     noDisplay,
     hidden,
+    gnomeAutostartEnabled,
 };
-inline constexpr std::size_t entryKeyCount = static_cast<std::size_t>(EntryKey::hidden) + 1;
+inline constexpr std::size_t entryKeyCount = static_cast<std::size_t>(EntryKey::gnomeAutostartEnabled) + 1;
 
 // The values of the `[Desktop Entry]` group as they stand in the file, without the white space around them;
 // of a localized key, the translation that is wanted most. They point into the file's bytes.
