@@ -66,15 +66,7 @@ void AppDelegate::applicationDidFinishLaunching() {
 void AppDelegate::wireVisibility() {
     visibility_.isLauncherShown = [this] { return controller_->isShown(); };
     visibility_.showLauncher = [this] { controller_->show(); };
-    visibility_.toggleLauncher = [this] {
-        const bool isInFront =
-            controller_->isShown() && QGuiApplication::applicationState() == Qt::ApplicationActive;
-        if (isInFront) {
-            controller_->hide(std::nullopt);
-        } else {
-            controller_->show();
-        }
-    };
+    visibility_.toggleLauncher = [this] { toggleLauncher(); };
     visibility_.addSettingsItems = [this](QMenu& menu) {
         amberquill::addSettingsItems(menu, model_, dialogs_);
     };
@@ -116,9 +108,40 @@ void AppDelegate::firstFrameShown() {
 
 void AppDelegate::applicationStateChanged(Qt::ApplicationState state) {
     // A focus that the window manager has not given yet is not one that was lost.
-    const bool isActive = state == Qt::ApplicationActive;
-    if (std::exchange(wasActive_, isActive) && !isActive) {
+    const bool wasActive = std::exchange(isActive_, state == Qt::ApplicationActive);
+    if (wasActive && !isActive_) {
         controller_->hide(std::nullopt);
+    } else if (!wasActive && isActive_) {
+        applicationDidBecomeActive();
+    }
+}
+
+void AppDelegate::applicationDidBecomeActive() {
+    if (!controller_->isShown() && !controller_->hasOtherWindow()) {
+        controller_->show();
+    }
+}
+
+void AppDelegate::showLauncher(const QString& token) {
+    if (!token.isEmpty()) {
+        services_.windows.setActivationToken(token);
+    }
+    if (controller_) {
+        controller_->show();
+    }
+}
+
+void AppDelegate::hideLauncher() {
+    if (controller_) {
+        controller_->hide(std::nullopt);
+    }
+}
+
+void AppDelegate::toggleLauncher(const QString& token) {
+    if (controller_ && controller_->isShown() && isActive_) {
+        hideLauncher();
+    } else {
+        showLauncher(token);
     }
 }
 

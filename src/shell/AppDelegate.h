@@ -68,12 +68,20 @@ public:
     // Once the event loop is about to run: makes the window and shows the launcher.
     void applicationDidFinishLaunching();
 
+    // What others ask for from outside, with the activation token or startup id that came along; empty: none.
+    // While the program is still starting, the start itself is the answer.
+    void showLauncher(const QString& token = {});
+    void hideLauncher();
+    // Hides the launcher where it is shown and active; else shows it.
+    void toggleLauncher(const QString& token = {});
+
     [[nodiscard]] LauncherModel& model() { return model_; }
 
 private:
     void applicationStateChanged(Qt::ApplicationState state);
     void wireVisibility();
     void showAbout();
+    void applicationDidBecomeActive();
     void firstFrameShown();
     void applicationWillTerminate();
 
@@ -87,7 +95,7 @@ private:
     NamesKeeper names_;
     IconKeeper icons_;
     LiveRefresh live_;
-    bool wasActive_ = false;
+    bool isActive_ = false;
 };
 
 } // namespace amberquill

@@ -13,6 +13,7 @@
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
 #include "platform/linux/applications/launching/LinuxApplicationOpener.h"
 #include "platform/linux/autostart/AutostartLoginItem.h"
+#include "platform/linux/dbus/SingleInstance.h"
 #include "platform/linux/files/BaseFolders.h"
 #include "platform/linux/files/EnvironmentLocations.h"
 #include "platform/linux/files/InotifyFolderWatcher.h"
@@ -39,6 +40,7 @@
 #include <QScreen>
 #include <future>
 #include <optional>
+#include <unistd.h>
 
 using namespace amberquill;
 
@@ -57,6 +59,22 @@ struct Reading {
     std::optional<std::vector<AppInfo>> firstScan;
 };
 
+void carryOut(const desktop::ApplicationRequest& request, AppDelegate& delegate) {
+    using Kind = desktop::ApplicationRequest::Kind;
+    const QString token = desktop::tokenFor(request, QGuiApplication::platformName());
+    switch (request.kind) {
+    case Kind::Show:
+        delegate.showLauncher(token);
+        break;
+    case Kind::Hide:
+        delegate.hideLauncher();
+        break;
+    case Kind::Toggle:
+        delegate.toggleLauncher(token);
+        break;
+    }
+}
+
 } // namespace
 
 int main(int argc, char* argv[]) {
@@ -66,6 +84,11 @@ int main(int argc, char* argv[]) {
     desktop::doNotLaunchSessionBus(environment);
     desktop::avoidInputMethodWithoutSeat(environment);
     desktop::shareHeap();
+
+    // Whether the program runs already is asked while it starts. If so, that one shows itself, and this
+    // process ends at once: nothing in it has been on the screen or written to a file.
+    desktop::NameClaim claim(desktop::sessionBusAddress(environment).value_or(QByteArray()),
+                             desktop::startWish(environment), {}, [] { ::_exit(0); });
 
     const Locations locations = desktop::locationsFromEnvironment(environment);
     const QString language = QLocale::system().name();
@@ -122,9 +145,12 @@ int main(int argc, char* argv[]) {
     const auto scrollDevices = desktop::makeScrollDevices();
     const auto tokens = desktop::makeActivationTokens(queue);
     const auto notifications = desktop::makeStartupNotifications();
+    // A bus that does not answer is not asked to start applications either: that would wait for it.
+    std::function<bool()> hasBus = [] { return false; };
     DeferredOpener opener([&]() -> std::unique_ptr<ApplicationOpener> {
-        return std::make_unique<desktop::LinuxApplicationOpener>(start, QDBusConnection::sessionBus(),
-                                                                 *notifications, queue);
+        return std::make_unique<desktop::LinuxApplicationOpener>(
+            start, hasBus() ? QDBusConnection::sessionBus() : QDBusConnection(QStringLiteral("none")),
+            *notifications, queue);
     });
     desktop::InotifyFolderWatcher watcher(queue);
     desktop::LinuxMotionPreference motion(environment, queue, [] { return QDBusConnection::sessionBus(); });
@@ -171,6 +197,13 @@ int main(int argc, char* argv[]) {
     if (delegate.firstPageIsReady()) {
         queue.hold();
         queue.postAfter(longestHold, [&queue] { queue.release(); });
+    }
+    const desktop::SingleInstance instance(
+        claim, queue, [&](const desktop::ApplicationRequest& request) { carryOut(request, delegate); });
+    hasBus = [&instance] { return instance.hasBus(); };
+    if (!instance.hasBus()) {
+        // Before the views are made: making them connects the accessibility of Qt to it.
+        desktop::leaveSessionBusAlone();
     }
     delegate.applicationDidFinishLaunching();
     return QApplication::exec();

@@ -12,6 +12,7 @@
 #include <QPointer>
 #include <QScreen>
 #include <QWheelEvent>
+#include <algorithm>
 
 namespace amberquill {
 
@@ -87,6 +88,24 @@ void LauncherWindowController::showMenu() {
     if (popUpMenu_) {
         popUpMenu_(window_);
     }
+}
+
+bool LauncherWindowController::hasOtherWindow() const {
+    if (!auxiliaryFlows().isEmpty()) {
+        return true;
+    }
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    return std::any_of(windows.begin(), windows.end(), [this](const QWindow* window) {
+        // Menus and tool tips come and go with the pointer; nobody works in them.
+        const bool isTransient = window->type() == Qt::Popup || window->type() == Qt::ToolTip;
+        return window != &window_ && window->isVisible() && !isTransient &&
+               !window->flags().testFlag(Qt::WindowDoesNotAcceptFocus);
+    });
+}
+
+QSet<QString>& LauncherWindowController::auxiliaryFlows() {
+    static QSet<QString> open;
+    return open;
 }
 
 void LauncherWindowController::requestToken(const QString& path) {

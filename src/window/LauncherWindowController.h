@@ -8,6 +8,8 @@
 #include "window/ScrollEvents.h"
 
 #include <QObject>
+#include <QSet>
+#include <QString>
 #include <functional>
 #include <optional>
 
@@ -54,6 +56,14 @@ public:
     void showMenu() override;
 
     void endEditing() override { window_.endEditing(); }
+
+    // Whether the user works with another window of the program: one that is visible and takes keys, or one
+    // of the auxiliary flows.
+    [[nodiscard]] bool hasOtherWindow() const;
+
+    // The names of the flows with windows of their own that are open now; who opens one enters it here and
+    // takes it out again.
+    [[nodiscard]] static QSet<QString>& auxiliaryFlows();
 
     [[nodiscard]] LauncherWindow& window() { return window_; }
 

@@ -6,6 +6,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QUuid>
+#include <csignal>
 #include <gtest/gtest.h>
 
 namespace amberquill {
@@ -31,9 +32,19 @@ public:
         for (const QString& name : names_) {
             QDBusConnection::disconnectFromBus(name);
         }
+        stop();
+    }
+
+    [[nodiscard]] const QString& address() const { return address_; }
+
+    void stop() {
         daemon_.kill();
         daemon_.waitForFinished();
     }
+
+    // Answers nothing until it is thawed; connections can be made all the while.
+    void freeze() const { ::kill(static_cast<pid_t>(daemon_.processId()), SIGSTOP); }
+    void thaw() const { ::kill(static_cast<pid_t>(daemon_.processId()), SIGCONT); }
 
     // A connection of its own each time.
     QDBusConnection connect() {

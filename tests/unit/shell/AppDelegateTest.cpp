@@ -15,6 +15,7 @@
 
 #include <QGuiApplication>
 #include <QQuickWindow>
+#include <QWindow>
 #include <gtest/gtest.h>
 
 using namespace amberquill;
@@ -37,6 +38,20 @@ public:
 private:
     bool reduced_ = false;
     std::function<void()> changed_;
+};
+
+class TokenWindowSystem final : public WindowSystem {
+public:
+    [[nodiscard]] QScreen* screenUnderPointer() const override { return nullptr; }
+    void setActivationToken(const QString& token) override { token_ = token; }
+    void present(QWindow&, QScreen*) override { presentedWith += std::exchange(token_, QString()); }
+    void withdraw(QWindow&) override {}
+    void beep() override {}
+
+    QStringList presentedWith; // the token of each showing
+
+private:
+    QString token_;
 };
 
 class AppDelegateTest : public testing::Test {
@@ -71,7 +86,7 @@ protected:
     ManualQueue queue_;
     MemoryFileSystem files_;
     MemoryPreferences preferences_;
-    NullWindowSystem windows_;
+    TokenWindowSystem windows_;
     NullActivationTokens tokens_;
     NullApplicationOpener opener_;
     HandWatcher watcher_;
@@ -99,6 +114,76 @@ TEST_F(AppDelegateTest, LosingTheFocusToAnotherApplicationHides) {
     EXPECT_TRUE(delegate_->model().presented()) << "a focus that was never there is not lost";
     setState(Qt::ApplicationActive);
     setState(Qt::ApplicationInactive);
+    EXPECT_FALSE(delegate_->model().presented());
+}
+
+TEST_F(AppDelegateTest, AToggleHidesWhatIsShownAndActiveAndElseShows) {
+    delegate_->applicationDidFinishLaunching();
+    EXPECT_EQ(windows_.presentedWith.size(), 1);
+    delegate_->toggleLauncher();
+    EXPECT_TRUE(delegate_->model().presented()) << "shown, but another window has the focus";
+    EXPECT_EQ(windows_.presentedWith.size(), 2);
+    setState(Qt::ApplicationActive);
+    delegate_->toggleLauncher();
+    EXPECT_FALSE(delegate_->model().presented());
+    setState(Qt::ApplicationInactive);
+    delegate_->toggleLauncher();
+    EXPECT_TRUE(delegate_->model().presented());
+    EXPECT_EQ(windows_.presentedWith.size(), 3);
+}
+
+TEST_F(AppDelegateTest, ShowingAndHidingFromOutside) {
+    delegate_->applicationDidFinishLaunching();
+    delegate_->hideLauncher();
+    EXPECT_FALSE(delegate_->model().presented());
+    delegate_->showLauncher();
+    EXPECT_TRUE(delegate_->model().presented());
+    delegate_->showLauncher();
+    EXPECT_TRUE(delegate_->model().presented());
+    EXPECT_EQ(windows_.presentedWith.size(), 3);
+}
+
+TEST_F(AppDelegateTest, WhatCameAlongIsGoodForOneShowing) {
+    delegate_->applicationDidFinishLaunching();
+    delegate_->showLauncher(u"first"_s);
+    delegate_->showLauncher();
+    delegate_->toggleLauncher(u"second"_s);
+    EXPECT_EQ(windows_.presentedWith, (QStringList{u""_s, u"first"_s, u""_s, u"second"_s}));
+}
+
+TEST_F(AppDelegateTest, WhatIsAskedDuringTheStartIsAnsweredByTheStart) {
+    delegate_->toggleLauncher(u"token"_s);
+    delegate_->hideLauncher();
+    delegate_->showLauncher();
+    delegate_->applicationDidFinishLaunching();
+    EXPECT_TRUE(delegate_->model().presented());
+    EXPECT_EQ(windows_.presentedWith, QStringList{u"token"_s});
+}
+
+TEST_F(AppDelegateTest, BecomingActiveBringsTheLauncherUp) {
+    delegate_->applicationDidFinishLaunching();
+    delegate_->hideLauncher();
+    setState(Qt::ApplicationActive);
+    EXPECT_TRUE(delegate_->model().presented());
+    EXPECT_EQ(windows_.presentedWith.size(), 2);
+    setState(Qt::ApplicationInactive);
+    setState(Qt::ApplicationActive);
+    EXPECT_EQ(windows_.presentedWith.size(), 3);
+}
+
+TEST_F(AppDelegateTest, BecomingActiveLeavesAShownLauncherAlone) {
+    delegate_->applicationDidFinishLaunching();
+    setState(Qt::ApplicationActive);
+    EXPECT_EQ(windows_.presentedWith.size(), 1);
+}
+
+TEST_F(AppDelegateTest, BecomingActiveCoversNoOtherWindow) {
+    delegate_->applicationDidFinishLaunching();
+    delegate_->hideLauncher();
+    QWindow dialog;
+    dialog.setFlag(Qt::Dialog);
+    dialog.setVisible(true);
+    setState(Qt::ApplicationActive);
     EXPECT_FALSE(delegate_->model().presented());
 }
 

@@ -12,6 +12,7 @@
 #include <QQuickItem>
 #include <QScreen>
 #include <QWheelEvent>
+#include <QWindow>
 
 using namespace amberquill;
 using namespace Qt::StringLiterals;
@@ -365,4 +366,28 @@ TEST_F(LauncherWindowDrag, AMouseTakenByAnotherItemEndsADrag) {
     ASSERT_NE(shower_->window().mouseGrabberItem(), nullptr);
     shower_->window().mouseGrabberItem()->ungrabMouse();
     expectNoDrag();
+}
+
+TEST_F(LauncherWindowControllerTest, AnotherWindowIsOneThatTheUserCanWorkIn) {
+    shower_->window().setVisible(true);
+    EXPECT_FALSE(shower_->hasOtherWindow()) << "its own does not count";
+    QWindow other;
+    EXPECT_FALSE(shower_->hasOtherWindow()) << "not visible";
+    other.setVisible(true);
+    EXPECT_TRUE(shower_->hasOtherWindow());
+    other.setVisible(false);
+    other.setFlags(Qt::Popup);
+    other.setVisible(true);
+    EXPECT_FALSE(shower_->hasOtherWindow()) << "a menu";
+    other.setVisible(false);
+    other.setFlags(Qt::Dialog | Qt::WindowDoesNotAcceptFocus);
+    other.setVisible(true);
+    EXPECT_FALSE(shower_->hasOtherWindow()) << "takes no keys";
+}
+
+TEST_F(LauncherWindowControllerTest, AnAuxiliaryFlowCountsAsAnotherWindow) {
+    LauncherWindowController::auxiliaryFlows().insert(u"about"_s);
+    EXPECT_TRUE(shower_->hasOtherWindow());
+    LauncherWindowController::auxiliaryFlows().remove(u"about"_s);
+    EXPECT_FALSE(shower_->hasOtherWindow());
 }

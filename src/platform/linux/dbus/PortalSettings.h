@@ -1,4 +1,3 @@
-// platform/linux/dbus/: what the desktop's services tell over the session bus.
 #pragma once
 
 #include <QDBusConnection>

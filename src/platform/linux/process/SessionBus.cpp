@@ -5,21 +5,33 @@
 
 namespace amberquill::desktop {
 
-bool hasSessionBus(const Environment& environment) {
-    if (const auto address = environment("DBUS_SESSION_BUS_ADDRESS"); address && !address->isEmpty()) {
-        return true;
+std::optional<QByteArray> sessionBusAddress(const Environment& environment) {
+    if (auto address = environment("DBUS_SESSION_BUS_ADDRESS"); address && !address->isEmpty()) {
+        return address;
     }
     const auto runtimeFolder = environment("XDG_RUNTIME_DIR");
+    if (!runtimeFolder || !runtimeFolder->startsWith('/')) {
+        return std::nullopt;
+    }
+    const QByteArray socket = *runtimeFolder + "/bus";
     struct stat status = {};
-    return runtimeFolder && runtimeFolder->startsWith('/') &&
-           ::stat((*runtimeFolder + "/bus").constData(), &status) == 0 && S_ISSOCK(status.st_mode);
+    if (::stat(socket.constData(), &status) != 0 || !S_ISSOCK(status.st_mode)) {
+        return std::nullopt;
+    }
+    // An address escapes all characters but these, in the way of URLs.
+    return "unix:path=" + socket.toPercentEncoding("/*\\", "~");
 }
 
 void doNotLaunchSessionBus(const Environment& environment) {
-    if (!hasSessionBus(environment)) {
-        // An address that leads nowhere; without any, the reference library launches a bus.
-        qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+    if (!sessionBusAddress(environment)) {
+        // Without any address, the reference library launches a bus.
+        leaveSessionBusAlone();
     }
+}
+
+void leaveSessionBusAlone() {
+    // An address that leads nowhere.
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
 }
 
 } // namespace amberquill::desktop

@@ -4,11 +4,16 @@
 
 namespace amberquill::desktop {
 
-// Whether there is a session bus to connect to: its address is given, or its socket is at the usual place.
-bool hasSessionBus(const Environment& environment);
+// The address of the session bus: the one that is given, or that of the socket at the usual place. None:
+// there is no bus to connect to.
+[[nodiscard]] std::optional<QByteArray> sessionBusAddress(const Environment& environment);
 
 // Where there is none, keeps the D-Bus libraries in this process from starting one of their own: the program
 // does without. For the start of main(), before any other thread.
 void doNotLaunchSessionBus(const Environment& environment);
+
+// Keeps the D-Bus libraries in this process from waiting for a session bus that does not answer. For when
+// none of them has tried yet.
+void leaveSessionBusAlone();
 
 } // namespace amberquill::desktop

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/linux/dbus/ApplicationRequest.h"
+#include "platform/linux/dbus/BusWatches.h"
+
+#include <functional>
+
+namespace amberquill::desktop {
+
+// The program's object on a bus: answers org.freedesktop.Application. Main thread only.
+class ApplicationObject {
+public:
+    // `carryOut` gets each request before its caller is answered; the requests that have arrived before, at
+    // once.
+    ApplicationObject(BusConnection connection, std::function<void(const ApplicationRequest&)> carryOut);
+    ~ApplicationObject();
+
+    ApplicationObject(const ApplicationObject&) = delete;
+    ApplicationObject& operator=(const ApplicationObject&) = delete;
+
+private:
+    static DBusHandlerResult receive(DBusConnection* connection, DBusMessage* message, void* self);
+    DBusHandlerResult answer(DBusMessage& message);
+    void send(BusMessage reply);
+
+    BusConnection connection_;
+    std::function<void(const ApplicationRequest&)> carryOut_;
+    BusWatches watches_;
+};
+
+} // namespace amberquill::desktop

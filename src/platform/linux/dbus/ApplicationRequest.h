@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/linux/dbus/BusConnection.h"
+
+#include <QString>
+#include <QStringView>
+#include <variant>
+
+namespace amberquill::desktop {
+
+// The program's well-known name and the path of its object.
+inline constexpr auto applicationBusName = "org.amberquill.Amberquill";
+inline constexpr auto applicationBusPath = "/org/amberquill/Amberquill";
+
+// What others ask of the running program by the interface org.freedesktop.Application (Desktop Entry
+// Specification, "D-Bus Activation"), with what lets it come to the front.
+struct ApplicationRequest {
+    enum class Kind {
+        Show,
+        Hide,
+        Toggle,
+    };
+
+    Kind kind = Kind::Show;
+    QString activationToken; // of Wayland
+    QString startupId;       // of X11
+
+    bool operator==(const ApplicationRequest&) const = default;
+};
+
+// Of the two that came along, the one for the window system of that name (QGuiApplication::platformName).
+[[nodiscard]] QString tokenFor(const ApplicationRequest& request, QStringView platform);
+
+// Why a call is not carried out: the name of a D-Bus error.
+struct RequestRefusal {
+    const char* error;
+};
+
+// A method call of the interface: Activate and Open show, ActivateAction does what the action's name says
+// ("show", "hide", "toggle"). Parameters and files are taken for nothing. None: a method the interface has
+// not.
+using ReadRequest = std::variant<std::monostate, ApplicationRequest, RequestRefusal>;
+[[nodiscard]] ReadRequest readRequest(DBusMessage& call);
+
+// The call of Activate with which a request to show is handed on to the running program. It starts none.
+[[nodiscard]] BusMessage makeActivateCall(const ApplicationRequest& request);
+
+// What the object says of itself (org.freedesktop.DBus.Introspectable).
+[[nodiscard]] const char* introspection();
+
+} // namespace amberquill::desktop

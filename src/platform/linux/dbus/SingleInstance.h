@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/linux/dbus/ApplicationObject.h"
+#include "platform/linux/dbus/NameClaim.h"
+
+namespace amberquill {
+class MainQueue;
+}
+
+namespace amberquill::desktop {
+
+// The one running program, as the bus knows it: what comes of a claim. Main thread only.
+class SingleInstance {
+public:
+    // Waits for the claim's end within its bounds, so it is made as late in a start as can be, yet before
+    // anything is shown. Then `carryOut` gets what others ask; what was asked by then, before this returns.
+    SingleInstance(NameClaim& claim, MainQueue& queue,
+                   std::function<void(const ApplicationRequest&)> carryOut);
+    SingleInstance(const SingleInstance&) = delete;
+    SingleInstance& operator=(const SingleInstance&) = delete;
+    ~SingleInstance();
+
+    // Whether the session has a bus, and that answers.
+    [[nodiscard]] bool hasBus() const { return hasBus_; }
+
+private:
+    // What a late answer finds, or does not find any more.
+    struct Late;
+
+    void settled(ClaimResult result);
+
+    std::function<void(const ApplicationRequest&)> carryOut_;
+    bool hasBus_ = false;
+    std::unique_ptr<ApplicationObject> object_;
+    std::shared_ptr<Late> late_;
+};
+
+} // namespace amberquill::desktop
