@@ -1,5 +1,5 @@
 // platform/linux/dbus/: the session bus: the one running instance, which others ask to show itself, and what
-// the desktop's services tell. itself.
+// the desktop's services tell.
 #pragma once
 
 #include <QByteArray>
