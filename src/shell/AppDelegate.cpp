@@ -76,8 +76,10 @@ void AppDelegate::wireVisibility() {
 }
 
 void AppDelegate::showAbout() {
+    const QString flow = QStringLiteral("about");
+    LauncherWindowController::auxiliaryFlows().insert(flow);
     controller_->hide(std::nullopt);
-    dialogs_.showAbout();
+    dialogs_.showAbout([flow] { LauncherWindowController::auxiliaryFlows().remove(flow); });
 }
 
 bool AppDelegate::firstPageIsReady() {

@@ -107,11 +107,12 @@ void LayoutDialogs::readFrom(const QString& path) {
     }
 }
 
-void LayoutDialogs::showAbout() {
+void LayoutDialogs::showAbout(const std::function<void()>& closed) {
     auto box = std::make_unique<QMessageBox>(QMessageBox::NoIcon, L::about(), QStringLiteral("Amberquill"),
                                              QMessageBox::Ok);
     box->setTextFormat(Qt::PlainText);
     box->setInformativeText(QCoreApplication::applicationVersion());
+    connect(box.get(), &QObject::destroyed, this, closed);
     open(box.release());
 }
 

@@ -37,7 +37,8 @@ public:
     void confirmReset();
     void exportLayout();
     void importLayout();
-    void showAbout();
+    // `closed` is called once it is gone.
+    void showAbout(const std::function<void()>& closed);
     void showError(const QString& message, const QString& informativeText);
 
     // Whether one of them waits for an answer.

@@ -148,3 +148,15 @@ TEST_F(LayoutDialogsTest, AFileThatCannotBeReadIsSaid) {
     EXPECT_EQ(box->text(), L::importFailed());
     EXPECT_TRUE(isUntouched());
 }
+
+TEST_F(LayoutDialogsTest, ItIsToldWhenTheAboutPanelIsGone) {
+    bool isClosed = false;
+    dialogs_->showAbout([&isClosed] { isClosed = true; });
+    auto* box = shown<QMessageBox>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->text(), u"Amberquill"_s);
+    EXPECT_FALSE(isClosed);
+    press(QMessageBox::AcceptRole);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(isClosed);
+}
