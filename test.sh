@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, checks the formatting and runs every test: all of them as people run the program,
-# and those that need no display also under the address and undefined-behaviour sanitizers. Ends with the test
-# runner's summary. Arguments are ctest's, as in: ./test.sh -R ScreenChoice
+# those that need no display also under the address and undefined-behaviour sanitizers, and the readers of layouts
+# against a minute of made-up files. Ends with the test runner's summary. Arguments are ctest's, as in:
+#   ./test.sh -R ScreenChoice
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")"
 
@@ -24,9 +25,14 @@ for preset in release asan; do
     cmake --build --preset "$preset" -- --quiet
 done
 
-# One run over both builds, for one summary.
+echo Building fuzz
+cmake --preset fuzz >build/fuzz.log || { cat build/fuzz.log && exit 1; }
+cmake --build --preset fuzz -- --quiet fuzz_tests
+
+# One run over all builds, for one summary.
 mkdir -p build/tests
-printf 'subdirs("%s" "%s")\n' "$PWD/build/release" "$PWD/build/asan" >build/tests/CTestTestfile.cmake
+printf 'subdirs("%s" "%s" "%s")\n' "$PWD/build/release" "$PWD/build/asan" "$PWD/build/fuzz" \
+    >build/tests/CTestTestfile.cmake
 # Of the tests, only those that do not pass are worth a line.
 ctest --test-dir build/tests --output-on-failure --no-label-summary --parallel "$(nproc)" \
     --label-exclude '^display-sanitized$' "$@" | sed -E '/^ +Start +[0-9]+: /d; /^ *[0-9]+\/[0-9]+ Test .* Passed /d'
