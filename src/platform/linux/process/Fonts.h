@@ -2,8 +2,8 @@
 
 namespace amberquill::desktop {
 
-// Reads the configuration of the fonts, which Qt then finds read. Safe on any thread, and worth one of its own
-// while the application object is being made.
+// Reads the configuration of the fonts, which Qt then finds read. Safe on any thread, and worth one of its
+// own while the application object is being made.
 void readFontConfiguration();
 
 } // namespace amberquill::desktop
