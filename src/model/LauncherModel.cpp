@@ -65,7 +65,7 @@ void LauncherModel::turnToPage(int page) {
 }
 
 void LauncherModel::handleScroll(const ScrollEvent& event) {
-    if (drag_ || openFolderID_ || size_.width() <= 0) {
+    if (drag_ || folderIsOpen() || size_.width() <= 0) {
         return;
     }
     if (!event.precise) {

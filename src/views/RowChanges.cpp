@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QSet>
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace amberquill {
@@ -13,20 +14,20 @@ namespace {
 // they are while the others move around them.
 std::vector<bool> longestAscendingRun(const std::vector<int>& positions) {
     const std::size_t count = positions.size();
-    std::vector<std::size_t> length(count, 1);
     std::vector<std::size_t> previous(count, count);
-    std::size_t best = count;
+    std::vector<std::size_t> ends; // for each length, the run of it that ends lowest
     for (std::size_t i = 0; i < count; ++i) {
-        for (std::size_t j = 0; j < i; ++j) {
-            if (positions[j] < positions[i] && length[j] + 1 > length[i]) {
-                length[i] = length[j] + 1;
-                previous[i] = j;
-            }
-        }
-        if (best == count || length[i] > length[best]) {
-            best = i;
+        const auto longer = std::lower_bound(
+            ends.begin(), ends.end(), positions[i],
+            [&positions](std::size_t end, int position) { return positions[end] < position; });
+        previous[i] = longer == ends.begin() ? count : *std::prev(longer);
+        if (longer == ends.end()) {
+            ends.push_back(i);
+        } else {
+            *longer = i;
         }
     }
+    std::size_t best = ends.empty() ? count : ends.back();
     std::vector<bool> stays(count, false);
     for (; best < count; best = previous[best]) {
         stays[best] = true;
@@ -75,6 +76,9 @@ QSet<QString> stayingRows(const QStringList& rows, const QStringList& after) {
 
 std::vector<RowChange> rowChanges(const QStringList& before, const QStringList& after) {
     std::vector<RowChange> changes;
+    if (before == after) {
+        return changes;
+    }
     QStringList rows = before;
     removeAllBut(QSet<QString>(after.begin(), after.end()), rows, changes);
     const QSet<QString> known(rows.begin(), rows.end());

@@ -2,6 +2,8 @@
 
 #include "localization/SpokenTexts.h"
 
+#include <QSet>
+
 namespace amberquill {
 
 int TileRows::rowCount(const QModelIndex& parent) const {
@@ -69,6 +71,13 @@ void TileRows::setLayout(const TileLayout& layout) {
 }
 
 void TileRows::become(std::vector<Row> wanted) {
+    // A layout from elsewhere may hold an identity twice. It is drawn once.
+    QSet<QString> seen;
+    std::erase_if(wanted, [&seen](const Row& row) {
+        const qsizetype before = seen.size();
+        seen.insert(row.id);
+        return seen.size() == before;
+    });
     const auto ids = [](const std::vector<Row>& rows) {
         QStringList result;
         result.reserve(static_cast<qsizetype>(rows.size()));

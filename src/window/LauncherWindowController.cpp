@@ -165,7 +165,7 @@ bool LauncherWindowController::eventFilter(QObject* watched, QEvent* event) {
 
 bool LauncherWindowController::handleKey(int key, Qt::KeyboardModifiers modifiers) {
     LauncherModel& model = services_.model;
-    const KeyState state{model.openFolderID().has_value(), !model.searchText().isEmpty()};
+    const KeyState state{model.folderIsOpen(), !model.searchText().isEmpty()};
     switch (keyAction(key, modifiers, state)) {
     case KeyAction::PassOn:
         return false;

@@ -236,3 +236,21 @@ TEST_F(TileModelTest, TilesFollowTheSearchAndATileThatIsFoundStaysTheSame) {
     settle();
     EXPECT_EQ(ids(), wantedIds());
 }
+
+TEST_F(TileModelTest, AnIdentityThatTheLayoutHoldsTwiceIsDrawnOnceOnWhicheverPagesItStands) {
+    const LaunchItem twice = LaunchItem::folder({QUuid::createUuid(), u"Twice"_s, {}});
+    LaunchItems items;
+    for (int i = 1; i <= 110; ++i) {
+        items.push_back(i == 3 || i == 5 || i == 80 ? twice : LaunchItem::app(path(i)));
+    }
+    files_.addFile(layoutPath, encodeItems(items));
+    LauncherModel& model = presentedWith(110);
+    for (const int page : {1, 2, 0, 2, 1}) {
+        model.goToPage(page);
+        settle();
+        EXPECT_LE(ids().count(twice.id()), 1) << page;
+        const QStringList shown = ids();
+        const QStringList wanted = wantedIds();
+        EXPECT_EQ(QSet<QString>(shown.begin(), shown.end()), QSet<QString>(wanted.begin(), wanted.end()));
+    }
+}

@@ -31,7 +31,7 @@ AutostartLoginItem::AutostartLoginItem(FileSystem& files, Settings settings)
     : files_(files)
     , settings_(std::move(settings)) {}
 
-QString AutostartLoginItem::entryIn(const QString& folder) const {
+QString AutostartLoginItem::entryIn(const QString& folder) {
     return pathBelow(folder, QString::fromLatin1(ownDesktopId));
 }
 

@@ -35,7 +35,7 @@ public:
     void disable() override;
 
 private:
-    [[nodiscard]] QString entryIn(const QString& folder) const;
+    [[nodiscard]] static QString entryIn(const QString& folder);
     [[nodiscard]] std::optional<QByteArray> readEntryIn(const QString& folder) const;
 
     FileSystem& files_;

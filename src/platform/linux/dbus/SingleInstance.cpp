@@ -8,8 +8,8 @@ namespace amberquill::desktop {
 
 struct SingleInstance::Late {
     std::mutex mutex;
-    SingleInstance* instance;
-    MainQueue* queue;
+    SingleInstance* instance = nullptr;
+    MainQueue* queue = nullptr;
 };
 
 SingleInstance::SingleInstance(NameClaim& claim, MainQueue& queue,
