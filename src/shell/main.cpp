@@ -38,6 +38,7 @@
 #include <QLocale>
 #include <QQuickWindow>
 #include <QScreen>
+#include <QStyleHints>
 #include <future>
 #include <optional>
 #include <unistd.h>
@@ -46,8 +47,9 @@ using namespace amberquill;
 
 namespace {
 
-// Seconds after the first frame by which what a start needed for a moment can be given back.
-constexpr double settledAfter = 1.5;
+// Seconds after the first frame by which what a start needed for a moment can be given back: the pages beside
+// the first one are made and all icons decoded.
+constexpr double settledAfter = 4;
 
 // Seconds after which the rest of a start waits no longer for a first frame: a window need not be seen.
 constexpr double longestHold = 1.0;
@@ -115,6 +117,8 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setDesktopFileName(QStringLiteral("org.amberquill.Amberquill"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const QApplication application(argc, argv);
+    // A caret that blinks would wake the processor for as long as the launcher is up.
+    QGuiApplication::styleHints()->setCursorFlashTime(0);
 
     desktop::JsonPreferences preferences(files, locations.configuration +
                                                     QStringLiteral("/Amberquill/preferences.json"));
