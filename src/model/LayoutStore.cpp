@@ -47,7 +47,8 @@ public:
             }
             content = std::move(waiting_);
         }
-        if (content == written_) {
+        // The file may have been deleted or changed by others since.
+        if (content == written_ && files_.readFile(path_, largestLayoutText) == content) {
             return;
         }
         if (std::exchange(setAsideFirst_, false)) {

@@ -91,3 +91,16 @@ TEST_F(LayoutStoreTest, AnUnwritableFolderIsSilentAndTriedAgainAtTheNextSave) {
     queue_.runPosted();
     EXPECT_EQ(files_.file(path_), encodeItems(one_));
 }
+
+TEST_F(LayoutStoreTest, WhatOthersDeletedOrChangedMeanwhileIsWrittenAgain) {
+    store_.save(one_);
+    store_.flush();
+    ASSERT_TRUE(files_.remove(path_));
+    store_.save(one_);
+    store_.flush();
+    EXPECT_EQ(files_.file(path_), encodeItems(one_));
+    files_.addFile(path_, "{");
+    store_.save(one_);
+    store_.flush();
+    EXPECT_EQ(files_.file(path_), encodeItems(one_));
+}
