@@ -15,6 +15,9 @@ public:
     TrayStatusItem();
     ~TrayStatusItem() override;
 
+    TrayStatusItem(const TrayStatusItem&) = delete;
+    TrayStatusItem& operator=(const TrayStatusItem&) = delete;
+
     void setActions(Actions actions) override { actions_ = std::move(actions); }
     void setVisible(bool visible) override;
     [[nodiscard]] bool isVisible() const override { return icon_ != nullptr; }
