@@ -22,6 +22,10 @@ class Grid:
         return (self.width - 2 * self._margin) / COLUMNS, (self.height - 192) / ROWS
 
     @property
+    def cell_width(self):
+        return self._cell[0]
+
+    @property
     def _label_height(self):
         return math.ceil(1.4 * min(max(0.075 * self._cell[1], 11), 14))
 
