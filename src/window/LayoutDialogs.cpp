@@ -2,6 +2,7 @@
 
 #include "localization/L.h"
 #include "platform/FileSystem.h"
+#include "window/ApplicationIcon.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -9,6 +10,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QWindow>
+#include <cmath>
 #include <memory>
 #include <utility>
 
@@ -18,6 +20,9 @@ namespace {
 
 // What no layout is as large as.
 constexpr qint64 largestFile = 64LL * 1024 * 1024;
+
+// The edge of the icon in the about panel, in points.
+constexpr int aboutPicture = 64;
 
 std::unique_ptr<QFileDialog> fileDialog(const QString& title, const QString& folder) {
     auto dialog = std::make_unique<QFileDialog>(nullptr, title, folder);
@@ -112,6 +117,10 @@ void LayoutDialogs::showAbout(const std::function<void()>& closed) {
                                              QMessageBox::Ok);
     box->setTextFormat(Qt::PlainText);
     box->setInformativeText(QCoreApplication::applicationVersion());
+    const double ratio = box->devicePixelRatio();
+    QImage picture = applicationPicture(static_cast<int>(std::lround(aboutPicture * ratio)));
+    picture.setDevicePixelRatio(ratio);
+    box->setIconPixmap(QPixmap::fromImage(picture));
     connect(box.get(), &QObject::destroyed, this, closed);
     open(box.release());
 }

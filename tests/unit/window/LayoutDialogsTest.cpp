@@ -2,6 +2,7 @@
 
 #include "localization/L.h"
 #include "support/ModelFixture.h"
+#include "window/ApplicationIcon.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -155,6 +156,8 @@ TEST_F(LayoutDialogsTest, ItIsToldWhenTheAboutPanelIsGone) {
     auto* box = shown<QMessageBox>();
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(box->text(), u"Amberquill"_s);
+    EXPECT_EQ(box->iconPixmap().toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied),
+              applicationPicture(64));
     EXPECT_FALSE(isClosed);
     press(QMessageBox::AcceptRole);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
