@@ -6,6 +6,7 @@
 #include "platform/MotionPreference.h"
 #include "platform/WindowSystem.h"
 #include "views/TileLayout.h"
+#include "window/ApplicationIcon.h"
 #include "window/SettingsItems.h"
 
 #include <QGuiApplication>
@@ -57,9 +58,18 @@ void AppDelegate::applicationDidFinishLaunching() {
     model_.setController(controller_);
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, &AppDelegate::applicationStateChanged);
     connect(qGuiApp, &QGuiApplication::aboutToQuit, this, &AppDelegate::applicationWillTerminate);
-    connect(&controller_->window(), &QQuickWindow::frameSwapped, this, &AppDelegate::firstFrameShown,
-            Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
     frameLog_ = std::make_unique<FrameLog>(controller_->window());
+    if (startsHidden_) {
+        // There is no frame to wait for.
+        services_.queue.post([self = QPointer(this)] {
+            if (self != nullptr) {
+                self->finishStart();
+            }
+        });
+        return;
+    }
+    connect(&controller_->window(), &QQuickWindow::frameSwapped, this, &AppDelegate::finishStart,
+            Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
     controller_->show();
 }
 
@@ -94,7 +104,7 @@ bool AppDelegate::firstPageIsReady() {
 }
 
 // What nobody waits for is done once the launcher is on the screen.
-void AppDelegate::firstFrameShown() {
+void AppDelegate::finishStart() {
     live_.watch(services_.watchedFolders);
     services_.prepareOpening();
     visibility_.updateStatusItem();
@@ -102,6 +112,9 @@ void AppDelegate::firstFrameShown() {
         [&motion = services_.motion] { Timeline::shared().setReduced(motion.isReduced()); });
     services_.queue.postAfter(settledAfter, [self = QPointer(this)] {
         if (self != nullptr) {
+            const QIcon icon = applicationIcon();
+            QGuiApplication::setWindowIcon(icon);
+            self->controller_->window().setIcon(icon);
             IconCache::shared().refreshRemembered();
             self->icons_.start();
         }
@@ -128,12 +141,14 @@ void AppDelegate::showLauncher(const QString& token) {
     if (!token.isEmpty()) {
         services_.windows.setActivationToken(token);
     }
+    startsHidden_ = false;
     if (controller_) {
         controller_->show();
     }
 }
 
 void AppDelegate::hideLauncher() {
+    startsHidden_ = true;
     if (controller_) {
         controller_->hide(std::nullopt);
     }

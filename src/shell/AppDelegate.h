@@ -69,7 +69,8 @@ public:
     void applicationDidFinishLaunching();
 
     // What others ask for from outside, with the activation token or startup id that came along; empty: none.
-    // While the program is still starting, the start itself is the answer.
+    // While the program is still starting, the start itself is the answer: it shows the launcher, unless the
+    // last that was asked for is to hide it.
     void showLauncher(const QString& token = {});
     void hideLauncher();
     // Hides the launcher where it is shown and active; else shows it.
@@ -82,7 +83,7 @@ private:
     void wireVisibility();
     void showAbout();
     void applicationDidBecomeActive();
-    void firstFrameShown();
+    void finishStart();
     void applicationWillTerminate();
 
     Services services_;
@@ -96,6 +97,7 @@ private:
     IconKeeper icons_;
     LiveRefresh live_;
     bool isActive_ = false;
+    bool startsHidden_ = false;
 };
 
 } // namespace amberquill

@@ -39,6 +39,7 @@
 #include <QQuickWindow>
 #include <QScreen>
 #include <QStyleHints>
+#include <algorithm>
 #include <future>
 #include <optional>
 #include <unistd.h>
@@ -89,8 +90,10 @@ int main(int argc, char* argv[]) {
 
     // Whether the program runs already is asked while it starts. If so, that one shows itself, and this
     // process ends at once: nothing in it has been on the screen or written to a file.
-    desktop::NameClaim claim(desktop::sessionBusAddress(environment).value_or(QByteArray()),
-                             desktop::startWish(environment), {}, [] { ::_exit(0); });
+    const desktop::StartWish wish =
+        desktop::startWish(environment, QList<QByteArray>(argv + std::min(argc, 1), argv + argc));
+    desktop::NameClaim claim(desktop::sessionBusAddress(environment).value_or(QByteArray()), wish, {},
+                             [] { ::_exit(0); });
 
     const Locations locations = desktop::locationsFromEnvironment(environment);
     const QString language = QLocale::system().name();
@@ -201,6 +204,9 @@ int main(int argc, char* argv[]) {
     if (delegate.firstPageIsReady()) {
         queue.hold();
         queue.postAfter(longestHold, [&queue] { queue.release(); });
+    }
+    if (wish.request.kind == desktop::ApplicationRequest::Kind::Hide) {
+        delegate.hideLauncher();
     }
     const desktop::SingleInstance instance(
         claim, queue, [&](const desktop::ApplicationRequest& request) { carryOut(request, delegate); });

@@ -160,6 +160,37 @@ TEST_F(AppDelegateTest, WhatIsAskedDuringTheStartIsAnsweredByTheStart) {
     EXPECT_EQ(windows_.presentedWith, QStringList{u"token"_s});
 }
 
+TEST_F(AppDelegateTest, AStartThatIsAskedToHideShowsNothingUntilItIsAsked) {
+    delegate_->toggleLauncher();
+    delegate_->hideLauncher();
+    delegate_->applicationDidFinishLaunching();
+    queue_.runPosted();
+    EXPECT_FALSE(delegate_->model().presented());
+    EXPECT_EQ(windows_.presentedWith.size(), 0);
+    EXPECT_TRUE(motion_.isFollowed()) << "the start has ended";
+    delegate_->showLauncher(u"token"_s);
+    EXPECT_TRUE(delegate_->model().presented());
+    EXPECT_EQ(windows_.presentedWith, QStringList{u"token"_s});
+}
+
+TEST_F(AppDelegateTest, TheWindowGetsTheProgramsIconOnceTheStartHasSettled) {
+    delegate_->hideLauncher();
+    delegate_->applicationDidFinishLaunching();
+    queue_.runPosted();
+    const auto icon = [] {
+        QIcon found;
+        for (QWindow* window : QGuiApplication::allWindows()) {
+            if (qobject_cast<QQuickWindow*>(window) != nullptr) {
+                found = window->icon();
+            }
+        }
+        return found;
+    };
+    EXPECT_TRUE(icon().isNull());
+    queue_.advance(2);
+    EXPECT_FALSE(icon().isNull());
+}
+
 TEST_F(AppDelegateTest, BecomingActiveBringsTheLauncherUp) {
     delegate_->applicationDidFinishLaunching();
     delegate_->hideLauncher();

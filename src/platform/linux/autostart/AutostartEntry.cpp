@@ -6,7 +6,8 @@
 namespace amberquill::desktop {
 namespace {
 
-constexpr const char* heading = "[Desktop Entry]\nType=Application\nName=Amberquill\n";
+constexpr const char* heading =
+    "[Desktop Entry]\nType=Application\nName=Amberquill\nIcon=org.amberquill.Amberquill\n";
 
 // One argument of an `Exec` line: quoted, its per cent signs no field codes.
 QString quotedArgument(const QString& argument) {

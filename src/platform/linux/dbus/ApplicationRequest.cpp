@@ -1,5 +1,7 @@
 #include "platform/linux/dbus/ApplicationRequest.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace amberquill::desktop {
@@ -7,8 +9,17 @@ namespace amberquill::desktop {
 namespace {
 
 constexpr auto interface = "org.freedesktop.Application";
+constexpr auto activateAction = "ActivateAction";
 constexpr auto activationTokenKey = "activation-token";
 constexpr auto startupIdKey = "desktop-startup-id";
+
+struct Action {
+    const char* name;
+    ApplicationRequest::Kind kind;
+};
+constexpr std::array actions = {Action{"toggle", ApplicationRequest::Kind::Toggle},
+                                Action{"show", ApplicationRequest::Kind::Show},
+                                Action{"hide", ApplicationRequest::Kind::Hide}};
 
 // Both are handed on to window managers as they are.
 constexpr std::size_t longestToken = 1024;
@@ -44,21 +55,6 @@ void readPlatformData(DBusMessageIter& iterator, ApplicationRequest& request) {
     }
 }
 
-std::optional<ApplicationRequest::Kind> actionKind(const char* action) {
-    struct Action {
-        const char* name;
-        ApplicationRequest::Kind kind;
-    };
-    for (const Action& known :
-         {Action{"toggle", ApplicationRequest::Kind::Toggle}, Action{"show", ApplicationRequest::Kind::Show},
-          Action{"hide", ApplicationRequest::Kind::Hide}}) {
-        if (std::strcmp(action, known.name) == 0) {
-            return known.kind;
-        }
-    }
-    return std::nullopt;
-}
-
 void appendEntry(DBusMessageIter& dictionary, const char* key, const QString& text) {
     const QByteArray bytes = text.toUtf8();
     const char* const value = bytes.constData();
@@ -75,7 +71,26 @@ void appendEntry(DBusMessageIter& dictionary, const char* key, const QString& te
     dbus_message_iter_close_container(&dictionary, &entry);
 }
 
+// The arguments of ActivateAction before the platform data: a name, and no parameter.
+void appendAction(DBusMessageIter& arguments, ApplicationRequest::Kind kind) {
+    const auto* const action = std::find_if(actions.begin(), actions.end(),
+                                            [kind](const Action& known) { return known.kind == kind; });
+    dbus_message_iter_append_basic(&arguments, DBUS_TYPE_STRING, static_cast<const void*>(&action->name));
+    DBusMessageIter parameter;
+    dbus_message_iter_open_container(&arguments, DBUS_TYPE_ARRAY, "v", &parameter);
+    dbus_message_iter_close_container(&arguments, &parameter);
+}
+
 } // namespace
+
+std::optional<ApplicationRequest::Kind> actionKind(std::string_view action) {
+    for (const Action& known : actions) {
+        if (action == known.name) {
+            return known.kind;
+        }
+    }
+    return std::nullopt;
+}
 
 QString tokenFor(const ApplicationRequest& request, QStringView platform) {
     const bool x11 = platform == u"xcb";
@@ -90,7 +105,6 @@ ReadRequest readRequest(DBusMessage& call) {
         const char* signature;
         int argumentsBeforePlatformData;
     };
-    constexpr auto activateAction = "ActivateAction";
     for (const Method& method : {Method{"Activate", "a{sv}", 0}, Method{"Open", "asa{sv}", 1},
                                  Method{activateAction, "sava{sv}", 2}}) {
         if (dbus_message_is_method_call(&call, interface, method.name) == FALSE) {
@@ -120,12 +134,17 @@ ReadRequest readRequest(DBusMessage& call) {
     return {};
 }
 
-BusMessage makeActivateCall(const ApplicationRequest& request) {
-    BusMessage call = makeCall(applicationBusName, applicationBusPath, interface, "Activate");
+BusMessage makeRequestCall(const ApplicationRequest& request) {
+    const bool shows = request.kind == ApplicationRequest::Kind::Show;
+    BusMessage call =
+        makeCall(applicationBusName, applicationBusPath, interface, shows ? "Activate" : activateAction);
     dbus_message_set_auto_start(call.get(), FALSE);
     DBusMessageIter arguments;
     DBusMessageIter dictionary;
     dbus_message_iter_init_append(call.get(), &arguments);
+    if (!shows) {
+        appendAction(arguments, request.kind);
+    }
     dbus_message_iter_open_container(&arguments, DBUS_TYPE_ARRAY, "{sv}", &dictionary);
     appendEntry(dictionary, activationTokenKey, request.activationToken);
     appendEntry(dictionary, startupIdKey, request.startupId);

@@ -4,6 +4,8 @@
 
 #include <QString>
 #include <QStringView>
+#include <optional>
+#include <string_view>
 #include <variant>
 
 namespace amberquill::desktop {
@@ -42,8 +44,11 @@ struct RequestRefusal {
 using ReadRequest = std::variant<std::monostate, ApplicationRequest, RequestRefusal>;
 [[nodiscard]] ReadRequest readRequest(DBusMessage& call);
 
-// The call of Activate with which a request to show is handed on to the running program. It starts none.
-[[nodiscard]] BusMessage makeActivateCall(const ApplicationRequest& request);
+// What an action of that name asks for: "show", "hide" or "toggle".
+[[nodiscard]] std::optional<ApplicationRequest::Kind> actionKind(std::string_view action);
+
+// The call with which a request is handed on to the running program. It starts none.
+[[nodiscard]] BusMessage makeRequestCall(const ApplicationRequest& request);
 
 // What the object says of itself (org.freedesktop.DBus.Introspectable).
 [[nodiscard]] const char* introspection();

@@ -18,8 +18,8 @@ enum class HandOver {
 };
 
 HandOver handOver(DBusConnection& bus, const ApplicationRequest& request, milliseconds longest) {
-    const BusMessage activate = makeActivateCall(request);
-    const BusReply reply = call(bus, *activate, longest);
+    const BusMessage asked = makeRequestCall(request);
+    const BusReply reply = call(bus, *asked, longest);
     if (reply) {
         return HandOver::Done;
     }

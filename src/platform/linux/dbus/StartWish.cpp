@@ -2,11 +2,17 @@
 
 namespace amberquill::desktop {
 
-StartWish startWish(const Environment& environment) {
+StartWish startWish(const Environment& environment, const QList<QByteArray>& arguments) {
     const auto text = [&environment](const char* name) {
         return QString::fromUtf8(environment(name).value_or(QByteArray()));
     };
-    return {{ApplicationRequest::Kind::Show, text("XDG_ACTIVATION_TOKEN"), text("DESKTOP_STARTUP_ID")},
+    auto kind = ApplicationRequest::Kind::Show;
+    for (const QByteArray& argument : arguments) {
+        if (argument.startsWith("--")) {
+            kind = actionKind(argument.constData() + 2).value_or(kind);
+        }
+    }
+    return {{kind, text("XDG_ACTIVATION_TOKEN"), text("DESKTOP_STARTUP_ID")},
             environment("DBUS_STARTER_BUS_TYPE").has_value()};
 }
 

@@ -3,10 +3,13 @@
 #include "platform/linux/dbus/ApplicationRequest.h"
 #include "platform/linux/files/Environment.h"
 
+#include <QByteArray>
+#include <QList>
+
 namespace amberquill::desktop {
 
-// What a start of the program stands for: the request to show it, and whether it was the bus that started us,
-// on behalf of calls that it holds back until we have the name.
+// What a start of the program stands for: the request, which the running program gets, if there is one, and
+// whether it was the bus that started us, on behalf of calls that it holds back until we have the name.
 struct StartWish {
     ApplicationRequest request;
     bool byTheBus = false;
@@ -14,7 +17,8 @@ struct StartWish {
     bool operator==(const StartWish&) const = default;
 };
 
-// As the environment tells that the program was started with.
-[[nodiscard]] StartWish startWish(const Environment& environment);
+// As the environment and the arguments tell that the program was started with: `--show`, which is what none
+// of them stands for, `--hide` or `--toggle`; the last one counts, and others are not looked at.
+[[nodiscard]] StartWish startWish(const Environment& environment, const QList<QByteArray>& arguments = {});
 
 } // namespace amberquill::desktop

@@ -129,11 +129,13 @@ TEST(ApplicationRequest, OtherMethodsAreNotTheInterfaces) {
 }
 
 TEST(ApplicationRequest, IsHandedOnAsItCame) {
-    const ApplicationRequest request{Kind::Show, u"token"_s, u"id_TIME5"_s};
-    const BusMessage call = makeActivateCall(request);
-    EXPECT_EQ(requestOf(readRequest(*call)), request);
-    EXPECT_EQ(dbus_message_get_auto_start(call.get()), FALSE);
-    EXPECT_EQ(requestOf(readRequest(*makeActivateCall({}))), ApplicationRequest());
+    for (const Kind kind : {Kind::Show, Kind::Hide, Kind::Toggle}) {
+        const ApplicationRequest request{kind, u"token"_s, u"id_TIME5"_s};
+        const BusMessage call = makeRequestCall(request);
+        EXPECT_EQ(requestOf(readRequest(*call)), request);
+        EXPECT_EQ(dbus_message_get_auto_start(call.get()), FALSE);
+    }
+    EXPECT_EQ(requestOf(readRequest(*makeRequestCall({}))), ApplicationRequest());
 }
 
 TEST(ApplicationRequest, EachWindowSystemGetsItsOwnKindOfToken) {

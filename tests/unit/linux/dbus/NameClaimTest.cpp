@@ -61,6 +61,9 @@ TEST_F(NameClaimTest, TheSecondHandsItsWishOver) {
     EXPECT_EQ(second.kind, Kind::HandedOver);
     EXPECT_EQ(second.connection, nullptr);
     EXPECT_EQ(requests, QList<ApplicationRequest>{wish.request});
+    const StartWish toggle{{ApplicationRequest::Kind::Toggle, u"token"_s, {}}, false};
+    EXPECT_EQ(claim(toggle).kind, Kind::HandedOver);
+    EXPECT_EQ(requests, (QList<ApplicationRequest>{wish.request, toggle.request}));
 }
 
 TEST_F(NameClaimTest, WithoutABusThereIsNothingToClaim) {

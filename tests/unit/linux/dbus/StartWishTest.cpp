@@ -21,3 +21,15 @@ TEST(StartWish, ComesAlongWithNothingMostTimes) {
 TEST(StartWish, TellsAStartByTheBus) {
     EXPECT_TRUE(startWish(environmentOf({{"DBUS_STARTER_BUS_TYPE", "session"}})).byTheBus);
 }
+
+TEST(StartWish, IsWhatTheLastArgumentThatNamesAnActionSays) {
+    using Kind = ApplicationRequest::Kind;
+    const auto kind = [](const QList<QByteArray>& arguments) {
+        return startWish(environmentOf({}), arguments).request.kind;
+    };
+    EXPECT_EQ(kind({"--toggle"}), Kind::Toggle);
+    EXPECT_EQ(kind({"--hide"}), Kind::Hide);
+    EXPECT_EQ(kind({"--hide", "--show"}), Kind::Show);
+    EXPECT_EQ(kind({"--toggle", "-platform", "xcb", "--other", ""}), Kind::Toggle);
+    EXPECT_EQ(kind({"toggle", "-hide", "--", "--Toggle", "--hidden"}), Kind::Show);
+}
