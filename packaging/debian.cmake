@@ -25,10 +25,15 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION x11)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# What is loaded at run time, which no library's name tells: the views' module, the window system's plugin, the
+# What is loaded at run time, which no library's name tells: the views' modules, the window system's plugin, the
 # readers of pictures, the texts of Qt's own dialogs.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
-    "qml6-module-qtquick, qt6-image-formats-plugins, qt6-translations-l10n, qt6-wayland")
+    "qml6-module-qtqml-workerscript"
+    "qml6-module-qtquick"
+    "qt6-image-formats-plugins"
+    "qt6-translations-l10n"
+    "qt6-wayland")
+list(JOIN CPACK_DEBIAN_PACKAGE_DEPENDS ", " CPACK_DEBIAN_PACKAGE_DEPENDS)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "dbus-user-session | dbus-session-bus, hicolor-icon-theme")
 
 include(CPack)

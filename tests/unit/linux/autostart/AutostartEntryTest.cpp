@@ -3,6 +3,7 @@
 #include "platform/linux/applications/entries/DesktopEntry.h"
 #include "platform/linux/applications/launching/ExecLine.h"
 
+#include <QFile>
 #include <gtest/gtest.h>
 
 using namespace amberquill;
@@ -27,6 +28,21 @@ TEST(AutostartEntry, StartsTheProgramWhateverIsInItsPath) {
         ASSERT_TRUE(entry) << program.toStdString();
         EXPECT_EQ(execArguments(entry->exec, {}), QStringList{program});
         EXPECT_TRUE(isStartedAtLogin(autostartEntryFor(program), {}));
+    }
+}
+
+TEST(AutostartEntry, IsKnownByTheNameAndTheIconOfTheInstalledEntry) {
+    QFile file(QStringLiteral(AMBERQUILL_PACKAGING "/org.amberquill.Amberquill.desktop.in"));
+    ASSERT_TRUE(file.open(QFile::ReadOnly));
+    const auto installed = parseDesktopEntry(file.readAll(), entryLocaleFor({}));
+    ASSERT_TRUE(installed);
+    for (const QByteArray& bytes : {autostartEntryFor(u"/usr/bin/amberquill"_s),
+                                    autostartEntryFor(u"/opt/amber quill/bin/amberquill"_s)}) {
+        const auto entry = parseDesktopEntry(bytes, entryLocaleFor({}));
+        ASSERT_TRUE(entry);
+        EXPECT_EQ(entry->name, installed->name);
+        EXPECT_EQ(entry->icon, installed->icon);
+        EXPECT_EQ(entry->icon, u"org.amberquill.Amberquill"_s);
     }
 }
 

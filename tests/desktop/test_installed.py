@@ -1,0 +1,122 @@
+"""The launcher as it is installed: a desktop knows it by its files, and the session bus starts it."""
+
+import os
+import re
+import shutil
+import signal
+import subprocess
+import tempfile
+from pathlib import Path
+
+from harness import until
+from launcher.case import WINDOW_CLASS
+from launcher.on_x11 import OnX11
+
+NAME = "org.amberquill.Amberquill"
+
+
+class Installed(OnX11):
+    @classmethod
+    def setUpClass(cls):
+        cls.prefix = Path(cls.enterClassContext(tempfile.TemporaryDirectory())) / "a prefix"
+        cmake = os.environ.get("AMBERQUILL_CMAKE", "cmake")
+        subprocess.run([cmake, "--install", cls.build, "--prefix", cls.prefix], check=True, capture_output=True)
+
+    def setUp(self):
+        self.begin_session(1280, 720)
+        self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
+        share = self.prefix / "share"
+        self.session.environment["XDG_DATA_DIRS"] += f":{share}"
+        shutil.copy(share / f"dbus-1/services/{NAME}.service", self.session.data / "dbus-1/services")
+        # As a desktop does at login: what the bus starts is to find the display.
+        shared = {name: self.session.environment[name] for name in ("DISPLAY", "XDG_DATA_DIRS")}
+        self.ask_bus("UpdateActivationEnvironment", str(shared).replace("'", '"'))
+        self.ask_bus("ReloadConfig")
+
+    def ask_bus(self, method, *arguments):
+        return self.session.run(
+            *("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/org/freedesktop/DBus"),
+            *("--method", f"org.freedesktop.DBus.{method}", *arguments),
+        )
+
+    def activate(self):
+        self.session.run("gapplication", "launch", NAME)
+
+    def act(self, action):
+        # As desktops call an entry's action. (gdbus asks the program what methods it has before it calls one, so its
+        # call is not the one that the bus starts the program for.)
+        self.session.run("gapplication", "action", NAME, action)
+
+    def process(self):
+        """The id of the process that has the name."""
+        answer = self.ask_bus("GetConnectionUnixProcessID", NAME)
+        return int(re.search(r"uint32 (\d+)", answer)[1])
+
+    def expect_active(self):
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        until(lambda: self.session.focused_window() == self.window, "the focus")
+
+    def expect_end(self, pid):
+        """Asks the process to end, as a session does, and waits until it has let go of the name."""
+        os.kill(pid, signal.SIGTERM)
+        until(lambda: "false" in self.ask_bus("NameHasOwner", NAME), "the end of the launcher")
+
+    def test_the_bus_starts_the_program_that_is_installed_and_has_it_shown(self):
+        self.activate()
+        self.expect_active()
+        pid = self.process()
+        self.assertEqual(Path(f"/proc/{pid}/exe").resolve(), self.prefix / "bin/amberquill")
+        self.expect_end(pid)
+
+    def test_the_toggle_that_starts_it_shows_it_and_the_next_one_hides_it(self):
+        self.act("toggle")
+        self.expect_active()
+        self.expect_page(self.made)
+        self.act("toggle")
+        self.expect_hidden()
+        self.expect_end(self.process())
+
+    def test_started_only_to_be_hidden_it_waits_to_be_shown(self):
+        self.act("hide")
+        pid = self.process()
+        self.assertEqual(self.session.windows_of_class(WINDOW_CLASS), [])
+        self.act("toggle")
+        self.expect_active()
+        self.expect_page(self.made)
+        self.assertEqual(self.process(), pid)
+        self.expect_end(pid)
+
+    def test_a_second_start_does_what_its_argument_says(self):
+        self.activate()
+        self.expect_active()
+        pid = self.process()
+        self.second_start("--toggle")
+        self.expect_hidden()
+        self.second_start("--show")
+        self.expect_active()
+        self.second_start("--hide")
+        self.expect_hidden()
+        self.second_start("--toggle")
+        self.expect_active()
+        self.assertEqual(self.process(), pid)
+        self.expect_end(pid)
+
+    def second_start(self, *arguments):
+        second = self.session.start(self.prefix / "bin/amberquill", *arguments)
+        self.assertEqual(second.wait(), 0)
+        self.assertEqual(second.lines, [])
+
+    def test_it_never_lists_itself(self):
+        self.act("show")
+        self.expect_active()
+        self.expect_page(self.made)
+        until(self.layout_file.exists, "the layout")
+        self.assertEqual(self.layout(), [str(application.path) for application in self.made])
+        self.expect_end(self.process())
+
+    def test_its_window_has_its_icon(self):
+        self.act("show")
+        self.expect_active()
+        # Window managers put an icon of their own there meanwhile.
+        until(lambda: "(128 x 128)" in (self.session.property(self.window, "_NET_WM_ICON") or ""), "the icon")
+        self.expect_end(self.process())
