@@ -16,7 +16,7 @@ if [[ -z ${XDG_RUNTIME_DIR:-} ]]; then
 fi
 
 echo 'Checking the formatting'
-find src tests -name '*.cpp' -print0 -o -name '*.h' -print0 | xargs -0 clang-format --dry-run -Werror
+find src tests packaging -name '*.cpp' -print0 -o -name '*.h' -print0 | xargs -0 clang-format --dry-run -Werror
 
 mkdir -p build
 for preset in release asan; do
