@@ -1,17 +1,17 @@
 #include "views/ContentItem.h"
 
-#include "views/TileLayout.h"
-
 #include <QQuickWindow>
 
 namespace amberquill {
 
-double ContentItem::devicePixelRatio() const {
-    return window() != nullptr ? window()->effectiveDevicePixelRatio() : 1;
+ContentItem::ContentItem(QQuickItem* parent)
+    : QQuickItem(parent) {
+    // Draws nothing itself; but Qt tells only those that do of another resolution.
+    setFlag(ItemHasContents);
 }
 
-double ContentItem::snapped(double value) const {
-    return amberquill::snapped(value, devicePixelRatio());
+double ContentItem::devicePixelRatio() const {
+    return window() != nullptr ? window()->effectiveDevicePixelRatio() : 1;
 }
 
 void ContentItem::itemChange(ItemChange change, const ItemChangeData& value) {

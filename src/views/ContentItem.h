@@ -12,12 +12,9 @@ class ContentItem : public QQuickItem {
     Q_PROPERTY(double devicePixelRatio READ devicePixelRatio NOTIFY devicePixelRatioChanged FINAL)
 
 public:
-    using QQuickItem::QQuickItem;
+    explicit ContentItem(QQuickItem* parent = nullptr);
 
     [[nodiscard]] double devicePixelRatio() const;
-
-    // The nearest whole device pixel to a position in points.
-    [[nodiscard]] Q_INVOKABLE double snapped(double value) const;
 
 Q_SIGNALS:
     void devicePixelRatioChanged();

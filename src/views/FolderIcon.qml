@@ -24,6 +24,11 @@ Item {
         return Math.round(value * ratio) / ratio;
     }
 
+    function white(opacity: double): color {
+        const component = Math.max(0, Math.min(1, 1 + brightness));
+        return Qt.rgba(component, component, component, opacity);
+    }
+
     RoundedShape {
         id: slab
         x: icon.snapped((icon.size - icon.body) / 2)
@@ -31,8 +36,8 @@ Item {
         width: icon.snapped(icon.body)
         height: width
         radius: icon.body * 0.225
-        fill: Qt.rgba(1, 1, 1, 0.2)
-        outline: Qt.rgba(1, 1, 1, 0.22)
+        fill: icon.white(0.2)
+        outline: icon.white(0.22)
         outlineWidth: 1
     }
 

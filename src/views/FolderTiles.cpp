@@ -21,10 +21,17 @@ FolderTiles::FolderTiles(LauncherModel& model, QObject* parent)
     connect(&model, &LauncherModel::itemsChanged, this, &FolderTiles::refresh);
     connect(&model, &LauncherModel::namesChanged, this, &FolderTiles::refresh);
     connect(&model, &LauncherModel::pressedIDChanged, this, &FolderTiles::refresh);
+    connect(&model, &LauncherModel::mergeTargetIDChanged, this, &FolderTiles::refresh);
+    connect(&model, &LauncherModel::searchResultsChanged, this, &FolderTiles::refresh);
     connect(&model, &LauncherModel::dragChanged, this, &FolderTiles::refresh);
     connect(&model, &LauncherModel::sizeChanged, this, &FolderTiles::refresh);
     connect(&model, &LauncherModel::gridChanged, this, &FolderTiles::refresh);
     connect(&Timeline::shared(), &Timeline::stopped, this, &FolderTiles::dropWhenGone);
+}
+
+QRectF FolderTiles::panelRect() const {
+    const QRectF& panel = metrics_.panelRect;
+    return {snapped(panel.topLeft(), devicePixelRatio()), snapped(panel.bottomRight(), devicePixelRatio())};
 }
 
 QRectF FolderTiles::titleBand() const {
@@ -75,6 +82,8 @@ void FolderTiles::dropWhenGone() {
 
 std::vector<FolderTiles::Row> FolderTiles::rowsOf(const Folder& folder) const {
     std::vector<Row> rows;
+    const LaunchItems& results = model_.displayedItems();
+    const QString first = model_.isSearching() && !results.empty() ? results.front().id() : QString();
     const QPointF corner = model_.metrics().tileRect({0, 0}).topLeft() * metrics_.scale;
     for (int i = 0; i < static_cast<int>(folder.apps.size()); ++i) {
         const LaunchItem item = LaunchItem::app(folder.apps[i]);
@@ -85,6 +94,8 @@ std::vector<FolderTiles::Row> FolderTiles::rowsOf(const Folder& folder) const {
                         .name = model_.name(item),
                         .place = place,
                         .pressed = id == model_.pressedID(),
+                        .mergeTarget = id == model_.mergeTargetID(),
+                        .highlighted = id == first,
                         .dragged = model_.drag() && id == model_.drag()->id});
     }
     return rows;

@@ -28,7 +28,8 @@ public:
 
     [[nodiscard]] bool isOpen() const { return isOpen_; }
     [[nodiscard]] bool isEmpty() const { return rows().empty(); }
-    [[nodiscard]] QRectF panelRect() const { return metrics_.panelRect; }
+    // On whole device pixels, so that the slab's outline is sharp.
+    [[nodiscard]] QRectF panelRect() const;
     // The line that the title field is centred on, as wide as the field.
     [[nodiscard]] QRectF titleBand() const;
     [[nodiscard]] QString title() const { return title_; }

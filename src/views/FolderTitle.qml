@@ -9,9 +9,10 @@ TextInput {
     objectName: "folderTitle"
 
     required property FolderTiles folder
+    required property double ratio // device pixels in a point
 
-    x: folder.titleBand.x
-    y: folder.titleBand.y - height / 2
+    x: Math.round(folder.titleBand.x * ratio) / ratio
+    y: Math.round((folder.titleBand.y - height / 2) * ratio) / ratio
     width: folder.titleBand.width
     opacity: fade.value
     visible: opacity > 0
@@ -24,9 +25,21 @@ TextInput {
     selectByMouse: true
     selectionColor: Qt.rgba(1, 1, 1, 0.35)
     selectedTextColor: "white"
+    renderType: TextInput.NativeRendering // the same on a GPU and without one
 
     Accessible.role: Accessible.EditableText
     Accessible.name: folder.title
+    Accessible.editable: true
+    Accessible.focusable: true
+
+    // A name too long for the field is shown from its beginning, unless it is being edited.
+    function showBeginning() {
+        if (!activeFocus) {
+            cursorPosition = 0;
+        }
+    }
+    onTextChanged: showBeginning()
+    onActiveFocusChanged: showBeginning()
 
     onTextEdited: folder.rename(text)
 

@@ -7,17 +7,20 @@ Item {
 
     required property string symbol
     required property string label
+    required property double ratio // device pixels in a point
 
     signal triggered
 
     width: 44
     height: 44
+    containmentMask: circle
 
     Accessible.role: Accessible.Button
     Accessible.name: label
     Accessible.onPressAction: triggered()
 
     RoundedShape {
+        id: circle
         anchors.fill: parent
         radius: width / 2
         fill: Qt.rgba(1, 1, 1, pointer.hovered ? 0.28 : 0.18)
@@ -26,9 +29,10 @@ Item {
     }
 
     SymbolTexture {
-        anchors.centerIn: parent
-        width: 20
-        height: 20
+        x: Math.round((button.width - width) / 2 * button.ratio) / button.ratio
+        y: x
+        width: Math.round(20 * button.ratio) / button.ratio
+        height: width
         name: button.symbol
     }
 

@@ -33,7 +33,14 @@ Item {
     Accessible.role: Accessible.Button
     Accessible.name: spokenName
     Accessible.ignored: dragged
+    Accessible.pressed: pressed
+    Accessible.selected: highlighted
     Accessible.onPressAction: activated(itemId)
+
+    function snapped(value: double): double {
+        const ratio = tiles.devicePixelRatio;
+        return Math.round(value * ratio) / ratio;
+    }
 
     AnimatedPoint {
         id: motion
@@ -65,10 +72,10 @@ Item {
     }
 
     ItemIcon {
-        x: tile.tiles.layout.icon.x
-        y: tile.tiles.layout.icon.y
-        scale: target.iconScale
-        size: tile.tiles.layout.icon.width
+        x: tile.snapped(tile.tiles.layout.icon.x + (target.edge - size) / 2)
+        y: tile.snapped(tile.tiles.layout.icon.y + (target.edge - size) / 2)
+        scale: target.iconScale * target.edge / size
+        size: target.paintedEdge
         ratio: tile.tiles.devicePixelRatio
         isFolder: tile.isFolder
         path: tile.path

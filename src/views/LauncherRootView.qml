@@ -15,6 +15,11 @@ ContentItem {
 
     readonly property size contentSize: Qt.size(width, height)
 
+    // The nearest whole device pixel to a position in points.
+    function snapped(value: double): double {
+        return Math.round(value * devicePixelRatio) / devicePixelRatio;
+    }
+
     function adoptRatio() {
         tiles.devicePixelRatio = devicePixelRatio;
         folder.devicePixelRatio = devicePixelRatio;
@@ -92,6 +97,7 @@ ContentItem {
             font.pixelSize: 22
             text: root.texts.noResults
             textFormat: Text.PlainText
+            renderType: Text.NativeRendering
         }
 
         FolderPanel {
@@ -101,6 +107,7 @@ ContentItem {
             launcher: root.launcher
             background: background
             texts: root.texts
+            ratio: root.devicePixelRatio
         }
 
         Repeater {
@@ -115,17 +122,19 @@ ContentItem {
 
         Row {
             x: root.snapped((parent.width - width) / 2)
-            y: 40
+            y: root.snapped(40)
             spacing: 12
 
             GlassCircleButton {
                 symbol: "line.3.horizontal"
+                ratio: root.devicePixelRatio
                 label: root.texts.settings
                 onTriggered: root.launcher.showMenu()
             }
 
             GlassCircleButton {
                 symbol: "plus"
+                ratio: root.devicePixelRatio
                 label: root.texts.newFolder
                 onTriggered: root.launcher.newEmptyFolder()
             }
@@ -133,16 +142,18 @@ ContentItem {
             SearchCapsule {
                 launcher: root.launcher
                 texts: root.texts
+                ratio: root.devicePixelRatio
             }
         }
 
         PageDots {
             x: root.snapped((parent.width - width) / 2)
-            y: parent.height - 26 - height
+            y: root.snapped(parent.height - 26 - height)
             visible: !root.launcher.folderIsOpen && !root.launcher.isSearching
             count: root.launcher.pageCount
             current: root.launcher.page
             texts: root.texts
+            ratio: root.devicePixelRatio
             onSelected: page => root.launcher.turnToPage(page)
         }
 
@@ -151,6 +162,7 @@ ContentItem {
 
             FolderTitle {
                 folder: root.folder
+                ratio: root.devicePixelRatio
             }
         }
     }

@@ -15,9 +15,14 @@ Item {
 
     readonly property double iconScale: scaling.value
 
+    // What the icon is painted at, in points: a swollen one as large as it is drawn, so that it is sharp there.
+    readonly property double paintedEdge: isOn && isFolder ? Math.round(edge * swollen * ratio) / ratio : edge
+
+    readonly property double swollen: 1.12
+
     Animated {
         id: scaling
-        target: !target.isOn ? 1 : target.isFolder ? 1.12 : 0.78
+        target: !target.isOn ? 1 : target.isFolder ? target.swollen : 0.78
         precision: 0.5 / (target.edge * target.ratio)
     }
 
@@ -31,9 +36,9 @@ Item {
         model: fading.value > 0 ? 1 : 0
 
         RoundedShape {
-            x: (target.edge - width) / 2
+            x: Math.round((target.edge - width) / 2 * target.ratio) / target.ratio
             y: x
-            width: target.edge * 0.95
+            width: Math.round(target.edge * 0.95 * target.ratio) / target.ratio
             height: width
             radius: target.edge * 0.2
             fill: Qt.rgba(1, 1, 1, 0.26)

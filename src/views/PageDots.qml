@@ -10,6 +10,7 @@ Row {
     required property int count
     required property int current
     required property ViewTexts texts
+    required property double ratio // device pixels in a point
 
     signal selected(int page)
 
@@ -28,14 +29,16 @@ Row {
 
             Accessible.role: Accessible.PageTab
             Accessible.name: dots.texts.page(index + 1, dots.count)
+            Accessible.selectable: true
+            Accessible.selected: index === dots.current
             Accessible.onPressAction: dots.selected(index)
 
             RoundedShape {
-                x: 5
-                y: 5
-                width: 8
-                height: 8
-                radius: 4
+                x: Math.round(5 * dots.ratio) / dots.ratio
+                y: x
+                width: Math.round(8 * dots.ratio) / dots.ratio
+                height: width
+                radius: width / 2
                 fill: Qt.rgba(1, 1, 1, dot.index === dots.current ? 0.95 : 0.35)
             }
 

@@ -6,6 +6,10 @@
 
 namespace amberquill {
 
+bool RoundedShape::contains(const QPointF& point) const {
+    return TextureItem::contains(point) && continuousRoundedRect({{}, size()}, radius_).contains(point);
+}
+
 TextureItem::Painted RoundedShape::paintTexture(double devicePixelRatio) {
     const QSize pixels = (size() * devicePixelRatio).toSize().expandedTo({1, 1});
     QImage image(pixels, QImage::Format_ARGB32_Premultiplied);

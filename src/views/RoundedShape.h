@@ -29,6 +29,9 @@ public:
     [[nodiscard]] double outlineWidth() const { return outlineWidth_; }
     void setOutlineWidth(double outlineWidth) { set(outlineWidth_, outlineWidth); }
 
+    // Whether the point, in the item's points, is inside of the shape.
+    [[nodiscard]] bool contains(const QPointF& point) const override;
+
 Q_SIGNALS:
     void changed();
 

@@ -7,11 +7,18 @@ Item {
 
     required property LauncherModel launcher
     required property ViewTexts texts
+    required property double ratio // device pixels in a point
 
     width: 280
     height: 44
+    containmentMask: shape
+
+    function snapped(value: double): double {
+        return Math.round(value * ratio) / ratio;
+    }
 
     RoundedShape {
+        id: shape
         anchors.fill: parent
         radius: height / 2
         fill: Qt.rgba(1, 1, 1, 0.18)
@@ -26,10 +33,10 @@ Item {
 
     SymbolTexture {
         id: glass
-        x: 16
-        anchors.verticalCenter: parent.verticalCenter
-        width: 18
-        height: 18
+        x: capsule.snapped(16)
+        y: capsule.snapped((capsule.height - height) / 2)
+        width: capsule.snapped(18)
+        height: width
         opacity: 0.8
         name: "magnifyingglass"
     }
@@ -49,12 +56,16 @@ Item {
         selectByMouse: true
         selectionColor: Qt.rgba(1, 1, 1, 0.35)
         selectedTextColor: "white"
+        renderType: TextInput.NativeRendering // the same on a GPU and without one
 
         onTextEdited: capsule.launcher.searchText = text
         onAccepted: capsule.launcher.launchFirstResult()
 
         Accessible.role: Accessible.EditableText
         Accessible.name: capsule.texts.search
+        Accessible.editable: true
+        Accessible.focusable: true
+        Accessible.searchEdit: true
     }
 
     // Not a binding of the field's own, which typing would end.
@@ -78,16 +89,16 @@ Item {
         elide: Text.ElideRight
         text: capsule.texts.search
         textFormat: Text.PlainText
+        renderType: Text.NativeRendering
     }
 
     SymbolTexture {
         id: clear
         objectName: "clearButton"
-        anchors.right: parent.right
-        anchors.rightMargin: 16
-        anchors.verticalCenter: parent.verticalCenter
-        width: 18
-        height: 18
+        x: capsule.snapped(capsule.width - 16 - width)
+        y: glass.y
+        width: glass.width
+        height: width
         visible: field.text !== ""
         opacity: 0.7
         name: "xmark.circle.fill"

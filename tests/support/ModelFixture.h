@@ -1,95 +1,16 @@
 #pragma once
 
-#include "data/LayoutCoding.h"
-#include "model/LauncherController.h"
-#include "model/LauncherModel.h"
-#include "motion/Timeline.h"
-#include "support/ManualQueue.h"
-#include "support/MemoryFileSystem.h"
-#include "support/MemoryPreferences.h"
+#include "support/ModelStage.h"
 
 #include <gtest/gtest.h>
-#include <memory>
 
 namespace amberquill {
 
-// Notes what the model asks of its window.
-class RecordingController final : public LauncherController {
-public:
-    void hide(const std::optional<QString>& thenOpen) override { hides.push_back(thenOpen); }
-    void showMenu() override { ++menusShown; }
-    void endEditing() override { ++editingEnded; }
-
-    std::vector<std::optional<QString>> hides;
-    int editingEnded = 0;
-    int menusShown = 0;
-};
-
-// A model over files in memory and a clock moved by hand, 1500 × 892: cells of 180 × 140 from (120, 120).
-class ModelFixture : public testing::Test {
+// A model of a test's own.
+class ModelFixture : public testing::Test, protected ModelStage {
 protected:
-    static inline const QString layoutPath = QStringLiteral("/data/Amberquill/layout.json");
-
-    void SetUp() override { Timeline::shared().runOn(&queue_); }
-    void TearDown() override {
-        model_.reset();
-        Timeline::shared().runOn(nullptr);
-    }
-
-    // `count` applications named "App 1" … in folders of their own.
-    static std::vector<AppInfo> apps(int count) {
-        std::vector<AppInfo> result;
-        for (int i = 1; i <= count; ++i) {
-            result.push_back(
-                {QStringLiteral("/Applications/%1.app").arg(i), QStringLiteral("App %1").arg(i)});
-        }
-        return result;
-    }
-
-    static QString path(int number) { return QStringLiteral("/Applications/%1.app").arg(number); }
-
-    LauncherModel& makeModel() {
-        model_ = std::make_unique<LauncherModel>(
-            LauncherModel::Services{queue_, files_, preferences_, QStringLiteral("/data"),
-                                    [this] {
-                                        ++scans_;
-                                        return installed_;
-                                    },
-                                    remembered_, std::nullopt, homes_, applyToFrameworks_, loginItem_});
-        controller_ = std::make_shared<RecordingController>();
-        model_->setController(controller_);
-        return *model_;
-    }
-
-    // A model that has been shown with this many applications installed.
-    LauncherModel& shownWith(int count) {
-        installed_ = apps(count);
-        LauncherModel& model = makeModel();
-        model.setSize({1500, 892});
-        model.willShow();
-        queue_.runPosted();
-        return model;
-    }
-
-    void press(const QPointF& at) { model_->pointerChanged({at, at}); }
-    void dragTo(const QPointF& from, const QPointF& to) { model_->pointerChanged({from, to}); }
-    void release(const QPointF& from, const QPointF& at) { model_->pointerEnded({from, at}); }
-    void tap(const QPointF& at) {
-        press(at);
-        release(at, at);
-    }
-
-    ManualQueue queue_;
-    MemoryFileSystem files_;
-    MemoryPreferences preferences_;
-    std::vector<AppInfo> installed_;
-    QHash<QString, QString> remembered_;
-    HomeFolders homes_;
-    std::function<void(AppLanguage)> applyToFrameworks_ = [](AppLanguage) {};
-    std::shared_ptr<LoginItem> loginItem_ = std::make_shared<NullLoginItem>();
-    int scans_ = 0;
-    std::unique_ptr<LauncherModel> model_;
-    std::shared_ptr<RecordingController> controller_;
+    void SetUp() override { begin(); }
+    void TearDown() override { end(); }
 };
 
 } // namespace amberquill

@@ -7,9 +7,11 @@
 namespace amberquill {
 
 // Runs the tests in an application object that needs no display and draws with the software renderer.
+// `screens`: a file that describes the screens, as Qt's platform without a display reads it.
 template<typename Application = QGuiApplication>
-int runOffscreen(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+int runOffscreen(int argc, char** argv, const QString& screens = {}) {
+    qputenv("QT_QPA_PLATFORM",
+            screens.isEmpty() ? QByteArray("offscreen") : "offscreen:configfile=" + screens.toLocal8Bit());
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const Application application(argc, argv);
     Application::setQuitOnLastWindowClosed(false);

@@ -14,17 +14,13 @@ protected:
         dragTo(start_, to);
     }
 
-    void settle() {
-        window_->grabWindow(); // asks for the icons
-        queue_.runPosted();
-    }
-
     QPointF start_;
 };
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(Sizes, DragViewTest, testing::Values(QSize(1920, 1080), QSize(1280, 800)),
+INSTANTIATE_TEST_SUITE_P(Sizes, DragViewTest,
+                         testing::Values(QSize(1920, 1080), QSize(1280, 800), QSize(2560, 1440)),
                          [](const auto& size) {
                              return std::to_string(size.param.width()) + "x" +
                                     std::to_string(size.param.height());
@@ -35,7 +31,7 @@ TEST_P(DragViewTest, TheCellOfWhatIsDraggedIsEmptyAndItsIconFollowsThePointerATe
     const QPointF to =
         model_->metrics().cellCenter(11) + QPointF(model_->metrics().cellSize().width() / 2, 3);
     drag(3, to);
-    settle();
+    finishIcons();
     const QImage image = picture();
     const QColor wanted = ColourIcons::colour(4);
     EXPECT_FALSE(isAbout(at(image, iconCentre(3)), wanted, 40));
@@ -51,7 +47,7 @@ TEST_P(DragViewTest, TheIconInTheHandHasAShadowBelowIt) {
     const QPointF below = to + QPointF(0, model_->metrics().iconSize() * 1.1 / 2 + 4);
     const int before = at(picture(), below).lightness();
     drag(0, to);
-    settle();
+    finishIcons();
     EXPECT_LT(at(picture(), below).lightness(), before - 4);
 }
 
@@ -63,7 +59,7 @@ TEST_P(DragViewTest, AnApplicationThatWouldTakeTheDropShrinksIntoAFoldersOutline
     advance(1);
     // Aside, where the hand does not cover it, but near enough to keep it marked.
     const GridMetrics metrics = model_->metrics();
-    dragTo(start_, iconCentre(4) + QPointF(metrics.rawIconSize() * 0.8, 0));
+    dragTo(start_, iconCentre(4) + QPointF(metrics.iconSize() * 0.8, 0));
     advance(0.5);
     ASSERT_EQ(model_->mergeTargetID(), LaunchItem::app(path(5)).id());
     const QImage image = picture();
@@ -87,7 +83,7 @@ TEST_P(DragViewTest, AFolderThatWouldTakeTheDropSwells) {
     const int before = at(picture(), probe).lightness();
     drag(0, iconCentre(1));
     advance(1);
-    dragTo(start_, iconCentre(1) + QPointF(metrics.rawIconSize() * 0.8, 0));
+    dragTo(start_, iconCentre(1) + QPointF(metrics.iconSize() * 0.8, 0));
     advance(0.5);
     EXPECT_GT(at(picture(), probe).lightness(), before + 15);
 }
@@ -96,7 +92,7 @@ TEST_P(DragViewTest, ADroppedIconGlidesIntoItsCellAndIsAsLargeAsBefore) {
     showWith(80);
     const QPointF to = iconCentre(3) + QPointF(30, 60);
     drag(3, to);
-    settle();
+    finishIcons();
     model_->pointerEnded({start_, to});
     advance(0.05);
     EXPECT_FALSE(isAbout(at(picture(), to + QPointF(0, model_->metrics().iconSize() * 0.5)),

@@ -25,13 +25,6 @@ protected:
         settle();
     }
 
-    // Until everything rests and every icon is there.
-    void settle() {
-        advance(1.5);
-        window_->grabWindow(); // asks for the icons
-        queue_.runPosted();
-    }
-
     [[nodiscard]] FolderMetrics panel(int count) const { return FolderMetrics::of(count, model_->metrics()); }
 
     // The centre of a folder icon's i-th small icon, the folder being in this slot.
@@ -49,7 +42,8 @@ protected:
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(Sizes, FolderViewTest, testing::Values(QSize(1920, 1080), QSize(1280, 800)),
+INSTANTIATE_TEST_SUITE_P(Sizes, FolderViewTest,
+                         testing::Values(QSize(1920, 1080), QSize(1280, 800), QSize(2560, 1440)),
                          [](const auto& size) {
                              return std::to_string(size.param.width()) + "x" +
                                     std::to_string(size.param.height());

@@ -9,7 +9,8 @@ class RootViewTest : public RootViewFixture {};
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(Sizes, RootViewTest, testing::Values(QSize(1920, 1080), QSize(1280, 800)),
+INSTANTIATE_TEST_SUITE_P(Sizes, RootViewTest,
+                         testing::Values(QSize(1920, 1080), QSize(1280, 800), QSize(2560, 1440)),
                          [](const auto& size) {
                              return std::to_string(size.param.width()) + "x" +
                                     std::to_string(size.param.height());

@@ -1,0 +1,178 @@
+#pragma once
+
+#include "data/IconCache.h"
+#include "support/ColourIcons.h"
+#include "support/ModelStage.h"
+#include "window/LauncherWindow.h"
+
+#include <QCoreApplication>
+#include <QQuickItem>
+#include <QScreen>
+#include <QTest>
+#include <cmath>
+
+namespace amberquill {
+
+// The real views with a real model, drawn into an image by the renderer of the program that it is part of.
+class ViewStage : public ModelStage {
+public:
+    void begin(const QSize& contentSize) {
+        ModelStage::begin();
+        contentSize_ = contentSize;
+        IconCache::shared().serveFrom(iconSource_, &queue_);
+    }
+
+    void end() {
+        window_.reset();
+        IconCache::shared().serveFrom(nullptr, nullptr);
+        ModelStage::end();
+    }
+
+    // The launcher as it stands once it has come up, with this many applications installed.
+    void showWith(int count) {
+        installed_ = apps(count);
+        open();
+        bringUp();
+    }
+
+    void open() {
+        makeModel();
+        window_ = std::make_unique<LauncherWindow>(*model_, true);
+        if (screen_ != nullptr) {
+            window_->setScreen(screen_);
+        }
+        window_->resize(contentSize_);
+        window_->show();
+        window_->setAlpha(1);
+        model_->willShow();
+        queue_.runPosted();
+    }
+
+    void bringUp() {
+        model_->setPresented(true);
+        QCoreApplication::processEvents();
+        window_->grabWindow(); // asks for the icons
+        queue_.runPosted();
+    }
+
+    [[nodiscard]] double ratio() const { return window_->effectiveDevicePixelRatio(); }
+
+    // What is on the screen, over black, in device pixels.
+    [[nodiscard]] QImage picture() const {
+        QCoreApplication::processEvents();
+        return window_->grabWindow().convertToFormat(QImage::Format_RGB32);
+    }
+
+    // The device pixel that a point, in points, lies in.
+    [[nodiscard]] QPoint pixelOf(const QPointF& point) const {
+        return {static_cast<int>(std::floor(point.x() * ratio())),
+                static_cast<int>(std::floor(point.y() * ratio()))};
+    }
+
+    [[nodiscard]] QColor at(const QImage& image, const QPointF& point) const {
+        return image.pixelColor(pixelOf(point));
+    }
+
+    [[nodiscard]] QPointF iconCentre(int slot) const {
+        const GridMetrics metrics = model_->metrics();
+        return metrics.cellCenter(slot) - QPointF(0, metrics.iconRise());
+    }
+
+    void type(const std::string& text) {
+        for (const char character : text) {
+            QTest::keyClick(window_.get(), character);
+        }
+    }
+
+    // The item of this name, anywhere in the picture; null when there is none.
+    [[nodiscard]] QQuickItem* item(const QString& name) const {
+        return itemBelow(window_->rootObject(), name);
+    }
+
+    [[nodiscard]] static QQuickItem* itemBelow(QQuickItem* top, const QString& name) {
+        if (top->objectName() == name) {
+            return top;
+        }
+        for (QQuickItem* child : top->childItems()) {
+            if (QQuickItem* found = itemBelow(child, name)) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+
+    void advance(double seconds) {
+        for (double passed = 0; passed < seconds; passed += 1.0 / 60) {
+            queue_.advance(1.0 / 60);
+            Timeline::shared().advance();
+        }
+    }
+
+    // Every visible item of a type, in the order in which they are drawn: "amberquill::AppIconTexture" for
+    // one of C++, "FolderTitle" for one of QML.
+    [[nodiscard]] std::vector<QQuickItem*> drawn(const QString& type) const {
+        std::vector<QQuickItem*> found;
+        collect(window_->rootObject(), type, found);
+        return found;
+    }
+
+    // Where an item is drawn, in points.
+    [[nodiscard]] static QRectF drawnRect(const QQuickItem* item) {
+        return item->mapRectToScene(QRectF({}, item->size()));
+    }
+
+    // How opaque an item is with everything that it is in.
+    [[nodiscard]] static double drawnOpacity(const QQuickItem* item) {
+        double opacity = 1;
+        for (; item != nullptr; item = item->parentItem()) {
+            opacity *= item->opacity();
+        }
+        return opacity;
+    }
+
+    // The drawn icon of the application with this number, which is among those of the page or the panel.
+    [[nodiscard]] QQuickItem* iconOf(int number) const {
+        for (QQuickItem* icon : drawn(QStringLiteral("amberquill::AppIconTexture"))) {
+            if (icon->property("path").toString() == path(number)) {
+                return icon;
+            }
+        }
+        return nullptr;
+    }
+
+    // Until everything rests and every icon is there.
+    void settle() {
+        advance(2);
+        finishIcons();
+    }
+
+    // What is drawn asks for its icons, and they come.
+    void finishIcons() {
+        for (int round = 0; round < 2; ++round) {
+            QCoreApplication::processEvents();
+            window_->grabWindow();
+            queue_.runPosted();
+        }
+    }
+
+    static void collect(QQuickItem* top, const QString& type, std::vector<QQuickItem*>& found) {
+        if (!top->isVisible()) {
+            return;
+        }
+        const QString name = QString::fromLatin1(top->metaObject()->className());
+        if (name.section(QStringLiteral("_QML"), 0, 0) == type) {
+            found.push_back(top);
+        }
+        for (QQuickItem* child : top->childItems()) {
+            collect(child, type, found);
+        }
+    }
+
+    QSize contentSize_;
+    QScreen* screen_ = nullptr; // null: the one that is there
+    ColourIcons icons_;
+    const ApplicationIcons* iconSource_ = &icons_;
+    std::unique_ptr<LauncherWindow> window_;
+};
+
+} // namespace amberquill
