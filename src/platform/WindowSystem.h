@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <cstdint>
 
 class QScreen;
 class QWindow;
@@ -24,6 +25,10 @@ public:
     // What came along with the user's wish to see the launcher and lets the next present() take the focus: an
     // activation token (Wayland), a startup notification id (X11). Empty: nothing came along.
     virtual void setActivationToken(const QString&) {}
+
+    // When the user asked to see the launcher, on the X server's clock in milliseconds, for the next
+    // present(). Without it, that is now.
+    virtual void setUserTime(std::uint32_t) {}
 
     // Whether the window, while it is up, appears in task bars and window cycles. False at first. Window
     // systems without such a wish ignore it.

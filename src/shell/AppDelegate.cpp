@@ -23,6 +23,10 @@ namespace {
 // Seconds after the first frame by which the pages beside the first one are made and their icons decoded.
 constexpr double settledAfter = 1.5;
 
+// Control-Alt-Space toggles the launcher, whatever window has the focus.
+constexpr KeyChord launcherChord{Qt::Key_Space, Qt::ControlModifier | Qt::AltModifier};
+constexpr std::uint32_t hotKeyId = 1;
+
 } // namespace
 
 AppDelegate::AppDelegate(Services services)
@@ -56,6 +60,11 @@ void AppDelegate::applicationDidFinishLaunching() {
     wireVisibility();
     controller_->setMenu([this](QWindow& window) { menu_.popUp(window); });
     model_.setController(controller_);
+    hotKey_.emplace(*services_.shortcut, launcherChord, hotKeyId, [self = QPointer(this)] {
+        if (self != nullptr) {
+            self->toggleByPress(PressRoute::hotKey, self->services_.shortcut->origin());
+        }
+    });
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, &AppDelegate::applicationStateChanged);
     connect(qGuiApp, &QGuiApplication::aboutToQuit, this, &AppDelegate::applicationWillTerminate);
     frameLog_ = std::make_unique<FrameLog>(controller_->window());
@@ -154,11 +163,20 @@ void AppDelegate::hideLauncher() {
     }
 }
 
-void AppDelegate::toggleLauncher(const QString& token) {
+void AppDelegate::toggleLauncher(const PressOrigin& origin) {
     if (controller_ && controller_->isShown() && isActive_) {
         hideLauncher();
-    } else {
-        showLauncher(token);
+        return;
+    }
+    if (origin.time != 0) {
+        services_.windows.setUserTime(origin.time);
+    }
+    showLauncher(origin.token);
+}
+
+void AppDelegate::toggleByPress(PressRoute route, const PressOrigin& origin) {
+    if (presses_.isNewPress(route, services_.queue.now())) {
+        toggleLauncher(origin);
     }
 }
 

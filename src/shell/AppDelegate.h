@@ -3,11 +3,14 @@
 #pragma once
 
 #include "model/LauncherModel.h"
+#include "platform/GlobalShortcut.h"
 #include "shell/FrameLog.h"
+#include "shell/HotKey.h"
 #include "shell/IconKeeper.h"
 #include "shell/LiveRefresh.h"
 #include "shell/NamesKeeper.h"
 #include "shell/Preparations.h"
+#include "shell/PressMerger.h"
 #include "shell/VisibilityController.h"
 #include "window/LauncherMenu.h"
 #include "window/LauncherWindowController.h"
@@ -16,6 +19,7 @@
 #include <QObject>
 #include <QStringList>
 #include <memory>
+#include <optional>
 
 namespace amberquill {
 
@@ -58,6 +62,7 @@ public:
         HomeFolders homes = {};
         std::function<void(AppLanguage)> applyToFrameworks = [](AppLanguage) {};
         std::shared_ptr<LoginItem> loginItem = std::make_shared<NullLoginItem>();
+        std::shared_ptr<GlobalShortcut> shortcut = std::make_shared<NullGlobalShortcut>();
     };
 
     explicit AppDelegate(Services services);
@@ -74,7 +79,11 @@ public:
     void showLauncher(const QString& token = {});
     void hideLauncher();
     // Hides the launcher where it is shown and active; else shows it.
-    void toggleLauncher(const QString& token = {});
+    void toggleLauncher(const PressOrigin& origin = {});
+
+    // The same for a press of the launcher's keys, which a desktop may deliver by more than one route: only
+    // the first of them counts.
+    void toggleByPress(PressRoute route, const PressOrigin& origin);
 
     [[nodiscard]] LauncherModel& model() { return model_; }
 
@@ -96,6 +105,8 @@ private:
     NamesKeeper names_;
     IconKeeper icons_;
     LiveRefresh live_;
+    std::optional<HotKey> hotKey_;
+    PressMerger presses_;
     bool isActive_ = false;
     bool startsHidden_ = false;
 };

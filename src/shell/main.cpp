@@ -26,6 +26,7 @@
 #include "platform/linux/process/Heap.h"
 #include "platform/linux/process/SessionBus.h"
 #include "platform/linux/process/TerminationSignals.h"
+#include "platform/linux/shortcuts/GlobalShortcuts.h"
 #include "platform/linux/wayland/SeatlessCompositor.h"
 #include "platform/linux/windows/WindowSystems.h"
 #include "shell/AppDelegate.h"
@@ -73,7 +74,7 @@ void carryOut(const desktop::ApplicationRequest& request, AppDelegate& delegate)
         delegate.hideLauncher();
         break;
     case Kind::Toggle:
-        delegate.toggleLauncher(token);
+        delegate.toggleByPress(PressRoute::bus, {token, 0});
         break;
     }
 }
@@ -169,37 +170,39 @@ int main(int argc, char* argv[]) {
         return scanned ? *scanned : AppScanner::scan(scanServices);
     };
     TrayStatusItem statusItem;
-    AppDelegate delegate({queue,
-                          files,
-                          preferences,
-                          *windows,
-                          *tokens,
-                          opener,
-                          watcher,
-                          statusItem,
-                          *scrollDevices,
-                          motion,
-                          scan,
-                          [&opener, &queue] {
-                              queue.release();
-                              opener.prepare();
-                              queue.postAfter(settledAfter, desktop::trimHeap);
-                          },
-                          [&icons] {
-                              icons.forget();
-                              IconCache::shared().retryMissing();
-                          },
-                          std::move(prepared),
-                          locations.applicationSupport,
-                          locations.caches,
-                          language,
-                          AppScanner::searchRoots(locations.home) + registered.watchedFolders(),
-                          {locations.home, desktop::homeFolderOfUser},
-                          [&frameworks](AppLanguage chosen) { frameworks.apply(chosen); },
-                          std::make_shared<desktop::AutostartLoginItem>(
-                              files, desktop::AutostartLoginItem::Settings{
-                                         desktop::autostartFolders(environment), desktop::runningProgram(),
-                                         entrySettings.currentDesktops})});
+    AppDelegate delegate(
+        {queue,
+         files,
+         preferences,
+         *windows,
+         *tokens,
+         opener,
+         watcher,
+         statusItem,
+         *scrollDevices,
+         motion,
+         scan,
+         [&opener, &queue] {
+             queue.release();
+             opener.prepare();
+             queue.postAfter(settledAfter, desktop::trimHeap);
+         },
+         [&icons] {
+             icons.forget();
+             IconCache::shared().retryMissing();
+         },
+         std::move(prepared),
+         locations.applicationSupport,
+         locations.caches,
+         language,
+         AppScanner::searchRoots(locations.home) + registered.watchedFolders(),
+         {locations.home, desktop::homeFolderOfUser},
+         [&frameworks](AppLanguage chosen) { frameworks.apply(chosen); },
+         std::make_shared<desktop::AutostartLoginItem>(
+             files,
+             desktop::AutostartLoginItem::Settings{desktop::autostartFolders(environment),
+                                                   desktop::runningProgram(), entrySettings.currentDesktops}),
+         desktop::makeGlobalShortcut(queue)});
     const desktop::TerminationSignals signals([] { QCoreApplication::quit(); });
     if (delegate.firstPageIsReady()) {
         queue.hold();

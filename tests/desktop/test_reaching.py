@@ -7,6 +7,7 @@ import socket
 import time
 
 from harness import until
+from harness.xlib import KeyTaker, StubbornWindowManager
 from launcher.case import WINDOW_CLASS
 from launcher.on_x11 import OnX11
 
@@ -169,3 +170,197 @@ class Ending(OnX11):
 
     def test_the_layout_is_saved_when_the_user_interrupts(self):
         self.expect_saved(signal.SIGINT)
+
+
+class ByTheChord(OnX11):
+    """Control-Alt-Space, pressed wherever the focus is."""
+
+    CHORD = "ctrl+alt+space"
+
+    def setUp(self):
+        self.begin_session(1280, 720)
+        self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
+
+    def expect_active(self):
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        until(lambda: self.session.focused_window() == self.window, "the focus")
+
+    def begin_other_window(self):
+        """A window of another program that has the focus."""
+        self.session.start("xmessage", "-geometry", "300x200+50+50", "Another window")
+        other = self.session.window_of_class("Xmessage")
+        until(lambda: self.session.focused_window() == other, "the other window's focus")
+        return other
+
+    def test_it_hides_and_shows(self):
+        launcher = self.begin_shown_launcher(self.made)
+        self.session.press(self.CHORD)
+        self.expect_hidden()
+        self.session.press(self.CHORD)
+        self.expect_active()
+        self.session.press(self.CHORD)
+        self.expect_hidden()
+        self.end_launcher(launcher)
+
+    def test_it_shows_over_another_window_and_gives_the_focus_back(self):
+        launcher = self.begin_shown_launcher(self.made)
+        self.session.press(self.CHORD)
+        self.expect_hidden()
+        other = self.begin_other_window()
+        self.session.press(self.CHORD)
+        self.expect_active()
+        self.session.press(self.CHORD)
+        self.expect_hidden()
+        until(lambda: self.session.focused_window() == other, "the other window's focus")
+        self.end_launcher(launcher)
+
+    def test_held_keys_are_one_press(self):
+        launcher = self.begin_shown_launcher(self.made)
+        self.session.run("xdotool", "keydown", "ctrl", "keydown", "alt", "keydown", "space")
+        self.expect_hidden()
+        self.session.run("xdotool", "keydown", "space", "keydown", "space")
+        self.session.run("xdotool", "keyup", "space", "keyup", "alt", "keyup", "ctrl")
+        self.session.press(self.CHORD)
+        self.expect_active()
+        self.end_launcher(launcher)
+
+    def test_a_search_typed_right_after_it_is_not_lost(self):
+        launcher = self.begin_shown_launcher(self.made)
+        self.session.press(self.CHORD)
+        self.expect_hidden()
+        self.session.press(self.CHORD)
+        self.expect_active()
+        self.session.type("App 3")
+        self.session.press("Return")
+        until(self.applications.started, "the application's start")
+        self.end_launcher(launcher)
+        self.assertEqual(self.applications.started(), "App 3\n")
+
+    def test_without_a_window_manager(self):
+        self.begin_session(1280, 720, window_manager=None)
+        made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
+        launcher = self.begin_shown_launcher(made)
+        self.session.press(self.CHORD)
+        self.expect_hidden()
+        self.session.press(self.CHORD)
+        self.expect_active()
+        self.end_launcher(launcher)
+
+    SPACE_BAR = 65  # the key's code
+
+    def begin_client(self, kind):
+        client = kind(self.session.display)
+        self.addCleanup(client.close)
+        return client
+
+    def hold(self, *keys, seconds):
+        """Presses keys and lets them go again after a while."""
+        down = [word for key in keys for word in ("keydown", key)]
+        up = [word for key in reversed(keys) for word in ("keyup", key)]
+        self.session.run("xdotool", *down, "sleep", seconds, *up)
+
+    def test_it_matters_not_how_long_it_is_held(self):
+        launcher = self.begin_shown_launcher(self.made)
+        # Longer than Qt waits for a focus to come back, shorter than the launcher takes to fade.
+        for seconds in (0.1, 0.11, 0.12, 0.13):
+            self.hold("ctrl", "alt", "space", seconds=seconds)
+            self.expect_hidden()
+            self.hold("ctrl", "alt", "space", seconds=seconds)
+            self.expect_active()
+        self.end_launcher(launcher)
+
+    def test_locks_do_not_matter(self):
+        launcher = self.begin_shown_launcher(self.made)
+        for lock in ("Caps_Lock", "Num_Lock", "Caps_Lock"):
+            self.session.press(lock)
+            self.session.press(self.CHORD)
+            self.expect_hidden()
+            self.session.press(self.CHORD)
+            self.expect_active()
+        self.end_launcher(launcher)
+
+    def test_it_follows_the_keyboard(self):
+        launcher = self.begin_shown_launcher(self.made)
+        other = self.begin_client(KeyTaker)
+        letter_j = 44
+        self.session.run("xmodmap", "-e", f"keycode {letter_j} = space", "-e", f"keycode {self.SPACE_BAR} = j j")
+        chord = KeyTaker.CONTROL | KeyTaker.ALT
+        until(lambda: other.is_taken(letter_j, chord), "the key of the space")
+        until(lambda: not other.is_taken(self.SPACE_BAR, chord), "the space bar's release")
+        self.session.press(f"ctrl+alt+{letter_j}")
+        self.expect_hidden()
+        self.session.press(f"ctrl+alt+{letter_j}")
+        self.expect_active()
+        self.end_launcher(launcher)
+
+    def test_where_another_program_has_it_the_launcher_does_without(self):
+        other = self.begin_client(KeyTaker)
+        self.assertTrue(other.take(self.SPACE_BAR, KeyTaker.CONTROL | KeyTaker.ALT))
+        launcher = self.begin_shown_launcher(self.made)
+        other.presses()
+        self.session.press(self.CHORD)
+        until(other.presses, "the other program's press")
+        self.session.press("Escape")
+        self.expect_hidden()
+        self.end_launcher(launcher)
+
+    def test_keys_of_other_programs_do_not_hide_the_launcher(self):
+        other = self.begin_client(KeyTaker)
+        f12 = 96
+        self.assertTrue(other.take(f12, KeyTaker.ANY_MODIFIER))
+        launcher = self.begin_shown_launcher(self.made)
+        self.hold("F12", seconds=0.3)
+        until(other.presses, "the other program's press")
+        self.session.press(self.CHORD)
+        self.expect_hidden()
+        self.end_launcher(launcher)
+
+    def test_brings_a_shown_launcher_to_the_front_first(self):
+        self.begin_session(1280, 720, window_manager=None)
+        made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
+        other = self.begin_other_window_without_manager()
+        manager = self.begin_client(StubbornWindowManager)
+        launcher = self.begin_launcher()
+        window = self.session.window_of_class(WINDOW_CLASS)
+        until(lambda: manager.was_asked_for_the_focus(window), "the launcher's wish for the focus")
+        self.expect_page(made)
+        self.assertEqual(self.session.focused_window(), other)
+        self.session.press(self.CHORD)
+        until(lambda: manager.was_asked_for_the_focus(window), "its wish to come to the front")
+        self.expect_page(made)
+        self.session.run("xdotool", "windowfocus", window)
+        until(lambda: self.session.focused_window() == window, "the focus")
+        self.session.press(self.CHORD)
+        self.expect_hidden()
+        self.end_launcher(launcher)
+
+    def begin_other_window_without_manager(self):
+        self.session.start("xmessage", "-geometry", "300x200+50+50", "Another window")
+        other = self.session.window_of_class("Xmessage")
+        self.session.run("xdotool", "windowfocus", other)
+        until(lambda: self.session.focused_window() == other, "the other window's focus")
+        return other
+
+    def test_the_window_manager_may_be_replaced(self):
+        launcher = self.begin_shown_launcher(self.made)
+        # The focus goes with it.
+        self.session.window_manager.kill()
+        self.expect_hidden()
+        self.toggle_twice()
+        self.session.start_window_manager()
+        self.toggle_twice()
+        self.end_launcher(launcher)
+
+    def toggle_twice(self):
+        self.session.press(self.CHORD)
+        self.expect_active()
+        self.session.press(self.CHORD)
+        self.expect_hidden()
+
+    def test_the_bus_may_go(self):
+        launcher = self.begin_shown_launcher(self.made)
+        self.session.press(self.CHORD)
+        self.expect_hidden()
+        self.session.bus.kill()
+        self.toggle_twice()
+        self.end_launcher(launcher)

@@ -32,7 +32,7 @@ class X11Session(Session):
         self._start_server()
         self.run("xsetroot", "-solid", "#804020")
         if self._window_manager:
-            self.start_window_manager()
+            self.window_manager = self.start_window_manager()
         if self._compositor:
             self.start(self._compositor, "--backend", "xrender", "--config", "/dev/null")
             until(lambda: compositor_runs(self.display), f"the compositor {self._compositor}")

@@ -68,3 +68,106 @@ class BellListener:
             self._x11.XNextEvent(self._connection, ctypes.byref(event))
             count += event.type == self._event
         return count
+
+
+class _Client:
+    """A connection to an X server with what few requests the tests make on it."""
+
+    KEY_PRESS, CLIENT_MESSAGE = 2, 33
+
+    def __init__(self, display):
+        self._opened = _open(display)
+        self._x11, self._connection = self._opened.__enter__()
+        self._x11.XDefaultRootWindow.restype = ctypes.c_ulong
+        self._x11.XInternAtom.restype = ctypes.c_ulong
+        self._root = ctypes.c_ulong(self._x11.XDefaultRootWindow(self._connection))
+
+    def close(self):
+        self._opened.__exit__(None, None, None)
+
+    def _atom(self, name):
+        return self._x11.XInternAtom(self._connection, name.encode(), False)
+
+    def _events(self):
+        """Those that have come since the last question."""
+        self._x11.XSync(self._connection, False)
+        while self._x11.XPending(self._connection):
+            event = _Event()
+            self._x11.XNextEvent(self._connection, ctypes.byref(event))
+            yield event
+
+
+class KeyTaker(_Client):
+    """Another program that wants keys for itself, whatever window has the focus."""
+
+    SHIFT, LOCK, CONTROL, ALT = 1, 2, 4, 8
+    ANY_MODIFIER = 1 << 15
+    _ERROR_HANDLER = ctypes.CFUNCTYPE(ctypes.c_int, ctypes.c_void_p, ctypes.c_void_p)
+
+    def take(self, code, modifiers):
+        """Whether it gets a key, by its code. Else somebody has it."""
+        errors = []
+        handler = self._ERROR_HANDLER(lambda *_: errors.append(True) or 0)
+        self._x11.XSetErrorHandler.restype = ctypes.c_void_p
+        before = self._x11.XSetErrorHandler(handler)
+        self._x11.XGrabKey(self._connection, code, ctypes.c_uint(modifiers), self._root, True, 1, 1)
+        self._x11.XSync(self._connection, False)
+        self._x11.XSetErrorHandler(ctypes.c_void_p(before))
+        return not errors
+
+    def give_back(self, code, modifiers):
+        self._x11.XUngrabKey(self._connection, code, ctypes.c_uint(modifiers), self._root)
+        self._x11.XSync(self._connection, False)
+
+    def is_taken(self, code, modifiers):
+        """Whether somebody else has the key."""
+        got = self.take(code, modifiers)
+        if got:
+            self.give_back(code, modifiers)
+        return not got
+
+    def presses(self):
+        """How many have come since the last question."""
+        return sum(event.type == self.KEY_PRESS for event in self._events())
+
+
+class StubbornWindowManager(_Client):
+    """Announces itself and then gives nobody the focus, whoever asks for it."""
+
+    TYPE_ATOM, TYPE_WINDOW = 4, 33
+    STRUCTURE_NOTIFY = 1 << 17
+
+    class _ClientMessage(ctypes.Structure):
+        _fields_ = [
+            ("type", ctypes.c_int),
+            ("serial", ctypes.c_ulong),
+            ("send_event", ctypes.c_int),
+            ("display", ctypes.c_void_p),
+            ("window", ctypes.c_ulong),
+            ("message", ctypes.c_ulong),
+        ]
+
+    def __init__(self, display):
+        super().__init__(display)
+        x11 = self._x11
+        x11.XCreateSimpleWindow.restype = ctypes.c_ulong
+        check = ctypes.c_ulong(x11.XCreateSimpleWindow(self._connection, self._root, -9, -9, 1, 1, 0, 0, 0))
+        self._activation = self._atom("_NET_ACTIVE_WINDOW")
+        self._set(self._root, "_NET_SUPPORTED", self.TYPE_ATOM, self._activation)
+        for window in (check, self._root):
+            self._set(window, "_NET_SUPPORTING_WM_CHECK", self.TYPE_WINDOW, check.value)
+        x11.XSelectInput(self._connection, self._root, ctypes.c_long(self.STRUCTURE_NOTIFY))
+        x11.XSync(self._connection, False)
+
+    def _set(self, window, name, kind, value):
+        atom, kind, value = (ctypes.c_ulong(each) for each in (self._atom(name), kind, value))
+        self._x11.XChangeProperty(self._connection, window, atom, kind, 32, 0, ctypes.byref(value), 1)
+
+    def was_asked_for_the_focus(self, window):
+        """Whether the window wished for it since the last question."""
+        asked = False
+        for event in self._events():
+            if event.type == self.CLIENT_MESSAGE:
+                message = ctypes.cast(ctypes.byref(event), ctypes.POINTER(self._ClientMessage)).contents
+                asked |= message.message == self._activation and message.window == window
+        return asked

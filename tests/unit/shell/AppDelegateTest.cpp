@@ -147,12 +147,12 @@ TEST_F(AppDelegateTest, WhatCameAlongIsGoodForOneShowing) {
     delegate_->applicationDidFinishLaunching();
     delegate_->showLauncher(u"first"_s);
     delegate_->showLauncher();
-    delegate_->toggleLauncher(u"second"_s);
+    delegate_->toggleLauncher({u"second"_s, 0});
     EXPECT_EQ(windows_.presentedWith, (QStringList{u""_s, u"first"_s, u""_s, u"second"_s}));
 }
 
 TEST_F(AppDelegateTest, WhatIsAskedDuringTheStartIsAnsweredByTheStart) {
-    delegate_->toggleLauncher(u"token"_s);
+    delegate_->toggleLauncher({u"token"_s, 0});
     delegate_->hideLauncher();
     delegate_->showLauncher();
     delegate_->applicationDidFinishLaunching();
@@ -264,4 +264,20 @@ TEST_F(AppDelegateTest, TheWishForLessMotionIsFollowedOnceTheLauncherIsOnTheScre
     EXPECT_TRUE(Timeline::shared().isReduced());
     motion_.change(false);
     EXPECT_FALSE(Timeline::shared().isReduced());
+}
+
+TEST_F(AppDelegateTest, OnePressIsOneToggleHoweverManyRoutesItTakes) {
+    delegate_->applicationDidFinishLaunching();
+    setState(Qt::ApplicationActive);
+    delegate_->toggleByPress(PressRoute::hotKey, {});
+    EXPECT_FALSE(delegate_->model().presented());
+    queue_.advance(0.02);
+    delegate_->toggleByPress(PressRoute::bus, {});
+    EXPECT_FALSE(delegate_->model().presented()) << "the same press once more";
+    queue_.advance(0.02);
+    delegate_->toggleByPress(PressRoute::hotKey, {});
+    EXPECT_TRUE(delegate_->model().presented()) << "a second press";
+    queue_.advance(1);
+    delegate_->toggleByPress(PressRoute::bus, {});
+    EXPECT_FALSE(delegate_->model().presented());
 }

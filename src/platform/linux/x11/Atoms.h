@@ -18,6 +18,7 @@ enum class AtomName {
     desktop,
     bypassCompositor,
     kdeSkipCloseAnimation,
+    activeWindow,
 };
 
 // Their numbers on one X server.
@@ -31,7 +32,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t count_ = 10;
+    static constexpr std::size_t count_ = 11;
     std::array<xcb_atom_t, count_> values_{};
 };
 

@@ -46,7 +46,8 @@ void writeProperty(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t
 X11WindowSystem::X11WindowSystem(xcb_connection_t* connection)
     : connection_(connection)
     , root_(QX11Info::appRootWindow())
-    , atoms_(connection) {
+    , atoms_(connection)
+    , focusFilter_(atoms_[AtomName::activeWindow]) {
     for (QScreen* screen : QGuiApplication::screens()) {
         watch(screen);
     }
@@ -192,9 +193,10 @@ void X11WindowSystem::move(QWindow& window, QScreen& screen) {
 }
 
 // Window managers refuse the focus to a window whose user did something later in another one. Whatever the
-// user did to see the launcher, it is answered at once, so its time is now.
+// user did to see the launcher, it is answered at once: where its time is not known, it is now.
 void X11WindowSystem::noteUserTime() {
-    QX11Info::setAppTime(QX11Info::getTimestamp());
+    const std::uint32_t told = std::exchange(userTime_, 0);
+    QX11Info::setAppTime(told != 0 ? told : QX11Info::getTimestamp());
     if (!startupId_.isEmpty()) {
         // Qt tells whoever shows a busy pointer for this start that it is complete.
         QX11Info::setNextStartupId(startupId_.toUtf8());

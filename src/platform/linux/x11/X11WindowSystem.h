@@ -4,6 +4,7 @@
 
 #include "platform/WindowSystem.h"
 #include "platform/linux/x11/Atoms.h"
+#include "platform/linux/x11/FocusFilter.h"
 
 #include <QObject>
 #include <QPointer>
@@ -22,6 +23,7 @@ public:
     [[nodiscard]] QScreen* screenUnderPointer() const override;
     [[nodiscard]] bool blendsWindows() const override;
     void setActivationToken(const QString& startupId) override;
+    void setUserTime(std::uint32_t time) override { userTime_ = time; }
     void setListedInTaskBars(bool listed) override;
     void present(QWindow& window, QScreen* screen) override;
     void withdraw(QWindow& window) override;
@@ -44,9 +46,11 @@ private:
     xcb_connection_t* connection_;
     xcb_window_t root_;
     Atoms atoms_;
+    FocusFilter focusFilter_;
     QPointer<QWindow> window_;                 // the one that is up
     std::optional<xcb_window_t> earlierFocus_; // to give the focus back to; none where a window manager does
     QString startupId_;
+    std::uint32_t userTime_ = 0; // 0: now
     bool listedInTaskBars_ = false;
 };
 

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QString>
+#include <Qt>
+#include <cstdint>
+#include <functional>
+#include <utility>
+
+namespace amberquill {
+
+// A key with the modifiers that are held meanwhile.
+struct KeyChord {
+    Qt::Key key = Qt::Key_unknown;
+    Qt::KeyboardModifiers modifiers;
+
+    bool operator==(const KeyChord&) const = default;
+};
+
+// What came along with a press and lets the program come to the front for it.
+struct PressOrigin {
+    QString token;          // an activation token; empty: none
+    std::uint32_t time = 0; // on the X server's clock, in milliseconds; 0: not known
+
+    bool operator==(const PressOrigin&) const = default;
+};
+
+// Keys that reach the program whatever window has the focus. Main thread only. A refusal, as of a chord that
+// somebody else has, is silent.
+class GlobalShortcut {
+public:
+    using Handler = std::function<void(std::uint32_t id)>;
+
+    GlobalShortcut() = default;
+    GlobalShortcut(const GlobalShortcut&) = delete;
+    GlobalShortcut& operator=(const GlobalShortcut&) = delete;
+    virtual ~GlobalShortcut() = default;
+
+    // From now on a press of the chord is delivered under the id, once, however long it is held.
+    virtual void add(std::uint32_t id, const KeyChord& chord) = 0;
+
+    // Its presses arrive no more. Harmless where there are none.
+    virtual void remove(std::uint32_t id) = 0;
+
+    // There is one handler for all ids.
+    [[nodiscard]] bool hasHandler() const { return handler_ != nullptr; }
+    void setHandler(Handler handler) { handler_ = std::move(handler); }
+
+    // Of the press that is being delivered.
+    [[nodiscard]] const PressOrigin& origin() const { return origin_; }
+
+protected:
+    void deliver(std::uint32_t id, PressOrigin origin) {
+        origin_ = std::move(origin);
+        if (handler_) {
+            handler_(id);
+        }
+        origin_ = {};
+    }
+
+private:
+    Handler handler_;
+    PressOrigin origin_;
+};
+
+// A desktop without such keys.
+class NullGlobalShortcut final : public GlobalShortcut {
+public:
+    void add(std::uint32_t /*id*/, const KeyChord& /*chord*/) override {}
+    void remove(std::uint32_t /*id*/) override {}
+};
+
+} // namespace amberquill

@@ -1,0 +1,21 @@
+#include "platform/linux/shortcuts/GlobalShortcuts.h"
+
+#include "platform/linux/shortcuts/X11Shortcuts.h"
+
+#include <QGuiApplication>
+#include <private/qtx11extras_p.h>
+
+namespace amberquill::desktop {
+
+std::unique_ptr<GlobalShortcut> makeGlobalShortcut(MainQueue& queue) {
+    if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+        auto shortcuts = std::make_unique<X11Shortcuts>(
+            x11->connection(), static_cast<xcb_window_t>(QX11Info::appRootWindow()), queue);
+        // Its destruction removes it.
+        qGuiApp->installNativeEventFilter(shortcuts.get());
+        return shortcuts;
+    }
+    return std::make_unique<NullGlobalShortcut>();
+}
+
+} // namespace amberquill::desktop

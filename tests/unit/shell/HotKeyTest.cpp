@@ -1,0 +1,107 @@
+#include "shell/HotKey.h"
+
+#include <gtest/gtest.h>
+#include <map>
+
+using namespace amberquill;
+
+namespace {
+
+constexpr KeyChord space{Qt::Key_Space, Qt::ControlModifier | Qt::AltModifier};
+constexpr KeyChord letter{Qt::Key_A, Qt::ControlModifier};
+
+class HandShortcut final : public GlobalShortcut {
+public:
+    void add(std::uint32_t id, const KeyChord& chord) override { chords[id] = chord; }
+    void remove(std::uint32_t id) override { chords.erase(id); }
+
+    // As the system delivers it: only what is registered.
+    void press(const KeyChord& chord) {
+        for (const auto& [id, registered] : std::map(chords)) {
+            if (registered == chord) {
+                deliver(id, {});
+            }
+        }
+    }
+
+    std::map<std::uint32_t, KeyChord> chords;
+};
+
+} // namespace
+
+TEST(HotKey, RunsItsActionAtEachPress) {
+    HandShortcut service;
+    int pressed = 0;
+    const HotKey key(service, space, 1, [&] { ++pressed; });
+    service.press(space);
+    service.press(space);
+    service.press(letter);
+    EXPECT_EQ(pressed, 2);
+}
+
+TEST(HotKey, EachRunsItsOwnAction) {
+    HandShortcut service;
+    int first = 0;
+    int second = 0;
+    const HotKey one(service, space, 1, [&] { ++first; });
+    const HotKey two(service, letter, 2, [&] { ++second; });
+    service.press(letter);
+    EXPECT_EQ(first, 0);
+    EXPECT_EQ(second, 1);
+    service.press(space);
+    EXPECT_EQ(first, 1);
+    EXPECT_EQ(second, 1);
+}
+
+TEST(HotKey, TheHandlerIsInstalledOnceAndStays) {
+    HandShortcut service;
+    int pressed = 0;
+    {
+        const HotKey one(service, space, 1, [] {});
+        EXPECT_TRUE(service.hasHandler());
+    }
+    EXPECT_TRUE(service.hasHandler());
+    // Somebody else's handler is left in place.
+    service.setHandler([&](std::uint32_t) { pressed += 10; });
+    const HotKey two(service, letter, 2, [&] { ++pressed; });
+    service.press(letter);
+    EXPECT_EQ(pressed, 10);
+}
+
+TEST(HotKey, ItsEndIsTheEndOfItsPresses) {
+    HandShortcut service;
+    int pressed = 0;
+    {
+        const HotKey key(service, space, 1, [&] { ++pressed; });
+        EXPECT_EQ(service.chords.size(), 1U);
+    }
+    EXPECT_TRUE(service.chords.empty());
+    service.press(space);
+    EXPECT_EQ(pressed, 0);
+}
+
+TEST(HotKey, ALaterOneOfTheSameIdReplacesTheAction) {
+    HandShortcut service;
+    int first = 0;
+    int second = 0;
+    {
+        const HotKey one(service, space, 1, [&] { ++first; });
+    }
+    const HotKey two(service, space, 1, [&] { ++second; });
+    service.press(space);
+    EXPECT_EQ(first, 0);
+    EXPECT_EQ(second, 1);
+}
+
+TEST(HotKey, AnActionMayEndItsOwnHotKey) {
+    HandShortcut service;
+    std::unique_ptr<HotKey> key;
+    int pressed = 0;
+    key = std::make_unique<HotKey>(service, space, 1, [&] {
+        key.reset();
+        ++pressed;
+    });
+    service.press(space);
+    service.press(space);
+    EXPECT_EQ(pressed, 1);
+}
