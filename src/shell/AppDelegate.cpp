@@ -54,11 +54,16 @@ AppDelegate::AppDelegate(Services services)
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
+    mainMenu_ = makeMainMenu();
+    connect(&model_, &LauncherModel::languageDidChange, this, [this] { mainMenu_ = makeMainMenu(); });
     controller_ = std::make_shared<LauncherWindowController>(
         LauncherWindowController::Services{model_, services_.queue, services_.windows, services_.tokens,
                                            services_.opener, services_.scrollDevices});
     wireVisibility();
-    controller_->setMenu([this](QWindow& window) { menu_.popUp(window); });
+    controller_->setMenu(
+        [this](QWindow& window, const std::optional<QPoint>& place) { menu_.popUp(window, place); });
+    controller_->setKeyEquivalents(
+        [this](const QKeyEvent& event) { return mainMenu_->performKeyEquivalent(event); });
     model_.setController(controller_);
     hotKey_.emplace(*services_.shortcut, launcherChord, hotKeyId, [self = QPointer(this)] {
         if (self != nullptr) {
@@ -80,6 +85,16 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(&controller_->window(), &QQuickWindow::frameSwapped, this, &AppDelegate::finishStart,
             Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
     controller_->show();
+}
+
+std::unique_ptr<MainMenu> AppDelegate::makeMainMenu() {
+    return std::make_unique<MainMenu>(MainMenu::Actions{
+        .about = [this] { showAbout(); },
+        .hide = [this] { hideLauncher(); },
+        .quit = [] { QCoreApplication::quit(); },
+        .edit = [this](EditCommand command) { controller_->window().edit(command); },
+        .close = [this] { hideLauncher(); },
+    });
 }
 
 void AppDelegate::wireVisibility() {

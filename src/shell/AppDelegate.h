@@ -8,6 +8,7 @@
 #include "shell/HotKey.h"
 #include "shell/IconKeeper.h"
 #include "shell/LiveRefresh.h"
+#include "shell/MainMenu.h"
 #include "shell/NamesKeeper.h"
 #include "shell/Preparations.h"
 #include "shell/PressMerger.h"
@@ -86,9 +87,12 @@ public:
     void toggleByPress(PressRoute route, const PressOrigin& origin);
 
     [[nodiscard]] LauncherModel& model() { return model_; }
+    // In the interface language; another one for each language that comes into effect.
+    [[nodiscard]] const MainMenu& mainMenu() const { return *mainMenu_; }
 
 private:
     void applicationStateChanged(Qt::ApplicationState state);
+    [[nodiscard]] std::unique_ptr<MainMenu> makeMainMenu();
     void wireVisibility();
     void showAbout();
     void applicationDidBecomeActive();
@@ -101,6 +105,7 @@ private:
     LayoutDialogs dialogs_;
     VisibilityController visibility_;
     LauncherMenu menu_;
+    std::unique_ptr<MainMenu> mainMenu_;
     std::unique_ptr<FrameLog> frameLog_;
     NamesKeeper names_;
     IconKeeper icons_;

@@ -126,6 +126,7 @@ ContentItem {
             spacing: 12
 
             GlassCircleButton {
+                objectName: "menuButton"
                 symbol: "line.3.horizontal"
                 ratio: root.devicePixelRatio
                 label: root.texts.settings

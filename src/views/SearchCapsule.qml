@@ -59,7 +59,6 @@ Item {
         renderType: TextInput.NativeRendering // the same on a GPU and without one
 
         onTextEdited: capsule.launcher.searchText = text
-        onAccepted: capsule.launcher.launchFirstResult()
 
         Accessible.role: Accessible.EditableText
         Accessible.name: capsule.texts.search

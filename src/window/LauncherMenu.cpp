@@ -45,7 +45,7 @@ std::unique_ptr<QMenu> LauncherMenu::make() const {
     return menu;
 }
 
-void LauncherMenu::popUp(QWindow& above) {
+void LauncherMenu::popUp(QWindow& above, const std::optional<QPoint>& place) {
     menu_ = make();
     auto* style = new MenuStyle(menu_.get());
     menu_->setStyle(style);
@@ -54,7 +54,10 @@ void LauncherMenu::popUp(QWindow& above) {
     }
     menu_->winId(); // makes the window, whose parent can be told now
     menu_->windowHandle()->setTransientParent(&above);
-    menu_->popup(QCursor::pos());
+    menu_->popup(place.value_or(QCursor::pos()));
+    if (place) {
+        menu_->setActiveAction(menu_->actions().constFirst());
+    }
 }
 
 } // namespace amberquill

@@ -3,8 +3,10 @@
 #include "model/LauncherModel.h"
 
 #include <QMenu>
+#include <QPoint>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QWindow;
 
@@ -34,8 +36,9 @@ public:
     // Made anew, with titles and marks of now.
     [[nodiscard]] std::unique_ptr<QMenu> make() const;
 
-    // Shows it at the pointer, above the window.
-    void popUp(QWindow& above);
+    // Shows it above the window: at the pointer, or at a place in global points, with its first entry marked
+    // as keys expect it.
+    void popUp(QWindow& above, const std::optional<QPoint>& place);
 
 private:
     Services services_;

@@ -17,6 +17,26 @@ static void loadViews() {
 }
 
 namespace amberquill {
+namespace {
+
+// The method of Qt's text fields.
+const char* methodFor(EditCommand command) {
+    switch (command) {
+    case EditCommand::Undo:
+        return "undo";
+    case EditCommand::Cut:
+        return "cut";
+    case EditCommand::Copy:
+        return "copy";
+    case EditCommand::Paste:
+        return "paste";
+    case EditCommand::SelectAll:
+        break;
+    }
+    return "selectAll";
+}
+
+} // namespace
 
 LauncherWindow::LauncherWindow(LauncherModel& model, bool translucent)
     : tiles_(model)
@@ -46,6 +66,26 @@ LauncherWindow::~LauncherWindow() {
 
 void LauncherWindow::setAlpha(double alpha) {
     rootObject()->setOpacity(alpha);
+}
+
+bool LauncherWindow::isEditing() const {
+    const QQuickItem* item = activeFocusItem();
+    return item != nullptr && item->flags().testFlag(QQuickItem::ItemAcceptsInputMethod);
+}
+
+bool LauncherWindow::isComposing() const {
+    return isEditing() && activeFocusItem()->property("inputMethodComposing").toBool();
+}
+
+void LauncherWindow::edit(EditCommand command) {
+    if (isEditing()) {
+        QMetaObject::invokeMethod(activeFocusItem(), methodFor(command));
+    }
+}
+
+QPoint LauncherWindow::menuPlace() const {
+    const auto* button = rootObject()->findChild<QQuickItem*>(QStringLiteral("menuButton"));
+    return mapToGlobal(button->mapToScene(button->boundingRect().bottomLeft()).toPoint());
 }
 
 void LauncherWindow::endEditing() {

@@ -12,6 +12,9 @@
 
 namespace amberquill {
 
+// What the Edit menu does in a field.
+enum class EditCommand { Undo, Cut, Copy, Paste, SelectAll };
+
 // The window in which the launcher is drawn: borderless, as large as the screen it is put on. It
 // holds the view tree; the model outlives it.
 class LauncherWindow final : public QQuickView {
@@ -28,8 +31,20 @@ public:
     // How opaque the launcher is as a whole, 0 … 1.
     void setAlpha(double alpha);
 
+    // Whether a field has the keyboard focus.
+    [[nodiscard]] bool isEditing() const;
+
+    // Whether an input method holds text for that field which is not in it yet.
+    [[nodiscard]] bool isComposing() const;
+
+    // Does this in the field that has the focus; without one it does nothing.
+    void edit(EditCommand command);
+
     // Takes the keyboard focus from every field.
     void endEditing();
+
+    // Where a menu opened without the pointer belongs: below the menu's button, in global points.
+    [[nodiscard]] QPoint menuPlace() const;
 
 private:
     TileModel tiles_;

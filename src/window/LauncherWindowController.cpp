@@ -5,7 +5,6 @@
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"
 #include "platform/WindowSystem.h"
-#include "window/LauncherKeys.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -85,8 +84,12 @@ void LauncherWindowController::hide(const std::optional<QString>& thenOpen) {
 }
 
 void LauncherWindowController::showMenu() {
+    popUpMenu(std::nullopt);
+}
+
+void LauncherWindowController::popUpMenu(const std::optional<QPoint>& place) {
     if (popUpMenu_) {
-        popUpMenu_(window_);
+        popUpMenu_(window_, place);
     }
 }
 
@@ -151,8 +154,7 @@ bool LauncherWindowController::eventFilter(QObject* watched, QEvent* event) {
         return QObject::eventFilter(watched, event);
     }
     if (event->type() == QEvent::KeyPress) {
-        const auto* key = static_cast<QKeyEvent*>(event);
-        const bool consumed = handleKey(key->key(), key->modifiers());
+        const bool consumed = handleKey(*static_cast<QKeyEvent*>(event));
         event->setAccepted(consumed);
         return consumed;
     }
@@ -163,26 +165,67 @@ bool LauncherWindowController::eventFilter(QObject* watched, QEvent* event) {
     return QObject::eventFilter(watched, event);
 }
 
-bool LauncherWindowController::handleKey(int key, Qt::KeyboardModifiers modifiers) {
-    LauncherModel& model = services_.model;
-    const KeyState state{model.folderIsOpen(), !model.searchText().isEmpty()};
-    switch (keyAction(key, modifiers, state)) {
-    case KeyAction::PassOn:
-        return false;
-    case KeyAction::CloseFolder:
-        model.closeFolder();
-        return true;
-    case KeyAction::Hide:
-        hide(std::nullopt);
-        return true;
-    case KeyAction::PreviousPage:
-        model.turnToPage(model.page() - 1);
-        return true;
-    case KeyAction::NextPage:
-        model.turnToPage(model.page() + 1);
+bool LauncherWindowController::handleKey(const QKeyEvent& event) {
+    const LauncherModel& model = services_.model;
+    const KeyState state{
+        .folderIsOpen = model.folderIsOpen(),
+        .hasSearchText = !model.searchText().isEmpty(),
+        .isSearching = model.isSearching(),
+        .isDragging = model.drag().has_value(),
+        .isComposing = window_.isComposing(),
+    };
+    if (performInstead(keyAction(event.key(), event.modifiers(), state))) {
         return true;
     }
+    if (keyEquivalents_ && keyEquivalents_(event)) {
+        return true;
+    }
+    focusFieldFor(event);
     return false;
+}
+
+// What is done instead of passing the key on, if anything is.
+bool LauncherWindowController::performInstead(KeyAction action) {
+    LauncherModel& model = services_.model;
+    switch (action) {
+    case KeyAction::PassOn:
+        return false;
+    case KeyAction::Swallow:
+        break;
+    case KeyAction::LaunchFirstResult:
+        model.launchFirstResult();
+        break;
+    case KeyAction::EndEditing:
+        endEditing();
+        break;
+    case KeyAction::CloseFolder:
+        model.closeFolder();
+        break;
+    case KeyAction::ClearSearch:
+        model.setSearchText({});
+        break;
+    case KeyAction::Hide:
+        hide(std::nullopt);
+        break;
+    case KeyAction::PreviousPage:
+        model.turnToPage(model.page() - 1);
+        break;
+    case KeyAction::NextPage:
+        model.turnToPage(model.page() + 1);
+        break;
+    case KeyAction::ShowMenu:
+        popUpMenu(window_.menuPlace());
+        break;
+    }
+    return true;
+}
+
+// What is typed while no field has the focus searches: the field takes the focus before the key arrives
+// there.
+void LauncherWindowController::focusFieldFor(const QKeyEvent& event) {
+    if (!window_.isEditing() && isTyping(event.text(), event.modifiers())) {
+        services_.model.focusSearch();
+    }
 }
 
 } // namespace amberquill

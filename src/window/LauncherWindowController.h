@@ -4,14 +4,18 @@
 #include "model/LauncherModel.h"
 #include "motion/Animated.h"
 #include "platform/MainQueue.h"
+#include "window/LauncherKeys.h"
 #include "window/LauncherWindow.h"
 #include "window/ScrollEvents.h"
 
 #include <QObject>
+#include <QPoint>
 #include <QSet>
 #include <QString>
 #include <functional>
 #include <optional>
+
+class QKeyEvent;
 
 namespace amberquill {
 
@@ -51,9 +55,14 @@ public:
     // wins: the window stays and nothing is opened. While hidden, opens at once.
     void hide(const std::optional<QString>& thenOpen) override;
 
-    // What shows the menu above the window.
-    void setMenu(std::function<void(QWindow&)> popUp) { popUpMenu_ = std::move(popUp); }
+    // What shows the menu above the window: at a place in global points, or at the pointer.
+    using PopUpMenu = std::function<void(QWindow& above, const std::optional<QPoint>& place)>;
+    void setMenu(PopUpMenu popUp) { popUpMenu_ = std::move(popUp); }
     void showMenu() override;
+
+    // What answers the main menu's key equivalents while the launcher is up: whether the key was one.
+    using KeyEquivalents = std::function<bool(const QKeyEvent& event)>;
+    void setKeyEquivalents(KeyEquivalents perform) { keyEquivalents_ = std::move(perform); }
 
     void endEditing() override { window_.endEditing(); }
 
@@ -78,7 +87,11 @@ private:
         bool fadeIsOver = false;
     };
 
-    bool handleKey(int key, Qt::KeyboardModifiers modifiers);
+    // Whether the key goes no further.
+    bool handleKey(const QKeyEvent& event);
+    bool performInstead(KeyAction action);
+    void focusFieldFor(const QKeyEvent& event);
+    void popUpMenu(const std::optional<QPoint>& place);
     void requestToken(const QString& path);
     void fadeEnded();
     void openWhenReady();
@@ -88,7 +101,8 @@ private:
     LauncherWindow window_;
     ScrollEvents scroll_;
     Animated fade_; // the window's alpha
-    std::function<void(QWindow&)> popUpMenu_;
+    PopUpMenu popUpMenu_;
+    KeyEquivalents keyEquivalents_;
     bool isShown_ = false;
     unsigned showings_ = 0; // tells a fade that a later show() has overtaken it
     std::optional<Opening> opening_;

@@ -212,7 +212,7 @@ TEST_P(RootViewTest, BeforeItIsPresentedTheContentIsNotThere) {
     EXPECT_TRUE(isAbout(image.pixelColor(dot), QColor(qRed(pixel), qGreen(pixel), qBlue(pixel)), 1));
 }
 
-TEST_P(RootViewTest, TypingInTheSearchFieldSearchesAndReturnLaunchesTheFirstResult) {
+TEST_P(RootViewTest, TypingInTheSearchFieldSearches) {
     showWith(80);
     auto* field = item(u"searchField"_s);
     ASSERT_NE(field, nullptr);
@@ -220,8 +220,6 @@ TEST_P(RootViewTest, TypingInTheSearchFieldSearchesAndReturnLaunchesTheFirstResu
     type("app 42");
     EXPECT_EQ(model_->searchText(), u"app 42"_s);
     EXPECT_EQ(model_->displayedItems().size(), 1U);
-    QTest::keyClick(window_.get(), Qt::Key_Return);
-    EXPECT_EQ(controller_->hides, std::vector<std::optional<QString>>{path(42)});
 }
 
 TEST_P(RootViewTest, TheSearchFieldIsEmptiedWithTheSearchAndServesTheNext) {

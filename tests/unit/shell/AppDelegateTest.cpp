@@ -1,6 +1,7 @@
 #include "shell/AppDelegate.h"
 
 #include "data/LayoutCoding.h"
+#include "localization/L.h"
 #include "motion/Timeline.h"
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"
@@ -14,6 +15,7 @@
 #include "support/MemoryPreferences.h"
 
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QQuickWindow>
 #include <QWindow>
 #include <gtest/gtest.h>
@@ -245,6 +247,30 @@ TEST_F(AppDelegateTest, TheLayoutIsSavedAtTheEndEvenWhenNothingSavedItBefore) {
     Q_EMIT qGuiApp->aboutToQuit({});
     EXPECT_EQ(files_.file(u"/data/Amberquill/layout.json"_s),
               encodeItems({LaunchItem::app(u"/Applications/1.app"_s)}));
+}
+
+TEST_F(AppDelegateTest, AnotherLanguageMakesTheMainMenuAnew) {
+    L::setLanguage(AppLanguage::English);
+    delegate_->applicationDidFinishLaunching();
+    EXPECT_EQ(delegate_->mainMenu().menus()[1].title, u"Edit"_s);
+    delegate_->model().setLanguage(AppLanguage::French);
+    EXPECT_EQ(delegate_->mainMenu().menus()[1].title, u"Édition"_s);
+    L::setLanguage(AppLanguage::System);
+}
+
+TEST_F(AppDelegateTest, TheMainMenusKeysWorkWhileTheLauncherIsUp) {
+    delegate_->applicationDidFinishLaunching();
+    QWindow* launcher = nullptr;
+    for (QWindow* window : QGuiApplication::allWindows()) {
+        launcher = qobject_cast<QQuickWindow*>(window) != nullptr ? window : launcher;
+    }
+    ASSERT_NE(launcher, nullptr);
+    for (const int key : {Qt::Key_W, Qt::Key_H}) {
+        QKeyEvent press(QEvent::KeyPress, key, Qt::ControlModifier);
+        QCoreApplication::sendEvent(launcher, &press);
+        EXPECT_FALSE(delegate_->model().presented());
+        delegate_->showLauncher();
+    }
 }
 
 TEST_F(AppDelegateTest, TheWishForLessMotionIsFollowedOnceTheLauncherIsOnTheScreen) {

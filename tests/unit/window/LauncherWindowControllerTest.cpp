@@ -6,8 +6,10 @@
 #include "platform/WindowSystem.h"
 #include "support/ModelFixture.h"
 
+#include <QClipboard>
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QQuickItem>
 #include <QScreen>
@@ -90,8 +92,8 @@ protected:
 
     [[nodiscard]] double alpha() const { return shower_->window().rootObject()->opacity(); }
 
-    bool key(int code, Qt::KeyboardModifiers modifiers = {}) {
-        QKeyEvent event(QEvent::KeyPress, code, modifiers);
+    bool key(int code, Qt::KeyboardModifiers modifiers = {}, const QString& text = {}) {
+        QKeyEvent event(QEvent::KeyPress, code, modifiers, text);
         event.ignore();
         return QCoreApplication::sendEvent(&shower_->window(), &event) && event.isAccepted();
     }
@@ -251,6 +253,219 @@ TEST_F(LauncherWindowControllerTest, KeysTurnPagesAndEscapeHides) {
     EXPECT_EQ(model_->page(), 0);
     EXPECT_TRUE(key(Qt::Key_Escape));
     EXPECT_FALSE(shower_->isShown());
+}
+
+TEST_F(LauncherWindowControllerTest, TheRightArrowStaysOnTheLastPage) {
+    shower_->show();
+    pass(0.5);
+    const int last = model_->displayedPageCount() - 1;
+    ASSERT_EQ(last, 2);
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_TRUE(key(Qt::Key_Right));
+    }
+    EXPECT_EQ(model_->page(), last);
+}
+
+TEST_F(LauncherWindowControllerTest, TheArrowsMoveTheCaretInATextAndPagesOnceItIsGone) {
+    shower_->show();
+    pass(0.5);
+    model_->turnToPage(1);
+    model_->setSearchText(u"App"_s);
+    key(Qt::Key_Left);
+    EXPECT_EQ(model_->page(), 0) << "where the search began";
+    EXPECT_TRUE(key(Qt::Key_Escape));
+    EXPECT_EQ(model_->searchText(), QString());
+    EXPECT_TRUE(shower_->isShown());
+    EXPECT_EQ(model_->page(), 1);
+    EXPECT_TRUE(key(Qt::Key_Left));
+    EXPECT_EQ(model_->page(), 0);
+}
+
+TEST_F(LauncherWindowControllerTest, ReturnLaunchesTheFirstResult) {
+    shower_->show();
+    pass(0.5);
+    model_->setSearchText(u"app 7"_s);
+    EXPECT_TRUE(key(Qt::Key_Return));
+    EXPECT_FALSE(shower_->isShown());
+    pass(0.2);
+    EXPECT_EQ(opener_.opened, QStringList{u"/Applications/7.app token"_s});
+}
+
+TEST_F(LauncherWindowControllerTest, ReturnWithoutASearchDoesNothing) {
+    shower_->show();
+    pass(0.5);
+    EXPECT_TRUE(key(Qt::Key_Return));
+    EXPECT_TRUE(key(Qt::Key_Enter, Qt::KeypadModifier));
+    model_->setSearchText(u"nobody is called this"_s);
+    EXPECT_TRUE(key(Qt::Key_Return));
+    pass(0.2);
+    EXPECT_TRUE(shower_->isShown());
+    EXPECT_TRUE(opener_.opened.isEmpty());
+}
+
+TEST_F(LauncherWindowControllerTest, EscapeWithAFolderOpenClosesOnlyTheFolder) {
+    shower_->show();
+    pass(0.5);
+    model_->newEmptyFolder();
+    model_->openFolder(model_->items().back().asFolder()->id);
+    ASSERT_TRUE(model_->folderIsOpen());
+    EXPECT_TRUE(key(Qt::Key_Escape));
+    EXPECT_FALSE(model_->folderIsOpen());
+    EXPECT_TRUE(shower_->isShown());
+    EXPECT_TRUE(key(Qt::Key_Escape));
+    EXPECT_FALSE(shower_->isShown());
+}
+
+namespace {
+
+// The launcher with the keyboard focus.
+class LauncherWindowEditing : public LauncherWindowControllerTest {
+protected:
+    void SetUp() override {
+        LauncherWindowControllerTest::SetUp();
+        shower_->show();
+        pass(0.5);
+        shower_->window().show();
+        shower_->window().requestActivate();
+        QCoreApplication::processEvents();
+        ASSERT_TRUE(shower_->window().isEditing()) << "the search field";
+    }
+
+    void openFolderTitle() {
+        model_->newEmptyFolder();
+        model_->openFolder(model_->items().back().asFolder()->id);
+        pass(0.5);
+        auto* title = shower_->window().rootObject()->findChild<QQuickItem*>(u"folderTitle"_s);
+        if (title == nullptr) { // delegates are no children of what repeats them
+            title = itemBelow(shower_->window().rootObject(), u"folderTitle"_s);
+        }
+        ASSERT_NE(title, nullptr);
+        title->forceActiveFocus();
+        ASSERT_EQ(shower_->window().activeFocusItem(), title);
+    }
+
+    static QQuickItem* itemBelow(QQuickItem* top, const QString& name) {
+        for (QQuickItem* child : top->childItems()) {
+            if (QQuickItem* found = child->objectName() == name ? child : itemBelow(child, name)) {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+
+    [[nodiscard]] QString folderName() const { return model_->items().back().asFolder()->name; }
+
+    void type(const QString& text) {
+        for (const QChar character : text) {
+            key(character.toUpper().unicode(), {}, character);
+        }
+    }
+};
+
+} // namespace
+
+TEST_F(LauncherWindowEditing, WhatIsTypedSearches) {
+    type(u"app 7"_s);
+    EXPECT_EQ(model_->searchText(), u"app 7"_s);
+}
+
+TEST_F(LauncherWindowEditing, WhatIsTypedWithNoFieldFocusedSearchesTooFromTheFirstLetterOn) {
+    shower_->window().endEditing();
+    ASSERT_FALSE(shower_->window().isEditing());
+    key(Qt::Key_Up);
+    key(Qt::Key_Shift);
+    EXPECT_FALSE(shower_->window().isEditing()) << "keys that write nothing";
+    type(u"ab"_s);
+    EXPECT_EQ(model_->searchText(), u"ab"_s);
+}
+
+TEST_F(LauncherWindowEditing, WhatIsTypedInAFoldersTitleIsItsName) {
+    openFolderTitle();
+    shower_->window().edit(EditCommand::SelectAll);
+    type(u"x"_s);
+    EXPECT_EQ(folderName(), u"x"_s);
+    EXPECT_EQ(model_->searchText(), QString());
+}
+
+TEST_F(LauncherWindowEditing, ReturnEndsTheEditingOfAFoldersTitleAndLeavesItOpen) {
+    openFolderTitle();
+    EXPECT_TRUE(key(Qt::Key_Return));
+    EXPECT_FALSE(shower_->window().isEditing());
+    EXPECT_TRUE(model_->folderIsOpen());
+    EXPECT_TRUE(shower_->isShown());
+}
+
+TEST_F(LauncherWindowEditing, EscapeIsTheFieldsOwnWhileAnInputMethodComposes) {
+    QInputMethodEvent composing(u"ni"_s, {});
+    QCoreApplication::sendEvent(shower_->window().activeFocusItem(), &composing);
+    ASSERT_TRUE(shower_->window().isComposing());
+    key(Qt::Key_Escape);
+    key(Qt::Key_Return);
+    EXPECT_TRUE(shower_->isShown());
+    QInputMethodEvent committing;
+    committing.setCommitString(u"你"_s);
+    QCoreApplication::sendEvent(shower_->window().activeFocusItem(), &committing);
+    EXPECT_FALSE(shower_->window().isComposing());
+    EXPECT_TRUE(model_->searchText().contains(u"你"_s));
+    key(Qt::Key_Escape);
+    EXPECT_EQ(model_->searchText(), QString());
+}
+
+TEST_F(LauncherWindowEditing, TheEditMenuWorksInWhicheverFieldHasTheFocus) {
+    using enum EditCommand;
+    LauncherWindow& window = shower_->window();
+    type(u"one"_s);
+    window.edit(SelectAll);
+    window.edit(Cut);
+    EXPECT_EQ(model_->searchText(), QString());
+    window.edit(Paste);
+    window.edit(Paste);
+    EXPECT_EQ(model_->searchText(), u"oneone"_s);
+    window.edit(Undo);
+    EXPECT_EQ(model_->searchText(), u"one"_s);
+    window.edit(SelectAll);
+    window.edit(Copy);
+    model_->setSearchText({});
+
+    openFolderTitle();
+    window.edit(SelectAll);
+    window.edit(Paste);
+    EXPECT_EQ(folderName(), u"one"_s);
+    window.edit(Undo);
+    EXPECT_NE(folderName(), u"one"_s);
+
+    window.endEditing();
+    window.edit(Paste);
+    EXPECT_EQ(model_->searchText(), QString()) << "no field, nothing to edit";
+}
+
+TEST_F(LauncherWindowEditing, KeysOfTheMainMenuReachItAndGoNoFurther) {
+    std::vector<int> offered;
+    shower_->setKeyEquivalents([&offered](const QKeyEvent& event) {
+        offered.push_back(event.key());
+        return event.key() == Qt::Key_V;
+    });
+    QGuiApplication::clipboard()->setText(u"text"_s);
+    EXPECT_TRUE(key(Qt::Key_V, Qt::ControlModifier));
+    EXPECT_EQ(model_->searchText(), QString()) << "the field did not see it";
+    key(Qt::Key_Escape, Qt::ControlModifier);
+    EXPECT_TRUE(shower_->isShown());
+    EXPECT_EQ(offered, (std::vector<int>{Qt::Key_V, Qt::Key_Escape}));
+    shower_->hide(std::nullopt);
+    key(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(offered.size(), 2U) << "only while the launcher is up";
+}
+
+TEST_F(LauncherWindowEditing, TheMenuKeyShowsTheMenuBelowItsButtonAndTheButtonAtThePointer) {
+    std::vector<std::optional<QPoint>> places;
+    shower_->setMenu([&places](QWindow&, const std::optional<QPoint>& place) { places.push_back(place); });
+    EXPECT_TRUE(key(Qt::Key_Menu));
+    shower_->showMenu();
+    ASSERT_EQ(places.size(), 2U);
+    const auto* button = shower_->window().rootObject()->findChild<QQuickItem*>(u"menuButton"_s);
+    const QPoint below = button->mapToScene({0, button->height()}).toPoint();
+    EXPECT_EQ(places[0], shower_->window().mapToGlobal(below));
+    EXPECT_EQ(places[1], std::nullopt);
 }
 
 TEST_F(LauncherWindowControllerTest, KeysAreLeftAloneWhileHidden) {

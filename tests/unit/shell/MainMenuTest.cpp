@@ -1,0 +1,101 @@
+#include "shell/MainMenu.h"
+
+#include "localization/L.h"
+
+#include <QAction>
+#include <QKeyEvent>
+#include <gtest/gtest.h>
+
+using namespace amberquill;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class MainMenuTest : public testing::Test {
+protected:
+    void SetUp() override { L::setLanguage(AppLanguage::English); }
+    void TearDown() override { L::setLanguage(AppLanguage::System); }
+
+    [[nodiscard]] MainMenu make() {
+        return MainMenu({
+            .about = [this] { done_ += u"about"_s; },
+            .hide = [this] { done_ += u"hide"_s; },
+            .quit = [this] { done_ += u"quit"_s; },
+            .edit = [this](EditCommand command) { done_ += u"edit %1"_s.arg(static_cast<int>(command)); },
+            .close = [this] { done_ += u"close"_s; },
+        });
+    }
+
+    // Its entries as "title keys".
+    static QStringList entries(const MainMenu::Menu& menu) {
+        QStringList result;
+        for (const auto& item : menu.items) {
+            result +=
+                item->isSeparator()
+                    ? u"-"_s
+                    : (item->text() + u' ' + item->shortcut().toString(QKeySequence::PortableText)).trimmed();
+        }
+        return result;
+    }
+
+    static bool press(const MainMenu& menu, int key, Qt::KeyboardModifiers modifiers) {
+        return menu.performKeyEquivalent(QKeyEvent(QEvent::KeyPress, key, modifiers));
+    }
+
+    QStringList done_;
+};
+
+} // namespace
+
+TEST_F(MainMenuTest, ItsEntriesStandInOrderWithTheirKeys) {
+    const MainMenu menu = make();
+    ASSERT_EQ(menu.menus().size(), 2U);
+    EXPECT_EQ(menu.menus()[0].title, QString());
+    EXPECT_EQ(entries(menu.menus()[0]),
+              (QStringList{u"About Amberquill"_s, u"-"_s, u"Hide Amberquill Ctrl+H"_s,
+                           u"Quit Amberquill Ctrl+Q"_s}));
+    EXPECT_EQ(menu.menus()[1].title, u"Edit"_s);
+    EXPECT_EQ(entries(menu.menus()[1]),
+              (QStringList{u"Undo Ctrl+Z"_s, u"-"_s, u"Cut Ctrl+X"_s, u"Copy Ctrl+C"_s, u"Paste Ctrl+V"_s,
+                           u"Select All Ctrl+A"_s, u"-"_s, u"Close Ctrl+W"_s}));
+}
+
+TEST_F(MainMenuTest, ItIsInTheLanguageInEffectWhenItIsMade) {
+    L::setLanguage(AppLanguage::German);
+    const MainMenu german = make();
+    L::setLanguage(AppLanguage::Japanese);
+    EXPECT_EQ(german.menus()[1].title, u"Bearbeiten"_s);
+    EXPECT_EQ(entries(german.menus()[1]).constLast(), u"Schließen Ctrl+W"_s);
+    EXPECT_EQ(make().menus()[1].title, u"編集"_s);
+}
+
+TEST_F(MainMenuTest, ItsKeysDoWhatItsEntriesSay) {
+    const MainMenu menu = make();
+    for (const int key :
+         {Qt::Key_H, Qt::Key_Q, Qt::Key_Z, Qt::Key_X, Qt::Key_C, Qt::Key_V, Qt::Key_A, Qt::Key_W}) {
+        EXPECT_TRUE(press(menu, key, Qt::ControlModifier));
+    }
+    EXPECT_EQ(done_, (QStringList{u"hide"_s, u"quit"_s, u"edit 0"_s, u"edit 1"_s, u"edit 2"_s, u"edit 3"_s,
+                                  u"edit 4"_s, u"close"_s}));
+}
+
+TEST_F(MainMenuTest, OtherKeysAreNotItsOwn) {
+    const MainMenu menu = make();
+    EXPECT_FALSE(press(menu, Qt::Key_Q, {}));
+    EXPECT_FALSE(press(menu, Qt::Key_Q, Qt::ControlModifier | Qt::ShiftModifier));
+    EXPECT_FALSE(press(menu, Qt::Key_Q, Qt::AltModifier));
+    EXPECT_FALSE(press(menu, Qt::Key_B, Qt::ControlModifier));
+    EXPECT_FALSE(press(menu, Qt::Key_Control, Qt::ControlModifier));
+    EXPECT_TRUE(done_.isEmpty());
+}
+
+TEST_F(MainMenuTest, ItsKeysWorkInEveryLayoutOfTheKeyboard) {
+    EXPECT_TRUE(press(make(), Qt::Key_W, Qt::ControlModifier | Qt::GroupSwitchModifier));
+    EXPECT_EQ(done_, QStringList{u"close"_s});
+}
+
+TEST_F(MainMenuTest, TheAboutPanelHasNoKeys) {
+    const MainMenu menu = make();
+    menu.menus()[0].items[0]->trigger();
+    EXPECT_EQ(done_, QStringList{u"about"_s});
+}
