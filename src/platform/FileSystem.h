@@ -34,6 +34,9 @@ public:
     // bytes.
     [[nodiscard]] virtual std::optional<QByteArray> readFile(const QString& path, qint64 limit) const = 0;
 
+    // The size of a regular file, in bytes.
+    [[nodiscard]] virtual std::optional<qint64> fileSize(const QString& path) const = 0;
+
     // Replaces the file's content as one step: a reader, or a crash, sees the old content or the new one,
     // never a part. Missing folders are made. A symbolic link stays one: what it points to is replaced.
     virtual bool writeAtomically(const QString& path, const QByteArray& content) = 0;
@@ -58,6 +61,7 @@ public:
     [[nodiscard]] std::optional<QByteArray> readFile(const QString&, qint64) const override {
         return std::nullopt;
     }
+    [[nodiscard]] std::optional<qint64> fileSize(const QString&) const override { return std::nullopt; }
     bool writeAtomically(const QString&, const QByteArray&) override { return false; }
     bool setAside(const QString&) override { return false; }
     bool remove(const QString&) override { return false; }

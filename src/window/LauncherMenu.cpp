@@ -6,7 +6,9 @@
 #include "window/MenuStyle.h"
 #include "window/SettingsItems.h"
 
+#include <QCoreApplication>
 #include <QCursor>
+#include <QKeyEvent>
 #include <QKeySequence>
 #include <QWindow>
 #include <utility>
@@ -56,7 +58,9 @@ void LauncherMenu::popUp(QWindow& above, const std::optional<QPoint>& place) {
     menu_->windowHandle()->setTransientParent(&above);
     menu_->popup(place.value_or(QCursor::pos()));
     if (place) {
-        menu_->setActiveAction(menu_->actions().constFirst());
+        // Marking an entry by a call would open its submenu.
+        QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
+        QCoreApplication::sendEvent(menu_.get(), &down);
     }
 }
 

@@ -6,11 +6,12 @@
 #include "platform/ApplicationOpener.h"
 #include "platform/WindowSystem.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QPointer>
 #include <QScreen>
 #include <QWheelEvent>
+#include <QWidget>
 #include <algorithm>
 
 namespace amberquill {
@@ -152,6 +153,12 @@ bool LauncherWindowController::eventFilter(QObject* watched, QEvent* event) {
     }
     if (watched != &window_ || !isShown_) {
         return QObject::eventFilter(watched, event);
+    }
+    if (const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+        QWidget* menu = isKey ? QApplication::activePopupWidget() : nullptr) {
+        // Typed on before the window system has turned the keys to the menu.
+        QCoreApplication::sendEvent(menu, event);
+        return true;
     }
     if (event->type() == QEvent::KeyPress) {
         const bool consumed = handleKey(*static_cast<QKeyEvent*>(event));

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QWindow>
@@ -24,8 +25,11 @@ constexpr qint64 largestFile = 64LL * 1024 * 1024;
 // The edge of the icon in the about panel, in points.
 constexpr int aboutPicture = 64;
 
-std::unique_ptr<QFileDialog> fileDialog(const QString& title, const QString& folder) {
-    auto dialog = std::make_unique<QFileDialog>(nullptr, title, folder);
+std::unique_ptr<QFileDialog> fileDialog(const QString& command, const QString& folder) {
+    // The dialog that the command's dots announce has none in its title. A folder that is missing would be
+    // taken for a file's name.
+    auto dialog = std::make_unique<QFileDialog>(nullptr, QString(command).remove(u'…'),
+                                                QFileInfo(folder).isDir() ? folder : QDir::homePath());
     // Qt's own, in this process: while it is open the launcher's program is the active one.
     dialog->setOption(QFileDialog::DontUseNativeDialog);
     dialog->setNameFilter(QStringLiteral("JSON (*.json)"));
@@ -105,10 +109,10 @@ void LayoutDialogs::importLayout() {
 
 void LayoutDialogs::readFrom(const QString& path) {
     const auto content = services_.files.readFile(path, largestFile);
-    if (!content) {
+    if (!content && services_.files.fileSize(path).value_or(0) <= largestFile) {
         showError(L::importFailed(), QDir::toNativeSeparators(path));
-    } else if (const auto failure = services_.model.importLayout(*content)) {
-        showError(L::importFailed(), failure->errorDescription());
+    } else if (!content || services_.model.importLayout(*content)) {
+        showError(L::importFailed(), InvalidLayoutFile::errorDescription());
     }
 }
 

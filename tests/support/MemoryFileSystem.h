@@ -51,6 +51,11 @@ public:
         return content && content->size() <= limit && !unreadable_.contains(path) ? content : std::nullopt;
     }
 
+    [[nodiscard]] std::optional<qint64> fileSize(const QString& path) const override {
+        const auto content = file(path);
+        return content ? std::optional<qint64>(content->size()) : std::nullopt;
+    }
+
     bool writeAtomically(const QString& path, const QByteArray& content) override {
         if (refuseWrites_) {
             return false;

@@ -18,6 +18,40 @@ class OnX11(LauncherTestCase):
         until(lambda: self.session.focused_window() == self.window, "the focus")
         return launcher
 
+    def act(self, action):
+        """Asks the running launcher for it over the bus: "show", "hide" or "toggle"."""
+        self.session.run(
+            *("gdbus", "call", "--session", "--dest", WINDOW_CLASS, "--object-path", "/org/amberquill/Amberquill"),
+            *("--method", "org.freedesktop.Application.ActivateAction", action, "[]", "{}"),
+        )
+
+    def other_windows(self, launcher):
+        """Its menus, dialogs and tool tips on the screen."""
+        answer = self.session.run("xdotool", "search", "--onlyvisible", "--pid", launcher.pid, check=False)
+        return {int(line) for line in answer.split()} - set(self.session.windows_of_class(WINDOW_CLASS))
+
+    def expect_no_other_window(self, launcher):
+        until(lambda: not self.other_windows(launcher), "the end of its other windows")
+
+    def expect_dialog(self, launcher, *others):
+        """Waits for a dialog with the focus, beside the others. Returns its window."""
+
+        def focused():
+            window = self.session.focused_window()
+            return window if window in self.other_windows(launcher) - set(others) else None
+
+        return until(focused, "a dialog with the focus")
+
+    # Entries of the launcher's menu, counted from the first one.
+    GRID, BACKGROUND, LANGUAGE, SORT, RESET, EXPORT, IMPORT, RESCAN, AT_LOGIN, IN_MENU_BAR, TOGGLE, QUIT = range(12)
+
+    def choose(self, entry, sub_entry=None):
+        """Chooses an entry of the menu by keys; of its submenu, if that is asked for."""
+        keys = ["Menu", *["Down"] * entry]
+        if sub_entry is not None:
+            keys += ["Right", *["Down"] * sub_entry]
+        self.session.press(*keys, "Return")
+
     def expect_hidden(self):
         until(lambda: not self.session.windows_of_class(WINDOW_CLASS), "the window's end")
 

@@ -11,6 +11,7 @@
 #include <QGuiApplication>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QQuickItem>
 #include <QScreen>
 #include <QWheelEvent>
@@ -466,6 +467,20 @@ TEST_F(LauncherWindowEditing, TheMenuKeyShowsTheMenuBelowItsButtonAndTheButtonAt
     const QPoint below = button->mapToScene({0, button->height()}).toPoint();
     EXPECT_EQ(places[0], shower_->window().mapToGlobal(below));
     EXPECT_EQ(places[1], std::nullopt);
+}
+
+TEST_F(LauncherWindowEditing, KeysGoToAMenuThatIsOpen) {
+    QMenu menu;
+    menu.addAction(u"first"_s);
+    menu.addAction(u"second"_s);
+    menu.popup({0, 0});
+    key(Qt::Key_Down);
+    key(Qt::Key_Down);
+    ASSERT_NE(menu.activeAction(), nullptr);
+    EXPECT_EQ(menu.activeAction()->text(), u"second"_s);
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(menu.isVisible());
+    EXPECT_TRUE(shower_->isShown());
 }
 
 TEST_F(LauncherWindowControllerTest, KeysAreLeftAloneWhileHidden) {

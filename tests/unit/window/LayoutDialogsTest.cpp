@@ -150,6 +150,18 @@ TEST_F(LayoutDialogsTest, AFileThatCannotBeReadIsSaid) {
     EXPECT_TRUE(isUntouched());
 }
 
+TEST_F(LayoutDialogsTest, AFileTooLargeForALayoutIsNone) {
+    files_.addFile(u"/desktop/large.json"_s, QByteArray(64 * 1024 * 1024 + 1, ' '));
+    dialogs_->importLayout();
+    choose(u"/desktop/large.json"_s);
+    press(QMessageBox::AcceptRole);
+    auto* box = shown<QMessageBox>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->text(), L::importFailed());
+    EXPECT_EQ(box->informativeText(), L::invalidLayoutFile());
+    EXPECT_TRUE(isUntouched());
+}
+
 TEST_F(LayoutDialogsTest, ItIsToldWhenTheAboutPanelIsGone) {
     bool isClosed = false;
     dialogs_->showAbout([&isClosed] { isClosed = true; });

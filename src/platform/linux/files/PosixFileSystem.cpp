@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <memory>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace amberquill::desktop {
@@ -107,6 +108,14 @@ std::optional<QByteArray> PosixFileSystem::readFile(const QString& path, qint64 
     }
     buffer.truncate(content->size());
     return buffer;
+}
+
+std::optional<qint64> PosixFileSystem::fileSize(const QString& path) const {
+    struct stat status = {};
+    if (!isUsablePath(path) || ::stat(path.toUtf8().constData(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return std::nullopt;
+    }
+    return status.st_size;
 }
 
 bool PosixFileSystem::writeAtomically(const QString& path, const QByteArray& content) {

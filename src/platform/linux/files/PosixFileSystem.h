@@ -18,6 +18,7 @@ public:
 
     // New files can be read by the user alone (0600), new folders be entered by the user alone (0700); a file
     // that is replaced keeps its mode.
+    [[nodiscard]] std::optional<qint64> fileSize(const QString& path) const override;
     bool writeAtomically(const QString& path, const QByteArray& content) override;
 
     // `layout.json` becomes `layout.json.unreadable-1`, or the next number that is free. Of a symbolic link,

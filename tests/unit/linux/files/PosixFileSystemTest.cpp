@@ -180,6 +180,14 @@ TEST_F(ReadFile, TheWholeFileOrNone) {
     EXPECT_EQ(files_.readFile(tree_.path("file") + QChar::Null + u"more"_s, limit), std::nullopt);
 }
 
+TEST_F(PosixFileSystemTest, TheSizeIsThatOfARegularFile) {
+    EXPECT_EQ(files_.fileSize(tree_.write("file", "content")), 7);
+    EXPECT_EQ(files_.fileSize(tree_.write("empty", {})), 0);
+    EXPECT_EQ(files_.fileSize(tree_.path("missing")), std::nullopt);
+    EXPECT_EQ(files_.fileSize(tree_.path()), std::nullopt) << "a folder";
+    EXPECT_EQ(files_.fileSize(u"relative"_s), std::nullopt);
+}
+
 TEST_F(ReadFile, TheLimitIsTheLastSizeThatIsRead) {
     const QString path = tree_.write("file", QByteArray(100, 'x'));
     EXPECT_EQ(files_.readFile(path, 100), QByteArray(100, 'x'));
