@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 int failed(const char* what, const QString& name) {
-    std::fprintf(stderr, "%s: %s\n", name.toLocal8Bit().constData(), what);
+    (void)std::fprintf(stderr, "%s: %s\n", name.toLocal8Bit().constData(), what);
     return 1;
 }
 

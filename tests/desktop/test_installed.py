@@ -15,7 +15,7 @@ from launcher.on_x11 import OnX11
 NAME = "org.amberquill.Amberquill"
 
 
-class Installed(OnX11):
+class InstalledCase(OnX11):
     @classmethod
     def setUpClass(cls):
         cls.prefix = Path(cls.enterClassContext(tempfile.TemporaryDirectory())) / "a prefix"
@@ -61,6 +61,13 @@ class Installed(OnX11):
         os.kill(pid, signal.SIGTERM)
         until(lambda: "false" in self.ask_bus("NameHasOwner", NAME), "the end of the launcher")
 
+    def second_start(self, *arguments):
+        second = self.session.start(self.prefix / "bin/amberquill", *arguments)
+        self.assertEqual(second.wait(), 0)
+        self.assertEqual(second.lines, [])
+
+
+class Installed(InstalledCase):
     def test_the_bus_starts_the_program_that_is_installed_and_has_it_shown(self):
         self.activate()
         self.expect_active()
@@ -101,11 +108,6 @@ class Installed(OnX11):
         self.assertEqual(self.process(), pid)
         self.expect_end(pid)
 
-    def second_start(self, *arguments):
-        second = self.session.start(self.prefix / "bin/amberquill", *arguments)
-        self.assertEqual(second.wait(), 0)
-        self.assertEqual(second.lines, [])
-
     def test_it_never_lists_itself(self):
         self.act("show")
         self.expect_active()
@@ -119,4 +121,32 @@ class Installed(OnX11):
         self.expect_active()
         # Window managers put an icon of their own there meanwhile.
         until(lambda: "(128 x 128)" in (self.session.property(self.window, "_NET_WM_ICON") or ""), "the icon")
+        self.expect_end(self.process())
+
+
+class ByKdesShortcut(InstalledCase):
+    """The daemon of KDE's global shortcuts reads the installed entry."""
+
+    COMPONENT = "/component/org_amberquill_Amberquill_desktop"
+    CONTROL_ALT_SPACE = 0x0C000020  # as Qt writes keys with their modifiers
+
+    def ask_daemon(self, path, method, *arguments):
+        return self.session.run(
+            *("gdbus", "call", "--session", "--dest", "org.kde.kglobalaccel", "--object-path", path),
+            *("--method", f"org.kde.kglobalaccel.Component.{method}", *arguments),
+            check=False,
+        )
+
+    def test_it_knows_the_chord_and_toggles_the_launcher(self):
+        self.session.start("kglobalaccel5")
+        listed = until(lambda: self.ask_daemon(self.COMPONENT, "allShortcutInfos"), "the daemon's list")
+        actions = dict(re.findall(r"\('(\w+)', '[^']*', '[^']*', '[^']*', '[^']*', '[^']*', (?:@ai )?(\[\d*\])", listed))
+        self.assertEqual(
+            actions, {"_launch": "[]", "toggle": f"[{self.CONTROL_ALT_SPACE}]", "show": "[]", "hide": "[]"}, listed
+        )
+        self.ask_daemon(self.COMPONENT, "invokeShortcut", "toggle")
+        self.expect_active()
+        self.expect_page(self.made)
+        self.ask_daemon(self.COMPONENT, "invokeShortcut", "toggle")
+        self.expect_hidden()
         self.expect_end(self.process())
