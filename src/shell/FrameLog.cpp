@@ -24,11 +24,18 @@ FrameLog::FrameLog(QQuickWindow& window, QObject* parent)
         return;
     }
     connect(
-        &window, &QQuickWindow::afterAnimating, this, [this] { complete_ = IconCache::shared().isIdle(); },
+        &window, &QQuickWindow::afterAnimating, this,
+        [this] {
+            complete_ = IconCache::shared().isIdle();
+            begun_ = now();
+        },
         Qt::DirectConnection);
     connect(
         &window, &QQuickWindow::frameSwapped, this,
-        [this] { qCDebug(frames, "frame %.6f %s", now(), complete_ ? "complete" : "incomplete"); },
+        [this] {
+            const double end = now();
+            qCDebug(frames, "frame %.6f %s %.6f", end, complete_ ? "complete" : "incomplete", end - begun_);
+        },
         Qt::DirectConnection);
 }
 

@@ -7,8 +7,8 @@ class QQuickWindow;
 namespace amberquill {
 
 // Tells a developer when frames reach the screen: with QT_LOGGING_RULES="amberquill.frames=true", a line per
-// frame with the time on the monotonic clock (seconds) and whether every icon in it was a real one. Otherwise
-// it does nothing.
+// frame with the time on the monotonic clock (seconds), whether every icon in it was a real one, and the
+// seconds from the moment it was begun. Otherwise it does nothing.
 class FrameLog final : public QObject {
     Q_OBJECT
 
@@ -17,6 +17,7 @@ public:
 
 private:
     bool complete_ = false;
+    double begun_ = 0;
 };
 
 } // namespace amberquill

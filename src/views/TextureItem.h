@@ -41,6 +41,8 @@ protected:
     void itemChange(ItemChange change, const ItemChangeData& value) override;
 
 private:
+    class Node;
+
     Painted painted_;
     bool imageIsNew_ = false;
     bool needsPainting_ = true;

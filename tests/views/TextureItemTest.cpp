@@ -1,0 +1,77 @@
+#include "views/TextureItem.h"
+
+#include <QCoreApplication>
+#include <QQuickWindow>
+#include <gtest/gtest.h>
+
+namespace amberquill {
+
+namespace {
+
+// Columns of pixels, white and black in turn.
+class Stripes final : public TextureItem {
+protected:
+    Painted paintTexture(double devicePixelRatio) override {
+        QImage image((size() * devicePixelRatio).toSize(), QImage::Format_RGB32);
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                image.setPixel(x, y, x % 2 == 0 ? 0xffffffff : 0xff000000);
+            }
+        }
+        return {image, QRectF({}, size())};
+    }
+};
+
+class DrawnTexture : public testing::Test {
+protected:
+    DrawnTexture() {
+        window_.resize(100, 20);
+        window_.setColor(Qt::black);
+        frame_.setParentItem(window_.contentItem());
+        stripes_.setParentItem(&frame_);
+        stripes_.setSize(QSizeF(40, 20));
+        window_.show();
+    }
+
+    // How many pixels are neither black nor white, as near as a colour blended in eight bits comes to them.
+    int greys() {
+        QCoreApplication::processEvents();
+        const QImage picture = window_.grabWindow();
+        int count = 0;
+        for (int x = 0; x < picture.width(); ++x) {
+            const int value = qGray(picture.pixel(x, picture.height() / 2));
+            count += value > 2 && value < 253 ? 1 : 0;
+        }
+        return count;
+    }
+
+    QQuickWindow window_;
+    QQuickItem frame_;
+    Stripes stripes_;
+};
+
+} // namespace
+
+TEST_F(DrawnTexture, IsCopiedPixelForPixelWhereItStands) {
+    EXPECT_EQ(greys(), 0);
+    stripes_.setX(7);
+    EXPECT_EQ(greys(), 0);
+}
+
+TEST_F(DrawnTexture, IsSmoothedWhileItOrWhatHoldsItIsScaled) {
+    greys();
+    frame_.setScale(1.3);
+    EXPECT_GT(greys(), 20);
+    frame_.setScale(1);
+    stripes_.setScale(0.9);
+    EXPECT_GT(greys(), 10);
+}
+
+TEST_F(DrawnTexture, IsSharpAgainWhenTheScalingIsOver) {
+    frame_.setScale(1.3);
+    greys();
+    frame_.setScale(1);
+    EXPECT_EQ(greys(), 0);
+}
+
+} // namespace amberquill
