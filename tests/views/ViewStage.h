@@ -43,6 +43,8 @@ public:
         }
         window_->resize(contentSize_);
         window_->show();
+        // On a real display a window comes up, in its size, some time after it is asked for.
+        [[maybe_unused]] const bool isThere = QTest::qWaitForWindowExposed(window_.get());
         window_->setAlpha(1);
         model_->willShow();
         queue_.runPosted();
