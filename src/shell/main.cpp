@@ -202,7 +202,12 @@ int main(int argc, char* argv[]) {
              files,
              desktop::AutostartLoginItem::Settings{desktop::autostartFolders(environment),
                                                    desktop::runningProgram(), entrySettings.currentDesktops}),
-         desktop::makeGlobalShortcut(queue)});
+         desktop::makeGlobalShortcut(queue, [&hasBus] {
+             const QString name = QStringLiteral("shortcuts");
+             QDBusConnection::disconnectFromBus(name); // an earlier one
+             return hasBus() ? QDBusConnection::connectToBus(QDBusConnection::SessionBus, name)
+                             : QDBusConnection(name);
+         })});
     const desktop::TerminationSignals signals([] { QCoreApplication::quit(); });
     if (delegate.firstPageIsReady()) {
         queue.hold();

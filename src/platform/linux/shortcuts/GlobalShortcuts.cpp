@@ -1,5 +1,6 @@
 #include "platform/linux/shortcuts/GlobalShortcuts.h"
 
+#include "platform/linux/shortcuts/PortalShortcuts.h"
 #include "platform/linux/shortcuts/X11Shortcuts.h"
 
 #include <QGuiApplication>
@@ -7,13 +8,17 @@
 
 namespace amberquill::desktop {
 
-std::unique_ptr<GlobalShortcut> makeGlobalShortcut(MainQueue& queue) {
+std::unique_ptr<GlobalShortcut> makeGlobalShortcut(MainQueue& queue,
+                                                   std::function<QDBusConnection()> connectToBus) {
     if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
         auto shortcuts = std::make_unique<X11Shortcuts>(
             x11->connection(), static_cast<xcb_window_t>(QX11Info::appRootWindow()), queue);
         // Its destruction removes it.
         qGuiApp->installNativeEventFilter(shortcuts.get());
         return shortcuts;
+    }
+    if (QGuiApplication::platformName().startsWith(u"wayland")) {
+        return std::make_unique<PortalShortcuts>(queue, std::move(connectToBus));
     }
     return std::make_unique<NullGlobalShortcut>();
 }
