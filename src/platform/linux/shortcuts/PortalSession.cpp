@@ -74,15 +74,18 @@ void PortalSession::registerProgram() {
 }
 
 void PortalSession::createSession() {
-    request(u"CreateSession"_s, {}, {{u"session_handle_token"_s, token_}},
-            [this](const QVariantMap& results) {
-                handle_ = sessionIn(results);
-                if (handle_.isEmpty()) {
-                    return;
-                }
-                bus_.connect(anySender, handle_, sessionInterface, u"Closed"_s, this, SIGNAL(ended()));
-                listShortcuts();
-            });
+    // Some desktops keep shortcuts by the session's token, so that it is always the same. Some take the
+    // shortcuts here, and show their settings in answer to BindShortcuts.
+    const QVariantMap options = {{u"session_handle_token"_s, u"amberquill"_s},
+                                 {u"shortcuts"_s, QVariant::fromValue(wanted())}};
+    request(u"CreateSession"_s, {}, options, [this](const QVariantMap& results) {
+        handle_ = sessionIn(results);
+        if (handle_.isEmpty()) {
+            return;
+        }
+        bus_.connect(anySender, handle_, sessionInterface, u"Closed"_s, this, SIGNAL(ended()));
+        listShortcuts();
+    });
 }
 
 void PortalSession::listShortcuts() {
@@ -101,14 +104,18 @@ void PortalSession::listShortcuts() {
             });
 }
 
-void PortalSession::bindShortcuts() {
-    PortalShortcutList wanted;
+PortalShortcutList PortalSession::wanted() const {
+    PortalShortcutList list;
     for (const auto& [id, chord] : shortcuts_) {
-        wanted += {nameOf(id),
-                   {{u"description"_s, u"Amberquill"_s}, {u"preferred_trigger"_s, portalTrigger(chord)}}};
+        list += {nameOf(id),
+                 {{u"description"_s, u"Amberquill"_s}, {u"preferred_trigger"_s, portalTrigger(chord)}}};
     }
+    return list;
+}
+
+void PortalSession::bindShortcuts() {
     request(u"BindShortcuts"_s,
-            {QVariant::fromValue(QDBusObjectPath(handle_)), QVariant::fromValue(wanted), QString()}, {},
+            {QVariant::fromValue(QDBusObjectPath(handle_)), QVariant::fromValue(wanted()), QString()}, {},
             [](const QVariantMap& results) {
                 // Fewer than were asked for: the user has kept the others.
                 qCDebug(log) << "bound" << shortcutsIn(results).size();

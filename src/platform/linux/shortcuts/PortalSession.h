@@ -34,6 +34,7 @@ private Q_SLOTS:
 private:
     using Response = std::function<void(const QVariantMap& results)>;
 
+    [[nodiscard]] PortalShortcutList wanted() const;
     void registerProgram();
     void createSession();
     void listShortcuts();

@@ -66,8 +66,9 @@ public:
                                              QStringLiteral("Closed")));
     }
 
-    uint bindCode = 0;                   // what the user says: 0 yes, 1 no
-    bool grantsAny = true;               // whether a yes gives the shortcut
+    uint bindCode = 0;     // what the user says: 0 yes, 1 no
+    bool grantsAny = true; // whether a yes gives the shortcut
+    bool takesShortcutsWithSession = false;
     bool remembers = false;              // whether it knows the shortcuts of an earlier session
     std::optional<QVariant> handleToSay; // instead of the session's
     std::optional<QVariant> listToSay;   // instead of the shortcuts it knows
@@ -78,6 +79,9 @@ public:
 public Q_SLOTS:
     QDBusObjectPath CreateSession(const QVariantMap& options, const QDBusMessage& message) {
         calls += QStringLiteral("CreateSession");
+        if (takesShortcutsWithSession) {
+            remembers = !desktop::shortcutsIn(options).isEmpty();
+        }
         sessions += QStringLiteral("/org/freedesktop/portal/desktop/session/") + sender(message) + u'/' +
                     options.value(QStringLiteral("session_handle_token")).toString();
         return respond(message, options, 0,

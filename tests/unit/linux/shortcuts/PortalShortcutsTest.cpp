@@ -140,6 +140,27 @@ TEST_F(PortalShortcutsTest, ThePortalThatRemembersTheShortcutIsNotAskedForIt) {
     EXPECT_EQ(portal_.calls.size(), 2);
 }
 
+TEST_F(PortalShortcutsTest, APortalThatTakesShortcutsWithTheSessionIsNotAskedAgain) {
+    portal_.takesShortcutsWithSession = true;
+    portal_.start();
+    addAndAsk();
+    expectCalls({u"CreateSession"_s, u"ListShortcuts"_s});
+    press(portal_.sessions[0], name);
+    EXPECT_TRUE(waitUntil([this] { return presses_.size() == 1; }));
+    EXPECT_EQ(portal_.calls.size(), 2);
+}
+
+TEST_F(PortalShortcutsTest, TheSessionsNameIsAlwaysTheSame) {
+    portal_.start();
+    addAndAsk();
+    expectAsked(1);
+    portal_.closeSession(portal_.sessions[0]);
+    settle();
+    queue_.advance(PortalShortcuts::untilAskedAgain);
+    expectAsked(2);
+    EXPECT_EQ(portal_.sessions[0], portal_.sessions[1]);
+}
+
 TEST_F(PortalShortcutsTest, ARefusalIsFinal) {
     portal_.bindCode = 1;
     portal_.start();
@@ -201,8 +222,6 @@ TEST_F(PortalShortcutsTest, APortalThatIsStartedAnewIsAskedAnew) {
     settle();
     queue_.runPosted();
     expectAsked(2);
-    EXPECT_NE(portal_.sessions[0], portal_.sessions[1]);
-    press(portal_.sessions[0], name);
     press(portal_.sessions[1], name, u"new"_s);
     EXPECT_TRUE(waitUntil([this] { return !presses_.isEmpty(); }));
     EXPECT_EQ(tokens_, QStringList{u"new"_s});
