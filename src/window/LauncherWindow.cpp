@@ -44,6 +44,7 @@ LauncherWindow::LauncherWindow(LauncherModel& model, bool translucent)
     , drag_(model) {
     loadViews();
     connect(&model, &LauncherModel::languageDidChange, &texts_, &ViewTexts::retranslate);
+    setTitle(QStringLiteral("Amberquill")); // what screen readers call it
     setFlags(Qt::Window | Qt::FramelessWindowHint);
     QSurfaceFormat surface = requestedFormat();
     surface.setAlphaBufferSize(translucent ? 8 : 0);

@@ -1,0 +1,69 @@
+"""What a screen reader does, in a process of its own in the session:
+
+    reader.py tree              the launcher's objects, as JSON
+    reader.py press ROLE NAME   presses the object of that role and name
+"""
+
+import json
+import sys
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi  # noqa: E402
+
+DEEPEST = 30
+STATES = ("showing", "visible", "focusable", "focused", "selected", "selectable", "editable", "pressed", "single_line")
+
+
+def launcher():
+    desktop = Atspi.get_desktop(0)
+    for index in range(desktop.get_child_count()):
+        application = desktop.get_child_at_index(index)
+        if application and application.get_name() in ("Amberquill", "amberquill"):
+            return application
+    return None
+
+
+def objects(top, depth=0):
+    """All objects below one, in order."""
+    if top is None or depth > DEEPEST:
+        return
+    yield top
+    for index in range(top.get_child_count()):
+        yield from objects(top.get_child_at_index(index), depth + 1)
+
+
+def described(each):
+    states = each.get_state_set()
+    place = each.get_extents(Atspi.CoordType.SCREEN) if each.get_component_iface() else None
+    return {
+        "role": each.get_role_name(),
+        "name": each.get_name(),
+        "states": [name for name in STATES if states.contains(getattr(Atspi.StateType, name.upper()))],
+        "actions": [each.get_action_name(number) for number in range(each.get_n_actions())]
+        if each.get_action_iface()
+        else [],
+        "place": [place.x, place.y, place.width, place.height] if place else None,
+        "text": Atspi.Text.get_text(each, 0, -1) if each.get_text_iface() else None,
+    }
+
+
+def press(role, name):
+    for each in objects(launcher()):
+        if each.get_role_name() == role and each.get_name() == name:
+            for number in range(each.get_n_actions()):
+                if each.get_action_name(number).lower() == "press":
+                    return each.do_action(number)
+    return False
+
+
+def main():
+    if sys.argv[1] == "tree":
+        print(json.dumps([described(each) for each in objects(launcher())]))
+        return 0
+    return 0 if press(*sys.argv[2:]) else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
