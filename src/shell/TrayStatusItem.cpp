@@ -1,5 +1,7 @@
 #include "shell/TrayStatusItem.h"
 
+#include "platform/TrayHosts.h"
+
 #include <QGuiApplication>
 #include <QIcon>
 #include <QMenu>
@@ -22,17 +24,23 @@ QIcon statusIcon() {
 
 } // namespace
 
-TrayStatusItem::TrayStatusItem() = default;
+TrayStatusItem::TrayStatusItem(TrayHosts& hosts)
+    : hosts_(hosts) {}
 
 TrayStatusItem::~TrayStatusItem() = default;
 
 void TrayStatusItem::setVisible(bool visible) {
-    if (visible && icon_ == nullptr) {
-        make();
-    } else if (!visible) {
+    isVisible_ = visible;
+    if (!visible) {
         icon_.reset();
         menu_.reset();
+        return;
     }
+    hosts_.follow([this] {
+        if (isVisible_ && icon_ == nullptr) {
+            make();
+        }
+    });
 }
 
 void TrayStatusItem::make() {

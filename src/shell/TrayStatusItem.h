@@ -9,10 +9,14 @@ class QSystemTrayIcon;
 
 namespace amberquill {
 
-// The status item in whatever tray the desktop has. Made when it is first shown: most desktops never need it.
+class TrayHosts;
+
+// The status item in whatever tray the desktop has. Made when it is to be seen and there is a tray: most
+// desktops never need it.
 class TrayStatusItem final : public StatusItem {
 public:
-    TrayStatusItem();
+    // The trays outlive the item.
+    explicit TrayStatusItem(TrayHosts& hosts);
     ~TrayStatusItem() override;
 
     TrayStatusItem(const TrayStatusItem&) = delete;
@@ -20,11 +24,13 @@ public:
 
     void setActions(Actions actions) override { actions_ = std::move(actions); }
     void setVisible(bool visible) override;
-    [[nodiscard]] bool isVisible() const override { return icon_ != nullptr; }
+    [[nodiscard]] bool isVisible() const override { return isVisible_; }
 
 private:
     void make();
 
+    TrayHosts& hosts_;
+    bool isVisible_ = false;
     Actions actions_;
     std::unique_ptr<QMenu> menu_; // the tray shows it by itself: it is filled anew before each opening
     std::unique_ptr<QSystemTrayIcon> icon_;

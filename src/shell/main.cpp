@@ -27,6 +27,7 @@
 #include "platform/linux/process/SessionBus.h"
 #include "platform/linux/process/TerminationSignals.h"
 #include "platform/linux/shortcuts/GlobalShortcuts.h"
+#include "platform/linux/tray/LinuxTrayHosts.h"
 #include "platform/linux/wayland/SeatlessCompositor.h"
 #include "platform/linux/windows/WindowSystems.h"
 #include "shell/AppDelegate.h"
@@ -169,7 +170,8 @@ int main(int argc, char* argv[]) {
         const auto scanned = std::exchange(*first, std::nullopt);
         return scanned ? *scanned : AppScanner::scan(scanServices);
     };
-    TrayStatusItem statusItem;
+    desktop::LinuxTrayHosts trayHosts;
+    TrayStatusItem statusItem(trayHosts);
     AppDelegate delegate(
         {queue,
          files,

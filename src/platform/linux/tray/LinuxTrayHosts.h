@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/TrayHosts.h"
+#include "platform/linux/tray/OlderTrays.h"
+
+#include <QObject>
+#include <memory>
+
+class QDBusServiceWatcher;
+
+namespace amberquill::desktop {
+
+// Hosts of status notifier items on the session bus and, on an X server, trays of the older kind where there
+// is no such host. What Qt makes for a tray it makes for good after its first look at the bus, so it must not
+// look before a host is there. Main thread only.
+class LinuxTrayHosts final : public QObject, public TrayHosts {
+    Q_OBJECT
+
+public:
+    LinuxTrayHosts();
+    ~LinuxTrayHosts() override;
+
+    LinuxTrayHosts(const LinuxTrayHosts&) = delete;
+    LinuxTrayHosts& operator=(const LinuxTrayHosts&) = delete;
+
+    void follow(std::function<void()> came) override;
+
+private Q_SLOTS:
+    void ask();
+
+private:
+    std::function<void()> came_;
+    std::unique_ptr<QDBusServiceWatcher> watcher_;
+    std::unique_ptr<OlderTrays> olderTrays_;
+};
+
+} // namespace amberquill::desktop

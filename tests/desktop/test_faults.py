@@ -1,0 +1,157 @@
+"""What goes wrong around the launcher while it is up."""
+
+import json
+import signal
+
+from harness import Geometry, until
+from harness.xlib import BellListener
+from launcher.case import WINDOW_CLASS
+from launcher.grid import Grid
+from launcher.on_x11 import OnX11
+
+
+class Faults(OnX11):
+    def setUp(self):
+        self.begin_session(1280, 720)
+        self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
+
+    def expect_shown(self):
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        until(lambda: self.session.focused_window() == self.window, "the focus")
+
+    def test_an_application_that_has_just_gone_beeps_and_the_launcher_works_on(self):
+        launcher = self.begin_shown_launcher(self.made)
+        bell = BellListener(self.session.display)
+        self.addCleanup(bell.close)
+        # Known to the launcher still: its program went, not its entry.
+        (self.session.home / "record").rename(self.session.home / "elsewhere")
+        self.click_icon(2)
+        self.expect_hidden()
+        until(bell.heard, "the beep")
+        (self.session.home / "elsewhere").rename(self.session.home / "record")
+        self.act("show")
+        self.expect_shown()
+        self.expect_page(self.made)
+        self.click_icon(2)
+        until(self.applications.started, "the application's start")
+        self.end_launcher(launcher)
+        self.assertEqual(bell.heard(), 0)
+
+    def test_another_window_that_takes_the_focus_hides_it(self):
+        launcher = self.begin_shown_launcher(self.made)
+        other = self.session.start("xmessage", "other")
+        until(lambda: self.session.windows_of_class("Xmessage"), "the other window")
+        self.session.run("xdotool", "windowactivate", *self.session.windows_of_class("Xmessage"))
+        self.expect_hidden()
+        other.kill()
+        self.act("toggle")
+        self.expect_shown()
+        self.end_launcher(launcher)
+
+    def test_a_window_manager_that_comes_again_finds_it_working(self):
+        # The session has another one to start with.
+        launcher = self.begin_shown_launcher(self.made)
+        self.session.run("openbox", "--restart")
+        self.act("show")
+        until(lambda: self.session.windows_of_class(WINDOW_CLASS), "the launcher")
+        self.expect_shown()
+        until(lambda: self.session.geometry(self.window) == Geometry(0, 0, 1280, 720), "the whole screen")
+        self.session.press("Escape")
+        self.expect_hidden()
+        self.act("show")
+        self.expect_shown()
+        self.expect_page(self.made)
+        self.end_launcher(launcher)
+
+    def expect_sound_end(self, number):
+        launcher = self.begin_shown_launcher(self.made)
+        self.session.take(*(round(part) for part in self.grid.icon_centre(2)))
+        until(lambda: 2 in self.wrong_places(self.made), "the drag")
+        launcher.process.send_signal(number)
+        self.assertEqual(launcher.wait(), 0)
+        self.assertEqual(launcher.lines, [])
+        self.session.drop()
+        paths = [str(application.path) for application in self.made]
+        self.assertEqual(sorted(self.layout()), sorted(paths))
+        launcher = self.begin_launcher()
+        self.expect_page([next(each for each in self.made if str(each.path) == path) for path in self.layout()])
+        self.end_launcher(launcher)
+
+    def test_the_sessions_end_in_the_middle_of_a_drag_leaves_a_sound_layout(self):
+        self.expect_sound_end(signal.SIGTERM)
+
+    def test_preferences_of_every_wrong_kind_are_the_defaults_and_nothing_is_said(self):
+        path = self.session.config / "Amberquill" / "preferences.json"
+        path.parent.mkdir()
+        wrong = {"gridColumns": "8", "gridRows": True, "backgroundTheme": 3, "appLanguage": 1.5, "showInDock": "no",
+                 "showInMenuBar": []}
+        for content in (b"", b'{"gridColumns": 8, "gri', b"\xff\xfe", b"[]", b"null", json.dumps(wrong).encode()):
+            path.write_bytes(content)
+            self.end_launcher(self.begin_shown_launcher(self.made))
+
+    def test_preferences_that_cannot_be_written_count_until_the_end(self):
+        path = self.session.config / "Amberquill"
+        path.write_bytes(b"no folder")
+        launcher = self.begin_shown_launcher(self.made)
+        self.choose(self.BACKGROUND, 2)
+
+        def is_green():
+            red, green, blue = self.session.screenshot().at(5, 715)
+            return green > blue and green > red
+
+        until(is_green, "the green background")
+        self.end_launcher(launcher)
+        self.assertEqual(path.read_bytes(), b"no folder")
+
+
+class OnTwoMonitors(OnX11):
+    """The same screen, as two monitors side by side."""
+
+    def setUp(self):
+        self.begin_session(2560, 720)
+        self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
+        self.left, self.right = self.session.split_into_monitors()
+
+    def expect_on(self, monitor):
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        until(lambda: self.session.geometry(self.window) == monitor, f"the launcher on {monitor}")
+
+    def expect_icons_on(self, monitor):
+        grid = Grid(monitor.width, monitor.height)
+
+        def is_right():
+            picture = self.session.screenshot()
+            return all(
+                picture.at(monitor.x + round(grid.icon_centre(slot)[0]), round(grid.icon_centre(slot)[1]))
+                == application.colour
+                for slot, application in enumerate(self.made)
+            )
+
+        until(is_right, "every icon in its place")
+
+    def test_it_covers_the_one_under_the_pointer(self):
+        self.session.move_pointer(1900, 600)
+        launcher = self.begin_launcher()
+        self.expect_on(self.right)
+        self.expect_icons_on(self.right)
+        self.act("hide")
+        self.expect_hidden()
+        self.session.move_pointer(300, 600)
+        self.act("show")
+        self.expect_on(self.left)
+        self.expect_icons_on(self.left)
+        self.end_launcher(launcher)
+
+    def test_a_monitor_that_is_unplugged_takes_nothing_with_it(self):
+        self.session.move_pointer(1900, 600)
+        launcher = self.begin_launcher()
+        self.expect_on(self.right)
+        self.session.run("xrandr", "--delmonitor", "right")
+        self.session.run("xrandr", "--delmonitor", "left")
+        self.expect_on(Geometry(0, 0, 2560, 720))
+        self.expect_icons_on(Geometry(0, 0, 2560, 720))
+        self.session.press("Escape")
+        self.expect_hidden()
+        self.act("show")
+        self.expect_on(Geometry(0, 0, 2560, 720))
+        self.end_launcher(launcher)

@@ -1,0 +1,183 @@
+"""The task-bar entry and the status item, in trays of both kinds."""
+
+import json
+from pathlib import Path
+
+from harness import until
+from launcher.case import WINDOW_CLASS
+from launcher.on_x11 import OnX11
+
+TRAY_HOST = Path(__file__).parent / "harness" / "tray_host.py"
+SETTINGS = (
+    "Grid [5 × 4, 6 × 4, 7 × 5*, 8 × 5, 8 × 6, 9 × 6], Background [Blue*, Purple, Green], "
+    "Language [Automatic (System)*, English, Italiano, Español, Français, Deutsch, 中文, 日本語], -, Sort by Name, "
+    "Reset Layout…, Export Layout…, Import Layout…, Refresh App List, -, Open at Login"
+)
+MENU = f"Shortcut, -, Show in Dock*, Show in Menu Bar*, Settings [{SETTINGS}], -, About Amberquill, -, Quit Amberquill"
+
+
+class Presence(OnX11):
+    def setUp(self):
+        self.begin_session(1280, 720)
+        self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
+
+    def write_preferences(self, **values):
+        path = self.session.config / "Amberquill" / "preferences.json"
+        path.parent.mkdir()
+        path.write_text(json.dumps(values), encoding="utf-8")
+
+    def begin_tray(self):
+        tray = self.session.start("/usr/bin/python3", "-B", TRAY_HOST)
+        tray.expect("ready")
+        return tray
+
+    def expect_menu(self, tray, wanted):
+        """The item's menu, as the tray is told of it."""
+        tray.send("menu")
+        self.assertEqual(tray.expect("menu ").removeprefix("menu ").replace("_", "").replace("\t", " "), wanted)
+
+    def expect_shown(self):
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        until(lambda: self.session.focused_window() == self.window, "the focus")
+
+    def is_listed(self):
+        return "_NET_WM_STATE_SKIP_TASKBAR" not in self.session.atoms(self.window, "_NET_WM_STATE")
+
+    def test_a_first_start_has_a_task_bar_entry_and_no_status_item(self):
+        tray = self.begin_tray()
+        launcher = self.begin_shown_launcher(self.made)
+        until(self.is_listed, "the task-bar entry")
+        self.choose(self.IN_MENU_BAR)
+        tray.expect("item")
+        self.expect_no_other_window(launcher)
+        # Now the entry before it can be chosen too.
+        self.choose(self.IN_MENU_BAR + 1)
+        tray.expect("item gone")
+        self.end_launcher(launcher)
+        self.assertEqual(tray.lines, ["ready", "item", "item gone"])
+
+    def test_a_click_toggles_before_and_after_the_menu(self):
+        self.write_preferences(showInMenuBar=True)
+        tray = self.begin_tray()
+        launcher = self.begin_shown_launcher(self.made)
+        tray.expect("item")
+        for _ in range(2):
+            tray.send("activate")
+            self.expect_hidden()
+            self.expect_menu(tray, MENU)
+            tray.send("activate")
+            self.expect_shown()
+        self.end_launcher(launcher)
+        tray.expect("item gone")
+
+    def test_its_menu_does_what_it_says(self):
+        self.write_preferences(showInMenuBar=True)
+        tray = self.begin_tray()
+        launcher = self.begin_shown_launcher(self.made)
+        tray.expect("item")
+        tray.send("choose Shortcut")
+        self.expect_hidden()
+        tray.send("choose Shortcut")
+        self.expect_shown()
+        tray.send("choose Show in Dock")
+        until(lambda: not self.is_listed(), "the end of the task-bar entry")
+        self.expect_shown()
+        alone = MENU.replace("Show in Dock*, Show in Menu Bar*", "Show in Dock, Show in Menu Bar!*")
+        self.expect_menu(tray, alone)
+        tray.send("choose Deutsch")
+        tray.send("menu")
+        self.assertIn("Raster [", tray.expect("menu "))
+        tray.send("choose Amberquill beenden")
+        self.assertEqual(launcher.wait(), 0)
+        self.assertEqual(launcher.lines, [])
+
+    def test_the_about_panel_is_not_covered_by_the_launcher(self):
+        self.write_preferences(showInMenuBar=True)
+        tray = self.begin_tray()
+        launcher = self.begin_shown_launcher(self.made)
+        tray.expect("item")
+        tray.send("choose About Amberquill")
+        panel = self.expect_dialog(launcher)
+        self.expect_hidden()
+        # Another application comes and goes.
+        other = self.session.start("xmessage", "other")
+        until(lambda: self.session.focused_window() != panel, "the other application's focus")
+        other.kill()
+        until(lambda: self.session.focused_window() == panel, "the panel's focus")
+        self.session.run("xdotool", "windowactivate", "--sync", panel)
+        self.assertEqual(self.session.windows_of_class(WINDOW_CLASS), [])
+        self.session.press("Escape")
+        self.expect_no_other_window(launcher)
+        tray.send("activate")
+        self.expect_shown()
+        self.end_launcher(launcher)
+
+    def test_a_tray_that_comes_later_and_again_has_it(self):
+        self.write_preferences(showInMenuBar=True)
+        launcher = self.begin_shown_launcher(self.made)
+        self.act("hide")
+        self.expect_hidden()
+        for _ in range(2):
+            tray = self.begin_tray()
+            tray.expect("item")
+            tray.send("activate")
+            self.expect_shown()
+            tray.send("activate")
+            self.expect_hidden()
+            tray.kill()
+        self.end_launcher(launcher)
+
+    def begin_old_tray(self):
+        """One in the lower left corner that takes windows into itself."""
+        tray = self.session.start("trayer", "--edge", "bottom", "--align", "left", "--widthtype", "request")
+        window = self.session.window_of_class("trayer")
+        return tray, window
+
+    def expect_item_in(self, window):
+        """Waits until the tray holds the item. Returns the item's place."""
+
+        def place():
+            listed = self.session.run("xwininfo", "-id", window, "-tree", check=False)
+            ids = [line.split()[0] for line in listed.splitlines() if '"amberquill"' in line.lower()]
+            return self.session.geometry(ids[0]) if ids else None
+
+        return until(place, "the item in the tray")
+
+    def test_real_clicks_in_a_tray_of_the_older_kind(self):
+        self.write_preferences(showInMenuBar=True)
+        _, window = self.begin_old_tray()
+        launcher = self.begin_shown_launcher(self.made)
+        self.act("hide")
+        self.expect_hidden()
+        item = self.expect_item_in(window)
+        middle = item.x + item.width // 2, item.y + item.height // 2
+        self.session.click(*middle)
+        self.expect_shown()
+        self.act("hide")
+        self.expect_hidden()
+        alone = self.other_windows(launcher)
+        for button, key in ((3, None), (1, "ctrl")):
+            if key:
+                self.session.run("xdotool", "keydown", key)
+            self.session.click(*middle, button=button)
+            if key:
+                self.session.run("xdotool", "keyup", key)
+            until(lambda: self.other_windows(launcher) - alone, "the menu")
+            self.assertEqual(self.session.windows_of_class(WINDOW_CLASS), [])
+            self.session.press("Escape")
+            until(lambda: not self.other_windows(launcher) - alone, "its end")
+        self.session.click(*middle)
+        self.expect_shown()
+        self.end_launcher(launcher)
+
+    def test_a_tray_of_the_older_kind_that_comes_later_and_again_has_it(self):
+        self.write_preferences(showInMenuBar=True)
+        launcher = self.begin_shown_launcher(self.made)
+        self.act("hide")
+        self.expect_hidden()
+        for _ in range(2):
+            tray, window = self.begin_old_tray()
+            self.expect_item_in(window)
+            tray.kill()
+            until(lambda: not self.session.windows_of_class("trayer"), "the tray's end")
+        self.end_launcher(launcher)
