@@ -27,7 +27,7 @@ constexpr double outlineWhite = 0.18;
 
 // A slab over a translucent wash hides what shines through the wash this much at least: frost lets no
 // outline through.
-constexpr double leastOpacity = 0.9;
+constexpr double leastOpacity = 0.98;
 
 // What is blurred has no detail: it is worked on this many times smaller.
 constexpr int coarseness = 4;

@@ -232,6 +232,28 @@ TEST_P(StatesTest, ThePanelsLineIsOnePointOfWhiteInsideItsEdge) {
     EXPECT_LT(at(image, {x, panel.bottom() + 1.5}).lightness(), body.lightness()) << "its shadow";
 }
 
+TEST_P(StatesTest, NoOutlineOfThePageIsSeenThroughThePanel) {
+    showWithFolder(12);
+    openFolder();
+    settle();
+    const QImage image = picture();
+    // Above the title, where there is nothing on the panel itself.
+    const QRectF panel = drawnRect(only(u"amberquill::FrostedSlab"_s)).adjusted(50, 4, -50, 0);
+    const QRect area(pixelOf(panel.topLeft()), pixelOf({panel.right(), panel.top() + 14}));
+    int sharpest = 0;
+    for (int y = area.top(); y < area.bottom(); ++y) {
+        for (int x = area.left(); x < area.right(); ++x) {
+            const QColor here = image.pixelColor(x, y);
+            for (const QColor& next : {image.pixelColor(x + 1, y), image.pixelColor(x, y + 1)}) {
+                sharpest =
+                    std::max({sharpest, std::abs(here.red() - next.red()),
+                              std::abs(here.green() - next.green()), std::abs(here.blue() - next.blue())});
+            }
+        }
+    }
+    EXPECT_LE(sharpest, 2);
+}
+
 TEST_P(StatesTest, ThePanelsShadowLiesBelowIt) {
     showOnlyAFolder();
     openFolder();

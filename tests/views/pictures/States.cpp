@@ -28,8 +28,9 @@ QStringList numbered(int first, int count) {
 void showPage(ViewStage& stage, int inFolder = 12) {
     stage.files_.addFile(
         ModelStage::layoutPath,
-        encodeItems({LaunchItem::app(ModelStage::path(1)), LaunchItem::app(ModelStage::path(2)),
-                     LaunchItem::folder({gamesID(), u"Games"_s, numbered(50, inFolder)})}));
+        encodeItems(
+            {LaunchItem::app(ModelStage::path(1)), LaunchItem::app(ModelStage::path(2)),
+             LaunchItem::folder({gamesID(), u"Games"_s, numbered(inFolder > 20 ? 5 : 50, inFolder)})}));
     if (stage.installed_.empty()) {
         stage.installed_ = ModelStage::apps(many + inFolder);
     }

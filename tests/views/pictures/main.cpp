@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int mostApplications = 110;
+constexpr qsizetype mostApplications = 110;
 
 struct Order {
     QSGRendererInterface::GraphicsApi renderer = QSGRendererInterface::Software;
@@ -59,10 +59,10 @@ bool draw(const State& state, const Order& order) {
     ViewStage stage;
     if (order.icons) {
         stage.iconSource_ = order.icons.get();
-        stage.installed_ = ModelStage::apps(mostApplications);
         const QStringList names = order.icons->names();
+        stage.installed_ = ModelStage::apps(static_cast<int>(std::min(names.size(), mostApplications)));
         for (std::size_t i = 0; i < stage.installed_.size(); ++i) {
-            stage.installed_[i].name = names[static_cast<qsizetype>(i) % names.size()];
+            stage.installed_[i].name = names[static_cast<qsizetype>(i)];
         }
     }
     stage.begin(order.size);
