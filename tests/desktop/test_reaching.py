@@ -357,10 +357,12 @@ class ByTheChord(OnX11):
         self.session.press(self.CHORD)
         self.expect_hidden()
 
-    def test_the_bus_may_go(self):
+    def test_the_bus_may_go_and_come_back(self):
         launcher = self.begin_shown_launcher(self.made)
         self.session.press(self.CHORD)
         self.expect_hidden()
         self.session.bus.kill()
+        self.toggle_twice()
+        self.session.restart_bus()
         self.toggle_twice()
         self.end_launcher(launcher)

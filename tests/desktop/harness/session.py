@@ -132,5 +132,11 @@ class Session:
         configuration = self.folder / "bus.conf"
         configuration.write_text(BUS_CONFIGURATION.format(socket=socket, services=services), encoding="utf-8")
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={socket}"
-        self.bus = self.start("dbus-daemon", "--nofork", f"--config-file={configuration}")
+        self.restart_bus()
+
+    def restart_bus(self):
+        """Another one at the same place, once the one before has ended."""
+        socket = self.runtime / "bus"
+        socket.unlink(missing_ok=True)
+        self.bus = self.start("dbus-daemon", "--nofork", f"--config-file={self.folder / 'bus.conf'}")
         until(socket.exists, "the session bus")

@@ -20,6 +20,8 @@ public:
     // The connection is the program's own for this portal. `serial` differs from all earlier ones of it.
     PortalSession(QDBusConnection bus, std::map<std::uint32_t, KeyChord> shortcuts, int serial);
     ~PortalSession() override;
+    PortalSession(const PortalSession&) = delete;
+    PortalSession& operator=(const PortalSession&) = delete;
 
 Q_SIGNALS:
     void pressed(std::uint32_t id, const QString& activationToken);

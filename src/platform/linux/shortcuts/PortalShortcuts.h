@@ -28,6 +28,8 @@ public:
     // that is not connected means that there is no bus. Called again when the bus has ended the connection.
     PortalShortcuts(MainQueue& queue, std::function<QDBusConnection()> connect);
     ~PortalShortcuts() override;
+    PortalShortcuts(const PortalShortcuts&) = delete;
+    PortalShortcuts& operator=(const PortalShortcuts&) = delete;
 
     void add(std::uint32_t id, const KeyChord& chord) override;
     void remove(std::uint32_t id) override;

@@ -22,6 +22,8 @@ public:
     // Both outlive it. The keyboard's changes are followed after the event that tells of them.
     X11Shortcuts(xcb_connection_t* connection, xcb_window_t root, MainQueue& queue);
     ~X11Shortcuts() override;
+    X11Shortcuts(const X11Shortcuts&) = delete;
+    X11Shortcuts& operator=(const X11Shortcuts&) = delete;
 
     void add(std::uint32_t id, const KeyChord& chord) override;
     void remove(std::uint32_t id) override;
