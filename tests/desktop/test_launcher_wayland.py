@@ -1,4 +1,5 @@
 from harness import SwaySession, WestonSession, until
+from harness.picture import is_near
 from launcher import Applications, LauncherTestCase
 from launcher.case import WINDOW_CLASS
 
@@ -39,6 +40,19 @@ class OnWeston(LauncherTestCase):
 
     def test_covers_a_small_screen(self):
         self.expect_use(1280, 800)
+
+    def test_comes_and_goes_when_it_is_asked_to(self):
+        self.begin_session(1280, 800)
+        made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
+        launcher = self.begin_launcher()
+        self.expect_page(made)
+        for _ in range(2):
+            self.act("hide")
+            until(self.shows_the_desktop, "the desktop")
+            self.act("show")
+            self.expect_page(made)
+            self.assertTrue(self.corners_are_covered())
+        self.end_launcher(launcher)
 
     def test_follows_what_is_installed_and_removed(self):
         self.begin_session(1280, 800)
@@ -103,3 +117,38 @@ class OnSway(LauncherTestCase):
         self.assertTrue(launcher.is_running())
         self.end_launcher(launcher)
         self.assertEqual(self.layout(), [str(application.path) for application in self.made])
+
+    def test_it_is_typed_into_toggled_and_starts_what_was_found(self):
+        launcher = self.begin_shown_launcher()
+        self.act("toggle")
+        until(lambda: not self.is_up(), "the window's end")
+        self.act("toggle")
+        until(self.is_up, "the window")
+        self.expect_page(self.made)
+        self.session.type("app 87")
+        self.expect_page(self.made[86:])
+        self.press("Escape")
+        self.expect_page(self.made)
+        self.session.type("app 86")
+        self.expect_page(self.made[85:86])
+        self.press("Return")
+        until(self.applications.started, "the application's start")
+        until(lambda: not self.is_up(), "the window's end")
+        self.end_launcher(launcher)
+        self.assertEqual(self.applications.started(), f"{self.made[85].name}\n")
+
+    def test_the_menu_lies_above_it_and_works_by_keys(self):
+        launcher = self.begin_shown_launcher()
+        self.press("F10")
+        corner = round(self.session.width / 2) - 196 + 5, 84 + 200
+        until(lambda: is_near(self.session.screenshot().at(*corner), (255, 255, 255), 40), "the menu")
+        self.assertTrue(self.is_up())
+        for key in ("Down", "Right", "Down", "Down", "Return"):
+            self.press(key)
+        preferences = self.session.config / "Amberquill" / "preferences.json"
+        until(lambda: preferences.exists() and '"green"' in preferences.read_text(encoding="utf-8"), "green")
+        self.assertTrue(self.is_up())
+        self.expect_page(self.made)
+        self.press("Escape")
+        until(lambda: not self.is_up(), "the window's end")
+        self.end_launcher(launcher)

@@ -23,6 +23,13 @@ class LauncherTestCase(DesktopTestCase):
         """Starts it in the session's environment, with settings of its own."""
         return self.session.start(self.build / "amberquill", environment=settings)
 
+    def act(self, action):
+        """Asks the running launcher for it over the bus: "show", "hide" or "toggle"."""
+        self.session.run(
+            *("gdbus", "call", "--session", "--dest", WINDOW_CLASS, "--object-path", "/org/amberquill/Amberquill"),
+            *("--method", "org.freedesktop.Application.ActivateAction", action, "[]", "{}"),
+        )
+
     def end_launcher(self, launcher):
         """As a session's end does. It has never printed anything."""
         self.assertEqual(launcher.terminate(), 0)

@@ -18,13 +18,6 @@ class OnX11(LauncherTestCase):
         until(lambda: self.session.focused_window() == self.window, "the focus")
         return launcher
 
-    def act(self, action):
-        """Asks the running launcher for it over the bus: "show", "hide" or "toggle"."""
-        self.session.run(
-            *("gdbus", "call", "--session", "--dest", WINDOW_CLASS, "--object-path", "/org/amberquill/Amberquill"),
-            *("--method", "org.freedesktop.Application.ActivateAction", action, "[]", "{}"),
-        )
-
     def other_windows(self, launcher):
         """Its menus, dialogs and tool tips on the screen."""
         answer = self.session.run("xdotool", "search", "--onlyvisible", "--pid", launcher.pid, check=False)
