@@ -94,8 +94,8 @@ int main(int argc, char* argv[]) {
     // process ends at once: nothing in it has been on the screen or written to a file.
     const desktop::StartWish wish =
         desktop::startWish(environment, QList<QByteArray>(argv + std::min(argc, 1), argv + argc));
-    desktop::NameClaim claim(desktop::sessionBusAddress(environment).value_or(QByteArray()), wish, {},
-                             [] { ::_exit(0); });
+    const QByteArray busAddress = desktop::sessionBusAddress(environment).value_or(QByteArray());
+    desktop::NameClaim claim(busAddress, wish, {}, [] { ::_exit(0); });
 
     const Locations locations = desktop::locationsFromEnvironment(environment);
     const QString language = QLocale::system().name();
@@ -219,7 +219,8 @@ int main(int argc, char* argv[]) {
         delegate.hideLauncher();
     }
     const desktop::SingleInstance instance(
-        claim, queue, [&](const desktop::ApplicationRequest& request) { carryOut(request, delegate); });
+        claim, busAddress, queue,
+        [&](const desktop::ApplicationRequest& request) { carryOut(request, delegate); });
     hasBus = [&instance] { return instance.hasBus(); };
     if (!instance.hasBus()) {
         // Before the views are made: making them connects the accessibility of Qt to it.

@@ -20,11 +20,7 @@ public:
                   "</listen><servicedir>" + QFile::encodeName(folder_.path()) +
                   "</servicedir><policy context='default'><allow send_destination='*' eavesdrop='true'/>"
                   "<allow eavesdrop='true'/><allow own='*'/></policy></busconfig>");
-        daemon_.start(QStringLiteral("dbus-daemon"),
-                      {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
-                       QStringLiteral("--config-file=") + folder_.filePath(QStringLiteral("bus.conf"))});
-        EXPECT_TRUE(daemon_.waitForReadyRead(10'000));
-        address_ = QString::fromUtf8(daemon_.readLine()).trimmed();
+        address_ = start({});
     }
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
@@ -40,6 +36,12 @@ public:
     void stop() {
         daemon_.kill();
         daemon_.waitForFinished();
+    }
+
+    // Another bus, where the one that was stopped was; its address without what told the two apart.
+    void startAgain() {
+        address_ = address_.section(QLatin1Char(','), 0, 0);
+        start({QStringLiteral("--address=") + address_});
     }
 
     // Answers nothing until it is thawed; connections can be made all the while.
@@ -65,6 +67,16 @@ public:
     }
 
 private:
+    QString start(const QStringList& more) {
+        daemon_.start(
+            QStringLiteral("dbus-daemon"),
+            QStringList{QStringLiteral("--nofork"), QStringLiteral("--print-address"),
+                        QStringLiteral("--config-file=") + folder_.filePath(QStringLiteral("bus.conf"))} +
+                more);
+        EXPECT_TRUE(daemon_.waitForReadyRead(10'000));
+        return QString::fromUtf8(daemon_.readLine()).trimmed();
+    }
+
     static void write(const QString& path, const QByteArray& content) {
         QFile file(path);
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));

@@ -3,23 +3,35 @@
 namespace amberquill::desktop {
 
 ApplicationObject::ApplicationObject(BusConnection connection,
-                                     std::function<void(const ApplicationRequest&)> carryOut)
+                                     std::function<void(const ApplicationRequest&)> carryOut,
+                                     std::function<void()> lost)
     : connection_(std::move(connection))
     , carryOut_(std::move(carryOut))
+    , lost_(std::move(lost))
     , watches_(*connection_) {
     DBusObjectPathVTable table = {};
     table.message_function = receive;
     dbus_connection_try_register_object_path(connection_.get(), applicationBusPath, &table, this, nullptr);
+    dbus_connection_add_filter(connection_.get(), notice, this, nullptr);
     watches_.dispatch();
 }
 
 ApplicationObject::~ApplicationObject() {
+    dbus_connection_remove_filter(connection_.get(), notice, this);
     dbus_connection_unregister_object_path(connection_.get(), applicationBusPath);
 }
 
 DBusHandlerResult ApplicationObject::receive(DBusConnection* /*connection*/, DBusMessage* message,
                                              void* self) {
     return static_cast<ApplicationObject*>(self)->answer(*message);
+}
+
+DBusHandlerResult ApplicationObject::notice(DBusConnection* /*connection*/, DBusMessage* message,
+                                            void* self) {
+    if (dbus_message_is_signal(message, DBUS_INTERFACE_LOCAL, "Disconnected") != FALSE) {
+        static_cast<ApplicationObject*>(self)->lost_();
+    }
+    return DBUS_HANDLER_RESULT_NOT_YET_HANDLED;
 }
 
 DBusHandlerResult ApplicationObject::answer(DBusMessage& message) {

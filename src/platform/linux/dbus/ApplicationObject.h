@@ -11,8 +11,9 @@ namespace amberquill::desktop {
 class ApplicationObject {
 public:
     // `carryOut` gets each request before its caller is answered; the requests that have arrived before, at
-    // once.
-    ApplicationObject(BusConnection connection, std::function<void(const ApplicationRequest&)> carryOut);
+    // once. `lost` is called when the bus has gone; the object is not to be deleted from there.
+    ApplicationObject(BusConnection connection, std::function<void(const ApplicationRequest&)> carryOut,
+                      std::function<void()> lost = [] {});
     ~ApplicationObject();
 
     ApplicationObject(const ApplicationObject&) = delete;
@@ -20,11 +21,13 @@ public:
 
 private:
     static DBusHandlerResult receive(DBusConnection* connection, DBusMessage* message, void* self);
+    static DBusHandlerResult notice(DBusConnection* connection, DBusMessage* message, void* self);
     DBusHandlerResult answer(DBusMessage& message);
     void send(BusMessage reply);
 
     BusConnection connection_;
     std::function<void(const ApplicationRequest&)> carryOut_;
+    std::function<void()> lost_;
     BusWatches watches_;
 };
 

@@ -9,12 +9,13 @@ class MainQueue;
 
 namespace amberquill::desktop {
 
-// The one running program, as the bus knows it: what comes of a claim. Main thread only.
+// The one running program, as the bus knows it: what comes of a claim. When the bus goes and another comes at
+// the same address, the name is claimed there again. Main thread only.
 class SingleInstance {
 public:
     // Waits for the claim's end within its bounds, so it is made as late in a start as can be, yet before
     // anything is shown. Then `carryOut` gets what others ask; what was asked by then, before this returns.
-    SingleInstance(NameClaim& claim, MainQueue& queue,
+    SingleInstance(NameClaim& claim, QByteArray address, MainQueue& queue,
                    std::function<void(const ApplicationRequest&)> carryOut);
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
@@ -28,7 +29,11 @@ private:
     struct Late;
 
     void settled(ClaimResult result);
+    void lost();
+    void claimAgainAfter(double seconds);
 
+    QByteArray address_;
+    MainQueue& queue_;
     std::function<void(const ApplicationRequest&)> carryOut_;
     bool hasBus_ = false;
     std::unique_ptr<ApplicationObject> object_;

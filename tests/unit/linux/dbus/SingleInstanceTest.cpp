@@ -4,6 +4,7 @@
 #include "support/PrivateBus.h"
 #include "support/WaitUntil.h"
 
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <gtest/gtest.h>
@@ -42,7 +43,7 @@ protected:
 
 TEST_F(SingleInstanceTest, IsReachedOverTheBus) {
     NameClaim claim(address(), {}, {20s, 20s, 20s}, [] { ADD_FAILURE(); });
-    const SingleInstance instance(claim, queue_, carryOut_);
+    const SingleInstance instance(claim, address(), queue_, carryOut_);
     EXPECT_TRUE(instance.hasBus());
     expectReachable();
 }
@@ -50,7 +51,7 @@ TEST_F(SingleInstanceTest, IsReachedOverTheBus) {
 TEST_F(SingleInstanceTest, IsReachedOnceASlowBusHasAnswered) {
     bus_.freeze();
     NameClaim claim(address(), {}, {20s, 20ms, 20s}, [] { ADD_FAILURE(); });
-    const SingleInstance instance(claim, queue_, carryOut_);
+    const SingleInstance instance(claim, address(), queue_, carryOut_);
     EXPECT_FALSE(instance.hasBus());
     bus_.thaw();
     EXPECT_TRUE(waitUntil([&] { return instance.hasBus(); }));
@@ -59,14 +60,14 @@ TEST_F(SingleInstanceTest, IsReachedOnceASlowBusHasAnswered) {
 
 TEST_F(SingleInstanceTest, DoesWithoutABus) {
     NameClaim claim({}, {}, {20s, 20s, 20s}, [] { ADD_FAILURE(); });
-    const SingleInstance instance(claim, queue_, carryOut_);
+    const SingleInstance instance(claim, address(), queue_, carryOut_);
     EXPECT_FALSE(instance.hasBus());
 }
 
 TEST_F(SingleInstanceTest, MayEndBeforeTheBusAnswers) {
     bus_.freeze();
     NameClaim claim(address(), {}, {20s, 20ms, 20s}, [] { ADD_FAILURE(); });
-    { const SingleInstance instance(claim, queue_, carryOut_); }
+    { const SingleInstance instance(claim, address(), queue_, carryOut_); }
     bus_.thaw();
     // The answer that nobody waits for gives the name up again.
     EXPECT_TRUE(waitUntil([&] {
@@ -74,4 +75,16 @@ TEST_F(SingleInstanceTest, MayEndBeforeTheBusAnswers) {
         const auto result = again.settle({});
         return result && result->kind == ClaimResult::Kind::Owner;
     }));
+}
+
+TEST_F(SingleInstanceTest, IsReachedAgainOnABusThatTakesThePlaceOfOneThatWent) {
+    NameClaim claim(address(), {}, {20s, 20s, 20s}, [] { ADD_FAILURE(); });
+    const SingleInstance instance(claim, address().split(',').first(), queue_, carryOut_);
+    bus_.stop();
+    bus_.startAgain();
+    const QDBusConnection client = bus_.connect();
+    EXPECT_TRUE(waitUntil([&client] {
+        return client.interface()->isServiceRegistered(QString::fromUtf8(applicationBusName));
+    }));
+    expectReachable();
 }
