@@ -44,14 +44,14 @@ KeyAction keyAction(int key, Qt::KeyboardModifiers modifiers, const KeyState& st
         return arrowAction(state, KeyAction::NextPage);
     case Qt::Key_F10:
     case Qt::Key_Menu:
-        return modifiers & otherModifiers ? KeyAction::PassOn : KeyAction::ShowMenu;
+        return (modifiers & otherModifiers) != Qt::NoModifier ? KeyAction::PassOn : KeyAction::ShowMenu;
     default:
         return KeyAction::PassOn;
     }
 }
 
 bool isTyping(const QString& text, Qt::KeyboardModifiers modifiers) {
-    const bool isCombination = modifiers & (otherModifiers | Qt::ControlModifier);
+    const bool isCombination = (modifiers & (otherModifiers | Qt::ControlModifier)) != Qt::NoModifier;
     return !isCombination && !text.isEmpty() && text.front().category() != QChar::Other_Control;
 }
 
