@@ -12,8 +12,9 @@ class ApplicationObject {
 public:
     // `carryOut` gets each request before its caller is answered; the requests that have arrived before, at
     // once. `lost` is called when the bus has gone; the object is not to be deleted from there.
-    ApplicationObject(BusConnection connection, std::function<void(const ApplicationRequest&)> carryOut,
-                      std::function<void()> lost = [] {});
+    ApplicationObject(
+        BusConnection connection, std::function<void(const ApplicationRequest&)> carryOut,
+        std::function<void()> lost = [] {});
     ~ApplicationObject();
 
     ApplicationObject(const ApplicationObject&) = delete;
