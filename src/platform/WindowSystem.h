@@ -22,6 +22,10 @@ public:
     // Whether what lies behind a translucent window shows through it, now. Where it does not, it is black.
     [[nodiscard]] virtual bool blendsWindows() const { return true; }
 
+    // Whether what lies behind a translucent window is blurred once it is presented, now. Only where windows
+    // blend.
+    [[nodiscard]] virtual bool blursBehindWindows() const { return false; }
+
     // What came along with the user's wish to see the launcher and lets the next present() take the focus: an
     // activation token (Wayland), a startup notification id (X11). Empty: nothing came along.
     virtual void setActivationToken(const QString&) {}

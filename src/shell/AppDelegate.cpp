@@ -56,9 +56,10 @@ AppDelegate::AppDelegate(Services services)
 void AppDelegate::applicationDidFinishLaunching() {
     mainMenu_ = makeMainMenu();
     connect(&model_, &LauncherModel::languageDidChange, this, [this] { mainMenu_ = makeMainMenu(); });
-    controller_ = std::make_shared<LauncherWindowController>(
-        LauncherWindowController::Services{model_, services_.queue, services_.windows, services_.tokens,
-                                           services_.opener, services_.scrollDevices});
+    controller_ = std::make_shared<LauncherWindowController>(LauncherWindowController::Services{
+        model_, services_.queue, services_.windows, services_.tokens, services_.opener,
+        services_.scrollDevices, services_.screens, startsHidden_ ? nullptr : services_.firstBackdrop});
+    services_.firstBackdrop.reset();
     wireVisibility();
     controller_->setMenu(
         [this](QWindow& window, const std::optional<QPoint>& place) { menu_.popUp(window, place); });

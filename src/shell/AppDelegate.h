@@ -26,12 +26,14 @@ namespace amberquill {
 
 class ActivationTokens;
 class ApplicationOpener;
+class Backdrop;
 class FileSystem;
 class FolderWatcher;
 class MainQueue;
 class MotionPreference;
 class Preferences;
 class StatusItem;
+class ScreenCapture;
 class ScrollDevices;
 class WindowSystem;
 
@@ -51,6 +53,8 @@ public:
         FolderWatcher& watcher;
         StatusItem& statusItem;
         const ScrollDevices& scrollDevices;
+        ScreenCapture& screens;
+        std::shared_ptr<const Backdrop> firstBackdrop; // null: there is none
         MotionPreference& motion;
         std::function<std::vector<AppInfo>()> scan;
         std::function<void()> prepareOpening; // called once the launcher is on the screen

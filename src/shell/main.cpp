@@ -33,13 +33,12 @@
 #include "shell/AppDelegate.h"
 #include "shell/DeferredOpener.h"
 #include "shell/TrayStatusItem.h"
-#include "views/BackgroundLayer.h"
+#include "window/Backdrops.h"
 
 #include <QApplication>
 #include <QDBusConnection>
 #include <QLocale>
 #include <QQuickWindow>
-#include <QScreen>
 #include <QStyleHints>
 #include <algorithm>
 #include <future>
@@ -134,11 +133,9 @@ int main(int argc, char* argv[]) {
     frameworks.apply(L::language());
 
     const auto windows = desktop::makeWindowSystem();
-    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
-        BackgroundLayer::prepare(LauncherModel::storedBackground(preferences),
-                                 screen->size() * screen->devicePixelRatio(), screen->devicePixelRatio(),
-                                 windows->blendsWindows());
-    }
+    const auto screens = desktop::makeScreenCapture();
+    auto backdrop = makeBackdrop(*screens, *windows, windows->screenUnderPointer(),
+                                 LauncherModel::storedBackground(preferences), windows->blendsWindows());
 
     EventLoopQueue queue;
     EventLoopQueue::runOneAtATime();
@@ -182,6 +179,8 @@ int main(int argc, char* argv[]) {
          watcher,
          statusItem,
          *scrollDevices,
+         *screens,
+         std::move(backdrop),
          motion,
          scan,
          [&opener, &queue] {

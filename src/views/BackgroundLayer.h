@@ -1,15 +1,16 @@
 #pragma once
 
-#include "data/BackgroundTheme.h"
 #include "model/LauncherModel.h"
+#include "views/Backdrop.h"
 #include "views/TextureItem.h"
 
 #include <QPointer>
 #include <QtQml/qqmlregistration.h>
+#include <memory>
 
 namespace amberquill {
 
-// The wash of the launcher's background theme, filling the item.
+// The launcher's background, filling the item: the wash of its theme over the backdrop.
 class BackgroundLayer : public amberquill::TextureItem {
     Q_OBJECT
     QML_ELEMENT
@@ -19,10 +20,8 @@ class BackgroundLayer : public amberquill::TextureItem {
 public:
     using TextureItem::TextureItem;
 
-    // Paints a wash away from the main thread before an item asks for it, so that the first frame finds it
-    // ready.
-    static void prepare(BackgroundTheme theme, const QSize& pixels, double devicePixelRatio,
-                        bool isTranslucent);
+    // What it is shown over from the next frame on. Until the first one it is the wash alone.
+    void setBackdrop(std::shared_ptr<const Backdrop> backdrop);
 
     // What the layer shows, in device pixels.
     [[nodiscard]] const QImage& picture() const { return painted().image; }
@@ -38,6 +37,7 @@ protected:
 
 private:
     QPointer<LauncherModel> launcher_;
+    std::shared_ptr<const Backdrop> backdrop_;
 };
 
 } // namespace amberquill

@@ -1,5 +1,7 @@
 #include "window/LauncherWindow.h"
 
+#include "views/BackgroundLayer.h"
+
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QSurfaceFormat>
@@ -58,15 +60,44 @@ LauncherWindow::LauncherWindow(LauncherModel& model, bool translucent)
                           {QStringLiteral("drag"), QVariant::fromValue(&drag_)},
                           {QStringLiteral("texts"), QVariant::fromValue(&texts_)}});
     setSource(QUrl(QStringLiteral("qrc:/qt/qml/Amberquill/Views/LauncherRootView.qml")));
+    desktop_.setParentItem(contentItem());
+    desktop_.setZ(-1);
 }
 
 LauncherWindow::~LauncherWindow() {
+    desktop_.setParentItem(nullptr);
     // The views go before the models that they are bound to.
     setSource({});
 }
 
+void LauncherWindow::setBackdrop(const std::shared_ptr<const Backdrop>& backdrop) {
+    desktop_.setImage(backdrop->whole());
+    coming_ = backdrop;
+    setAlpha(rootObject()->opacity());
+}
+
 void LauncherWindow::setAlpha(double alpha) {
+    if (alpha > 0 && coming_) {
+        rootObject()->findChild<BackgroundLayer*>()->setBackdrop(std::exchange(coming_, {}));
+    }
     rootObject()->setOpacity(alpha);
+    // Whole, the launcher covers it.
+    desktop_.setVisible(alpha < 1);
+}
+
+// A window that is put up again has lost what was drawn in it, and Qt's software renderer draws only what has
+// changed since: another transparent colour under everything is such a change.
+void LauncherWindow::showEvent(QShowEvent* event) {
+    if (requestedFormat().hasAlpha()) {
+        const QColor transparentWhite(255, 255, 255, 0);
+        setColor(color() == transparentWhite ? QColor(Qt::transparent) : transparentWhite);
+    }
+    QQuickView::showEvent(event);
+}
+
+void LauncherWindow::resizeEvent(QResizeEvent* event) {
+    QQuickView::resizeEvent(event);
+    desktop_.setSize(size());
 }
 
 bool LauncherWindow::isEditing() const {

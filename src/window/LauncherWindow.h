@@ -3,12 +3,15 @@
 #pragma once
 
 #include "model/LauncherModel.h"
+#include "views/Backdrop.h"
+#include "views/DesktopPicture.h"
 #include "views/DragView.h"
 #include "views/FolderTiles.h"
 #include "views/TileModel.h"
 #include "views/ViewTexts.h"
 
 #include <QQuickView>
+#include <memory>
 
 namespace amberquill {
 
@@ -28,6 +31,10 @@ public:
     LauncherWindow(const LauncherWindow&) = delete;
     LauncherWindow& operator=(const LauncherWindow&) = delete;
 
+    // What the launcher is shown over from its next coming on: while nothing of it is seen yet, no frame
+    // waits for the picture.
+    void setBackdrop(const std::shared_ptr<const Backdrop>& backdrop);
+
     // How opaque the launcher is as a whole, 0 … 1.
     void setAlpha(double alpha);
 
@@ -46,11 +53,17 @@ public:
     // Where a menu opened without the pointer belongs: below the menu's button, in global points.
     [[nodiscard]] QPoint menuPlace() const;
 
+protected:
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     TileModel tiles_;
     FolderTiles folder_;
     DragView drag_;
     ViewTexts texts_;
+    DesktopPicture desktop_;
+    std::shared_ptr<const Backdrop> coming_; // none: the background has it
 };
 
 } // namespace amberquill

@@ -5,6 +5,7 @@
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"
 #include "platform/WindowSystem.h"
+#include "window/Backdrops.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -32,6 +33,7 @@ LauncherWindowController::~LauncherWindowController() = default;
 
 void LauncherWindowController::show() {
     QScreen* screen = services_.windows.screenUnderPointer();
+    renewBackdrop(screen);
     if (screen == nullptr) {
         screen = QGuiApplication::primaryScreen();
     }
@@ -57,6 +59,26 @@ void LauncherWindowController::show() {
     }
     withAnimation(motion::windowFadeIn, [this] { fade_.setTarget(1); });
     withAnimation(motion::show, [this] { services_.model.setPresented(true); });
+}
+
+// Before the window covers the screen. While it fades out it is there still: the earlier picture serves on.
+void LauncherWindowController::renewBackdrop(const QScreen* screen) {
+    const bool goesElsewhere = screen != nullptr && screen != window_.screen();
+    if (!goesElsewhere && (window_.isVisible() || isJustWithdrawn())) {
+        return;
+    }
+    auto backdrop = std::exchange(services_.firstBackdrop, {});
+    if (!backdrop) {
+        backdrop = makeBackdrop(services_.screens, services_.windows, screen, services_.model.background(),
+                                window_.requestedFormat().hasAlpha());
+    }
+    window_.setBackdrop(backdrop);
+}
+
+// Where the window was, others have not drawn themselves again yet, or a compositor still fades it out.
+bool LauncherWindowController::isJustWithdrawn() const {
+    constexpr double settled = 0.3;
+    return withdrawnAt_ >= 0 && services_.queue.now() - withdrawnAt_ < settled;
 }
 
 void LauncherWindowController::hide(const std::optional<QString>& thenOpen) {
@@ -125,6 +147,7 @@ void LauncherWindowController::requestToken(const QString& path) {
 
 void LauncherWindowController::fadeEnded() {
     services_.windows.withdraw(window_);
+    withdrawnAt_ = services_.queue.now();
     if (opening_) {
         opening_->fadeIsOver = true;
         openWhenReady();

@@ -13,6 +13,7 @@
 #include <QSet>
 #include <QString>
 #include <functional>
+#include <memory>
 #include <optional>
 
 class QKeyEvent;
@@ -21,6 +22,8 @@ namespace amberquill {
 
 class ActivationTokens;
 class ApplicationOpener;
+class Backdrop;
+class ScreenCapture;
 class WindowSystem;
 
 // Shows and hides the launcher's window, and opens the application that hiding was asked for. Main thread
@@ -37,6 +40,9 @@ public:
         ActivationTokens& tokens;
         ApplicationOpener& opener;
         const ScrollDevices& scrollDevices;
+        ScreenCapture& screens;
+        // For the first showing, begun while the program starts; null: there is none.
+        std::shared_ptr<const Backdrop> firstBackdrop = {};
     };
 
     explicit LauncherWindowController(const Services& services);
@@ -92,6 +98,8 @@ private:
     bool performInstead(KeyAction action);
     void focusFieldFor(const QKeyEvent& event);
     void popUpMenu(const std::optional<QPoint>& place);
+    void renewBackdrop(const QScreen* screen);
+    [[nodiscard]] bool isJustWithdrawn() const;
     void requestToken(const QString& path);
     void fadeEnded();
     void openWhenReady();
@@ -104,7 +112,8 @@ private:
     PopUpMenu popUpMenu_;
     KeyEquivalents keyEquivalents_;
     bool isShown_ = false;
-    unsigned showings_ = 0; // tells a fade that a later show() has overtaken it
+    double withdrawnAt_ = -1; // on the queue's clock; negative: not yet
+    unsigned showings_ = 0;   // tells a fade that a later show() has overtaken it
     std::optional<Opening> opening_;
 };
 

@@ -1,6 +1,7 @@
 // What a backdrop costs: reading a screen while making it smaller, and blurring what is left. Needs an X
 // server; reads the one it is called on.
 #include "platform/linux/x11/X11ScreenCapture.h"
+#include "views/BackgroundWash.h"
 #include "views/Blur.h"
 
 #include <benchmark/benchmark.h>
@@ -13,14 +14,14 @@ namespace {
 constexpr int shrink = 8;
 constexpr double sigma = 30.0 / shrink; // points
 
-void capture(benchmark::State& state, bool sharesMemory, bool blurs) {
+void capture(benchmark::State& state, bool sharesMemory, bool blurs, bool alsoWhole) {
     X11ScreenCapture screen({}, std::chrono::seconds(10));
     if (!sharesMemory) {
         screen.shareNoMemory();
     }
     const QRect area(0, 0, static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
     for ([[maybe_unused]] const auto& round : state) {
-        QImage image = screen.capture(area, shrink);
+        QImage image = screen.capture({area}, shrink, alsoWhole).shrunk;
         if (image.isNull()) {
             state.SkipWithError("nothing to read");
             return;
@@ -33,22 +34,26 @@ void capture(benchmark::State& state, bool sharesMemory, bool blurs) {
 }
 
 void captureAndBlur(benchmark::State& state) {
-    capture(state, true, true);
+    capture(state, true, true, false);
 }
 
 void captureAlone(benchmark::State& state) {
-    capture(state, true, false);
+    capture(state, true, false, false);
 }
 
 void captureWithoutSharedMemory(benchmark::State& state) {
-    capture(state, false, false);
+    capture(state, false, false, false);
+}
+
+void captureWithTheWhole(benchmark::State& state) {
+    capture(state, true, false, true);
 }
 
 // The first one: the connection and the shared memory are made.
 void firstCapture(benchmark::State& state) {
     for ([[maybe_unused]] const auto& round : state) {
         X11ScreenCapture screen({}, std::chrono::seconds(10));
-        const QImage image = screen.capture({0, 0, 1920, 1080}, shrink);
+        const QImage image = screen.capture({{0, 0, 1920, 1080}}, shrink, false).shrunk;
         if (image.isNull()) {
             state.SkipWithError("nothing to read");
             return;
@@ -67,10 +72,23 @@ void blurAlone(benchmark::State& state) {
     }
 }
 
+void compose(benchmark::State& state) {
+    QImage backdrop(static_cast<int>(state.range(0)) / shrink, static_cast<int>(state.range(1)) / shrink,
+                    QImage::Format_RGB32);
+    backdrop.fill(0xFF336699);
+    const QSize size(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
+    for ([[maybe_unused]] const auto& round : state) {
+        const QImage image = opaqueBackground(BackgroundTheme::Blue, size, 1, backdrop);
+        benchmark::DoNotOptimize(image.constBits());
+    }
+}
+
 } // namespace
 
+BENCHMARK(compose)->Args({1920, 1080})->Args({3840, 2160})->Unit(benchmark::kMillisecond);
 BENCHMARK(captureAndBlur)->Args({1920, 1080})->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(captureAlone)->Args({1920, 1080})->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(captureWithTheWhole)->Args({1920, 1080})->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(captureWithoutSharedMemory)->Args({1920, 1080})->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(firstCapture)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(blurAlone)->Args({1920, 1080})->Args({3840, 2160})->Unit(benchmark::kMillisecond);

@@ -58,12 +58,13 @@ int main(int argc, char** argv) {
     MemoryFileSystem files;
     MemoryPreferences preferences;
     LauncherModel model(
-        {queue, files, preferences, QStringLiteral("/data"), [] { return applications(); }, {}});
+        {queue, files, preferences, QStringLiteral("/data"), [] { return applications(); }, {}, {}});
     const auto windows = desktop::makeWindowSystem();
+    const auto screens = desktop::makeScreenCapture();
     NullActivationTokens tokens;
     NullApplicationOpener opener;
     const NullScrollDevices devices;
-    LauncherWindowController controller({model, queue, *windows, tokens, opener, devices});
+    LauncherWindowController controller({model, queue, *windows, tokens, opener, devices, *screens});
 
     bool framed = false;
     QElapsedTimer sinceShow;

@@ -9,6 +9,7 @@ from harness.picture import Picture
 from harness.programs import Program
 from harness.session import Session
 from harness.waiting import until
+from harness.watching import PixelWatch
 from harness.wayland import SwaySession, WestonSession
 from harness.x11 import Geometry, X11Session
 from harness.xorg import XorgSession
@@ -17,6 +18,7 @@ __all__ = [
     "DesktopTestCase",
     "Geometry",
     "Picture",
+    "PixelWatch",
     "Program",
     "Session",
     "SwaySession",

@@ -5,7 +5,7 @@ from contextlib import contextmanager
 
 
 @contextmanager
-def _open(display):
+def open_display(display):
     x11 = ctypes.CDLL("libX11.so.6")
     x11.XOpenDisplay.restype = ctypes.c_void_p
     connection = x11.XOpenDisplay(display.encode())
@@ -20,7 +20,7 @@ def _open(display):
 
 def compositor_runs(display):
     """Whether a compositor owns the first screen."""
-    with _open(display) as (x11, connection):
+    with open_display(display) as (x11, connection):
         x11.XInternAtom.restype = ctypes.c_ulong
         x11.XGetSelectionOwner.restype = ctypes.c_ulong
         atom = x11.XInternAtom(connection, b"_NET_WM_CM_S0", False)
@@ -38,7 +38,7 @@ class BellListener:
     CORE_KEYBOARD = 0x0100  # XkbUseCoreKbd
 
     def __init__(self, display):
-        self._opened = _open(display)
+        self._opened = open_display(display)
         self._x11, self._connection = self._opened.__enter__()
         x11, connection = self._x11, self._connection
         event = ctypes.c_int()

@@ -6,6 +6,7 @@
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"
 #include "platform/MotionPreference.h"
+#include "platform/ScreenCapture.h"
 #include "platform/ScrollDevices.h"
 #include "platform/StatusItem.h"
 #include "platform/WindowSystem.h"
@@ -70,6 +71,8 @@ protected:
                                   watcher_,
                                   statusItem_,
                                   devices_,
+                                  screens_,
+                                  nullptr,
                                   motion_,
                                   [] {
                                       return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};
@@ -95,6 +98,7 @@ protected:
     NullStatusItem statusItem_;
     Preparations prepared_;
     NullScrollDevices devices_;
+    NullScreenCapture screens_;
     HandMotion motion_;
     std::unique_ptr<AppDelegate> delegate_;
 };
@@ -232,6 +236,8 @@ TEST_F(AppDelegateTest, TheLayoutIsSavedAtTheEndEvenWhenNothingSavedItBefore) {
                               watcher_,
                               statusItem_,
                               devices_,
+                              screens_,
+                              nullptr,
                               motion_,
                               [] {
                                   return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};

@@ -2,6 +2,7 @@
 
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"
+#include "platform/ScreenCapture.h"
 #include "platform/ScrollDevices.h"
 #include "platform/WindowSystem.h"
 #include "support/ModelFixture.h"
@@ -66,14 +67,25 @@ public:
     QStringList opened;
 };
 
+class CountingCapture final : public ScreenCapture {
+public:
+    [[nodiscard]] ScreenArea area(const QScreen*) const override {
+        ++areas;
+        return {};
+    }
+    [[nodiscard]] ScreenPicture capture(const ScreenArea&, int, bool) override { return {}; }
+
+    mutable int areas = 0; // asked for
+};
+
 class LauncherWindowControllerTest : public ModelFixture {
 protected:
     void SetUp() override {
         ModelFixture::SetUp();
         installed_ = apps(80);
         LauncherModel& model = makeModel();
-        shower_ = std::make_shared<LauncherWindowController>(
-            LauncherWindowController::Services{model, queue_, windows_, tokens_, opener_, devices_});
+        shower_ = std::make_shared<LauncherWindowController>(LauncherWindowController::Services{
+            model, queue_, windows_, tokens_, opener_, devices_, screens_});
         model.setController(shower_);
     }
 
@@ -103,6 +115,7 @@ protected:
     HeldTokens tokens_;
     RecordingOpener opener_;
     NullScrollDevices devices_;
+    CountingCapture screens_;
     std::shared_ptr<LauncherWindowController> shower_;
 };
 
@@ -620,4 +633,27 @@ TEST_F(LauncherWindowControllerTest, AnAuxiliaryFlowCountsAsAnotherWindow) {
     EXPECT_TRUE(shower_->hasOtherWindow());
     LauncherWindowController::auxiliaryFlows().remove(u"about"_s);
     EXPECT_FALSE(shower_->hasOtherWindow());
+}
+
+TEST_F(LauncherWindowControllerTest, TheDesktopIsLookedAtEachTimeTheWindowIsAboutToCoverIt) {
+    shower_->show();
+    EXPECT_EQ(screens_.areas, 1);
+    shower_->window().show();
+    pass(0.5);
+    shower_->show();
+    EXPECT_EQ(screens_.areas, 1) << "it is up";
+    shower_->hide(std::nullopt);
+    pass(0.1);
+    shower_->show();
+    EXPECT_EQ(screens_.areas, 1) << "it is still seen";
+    pass(0.5);
+    shower_->hide(std::nullopt);
+    pass(0.2);
+    shower_->window().hide();
+    shower_->show();
+    EXPECT_EQ(screens_.areas, 1) << "nobody has drawn himself again where it was";
+    shower_->hide(std::nullopt);
+    pass(0.6);
+    shower_->show();
+    EXPECT_EQ(screens_.areas, 2);
 }

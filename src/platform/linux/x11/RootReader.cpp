@@ -1,6 +1,6 @@
 #include "platform/linux/x11/RootReader.h"
 
-#include "platform/linux/capture/RowShrinker.h"
+#include "platform/linux/capture/ScreenRows.h"
 
 #include <algorithm>
 #include <deque>
@@ -50,26 +50,28 @@ RootReader::RootReader(const QByteArray& display)
     : connection_(xcb_connect(display.isEmpty() ? nullptr : display.constData(), &screenNumber_),
                   xcb_disconnect) {}
 
-QImage RootReader::read(const QRect& area, int shrink, bool sharesMemory,
-                        std::chrono::milliseconds patience) {
+ScreenPicture RootReader::read(const QRect& area, const Wanted& wanted, bool sharesMemory,
+                               std::chrono::milliseconds patience) {
     if (!isFree()) {
         return {};
     }
     TimedReplies replies(get(), patience);
-    QImage image;
+    ScreenPicture picture;
     if (isReadable(replies)) {
         const auto root = replies.wait<xcb_get_geometry_reply_t>(xcb_get_geometry(get(), root_));
         const QRect seen = root ? area & QRect(0, 0, root->width, root->height) : QRect();
         if (!seen.isEmpty() && root->depth == format_->depth) {
-            image = sharesMemory && shares(seen, replies) ? readShared(seen, shrink, replies)
-                                                          : readPlain(seen, shrink, replies);
+            ScreenRows rows(seen.size(), wanted.shrink, wanted.alsoWhole);
+            const bool isRead = sharesMemory && shares(seen, replies) ? readShared(seen, rows, replies)
+                                                                      : readPlain(seen, rows, replies);
+            picture = isRead ? rows.picture() : ScreenPicture();
         }
     }
     unanswered_ = replies.unanswered();
     // Errors of requests that have no answer.
     while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(get())}) {
     }
-    return image;
+    return picture;
 }
 
 // Nothing of what an earlier reading asked for is still to come.
@@ -157,8 +159,7 @@ xcb_shm_get_image_cookie_t RootReader::getShared(const QRect& part, std::size_t 
                              pixels_->segment(), static_cast<std::uint32_t>(offset));
 }
 
-QImage RootReader::readShared(const QRect& area, int shrink, TimedReplies& replies) {
-    RowShrinker shrinker(area.size(), shrink);
+bool RootReader::readShared(const QRect& area, ScreenRows& screen, TimedReplies& replies) {
     const std::size_t row = format_->bytesPerRow(area.width());
     const int rows = rowsIn(stripBytes, area.width());
     std::deque<Strip> asked;
@@ -183,15 +184,14 @@ QImage RootReader::readShared(const QRect& area, int shrink, TimedReplies& repli
         failed = failed || !answer || answer->depth != format_->depth ||
                  answer->size < row * static_cast<std::size_t>(strip.height);
         if (!failed) {
-            add(shrinker, pixels_->bytes() + strip.offset, strip.height, area.width());
+            add(screen, pixels_->bytes() + strip.offset, strip.height, area.width());
             ask(strip.offset);
         }
     }
-    return failed ? QImage() : shrinker.image();
+    return !failed;
 }
 
-QImage RootReader::readPlain(const QRect& area, int shrink, TimedReplies& replies) {
-    RowShrinker shrinker(area.size(), shrink);
+bool RootReader::readPlain(const QRect& area, ScreenRows& screen, TimedReplies& replies) {
     const std::size_t row = format_->bytesPerRow(area.width());
     const int rows = rowsIn(plainStripBytes, area.width());
     for (int y = 0; y < area.height(); y += rows) {
@@ -203,22 +203,22 @@ QImage RootReader::readPlain(const QRect& area, int shrink, TimedReplies& replie
         if (!answer || answer->depth != format_->depth ||
             static_cast<std::size_t>(xcb_get_image_data_length(answer.get())) <
                 row * static_cast<std::size_t>(height)) {
-            return {};
+            return false;
         }
-        add(shrinker, xcb_get_image_data(answer.get()), height, area.width());
+        add(screen, xcb_get_image_data(answer.get()), height, area.width());
     }
-    return shrinker.image();
+    return true;
 }
 
-void RootReader::add(RowShrinker& shrinker, const unsigned char* bytes, int height, int width) {
+void RootReader::add(ScreenRows& screen, const unsigned char* bytes, int height, int width) {
     const std::size_t row = format_->bytesPerRow(width);
     for (int y = 0; y < height; ++y, bytes += row) {
         if (format_->layout.isQtRgb()) {
-            shrinker.add(reinterpret_cast<const QRgb*>(bytes));
+            screen.add(reinterpret_cast<const QRgb*>(bytes));
         } else {
             unpacked_.resize(static_cast<std::size_t>(width));
             format_->layout.unpack(bytes, width, unpacked_.data());
-            shrinker.add(unpacked_.data());
+            screen.add(unpacked_.data());
         }
     }
 }

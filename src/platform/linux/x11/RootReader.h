@@ -1,11 +1,11 @@
 #pragma once
 
+#include "platform/ScreenCapture.h"
 #include "platform/linux/x11/RootImage.h"
 #include "platform/linux/x11/SharedPixels.h"
 #include "platform/linux/x11/TimedReplies.h"
 
 #include <QByteArray>
-#include <QImage>
 #include <QRect>
 #include <memory>
 #include <optional>
@@ -13,7 +13,7 @@
 
 namespace amberquill::desktop {
 
-class RowShrinker;
+class ScreenRows;
 
 // Reads pixels of an X server's root window, on a connection of its own.
 class RootReader {
@@ -21,10 +21,15 @@ public:
     // `display` as X11ScreenCapture's.
     explicit RootReader(const QByteArray& display);
 
+    struct Wanted {
+        int shrink;
+        bool alsoWhole;
+    };
+
     // The area as far as the root window has it, as ScreenCapture::capture. Null also while the server still
     // owes answers to an earlier reading.
-    [[nodiscard]] QImage read(const QRect& area, int shrink, bool sharesMemory,
-                              std::chrono::milliseconds patience);
+    [[nodiscard]] ScreenPicture read(const QRect& area, const Wanted& wanted, bool sharesMemory,
+                                     std::chrono::milliseconds patience);
 
 private:
     [[nodiscard]] xcb_connection_t* get() const { return connection_.get(); }
@@ -35,9 +40,9 @@ private:
     [[nodiscard]] bool isAttached(TimedReplies& replies) const;
     [[nodiscard]] int rowsIn(std::size_t bytes, int width) const;
     [[nodiscard]] xcb_shm_get_image_cookie_t getShared(const QRect& part, std::size_t offset) const;
-    [[nodiscard]] QImage readShared(const QRect& area, int shrink, TimedReplies& replies);
-    [[nodiscard]] QImage readPlain(const QRect& area, int shrink, TimedReplies& replies);
-    void add(RowShrinker& shrinker, const unsigned char* bytes, int height, int width);
+    [[nodiscard]] bool readShared(const QRect& area, ScreenRows& screen, TimedReplies& replies);
+    [[nodiscard]] bool readPlain(const QRect& area, ScreenRows& screen, TimedReplies& replies);
+    void add(ScreenRows& screen, const unsigned char* bytes, int height, int width);
 
     int screenNumber_ = 0;
     std::unique_ptr<xcb_connection_t, void (*)(xcb_connection_t*)> connection_;

@@ -14,19 +14,19 @@ X11ScreenCapture::X11ScreenCapture(QByteArray display, std::chrono::milliseconds
 
 X11ScreenCapture::~X11ScreenCapture() = default;
 
-QRect X11ScreenCapture::area(const QScreen& screen) const {
+ScreenArea X11ScreenCapture::area(const QScreen* screen) const {
     // Not QScreen::geometry(), whose size is rounded at a fractional scale.
-    return screen.handle()->geometry();
+    return {screen != nullptr ? screen->handle()->geometry() : QRect()};
 }
 
-QImage X11ScreenCapture::capture(const QRect& area, int shrink) {
-    if (area.isEmpty() || shrink < 1 || shrink > RowShrinker::most) {
+ScreenPicture X11ScreenCapture::capture(const ScreenArea& area, int shrink, bool alsoWhole) {
+    if (area.pixels.isEmpty() || shrink < 1 || shrink > RowShrinker::most) {
         return {};
     }
     if (!reader_) {
         reader_ = std::make_unique<RootReader>(display_);
     }
-    return reader_->read(area, shrink, sharesMemory_, patience_);
+    return reader_->read(area.pixels, {shrink, alsoWhole}, sharesMemory_, patience_);
 }
 
 } // namespace amberquill::desktop

@@ -25,8 +25,8 @@ public:
     X11ScreenCapture(const X11ScreenCapture&) = delete;
     X11ScreenCapture& operator=(const X11ScreenCapture&) = delete;
 
-    [[nodiscard]] QRect area(const QScreen& screen) const override;
-    [[nodiscard]] QImage capture(const QRect& area, int shrink) override;
+    [[nodiscard]] ScreenArea area(const QScreen* screen) const override;
+    [[nodiscard]] ScreenPicture capture(const ScreenArea& area, int shrink, bool alsoWhole) override;
 
     // Reads by plain requests from now on, as where memory cannot be shared.
     void shareNoMemory() { sharesMemory_ = false; }

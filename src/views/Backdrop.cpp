@@ -1,0 +1,50 @@
+#include "views/Backdrop.h"
+
+#include "views/BackgroundWash.h"
+#include "views/Blur.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <utility>
+
+namespace amberquill {
+
+namespace {
+
+// In points.
+constexpr double blurSigma = 30;
+constexpr double shrinkPoints = 8;
+
+} // namespace
+
+QImage paintBackground(const BackgroundLook& look, const QImage& backdrop) {
+    return look.isTranslucent ? backgroundWash(look.theme, look.pixels, look.devicePixelRatio)
+                              : opaqueBackground(look.theme, look.pixels, look.devicePixelRatio, backdrop);
+}
+
+int backdropShrink(double devicePixelRatio) {
+    return std::max(1, static_cast<int>(std::lround(shrinkPoints * devicePixelRatio)));
+}
+
+Backdrop::Backdrop(Read read, const BackgroundLook& look)
+    : look_(look) {
+    auto whole = std::make_shared<std::promise<QImage>>();
+    whole_ = whole->get_future().share();
+    made_ = std::async(std::launch::async, [read = std::move(read), look, whole] {
+                ScreenPicture screen = read();
+                whole->set_value(std::exchange(screen.whole, {}));
+                if (!screen.shrunk.isNull()) {
+                    blurColours(screen.shrunk,
+                                blurSigma * look.devicePixelRatio / backdropShrink(look.devicePixelRatio));
+                }
+                return Made{screen.shrunk, paintBackground(look, screen.shrunk)};
+            }).share();
+}
+
+QImage Backdrop::picture(const BackgroundLook& look) const {
+    const Made& made = made_.get();
+    return look == look_ ? made.picture : paintBackground(look, made.blurred);
+}
+
+} // namespace amberquill

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "data/BackgroundTheme.h"
+#include "platform/ScreenCapture.h"
+
+#include <QImage>
+#include <QSize>
+#include <functional>
+#include <future>
+
+namespace amberquill {
+
+// What the colour wash is painted for.
+struct BackgroundLook {
+    BackgroundTheme theme;
+    QSize pixels; // device pixels
+    double devicePixelRatio;
+    bool isTranslucent; // what lies behind the window is seen through it
+
+    bool operator==(const BackgroundLook&) const = default;
+};
+
+// What is seen of a look over a backdrop, which may be null. Pure; safe on any thread.
+[[nodiscard]] QImage paintBackground(const BackgroundLook& look, const QImage& backdrop);
+
+// How many device pixels each way become one of the picture that is blurred.
+[[nodiscard]] int backdropShrink(double devicePixelRatio);
+
+// What lies behind the launcher while it is up, as it was when the launcher came. Made away from the main
+// thread: who shows it waits for what is not ready yet. Safe on any thread.
+class Backdrop {
+public:
+    // Reads a screen; null images where there is nothing to be read. Called once, on another thread.
+    using Read = std::function<ScreenPicture()>;
+
+    // The launcher's background over what is read, blurred; the tint alone where that is nothing.
+    Backdrop(Read read, const BackgroundLook& look);
+
+    // Waits until the screen has been read: from then on the launcher may cover it. The screen as it is, for
+    // a window that nothing shows through; null where it was not asked for.
+    [[nodiscard]] const QImage& whole() const { return whole_.get(); }
+
+    // Whether what lies behind the window is seen through it.
+    [[nodiscard]] bool isTranslucent() const { return look_.isTranslucent; }
+
+    // The picture for a look, in device pixels; at once if it is the one that was asked for first.
+    [[nodiscard]] QImage picture(const BackgroundLook& look) const;
+
+private:
+    struct Made {
+        QImage blurred;
+        QImage picture;
+    };
+
+    BackgroundLook look_;
+    std::shared_future<QImage> whole_;
+    std::shared_future<Made> made_;
+};
+
+} // namespace amberquill

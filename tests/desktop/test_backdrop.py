@@ -1,0 +1,221 @@
+import json
+import time
+
+from harness import PixelWatch, until
+from harness.picture import is_near
+from launcher.background import background_at
+from launcher.case import WINDOW_CLASS
+from launcher.on_x11 import OnX11
+
+
+
+def lies_between(colour, one, other, tolerance=4):
+    """Whether a colour is a mixture of two, the same in all channels."""
+    span = max(range(3), key=lambda channel: abs(other[channel] - one[channel]))
+    part = (colour[span] - one[span]) / (other[span] - one[span])
+    mixture = [a + (b - a) * part for a, b in zip(one, other)]
+    return -0.1 <= part <= 1.1 and is_near(colour, mixture, tolerance)
+
+
+class BackdropOnX11(OnX11):
+    width, height = 1280, 720
+    settings = {}
+    desktop = (128, 64, 32)  # what the harness paints the root window with
+
+    def setUp(self):
+        self.begin_session(self.width, self.height, **self.settings)
+        self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 4)]
+        # A window manager tells of its desktops in a window at first.
+        self.expect_desktop()
+
+    def free_points(self):
+        """Points where nothing but the background is seen, far from each other."""
+        grid = self.grid
+        empty = [tuple(round(part) for part in grid.icon_centre(slot)) for slot in (9, 17, 34)]
+        return [(5, 5), (self.width - 6, 5), *empty, (5, self.height - 6), (self.width - 6, self.height - 6)]
+
+    def expected(self, point, behind=None, theme="blue"):
+        return background_at(*point, self.width, self.height, behind or self.desktop, theme)
+
+    def wrong_points(self, behind=None, theme="blue"):
+        picture = self.session.screenshot()
+        return {
+            point: (picture.at(*point), self.expected(point, behind, theme))
+            for point in self.free_points()
+            if not is_near(picture.at(*point), self.expected(point, behind, theme), 3)
+        }
+
+    def expect_background(self, behind=None, theme="blue"):
+        wrong = {}
+
+        def is_right():
+            nonlocal wrong
+            wrong = self.wrong_points(behind, theme)
+            return not wrong
+
+        try:
+            until(is_right, "the background")
+        except AssertionError as error:
+            raise AssertionError(f"{error}; seen and wanted: {wrong}") from None
+
+    def show(self):
+        self.session.run(
+            *("gdbus", "call", "--session", "--dest", WINDOW_CLASS, "--object-path", "/org/amberquill/Amberquill"),
+            *("--method", "org.freedesktop.Application.ActivateAction", "show", "[]", "{}"),
+        )
+
+    def expect_desktop(self, colour=None):
+        colour = colour or self.desktop
+        points = self.free_points()
+
+        def is_seen():
+            picture = self.session.screenshot()
+            return all(picture.at(*point) == colour for point in points)
+
+        until(is_seen, "the desktop")
+
+    def hang_up(self, shape, colour):
+        """A picture on the root window: a shape in a colour, the rest as it was."""
+        picture = self.session.home / "desktop.png"
+        size = f"{self.width}x{self.height}"
+        self.session.run("convert", "-size", size, "xc:#804020", "-fill", colour, "-draw", shape, picture)
+        # It says that it failed, and has not.
+        self.session.run("display", "-window", "root", picture, check=False)
+        until(lambda: self.session.screenshot().at(self.width - 5, 5) != self.desktop, "the picture")
+
+    def expect_mixtures(self, watch, points):
+        """Every colour that was seen lies between the desktop and the launcher's background over it."""
+        for point, seen in zip(points, watch.seen):
+            wanted = self.expected(point)
+            wrong = [colour for colour in seen if not lies_between(colour, self.desktop, wanted)]
+            self.assertEqual(wrong, [], f"at {point}, between {self.desktop} and {wanted}, of {seen}")
+
+
+class WithoutACompositor(BackdropOnX11):
+    def test_the_desktop_is_seen_under_the_tint(self):
+        self.begin_shown_launcher(self.made)
+        self.expect_background()
+
+    def test_each_theme_has_its_tint(self):
+        preferences = self.session.config / "Amberquill" / "preferences.json"
+        preferences.parent.mkdir(exist_ok=True)
+        for theme in ("purple", "green"):
+            preferences.write_text(json.dumps({"backgroundTheme": theme}), encoding="utf-8")
+            launcher = self.begin_shown_launcher(self.made)
+            self.expect_background(theme=theme)
+            self.end_launcher(launcher)
+
+    def test_it_fades_over_the_desktop_as_it_comes_and_goes(self):
+        points = self.free_points()
+        with PixelWatch(self.session.display, points) as watch:
+            launcher = self.begin_shown_launcher(self.made)
+            self.expect_background()
+            self.session.press("Escape")
+            self.expect_hidden()
+            self.expect_desktop()
+            self.show()
+            self.expect_background()
+            self.session.press("Escape")
+            self.expect_hidden()
+            self.expect_desktop()
+        self.expect_mixtures(watch, points)
+        # There was a fade, and not just both ends of it.
+        self.assertGreater(min(len(seen) for seen in watch.seen), 4)
+        self.end_launcher(launcher)
+
+    def test_each_showing_shows_the_desktop_of_its_time(self):
+        launcher = self.begin_shown_launcher(self.made)
+        self.expect_background()
+        self.session.press("Escape")
+        self.expect_hidden()
+        green = (32, 160, 96)
+        self.session.run("xsetroot", "-solid", "#20a060")
+        self.expect_desktop(green)
+
+        def shows_it():
+            # What was read within a moment of its going may serve once more.
+            self.show()
+            until(lambda: not self.wrong_points(green) or not self.wrong_points(), "a whole background")
+            if not self.wrong_points(green):
+                return True
+            self.session.press("Escape")
+            self.expect_hidden()
+            hidden = time.monotonic()
+            until(lambda: time.monotonic() > hidden + 0.5, "that moment's end")
+            return False
+
+        until(shows_it, "the background over the new desktop")
+        self.session.press("Escape")
+        self.expect_hidden()
+        self.expect_desktop(green)
+        self.end_launcher(launcher)
+
+    def test_what_is_on_the_desktop_is_blurred(self):
+        self.hang_up("rectangle 640,0 1280,720", "#ffffff")
+        launcher = self.begin_shown_launcher(self.made)
+        middle = round(self.grid.icon_centre(17)[1])
+
+        def share(x):
+            """How much of the white is mixed in, at a row where nothing but the background is."""
+            seen = self.session.screenshot().at(x, middle)[2]
+            dark, bright = self.expected((x, middle))[2], self.expected((x, middle), (255, 255, 255))[2]
+            return (seen - dark) / (bright - dark)
+
+        until(lambda: share(500) < 0.03 and share(780) > 0.97, "both sides")
+        self.assertAlmostEqual(share(640), 0.5, delta=0.05)
+        self.assertAlmostEqual(share(610), 0.16, delta=0.05)
+        self.assertAlmostEqual(share(670), 0.84, delta=0.05)
+        self.end_launcher(launcher)
+
+
+class WithACompositor(BackdropOnX11):
+    settings = {"compositor": "picom"}
+    desktop = (128, 128, 128)  # the compositor does not look at the root window
+
+    test_the_desktop_is_seen_under_the_tint = WithoutACompositor.test_the_desktop_is_seen_under_the_tint
+    def test_it_fades_over_the_desktop_as_it_comes(self):
+        # As it goes, the window manager's frame is seen for a moment, as of any window.
+        points = self.free_points()
+        with PixelWatch(self.session.display, points) as watch:
+            launcher = self.begin_shown_launcher(self.made)
+            self.expect_background()
+        self.expect_mixtures(watch, points)
+        self.session.press("Escape")
+        self.expect_hidden()
+        self.expect_desktop()
+        with PixelWatch(self.session.display, points) as watch:
+            self.show()
+            self.expect_background()
+        self.expect_mixtures(watch, points)
+        self.assertGreater(min(len(seen) for seen in watch.seen), 4)
+        self.end_launcher(launcher)
+
+
+class WithoutAWindowManager(BackdropOnX11):
+    settings = {"window_manager": None}
+
+    test_the_desktop_is_seen_under_the_tint = WithoutACompositor.test_the_desktop_is_seen_under_the_tint
+    test_it_fades_over_the_desktop_as_it_comes_and_goes = (
+        WithoutACompositor.test_it_fades_over_the_desktop_as_it_comes_and_goes
+    )
+
+
+class OnTwoMonitors(BackdropOnX11):
+    width, height = 1600, 600
+
+    def test_the_monitor_that_is_covered_is_the_one_that_is_seen(self):
+        self.hang_up("rectangle 800,0 1600,600", "#20a060")
+        left, right = self.session.split_into_monitors()
+        for monitor, colour in ((right, (32, 160, 96)), (left, self.desktop)):
+            self.session.move_pointer(monitor.x + 400, 300)
+            launcher = self.begin_launcher()
+
+            def is_right():
+                seen = self.session.screenshot()
+                return all(
+                    is_near(seen.at(monitor.x + x, y), background_at(x, y, 800, 600, colour), 3)
+                    for x, y in ((5, 5), (794, 5), (5, 594), (794, 594))
+                )
+
+            until(is_right, f"the background over {colour}")
+            self.end_launcher(launcher)

@@ -1,0 +1,119 @@
+#include "views/Backdrop.h"
+
+#include "views/BackgroundWash.h"
+
+#include <QColor>
+#include <atomic>
+#include <gtest/gtest.h>
+
+using namespace amberquill;
+
+namespace {
+
+const QSize pixels(640, 400);
+
+BackgroundLook look(BackgroundTheme theme = BackgroundTheme::Blue, bool isTranslucent = false) {
+    return {theme, pixels, 1, isTranslucent};
+}
+
+QImage plain(const QSize& size, const QColor& colour) {
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(colour);
+    return image;
+}
+
+void expectAbout(const QImage& image, const QPoint& point, const std::array<double, 3>& wanted) {
+    const QRgb pixel = image.pixel(point);
+    EXPECT_NEAR(qRed(pixel), wanted[0], 1.5) << point.x() << ", " << point.y();
+    EXPECT_NEAR(qGreen(pixel), wanted[1], 1.5) << point.x() << ", " << point.y();
+    EXPECT_NEAR(qBlue(pixel), wanted[2], 1.5) << point.x() << ", " << point.y();
+}
+
+// A wash's pixel over an opaque colour.
+std::array<double, 3> over(QRgb wash, const QColor& behind) {
+    const double through = 1 - qAlpha(wash) / 255.0;
+    return {qRed(wash) + behind.red() * through, qGreen(wash) + behind.green() * through,
+            qBlue(wash) + behind.blue() * through};
+}
+
+} // namespace
+
+TEST(Backdrop, ShrinksByEightPointsEachWay) {
+    EXPECT_EQ(backdropShrink(1), 8);
+    EXPECT_EQ(backdropShrink(1.25), 10);
+    EXPECT_EQ(backdropShrink(2), 16);
+    EXPECT_EQ(backdropShrink(0.01), 1);
+}
+
+TEST(Backdrop, EachThemesTintLiesOverWhatWasRead) {
+    const QColor behind(200, 100, 40);
+    for (const BackgroundTheme theme : allBackgroundThemes) {
+        const Backdrop backdrop([&] { return ScreenPicture{plain({80, 50}, behind), {}}; }, look(theme));
+        const QImage picture = backdrop.picture(look(theme));
+        ASSERT_EQ(picture.size(), pixels);
+        ASSERT_EQ(picture.format(), QImage::Format_RGB32);
+        const QImage wash = backgroundWash(theme, pixels, 1);
+        for (const QPoint point : {QPoint(0, 0), QPoint(639, 0), QPoint(320, 1), QPoint(320, 200),
+                                   QPoint(100, 333), QPoint(0, 399), QPoint(639, 399)}) {
+            const QRgb premultiplied =
+                reinterpret_cast<const QRgb*>(wash.constScanLine(point.y()))[point.x()];
+            expectAbout(picture, point, over(premultiplied, behind));
+        }
+    }
+}
+
+TEST(Backdrop, AnEdgeOnTheScreenIsBlurred) {
+    QImage halves = plain({80, 50}, Qt::black);
+    for (int y = 0; y < halves.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(halves.scanLine(y));
+        std::fill(line + halves.width() / 2, line + halves.width(), 0xFFFFFFFFU);
+    }
+    const Backdrop backdrop([&] { return ScreenPicture{halves, {}}; }, look());
+    const QImage picture = backdrop.picture(look());
+    const QImage wash = backgroundWash(BackgroundTheme::Blue, pixels, 1);
+    const auto lightBehind = [&](int x) {
+        const QRgb over = reinterpret_cast<const QRgb*>(wash.constScanLine(200))[x];
+        return (qRed(picture.pixel(x, 200)) - qRed(over)) / (1 - qAlpha(over) / 255.0) / 255;
+    };
+    // A Gaussian's share beyond the edge: half at it, 16 % one standard deviation (30 points) away.
+    EXPECT_NEAR(lightBehind(320), 0.5, 0.03);
+    EXPECT_NEAR(lightBehind(290), 0.16, 0.03);
+    EXPECT_NEAR(lightBehind(350), 0.84, 0.03);
+    EXPECT_NEAR(lightBehind(200), 0, 0.02);
+    EXPECT_NEAR(lightBehind(440), 1, 0.02);
+}
+
+TEST(Backdrop, WhereNothingCanBeReadItIsTheTintAlone) {
+    const Backdrop backdrop([] { return ScreenPicture(); }, look());
+    EXPECT_TRUE(backdrop.whole().isNull());
+    EXPECT_EQ(backdrop.picture(look()), opaqueBackground(BackgroundTheme::Blue, pixels, 1, {}));
+}
+
+TEST(Backdrop, WhereTheDesktopIsSeenThroughItIsTheTranslucentTint) {
+    const Backdrop backdrop([] { return ScreenPicture(); }, look(BackgroundTheme::Green, true));
+    EXPECT_TRUE(backdrop.isTranslucent());
+    EXPECT_EQ(backdrop.picture(look(BackgroundTheme::Green, true)),
+              backgroundWash(BackgroundTheme::Green, pixels, 1));
+}
+
+TEST(Backdrop, TheScreenIsReadOnceForEveryLook) {
+    std::atomic<int> readings = 0;
+    const QColor behind(20, 200, 90);
+    const QImage whole = plain(pixels, behind);
+    const Backdrop backdrop(
+        [&] {
+            ++readings;
+            return ScreenPicture{plain({80, 50}, behind), whole};
+        },
+        look());
+    EXPECT_EQ(backdrop.whole(), whole);
+    static_cast<void>(backdrop.picture(look()));
+    BackgroundLook other = look(BackgroundTheme::Purple);
+    other.pixels = {320, 300};
+    const QImage picture = backdrop.picture(other);
+    ASSERT_EQ(picture.size(), other.pixels);
+    const QImage wash = backgroundWash(other.theme, other.pixels, 1);
+    expectAbout(picture, {160, 150},
+                over(reinterpret_cast<const QRgb*>(wash.constScanLine(150))[160], behind));
+    EXPECT_EQ(readings, 1);
+}
