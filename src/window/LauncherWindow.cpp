@@ -86,11 +86,11 @@ void LauncherWindow::setAlpha(double alpha) {
 }
 
 // A window that is put up again has lost what was drawn in it, and Qt's software renderer draws only what has
-// changed since: another transparent colour under everything is such a change.
+// changed since: another colour under everything is such a change.
 void LauncherWindow::showEvent(QShowEvent* event) {
     if (requestedFormat().hasAlpha()) {
-        const QColor transparentWhite(255, 255, 255, 0);
-        setColor(color() == transparentWhite ? QColor(Qt::transparent) : transparentWhite);
+        const QColor sameInOtherWords = QColor::fromHsv(0, 0, 0, 0);
+        setColor(color() == sameInOtherWords ? QColor(Qt::transparent) : sameInOtherWords);
     }
     QQuickView::showEvent(event);
 }
