@@ -76,7 +76,7 @@ class _Client:
     KEY_PRESS, CLIENT_MESSAGE = 2, 33
 
     def __init__(self, display):
-        self._opened = _open(display)
+        self._opened = open_display(display)
         self._x11, self._connection = self._opened.__enter__()
         self._x11.XDefaultRootWindow.restype = ctypes.c_ulong
         self._x11.XInternAtom.restype = ctypes.c_ulong

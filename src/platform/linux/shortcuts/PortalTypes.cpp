@@ -39,6 +39,9 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, PortalShortcut& s
 void registerPortalTypes() {
     qDBusRegisterMetaType<PortalShortcut>();
     qDBusRegisterMetaType<PortalShortcutList>();
+    // A slot's parameters are looked up by name, and Qt gives its own types theirs only when it first needs
+    // them.
+    qRegisterMetaType<QDBusObjectPath>();
 }
 
 QString portalTrigger(const KeyChord& chord) {
