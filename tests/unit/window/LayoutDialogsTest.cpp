@@ -58,6 +58,18 @@ protected:
         dialog->close();
     }
 
+    // Imports the file, and expects to be told that it holds no layout.
+    void expectNoLayoutIn(const QString& path) {
+        dialogs_->importLayout();
+        choose(path);
+        press(QMessageBox::AcceptRole);
+        auto* box = shown<QMessageBox>();
+        ASSERT_NE(box, nullptr);
+        EXPECT_EQ(box->text(), L::importFailed());
+        EXPECT_EQ(box->informativeText(), L::invalidLayoutFile());
+        EXPECT_TRUE(isUntouched());
+    }
+
     [[nodiscard]] bool isUntouched() const {
         return model_->items() == LaunchItems{LaunchItem::app(u"/b.app"_s), LaunchItem::app(u"/a.app"_s)};
     }
@@ -130,14 +142,7 @@ TEST_F(LayoutDialogsTest, AnImportIsConfirmedAndThenTaken) {
 
 TEST_F(LayoutDialogsTest, AFileThatIsNoLayoutIsSaidAndChangesNothing) {
     files_.addFile(u"/desktop/other.json"_s, "{}");
-    dialogs_->importLayout();
-    choose(u"/desktop/other.json"_s);
-    press(QMessageBox::AcceptRole);
-    auto* box = shown<QMessageBox>();
-    ASSERT_NE(box, nullptr);
-    EXPECT_EQ(box->text(), L::importFailed());
-    EXPECT_EQ(box->informativeText(), L::invalidLayoutFile());
-    EXPECT_TRUE(isUntouched());
+    expectNoLayoutIn(u"/desktop/other.json"_s);
 }
 
 TEST_F(LayoutDialogsTest, AFileThatCannotBeReadIsSaid) {
@@ -152,14 +157,7 @@ TEST_F(LayoutDialogsTest, AFileThatCannotBeReadIsSaid) {
 
 TEST_F(LayoutDialogsTest, AFileTooLargeForALayoutIsNone) {
     files_.addFile(u"/desktop/large.json"_s, QByteArray(64 * 1024 * 1024 + 1, ' '));
-    dialogs_->importLayout();
-    choose(u"/desktop/large.json"_s);
-    press(QMessageBox::AcceptRole);
-    auto* box = shown<QMessageBox>();
-    ASSERT_NE(box, nullptr);
-    EXPECT_EQ(box->text(), L::importFailed());
-    EXPECT_EQ(box->informativeText(), L::invalidLayoutFile());
-    EXPECT_TRUE(isUntouched());
+    expectNoLayoutIn(u"/desktop/large.json"_s);
 }
 
 TEST_F(LayoutDialogsTest, ItIsToldWhenTheAboutPanelIsGone) {

@@ -58,6 +58,15 @@ protected:
         EXPECT_TRUE(waitUntil([&] { return done; }));
     }
 
+    // That the chord works from a session that is made, with no question to the user.
+    void expectNotAskedToBind() {
+        addAndAsk();
+        expectCalls({u"CreateSession"_s, u"ListShortcuts"_s});
+        press(portal_.sessions[0], name);
+        EXPECT_TRUE(waitUntil([this] { return presses_.size() == 1; }));
+        EXPECT_EQ(portal_.calls.size(), 2);
+    }
+
     void addAndAsk() {
         shortcuts_.add(1, chord);
         queue_.advance(PortalShortcuts::untilAsked);
@@ -133,21 +142,13 @@ TEST_F(PortalShortcutsTest, AnOldPortalKnowsNoRegistry) {
 TEST_F(PortalShortcutsTest, ThePortalThatRemembersTheShortcutIsNotAskedForIt) {
     portal_.remembers = true;
     portal_.start();
-    addAndAsk();
-    expectCalls({u"CreateSession"_s, u"ListShortcuts"_s});
-    press(portal_.sessions[0], name);
-    EXPECT_TRUE(waitUntil([this] { return presses_.size() == 1; }));
-    EXPECT_EQ(portal_.calls.size(), 2);
+    expectNotAskedToBind();
 }
 
 TEST_F(PortalShortcutsTest, APortalThatTakesShortcutsWithTheSessionIsNotAskedAgain) {
     portal_.takesShortcutsWithSession = true;
     portal_.start();
-    addAndAsk();
-    expectCalls({u"CreateSession"_s, u"ListShortcuts"_s});
-    press(portal_.sessions[0], name);
-    EXPECT_TRUE(waitUntil([this] { return presses_.size() == 1; }));
-    EXPECT_EQ(portal_.calls.size(), 2);
+    expectNotAskedToBind();
 }
 
 TEST_F(PortalShortcutsTest, TheSessionsNameIsAlwaysTheSame) {
