@@ -43,6 +43,10 @@ class Dragging(OnX11):
             return None
         return tuple(round(sum(part) / len(points)) for part in zip(*points))
 
+    def expect_open_folder(self):
+        """Waits until the page is dimmed. Its icon shows small ones before that, and Escape hides the launcher."""
+        until(lambda: not self.is_in_place(0, self.made[0]), "the dimmed page")
+
     def test_an_icon_that_rests_between_others_makes_room_and_stays_there(self):
         launcher = self.begin_shown_launcher(self.made)
         self.take(3)
@@ -59,9 +63,9 @@ class Dragging(OnX11):
         launcher = self.begin_shown_launcher(self.made)
         self.take(3)
         self.session.drag_to(*self.icon(10))
+        self.expect_in_place(0, self.made[0])
         self.session.drop()
-        until(lambda: self.place_of(self.made[3]) and not self.is_in_place(3, self.made[3]), "the open folder")
-        until(lambda: self.place_of(self.made[10]), "its first application")
+        self.expect_open_folder()
         self.session.press("Escape")
         self.expect_in_place(3, self.made[4])
         self.end_launcher(launcher)
