@@ -1,3 +1,5 @@
+import json
+
 from harness import SwaySession, WestonSession, until
 from harness.picture import is_near
 from launcher import Applications, LauncherTestCase
@@ -137,11 +139,14 @@ class OnSway(LauncherTestCase):
         self.end_launcher(launcher)
         self.assertEqual(self.applications.started(), f"{self.made[85].name}\n")
 
-    def test_the_menu_lies_above_it_and_works_by_keys(self):
-        launcher = self.begin_shown_launcher()
+    def open_menu(self):
         self.press("F10")
         corner = round(self.session.width / 2) - 196 + 5, 84 + 200
         until(lambda: is_near(self.session.screenshot().at(*corner), (255, 255, 255), 40), "the menu")
+
+    def test_the_menu_lies_above_it_and_works_by_keys(self):
+        launcher = self.begin_shown_launcher()
+        self.open_menu()
         self.assertTrue(self.is_up())
         for key in ("Down", "Right", "Down", "Down", "Return"):
             self.press(key)
@@ -149,6 +154,63 @@ class OnSway(LauncherTestCase):
         until(lambda: preferences.exists() and '"green"' in preferences.read_text(encoding="utf-8"), "green")
         self.assertTrue(self.is_up())
         self.expect_page(self.made)
+        self.press("Escape")
+        until(lambda: not self.is_up(), "the window's end")
+        self.end_launcher(launcher)
+
+    RESET, EXPORT = 4, 5
+
+    def choose(self, entry, title):
+        """Chooses an entry of the menu and waits for its dialog."""
+        self.open_menu()
+        for key in (*["Down"] * entry, "Return"):
+            self.press(key)
+        self.expect_dialogs(title)
+
+    def expect_dialogs(self, *titles):
+        """Waits until these and no other ones are open above the launcher, which stays."""
+        until(lambda: self.session.floating_windows() == [*titles], f"the dialogs {titles}")
+        self.assertTrue(self.is_up())
+
+    def write_layout(self, applications):
+        self.layout_file.parent.mkdir(exist_ok=True)
+        layout = [{"app": {"_0": str(application.path)}} for application in applications]
+        self.layout_file.write_text(json.dumps(layout), encoding="utf-8")
+
+    def test_a_dialog_above_it_is_answered_by_keys(self):
+        mixed = self.made[::-1]
+        self.write_layout(mixed)
+        launcher = self.begin_launcher()
+        self.expect_page(mixed)
+        for key, wanted in (("Escape", mixed), ("Return", self.made)):
+            self.choose(self.RESET, "Amberquill")
+            self.press(key)
+            self.expect_dialogs()
+            self.expect_page(wanted)
+        # The launcher has its keys again.
+        self.session.type("app 87")
+        self.expect_page(self.made[86:])
+        self.end_launcher(launcher)
+
+    def test_a_file_dialog_above_it_is_typed_into(self):
+        desktop = self.session.home / "Desktop"
+        desktop.mkdir()
+        chosen = desktop / "mine.json"
+        chosen.write_bytes(b"before")
+        launcher = self.begin_shown_launcher()
+        self.choose(self.EXPORT, "Export Layout")
+        self.session.type(chosen.name)
+        self.press("Return")
+        # It asks before it replaces a file, in a dialog above the dialog.
+        self.expect_dialogs("Export Layout", "Export Layout")
+        self.press("Escape")
+        self.expect_dialogs("Export Layout")
+        self.assertEqual(chosen.read_bytes(), b"before")
+        self.press("Return")
+        self.expect_dialogs("Export Layout", "Export Layout")
+        self.session.run("wtype", "-M", "alt", "-k", "y")
+        self.expect_dialogs()
+        self.assertEqual(len(json.loads(chosen.read_bytes())["items"]), len(self.made))
         self.press("Escape")
         until(lambda: not self.is_up(), "the window's end")
         self.end_launcher(launcher)

@@ -94,6 +94,16 @@ class SwaySession(Session):
 
         return find(self.ask("get_tree"), None)
 
+    def floating_windows(self):
+        """The titles of the windows that lie above the tiled ones: dialogs."""
+
+        def find(node):
+            for child in node["nodes"]:
+                yield from find(child)
+            yield from (child["name"] for child in node["floating_nodes"] if child["type"] == "floating_con")
+
+        return list(find(self.ask("get_tree")))
+
     def type(self, text):
         self.run("wtype", text)
 

@@ -1,5 +1,7 @@
 #include "platform/linux/wayland/WaylandWindowSystem.h"
 
+#include "platform/linux/wayland/DialogFocus.h"
+
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWindow>
@@ -23,6 +25,11 @@ namespace {
 }
 
 } // namespace
+
+WaylandWindowSystem::WaylandWindowSystem()
+    : dialogFocus_(std::make_unique<DialogFocus>()) {}
+
+WaylandWindowSystem::~WaylandWindowSystem() = default;
 
 void WaylandWindowSystem::setActivationToken(const QString& token) {
     token_ = token;
