@@ -5,6 +5,7 @@ Everything that was started, and everything those programs started, is gone when
 """
 
 from harness.case import DesktopTestCase
+from harness.kwin import KWinSession
 from harness.picture import Picture
 from harness.programs import Program
 from harness.session import Session
@@ -17,6 +18,7 @@ from harness.xorg import XorgSession
 __all__ = [
     "DesktopTestCase",
     "Geometry",
+    "KWinSession",
     "Picture",
     "PixelWatch",
     "Program",

@@ -22,6 +22,19 @@ class Picture:
         return Picture(width, height, pixels)
 
     @staticmethod
+    def from_bgra(width, height, stride, data):
+        """Four bytes a pixel, the last of them unused; `stride` bytes a row."""
+        if stride < width * 4 or len(data) != stride * height:
+            raise ValueError("not a picture")
+        pixels = bytearray(width * height * 3)
+        for y in range(height):
+            row = data[y * stride : y * stride + width * 4]
+            line = slice(y * width * 3, (y + 1) * width * 3)
+            for channel in range(3):
+                pixels[line.start + channel : line.stop : 3] = row[2 - channel :: 4]
+        return Picture(width, height, bytes(pixels))
+
+    @staticmethod
     def read(path):
         """Any picture file that ImageMagick reads."""
         command = ["convert", str(path), "-depth", "8", "ppm:-"]

@@ -1,33 +1,10 @@
 """Wheels and touchpads whose movements reach programs as those of real ones do."""
 
-import socket
 import struct
 
+from harness.protocol import Connection, WaylandClient
+
 HORIZONTAL, VERTICAL = "horizontal", "vertical"
-
-
-class _Connection:
-    """A local socket of which whole messages are read."""
-
-    def __init__(self, path):
-        self._socket = socket.socket(socket.AF_UNIX)
-        self._socket.settimeout(15)
-        self._socket.connect(str(path))
-
-    def close(self):
-        self._socket.close()
-
-    def send(self, message):
-        self._socket.sendall(message)
-
-    def receive(self, size):
-        message = b""
-        while len(message) < size:
-            part = self._socket.recv(size - len(message))
-            if not part:
-                raise OSError("the server is gone")
-            message += part
-        return message
 
 
 class InputTestPointer:
@@ -38,7 +15,7 @@ class InputTestPointer:
     MOST_AXES = 64
 
     def __init__(self, path):
-        self._connection = _Connection(path)
+        self._connection = Connection(path)
         self._connection.send(struct.pack("=IIHH", 12, self.CLIENT_VERSION, 1, 1))
         self._connection.receive(12)
 
@@ -57,33 +34,18 @@ class InputTestPointer:
         self._connection.receive(8)
 
 
-class WaylandPointer:
+class WaylandPointer(WaylandClient):
     """A pointer plugged into a compositor by the protocol wlr-virtual-pointer-unstable-v1."""
 
-    MANAGER = "zwlr_virtual_pointer_manager_v1"
     WHEEL, FINGER, CONTINUOUS = 0, 1, 2
     AXES = {VERTICAL: 0, HORIZONTAL: 1}
-    DISPLAY = 1  # the object that every connection begins with
 
     def __init__(self, path):
-        self._connection = _Connection(path)
-        self._last_id = self.DISPLAY
+        super().__init__(path, "zwlr_virtual_pointer_manager_v1")
         self._time = 0
-        self._registry = self._new_id()
-        self._request(self.DISPLAY, 1, "I", self._registry)
-        globals_ = self._round_trip()
-        manager = self._new_id()
-        interface = self.MANAGER.encode() + b"\0"
-        interface += b"\0" * (-len(interface) % 4)
-        size = len(self.MANAGER) + 1
-        layout = f"II{len(interface)}sII"
-        self._request(self._registry, 0, layout, globals_[self.MANAGER], size, interface, 1, manager)
         self._pointer = self._new_id()
-        self._request(manager, 0, "II", 0, self._pointer)
+        self._request(self._global, 0, "II", 0, self._pointer)
         self._round_trip()
-
-    def close(self):
-        self._connection.close()
 
     def move(self, x, y, width, height):
         """To a point of a screen of that size."""
@@ -119,28 +81,3 @@ class WaylandPointer:
     def _now(self):
         self._time += 10
         return self._time
-
-    def _new_id(self):
-        self._last_id += 1
-        return self._last_id
-
-    def _request(self, target, code, layout, *arguments):
-        body = struct.pack(f"={layout}", *arguments)
-        self._connection.send(struct.pack("=II", target, (8 + len(body)) << 16 | code) + body)
-
-    def _round_trip(self):
-        """Until the compositor has done all that was asked. Returns the numbers of the globals it announced."""
-        announced = {}
-        callback = self._new_id()
-        self._request(self.DISPLAY, 0, "I", callback)
-        while True:
-            sender, head = struct.unpack("=II", self._connection.receive(8))
-            body = self._connection.receive((head >> 16) - 8)
-            code = head & 0xFFFF
-            if sender == callback:
-                return announced
-            if sender == self.DISPLAY and code == 0:
-                raise OSError(f"the compositor refuses: {body!r}")
-            if sender == self._registry and code == 0:
-                number, size = struct.unpack_from("=II", body)
-                announced[body[8 : 8 + size - 1].decode()] = number

@@ -1,0 +1,82 @@
+"""Wayland sessions on KWin without a screen."""
+
+import shutil
+from pathlib import Path
+
+from harness.picture import Picture
+from harness.protocol import WaylandClient
+from harness.session import Session
+from harness.waiting import until
+
+SCREENSHOT = Path(__file__).parent / "kwin_screenshot.py"
+
+
+class FakeKeyboard(WaylandClient):
+    """The keys of a compositor's "fake input" protocol, under the American layout."""
+
+    CODES = {"Escape": 1, "Return": 28, "space": 57, "Right": 106, "Left": 105, "Down": 108}
+    ROWS = {2: "1234567890", 16: "qwertyuiop", 30: "asdfghjkl", 44: "zxcvbnm"}
+    AUTHENTICATE, KEY = 0, 10
+
+    def __init__(self, path):
+        super().__init__(path, "org_kde_kwin_fake_input", version=4)
+        self._codes = dict(self.CODES, **{" ": self.CODES["space"]})
+        for first, letters in self.ROWS.items():
+            self._codes.update({letter: first + number for number, letter in enumerate(letters)})
+        # Two empty texts: who asks, and why.
+        self._request(self._global, self.AUTHENTICATE, "I4sI4s", 1, b"", 1, b"")
+        self._round_trip()
+
+    def press(self, *keys):
+        """One after the other, by name or by letter."""
+        for key in keys:
+            for state in (1, 0):
+                self._request(self._global, self.KEY, "II", self._codes[key], state)
+        self._round_trip()
+
+
+class KWinSession(Session):
+    def __init__(self, width=1280, height=720, environment=None):
+        super().__init__(environment)
+        self.width = width
+        self.height = height
+
+    def begin(self):
+        # The installed program has a capability, which not every system lets it use; a copy has none.
+        program = self.folder / "kwin_wayland"
+        shutil.copyfile(shutil.which("kwin_wayland"), program)
+        program.chmod(0o700)
+        socket = self.runtime / "wayland-test"
+        self.start(
+            program,
+            "--virtual",
+            *("--width", self.width),
+            *("--height", self.height),
+            *("--socket", socket.name),
+            "--no-lockscreen",
+            "--no-kactivities",
+            environment={
+                "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS": "1",
+                "KWIN_WAYLAND_NO_PERMISSION_CHECKS": "1",
+                # Its effects and plugins lie in the system's folder, which the session's own programs do not see.
+                "XDG_DATA_DIRS": "/usr/share",
+            },
+        )
+        until(socket.exists, "the compositor")
+        self.environment["WAYLAND_DISPLAY"] = socket.name
+        self.environment["QT_QPA_PLATFORM"] = "wayland"
+        self._keyboard = FakeKeyboard(socket)
+
+    def end(self):
+        if hasattr(self, "_keyboard"):
+            self._keyboard.close()
+        super().end()
+
+    def press(self, *keys):
+        self._keyboard.press(*keys)
+
+    def screenshot(self):
+        path = self.home / "screenshot"
+        size = self.run("/usr/bin/python3", "-B", SCREENSHOT, path)
+        width, height, stride = (int(part) for part in size.split())
+        return Picture.from_bgra(width, height, stride, path.read_bytes())
