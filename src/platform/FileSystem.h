@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 #include <optional>
+#include <system_error>
 #include <vector>
 
 namespace amberquill {
@@ -13,7 +14,7 @@ struct FolderEntry {
 };
 
 // Files and folders. Paths are absolute. Every operation is safe on any thread and answers "none" or false on
-// failure.
+// failure. What takes an `error` says there why it failed, and leaves it alone otherwise.
 class FileSystem {
 public:
     FileSystem() = default;
@@ -32,14 +33,23 @@ public:
 
     // The whole of a regular file, or none: missing, unreadable, not a regular file, or larger than `limit`
     // bytes.
-    [[nodiscard]] virtual std::optional<QByteArray> readFile(const QString& path, qint64 limit) const = 0;
+    [[nodiscard]] virtual std::optional<QByteArray> readFile(const QString& path, qint64 limit,
+                                                             std::error_code& error) const = 0;
+    [[nodiscard]] std::optional<QByteArray> readFile(const QString& path, qint64 limit) const {
+        std::error_code ignored;
+        return readFile(path, limit, ignored);
+    }
 
     // The size of a regular file, in bytes.
     [[nodiscard]] virtual std::optional<qint64> fileSize(const QString& path) const = 0;
 
     // Replaces the file's content as one step: a reader, or a crash, sees the old content or the new one,
     // never a part. Missing folders are made. A symbolic link stays one: what it points to is replaced.
-    virtual bool writeAtomically(const QString& path, const QByteArray& content) = 0;
+    virtual bool writeAtomically(const QString& path, const QByteArray& content, std::error_code& error) = 0;
+    bool writeAtomically(const QString& path, const QByteArray& content) {
+        std::error_code ignored;
+        return writeAtomically(path, content, ignored);
+    }
 
     // Renames a file to a free name beside it, so that a new one can take its place and nothing is lost.
     virtual bool setAside(const QString& path) = 0;
@@ -51,6 +61,9 @@ public:
 // A desktop without files: nothing to list, nothing to read, nowhere to write.
 class NullFileSystem final : public FileSystem {
 public:
+    using FileSystem::readFile;
+    using FileSystem::writeAtomically;
+
     [[nodiscard]] std::optional<std::vector<FolderEntry>> listFolder(const QString&) const override {
         return std::nullopt;
     }
@@ -58,11 +71,16 @@ public:
     [[nodiscard]] QString displayName(const QString& path) const override {
         return path.section(QLatin1Char('/'), -1);
     }
-    [[nodiscard]] std::optional<QByteArray> readFile(const QString&, qint64) const override {
+    [[nodiscard]] std::optional<QByteArray> readFile(const QString&, qint64,
+                                                     std::error_code& error) const override {
+        error = std::make_error_code(std::errc::no_such_file_or_directory);
         return std::nullopt;
     }
     [[nodiscard]] std::optional<qint64> fileSize(const QString&) const override { return std::nullopt; }
-    bool writeAtomically(const QString&, const QByteArray&) override { return false; }
+    bool writeAtomically(const QString&, const QByteArray&, std::error_code& error) override {
+        error = std::make_error_code(std::errc::no_such_file_or_directory);
+        return false;
+    }
     bool setAside(const QString&) override { return false; }
     bool remove(const QString&) override { return false; }
 };

@@ -13,6 +13,7 @@
 #include <QWindow>
 #include <cmath>
 #include <memory>
+#include <system_error>
 #include <utility>
 
 namespace amberquill {
@@ -24,6 +25,11 @@ constexpr qint64 largestFile = 64LL * 1024 * 1024;
 
 // The edge of the icon in the about panel, in points.
 constexpr int aboutPicture = 64;
+
+// What went wrong with a file, in the interface language as far as Qt knows it in words.
+QString failure(const QString& path, const std::error_code& error) {
+    return QFileInfo(path).fileName() + QStringLiteral(": ") + qt_error_string(error.value());
+}
 
 std::unique_ptr<QFileDialog> fileDialog(const QString& command, const QString& folder) {
     // The dialog that the command's dots announce has none in its title. A folder that is missing would be
@@ -93,8 +99,9 @@ void LayoutDialogs::exportLayout() {
 }
 
 void LayoutDialogs::writeTo(const QString& path) {
-    if (!services_.files.writeAtomically(path, services_.model.exportLayoutData())) {
-        showError(L::exportFailed(), QDir::toNativeSeparators(path));
+    std::error_code error;
+    if (!services_.files.writeAtomically(path, services_.model.exportLayoutData(), error)) {
+        showError(L::exportFailed(), failure(path, error));
     }
 }
 
@@ -108,9 +115,10 @@ void LayoutDialogs::importLayout() {
 }
 
 void LayoutDialogs::readFrom(const QString& path) {
-    const auto content = services_.files.readFile(path, largestFile);
-    if (!content && services_.files.fileSize(path).value_or(0) <= largestFile) {
-        showError(L::importFailed(), QDir::toNativeSeparators(path));
+    std::error_code error;
+    const auto content = services_.files.readFile(path, largestFile, error);
+    if (!content && error != std::errc::file_too_large) {
+        showError(L::importFailed(), failure(path, error));
     } else if (!content || services_.model.importLayout(*content)) {
         showError(L::importFailed(), InvalidLayoutFile::errorDescription());
     }

@@ -11,6 +11,9 @@ namespace amberquill {
 // Files and folders in memory, listed in the order in which they were made.
 class MemoryFileSystem final : public FileSystem {
 public:
+    using FileSystem::readFile;
+    using FileSystem::writeAtomically;
+
     void addFolder(const QString& path) { addEntry(path, true); }
     void addFile(const QString& path, const QByteArray& content = {}) {
         addEntry(path, false);
@@ -46,9 +49,19 @@ public:
         return names_.value(path, path.section(QLatin1Char('/'), -1));
     }
 
-    [[nodiscard]] std::optional<QByteArray> readFile(const QString& path, qint64 limit) const override {
+    [[nodiscard]] std::optional<QByteArray> readFile(const QString& path, qint64 limit,
+                                                     std::error_code& error) const override {
         const auto content = file(path);
-        return content && content->size() <= limit && !unreadable_.contains(path) ? content : std::nullopt;
+        if (!content) {
+            error = std::make_error_code(std::errc::no_such_file_or_directory);
+        } else if (unreadable_.contains(path)) {
+            error = std::make_error_code(std::errc::permission_denied);
+        } else if (content->size() > limit) {
+            error = std::make_error_code(std::errc::file_too_large);
+        } else {
+            return content;
+        }
+        return std::nullopt;
     }
 
     [[nodiscard]] std::optional<qint64> fileSize(const QString& path) const override {
@@ -56,8 +69,9 @@ public:
         return content ? std::optional<qint64>(content->size()) : std::nullopt;
     }
 
-    bool writeAtomically(const QString& path, const QByteArray& content) override {
+    bool writeAtomically(const QString& path, const QByteArray& content, std::error_code& error) override {
         if (refuseWrites_) {
+            error = std::make_error_code(std::errc::no_space_on_device);
             return false;
         }
         ++writes_;

@@ -1,5 +1,6 @@
 #include "window/LayoutDialogs.h"
 
+#include "localization/FrameworkLanguage.h"
 #include "localization/L.h"
 #include "support/ModelFixture.h"
 #include "window/ApplicationIcon.h"
@@ -9,6 +10,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTemporaryDir>
+#include <map>
 
 using namespace amberquill;
 using namespace Qt::StringLiterals;
@@ -121,7 +123,7 @@ TEST_F(LayoutDialogsTest, AnExportThatCannotBeWrittenIsSaid) {
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(box->icon(), QMessageBox::Warning);
     EXPECT_EQ(box->text(), L::exportFailed());
-    EXPECT_FALSE(box->informativeText().isEmpty());
+    EXPECT_EQ(box->informativeText(), u"layout.json: No space left on device"_s);
 }
 
 TEST_F(LayoutDialogsTest, AnImportIsConfirmedAndThenTaken) {
@@ -152,7 +154,32 @@ TEST_F(LayoutDialogsTest, AFileThatCannotBeReadIsSaid) {
     auto* box = shown<QMessageBox>();
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(box->text(), L::importFailed());
+    EXPECT_EQ(box->informativeText(), u"missing.json: No such file or directory"_s);
     EXPECT_TRUE(isUntouched());
+}
+
+TEST_F(LayoutDialogsTest, AFileThatMayNotBeReadIsSaidInTheInterfaceLanguage) {
+    files_.addFile(u"/desktop/locked.json"_s);
+    files_.makeUnreadable(u"/desktop/locked.json"_s);
+    const std::map<AppLanguage, QString> words = {
+        {AppLanguage::German, u"locked.json: Zugriff verweigert"_s},
+        {AppLanguage::Japanese, u"locked.json: 許可されていません"_s},
+        {AppLanguage::English, u"locked.json: Permission denied"_s},
+    };
+    FrameworkLanguage frameworks(preferences_);
+    for (const auto& [language, said] : words) {
+        L::setLanguage(language);
+        frameworks.apply(language);
+        dialogs_->importLayout();
+        choose(u"/desktop/locked.json"_s);
+        press(QMessageBox::AcceptRole);
+        auto* box = shown<QMessageBox>();
+        ASSERT_NE(box, nullptr);
+        EXPECT_EQ(box->text(), L::importFailed());
+        EXPECT_EQ(box->informativeText(), said);
+        press(QMessageBox::AcceptRole);
+        EXPECT_TRUE(isUntouched());
+    }
 }
 
 TEST_F(LayoutDialogsTest, AFileTooLargeForALayoutIsNone) {

@@ -45,6 +45,7 @@ bool isFolder(const QByteArray& path) {
     return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+// False: errno says why not.
 bool makeFolders(const QByteArray& path) {
     if (isFolder(path)) {
         return true;
@@ -52,8 +53,16 @@ bool makeFolders(const QByteArray& path) {
     if (path.size() <= 1 || !makeFolders(folderOf(path))) {
         return false;
     }
-    // Somebody else may make it at the same time: what counts is that it is there.
-    return ::mkdir(path.constData(), folderMode) == 0 || isFolder(path);
+    if (::mkdir(path.constData(), folderMode) == 0) {
+        return true;
+    }
+    if (errno != EEXIST) {
+        return false;
+    }
+    // Somebody else may have made it at the same time: what counts is that it is there.
+    const bool isThere = isFolder(path);
+    errno = ENOTDIR;
+    return isThere;
 }
 
 bool writeAll(int file, const QByteArray& content) {
@@ -77,6 +86,11 @@ void flushFolder(const QByteArray& folder) {
     }
 }
 
+// Why the last call of the system's failed.
+std::error_code lastError() {
+    return {errno, std::generic_category()};
+}
+
 // Renames without ever replacing a file: false with EEXIST where the name is taken.
 bool renameWithoutReplacing(const QByteArray& from, const QByteArray& to) {
     if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0) {
@@ -95,36 +109,44 @@ bool isUsablePath(const QString& path) {
     return path.startsWith(QLatin1Char('/')) && !path.contains(QChar::Null);
 }
 
-bool replaceFile(const QByteArray& path, const QByteArray& content) {
+std::error_code replaceFile(const QByteArray& path, const QByteArray& content) {
     const auto target = linkTarget(path);
-    if (!target || target->endsWith('/')) {
-        return false;
+    if (!target) {
+        return std::make_error_code(std::errc::too_many_symbolic_link_levels);
     }
     struct stat old = {};
     const bool replaces = ::stat(target->constData(), &old) == 0;
+    if (target->endsWith('/') || (replaces && S_ISDIR(old.st_mode))) {
+        return std::make_error_code(std::errc::is_a_directory);
+    }
     if (replaces && !S_ISREG(old.st_mode)) {
-        return false;
+        return std::make_error_code(std::errc::invalid_argument);
     }
     const QByteArray folder = folderOf(*target);
     if (!makeFolders(folder)) {
-        return false;
+        return lastError();
     }
     QByteArray temporary = folder + "/.amberquill-XXXXXX";
     FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
     if (!file.isOpen()) {
-        return false;
+        return lastError();
     }
     constexpr mode_t permissions = 07777;
-    const bool complete = writeAll(file.get(), content) &&
-                          (!replaces || ::fchmod(file.get(), old.st_mode & permissions) == 0) &&
-                          ::fsync(file.get()) == 0;
+    std::error_code error;
+    if (!writeAll(file.get(), content) ||
+        (replaces && ::fchmod(file.get(), old.st_mode & permissions) != 0) || ::fsync(file.get()) != 0) {
+        error = lastError();
+    }
     file.close();
-    if (!complete || ::rename(temporary.constData(), target->constData()) != 0) {
+    if (!error && ::rename(temporary.constData(), target->constData()) != 0) {
+        error = lastError();
+    }
+    if (error) {
         ::unlink(temporary.constData());
-        return false;
+        return error;
     }
     flushFolder(folder);
-    return true;
+    return {};
 }
 
 bool renameToFreeName(const QByteArray& path) {

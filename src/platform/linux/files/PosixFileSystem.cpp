@@ -6,6 +6,7 @@
 #include "platform/linux/files/Utf8.h"
 
 #include <QSet>
+#include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <fcntl.h>
@@ -97,13 +98,16 @@ QString PosixFileSystem::displayName(const QString& path) const {
     return name.size() > 1 ? name.mid(name.lastIndexOf(QLatin1Char('/')) + 1).toString() : name.toString();
 }
 
-std::optional<QByteArray> PosixFileSystem::readFile(const QString& path, qint64 limit) const {
+std::optional<QByteArray> PosixFileSystem::readFile(const QString& path, qint64 limit,
+                                                    std::error_code& error) const {
     if (!isUsablePath(path)) {
+        error = std::make_error_code(std::errc::no_such_file_or_directory);
         return std::nullopt;
     }
     QByteArray buffer;
     const auto content = readRegularFile(AT_FDCWD, path.toUtf8().constData(), limit, buffer);
     if (!content) {
+        error = {errno, std::generic_category()};
         return std::nullopt;
     }
     buffer.truncate(content->size());
@@ -118,8 +122,15 @@ std::optional<qint64> PosixFileSystem::fileSize(const QString& path) const {
     return status.st_size;
 }
 
-bool PosixFileSystem::writeAtomically(const QString& path, const QByteArray& content) {
-    return isUsablePath(path) && replaceFile(path.toUtf8(), content);
+bool PosixFileSystem::writeAtomically(const QString& path, const QByteArray& content,
+                                      std::error_code& error) {
+    const std::error_code failure = isUsablePath(path)
+                                        ? replaceFile(path.toUtf8(), content)
+                                        : std::make_error_code(std::errc::no_such_file_or_directory);
+    if (failure) {
+        error = failure;
+    }
+    return !failure;
 }
 
 bool PosixFileSystem::setAside(const QString& path) {

@@ -11,15 +11,19 @@ namespace amberquill::desktop {
 // a line of its own in the folder's `.hidden` file.
 class PosixFileSystem final : public FileSystem {
 public:
+    using FileSystem::readFile;
+    using FileSystem::writeAtomically;
+
     [[nodiscard]] std::optional<std::vector<FolderEntry>> listFolder(const QString& path) const override;
     [[nodiscard]] QString resolvingSymbolicLinks(const QString& path) const override;
     [[nodiscard]] QString displayName(const QString& path) const override;
-    [[nodiscard]] std::optional<QByteArray> readFile(const QString& path, qint64 limit) const override;
+    [[nodiscard]] std::optional<QByteArray> readFile(const QString& path, qint64 limit,
+                                                     std::error_code& error) const override;
 
     // New files can be read by the user alone (0600), new folders be entered by the user alone (0700); a file
     // that is replaced keeps its mode.
     [[nodiscard]] std::optional<qint64> fileSize(const QString& path) const override;
-    bool writeAtomically(const QString& path, const QByteArray& content) override;
+    bool writeAtomically(const QString& path, const QByteArray& content, std::error_code& error) override;
 
     // `layout.json` becomes `layout.json.unreadable-1`, or the next number that is free. Of a symbolic link,
     // what it points to is renamed.

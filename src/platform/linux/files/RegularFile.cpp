@@ -26,8 +26,15 @@ std::optional<QByteArrayView> readRegularFile(int folder, const char* path, qsiz
                                               QByteArray& buffer) {
     const FileDescriptor file(::openat(folder, path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     struct stat status = {};
-    if (!file.isOpen() || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
-        status.st_size > limit) {
+    if (!file.isOpen() || ::fstat(file.get(), &status) != 0) {
+        return std::nullopt;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+        return std::nullopt;
+    }
+    if (status.st_size > limit) {
+        errno = EFBIG;
         return std::nullopt;
     }
     const auto expected = static_cast<qsizetype>(status.st_size);
@@ -39,7 +46,11 @@ std::optional<QByteArrayView> readRegularFile(int folder, const char* path, qsiz
         }
         const qsizetype room = buffer.size() - size;
         const qsizetype got = readSome(file.get(), buffer.data() + size, room);
-        if (got < 0 || size + got > limit) {
+        if (got < 0) {
+            return std::nullopt;
+        }
+        if (size + got > limit) {
+            errno = EFBIG;
             return std::nullopt;
         }
         size += got;

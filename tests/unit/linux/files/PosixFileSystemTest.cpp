@@ -229,6 +229,25 @@ TEST_F(ReadFile, AFileThatMayNotBeReadIsNone) {
     EXPECT_EQ(files_.readFile(path, limit), std::nullopt);
 }
 
+TEST_F(ReadFile, TheReasonOfAFailureIsTold) {
+    openToAll();
+    const QString locked = tree_.write("locked", "content");
+    fs::permissions(tree_.at("locked"), fs::perms{0200});
+    const auto reason = [&](const QString& path, qint64 largest) {
+        std::error_code error;
+        EXPECT_EQ(files_.readFile(path, largest, error), std::nullopt);
+        return error;
+    };
+    EXPECT_EQ(reason(tree_.path("missing"), limit), std::errc::no_such_file_or_directory);
+    EXPECT_EQ(reason(u"relative"_s, limit), std::errc::no_such_file_or_directory);
+    EXPECT_EQ(reason(tree_.path(), limit), std::errc::is_a_directory);
+    EXPECT_EQ(reason(u"/dev/zero"_s, limit), std::errc::invalid_argument);
+    EXPECT_EQ(reason(tree_.write("large", "content"), 6), std::errc::file_too_large);
+    EXPECT_EQ(reason(u"/proc/self/status"_s, 10), std::errc::file_too_large);
+    const OrdinaryUser user;
+    EXPECT_EQ(reason(locked, limit), std::errc::permission_denied);
+}
+
 TEST_F(WriteAtomically, MissingFoldersAreMadeForTheUserAlone) {
     EXPECT_TRUE(files_.writeAtomically(tree_.path("a/b/file"), "content"));
     EXPECT_EQ(tree_.read("a/b/file"), "content");
@@ -338,6 +357,31 @@ TEST_F(WriteAtomically, WhereNothingMayBeWrittenNothingChanges) {
     }
     EXPECT_EQ(tree_.read("locked/file"), "old");
     EXPECT_EQ(namesIn(tree_.at("locked")), QStringList{u"file"_s});
+}
+
+TEST_F(WriteAtomically, TheReasonOfAFailureIsTold) {
+    openToAll();
+    tree_.write("locked/file", "old");
+    tree_.makeFolder("folder");
+    tree_.link("endless", "endless");
+    const auto reason = [&](const QString& path) {
+        std::error_code error;
+        EXPECT_FALSE(files_.writeAtomically(path, "new", error));
+        return error;
+    };
+    EXPECT_EQ(reason(u"/proc/nowhere/file"_s), std::errc::no_such_file_or_directory);
+    EXPECT_EQ(reason(tree_.path("folder")), std::errc::is_a_directory);
+    EXPECT_EQ(reason(tree_.path("endless")), std::errc::too_many_symbolic_link_levels);
+    EXPECT_EQ(reason(tree_.path("locked/file/below a file")), std::errc::not_a_directory);
+    EXPECT_EQ(reason(u"/dev/null"_s), std::errc::invalid_argument);
+    const OrdinaryUser user;
+    EXPECT_EQ(reason(tree_.path("locked/file")), std::errc::permission_denied);
+}
+
+TEST_F(WriteAtomically, ASuccessLeavesTheReasonAlone) {
+    std::error_code error;
+    EXPECT_TRUE(files_.writeAtomically(tree_.path("file"), "new", error));
+    EXPECT_FALSE(error);
 }
 
 TEST_F(Remove, AFileGoesAndOfALinkTheLinkItself) {
