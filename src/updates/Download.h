@@ -48,7 +48,7 @@ public:
     void start();
     void pause();
 
-    [[nodiscard]] bool isUnderWay() const { return request_ != nullptr; }
+    [[nodiscard]] bool isUnderWay() const { return request_ != nullptr || *isVerifying_; }
     [[nodiscard]] qint64 receivedBytes() const { return received_; }
     [[nodiscard]] qint64 length() const { return wanted_.length; }
 
@@ -66,14 +66,18 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] QString tagPath() const;
-    bool prepareFolder();
+    [[nodiscard]] bool prepareFolder() const;
     bool openFile();
+    bool startOver();
     void fetch();
     bool acceptHead(const HttpGet::Head& head);
+    bool acceptWhole(const HttpGet::Head& head);
     bool acceptBytes(const QByteArray& bytes);
-    void connectionFailed(FetchError error);
+    void ended();
+    void stopped();
     void verify();
-    void give(DownloadError error);
+    void refuse(DownloadError error);
+    void refuseLater(DownloadError error);
 
     MainQueue& queue_;
     QString folder_;
@@ -81,11 +85,11 @@ private:
     double silenceSeconds_;
     QString name_;
     std::unique_ptr<HttpGet> request_;
-    std::unique_ptr<QFile> file_;
+    std::unique_ptr<QFile> file_; // open while it is written to
     qint64 received_ = 0;
-    std::optional<DownloadError> refusal_; // why the body or the head was not wanted
-    bool startsOver_ = false;
-    std::shared_ptr<bool> isWanted_; // what a verification in the background finds when it comes back
+    std::optional<DownloadError> refusal_; // why an answer was not wanted
+    bool startsOver_ = false;              // an answer was not wanted because the server has another file now
+    std::shared_ptr<bool> isVerifying_ = std::make_shared<bool>(false); // false: nobody waits for it any more
 };
 
 } // namespace amberquill

@@ -34,7 +34,8 @@ struct TimeOuts {
 
 // One GET request (RFC 9110) and the redirects it leads to, none of which may leave what mayLeadTo() allows.
 // No cookies, no passwords, no caches; what is on this machine is not asked for through a proxy. Main thread
-// only. Its destruction ends the request; so may it itself be destroyed by what it calls.
+// only. Nothing is called before the event loop runs again. Its destruction ends the request; so may it
+// itself be destroyed by what it calls.
 class HttpGet final : public QObject {
     Q_OBJECT
 
@@ -74,21 +75,21 @@ private:
     void readHead();
     void readBody();
     void finish();
-    void follow();
+    void follow(const QUrl& address);
+    void watchSilence();
     void fail(FetchError error);
-    void expectMore();
-    void stop();
 
     MainQueue& queue_;
     Headers headers_;
     double silenceSeconds_;
     Callbacks callbacks_;
     std::unique_ptr<QNetworkAccessManager> network_;
-    std::unique_ptr<QNetworkReply, void (*)(QNetworkReply*)> reply_;
+    std::unique_ptr<QNetworkReply> reply_;
     QSet<QUrl> visited_;
     bool hasBegun_ = false;
     qint64 receivedBytes_ = 0;
     std::optional<qint64> expectedBytes_;
+    double heardAt_ = 0; // on the queue's clock
     DelayedWork silence_;
     DelayedWork whole_;
 };

@@ -42,7 +42,7 @@ public:
         installed,   // the new program waits for a restart
     };
 
-    // All of it outlives the updater.
+    // All of it outlives the updater, and the installer the queue's background work too.
     struct Services {
         MainQueue& queue;
         Preferences& preferences;
@@ -64,7 +64,8 @@ public:
     Updater(const Updater&) = delete;
     Updater& operator=(const Updater&) = delete;
 
-    // From now on checks are made by themselves, where that is wanted. Fetches nothing at once.
+    // From now on checks are made by themselves, where that is wanted: one a day after the last, or the first
+    // within the hour; while the user is busy, later. Fetches nothing at once.
     void start();
 
     // Whether checks are made by themselves: kept in the preferences, on where nothing is kept. Without a
@@ -95,28 +96,34 @@ public:
 private:
     void schedule();
     void lookAtDate();
-    [[nodiscard]] double secondsUntilCheck() const;
+    [[nodiscard]] double secondsUntilDue() const;
+    void wakeAfter(double seconds);
     void check(UpdateCheck check);
-    void feedArrived(Fetched fetched);
-    void decide(const std::vector<FeedItem>& items);
+    void feedArrived(const Fetched& fetched);
+    void decide(const std::optional<std::vector<FeedItem>>& items);
     void showFound();
     void refuse(UpdateError error);
-    void downloadFailed(DownloadError error);
+    void download();
     void stage();
     void staged(const std::optional<QString>& version);
     void replaced(bool done);
+    void awaitRestart();
     void endSession();
+    template<typename Task, typename Then>
+    void compute(Task task, Then then);
 
     Services services_;
     Fetch fetch_;
     State state_ = State::idle;
     UpdateCheck check_ = UpdateCheck::scheduled;
-    std::optional<FeedItem> update_;
+    FeedItem update_;                   // from `found` on
+    std::optional<FeedItem> installed_; // what has taken this program's place
     std::optional<UpdateError> error_;
     std::unique_ptr<Download> download_;
-    DelayedWork timer_;
-    DelayedWork retry_;
-    double delay_ = 0; // of the next check, by the spread
+    DelayedWork timer_;              // of the next check
+    DelayedWork retry_;              // of showing what was found
+    std::chrono::sys_seconds due_{}; // of the next check
+    unsigned session_ = 0;           // tells what comes back from the background that its time is over
     bool isStarted_ = false;
     bool isShown_ = false; // the user interface has something on the screen
 };

@@ -13,7 +13,6 @@ struct UpdateOffer {
     FeedItem item;
     QString installedVersion; // as shown to people
     InstallKind installKind = InstallKind::other;
-    qint64 receivedBytes = 0; // what has come of it by an earlier attempt
 
     // Where to read about it or get it by hand: its page, else the page with its notes; invalid: nowhere.
     [[nodiscard]] QUrl page() const {
