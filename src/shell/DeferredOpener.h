@@ -17,6 +17,10 @@ public:
     void open(const QString& path, const QString& token, std::function<void(bool started)> done) override {
         opener().open(path, token, std::move(done));
     }
+    void openPage(const QUrl& address, const QString& token,
+                  std::function<void(bool started)> done) override {
+        opener().openPage(address, token, std::move(done));
+    }
 
     // Makes the opener now, while nobody waits for it.
     void prepare() { opener(); }

@@ -62,6 +62,7 @@ public:
         opened.append(path + u' ' + token);
         done(succeeds);
     }
+    void openPage(const QUrl&, const QString&, std::function<void(bool)> done) override { done(false); }
 
     bool succeeds = true;
     QStringList opened;

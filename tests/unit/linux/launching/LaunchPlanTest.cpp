@@ -188,6 +188,26 @@ TEST_F(LaunchPlanTest, AnythingElseIsNoApplication) {
     EXPECT_FALSE(plan({}));
 }
 
+TEST_F(LaunchPlanTest, APageOfTheWebGoesToTheDesktopsOpener) {
+    EXPECT_FALSE(planPage(QUrl(u"https://example.org/"_s), context_)) << "the desktop has none";
+    const QString program = files_.write(u"bin/xdg-open"_s, "", true);
+    const auto made = planPage(QUrl(u"https://example.org/a b?c=d#e"_s), context_);
+    ASSERT_TRUE(made && made->command);
+    EXPECT_EQ(*made->command,
+              (Command{program, {u"xdg-open"_s, u"https://example.org/a%20b?c=d#e"_s}, files_.home()}));
+    EXPECT_EQ(made->entryPath, QString());
+    EXPECT_FALSE(made->bus);
+}
+
+TEST_F(LaunchPlanTest, OnlyPagesOfTheWebThatAreSecureAreOpened) {
+    files_.write(u"bin/xdg-open"_s, "", true);
+    for (const QString& address :
+         {u"http://example.org/"_s, u"file:///etc/passwd"_s, u"/bin/sh"_s, u"https:"_s, u"https:///path"_s,
+          u"javascript:alert(1)"_s, u"--help"_s, u""_s}) {
+        EXPECT_FALSE(planPage(QUrl(address), context_)) << address.toStdString();
+    }
+}
+
 TEST(LaunchContext, ComesFromTheEnvironment) {
     const Environment environment = [](const char* name) -> std::optional<QByteArray> {
         const QHash<QByteArray, QByteArray> variables{

@@ -45,7 +45,7 @@ QSet<QByteArray> childProcesses() {
 class LinuxApplicationOpenerTest : public testing::Test {
 protected:
     StartState start() const {
-        return {StartEnvironment({"HOME=" + files_.home().toUtf8(), "PATH=/usr/bin:/bin",
+        return {StartEnvironment({"HOME=" + files_.home().toUtf8(), "PATH=" + programFolders_,
                                   "XDG_ACTIVATION_TOKEN=ours", "NOTIFY_SOCKET=/x", "KEPT=yes"}),
                 StartLimits::capture()};
     }
@@ -79,6 +79,7 @@ protected:
     }
 
     LaunchFiles files_;
+    QByteArray programFolders_ = "/usr/bin:/bin";
     EventLoopQueue queue_;
     NotificationsTakenDown notifications_;
     std::unique_ptr<LinuxApplicationOpener> opener_;
@@ -139,6 +140,24 @@ TEST_F(LinuxApplicationOpenerTest, ABundleIsRun) {
     ASSERT_TRUE(report);
     EXPECT_EQ(report->variables.value("XDG_ACTIVATION_TOKEN"), "a-token");
     EXPECT_FALSE(report->variables.contains("GIO_LAUNCHED_DESKTOP_FILE"));
+}
+
+TEST_F(LinuxApplicationOpenerTest, APageIsHandedToTheDesktopsOpener) {
+    const QString script = u"#!/bin/sh\nexec %1 \"$@\"\n"_s.arg(reporterLine(reportPath(), {}));
+    files_.write(u"xdg-open"_s, script.toUtf8(), true);
+    programFolders_ = files_.home().toUtf8() + ":/usr/bin:/bin";
+    makeOpener();
+    opener_->openPage(QUrl(u"https://example.org/1"_s), {}, [this](bool started) { results_ += started; });
+    EXPECT_EQ(result(), true);
+    const auto report = awaitReport(reportPath());
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->arguments, QStringList{u"https://example.org/1"_s});
+}
+
+TEST_F(LinuxApplicationOpenerTest, APageOfAnotherSchemeIsNotOpened) {
+    makeOpener();
+    opener_->openPage(QUrl(u"file:///etc/passwd"_s), {}, [this](bool started) { results_ += started; });
+    EXPECT_EQ(result(), false);
 }
 
 TEST_F(LinuxApplicationOpenerTest, WhatCannotBeReadFails) {

@@ -99,4 +99,20 @@ std::optional<LaunchPlan> planLaunch(const QString& path, const LaunchContext& c
     return std::nullopt;
 }
 
+std::optional<LaunchPlan> planPage(const QUrl& address, const LaunchContext& context) {
+    if (!address.isValid() || address.scheme() != u"https"_s || address.host().isEmpty()) {
+        return std::nullopt;
+    }
+    const QString name = u"xdg-open"_s;
+    const std::optional<QString> program = findProgram(name, context.entries.programFolders, context.home);
+    if (!program) {
+        return std::nullopt;
+    }
+    LaunchPlan plan;
+    plan.applicationId = name;
+    plan.name = name;
+    plan.command = Command{*program, {name, address.toString(QUrl::FullyEncoded)}, context.home};
+    return plan;
+}
+
 } // namespace amberquill::desktop

@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QUrl>
 #include <optional>
 
 namespace amberquill::desktop {
@@ -43,5 +44,9 @@ struct LaunchContext {
 // Reads the application at `path`, a desktop file or a bundle, and works out how to open it. None: it cannot
 // be opened. Reads the disk; any thread.
 [[nodiscard]] std::optional<LaunchPlan> planLaunch(const QString& path, const LaunchContext& context);
+
+// The same for a page of the web, which the desktop's `xdg-open` takes to the user's browser. None also for
+// an address that is not one of https. Reads the disk; any thread.
+[[nodiscard]] std::optional<LaunchPlan> planPage(const QUrl& address, const LaunchContext& context);
 
 } // namespace amberquill::desktop

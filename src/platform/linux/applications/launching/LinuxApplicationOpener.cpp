@@ -55,19 +55,35 @@ LinuxApplicationOpener::LinuxApplicationOpener(StartState start, QDBusConnection
     , queue_(queue) {}
 
 void LinuxApplicationOpener::open(const QString& path, const QString& token, Done done) {
-    queue_.compute([path, context = context_] { return planLaunch(path, context); },
-                   [this, life = std::weak_ptr(life_), path, token,
-                    done = std::move(done)](const std::optional<LaunchPlan>& plan) {
-                       if (life.expired()) {
-                           return;
-                       }
-                       if (!plan) {
-                           qCDebug(log) << "cannot be opened:" << path;
-                           done(false);
-                           return;
-                       }
-                       carryOut(*plan, token, done);
-                   });
+    planAndCarryOut(
+        [path, context = context_] {
+            auto plan = planLaunch(path, context);
+            if (!plan) {
+                qCDebug(log) << "cannot be opened:" << path;
+            }
+            return plan;
+        },
+        token, std::move(done));
+}
+
+void LinuxApplicationOpener::openPage(const QUrl& address, const QString& token, Done done) {
+    planAndCarryOut([address, context = context_] { return planPage(address, context); }, token,
+                    std::move(done));
+}
+
+void LinuxApplicationOpener::planAndCarryOut(std::function<std::optional<LaunchPlan>()> plan,
+                                             const QString& token, Done done) {
+    queue_.compute(std::move(plan), [this, life = std::weak_ptr(life_), token,
+                                     done = std::move(done)](const std::optional<LaunchPlan>& made) {
+        if (life.expired()) {
+            return;
+        }
+        if (made) {
+            carryOut(*made, token, done);
+        } else {
+            done(false);
+        }
+    });
 }
 
 void LinuxApplicationOpener::carryOut(const LaunchPlan& plan, const QString& token, Done done) {

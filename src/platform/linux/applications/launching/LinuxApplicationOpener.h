@@ -8,7 +8,9 @@
 #include "platform/linux/applications/launching/StartupNotifications.h"
 
 #include <QDBusConnection>
+#include <functional>
 #include <memory>
+#include <optional>
 
 namespace amberquill {
 class MainQueue;
@@ -30,10 +32,12 @@ public:
                            MainQueue& queue);
 
     void open(const QString& path, const QString& token, std::function<void(bool started)> done) override;
+    void openPage(const QUrl& address, const QString& token, std::function<void(bool started)> done) override;
 
 private:
     using Done = std::function<void(bool started)>;
 
+    void planAndCarryOut(std::function<std::optional<LaunchPlan>()> plan, const QString& token, Done done);
     void carryOut(const LaunchPlan& plan, const QString& token, Done done);
     void run(const LaunchPlan& plan, const QString& token, Done done);
 
