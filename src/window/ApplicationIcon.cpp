@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPixmap>
 #include <QSvgRenderer>
+#include <cmath>
 
 // Qt's macro for resources works in no namespace.
 static void loadIcon() {
@@ -25,6 +26,12 @@ QImage applicationPicture(int edge) {
     QPainter painter(&image);
     renderer.render(&painter);
     return image;
+}
+
+QPixmap applicationPixmap(int edge, double devicePixelRatio) {
+    QImage picture = applicationPicture(static_cast<int>(std::lround(edge * devicePixelRatio)));
+    picture.setDevicePixelRatio(devicePixelRatio);
+    return QPixmap::fromImage(picture);
 }
 
 QIcon applicationIcon() {

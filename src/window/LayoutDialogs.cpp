@@ -3,6 +3,7 @@
 #include "localization/L.h"
 #include "platform/FileSystem.h"
 #include "window/ApplicationIcon.h"
+#include "window/DialogPresentation.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -10,8 +11,6 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QWindow>
-#include <cmath>
 #include <memory>
 #include <system_error>
 #include <utility>
@@ -63,16 +62,7 @@ void LayoutDialogs::open(QDialog* dialog) {
         dialog_->close(); // not deleted at once: its answer may be what opens this one
     }
     dialog_ = dialog;
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setWindowModality(Qt::ApplicationModal);
-    dialog->setWindowFlag(Qt::WindowStaysOnTopHint);
-    dialog->winId(); // makes the window, whose parent can be told now
-    if (QWindow* below = services_.above()) {
-        dialog->windowHandle()->setTransientParent(below);
-    }
-    dialog->show();
-    dialog->raise();
-    dialog->activateWindow();
+    presentDialog(*dialog, services_.above(), DialogAttention::Demanded);
 }
 
 void LayoutDialogs::ask(const QString& message, const QString& informativeText, const QString& accept,
@@ -129,10 +119,7 @@ void LayoutDialogs::showAbout(const std::function<void()>& closed) {
                                              QMessageBox::Ok);
     box->setTextFormat(Qt::PlainText);
     box->setInformativeText(QCoreApplication::applicationVersion());
-    const double ratio = box->devicePixelRatio();
-    QImage picture = applicationPicture(static_cast<int>(std::lround(aboutPicture * ratio)));
-    picture.setDevicePixelRatio(ratio);
-    box->setIconPixmap(QPixmap::fromImage(picture));
+    box->setIconPixmap(applicationPixmap(aboutPicture, box->devicePixelRatio()));
     connect(box.get(), &QObject::destroyed, this, closed);
     open(box.release());
 }
