@@ -1,0 +1,7 @@
+#include "support/OffscreenMain.h"
+
+#include <QApplication>
+
+int main(int argc, char** argv) {
+    return amberquill::runOffscreen<QApplication>(argc, argv);
+}
