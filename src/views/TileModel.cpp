@@ -2,9 +2,22 @@
 
 #include "motion/Timeline.h"
 
+#include <QSet>
 #include <algorithm>
+#include <iterator>
 
 namespace amberquill {
+
+namespace {
+
+// Rows that are made in one turn of the event loop: a frame stays well below the time of a display's.
+constexpr int madeAtOnce = 6;
+
+bool holds(const std::vector<int>& pages, int page) {
+    return std::binary_search(pages.begin(), pages.end(), page);
+}
+
+} // namespace
 
 TileModel::TileModel(LauncherModel& model, QObject* parent)
     : TileRows(parent)
@@ -19,6 +32,7 @@ TileModel::TileModel(LauncherModel& model, QObject* parent)
     connect(&model, &LauncherModel::presentedChanged, this, &TileModel::settleWhenAtRest);
     connect(&model, &LauncherModel::sizeChanged, this, &TileModel::relayout);
     connect(&model, &LauncherModel::gridChanged, this, &TileModel::relayout);
+    connect(&settling_, &QTimer::timeout, this, &TileModel::settle);
     connect(&Timeline::shared(), &Timeline::stopped, this, &TileModel::settleWhenAtRest);
     relayout();
 }
@@ -30,32 +44,48 @@ void TileModel::relayout() {
 
 void TileModel::refresh() {
     const int page = model_.page();
-    const int last = model_.displayedPageCount() - 1;
-    std::erase_if(pages_, [last](int each) { return each > last; });
-    if (!std::binary_search(pages_.begin(), pages_.end(), page)) {
-        pages_.insert(std::upper_bound(pages_.begin(), pages_.end(), page), page);
+    const auto isBeyondTheLast = [last = model_.displayedPageCount() - 1](int each) { return each > last; };
+    std::erase_if(whole_, isBeyondTheLast);
+    std::erase_if(begun_, isBeyondTheLast);
+    if (!holds(whole_, page)) {
+        whole_.insert(std::upper_bound(whole_.begin(), whole_.end(), page), page);
+        std::erase(begun_, page);
     }
-    become(rowsOf(pages_));
+    become(rowsThere());
     settleWhenAtRest();
 }
 
-// Neighbours are made, and pages left behind dropped, in a moment of their own: never in the middle of a
+// Neighbours are made, and pages left behind dropped, in moments of their own: never in the middle of a
 // change, never while something moves.
 void TileModel::settleWhenAtRest() {
-    if (settlePosted_ || pages_ == pagesAtRest()) {
-        return;
+    if (whole_ != pagesAtRest()) {
+        settling_.start();
     }
-    settlePosted_ = true;
-    QMetaObject::invokeMethod(this, &TileModel::settle, Qt::QueuedConnection);
 }
 
 void TileModel::settle() {
-    settlePosted_ = false;
+    const std::vector<int> wanted = pagesAtRest();
     if (!Timeline::shared().isIdle() || !model_.presented()) {
-        return; // the timeline tells when all rests
+        settling_.stop(); // the timeline tells when all rests
+        return;
     }
-    pages_ = pagesAtRest();
-    become(rowsOf(pages_));
+    const auto isLeftBehind = [&wanted](int page) { return !holds(wanted, page); };
+    if (std::erase_if(whole_, isLeftBehind) + std::erase_if(begun_, isLeftBehind) > 0) {
+        become(rowsThere());
+    } else {
+        begun_.clear();
+        std::set_difference(wanted.begin(), wanted.end(), whole_.begin(), whole_.end(),
+                            std::back_inserter(begun_));
+        int room = madeAtOnce;
+        become(rowsWith(room));
+        if (room > 0) {
+            whole_ = wanted;
+            begun_.clear();
+        }
+    }
+    if (whole_ == wanted) {
+        settling_.stop();
+    }
 }
 
 std::vector<int> TileModel::pagesAtRest() const {
@@ -67,7 +97,35 @@ std::vector<int> TileModel::pagesAtRest() const {
     return pages;
 }
 
-std::vector<TileModel::Row> TileModel::rowsOf(const std::vector<int>& pages) const {
+std::vector<TileModel::Row> TileModel::rowsWith(int& room) const {
+    std::vector<int> pages;
+    std::merge(whole_.begin(), whole_.end(), begun_.begin(), begun_.end(), std::back_inserter(pages));
+    QSet<QString> present;
+    if (!begun_.empty()) {
+        for (const Row& row : rows()) {
+            present.insert(row.id);
+        }
+    }
+    std::vector<Row> result;
+    for (const int page : pages) {
+        const bool isWhole = holds(whole_, page);
+        for (Row& row : rowsOf(page)) {
+            const bool isThere = isWhole || present.contains(row.id);
+            if (isThere || room > 0) {
+                room -= isThere ? 0 : 1;
+                result.push_back(std::move(row));
+            }
+        }
+    }
+    return result;
+}
+
+std::vector<TileModel::Row> TileModel::rowsThere() const {
+    int none = 0;
+    return rowsWith(none);
+}
+
+std::vector<TileModel::Row> TileModel::rowsOf(int page) const {
     std::vector<Row> rows;
     const GridMetrics metrics = model_.metrics();
     if (metrics.size.width() <= 0) {
@@ -76,26 +134,24 @@ std::vector<TileModel::Row> TileModel::rowsOf(const std::vector<int>& pages) con
     const LaunchItems& items = model_.displayedItems();
     const int slots = metrics.slotsPerPage();
     const QString dragged = model_.drag() ? model_.drag()->id : QString();
-    for (const int page : pages) {
-        const QPointF pageStart(page * metrics.size.width(), 0);
-        for (int slot = 0; slot < slots; ++slot) {
-            const auto index = static_cast<std::size_t>(page) * static_cast<std::size_t>(slots) +
-                               static_cast<std::size_t>(slot);
-            if (index >= items.size()) {
-                break;
-            }
-            const LaunchItem& item = items[index];
-            const QPointF corner = pageStart + metrics.tileRect(metrics.cellCenter(slot)).topLeft();
-            const QString id = item.id();
-            rows.push_back({.id = id,
-                            .item = item,
-                            .name = model_.name(item),
-                            .place = snapped(corner, devicePixelRatio()),
-                            .pressed = id == model_.pressedID(),
-                            .mergeTarget = id == model_.mergeTargetID(),
-                            .highlighted = index == 0 && model_.isSearching(),
-                            .dragged = id == dragged});
+    const QPointF pageStart(page * metrics.size.width(), 0);
+    for (int slot = 0; slot < slots; ++slot) {
+        const auto index =
+            static_cast<std::size_t>(page) * static_cast<std::size_t>(slots) + static_cast<std::size_t>(slot);
+        if (index >= items.size()) {
+            break;
         }
+        const LaunchItem& item = items[index];
+        const QPointF corner = pageStart + metrics.tileRect(metrics.cellCenter(slot)).topLeft();
+        const QString id = item.id();
+        rows.push_back({.id = id,
+                        .item = item,
+                        .name = model_.name(item),
+                        .place = snapped(corner, devicePixelRatio()),
+                        .pressed = id == model_.pressedID(),
+                        .mergeTarget = id == model_.mergeTargetID(),
+                        .highlighted = index == 0 && model_.isSearching(),
+                        .dragged = id == dragged});
     }
     return rows;
 }

@@ -3,6 +3,7 @@
 #include "model/LauncherModel.h"
 #include "views/TileRows.h"
 
+#include <QTimer>
 #include <QtQml/qqmlregistration.h>
 #include <vector>
 
@@ -10,7 +11,8 @@ namespace amberquill {
 
 // The tiles of the pages. They stand on a strip on which page n begins n content widths from its left end;
 // turning a page moves the strip. While something moves, the pages that were there stay and only the one
-// turned to is made; once all rests, the rows are those of the page shown and its two neighbours.
+// turned to is made; once all rests, the rows become those of the page shown and its two neighbours, a few in
+// each turn of the event loop.
 class TileModel : public amberquill::TileRows {
     Q_OBJECT
     QML_ELEMENT
@@ -22,6 +24,8 @@ public:
     explicit TileModel(LauncherModel& model, QObject* parent = nullptr);
 
     [[nodiscard]] QPointF gridCenter() const { return model_.metrics().gridRect().center(); }
+    // Whether no more rows are to be made or dropped as long as nothing changes.
+    [[nodiscard]] bool isSettled() const { return !settling_.isActive(); }
 
 private:
     void refresh();
@@ -29,11 +33,16 @@ private:
     void settleWhenAtRest();
     void relayout() override;
     [[nodiscard]] std::vector<int> pagesAtRest() const;
-    [[nodiscard]] std::vector<Row> rowsOf(const std::vector<int>& pages) const;
+    [[nodiscard]] std::vector<Row> rowsOf(int page) const;
+    // The rows of the pages that are whole or begun: those that are there, and of those that are missing as
+    // many as there is room for. Afterwards `room` is what is left of it.
+    [[nodiscard]] std::vector<Row> rowsWith(int& room) const;
+    [[nodiscard]] std::vector<Row> rowsThere() const;
 
     LauncherModel& model_;
-    std::vector<int> pages_; // those whose tiles are rows now, ascending
-    bool settlePosted_ = false;
+    std::vector<int> whole_; // the pages whose tiles are all rows now, ascending
+    std::vector<int> begun_; // those of which only some may be, ascending
+    QTimer settling_;
 };
 
 } // namespace amberquill

@@ -29,7 +29,7 @@ class Dialogs(OnX11):
         """No dialog any more, and the launcher is still up with the focus."""
         self.expect_no_other_window(launcher)
         self.assertEqual(self.session.windows_of_class(WINDOW_CLASS), [self.window])
-        until(lambda: self.session.focused_window() == self.window, "the focus")
+        self.expect_focus()
 
     def expect_above(self, dialog):
         stack = self.session.property("root", "_NET_CLIENT_LIST_STACKING").split(", ")

@@ -17,7 +17,7 @@ class Faults(OnX11):
 
     def expect_shown(self):
         self.window = self.session.window_of_class(WINDOW_CLASS)
-        until(lambda: self.session.focused_window() == self.window, "the focus")
+        self.expect_focus()
 
     def test_an_application_that_has_just_gone_beeps_and_the_launcher_works_on(self):
         launcher = self.begin_shown_launcher(self.made)

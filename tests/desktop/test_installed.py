@@ -54,7 +54,7 @@ class InstalledCase(OnX11):
 
     def expect_active(self):
         self.window = self.session.window_of_class(WINDOW_CLASS)
-        until(lambda: self.session.focused_window() == self.window, "the focus")
+        self.expect_focus()
 
     def expect_end(self, pid):
         """Asks the process to end, as a session does, and waits until it has let go of the name."""

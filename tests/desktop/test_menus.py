@@ -30,7 +30,7 @@ class Menus(OnX11):
 
     def expect_still_up(self):
         self.assertEqual(self.session.windows_of_class(WINDOW_CLASS), [self.window])
-        until(lambda: self.session.focused_window() == self.window, "the focus")
+        self.expect_focus()
         self.expect_page(self.made)
 
     def test_the_button_shows_it_at_the_pointer_and_escape_closes_it_alone(self):

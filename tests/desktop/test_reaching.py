@@ -183,7 +183,7 @@ class ByTheChord(OnX11):
 
     def expect_active(self):
         self.window = self.session.window_of_class(WINDOW_CLASS)
-        until(lambda: self.session.focused_window() == self.window, "the focus")
+        self.expect_focus()
 
     def begin_other_window(self):
         """A window of another program that has the focus."""

@@ -84,6 +84,7 @@ INSTANTIATE_TEST_SUITE_P(Sizes, StatesTest,
 
 TEST_P(StatesTest, EachTileHasItsRectangle) {
     showWith(80);
+    settle();
     const GridMetrics metrics = model_->metrics();
     int slot = 0;
     for (const QQuickItem* tile : drawn(u"IconTile"_s)) {

@@ -142,9 +142,13 @@ public:
         return nullptr;
     }
 
-    // Until everything rests and every icon is there.
+    // Until everything rests, the neighbours of the page shown are made and every icon is there.
     void settle() {
         advance(2);
+        const auto* tiles = window_->rootObject()->property("tiles").value<TileModel*>();
+        do {
+            QCoreApplication::processEvents();
+        } while (!tiles->isSettled());
         finishIcons();
     }
 

@@ -81,7 +81,9 @@ class X11Session(Session):
     # What a person does.
 
     def move_pointer(self, x, y):
-        self.run("xdotool", "mousemove", "--sync", x, y)
+        # Its "--sync" waits for the pointer to leave its place, and long for one that is there already. The server has
+        # moved it anyway before it hears from anybody else.
+        self.run("xdotool", "mousemove", x, y)
 
     def click(self, x, y, button=1):
         self.move_pointer(x, y)
@@ -91,10 +93,7 @@ class X11Session(Session):
         """Presses the button there and moves a little, as a hand that begins to drag."""
         self.move_pointer(x, y)
         self.run("xdotool", "mousedown", 1)
-        self.drag_to(x + 8, y + 3)
-
-    def drag_to(self, x, y):
-        self.run("xdotool", "mousemove", x, y)
+        self.move_pointer(x + 8, y + 3)
 
     def drop(self):
         self.run("xdotool", "mouseup", 1)

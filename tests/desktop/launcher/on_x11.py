@@ -15,8 +15,12 @@ class OnX11(LauncherTestCase):
         launcher = self.begin_launcher()
         self.window = self.session.window_of_class(WINDOW_CLASS)
         self.expect_page(applications)
-        until(lambda: self.session.focused_window() == self.window, "the focus")
+        self.expect_focus()
         return launcher
+
+    def expect_focus(self):
+        """Waits until the launcher has the focus."""
+        until(lambda: self.session.focused_window() == self.window, "the launcher's focus")
 
     def other_windows(self, launcher):
         """Its menus, dialogs and tool tips on the screen."""
