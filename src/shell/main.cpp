@@ -41,11 +41,15 @@
 #include <QQuickWindow>
 #include <QStyleHints>
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <future>
 #include <optional>
+#include <string_view>
 #include <unistd.h>
 
 using namespace amberquill;
+using namespace std::string_view_literals;
 
 namespace {
 
@@ -82,6 +86,10 @@ void carryOut(const desktop::ApplicationRequest& request, AppDelegate& delegate)
 } // namespace
 
 int main(int argc, char* argv[]) {
+    // Asked by what is about to put this program in an older one's place, too.
+    if (std::any_of(argv, argv + argc, [](const char* text) { return text == "--version"sv; })) {
+        return std::puts("Amberquill " AMBERQUILL_VERSION) < 0 ? EXIT_FAILURE : EXIT_SUCCESS;
+    }
     // First of all, before anything changes the environment that applications are started with.
     const auto start = desktop::StartState::capture();
     const desktop::Environment environment = start.environment.lookup();

@@ -3,6 +3,7 @@
 import configparser
 import gzip
 import os
+import plistlib
 import re
 import struct
 import subprocess
@@ -19,6 +20,7 @@ LANGUAGES = ("de", "es", "fr", "it", "ja", "zh")
 
 FILES = {
     "bin/amberquill",
+    "share/amberquill/Info.plist",
     f"share/applications/{ID}.desktop",
     f"share/dbus-1/services/{ID}.service",
     "share/doc/amberquill/changelog.gz",
@@ -71,6 +73,13 @@ class Installation(unittest.TestCase):
 
     def test_the_program_is_executable(self):
         self.assertTrue(os.access(self.prefix / "bin/amberquill", os.X_OK))
+
+    def test_the_program_and_its_information_say_this_version(self):
+        version = re.search(r"VERSION ([\d.]+)\n", (SOURCE / "CMakeLists.txt").read_text(encoding="utf-8"))[1]
+        self.assertEqual(output_of(self.prefix / "bin/amberquill", "--version"), (0, f"Amberquill {version}\n"))
+        information = plistlib.loads((self.prefix / "share/amberquill/Info.plist").read_bytes())
+        self.assertEqual(information["CFBundleShortVersionString"], version)
+        self.assertEqual(information["CFBundleVersion"], version)
 
     def test_the_entry_is_valid(self):
         self.assertEqual(output_of("desktop-file-validate", self.entry_path), (0, ""))

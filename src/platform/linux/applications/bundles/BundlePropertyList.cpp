@@ -6,6 +6,7 @@
 #include "platform/linux/files/Utf8.h"
 
 #include <cstdint>
+#include <cstdlib>
 #include <fcntl.h>
 #include <memory>
 #include <plist/plist.h>
@@ -35,8 +36,7 @@ List parseDictionary(QByteArrayView bytes) {
     return list && plist_get_node_type(list.get()) == PLIST_DICT ? std::move(list) : List();
 }
 
-QString textOf(const List& list, const char* key) {
-    auto* const value = plist_dict_get_item(list.get(), key);
+QString textOf(plist_t value) {
     if (value == nullptr || plist_get_node_type(value) != PLIST_STRING) {
         return {};
     }
@@ -45,6 +45,10 @@ QString textOf(const List& list, const char* key) {
     const char* const text = plist_get_string_ptr(value, &size);
     const QByteArrayView bytes(text, text == nullptr ? 0 : static_cast<qsizetype>(size));
     return bytes.isValidUtf8() && !bytes.contains('\0') ? textOfUtf8(bytes) : QString();
+}
+
+QString textOf(const List& list, const char* key) {
+    return textOf(plist_dict_get_item(list.get(), key));
 }
 
 // A name in the bundle's own folders, which a path could lead out of.
@@ -71,6 +75,29 @@ std::optional<BundlePropertyList> parseBundlePropertyList(QByteArrayView bytes) 
     result.executable = firstOf(fileNameOf(list, "CFBundleExecutable"), fileNameOf(list, "NSExecutable"));
     result.iconFile = firstOf(fileNameOf(list, "CFBundleIconFile"), fileNameOf(list, "NSIcon"));
     return result;
+}
+
+std::optional<QHash<QString, QString>> propertyListTexts(QByteArrayView bytes) {
+    const List list = parseDictionary(bytes);
+    if (!list) {
+        return std::nullopt;
+    }
+    QHash<QString, QString> texts;
+    plist_dict_iter position = nullptr;
+    plist_dict_new_iter(list.get(), &position);
+    const std::unique_ptr<void, decltype(&std::free)> freed(position, &std::free);
+    while (true) {
+        char* key = nullptr;
+        plist_t value = nullptr;
+        plist_dict_next_item(list.get(), position, &key, &value);
+        const std::unique_ptr<char, decltype(&std::free)> freedKey(key, &std::free);
+        if (value == nullptr) {
+            return texts;
+        }
+        if (plist_get_node_type(value) == PLIST_STRING && key != nullptr) {
+            texts.insert(QString::fromUtf8(key), textOf(value));
+        }
+    }
 }
 
 std::optional<BundlePropertyList> readBundlePropertyList(const QString& bundlePath) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArrayView>
+#include <QHash>
 #include <QString>
 #include <optional>
 
@@ -25,5 +26,8 @@ struct BundlePropertyList {
 
 // The same of the list's bytes; `folder` stays empty and `gnustep` false.
 [[nodiscard]] std::optional<BundlePropertyList> parseBundlePropertyList(QByteArrayView bytes);
+
+// Everything in a list's bytes that is text, by its key. None: as above.
+[[nodiscard]] std::optional<QHash<QString, QString>> propertyListTexts(QByteArrayView bytes);
 
 } // namespace amberquill::desktop

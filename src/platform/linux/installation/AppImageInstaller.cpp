@@ -1,0 +1,236 @@
+#include "platform/linux/installation/AppImageInstaller.h"
+
+#include "platform/linux/files/FileDescriptor.h"
+#include "platform/linux/files/FolderReader.h"
+#include "platform/linux/installation/ProgramVersion.h"
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <spawn.h>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace amberquill::desktop {
+namespace {
+
+// What the image says to the program that it starts, and would say anew.
+constexpr std::array<std::string_view, 4> saidByImage = {"APPIMAGE=", "APPDIR=", "ARGV0=", "OWD="};
+
+QByteArray valueOf(const std::vector<QByteArray>& environment, const QByteArray& name) {
+    for (const QByteArray& entry : environment) {
+        if (entry.startsWith(name + '=')) {
+            return entry.mid(name.size() + 1);
+        }
+    }
+    return {};
+}
+
+QByteArray folderOf(const QByteArray& path) {
+    return path.left(std::max<qsizetype>(path.lastIndexOf('/'), 1));
+}
+
+// The absolute path with all links resolved; empty: relative, or nothing is there.
+QByteArray resolved(const QByteArray& path) {
+    std::array<char, PATH_MAX> target = {};
+    const bool leadsSomewhere =
+        path.startsWith('/') && ::realpath(path.constData(), target.data()) != nullptr;
+    return leadsSomewhere ? QByteArray(target.data()) : QByteArray();
+}
+
+// The mode of a file that this user may replace.
+std::optional<mode_t> modeOfOwnFile(const QByteArray& path) {
+    constexpr mode_t permissions = 07777;
+    struct stat status = {};
+    const bool isOwn = !path.isEmpty() && ::lstat(path.constData(), &status) == 0 &&
+                       S_ISREG(status.st_mode) && status.st_uid == ::geteuid() &&
+                       ::access(path.constData(), W_OK) == 0 &&
+                       ::access(folderOf(path).constData(), W_OK | X_OK) == 0;
+    return isOwn ? std::optional(status.st_mode & permissions) : std::nullopt;
+}
+
+// The file this program runs from; empty: it does not run from one that may be replaced.
+QByteArray ownImage(const std::vector<QByteArray>& environment, const QString& program) {
+    const QByteArray mount = resolved(valueOf(environment, "APPDIR"));
+    QByteArray image = resolved(valueOf(environment, "APPIMAGE"));
+    const bool runsFromIt = mount.size() > 1 && program.toUtf8().startsWith(mount + '/');
+    return runsFromIt && modeOfOwnFile(image) ? image : QByteArray();
+}
+
+// As much of it as comes at a time; negative: that failed.
+ssize_t copySome(int from, int to, std::vector<char>& buffer) {
+    const ssize_t got = ::read(from, buffer.data(), buffer.size());
+    for (ssize_t written = 0; written < got;) {
+        const ssize_t size = ::write(to, buffer.data() + written, static_cast<std::size_t>(got - written));
+        if (size < 0 && errno != EINTR) {
+            return -1;
+        }
+        written += std::max<ssize_t>(size, 0);
+    }
+    return got < 0 && errno == EINTR ? copySome(from, to, buffer) : got;
+}
+
+void flushFolder(const QByteArray& folder) {
+    const FileDescriptor opened = openFolder(AT_FDCWD, folder.constData());
+    if (opened.isOpen()) {
+        static_cast<void>(
+            ::fsync(opened.get())); // some file systems cannot; the file is in place all the same
+    }
+}
+
+struct SpawnActions {
+    SpawnActions() { ::posix_spawn_file_actions_init(&actions); }
+    SpawnActions(const SpawnActions&) = delete;
+    SpawnActions& operator=(const SpawnActions&) = delete;
+    ~SpawnActions() { ::posix_spawn_file_actions_destroy(&actions); }
+    posix_spawn_file_actions_t actions = {};
+};
+
+struct SpawnAttributes {
+    SpawnAttributes() {
+        ::posix_spawnattr_init(&attributes);
+        sigset_t signals = {};
+        sigemptyset(&signals);
+        ::posix_spawnattr_setsigmask(&attributes, &signals);
+        sigfillset(&signals);
+        ::posix_spawnattr_setsigdefault(&attributes, &signals);
+        ::posix_spawnattr_setflags(&attributes,
+                                   POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    }
+    SpawnAttributes(const SpawnAttributes&) = delete;
+    SpawnAttributes& operator=(const SpawnAttributes&) = delete;
+    ~SpawnAttributes() { ::posix_spawnattr_destroy(&attributes); }
+    posix_spawnattr_t attributes = {};
+};
+
+} // namespace
+
+InstallKind installKindOf(const QString& program) {
+    const auto isBelow = [&program](QLatin1StringView folder) { return program.startsWith(folder); };
+    constexpr std::array packaged = {QLatin1StringView("/usr/"), QLatin1StringView("/app/"),
+                                     QLatin1StringView("/snap/"), QLatin1StringView("/nix/"),
+                                     QLatin1StringView("/gnu/")};
+    const bool isPackaged =
+        std::any_of(packaged.begin(), packaged.end(), isBelow) && !isBelow(QLatin1StringView("/usr/local/"));
+    return isPackaged ? InstallKind::packageManager : InstallKind::other;
+}
+
+AppImageInstaller::AppImageInstaller(std::vector<QByteArray> environment, const QString& program,
+                                     std::function<void(Step)> reached)
+    : environment_(std::move(environment))
+    , reached_(std::move(reached))
+    , image_(ownImage(environment_, program)) {
+    kind_ = image_.isEmpty() ? installKindOf(program) : InstallKind::image;
+    // One name, so that what an end in the middle has left is replaced by the next attempt.
+    const qsizetype name = image_.lastIndexOf('/') + 1;
+    staged_ = image_.left(name) + '.' + image_.mid(name) + ".update";
+    std::erase_if(environment_, [](const QByteArray& entry) {
+        return std::any_of(saidByImage.begin(), saidByImage.end(), [&entry](std::string_view said) {
+            return entry.startsWith(QByteArrayView(said.data(), static_cast<qsizetype>(said.size())));
+        });
+    });
+}
+
+bool AppImageInstaller::copy(const QByteArray& from) const {
+    const auto mode = modeOfOwnFile(image_);
+    const FileDescriptor source(::open(from.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
+    struct stat status = {};
+    if (!mode || !source.isOpen() || ::fstat(source.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return false;
+    }
+    ::unlink(staged_.constData());
+    constexpr mode_t ownAlone = 0600;
+    const FileDescriptor file(
+        ::open(staged_.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, ownAlone));
+    if (!file.isOpen()) {
+        return false;
+    }
+    reached_(Step::created);
+    constexpr std::size_t bufferBytes = std::size_t{256} * 1024;
+    std::vector<char> buffer(bufferBytes);
+    off_t copied = 0;
+    bool isInFirstHalf = true;
+    while (const ssize_t size = copySome(source.get(), file.get(), buffer)) {
+        if (size < 0) {
+            return false;
+        }
+        copied += size;
+        if (isInFirstHalf && copied * 2 >= status.st_size) {
+            isInFirstHalf = false;
+            reached_(Step::halfCopied);
+        }
+    }
+    reached_(Step::copied);
+    const bool isWhole =
+        copied == status.st_size && ::fchmod(file.get(), *mode) == 0 && ::fsync(file.get()) == 0;
+    reached_(Step::flushed);
+    return isWhole;
+}
+
+std::optional<QString> AppImageInstaller::stage(const QString& file) {
+    if (image_.isEmpty()) {
+        return std::nullopt;
+    }
+    const auto version = copy(file.toUtf8()) ? versionOfProgram(staged_, environment_) : std::nullopt;
+    reached_(Step::askedVersion);
+    if (!version) {
+        discard();
+    }
+    return version;
+}
+
+bool AppImageInstaller::replace() {
+    if (image_.isEmpty() || !modeOfOwnFile(image_) ||
+        ::rename(staged_.constData(), image_.constData()) != 0) {
+        discard();
+        return false;
+    }
+    reached_(Step::renamed);
+    flushFolder(folderOf(image_));
+    return true;
+}
+
+void AppImageInstaller::discard() {
+    if (!image_.isEmpty()) {
+        ::unlink(staged_.constData());
+    }
+}
+
+// A shell waits for the end of this process, which is when nothing holds the other end of its input any more.
+// It is no part of the old image, which goes with this process.
+bool AppImageInstaller::startAgainAfterExit() {
+    std::array<int, 2> ends = {-1, -1};
+    if (image_.isEmpty() || ::pipe2(ends.data(), O_CLOEXEC) != 0) {
+        return false;
+    }
+    const FileDescriptor reading(ends[0]);
+    FileDescriptor writing(ends[1]);
+    SpawnActions actions;
+    ::posix_spawn_file_actions_adddup2(&actions.actions, reading.get(), STDIN_FILENO);
+    const SpawnAttributes attributes;
+
+    QByteArray shell("/bin/sh");
+    QByteArray option("-c");
+    QByteArray script("read -r end; exec \"$0\" </dev/null");
+    const std::array<char*, 5> arguments = {shell.data(), option.data(), script.data(), image_.data(),
+                                            nullptr};
+    std::vector<char*> environment;
+    for (QByteArray& entry : environment_) {
+        environment.push_back(entry.data());
+    }
+    environment.push_back(nullptr);
+    pid_t waiting = -1;
+    if (::posix_spawn(&waiting, shell.constData(), &actions.actions, &attributes.attributes, arguments.data(),
+                      environment.data()) != 0) {
+        return false;
+    }
+    static_cast<void>(writing.release()); // the end of the process closes it
+    return true;
+}
+
+} // namespace amberquill::desktop
