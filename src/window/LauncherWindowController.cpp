@@ -64,15 +64,21 @@ void LauncherWindowController::show() {
 // Before the window covers the screen. While it fades out it is there still: the earlier picture serves on.
 void LauncherWindowController::renewBackdrop(const QScreen* screen) {
     const bool goesElsewhere = screen != nullptr && screen != window_.screen();
-    if (!goesElsewhere && (window_.isVisible() || isJustWithdrawn())) {
+    if (!goesElsewhere && (window_.isVisible() || (isJustWithdrawn() && earlierBackdropServes()))) {
         return;
     }
-    auto backdrop = std::exchange(services_.firstBackdrop, {});
-    if (!backdrop) {
-        backdrop = makeBackdrop(services_.screens, services_.windows, screen, services_.model.background(),
-                                window_.requestedFormat().hasAlpha());
+    backdrop_ = std::exchange(services_.firstBackdrop, {});
+    if (!backdrop_) {
+        backdrop_ = makeBackdrop(services_.screens, services_.windows, screen, services_.model.background(),
+                                 window_.requestedFormat().hasAlpha());
     }
-    window_.setBackdrop(backdrop);
+    window_.setBackdrop(backdrop_);
+}
+
+// Not where the window system has begun or ceased to blur since.
+bool LauncherWindowController::earlierBackdropServes() const {
+    return backdrop_ && backdrop_->isTranslucent() ==
+                            (window_.requestedFormat().hasAlpha() && services_.windows.blursBehindWindows());
 }
 
 // Where the window was, others have not drawn themselves again yet, or a compositor still fades it out.

@@ -100,6 +100,7 @@ private:
     void popUpMenu(const std::optional<QPoint>& place);
     void renewBackdrop(const QScreen* screen);
     [[nodiscard]] bool isJustWithdrawn() const;
+    [[nodiscard]] bool earlierBackdropServes() const;
     void requestToken(const QString& path);
     void fadeEnded();
     void openWhenReady();
@@ -107,6 +108,7 @@ private:
 
     Services services_;
     LauncherWindow window_;
+    std::shared_ptr<const Backdrop> backdrop_; // of the latest showing
     ScrollEvents scroll_;
     Animated fade_; // the window's alpha
     PopUpMenu popUpMenu_;

@@ -36,16 +36,19 @@ class FakeKeyboard(WaylandClient):
 
 
 class KWinSession(Session):
-    def __init__(self, width=1280, height=720, environment=None):
+    def __init__(self, width=1280, height=720, blurs=False, environment=None):
         super().__init__(environment)
         self.width = width
         self.height = height
+        self._blurs = blurs
 
     def begin(self):
         # The installed program has a capability, which not every system lets it use; a copy has none.
         program = self.folder / "kwin_wayland"
         shutil.copyfile(shutil.which("kwin_wayland"), program)
         program.chmod(0o700)
+        # Where everything is drawn without a GPU, it leaves the blur out unless it is told.
+        (self.config / "kwinrc").write_text(f"[Plugins]\nblurEnabled={str(self._blurs).lower()}\n", encoding="utf-8")
         socket = self.runtime / "wayland-test"
         self.start(
             program,
@@ -74,6 +77,18 @@ class KWinSession(Session):
 
     def press(self, *keys):
         self._keyboard.press(*keys)
+
+    def hang_up(self, picture):
+        """A picture file, as large as the screen, on the desktop."""
+        # What reads it looks into the system's folder for how pictures are told apart.
+        settings = {"XDG_DATA_DIRS": "/usr/share"}
+        self.start("swaybg", "--image", picture, "--mode", "center", environment=settings)
+
+    def blur(self, begins):
+        """Switches the effect on or off while it runs, and waits until its programs are told."""
+        method = "org.kde.kwin.Effects." + ("loadEffect" if begins else "unloadEffect")
+        self.run("gdbus", "call", "--session", "--dest", "org.kde.KWin", "--object-path", "/Effects", "--method", method, "blur")
+        until(lambda: ("org_kde_kwin_blur_manager" in self.run("weston-info")) == begins, "the effect")
 
     def screenshot(self):
         path = self.home / "screenshot"

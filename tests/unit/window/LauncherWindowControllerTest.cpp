@@ -26,6 +26,7 @@ namespace {
 class RecordingWindowSystem final : public WindowSystem {
 public:
     [[nodiscard]] QScreen* screenUnderPointer() const override { return QGuiApplication::primaryScreen(); }
+    [[nodiscard]] bool blursBehindWindows() const override { return blurs; }
     void present(QWindow& window, QScreen* screen) override {
         alphaWhenPresented = static_cast<QQuickView&>(window).rootObject()->opacity();
         presentedOn.push_back(screen);
@@ -33,6 +34,7 @@ public:
     void withdraw(QWindow& /*window*/) override { ++withdrawn; }
     void beep() override { ++beeps; }
 
+    bool blurs = false;
     std::vector<QScreen*> presentedOn;
     double alphaWhenPresented = -1;
     int withdrawn = 0;
@@ -656,5 +658,24 @@ TEST_F(LauncherWindowControllerTest, TheDesktopIsLookedAtEachTimeTheWindowIsAbou
     shower_->hide(std::nullopt);
     pass(0.6);
     shower_->show();
+    EXPECT_EQ(screens_.areas, 2);
+}
+
+TEST_F(LauncherWindowControllerTest, TheEarlierPictureServesNoMoreOnceTheDesktopIsBlurredByTheSystem) {
+    const auto showAgainAtOnce = [this] {
+        shower_->hide(std::nullopt);
+        pass(0.2);
+        shower_->show();
+        pass(0.5);
+    };
+    shower_->show();
+    pass(0.5);
+    windows_.blurs = true;
+    showAgainAtOnce();
+    EXPECT_EQ(screens_.areas, 1) << "nothing is to be read";
+    windows_.blurs = false;
+    showAgainAtOnce();
+    EXPECT_EQ(screens_.areas, 2) << "nothing was read before";
+    showAgainAtOnce();
     EXPECT_EQ(screens_.areas, 2);
 }

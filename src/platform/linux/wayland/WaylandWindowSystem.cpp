@@ -11,6 +11,9 @@
 namespace amberquill::desktop {
 namespace {
 
+// For what the compositor offers, which Qt has been told a moment ago.
+constexpr std::chrono::milliseconds patience{100};
+
 // The request xdg_toplevel.set_fullscreen of xdg-shell without an output, which leaves the choice to the
 // compositor. Qt's own request always names one. The proxy is Qt's. False where there is none.
 [[nodiscard]] bool askForFullScreen(QWindow& window) {
@@ -24,12 +27,38 @@ namespace {
     return true;
 }
 
+// Null where it has none.
+[[nodiscard]] wl_surface* surfaceOf(QWindow& window) {
+    auto* native = QGuiApplication::platformNativeInterface();
+    return static_cast<wl_surface*>(native->nativeResourceForWindow("surface", &window));
+}
+
 } // namespace
 
-WaylandWindowSystem::WaylandWindowSystem()
-    : dialogFocus_(std::make_unique<DialogFocus>()) {}
+WaylandWindowSystem::WaylandWindowSystem(wl_display* display)
+    : events_(display)
+    , globals_(events_)
+    , blur_(globals_)
+    , dialogFocus_(std::make_unique<DialogFocus>()) {
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    if (events_.roundTrip(deadline)) {
+        blur_.follow();
+        // Where it is told whether it can blur after it has been taken up.
+        static_cast<void>(blur_.isUndecided() && events_.roundTrip(deadline));
+    }
+}
 
 WaylandWindowSystem::~WaylandWindowSystem() = default;
+
+void WaylandWindowSystem::follow() const {
+    events_.handle();
+    blur_.follow();
+}
+
+bool WaylandWindowSystem::blursBehindWindows() const {
+    follow();
+    return blur_.isOffered();
+}
 
 void WaylandWindowSystem::setActivationToken(const QString& token) {
     token_ = token;
@@ -45,6 +74,10 @@ void WaylandWindowSystem::present(QWindow& window, QScreen*) {
         if (!askForFullScreen(window)) {
             window.setWindowStates(Qt::WindowFullScreen);
         }
+        // Before its first picture. The surface of an earlier showing has gone, and only now its effect goes:
+        // without it, what is behind a window on its way off the screen would be seen sharp.
+        follow();
+        blur_.cover(surfaceOf(window));
     }
     // Qt 6.4 takes the token from the environment alone. It removes it from there once it is used; what is
     // not used must not reach the applications that are opened later.

@@ -2,9 +2,14 @@
 #pragma once
 
 #include "platform/WindowSystem.h"
+#include "platform/linux/wayland/EventQueue.h"
+#include "platform/linux/wayland/Globals.h"
+#include "platform/linux/wayland/blur/BlurBehind.h"
 
 #include <QString>
 #include <memory>
+
+struct wl_display;
 
 namespace amberquill::desktop {
 
@@ -14,13 +19,15 @@ class DialogFocus;
 // it are the compositor's to decide.
 class WaylandWindowSystem final : public WindowSystem {
 public:
-    WaylandWindowSystem();
+    // Made after the application object, on its connection.
+    explicit WaylandWindowSystem(wl_display* display);
     ~WaylandWindowSystem() override;
 
     WaylandWindowSystem(const WaylandWindowSystem&) = delete;
     WaylandWindowSystem& operator=(const WaylandWindowSystem&) = delete;
 
     [[nodiscard]] QScreen* screenUnderPointer() const override { return nullptr; }
+    [[nodiscard]] bool blursBehindWindows() const override;
     void setActivationToken(const QString& token) override;
     void present(QWindow& window, QScreen* screen) override;
     void withdraw(QWindow& window) override;
@@ -28,7 +35,13 @@ public:
     void beep() override {}
 
 private:
+    void follow() const;
+
     QString token_;
+    // What the compositor offers is learned as it is asked for.
+    mutable EventQueue events_;
+    Globals globals_;
+    mutable BlurBehind blur_;
     std::unique_ptr<DialogFocus> dialogFocus_;
 };
 

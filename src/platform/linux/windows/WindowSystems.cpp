@@ -7,6 +7,7 @@
 #include "platform/linux/x11/X11WindowSystem.h"
 
 #include <QGuiApplication>
+#include <qpa/qplatformnativeinterface.h>
 
 namespace amberquill::desktop {
 
@@ -17,7 +18,8 @@ std::unique_ptr<WindowSystem> makeWindowSystem() {
         return std::make_unique<X11WindowSystem>(x11->connection());
     }
     if (QGuiApplication::platformName().startsWith(u"wayland"_s)) {
-        return std::make_unique<WaylandWindowSystem>();
+        return std::make_unique<WaylandWindowSystem>(static_cast<wl_display*>(
+            QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("wl_display")));
     }
     return std::make_unique<PlainWindowSystem>();
 }

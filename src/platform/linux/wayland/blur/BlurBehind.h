@@ -1,0 +1,63 @@
+#pragma once
+
+#include "platform/linux/wayland/Globals.h"
+
+#include <cstdint>
+#include <memory>
+
+struct ext_background_effect_manager_v1;
+struct ext_background_effect_surface_v1;
+struct org_kde_kwin_blur;
+struct org_kde_kwin_blur_manager;
+struct wl_compositor;
+struct wl_surface;
+
+namespace amberquill::desktop {
+
+// The compositor's own blur of what lies behind a surface: by the protocol ext-background-effect-v1, or by
+// org_kde_kwin_blur. Main thread only; destroyed before the connection is closed.
+class BlurBehind {
+public:
+    // `globals` outlive this.
+    explicit BlurBehind(const Globals& globals)
+        : globals_(globals) {}
+    BlurBehind(const BlurBehind&) = delete;
+    BlurBehind& operator=(const BlurBehind&) = delete;
+    ~BlurBehind() = default;
+
+    // Takes up what has come to be offered and lets go of what no longer is. Where that says only later
+    // whether it can blur, its answer is an event to be handled.
+    void follow();
+
+    // Whether a surface that is covered now will be blurred.
+    [[nodiscard]] bool isOffered() const;
+
+    // Whether a manager that was taken up has not said yet what it can do.
+    [[nodiscard]] bool isUndecided() const { return general_ && !hasSpoken_; }
+
+    // Blurs behind the whole of a surface from its next commit on. Of one that was covered before, the effect
+    // is let go: it has gone, or is covered anew.
+    void cover(wl_surface* surface);
+
+private:
+    struct Delete {
+        void operator()(ext_background_effect_manager_v1* manager) const;
+        void operator()(ext_background_effect_surface_v1* effect) const;
+        void operator()(org_kde_kwin_blur_manager* manager) const;
+        void operator()(org_kde_kwin_blur* effect) const;
+        void operator()(wl_compositor* compositor) const;
+    };
+
+    const Globals& globals_;
+    std::unique_ptr<wl_compositor, Delete> compositor_; // makes regions
+    std::unique_ptr<ext_background_effect_manager_v1, Delete> general_;
+    std::unique_ptr<org_kde_kwin_blur_manager, Delete> kwins_;
+    std::uint32_t generalName_ = 0;
+    std::uint32_t kwinsName_ = 0;
+    bool hasSpoken_ = false;
+    bool generalBlurs_ = false;
+    std::unique_ptr<ext_background_effect_surface_v1, Delete> generalEffect_;
+    std::unique_ptr<org_kde_kwin_blur, Delete> kwinsEffect_;
+};
+
+} // namespace amberquill::desktop
