@@ -1,21 +1,14 @@
 import json
-from pathlib import Path
 
-from harness import X11Session, until
-from launcher.on_x11 import OnX11
-
-READER = Path(__file__).parent / "accessibility" / "reader.py"
-BUS = "/usr/libexec/at-spi-bus-launcher"
-PYTHON = "/usr/bin/python3"  # the one that the introspection package is for
+from harness import until
+from launcher.read_aloud import ReadAloud
 
 
-class ToAScreenReader(OnX11):
+class ToAScreenReader(ReadAloud):
     """The launcher as it is told over AT-SPI, and what can be done through it."""
 
     def setUp(self):
-        self.begin_session(1280, 800, environment={"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"})
-        # Its registry is found in the data folders of the system, which the session does not see.
-        self.session.start(BUS, "--launch-immediately", environment={"XDG_DATA_DIRS": "/usr/share"})
+        self.begin_session(1280, 800)
         self.made = self.applications.add_many()
         paths = [str(application.path) for application in self.made]
         folder = {"id": "3F2504E0-4F89-11D3-9A0C-0305E82C3301", "name": "Games", "apps": paths[:5]}
@@ -27,15 +20,6 @@ class ToAScreenReader(OnX11):
         self.window = self.session.window_of_class("org.amberquill.Amberquill")
         until(lambda: self.find("push button", "Games, folder, 5 apps"), "the folder among the objects")
 
-    def tree(self):
-        answer = self.session.run(PYTHON, "-B", READER, "tree", check=False)
-        return json.loads(answer) if answer.strip() else []
-
-    def find(self, role, name):
-        """The one object of that role and name; none while it is not there."""
-        found = [each for each in self.tree() if each["role"] == role and each["name"] == name]
-        return found[0] if len(found) == 1 else None
-
     def expect(self, role, name, **wanted):
         found = until(lambda: self.find(role, name), f"{role} {name}")
         for state in wanted.get("states", ()):
@@ -45,9 +29,6 @@ class ToAScreenReader(OnX11):
         if wanted.get("press", True):
             self.assertIn("press", [action.lower() for action in found["actions"]])
         return found
-
-    def press(self, role, name):
-        self.session.run(PYTHON, "-B", READER, "press", role, name)
 
     def test_everything_has_its_name_role_state_and_action(self):
         self.expect("frame", "Amberquill", press=False)
@@ -70,16 +51,16 @@ class ToAScreenReader(OnX11):
         self.expect("push button", "Clear")
 
     def test_a_press_does_what_a_click_does(self):
-        self.press("page tab", "Page 2 of 3")
+        self.press_object("page tab", "Page 2 of 3")
         until(lambda: "selected" in (self.find("page tab", "Page 2 of 3") or {"states": ()})["states"], "page 2")
-        self.press("page tab", "Page 1 of 3")
+        self.press_object("page tab", "Page 1 of 3")
         until(lambda: "selected" in (self.find("page tab", "Page 1 of 3") or {"states": ()})["states"], "page 1")
-        self.press("push button", "Games, folder, 5 apps")
+        self.press_object("push button", "Games, folder, 5 apps")
         title = until(lambda: next((each for each in self.tree() if each["text"] == "Games"), None), "the title")
         self.assertIn("editable", title["states"])
         self.expect("push button", self.made[0].name)
         self.session.press("Escape")
         until(lambda: not self.find("push button", self.made[0].name), "the closed folder")
-        self.press("push button", self.made[6].name)
+        self.press_object("push button", self.made[6].name)
         until(lambda: self.applications.started() == f"{self.made[6].name}\n", "the started application")
         self.expect_hidden()

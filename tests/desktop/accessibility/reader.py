@@ -2,6 +2,8 @@
 
     reader.py tree              the launcher's objects, as JSON
     reader.py press ROLE NAME   presses the object of that role and name
+    reader.py menus             reads out each menu that comes up: the titles of its entries, those of its submenus in
+                                brackets, "*" after what is checked, "!" after what is disabled
 """
 
 import json
@@ -13,6 +15,8 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi  # noqa: E402
 
 DEEPEST = 30
+# Those of the file dialogs, whose rows come and go while they are read.
+LISTS = (Atspi.Role.LIST, Atspi.Role.TREE, Atspi.Role.TREE_TABLE)
 STATES = ("showing", "visible", "focusable", "focused", "selected", "selectable", "editable", "pressed", "single_line")
 
 
@@ -30,6 +34,8 @@ def objects(top, depth=0):
     if top is None or depth > DEEPEST:
         return
     yield top
+    if top.get_role() in LISTS:
+        return
     for index in range(top.get_child_count()):
         yield from objects(top.get_child_at_index(index), depth + 1)
 
@@ -58,7 +64,40 @@ def press(role, name):
     return False
 
 
+def titles(menu):
+    """Of all entries below one that has been told of."""
+    read = []
+    for index in range(menu.get_child_count()):
+        entry = menu.get_child_at_index(index)
+        states = entry.get_state_set()
+        # A heading is a separator with a title.
+        title = entry.get_name() or "-"
+        if entry.get_role() != Atspi.Role.SEPARATOR:
+            title += "" if states.contains(Atspi.StateType.ENABLED) else "!"
+            title += "*" if states.contains(Atspi.StateType.CHECKED) else ""
+        if entry.get_child_count() > 0:
+            title += f" [{titles(entry.get_child_at_index(0))}]"
+        read.append(title)
+    return ", ".join(read)
+
+
+def read_out(event):
+    source = event.source
+    if event.detail1 == 1 and source.get_role() == Atspi.Role.POPUP_MENU:
+        print(f"menu {titles(source)}", flush=True)
+
+
+def follow_menus():
+    listener = Atspi.EventListener.new(read_out)
+    listener.register("object:state-changed:showing")
+    print("ready", flush=True)
+    Atspi.event_main()
+
+
 def main():
+    if sys.argv[1] == "menus":
+        follow_menus()
+        return 0
     if sys.argv[1] == "tree":
         print(json.dumps([described(each) for each in objects(launcher())]))
         return 0

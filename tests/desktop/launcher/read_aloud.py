@@ -1,0 +1,47 @@
+"""The launcher as a screen reader is told of it."""
+
+import json
+from pathlib import Path
+
+from launcher.on_x11 import OnX11
+
+READER = Path(__file__).parents[1] / "accessibility" / "reader.py"
+BUS = "/usr/libexec/at-spi-bus-launcher"
+PYTHON = "/usr/bin/python3"  # the one that the introspection package is for
+
+
+class ReadAloud(OnX11):
+    def begin_session(self, *arguments, **settings):
+        settings["environment"] = {**settings.get("environment", {}), "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+        super().begin_session(*arguments, **settings)
+        # Its registry is found in the data folders of the system, which the session does not see.
+        self.session.start(BUS, "--launch-immediately", environment={"XDG_DATA_DIRS": "/usr/share"})
+
+    def tree(self):
+        """All its objects, in order."""
+        answer = self.session.run(PYTHON, "-B", READER, "tree", check=False)
+        return json.loads(answer) if answer.strip() else []
+
+    def find(self, role, name):
+        """The one object of that role and name; none while it is not there."""
+        found = [each for each in self.tree() if each["role"] == role and each["name"] == name]
+        return found[0] if len(found) == 1 else None
+
+    def press_object(self, role, name):
+        self.session.run(PYTHON, "-B", READER, "press", role, name)
+
+    def follow_menus(self):
+        """A reader that tells "menu TITLES" for each menu that comes up from now on."""
+        reader = self.session.start(PYTHON, "-B", READER, "menus")
+        reader.expect("ready")
+        return reader
+
+    def objects_in(self, role, name):
+        """What is in the one window of that role and name, in order; nothing while it is not there."""
+        objects = self.tree()
+        starts = [index for index, each in enumerate(objects) if (each["role"], each["name"]) == (role, name)]
+        if len(starts) != 1:
+            return []
+        inside = objects[starts[0] + 1 :]
+        ends = (index for index, each in enumerate(inside) if each["role"] in ("alert", "dialog"))
+        return inside[: next(ends, None)]
