@@ -85,7 +85,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     }
     connect(&controller_->window(), &QQuickWindow::frameSwapped, this, &AppDelegate::finishStart,
             Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
-    controller_->show();
+    bringUp();
 }
 
 std::unique_ptr<MainMenu> AppDelegate::makeMainMenu() {
@@ -100,7 +100,7 @@ std::unique_ptr<MainMenu> AppDelegate::makeMainMenu() {
 
 void AppDelegate::wireVisibility() {
     visibility_.isLauncherShown = [this] { return controller_->isShown(); };
-    visibility_.showLauncher = [this] { controller_->show(); };
+    visibility_.showLauncher = [this] { bringUp(); };
     visibility_.toggleLauncher = [this] { toggleLauncher(); };
     visibility_.addSettingsItems = [this](QMenu& menu) {
         amberquill::addSettingsItems(menu, model_, dialogs_);
@@ -151,14 +151,21 @@ void AppDelegate::applicationStateChanged(Qt::ApplicationState state) {
     const bool wasActive = std::exchange(isActive_, state == Qt::ApplicationActive);
     if (wasActive && !isActive_) {
         controller_->hide(std::nullopt);
-    } else if (!wasActive && isActive_) {
+    } else if (!wasActive && isActive_ && !std::exchange(awaitsFocus_, false)) {
+        // A focus that was asked for by a showing is no wish for another one: it may arrive when the launcher
+        // has been hidden again.
         applicationDidBecomeActive();
     }
 }
 
+void AppDelegate::bringUp() {
+    awaitsFocus_ = !isActive_;
+    controller_->show();
+}
+
 void AppDelegate::applicationDidBecomeActive() {
     if (!controller_->isShown() && !controller_->hasOtherWindow()) {
-        controller_->show();
+        bringUp();
     }
 }
 
@@ -168,7 +175,7 @@ void AppDelegate::showLauncher(const QString& token) {
     }
     startsHidden_ = false;
     if (controller_) {
-        controller_->show();
+        bringUp();
     }
 }
 

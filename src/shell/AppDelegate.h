@@ -95,6 +95,7 @@ public:
     [[nodiscard]] const MainMenu& mainMenu() const { return *mainMenu_; }
 
 private:
+    void bringUp();
     void applicationStateChanged(Qt::ApplicationState state);
     [[nodiscard]] std::unique_ptr<MainMenu> makeMainMenu();
     void wireVisibility();
@@ -117,6 +118,7 @@ private:
     std::optional<HotKey> hotKey_;
     PressMerger presses_;
     bool isActive_ = false;
+    bool awaitsFocus_ = false; // the window system was asked for it and has not given it yet
     bool startsHidden_ = false;
 };
 

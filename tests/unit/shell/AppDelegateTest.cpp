@@ -199,13 +199,31 @@ TEST_F(AppDelegateTest, TheWindowGetsTheProgramsIconOnceTheStartHasSettled) {
 
 TEST_F(AppDelegateTest, BecomingActiveBringsTheLauncherUp) {
     delegate_->applicationDidFinishLaunching();
+    setState(Qt::ApplicationActive);
     delegate_->hideLauncher();
+    setState(Qt::ApplicationInactive);
     setState(Qt::ApplicationActive);
     EXPECT_TRUE(delegate_->model().presented());
     EXPECT_EQ(windows_.presentedWith.size(), 2);
     setState(Qt::ApplicationInactive);
     setState(Qt::ApplicationActive);
     EXPECT_EQ(windows_.presentedWith.size(), 3);
+}
+
+TEST_F(AppDelegateTest, AFocusThatArrivesAfterTheHideDoesNotUndoIt) {
+    delegate_->applicationDidFinishLaunching();
+    delegate_->hideLauncher();
+    setState(Qt::ApplicationActive);
+    EXPECT_FALSE(delegate_->model().presented());
+    setState(Qt::ApplicationInactive);
+    delegate_->showLauncher();
+    delegate_->hideLauncher();
+    setState(Qt::ApplicationActive);
+    EXPECT_FALSE(delegate_->model().presented());
+    EXPECT_EQ(windows_.presentedWith.size(), 2);
+    setState(Qt::ApplicationInactive);
+    setState(Qt::ApplicationActive);
+    EXPECT_TRUE(delegate_->model().presented()) << "nobody asked for this one: the user did";
 }
 
 TEST_F(AppDelegateTest, BecomingActiveLeavesAShownLauncherAlone) {
@@ -217,6 +235,8 @@ TEST_F(AppDelegateTest, BecomingActiveLeavesAShownLauncherAlone) {
 TEST_F(AppDelegateTest, BecomingActiveCoversNoOtherWindow) {
     delegate_->applicationDidFinishLaunching();
     delegate_->hideLauncher();
+    setState(Qt::ApplicationActive);
+    setState(Qt::ApplicationInactive);
     QWindow dialog;
     dialog.setFlag(Qt::Dialog);
     dialog.setVisible(true);
