@@ -12,6 +12,7 @@
 #include <QGuiApplication>
 #include <QPointer>
 #include <QScreen>
+#include <QSessionManager>
 #include <QStandardPaths>
 #include <cmath>
 #include <utility>
@@ -73,6 +74,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     });
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, &AppDelegate::applicationStateChanged);
     connect(qGuiApp, &QGuiApplication::aboutToQuit, this, &AppDelegate::applicationWillTerminate);
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &AppDelegate::sessionSaves);
+    connect(qGuiApp, &QGuiApplication::saveStateRequest, this, &AppDelegate::sessionSaves);
     frameLog_ = std::make_unique<FrameLog>(controller_->window());
     if (startsHidden_) {
         // There is no frame to wait for.
@@ -206,6 +209,13 @@ void AppDelegate::toggleByPress(PressRoute route, const PressOrigin& origin) {
 void AppDelegate::applicationWillTerminate() {
     model_.save();
     model_.flushSaves();
+}
+
+// What the session manager does next may be to end the process. Whether the next session begins with the
+// launcher is for its login item to say.
+void AppDelegate::sessionSaves(QSessionManager& manager) {
+    applicationWillTerminate();
+    manager.setRestartHint(QSessionManager::RestartNever);
 }
 
 } // namespace amberquill

@@ -22,6 +22,8 @@
 #include <memory>
 #include <optional>
 
+class QSessionManager;
+
 namespace amberquill {
 
 class ActivationTokens;
@@ -103,6 +105,7 @@ private:
     void applicationDidBecomeActive();
     void finishStart();
     void applicationWillTerminate();
+    void sessionSaves(QSessionManager& manager);
 
     Services services_;
     LauncherModel model_;

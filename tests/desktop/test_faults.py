@@ -2,12 +2,15 @@
 
 import json
 import signal
+from pathlib import Path
 
 from harness import Geometry, until
 from harness.xlib import BellListener
 from launcher.case import WINDOW_CLASS
 from launcher.grid import Grid
 from launcher.on_x11 import OnX11
+
+SESSION_MANAGER = Path(__file__).parent / "harness" / "session_manager.py"
 
 
 class Faults(OnX11):
@@ -78,7 +81,49 @@ class Faults(OnX11):
         self.end_launcher(launcher)
 
     def test_the_sessions_end_in_the_middle_of_a_drag_leaves_a_sound_layout(self):
-        self.expect_sound_end(signal.SIGTERM)
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            with self.subTest(number.name):
+                self.expect_sound_end(number)
+
+    def begin_session_manager(self):
+        manager = self.session.start("/usr/bin/python3", "-B", SESSION_MANAGER)
+        self.session.environment["SESSION_MANAGER"] = manager.expect("at ").removeprefix("at ")
+        return manager
+
+    def expect_managed_end(self, manager, launcher):
+        """It is saved by the session manager's word and ends by it, at once and with nothing asked."""
+        manager.expect("saved")  # once at its start
+        until(self.layout_file.exists, "the layout")
+        self.layout_file.unlink()
+        manager.send("save")
+        manager.expect("restarts: no")
+        manager.expect("saved")
+        self.assertEqual(sorted(self.layout()), sorted(str(application.path) for application in self.made))
+        manager.send("die")
+        self.assertEqual(launcher.wait(), 0)
+        self.assertEqual(launcher.lines, [])
+        manager.expect("gone")
+        self.assertNotIn("asks the user", manager.lines)
+
+    def test_a_session_manager_ends_it_in_the_middle_of_a_drag(self):
+        manager = self.begin_session_manager()
+        launcher = self.begin_shown_launcher(self.made)
+        self.session.take(*(round(part) for part in self.grid.icon_centre(2)))
+        until(lambda: 2 in self.wrong_places(self.made), "the drag")
+        self.expect_managed_end(manager, launcher)
+        self.session.drop()
+
+    def test_no_dialog_of_its_own_delays_the_sessions_end(self):
+        (self.session.home / "Desktop").mkdir()
+        (self.session.home / "Desktop" / "Amberquill Layout.json").write_bytes(b"mine")
+        manager = self.begin_session_manager()
+        launcher = self.begin_shown_launcher(self.made)
+        self.choose(self.EXPORT)
+        dialog = self.expect_dialog(launcher)
+        self.session.press("Return")
+        self.expect_dialog(launcher, dialog)
+        self.expect_managed_end(manager, launcher)
+        self.assertEqual((self.session.home / "Desktop" / "Amberquill Layout.json").read_bytes(), b"mine")
 
     def test_preferences_of_every_wrong_kind_are_the_defaults_and_nothing_is_said(self):
         path = self.session.config / "Amberquill" / "preferences.json"
