@@ -1,9 +1,12 @@
 import json
+from pathlib import Path
 
 from harness import SwaySession, WestonSession, until
 from harness.picture import is_near
 from launcher import Applications, LauncherTestCase
 from launcher.case import WINDOW_CLASS
+
+PORTAL = Path(__file__).parent / "harness" / "shortcuts_portal.py"
 
 
 class OnWeston(LauncherTestCase):
@@ -83,12 +86,12 @@ class OnSway(LauncherTestCase):
         self.applications = Applications(self.session)
         self.made = self.applications.add_many()
 
-    def begin_launcher(self):
+    def begin_launcher(self, **settings):
         # The compositor may run as somebody else; Qt then complains of a runtime folder that is not the user's.
         runtime = self.session.home / "runtime"
         runtime.mkdir(mode=0o700, exist_ok=True)
         socket = self.session.runtime / self.session.environment["WAYLAND_DISPLAY"]
-        return super().begin_launcher(XDG_RUNTIME_DIR=str(runtime), WAYLAND_DISPLAY=str(socket))
+        return super().begin_launcher(XDG_RUNTIME_DIR=str(runtime), WAYLAND_DISPLAY=str(socket), **settings)
 
     def press(self, key):
         self.session.run("wtype", "-k", key)
@@ -214,3 +217,23 @@ class OnSway(LauncherTestCase):
         self.press("Escape")
         until(lambda: not self.is_up(), "the window's end")
         self.end_launcher(launcher)
+
+    def test_a_press_of_the_portals_shortcut_toggles_it(self):
+        portal = self.session.start("/usr/bin/python3", "-B", PORTAL)
+        portal.expect("ready")
+        launcher = self.begin_launcher(WAYLAND_DEBUG="1")
+        until(self.is_up, "the window")
+        self.assertEqual(portal.expect("program"), "program org.amberquill.Amberquill")
+        self.assertEqual(portal.expect("bound"), "bound toggle-1 CTRL+ALT+space")
+        for number in range(2):
+            self.expect_page(self.made)
+            # What has keys is active: a press hides it.
+            self.session.type("app 87")
+            self.expect_page(self.made[86:])
+            portal.send("press hiding")
+            until(lambda: not self.is_up(), "the window's end")
+            portal.send(f"press showing-{number}")
+            until(self.is_up, "the window")
+            used = f'activate("showing-{number}"'
+            until(lambda: any(used in line for line in launcher.lines), "the use of the activation token")
+        self.assertEqual(launcher.terminate(), 0)
