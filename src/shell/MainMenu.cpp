@@ -1,6 +1,7 @@
 #include "shell/MainMenu.h"
 
 #include "localization/L.h"
+#include "shell/LatinKeys.h"
 #include "window/ClosureMenuItem.h"
 
 #include <QKeyEvent>
@@ -61,7 +62,7 @@ MainMenu::~MainMenu() = default;
 bool MainMenu::performKeyEquivalent(const QKeyEvent& event) const {
     // Which of the keyboard's layouts is on is no part of a combination.
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::GroupSwitchModifier;
-    const QKeySequence pressed(QKeyCombination(modifiers, static_cast<Qt::Key>(event.key())));
+    const QKeySequence pressed(QKeyCombination(modifiers, static_cast<Qt::Key>(combinationKey(event))));
     for (const Menu& menu : menus_) {
         for (const auto& item : menu.items) {
             if (!item->shortcut().isEmpty() && item->shortcut() == pressed) {

@@ -110,7 +110,9 @@ class Keys(OnX11):
         self.assertEqual(launcher.lines, [])
         self.assertEqual(self.layout(), [str(application.path) for application in self.made])
 
-    def test_the_menus_keys_work_in_a_cyrillic_layout(self):
+    def test_the_menus_keys_work_in_a_cyrillic_layout_with_and_without_a_latin_one(self):
         w = 25  # where it is on the keyboard, whatever is written there
-        self.session.run("setxkbmap", "ru,us")
-        self.expect_hiding(f"ctrl+{w}")
+        for layouts in ("ru,us", "ru"):
+            with self.subTest(layouts):
+                self.session.run("setxkbmap", layouts)
+                self.expect_hiding(f"ctrl+{w}")
