@@ -13,6 +13,7 @@
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
 #include "platform/linux/applications/launching/LinuxApplicationOpener.h"
 #include "platform/linux/autostart/AutostartLoginItem.h"
+#include "platform/linux/dbus/PatientConnector.h"
 #include "platform/linux/dbus/SingleInstance.h"
 #include "platform/linux/files/BaseFolders.h"
 #include "platform/linux/files/EnvironmentLocations.h"
@@ -175,6 +176,7 @@ int main(int argc, char* argv[]) {
         const auto scanned = std::exchange(*first, std::nullopt);
         return scanned ? *scanned : AppScanner::scan(scanServices);
     };
+    desktop::PatientConnector shortcutsBus(busAddress, QStringLiteral("shortcuts"), queue);
     desktop::LinuxTrayHosts trayHosts;
     TrayStatusItem statusItem(trayHosts);
     AppDelegate delegate(
@@ -211,11 +213,8 @@ int main(int argc, char* argv[]) {
              files,
              desktop::AutostartLoginItem::Settings{desktop::autostartFolders(environment),
                                                    desktop::runningProgram(), entrySettings.currentDesktops}),
-         desktop::makeGlobalShortcut(queue, [&hasBus] {
-             const QString name = QStringLiteral("shortcuts");
-             QDBusConnection::disconnectFromBus(name); // an earlier one
-             return hasBus() ? QDBusConnection::connectToBus(QDBusConnection::SessionBus, name)
-                             : QDBusConnection(name);
+         desktop::makeGlobalShortcut(queue, [&](desktop::PatientConnector::Connected then) {
+             shortcutsBus.connect(std::move(then));
          })});
     const desktop::TerminationSignals signals([] { QCoreApplication::quit(); });
     if (delegate.firstPageIsReady()) {

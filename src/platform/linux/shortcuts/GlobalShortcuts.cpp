@@ -1,6 +1,5 @@
 #include "platform/linux/shortcuts/GlobalShortcuts.h"
 
-#include "platform/linux/shortcuts/PortalShortcuts.h"
 #include "platform/linux/shortcuts/X11Shortcuts.h"
 
 #include <QGuiApplication>
@@ -8,8 +7,7 @@
 
 namespace amberquill::desktop {
 
-std::unique_ptr<GlobalShortcut> makeGlobalShortcut(MainQueue& queue,
-                                                   std::function<QDBusConnection()> connectToBus) {
+std::unique_ptr<GlobalShortcut> makeGlobalShortcut(MainQueue& queue, PortalShortcuts::Connect connect) {
     if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
         auto shortcuts = std::make_unique<X11Shortcuts>(
             x11->connection(), static_cast<xcb_window_t>(QX11Info::appRootWindow()), queue);
@@ -18,7 +16,7 @@ std::unique_ptr<GlobalShortcut> makeGlobalShortcut(MainQueue& queue,
         return shortcuts;
     }
     if (QGuiApplication::platformName().startsWith(u"wayland")) {
-        return std::make_unique<PortalShortcuts>(queue, std::move(connectToBus));
+        return std::make_unique<PortalShortcuts>(queue, std::move(connect));
     }
     return std::make_unique<NullGlobalShortcut>();
 }

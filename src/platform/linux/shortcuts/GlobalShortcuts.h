@@ -1,9 +1,8 @@
 #pragma once
 
 #include "platform/GlobalShortcut.h"
+#include "platform/linux/shortcuts/PortalShortcuts.h"
 
-#include <QDBusConnection>
-#include <functional>
 #include <memory>
 
 namespace amberquill {
@@ -12,10 +11,9 @@ class MainQueue;
 
 namespace amberquill::desktop {
 
-// Those of the window system that the application object runs on. `connectToBus` makes a connection to the
-// session bus of its own; it is called when a start is over, and again when the bus has ended it. Never null;
+// Those of the window system that the application object runs on. `connect` is for the portal's. Never null;
 // destroyed before the application object.
-[[nodiscard]] std::unique_ptr<GlobalShortcut>
-makeGlobalShortcut(MainQueue& queue, std::function<QDBusConnection()> connectToBus);
+[[nodiscard]] std::unique_ptr<GlobalShortcut> makeGlobalShortcut(MainQueue& queue,
+                                                                 PortalShortcuts::Connect connect);
 
 } // namespace amberquill::desktop

@@ -1,12 +1,13 @@
 #include "platform/linux/shortcuts/PortalShortcuts.h"
 
 #include <QPointer>
+#include <utility>
 
 namespace amberquill::desktop {
 
 using namespace Qt::StringLiterals;
 
-PortalShortcuts::PortalShortcuts(MainQueue& queue, std::function<QDBusConnection()> connect)
+PortalShortcuts::PortalShortcuts(MainQueue& queue, Connect connect)
     : queue_(queue)
     , connect_(std::move(connect)) {
     registerPortalTypes();
@@ -56,11 +57,41 @@ void PortalShortcuts::askAgain(double secondsFromNow) {
 
 void PortalShortcuts::begin() {
     begun_ = queue_.now();
-    if (!reachesBus()) {
+    if (bus_) {
+        openSession();
+    } else if (!std::exchange(isConnecting_, true)) {
+        connect_([self = QPointer(this)](const QDBusConnection& bus) {
+            if (self != nullptr) {
+                self->connected(bus);
+            }
+        });
+    }
+}
+
+void PortalShortcuts::connected(const QDBusConnection& bus) {
+    isConnecting_ = false;
+    if (!bus.isConnected()) {
         // One that has been there may come back.
         if (repetitions_ > 0) {
             askAgain(untilAskedAgain);
         }
+        return;
+    }
+    bus_ = bus;
+    bus_->connect(QString(), u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s,
+                  u"Disconnected"_s, this, SLOT(busLost()));
+    watcher_ = std::make_unique<QDBusServiceWatcher>(u"org.freedesktop.portal.Desktop"_s, *bus_,
+                                                     QDBusServiceWatcher::WatchForOwnerChange);
+    connect(watcher_.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString& /*name*/, const QString& before, const QString& now) {
+                portalChanged(before, now);
+            });
+    openSession();
+}
+
+// With the shortcuts of now: they may have gone while the bus was looked for.
+void PortalShortcuts::openSession() {
+    if (shortcuts_.empty()) {
         return;
     }
     session_ = std::make_unique<PortalSession>(*bus_, shortcuts_, ++sessions_);
@@ -72,26 +103,6 @@ void PortalShortcuts::begin() {
         askAgain(untilAskedAgain);
     });
     connect(session_.get(), &PortalSession::unavailable, this, &PortalShortcuts::dropSession);
-}
-
-bool PortalShortcuts::reachesBus() {
-    if (bus_) {
-        return true;
-    }
-    const QDBusConnection bus = connect_();
-    if (!bus.isConnected()) {
-        return false;
-    }
-    bus_ = bus;
-    bus_->connect(QString(), u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s,
-                  u"Disconnected"_s, this, SLOT(busLost()));
-    watcher_ = std::make_unique<QDBusServiceWatcher>(u"org.freedesktop.portal.Desktop"_s, *bus_,
-                                                     QDBusServiceWatcher::WatchForOwnerChange);
-    connect(watcher_.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
-            [this](const QString& /*name*/, const QString& before, const QString& now) {
-                portalChanged(before, now);
-            });
-    return true;
 }
 
 void PortalShortcuts::portalChanged(const QString& before, const QString& now) {

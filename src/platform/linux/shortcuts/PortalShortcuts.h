@@ -24,9 +24,13 @@ public:
     static constexpr int mostRepetitions = 5;
     static constexpr double lasting = 60;
 
-    // `connect` makes a connection to the session bus of its own: the portal tells programs apart by it. One
-    // that is not connected means that there is no bus. Called again when the bus has ended the connection.
-    PortalShortcuts(MainQueue& queue, std::function<QDBusConnection()> connect);
+    // Makes a connection to the session bus of its own, by which the portal tells programs apart, and calls
+    // back with it on the main thread, at once or later. One that is not connected means that there is no
+    // bus.
+    using Connect = std::function<void(std::function<void(const QDBusConnection&)>)>;
+
+    // `connect` is called again when the bus has ended the connection.
+    PortalShortcuts(MainQueue& queue, Connect connect);
     ~PortalShortcuts() override;
     PortalShortcuts(const PortalShortcuts&) = delete;
     PortalShortcuts& operator=(const PortalShortcuts&) = delete;
@@ -41,12 +45,14 @@ private:
     void ask(double secondsFromNow);
     void askAgain(double secondsFromNow);
     void begin();
-    [[nodiscard]] bool reachesBus();
+    void connected(const QDBusConnection& bus);
+    void openSession();
     void portalChanged(const QString& before, const QString& now);
     void dropSession();
 
     MainQueue& queue_;
-    std::function<QDBusConnection()> connect_;
+    Connect connect_;
+    bool isConnecting_ = false;
     std::optional<QDBusConnection> bus_;
     std::unique_ptr<QDBusServiceWatcher> watcher_;
     std::map<std::uint32_t, KeyChord> shortcuts_;

@@ -85,9 +85,15 @@ protected:
     MockShortcutsPortal& portal_ = *new MockShortcutsPortal(object_, portalBus_);
     ManualQueue queue_;
     int connections_ = 0;
-    PortalShortcuts shortcuts_{queue_, [this] {
+    std::function<void(const QDBusConnection&)> waiting_; // for a connection that takes long
+    bool connectsLater_ = false;
+    PortalShortcuts shortcuts_{queue_, [this](std::function<void(const QDBusConnection&)> then) {
                                    ++connections_;
-                                   return shortcutsBus_;
+                                   if (connectsLater_) {
+                                       waiting_ = std::move(then);
+                                   } else {
+                                       then(shortcutsBus_);
+                                   }
                                }};
     QList<std::uint32_t> presses_;
     QStringList tokens_;
@@ -102,6 +108,30 @@ TEST_F(PortalShortcutsTest, AStartIsOverBeforeThePortalIsAsked) {
     EXPECT_EQ(connections_, 0);
     queue_.advance(0.01);
     EXPECT_EQ(connections_, 1);
+}
+
+TEST_F(PortalShortcutsTest, AConnectionThatTakesLongIsMadeOnceAndServesWhatIsWantedByThen) {
+    portal_.start();
+    connectsLater_ = true;
+    addAndAsk();
+    shortcuts_.add(2, chord);
+    queue_.advance(PortalShortcuts::untilAsked);
+    EXPECT_EQ(connections_, 1);
+    EXPECT_EQ(portal_.sessions.size(), 0);
+    waiting_(shortcutsBus_);
+    expectAsked(1);
+    ASSERT_EQ(portal_.bound.size(), 1);
+    EXPECT_EQ(portal_.bound[0].size(), 2);
+}
+
+TEST_F(PortalShortcutsTest, NothingIsAskedForShortcutsThatWentMeanwhile) {
+    portal_.start();
+    connectsLater_ = true;
+    addAndAsk();
+    shortcuts_.remove(1);
+    waiting_(shortcutsBus_);
+    settle();
+    EXPECT_EQ(portal_.calls, QStringList());
 }
 
 TEST_F(PortalShortcutsTest, TheUserIsAskedForTheChordAndItsPressesArrive) {
@@ -264,7 +294,7 @@ TEST_F(PortalShortcutsTest, WhatAPortalSaysAmissIsHarmless) {
                                    QVariant(QStringList{u"/a"_s, u"/b"_s})}) {
         portal_.handleToSay = handle;
         portal_.start();
-        PortalShortcuts shortcuts(queue_, [this] { return shortcutsBus_; });
+        PortalShortcuts shortcuts(queue_, [this](const auto& then) { then(shortcutsBus_); });
         shortcuts.add(1, chord);
         queue_.advance(PortalShortcuts::untilAsked);
         expectCalls({u"CreateSession"_s});
@@ -288,7 +318,7 @@ TEST_F(PortalShortcutsTest, ADesktopWithoutThePortalIsLeftAlone) {
 }
 
 TEST_F(PortalShortcutsTest, WithoutABusThereIsNoPortal) {
-    PortalShortcuts shortcuts(queue_, [] { return noBus(); });
+    PortalShortcuts shortcuts(queue_, [](const auto& then) { then(noBus()); });
     shortcuts.add(1, chord);
     queue_.advance(PortalShortcuts::untilAsked);
     shortcuts.remove(1);
