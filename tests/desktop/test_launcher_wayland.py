@@ -1,4 +1,6 @@
 import json
+import signal
+import time
 from pathlib import Path
 
 from harness import SwaySession, WestonSession, until
@@ -237,3 +239,16 @@ class OnSway(LauncherTestCase):
             used = f'activate("showing-{number}"'
             until(lambda: any(used in line for line in launcher.lines), "the use of the activation token")
         self.assertEqual(launcher.terminate(), 0)
+
+    def test_a_bus_that_hangs_once_it_is_up_keeps_no_key_waiting(self):
+        launcher = self.begin_launcher()
+        until(self.is_up, "the window")
+        self.session.bus.process.send_signal(signal.SIGSTOP)
+        # By its end the portal has been looked for.
+        end = time.monotonic() + 3
+        while time.monotonic() < end:
+            self.session.type("app 87")
+            self.expect_page(self.made[86:])
+            self.press("Escape")
+            self.expect_page(self.made)
+        self.end_launcher(launcher)
