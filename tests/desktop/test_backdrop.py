@@ -3,6 +3,7 @@ import time
 
 from harness import KWinSession, PixelWatch, until
 from harness.picture import is_near
+from harness.xlib import BlurringCompositor
 from launcher.applications import Applications
 from launcher.background import background_at
 from launcher.case import WINDOW_CLASS, LauncherTestCase
@@ -188,6 +189,71 @@ class WithACompositor(BackdropOnX11):
             self.expect_background()
         self.expect_mixtures(watch, points)
         self.assertGreater(min(len(seen) for seen in watch.seen), 4)
+        self.end_launcher(launcher)
+
+
+class WithACompositorThatBlurs(BackdropOnX11):
+    """Where the compositor does its part, it is seen only by its window's colours that it was left to it."""
+
+    BLACK = (0, 0, 0)
+    PROPERTY = "_KDE_NET_WM_BLUR_BEHIND_REGION"
+
+    def setUp(self):
+        super().setUp()
+        self.compositor = BlurringCompositor(self.session.display)
+
+    def tearDown(self):
+        if self.compositor:
+            self.compositor.close()
+
+    def begin_shown(self):
+        launcher = self.begin_launcher()
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        return launcher
+
+    def region(self):
+        return self.session.property(self.window, self.PROPERTY)
+
+    def hide(self):
+        self.act("hide")
+        self.expect_hidden()
+        self.expect_desktop()
+
+    def test_the_blur_is_left_to_it(self):
+        launcher = self.begin_shown()
+        self.expect_background(self.BLACK)
+        self.assertEqual(self.region(), f"0, 0, {self.width}, {self.height}")
+        self.end_launcher(launcher)
+
+    def test_each_showing_follows_its_beginning_and_end(self):
+        launcher = self.begin_shown()
+        self.expect_background(self.BLACK)
+        self.hide()
+        self.compositor.stop_blurring()
+        self.show_captured()
+        self.hide()
+        self.compositor.close()
+        self.compositor = None
+        self.show_captured()
+        self.hide()
+        self.compositor = BlurringCompositor(self.session.display)
+        self.show()
+        self.expect_background(self.BLACK)
+        self.assertEqual(self.region(), f"0, 0, {self.width}, {self.height}")
+        self.end_launcher(launcher)
+
+    def show_captured(self):
+        self.show()
+        self.expect_background(self.desktop)
+        self.assertIsNone(self.region())
+
+    def test_what_one_that_died_left_behind_does_not_count(self):
+        self.compositor.die()
+        self.compositor = None
+        self.assertIsNotNone(self.session.property("root", self.PROPERTY))
+        launcher = self.begin_shown()
+        self.expect_background()
+        self.assertIsNone(self.region())
         self.end_launcher(launcher)
 
 

@@ -171,3 +171,32 @@ class StubbornWindowManager(_Client):
                 message = ctypes.cast(ctypes.byref(event), ctypes.POINTER(self._ClientMessage)).contents
                 asked |= message.message == self._activation and message.window == window
         return asked
+
+
+class BlurringCompositor(_Client):
+    """Says that it composes what is seen and blurs behind windows that wish for it, and then does nothing."""
+
+    def __init__(self, display):
+        super().__init__(display)
+        x11 = self._x11
+        x11.XCreateSimpleWindow.restype = ctypes.c_ulong
+        window = ctypes.c_ulong(x11.XCreateSimpleWindow(self._connection, self._root, -9, -9, 1, 1, 0, 0, 0))
+        selection, self._property, kind, value = (
+            ctypes.c_ulong(each)
+            for each in (self._atom("_NET_WM_CM_S0"), self._atom("_KDE_NET_WM_BLUR_BEHIND_REGION"), 6, 0)
+        )
+        x11.XSetSelectionOwner(self._connection, selection, window, ctypes.c_ulong(0))
+        x11.XChangeProperty(self._connection, self._root, self._property, kind, 32, 0, ctypes.byref(value), 1)
+        x11.XSync(self._connection, False)
+
+    def stop_blurring(self):
+        self._x11.XDeleteProperty(self._connection, self._root, self._property)
+        self._x11.XSync(self._connection, False)
+
+    def die(self):
+        """Leaves the property behind."""
+        super().close()
+
+    def close(self):
+        self.stop_blurring()
+        super().close()

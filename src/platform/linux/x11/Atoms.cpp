@@ -8,13 +8,13 @@ namespace amberquill::desktop {
 namespace {
 
 // In the order of AtomName.
-constexpr std::array<std::string_view, 11> names{
+constexpr std::array<std::string_view, 12> names{
     "_NET_SUPPORTING_WM_CHECK",  "_NET_WM_STATE",
     "_NET_WM_STATE_ABOVE",       "_NET_WM_STATE_FULLSCREEN",
     "_NET_WM_STATE_SKIP_PAGER",  "_NET_WM_STATE_SKIP_TASKBAR",
     "_NET_WM_STATE_STICKY",      "_NET_WM_DESKTOP",
     "_NET_WM_BYPASS_COMPOSITOR", "_KDE_NET_WM_SKIP_CLOSE_ANIMATION",
-    "_NET_ACTIVE_WINDOW",
+    "_NET_ACTIVE_WINDOW",        "_KDE_NET_WM_BLUR_BEHIND_REGION",
 };
 
 } // namespace

@@ -19,6 +19,7 @@ enum class AtomName {
     bypassCompositor,
     kdeSkipCloseAnimation,
     activeWindow,
+    kdeBlurBehindRegion,
 };
 
 // Their numbers on one X server.
@@ -32,7 +33,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t count_ = 11;
+    static constexpr std::size_t count_ = 12;
     std::array<xcb_atom_t, count_> values_{};
 };
 

@@ -1,5 +1,6 @@
 #include "platform/linux/x11/X11WindowSystem.h"
 
+#include "platform/linux/x11/BlurRegion.h"
 #include "platform/linux/x11/ScreenChoice.h"
 #include "platform/linux/x11/XcbReply.h"
 
@@ -181,6 +182,12 @@ void X11WindowSystem::place(QWindow& window, QScreen& screen) {
                          XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
                              XCB_CONFIG_WINDOW_HEIGHT,
                          values.data());
+    const auto blurRegion = atoms_[AtomName::kdeBlurBehindRegion];
+    if (blursBehindWindows()) {
+        setBlurRegion(connection_, handle(window), blurRegion, area.size());
+    } else {
+        xcb_delete_property(connection_, handle(window), blurRegion);
+    }
 }
 
 // Moves a window that is up. Window managers keep a full-screen window on its monitor, so it stops being one
@@ -230,6 +237,12 @@ bool X11WindowSystem::blendsWindows() const {
     const XcbReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
         connection_, xcb_get_selection_owner(connection_, atom->atom), nullptr));
     return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
+// The root window keeps the property of one that died: it must be there, too.
+bool X11WindowSystem::blursBehindWindows() const {
+    return blendsWindows() &&
+           understandsBlurRegion(connection_, root_, atoms_[AtomName::kdeBlurBehindRegion]);
 }
 
 bool X11WindowSystem::hasWindowManager() const {

@@ -22,6 +22,7 @@ public:
 
     [[nodiscard]] QScreen* screenUnderPointer() const override;
     [[nodiscard]] bool blendsWindows() const override;
+    [[nodiscard]] bool blursBehindWindows() const override;
     void setActivationToken(const QString& startupId) override;
     void setUserTime(std::uint32_t time) override { userTime_ = time; }
     void setListedInTaskBars(bool listed) override;
