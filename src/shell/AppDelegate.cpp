@@ -2,6 +2,8 @@
 
 #include "data/IconCache.h"
 #include "motion/Timeline.h"
+#include "platform/ActivationTokens.h"
+#include "platform/ApplicationOpener.h"
 #include "platform/MainQueue.h"
 #include "platform/MotionPreference.h"
 #include "platform/WindowSystem.h"
@@ -9,7 +11,7 @@
 #include "window/ApplicationIcon.h"
 #include "window/SettingsItems.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QPointer>
 #include <QScreen>
 #include <QSessionManager>
@@ -36,15 +38,19 @@ AppDelegate::AppDelegate(Services services)
               services_.scan, std::move(services_.prepared.names), std::move(services_.prepared.layout),
               services_.homes, services_.applyToFrameworks, services_.loginItem})
     , dialogs_({model_, services_.files, QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
-                [this]() -> QWindow* {
-                    return controller_ && controller_->isShown() ? &controller_->window() : nullptr;
-                }})
+                [this] { return shownWindow(); }})
     , visibility_({services_.preferences, services_.queue, services_.windows, services_.statusItem})
-    , menu_({model_,
-             dialogs_,
-             [this] { controller_->hide(std::nullopt); },
-             [] { QCoreApplication::quit(); },
-             {},
+    , updates_({services_.queue,
+                services_.preferences,
+                *services_.installer,
+                *services_.bundle,
+                services_.caches + QStringLiteral("/Amberquill/updates"),
+                [this] { return isUserBusy(); },
+                {[this] { return shownWindow(); },
+                 [this](const QUrl& page, QWindow& from) { openPage(page, from); }},
+                [] { QCoreApplication::quit(); }})
+    , menu_({model_, dialogs_, [this] { controller_->hide(std::nullopt); }, [] { QCoreApplication::quit(); },
+             [this](QMenu& menu) { updates_.checker().addItems(menu); },
              [this](QMenu& menu) { visibility_.addItems(menu, true); }})
     , names_(services_.queue, services_.files, services_.caches, services_.language)
     , icons_({model_, IconCache::shared(), services_.queue, services_.files}, services_.caches,
@@ -67,6 +73,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     controller_->setKeyEquivalents(
         [this](const QKeyEvent& event) { return mainMenu_->performKeyEquivalent(event); });
     model_.setController(controller_);
+    startUpdates();
     hotKey_.emplace(*services_.shortcut, launcherChord, hotKeyId, [self = QPointer(this)] {
         if (self != nullptr) {
             self->toggleByPress(PressRoute::hotKey, self->services_.shortcut->origin());
@@ -108,9 +115,41 @@ void AppDelegate::wireVisibility() {
     visibility_.addSettingsItems = [this](QMenu& menu) {
         amberquill::addSettingsItems(menu, model_, dialogs_);
     };
+    visibility_.addUpdateItems = [this](QMenu& menu) { updates_.checker().addItems(menu); };
     visibility_.showAbout = [this] { showAbout(); };
     visibility_.quit = [] { QCoreApplication::quit(); };
     services_.windows.setListedInTaskBars(visibility_.showsInDock());
+}
+
+QWindow* AppDelegate::shownWindow() const {
+    return controller_ && controller_->isShown() ? &controller_->window() : nullptr;
+}
+
+void AppDelegate::startUpdates() {
+    updates_.checker().hideLauncher = [self = QPointer(this)] {
+        if (self != nullptr) {
+            self->hideLauncher();
+        }
+    };
+    updates_.start();
+}
+
+// An update that is found by itself waits until the user has nothing in hand.
+bool AppDelegate::isUserBusy() const {
+    return model_.drag().has_value() || controller_->hasOtherWindow() ||
+           QApplication::activePopupWidget() != nullptr;
+}
+
+void AppDelegate::openPage(const QUrl& page, QWindow& from) {
+    services_.tokens.request(from, {}, [self = QPointer(this), page](const QString& token) {
+        if (self != nullptr) {
+            self->services_.opener.openPage(page, token, [self](bool started) {
+                if (!started && self != nullptr) {
+                    self->services_.windows.beep();
+                }
+            });
+        }
+    });
 }
 
 void AppDelegate::showAbout() {

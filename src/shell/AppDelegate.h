@@ -4,6 +4,8 @@
 
 #include "model/LauncherModel.h"
 #include "platform/GlobalShortcut.h"
+#include "platform/MainBundle.h"
+#include "platform/ProgramInstaller.h"
 #include "shell/FrameLog.h"
 #include "shell/HotKey.h"
 #include "shell/IconKeeper.h"
@@ -13,6 +15,7 @@
 #include "shell/Preparations.h"
 #include "shell/PressMerger.h"
 #include "shell/VisibilityController.h"
+#include "updates/ProgramUpdates.h"
 #include "window/LauncherMenu.h"
 #include "window/LauncherWindowController.h"
 #include "window/LayoutDialogs.h"
@@ -70,6 +73,8 @@ public:
         std::function<void(AppLanguage)> applyToFrameworks = [](AppLanguage) {};
         std::shared_ptr<LoginItem> loginItem = std::make_shared<NullLoginItem>();
         std::shared_ptr<GlobalShortcut> shortcut = std::make_shared<NullGlobalShortcut>();
+        std::shared_ptr<const MainBundle> bundle = std::make_shared<NullMainBundle>();
+        std::shared_ptr<ProgramInstaller> installer = std::make_shared<NullProgramInstaller>();
     };
 
     explicit AppDelegate(Services services);
@@ -93,6 +98,7 @@ public:
     void toggleByPress(PressRoute route, const PressOrigin& origin);
 
     [[nodiscard]] LauncherModel& model() { return model_; }
+    [[nodiscard]] const LauncherMenu& menu() const { return menu_; }
     // In the interface language; another one for each language that comes into effect.
     [[nodiscard]] const MainMenu& mainMenu() const { return *mainMenu_; }
 
@@ -101,6 +107,10 @@ private:
     void applicationStateChanged(Qt::ApplicationState state);
     [[nodiscard]] std::unique_ptr<MainMenu> makeMainMenu();
     void wireVisibility();
+    [[nodiscard]] QWindow* shownWindow() const;
+    void startUpdates();
+    [[nodiscard]] bool isUserBusy() const;
+    void openPage(const QUrl& page, QWindow& from);
     void showAbout();
     void applicationDidBecomeActive();
     void finishStart();
@@ -112,6 +122,7 @@ private:
     std::shared_ptr<LauncherWindowController> controller_;
     LayoutDialogs dialogs_;
     VisibilityController visibility_;
+    ProgramUpdates updates_;
     LauncherMenu menu_;
     std::unique_ptr<MainMenu> mainMenu_;
     std::unique_ptr<FrameLog> frameLog_;

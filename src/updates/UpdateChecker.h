@@ -33,7 +33,9 @@ public:
 
     explicit UpdateChecker(Services services);
 
-    // Until they are set there is no updater: nothing is checked.
+    [[nodiscard]] const BundleKeys& keys() const { return services_.keys; }
+
+    // Before anything else is called.
     void setControls(UpdaterControls controls) { controls_ = std::move(controls); }
 
     // Hides the launcher; set by who has one.

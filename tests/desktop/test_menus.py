@@ -101,7 +101,7 @@ class Menus(OnX11):
         place = self.expect_menu(launcher)
         menu = self.other_windows(launcher)
         # Its entries by their distance from the menu's upper edge.
-        dock = 229
+        dock = 273
         self.session.move_pointer(place.x + 80, place.y + dock)
         self.session.move_pointer(place.x + 82, place.y + dock)
         until(lambda: self.other_windows(launcher) - menu, "the tool tip")

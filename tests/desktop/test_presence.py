@@ -14,7 +14,11 @@ SETTINGS = (
     "Language [Automatic (System)*, English, Italiano, Español, Français, Deutsch, 中文, 日本語], -, Sort by Name, "
     "Reset Layout…, Export Layout…, Import Layout…, Refresh App List, -, Open at Login"
 )
-MENU = f"Shortcut, -, Show in Dock*, Show in Menu Bar*, Settings [{SETTINGS}], -, About Amberquill, -, Quit Amberquill"
+UPDATES = "Check for Updates…, Check for Updates Automatically*"
+MENU = (
+    f"Shortcut, -, Show in Dock*, Show in Menu Bar*, Settings [{SETTINGS}], -, About Amberquill, {UPDATES}, -, "
+    "Quit Amberquill"
+)
 
 
 class Presence(OnX11):

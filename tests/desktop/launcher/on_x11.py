@@ -40,7 +40,8 @@ class OnX11(LauncherTestCase):
         return until(focused, "a dialog with the focus")
 
     # Entries of the launcher's menu, counted from the first one.
-    GRID, BACKGROUND, LANGUAGE, SORT, RESET, EXPORT, IMPORT, RESCAN, AT_LOGIN, IN_MENU_BAR, TOGGLE, QUIT = range(12)
+    GRID, BACKGROUND, LANGUAGE, SORT, RESET, EXPORT, IMPORT, RESCAN, AT_LOGIN = range(9)
+    CHECK_FOR_UPDATES, CHECK_AUTOMATICALLY, IN_MENU_BAR, TOGGLE, QUIT = range(9, 14)
 
     def choose(self, entry, sub_entry=None):
         """Chooses an entry of the menu by keys; of its submenu, if that is asked for."""

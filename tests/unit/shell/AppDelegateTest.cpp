@@ -15,11 +15,16 @@
 #include "support/MemoryFileSystem.h"
 #include "support/MemoryPreferences.h"
 
-#include <QGuiApplication>
+#include <QApplication>
+#include <QHash>
 #include <QKeyEvent>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QQuickWindow>
 #include <QWindow>
 #include <gtest/gtest.h>
+#include <stdexcept>
 
 using namespace amberquill;
 using namespace Qt::StringLiterals;
@@ -57,6 +62,32 @@ private:
     QString token_;
 };
 
+// Keeps what it would do in a tray.
+class KeptStatusItem final : public StatusItem {
+public:
+    void setActions(Actions actions) override { actions_ = std::move(actions); }
+    void setVisible(bool) override {}
+    [[nodiscard]] bool isVisible() const override { return false; }
+
+    void fill(QMenu& menu) { actions_.fillMenu(menu); }
+
+private:
+    Actions actions_;
+};
+
+class FixedBundle final : public MainBundle {
+public:
+    explicit FixedBundle(QHash<QString, QString> texts)
+        : texts_(std::move(texts)) {}
+
+    [[nodiscard]] std::optional<QString> text(const QString& key) const override {
+        return texts_.contains(key) ? std::optional(texts_[key]) : std::nullopt;
+    }
+
+private:
+    QHash<QString, QString> texts_;
+};
+
 class AppDelegateTest : public testing::Test {
 protected:
     void SetUp() override {
@@ -86,6 +117,45 @@ protected:
                                   {u"/Applications"_s}});
     }
 
+    // Another one, whose bundle says this.
+    void makeDelegate(const QHash<QString, QString>& bundle) {
+        AppDelegate::Services services{queue_,
+                                       files_,
+                                       preferences_,
+                                       windows_,
+                                       tokens_,
+                                       opener_,
+                                       watcher_,
+                                       statusItem_,
+                                       devices_,
+                                       screens_,
+                                       nullptr,
+                                       motion_,
+                                       [] { return std::vector<AppInfo>{}; },
+                                       [] {},
+                                       [] {},
+                                       prepared_,
+                                       u"/data"_s,
+                                       u"/cache"_s,
+                                       u"en"_s,
+                                       {}};
+        services.bundle = std::make_shared<FixedBundle>(bundle);
+        delegate_ = std::make_unique<AppDelegate>(std::move(services));
+    }
+
+    // The entry of the launcher's menu with this title.
+    [[nodiscard]] static QAction& item(const QMenu& menu, const QString& title) {
+        const QList<QAction*> actions = menu.actions();
+        const auto found = std::find_if(actions.begin(), actions.end(),
+                                        [&title](const QAction* action) { return action->text() == title; });
+        if (found == actions.end()) {
+            throw std::out_of_range("no such entry");
+        }
+        return **found;
+    }
+
+    static QMessageBox* alert() { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }
+
     void setState(Qt::ApplicationState state) { Q_EMIT qGuiApp->applicationStateChanged(state); }
 
     ManualQueue queue_;
@@ -95,7 +165,7 @@ protected:
     NullActivationTokens tokens_;
     NullApplicationOpener opener_;
     HandWatcher watcher_;
-    NullStatusItem statusItem_;
+    KeptStatusItem statusItem_;
     Preparations prepared_;
     NullScrollDevices devices_;
     NullScreenCapture screens_;
@@ -332,4 +402,77 @@ TEST_F(AppDelegateTest, OnePressIsOneToggleHoweverManyRoutesItTakes) {
     queue_.advance(1);
     delegate_->toggleByPress(PressRoute::bus, {});
     EXPECT_FALSE(delegate_->model().presented());
+}
+
+TEST_F(AppDelegateTest, BothMenusOfferTheUpdatesInTheirPlaces) {
+    L::setLanguage(AppLanguage::English);
+    delegate_->applicationDidFinishLaunching();
+    const auto titles = [](const QMenu& menu) {
+        QStringList found;
+        for (const QAction* action : menu.actions()) {
+            found += action->isSeparator() ? u"-"_s : action->text();
+        }
+        return found.join(u'|');
+    };
+    const QString entries = L::checkForUpdates() + u'|' + L::checkAutomatically();
+    EXPECT_TRUE(titles(*delegate_->menu().make()).contains(L::openAtLogin() + u'|' + entries + u"|-|"_s));
+    QMenu status;
+    statusItem_.fill(status);
+    EXPECT_TRUE(titles(status).contains(u"-|"_s + L::about() + u'|' + entries + u"|-|"_s + L::quit()));
+    L::setLanguage(AppLanguage::System);
+}
+
+TEST_F(AppDelegateTest, WithoutAFeedACheckSaysUpToDateAtOnceWithTheBundlesVersion) {
+    makeDelegate({{u"CFBundleShortVersionString"_s, u"4.5"_s}});
+    delegate_->applicationDidFinishLaunching();
+    setState(Qt::ApplicationActive);
+    item(*delegate_->menu().make(), L::checkForUpdates()).trigger();
+    EXPECT_FALSE(delegate_->model().presented());
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->text(), L::upToDate());
+    EXPECT_EQ(alert()->informativeText(), L::upToDateMessage(u"4.5"_s));
+    setState(Qt::ApplicationInactive);
+    setState(Qt::ApplicationActive);
+    EXPECT_FALSE(delegate_->model().presented()) << "the alert is not covered by the launcher";
+    alert()->button(QMessageBox::Ok)->click();
+    setState(Qt::ApplicationInactive);
+    setState(Qt::ApplicationActive);
+    EXPECT_TRUE(delegate_->model().presented());
+}
+
+TEST_F(AppDelegateTest, WithoutAVersionInTheBundleItIsZero) {
+    delegate_->applicationDidFinishLaunching();
+    item(*delegate_->menu().make(), L::checkForUpdates()).trigger();
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->informativeText(), L::upToDateMessage(u"0"_s));
+    alert()->close();
+}
+
+TEST_F(AppDelegateTest, TheSwitchForUpdatesIsKept) {
+    delegate_->applicationDidFinishLaunching();
+    for (const bool wasOn : {true, false}) {
+        const auto menu = delegate_->menu().make();
+        EXPECT_EQ(item(*menu, L::checkAutomatically()).isChecked(), wasOn);
+        item(*menu, L::checkAutomatically()).trigger();
+    }
+    EXPECT_TRUE(item(*delegate_->menu().make(), L::checkAutomatically()).isChecked());
+    EXPECT_EQ(preferences_.boolean(u"SUEnableAutomaticChecks"_s), true);
+}
+
+TEST_F(AppDelegateTest, TheUpdaterStartsWithTheProgramAndChecksNotAtOnce) {
+    // Nothing listens there.
+    const QHash<QString, QString> bundle = {{u"SUFeedURL"_s, u"http://127.0.0.1:1/feed"_s}};
+    const QString lastCheck = u"SULastCheckTime"_s;
+    const auto anHour = std::chrono::hours(1);
+    queue_.setDate(queue_.date() + std::chrono::hours(24 * 365));
+    makeDelegate(bundle);
+    queue_.setDate(queue_.date() + anHour);
+    queue_.advance(3600);
+    EXPECT_FALSE(preferences_.contains(lastCheck)) << "not before the launch";
+    delegate_->applicationDidFinishLaunching();
+    queue_.runPosted();
+    EXPECT_FALSE(preferences_.contains(lastCheck));
+    queue_.setDate(queue_.date() + anHour);
+    queue_.advance(3600);
+    EXPECT_TRUE(preferences_.contains(lastCheck));
 }

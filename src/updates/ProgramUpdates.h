@@ -1,0 +1,51 @@
+#pragma once
+
+#include "updates/Fetch.h"
+#include "updates/UpdateChecker.h"
+#include "updates/UpdateDialogs.h"
+#include "updates/Updater.h"
+
+#include <QString>
+#include <functional>
+
+namespace amberquill {
+
+class MainBundle;
+class MainQueue;
+class Preferences;
+class ProgramInstaller;
+
+// The program's updates as a whole: the updater, its dialogs and its front, tied to each other. Making it
+// reads what the bundle says and touches no network. Main thread only.
+class ProgramUpdates final {
+public:
+    // All of it outlives the updates; the installer the queue's background work too.
+    struct Services {
+        MainQueue& queue;
+        Preferences& preferences;
+        ProgramInstaller& installer;
+        const MainBundle& bundle;
+        QString downloadFolder;       // absolute; of no other use
+        std::function<bool()> isBusy; // whether the user is in the midst of something
+        UpdateDialogs::Services dialogs;
+        std::function<void()> quit;
+    };
+
+    explicit ProgramUpdates(Services services);
+
+    ProgramUpdates(const ProgramUpdates&) = delete;
+    ProgramUpdates& operator=(const ProgramUpdates&) = delete;
+
+    // From now on checks are made by themselves, where that is wanted. Nothing is fetched at once.
+    void start() { updater_.start(); }
+
+    [[nodiscard]] UpdateChecker& checker() { return checker_; }
+
+private:
+    Fetch probe_;
+    UpdateDialogs dialogs_;
+    UpdateChecker checker_;
+    Updater updater_;
+};
+
+} // namespace amberquill
