@@ -8,6 +8,7 @@
 #include "platform/linux/activation/Activation.h"
 #include "platform/linux/activation/StartToken.h"
 #include "platform/linux/applications/bundles/PropertyListBundles.h"
+#include "platform/linux/applications/bundles/PropertyListMainBundle.h"
 #include "platform/linux/applications/entries/DesktopEntryApplications.h"
 #include "platform/linux/applications/icons/IconThemeName.h"
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
@@ -22,6 +23,7 @@
 #include "platform/linux/files/PosixFileSystem.h"
 #include "platform/linux/files/QtSystemLanguages.h"
 #include "platform/linux/gpu/HardwareGpu.h"
+#include "platform/linux/installation/AppImageInstaller.h"
 #include "platform/linux/motion/LinuxMotionPreference.h"
 #include "platform/linux/process/Fonts.h"
 #include "platform/linux/process/Heap.h"
@@ -146,6 +148,10 @@ int main(int argc, char* argv[]) {
     auto backdrop = makeBackdrop(*screens, *windows, windows->screenUnderPointer(),
                                  LauncherModel::storedBackground(preferences), windows->blendsWindows());
 
+    const QString program = desktop::runningProgram();
+    // Before the queue, which at its own end waits for what is done in the background.
+    const auto installer =
+        std::make_shared<desktop::AppImageInstaller>(start.environment.forChild({}), program);
     EventLoopQueue queue;
     EventLoopQueue::runOneAtATime();
     Timeline& timeline = Timeline::shared();
@@ -210,12 +216,14 @@ int main(int argc, char* argv[]) {
          {locations.home, desktop::homeFolderOfUser},
          [&frameworks](AppLanguage chosen) { frameworks.apply(chosen); },
          std::make_shared<desktop::AutostartLoginItem>(
-             files,
-             desktop::AutostartLoginItem::Settings{desktop::autostartFolders(environment),
-                                                   desktop::runningProgram(), entrySettings.currentDesktops}),
-         desktop::makeGlobalShortcut(queue, [&](desktop::PatientConnector::Connected then) {
-             shortcutsBus.connect(std::move(then));
-         })});
+             files, desktop::AutostartLoginItem::Settings{desktop::autostartFolders(environment), program,
+                                                          entrySettings.currentDesktops}),
+         desktop::makeGlobalShortcut(
+             queue,
+             [&](desktop::PatientConnector::Connected then) { shortcutsBus.connect(std::move(then)); }),
+         std::make_shared<desktop::PropertyListMainBundle>(
+             desktop::mainBundlePaths(program, locations.ownBundle)),
+         installer});
     const desktop::TerminationSignals signals([] { QCoreApplication::quit(); });
     if (delegate.firstPageIsReady()) {
         queue.hold();
