@@ -28,14 +28,16 @@ class Dialogs(OnX11):
     def expect_closed(self, launcher):
         """No dialog any more, and the launcher is still up with the focus."""
         self.expect_no_other_window(launcher)
-        self.assertEqual(self.session.windows_of_class(WINDOW_CLASS), [self.window])
+        # Windows that go while they are looked for make that fail.
+        until(lambda: self.session.windows_of_class(WINDOW_CLASS) == [self.window], "the launcher alone")
         self.expect_focus()
 
     def expect_above(self, dialog):
         stack = self.session.property("root", "_NET_CLIENT_LIST_STACKING").split(", ")
         numbers = [int(each, 16) for each in stack]
         self.assertLess(numbers.index(self.window), numbers.index(dialog))
-        self.assertEqual(self.session.windows_of_class(WINDOW_CLASS), [self.window])
+        # Windows that go while they are looked for make that fail.
+        until(lambda: self.session.windows_of_class(WINDOW_CLASS) == [self.window], "the launcher alone")
 
     def window_at(self, x, y):
         self.session.move_pointer(x, y)

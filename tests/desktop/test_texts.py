@@ -40,7 +40,7 @@ GERMAN = Texts(
     background="Hintergrund [Blau*, Lila, Grün]",
     languages="Sprache [Automatisch (System)",
     commands="Nach Name sortieren, Anordnung zurücksetzen…, Anordnung exportieren…, Anordnung importieren…, "
-    "App-Liste aktualisieren, -, Beim Anmelden öffnen",
+    "App-Liste aktualisieren, -, Beim Anmelden öffnen, Nach Updates suchen…, Automatisch nach Updates suchen*",
     presence="-, Sichtbarkeit, Im Dock anzeigen!*, In der Menüleiste anzeigen",
     last=("#", "Kurzbefehl", "Amberquill beenden"),
     export="Anordnung exportieren",
@@ -77,7 +77,8 @@ FRENCH = Texts(
     background="Fond [Bleu*, Violet, Vert]",
     languages="Langue [Automatique (système)",
     commands="Trier par nom, Réinitialiser la disposition…, Exporter la disposition…, Importer la disposition…, "
-    "Actualiser la liste des apps, -, Ouvrir à l’ouverture de session",
+    "Actualiser la liste des apps, -, Ouvrir à l’ouverture de session, Rechercher les mises à jour…, "
+    "Rechercher automatiquement les mises à jour*",
     presence="-, Visibilité, Afficher dans le Dock!*, Afficher dans la barre des menus",
     last=("#", "Raccourci", "Quitter Amberquill"),
     export="Exporter la disposition",
@@ -106,7 +107,7 @@ JAPANESE = Texts(
     background="背景 [ブルー*, パープル, グリーン]",
     languages="言語 [自動（システム）",
     commands="名前順に並べ替え, レイアウトをリセット…, レイアウトを書き出す…, レイアウトを読み込む…, "
-    "アプリ一覧を更新, -, ログイン時に開く",
+    "アプリ一覧を更新, -, ログイン時に開く, アップデートを確認…, アップデートを自動的に確認*",
     presence="-, 表示, Dockに表示!*, メニューバーに表示",
     last=("#", "ショートカット", "Amberquillを終了"),
     export="レイアウトを書き出す",
