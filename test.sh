@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, checks the formatting and runs every test: all of them as people run the program,
 # those that need no display also under the address and undefined-behaviour sanitizers, and the readers of layouts
-# against a minute of made-up files. Ends with the test runner's summary. Arguments are ctest's, as in:
+# and of feeds against made-up files. Ends with the test runner's summary. Arguments are ctest's, as in:
 #   ./test.sh -R ScreenChoice
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")"

@@ -34,7 +34,7 @@ bool isHarmless(const QString& text) {
 
 // A text that is compared: cut off it would be another one, so one that is too long is none.
 std::optional<QString> exactText(QStringView text) {
-    QString line = plainLine(text, maximumFeedLine + 1);
+    QString line = plainLine(text, text.size());
     return line.size() <= maximumFeedLine ? std::optional(std::move(line)) : std::nullopt;
 }
 
@@ -125,7 +125,9 @@ private:
 
     // Of two elements of one name the first counts.
     void readExactly(std::optional<QString>& value) {
-        const auto text = exactText(readText(qsizetype{2} * maximumFeedLine));
+        constexpr qsizetype limit = qsizetype{2} * maximumFeedLine;
+        const QString whole = readText(limit);
+        const auto text = whole.size() < limit ? exactText(whole) : std::nullopt;
         isJudgeable_ = isJudgeable_ && text.has_value();
         if (!value) {
             value = text;

@@ -21,12 +21,14 @@ bool isShown(QChar letter) {
     return letter.category() != QChar::Other_Control && !turnsDirection(letter);
 }
 
-// Not a character less than whole.
+// Not a character less than whole, and no white space around it.
 QString cut(QString text, qsizetype limit) {
-    if (text.size() > limit) {
-        text.truncate(limit > 0 && text.at(limit - 1).isHighSurrogate() ? limit - 1 : limit);
+    text = std::move(text).trimmed();
+    if (text.size() <= limit) {
+        return text;
     }
-    return text;
+    text.truncate(limit > 0 && text.at(limit - 1).isHighSurrogate() ? limit - 1 : limit);
+    return std::move(text).trimmed();
 }
 
 // The text of an HTML document in the making.
@@ -65,7 +67,7 @@ public:
         }
     }
 
-    [[nodiscard]] QString take() && { return cut(std::move(text_).trimmed(), limit_); }
+    [[nodiscard]] QString take() && { return cut(std::move(text_), limit_); }
 
 private:
     [[nodiscard]] bool isAtLineStart() const { return text_.isEmpty() || text_.endsWith(lineBreak); }
@@ -241,7 +243,7 @@ QString plainLines(QStringView text, qsizetype limit) {
             lines += letter;
         }
     }
-    return cut(std::move(lines).trimmed(), limit);
+    return cut(std::move(lines), limit);
 }
 
 QString plainTextOfHtml(QStringView html, qsizetype limit) {

@@ -9,6 +9,7 @@
 #include <QTcpSocket>
 #include <QUrl>
 #include <functional>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -31,12 +32,16 @@ public:
 
     using Answering = std::function<Answer(const Request& request)>;
 
-    LoopbackServer() {
-        if (!server_.listen(QHostAddress::LocalHost)) {
+    // `scheme`: what addresses of this server begin with.
+    explicit LoopbackServer(std::unique_ptr<QTcpServer> server = std::make_unique<QTcpServer>(),
+                            QString scheme = QStringLiteral("http"))
+        : server_(std::move(server))
+        , scheme_(std::move(scheme)) {
+        if (!server_->listen(QHostAddress::LocalHost)) {
             qFatal("no loopback interface to listen at");
         }
-        connect(&server_, &QTcpServer::newConnection, this, [this] {
-            while (QTcpSocket* const socket = server_.nextPendingConnection()) {
+        connect(server_.get(), &QTcpServer::pendingConnectionAvailable, this, [this] {
+            while (QTcpSocket* const socket = server_->nextPendingConnection()) {
                 connect(socket, &QTcpSocket::readyRead, this, [this, socket] { read(*socket); });
                 connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
             }
@@ -44,7 +49,7 @@ public:
     }
 
     [[nodiscard]] QUrl address(const QByteArray& path) const {
-        return QUrl(QStringLiteral("http://127.0.0.1:%1").arg(server_.serverPort()) +
+        return QUrl(scheme_ + QStringLiteral("://127.0.0.1:%1").arg(server_->serverPort()) +
                     QString::fromLatin1(path));
     }
 
@@ -117,7 +122,8 @@ private:
         return request;
     }
 
-    QTcpServer server_;
+    std::unique_ptr<QTcpServer> server_;
+    QString scheme_;
     QHash<QByteArray, Answering> answers_;
     QHash<QTcpSocket*, QByteArray> received_;
     std::vector<Request> requests_;

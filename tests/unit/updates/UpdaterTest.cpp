@@ -331,11 +331,14 @@ TEST_F(UpdaterTest, AnswersToWhatWasNotAskedChangeNothing) {
     EXPECT_EQ(quits, 0);
 }
 
-TEST_F(UpdaterTest, AStrangersFeedMayNotNameWhatListensHere) {
-    // The offer of a feed on this machine keeps pages here; nothing else is tried out over the network.
-    serveFeed("<item><link>http://localhost/page</link><sparkle:releaseNotesLink>https://example.org/notes"
-              "</sparkle:releaseNotesLink><sparkle:version>2.0</sparkle:version></item>");
+TEST_F(UpdaterTest, ThePageOfAnOfferIsTheReleasesElseItsNotes) {
+    const QByteArray notes = "<sparkle:releaseNotesLink>https://example.org/notes</sparkle:releaseNotesLink>"
+                             "<sparkle:version>2.0</sparkle:version></item>";
+    serveFeed("<item><link>https://example.org/page</link>" + notes);
     findUpdate();
-    EXPECT_EQ(interface.lastOffer->page(), QUrl(u"http://localhost/page"_s));
-    EXPECT_EQ(interface.lastOffer->item.releaseNotesPage, QUrl(u"https://example.org/notes"_s));
+    EXPECT_EQ(interface.lastOffer->page(), QUrl(u"https://example.org/page"_s));
+    updater().later();
+    serveFeed("<item>" + notes);
+    findUpdate();
+    EXPECT_EQ(interface.lastOffer->page(), QUrl(u"https://example.org/notes"_s));
 }

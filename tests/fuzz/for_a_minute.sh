@@ -1,8 +1,0 @@
-#!/usr/bin/env bash
-# Feeds a fuzz target for a minute, from its seeds on, the same files each time so that a change is judged by what it
-# changes: for_a_minute.sh <program> <seeds>
-set -euo pipefail
-found=$(mktemp --directory)
-trap 'rm -rf "$found"' EXIT
-"$1" -seed=1 -max_total_time=60 -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 -artifact_prefix="$(dirname "$1")/" \
-    "$found" "$2"
