@@ -47,6 +47,10 @@ public:
     // Takes the window off screen; the window that had the focus before gets it back.
     virtual void withdraw(QWindow& window) = 0;
 
+    // Whether the input focus lies with no program's window, now: where a window manager found nobody to give
+    // it to. False where that cannot be known.
+    [[nodiscard]] virtual bool nobodyHasFocus() const { return false; }
+
     // The system's alert sound.
     virtual void beep() = 0;
 };

@@ -16,6 +16,7 @@
 #include <QScreen>
 #include <QSessionManager>
 #include <QStandardPaths>
+#include <QWidget>
 #include <cmath>
 #include <utility>
 
@@ -83,6 +84,9 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(qGuiApp, &QGuiApplication::aboutToQuit, this, &AppDelegate::applicationWillTerminate);
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &AppDelegate::sessionSaves);
     connect(qGuiApp, &QGuiApplication::saveStateRequest, this, &AppDelegate::sessionSaves);
+    focus_.emplace(services_.windows, services_.queue,
+                   FocusKeeper::Actions{.heir = [this] { return windowOfFocus(); },
+                                        .gaveUp = [this] { controller_->hide(std::nullopt); }});
     frameLog_ = std::make_unique<FrameLog>(controller_->window());
     if (startsHidden_) {
         // There is no frame to wait for.
@@ -191,7 +195,7 @@ void AppDelegate::finishStart() {
 void AppDelegate::applicationStateChanged(Qt::ApplicationState state) {
     // A focus that the window manager has not given yet is not one that was lost.
     const bool wasActive = std::exchange(isActive_, state == Qt::ApplicationActive);
-    if (wasActive && !isActive_) {
+    if (wasActive && !isActive_ && !focus_->expectsFocus()) {
         controller_->hide(std::nullopt);
     } else if (!wasActive && isActive_ && !std::exchange(awaitsFocus_, false)) {
         // A focus that was asked for by a showing is no wish for another one: it may arrive when the launcher
@@ -203,6 +207,13 @@ void AppDelegate::applicationStateChanged(Qt::ApplicationState state) {
 void AppDelegate::bringUp() {
     awaitsFocus_ = !isActive_;
     controller_->show();
+}
+
+QWindow* AppDelegate::windowOfFocus() const {
+    if (const QWidget* dialog = QApplication::activeModalWidget()) {
+        return dialog->windowHandle();
+    }
+    return controller_->isShown() ? &controller_->window() : nullptr;
 }
 
 void AppDelegate::applicationDidBecomeActive() {

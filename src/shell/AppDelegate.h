@@ -6,6 +6,7 @@
 #include "platform/GlobalShortcut.h"
 #include "platform/MainBundle.h"
 #include "platform/ProgramInstaller.h"
+#include "shell/FocusKeeper.h"
 #include "shell/FrameLog.h"
 #include "shell/HotKey.h"
 #include "shell/IconKeeper.h"
@@ -112,6 +113,8 @@ private:
     [[nodiscard]] bool isUserBusy() const;
     void openPage(const QUrl& page, QWindow& from);
     void showAbout();
+    // The one of ours that should have the focus; null: none.
+    [[nodiscard]] QWindow* windowOfFocus() const;
     void applicationDidBecomeActive();
     void finishStart();
     void applicationWillTerminate();
@@ -126,6 +129,7 @@ private:
     LauncherMenu menu_;
     std::unique_ptr<MainMenu> mainMenu_;
     std::unique_ptr<FrameLog> frameLog_;
+    std::optional<FocusKeeper> focus_;
     NamesKeeper names_;
     IconKeeper icons_;
     LiveRefresh live_;

@@ -73,14 +73,21 @@ class Session:
         return self.run_raw(*command, patience=patience, check=check).decode(errors="replace")
 
     def run_raw(self, *command, patience=30, check=True):
-        command = [str(part) for part in command]
-        result = subprocess.run(
-            command, env=self.environment, cwd=self.home, capture_output=True, timeout=patience, check=False
-        )
+        result = self.result_of(*command, patience=patience)
         if check and result.returncode != 0:
             text = result.stderr.decode(errors="replace")
-            raise AssertionError(f"{' '.join(command)} ended with {result.returncode}: {text}")
+            raise AssertionError(f"{' '.join(map(str, command))} ended with {result.returncode}: {text}")
         return result.stdout
+
+    def result_of(self, *command, patience=30):
+        return subprocess.run(
+            [str(part) for part in command],
+            env=self.environment,
+            cwd=self.home,
+            capture_output=True,
+            timeout=patience,
+            check=False,
+        )
 
     def report(self):
         """What the session's programs have said, for a failed test."""

@@ -31,6 +31,8 @@ class X11Session(Session):
     def begin(self):
         self._start_server()
         self.run("xsetroot", "-solid", "#804020")
+        # On a busy machine a key comes up late, and would have been repeated by then.
+        self.run("xset", "r", "off")
         if self._window_manager:
             self.window_manager = self.start_window_manager()
         if self._compositor:
@@ -116,10 +118,20 @@ class X11Session(Session):
     def screenshot(self):
         return Picture.from_ppm(self.run_raw("import", "-silent", "-window", "root", "-depth", "8", "ppm:-"))
 
+    def windows(self, *wanted):
+        """Ids of the windows on the screen that xdotool finds by these arguments."""
+
+        def found():
+            result = self.result_of("xdotool", "search", "--onlyvisible", *wanted)
+            # It dies of a window that goes while it looks around, and has found none then.
+            return None if b"X Error" in result.stderr else (result.stdout.split(),)
+
+        (ids,) = until(found, "a search in peace")
+        return [int(each) for each in ids]
+
     def windows_of_class(self, name):
         """Ids of the top-level windows that are on screen and whose class is the name."""
-        answer = self.run("xdotool", "search", "--onlyvisible", "--class", f"^{re.escape(name)}$", check=False)
-        return [int(line) for line in answer.split()]
+        return self.windows("--class", f"^{re.escape(name)}$")
 
     def window_of_class(self, name, patience=PATIENCE):
         """Waits for the one window of that class."""

@@ -24,8 +24,7 @@ class OnX11(LauncherTestCase):
 
     def other_windows(self, launcher):
         """Its menus, dialogs and tool tips on the screen."""
-        answer = self.session.run("xdotool", "search", "--onlyvisible", "--pid", launcher.pid, check=False)
-        return {int(line) for line in answer.split()} - set(self.session.windows_of_class(WINDOW_CLASS))
+        return set(self.session.windows("--pid", launcher.pid)) - set(self.session.windows_of_class(WINDOW_CLASS))
 
     def expect_no_other_window(self, launcher):
         until(lambda: not self.other_windows(launcher), "the end of its other windows")

@@ -245,6 +245,20 @@ bool X11WindowSystem::blursBehindWindows() const {
            understandsBlurRegion(connection_, root_, atoms_[AtomName::kdeBlurBehindRegion]);
 }
 
+// A window manager keeps the focus on a window of its own then, or on none.
+bool X11WindowSystem::nobodyHasFocus() const {
+    const auto managers = windowProperty(connection_, root_, atoms_[AtomName::supportingWmCheck]);
+    const auto owner = focusOwner();
+    if (!managers || !owner) {
+        return false;
+    }
+    const auto clientOf = [mask = xcb_get_setup(connection_)->resource_id_mask](xcb_window_t window) {
+        return window & ~mask;
+    };
+    return *owner == XCB_INPUT_FOCUS_NONE || *owner == XCB_INPUT_FOCUS_POINTER_ROOT || *owner == root_ ||
+           clientOf(*owner) == clientOf(*managers);
+}
+
 bool X11WindowSystem::hasWindowManager() const {
     const auto property = atoms_[AtomName::supportingWmCheck];
     const auto check = windowProperty(connection_, root_, property);

@@ -28,6 +28,7 @@ public:
     void setListedInTaskBars(bool listed) override;
     void present(QWindow& window, QScreen* screen) override;
     void withdraw(QWindow& window) override;
+    [[nodiscard]] bool nobodyHasFocus() const override;
     void beep() override;
 
 private:
