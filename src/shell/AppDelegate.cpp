@@ -86,7 +86,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(qGuiApp, &QGuiApplication::saveStateRequest, this, &AppDelegate::sessionSaves);
     focus_.emplace(services_.windows, services_.queue,
                    FocusKeeper::Actions{.heir = [this] { return windowOfFocus(); },
-                                        .gaveUp = [this] { controller_->hide(std::nullopt); }});
+                                        .ended = [this] { hideUnlessActive(); }});
     frameLog_ = std::make_unique<FrameLog>(controller_->window());
     if (startsHidden_) {
         // There is no frame to wait for.
@@ -207,6 +207,12 @@ void AppDelegate::applicationStateChanged(Qt::ApplicationState state) {
 void AppDelegate::bringUp() {
     awaitsFocus_ = !isActive_;
     controller_->show();
+}
+
+void AppDelegate::hideUnlessActive() {
+    if (!isActive_) {
+        controller_->hide(std::nullopt);
+    }
 }
 
 QWindow* AppDelegate::windowOfFocus() const {

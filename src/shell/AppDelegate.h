@@ -113,6 +113,7 @@ private:
     [[nodiscard]] bool isUserBusy() const;
     void openPage(const QUrl& page, QWindow& from);
     void showAbout();
+    void hideUnlessActive();
     // The one of ours that should have the focus; null: none.
     [[nodiscard]] QWindow* windowOfFocus() const;
     void applicationDidBecomeActive();

@@ -58,9 +58,7 @@ void FocusKeeper::look() {
         return;
     }
     looksLeft_ = 0;
-    if (QGuiApplication::applicationState() != Qt::ApplicationActive) {
-        actions_.gaveUp();
-    }
+    actions_.ended();
 }
 
 } // namespace amberquill

@@ -19,7 +19,7 @@ class FocusKeeper final : public QObject {
 public:
     struct Actions {
         std::function<QWindow*()> heir; // the window that should have the focus now; null: none
-        std::function<void()> gaveUp;   // the focus has not come back
+        std::function<void()> ended;    // the focus is back, or not to be expected any more
     };
 
     // What it uses outlives it.

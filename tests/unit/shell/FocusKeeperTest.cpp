@@ -49,11 +49,11 @@ protected:
     QWindow launcher_;
     QWindow other_;
     bool launcherIsUp_ = true;
-    int givenUp_ = 0;
+    int ended_ = 0;
     FocusKeeper keeper_{
         windows_,
         queue_,
-        {.heir = [this] { return launcherIsUp_ ? &launcher_ : nullptr; }, .gaveUp = [this] { ++givenUp_; }}};
+        {.heir = [this] { return launcherIsUp_ ? &launcher_ : nullptr; }, .ended = [this] { ++ended_; }}};
 };
 
 } // namespace
@@ -72,12 +72,12 @@ TEST_F(FocusKeeperTest, AFocusThatNobodyHasAfterADialogHasClosedIsAskedFor) {
     EXPECT_FALSE(keeper_.expectsFocus());
 }
 
-TEST_F(FocusKeeperTest, AFocusThatAnotherProgramHasIsLeftToItAndTheApplicationIsLeft) {
+TEST_F(FocusKeeperTest, AFocusThatAnotherProgramHasIsLeftToIt) {
     close(Qt::Dialog);
     EXPECT_FALSE(keeper_.expectsFocus());
     queue_.advance(0.1);
     EXPECT_FALSE(launcherHasFocus());
-    EXPECT_EQ(givenUp_, 1);
+    EXPECT_EQ(ended_, 1);
     windows_.nobody = true;
     queue_.advance(5);
     EXPECT_FALSE(launcherHasFocus()) << "nothing of ours has closed since";
@@ -109,5 +109,5 @@ TEST_F(FocusKeeperTest, WhereNothingOfOursIsUpNothingIsAskedFor) {
     EXPECT_FALSE(keeper_.expectsFocus());
     queue_.advance(0.1);
     EXPECT_FALSE(launcherHasFocus());
-    EXPECT_EQ(givenUp_, 1);
+    EXPECT_EQ(ended_, 1);
 }
