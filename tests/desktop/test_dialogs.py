@@ -28,16 +28,14 @@ class Dialogs(OnX11):
     def expect_closed(self, launcher):
         """No dialog any more, and the launcher is still up with the focus."""
         self.expect_no_other_window(launcher)
-        # Windows that go while they are looked for make that fail.
-        until(lambda: self.session.windows_of_class(WINDOW_CLASS) == [self.window], "the launcher alone")
+        self.assertEqual(self.session.windows_of_class(WINDOW_CLASS), [self.window])
         self.expect_focus()
 
     def expect_above(self, dialog):
         stack = self.session.property("root", "_NET_CLIENT_LIST_STACKING").split(", ")
         numbers = [int(each, 16) for each in stack]
         self.assertLess(numbers.index(self.window), numbers.index(dialog))
-        # Windows that go while they are looked for make that fail.
-        until(lambda: self.session.windows_of_class(WINDOW_CLASS) == [self.window], "the launcher alone")
+        self.assertEqual(self.session.windows_of_class(WINDOW_CLASS), [self.window])
 
     def window_at(self, x, y):
         self.session.move_pointer(x, y)
