@@ -99,6 +99,21 @@ TEST_P(LabelTest, EveryScriptIsDrawnInItsPlace) {
     }
 }
 
+TEST_P(LabelTest, WhatTheFontOfTheLabelsLacksComesFromAnother) {
+    showNamed({u"中文"_s, u"国語"_s, u"アア"_s, u"🎨"_s});
+    EXPECT_NE(label(0), label(1)) << "a missing sign is a box like any other";
+    EXPECT_NE(label(1), label(2));
+    const QImage emoji = label(3);
+    int most = 0;
+    for (int y = 0; y < emoji.height(); ++y) {
+        for (int x = 0; x < emoji.width(); ++x) {
+            const QColor colour = emoji.pixelColor(x, y);
+            most = std::max(most, colour.red() - colour.blue());
+        }
+    }
+    EXPECT_GT(most, 60) << "in its colours";
+}
+
 TEST_P(LabelTest, NothingOfALetterIsCutOffAboveOrBelow) {
     // The same name where nothing bounds it: alone in a picture much higher than a line.
     showNamed({u"gjpqy|Åẫ"_s});
