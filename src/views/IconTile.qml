@@ -19,6 +19,7 @@ Item {
     required property bool highlighted
     required property bool dragged
     required property TileRows tiles
+    property bool covered: false // something lies over it that takes every press
 
     readonly property double brightness: pressed ? -0.3 : 0
 
@@ -32,7 +33,7 @@ Item {
 
     Accessible.role: Accessible.Button
     Accessible.name: spokenName
-    Accessible.ignored: dragged
+    Accessible.ignored: dragged || covered
     Accessible.pressed: pressed
     Accessible.selected: highlighted
     Accessible.onPressAction: activated(itemId)

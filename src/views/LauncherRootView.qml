@@ -84,6 +84,7 @@ ContentItem {
 
                 IconTile {
                     tiles: root.tiles
+                    covered: root.folder.isOpen
                     onActivated: id => root.launcher.activate(id)
                 }
             }
