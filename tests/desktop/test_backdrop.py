@@ -1,12 +1,11 @@
 import json
 import time
 
-from harness import KWinSession, PixelWatch, until
+from harness import PixelWatch, until
 from harness.picture import is_near
 from harness.xlib import BlurringCompositor
-from launcher.applications import Applications
 from launcher.background import background_at
-from launcher.case import WINDOW_CLASS, LauncherTestCase
+from launcher.case import WINDOW_CLASS
 from launcher.on_x11 import OnX11
 
 
@@ -285,102 +284,3 @@ class OnTwoMonitors(BackdropOnX11):
 
             until(is_right, f"the background over {colour}")
             self.end_launcher(launcher)
-
-
-class HalfWhite(LauncherTestCase):
-    """A desktop whose right half is white."""
-
-    width, height = 1280, 720
-    dark, bright = (128, 64, 32), (255, 255, 255)
-
-    def begin_with(self, session):
-        self.session = self.begin(session)
-        self.applications = Applications(self.session)
-        self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 4)]
-        picture = self.session.home / "half.png"
-        half = f"rectangle {self.width // 2},0 {self.width},{self.height}"
-        size = f"{self.width}x{self.height}"
-        self.session.run("convert", "-size", size, "xc:#804020", "-fill", "#ffffff", "-draw", half, picture)
-        return picture
-
-    def expect_desktop(self):
-        def is_seen():
-            picture = self.session.screenshot()
-            return all(
-                picture.at(x, y) == (self.dark if x < self.width // 2 else self.bright)
-                for x in (5, self.width // 2 - 1, self.width // 2, self.width - 6)
-                for y in (5, self.height - 6)
-            )
-
-        until(is_seen, "the desktop")
-
-    def wrong_points(self, dark, bright):
-        """Where the background is not the tint over these halves, far from where they meet."""
-        picture = self.session.screenshot()
-        wrong = {}
-        for x in (5, self.width // 4, self.width * 3 // 4, self.width - 6):
-            for y in (5, self.height - 60, self.height - 6):
-                behind = dark if x < self.width // 2 else bright
-                wanted = background_at(x, y, self.width, self.height, behind)
-                if not is_near(picture.at(x, y), wanted, 4):
-                    wrong[x, y] = picture.at(x, y), wanted
-        return wrong
-
-    def expect_background(self, dark, bright):
-        wrong = {}
-
-        def is_right():
-            nonlocal wrong
-            wrong = self.wrong_points(dark, bright)
-            return not wrong
-
-        try:
-            until(is_right, "the background")
-        except AssertionError as error:
-            raise AssertionError(f"{error}; seen and wanted: {wrong}") from None
-
-    def expect_blurred(self):
-        """The tint over the desktop, whose halves run into each other."""
-        self.expect_background(self.dark, self.bright)
-        y = self.height - 60
-        seen = self.session.screenshot()
-
-        def share(x):
-            """How much of the white is mixed in."""
-            dark, bright = (background_at(x, y, self.width, self.height, half)[2] for half in (self.dark, self.bright))
-            return (seen.at(x, y)[2] - dark) / (bright - dark)
-
-        middle = self.width // 2
-        self.assertAlmostEqual(share(middle), 0.5, delta=0.1)
-        self.assertTrue(0.05 < share(middle - 25) < 0.45, share(middle - 25))
-        self.assertTrue(0.55 < share(middle + 25) < 0.95, share(middle + 25))
-
-    def expect_tint_alone(self):
-        self.expect_background((0, 0, 0), (0, 0, 0))
-
-
-class OnKWin(HalfWhite):
-    def setUp(self):
-        picture = self.begin_with(KWinSession(self.width, self.height, blurs=True))
-        self.session.hang_up(picture)
-        self.expect_desktop()
-
-    def test_the_compositor_blurs_what_is_behind(self):
-        launcher = self.begin_launcher()
-        self.expect_blurred()
-        self.expect_page(self.made)
-        self.end_launcher(launcher)
-
-    def test_each_showing_follows_whether_the_compositor_blurs(self):
-        launcher = self.begin_launcher()
-        self.expect_blurred()
-        for blurs in (True, False, True):
-            self.act("hide")
-            self.expect_desktop()
-            self.session.blur(blurs)
-            self.act("show")
-            if blurs:
-                self.expect_blurred()
-            else:
-                self.expect_tint_alone()
-        self.end_launcher(launcher)

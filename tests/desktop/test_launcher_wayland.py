@@ -6,7 +6,7 @@ from pathlib import Path
 from harness import SwaySession, WestonSession, until
 from harness.picture import is_near
 from launcher import Applications, LauncherTestCase
-from launcher.case import WINDOW_CLASS
+from launcher.on_sway import OnSwayCase
 
 PORTAL = Path(__file__).parent / "harness" / "shortcuts_portal.py"
 
@@ -78,7 +78,7 @@ class OnWeston(LauncherTestCase):
         self.assertEqual(self.layout(), [str(application.path) for application in made])
 
 
-class OnSway(LauncherTestCase):
+class OnSway(OnSwayCase):
     """With a keyboard, without a pointer."""
 
     def setUp(self):
@@ -88,18 +88,8 @@ class OnSway(LauncherTestCase):
         self.applications = Applications(self.session)
         self.made = self.applications.add_many()
 
-    def begin_launcher(self, **settings):
-        # The compositor may run as somebody else; Qt then complains of a runtime folder that is not the user's.
-        runtime = self.session.home / "runtime"
-        runtime.mkdir(mode=0o700, exist_ok=True)
-        socket = self.session.runtime / self.session.environment["WAYLAND_DISPLAY"]
-        return super().begin_launcher(XDG_RUNTIME_DIR=str(runtime), WAYLAND_DISPLAY=str(socket), **settings)
-
     def press(self, key):
         self.session.run("wtype", "-k", key)
-
-    def is_up(self):
-        return self.session.screen_of(WINDOW_CLASS) is not None
 
     def begin_shown_launcher(self):
         launcher = self.begin_launcher()

@@ -55,6 +55,8 @@ class SwaySession(Session):
             "WLR_HEADLESS_OUTPUTS": str(self._screens),
             "WLR_LIBINPUT_NO_DEVICES": "1",
             "WLR_RENDERER": "pixman",
+            # What hangs up its pictures looks into the system's folder for how pictures are told apart.
+            "XDG_DATA_DIRS": "/usr/share",
         }
         command = ["sway", "-c", configuration]
         if os.geteuid() == 0:
@@ -83,6 +85,10 @@ class SwaySession(Session):
     def tell(self, *command):
         self.run("swaymsg", "--", *command)
 
+    def hang_up(self, picture, screen="*"):
+        """A picture file, as large as the screen, on the desktop."""
+        self.tell("output", screen, "bg", str(picture), "stretch")
+
     def screen_of(self, application):
         """The name of the screen with the application's window, or none."""
 
@@ -107,7 +113,8 @@ class SwaySession(Session):
     def type(self, text):
         self.run("wtype", text)
 
-    def screenshot(self):
+    def screenshot(self, screen=None):
+        """Of all screens, or of one."""
         path = self.home / "screenshot.png"
-        self.run("grim", path)
+        self.run("grim", *(["-o", screen] if screen else []), path)
         return Picture.read(path)

@@ -55,6 +55,13 @@ void WaylandWindowSystem::follow() const {
     blur_.follow();
 }
 
+// Compositors of one family draw nothing but black behind a full-screen window. They let their screens be
+// copied, which others do not.
+bool WaylandWindowSystem::blendsWindows() const {
+    follow();
+    return blur_.isOffered() || globals_.find("zwlr_screencopy_manager_v1") == nullptr;
+}
+
 bool WaylandWindowSystem::blursBehindWindows() const {
     follow();
     return blur_.isOffered();

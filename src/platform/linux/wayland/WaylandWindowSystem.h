@@ -27,6 +27,7 @@ public:
     WaylandWindowSystem& operator=(const WaylandWindowSystem&) = delete;
 
     [[nodiscard]] QScreen* screenUnderPointer() const override { return nullptr; }
+    [[nodiscard]] bool blendsWindows() const override;
     [[nodiscard]] bool blursBehindWindows() const override;
     void setActivationToken(const QString& token) override;
     void present(QWindow& window, QScreen* screen) override;

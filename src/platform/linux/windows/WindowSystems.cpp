@@ -1,6 +1,7 @@
 #include "platform/linux/windows/WindowSystems.h"
 
 #include "platform/linux/wayland/WaylandWindowSystem.h"
+#include "platform/linux/wayland/screencopy/WlrScreenCapture.h"
 #include "platform/linux/windows/PlainWindowSystem.h"
 #include "platform/linux/x11/X11ScreenCapture.h"
 #include "platform/linux/x11/X11ScrollDevices.h"
@@ -36,6 +37,9 @@ std::unique_ptr<ScreenCapture> makeScreenCapture() {
                          !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
     if (!isGuest && qGuiApp->nativeInterface<QNativeInterface::QX11Application>() != nullptr) {
         return std::make_unique<X11ScreenCapture>();
+    }
+    if (QGuiApplication::platformName().startsWith(u"wayland"_s)) {
+        return std::make_unique<WlrScreenCapture>();
     }
     return std::make_unique<NullScreenCapture>();
 }

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/linux/wayland/EventQueue.h"
+
+#include <memory>
+
+struct wl_compositor;
+struct wl_output;
+struct wl_shm;
+struct zwlr_layer_shell_v1;
+
+namespace amberquill::desktop {
+
+class Globals;
+
+// Finds out which output a compositor would choose now for a window that names none: by a surface of one
+// pixel of nothing in the lowest layer of the desktop (wlr-layer-shell-unstable-v1), which is told where it
+// is.
+class OutputChoice {
+public:
+    // All of them outlive this.
+    OutputChoice(EventQueue& events, const Globals& globals, wl_shm* shm);
+    OutputChoice(const OutputChoice&) = delete;
+    OutputChoice& operator=(const OutputChoice&) = delete;
+    ~OutputChoice();
+
+    // Null: it is not to be found out, or not in time.
+    [[nodiscard]] const wl_output* ask(EventQueue::Deadline deadline);
+
+private:
+    EventQueue& events_;
+    wl_shm* shm_;
+    std::unique_ptr<wl_compositor, void (*)(wl_compositor*)> compositor_;
+    std::unique_ptr<zwlr_layer_shell_v1, void (*)(zwlr_layer_shell_v1*)> layers_;
+};
+
+} // namespace amberquill::desktop

@@ -1,0 +1,50 @@
+// platform/linux/wayland/screencopy/: what is on the screens of compositors that let a client copy it, by the
+// protocol wlr-screencopy-unstable-v1.
+#pragma once
+
+#include "platform/ScreenCapture.h"
+#include "platform/linux/capture/PixelLayout.h"
+
+#include <QSize>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+namespace amberquill::desktop {
+
+// How a compositor stores the picture of an output in memory of ours.
+struct StoredFrame {
+    PixelLayout pixels;
+    std::uint32_t format; // wl_shm.format
+    QSize size;           // as it lies in memory, in device pixels
+    int stride;           // bytes from one row to the next
+
+    // What a compositor proposes. None: a format that is not read, or sizes that do not fit together or are
+    // larger than any output.
+    static std::optional<StoredFrame> of(std::uint32_t format, std::uint32_t width, std::uint32_t height,
+                                         std::uint32_t stride);
+
+    [[nodiscard]] std::size_t bytes() const {
+        return static_cast<std::size_t>(stride) * static_cast<std::size_t>(size.height());
+    }
+};
+
+// How what is seen upright lies in memory: first its axes are exchanged, then memory's are gone through from
+// their ends.
+struct Orientation {
+    bool exchanged = false;
+    bool fromRight = false;
+    bool fromBottom = false;
+
+    // By wl_output.transform, of which anything may come, and by whether rows lie from the bottom up.
+    static Orientation of(std::int32_t transform, bool bottomUp);
+
+    bool operator==(const Orientation&) const = default;
+};
+
+// The picture upright. `memory` holds frame.bytes(), whatever stands in there. 1 ≤ shrink ≤
+// RowShrinker::most.
+[[nodiscard]] ScreenPicture uprightPicture(const StoredFrame& frame, const Orientation& orientation,
+                                           const unsigned char* memory, int shrink, bool alsoWhole);
+
+} // namespace amberquill::desktop

@@ -1,0 +1,156 @@
+#include "platform/linux/wayland/screencopy/WlrScreenCapture.h"
+
+#include "MockScreencopyCompositor.h"
+
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+using namespace amberquill;
+using namespace amberquill::desktop;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+using Behaviour = MockScreencopyCompositor::Behaviour;
+
+constexpr auto longEnough = 20s;  // for an answer that comes
+constexpr auto impatience = 30ms; // for one that does not
+
+const ScreenArea anywhere{QRect(0, 0, 40, 30), {}};
+
+QRgb grey(int level) {
+    return qRgb(level, level, level);
+}
+
+} // namespace
+
+TEST(WlrScreenCapture, TheOnlyOutputIsCopied) {
+    const MockScreencopyCompositor compositor({});
+    WlrScreenCapture capture(compositor.socket(), longEnough);
+    for (int time = 0; time < 2; ++time) {
+        const ScreenPicture picture = capture.capture(anywhere, 10, true);
+        ASSERT_EQ(picture.shrunk.size(), QSize(4, 3));
+        ASSERT_EQ(picture.whole.size(), QSize(40, 30));
+        EXPECT_EQ(picture.shrunk.pixel(3, 2), grey(10));
+        EXPECT_EQ(picture.whole.pixel(39, 29), grey(10));
+    }
+    EXPECT_EQ(compositor.copies(), 2);
+    EXPECT_TRUE(capture.capture(anywhere, 10, false).whole.isNull());
+}
+
+TEST(WlrScreenCapture, OfSeveralOutputsTheCompositorsChoiceIsCopied) {
+    MockScreencopyCompositor compositor({.outputs = 3, .chosen = 1});
+    WlrScreenCapture capture(compositor.socket(), longEnough);
+    EXPECT_EQ(capture.capture(anywhere, 10, false).shrunk.pixel(0, 0), grey(20));
+    compositor.setChosen(2);
+    EXPECT_EQ(capture.capture(anywhere, 10, false).shrunk.pixel(0, 0), grey(30));
+}
+
+TEST(WlrScreenCapture, AnOutputIsFoundByItsName) {
+    const MockScreencopyCompositor compositor({.outputs = 3});
+    WlrScreenCapture capture(compositor.socket(), longEnough);
+    EXPECT_EQ(capture.capture({anywhere.pixels, u"OUT-2"_s}, 10, false).shrunk.pixel(0, 0), grey(30));
+    EXPECT_TRUE(capture.capture({anywhere.pixels, u"OUT-9"_s}, 10, false).shrunk.isNull());
+}
+
+TEST(WlrScreenCapture, AChoiceThatCannotBeFoundOutIsNotGuessed) {
+    const MockScreencopyCompositor compositor({.outputs = 2, .offersLayers = false});
+    WlrScreenCapture capture(compositor.socket(), longEnough);
+    EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
+    EXPECT_EQ(compositor.copies(), 0);
+}
+
+TEST(WlrScreenCapture, WithoutTheProtocolNothingIsWaitedFor) {
+    const MockScreencopyCompositor compositor({.offersCopies = false});
+    WlrScreenCapture capture(compositor.socket(), longEnough);
+    EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
+}
+
+TEST(WlrScreenCapture, WithoutACompositorThereIsNothing) {
+    WlrScreenCapture capture("/nonexistent/wayland", longEnough);
+    EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
+}
+
+TEST(WlrScreenCapture, NothingIsReadOfNothing) {
+    const MockScreencopyCompositor compositor({});
+    WlrScreenCapture capture(compositor.socket(), longEnough);
+    EXPECT_TRUE(capture.capture({}, 10, true).shrunk.isNull());
+    EXPECT_TRUE(capture.capture(anywhere, 0, true).shrunk.isNull());
+    EXPECT_TRUE(capture.capture(anywhere, 257, true).shrunk.isNull());
+}
+
+TEST(WlrScreenCapture, ACopyThatFailsLeavesNothingAndMayBeTriedAgain) {
+    const MockScreencopyCompositor compositor({.fails = true});
+    WlrScreenCapture capture(compositor.socket(), longEnough);
+    for (int time = 1; time <= 2; ++time) {
+        EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
+        EXPECT_EQ(compositor.copies(), time);
+    }
+}
+
+TEST(WlrScreenCapture, LayoutsThatCannotBeAreRefused) {
+    for (const Behaviour& behaviour :
+         {Behaviour{.stride = 4}, Behaviour{.width = 0}, Behaviour{.height = 0xFFFFFFFF},
+          Behaviour{.width = 0x7FFFFFFF, .stride = 0xFFFFFFFC}, Behaviour{.format = 0x12345678},
+          Behaviour{.width = 16384, .height = 16384, .stride = 65536}}) {
+        const MockScreencopyCompositor compositor(behaviour);
+        WlrScreenCapture capture(compositor.socket(), longEnough);
+        EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
+        EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull()) << "and nothing is owed";
+        EXPECT_EQ(compositor.copies(), 2);
+    }
+}
+
+TEST(WlrScreenCapture, ACompositorThatIsSilentIsWaitedForOnce) {
+    for (const bool proposes : {false, true}) {
+        MockScreencopyCompositor compositor({.proposes = proposes, .finishes = false});
+        WlrScreenCapture capture(compositor.socket(), impatience);
+        // It may be a while before it has been reached at all.
+        while (compositor.copies() == 0) {
+            EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
+        }
+        for (int time = 0; time < 3; ++time) {
+            EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
+        }
+        EXPECT_EQ(compositor.copies(), 1);
+    }
+}
+
+TEST(WlrScreenCapture, OnceItHasAnsweredItIsAskedAgain) {
+    MockScreencopyCompositor compositor({.finishes = false});
+    WlrScreenCapture capture(compositor.socket(), impatience);
+    while (compositor.copies() == 0) {
+        EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
+    }
+    compositor.setFinishes(true);
+    compositor.failOwed();
+    ScreenPicture picture;
+    while (picture.shrunk.isNull()) {
+        picture = capture.capture(anywhere, 10, true);
+    }
+    EXPECT_EQ(picture.shrunk.pixel(0, 0), grey(10));
+}
+
+TEST(WlrScreenCapture, ASocketThatNobodyAnswersIsNotWaitedForLong) {
+    const int listening = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const MockScreencopyCompositor folder({}); // a place for the socket
+    const QByteArray path = folder.socket() + "-mute";
+    std::copy(path.begin(), path.end(), std::begin(address.sun_path));
+    ASSERT_EQ(::bind(listening, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(::listen(listening, 1), 0);
+    WlrScreenCapture capture(path, impatience);
+    EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
+    ::close(listening);
+}
+
+TEST(WlrScreenCapture, ACompositorThatGoesLeavesNothing) {
+    auto compositor = std::make_unique<MockScreencopyCompositor>(Behaviour{});
+    WlrScreenCapture capture(compositor->socket(), longEnough);
+    EXPECT_FALSE(capture.capture(anywhere, 10, true).shrunk.isNull());
+    compositor.reset();
+    EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
+}
