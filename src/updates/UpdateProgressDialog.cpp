@@ -100,6 +100,7 @@ void UpdateProgressDialog::showInstalling() {
     amount_->clear();
     pause_->setVisible(false);
     cancel_->setEnabled(false);
+    answers_.cancel = nullptr;
 }
 
 void UpdateProgressDialog::showStep(const QString& text) {
@@ -121,15 +122,7 @@ void UpdateProgressDialog::showAmount(qint64 received, qint64 length) {
     amount_->setText(amountText(received, length));
 }
 
-void UpdateProgressDialog::finish() {
-    answers_.cancel = nullptr;
-    accept();
-}
-
 void UpdateProgressDialog::reject() {
-    if (!cancel_->isEnabled()) {
-        return;
-    }
     const auto cancel = std::exchange(answers_.cancel, nullptr);
     QDialog::reject();
     if (cancel) {

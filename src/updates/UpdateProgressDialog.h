@@ -27,11 +27,8 @@ public:
     // Bytes; a length that is not positive is not known.
     void showDownload(qint64 received, qint64 length);
     void showPaused(qint64 received, qint64 length);
-    // From here on nothing can be stopped.
+    // From here on nothing can be stopped: closing the dialog only takes it away.
     void showInstalling();
-
-    // The dialog goes, and nothing is cancelled by that.
-    void finish();
 
     void reject() override;
 

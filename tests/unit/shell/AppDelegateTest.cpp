@@ -476,3 +476,24 @@ TEST_F(AppDelegateTest, TheUpdaterStartsWithTheProgramAndChecksNotAtOnce) {
     queue_.advance(3600);
     EXPECT_TRUE(preferences_.contains(lastCheck));
 }
+
+TEST_F(AppDelegateTest, NoUpdateIsLookedForWhileADialogOrAMenuIsOpen) {
+    const QString lastCheck = u"SULastCheckTime"_s;
+    queue_.setDate(queue_.date() + std::chrono::hours(24 * 365));
+    makeDelegate({{u"SUFeedURL"_s, u"http://127.0.0.1:1/feed"_s}});
+    delegate_->applicationDidFinishLaunching();
+    queue_.setDate(queue_.date() + std::chrono::hours(1));
+    QMenu menu;
+    menu.addAction(u"entry"_s);
+    menu.popup({});
+    queue_.advance(3600);
+    EXPECT_FALSE(preferences_.contains(lastCheck));
+    menu.close();
+    QMessageBox box;
+    box.show();
+    queue_.advance(60);
+    EXPECT_FALSE(preferences_.contains(lastCheck));
+    box.close();
+    queue_.advance(60);
+    EXPECT_TRUE(preferences_.contains(lastCheck));
+}
