@@ -13,7 +13,8 @@ EventLoopQueue::~EventLoopQueue() {
 }
 
 double EventLoopQueue::now() const {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+    const std::chrono::duration<double> passed = std::chrono::steady_clock::now().time_since_epoch();
+    return passed.count() / slowdown_;
 }
 
 std::chrono::sys_seconds EventLoopQueue::date() const {
@@ -26,7 +27,7 @@ void EventLoopQueue::post(Work work) {
 
 DelayedWork EventLoopQueue::postAfter(double seconds, Work work) {
     auto cancelled = std::make_shared<bool>(false);
-    const auto delay = std::chrono::milliseconds(std::llround(std::max(seconds, 0.0) * 1000.0));
+    const auto delay = std::chrono::milliseconds(std::llround(std::max(seconds, 0.0) * slowdown_ * 1000.0));
     QTimer::singleShot(delay, Qt::PreciseTimer, this, [work = std::move(work), cancelled] {
         if (!*cancelled) {
             work();

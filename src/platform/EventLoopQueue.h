@@ -14,7 +14,9 @@ class EventLoopQueue final : public QObject, public MainQueue {
     Q_OBJECT
 
 public:
-    EventLoopQueue() = default;
+    // `slowdown`: how many seconds of the world one of its seconds takes, so that motion can be looked at.
+    explicit EventLoopQueue(double slowdown = 1)
+        : slowdown_(slowdown) {}
     EventLoopQueue(const EventLoopQueue&) = delete;
     EventLoopQueue& operator=(const EventLoopQueue&) = delete;
     ~EventLoopQueue() override;
@@ -32,6 +34,7 @@ public:
     void release();
 
 private:
+    double slowdown_;
     bool isHeld_ = false;
     std::vector<Work> held_;
 };

@@ -56,6 +56,12 @@ using namespace std::string_view_literals;
 
 namespace {
 
+// For whoever wants to look at the motion: everything that takes time takes so many times as long.
+double slowdown() {
+    const double wanted = qEnvironmentVariable("AMBERQUILL_SLOWDOWN").toDouble();
+    return wanted >= 1 && wanted <= 100 ? wanted : 1;
+}
+
 // Seconds after the first frame by which what a start needed for a moment can be given back: the pages beside
 // the first one are made and all icons decoded.
 constexpr double settledAfter = 4;
@@ -152,7 +158,7 @@ int main(int argc, char* argv[]) {
     // Before the queue, which at its own end waits for what is done in the background.
     const auto installer =
         std::make_shared<desktop::AppImageInstaller>(start.environment.forChild({}), program);
-    EventLoopQueue queue;
+    EventLoopQueue queue(slowdown());
     EventLoopQueue::runOneAtATime();
     Timeline& timeline = Timeline::shared();
     timeline.runOn(&queue);

@@ -4,6 +4,7 @@
 #include <QTest>
 #include <QThread>
 #include <atomic>
+#include <chrono>
 #include <gtest/gtest.h>
 
 using namespace amberquill;
@@ -47,4 +48,16 @@ TEST_F(EventLoopQueueTest, WhatIsHeldRunsOnceItIsReleased) {
     ask();
     EXPECT_TRUE(QTest::qWaitFor([this] { return finished_ == 3; }));
     EXPECT_EQ(worked_, 3);
+}
+
+TEST(EventLoopQueue, SlowedDownItsSecondsTakeLonger) {
+    EventLoopQueue slow(20);
+    const double begun = slow.now();
+    const auto begunOutside = std::chrono::steady_clock::now();
+    bool fired = false;
+    const auto work = slow.postAfter(0.01, [&fired] { fired = true; });
+    EXPECT_TRUE(QTest::qWaitFor([&fired] { return fired; }));
+    const std::chrono::duration<double> outside = std::chrono::steady_clock::now() - begunOutside;
+    EXPECT_GE(outside.count(), 0.2);
+    EXPECT_NEAR(slow.now() - begun, outside.count() / 20, 0.005);
 }
