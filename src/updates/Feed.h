@@ -14,9 +14,9 @@ namespace amberquill {
 
 inline constexpr qint64 maximumFeedBytes = qint64{5} * 1024 * 1024;
 inline constexpr std::size_t maximumFeedItems = 1000;
-inline constexpr qsizetype maximumFeedLine = 512;           // letters of a title, a version, a channel
-inline constexpr qsizetype maximumReleaseNotes = 64 * 1024; // letters; longer ones are cut off
-inline constexpr int maximumFeedDepth = 64;                 // elements in one another
+inline constexpr qsizetype maximumFeedLine = 512; // letters of a title, a version, a channel
+inline constexpr qsizetype maximumReleaseNotes = qsizetype{64} * 1024; // letters; longer ones are cut off
+inline constexpr int maximumFeedDepth = 64;                            // elements in one another
 
 // What an item offers to download.
 struct FeedEnclosure {

@@ -10,8 +10,7 @@ bool fits(const FeedItem& item, const QString& systemVersion, const QSet<QString
     const bool isForSystem = item.operatingSystem.isEmpty() ||
                              item.operatingSystem.compare(QLatin1String("linux"), Qt::CaseInsensitive) == 0;
     return isForSystem && (item.channel.isEmpty() || channels.contains(item.channel)) &&
-           (item.minimumSystemVersion.isEmpty() ||
-            compareVersions(systemVersion, item.minimumSystemVersion) >= 0);
+           (item.minimumSystemVersion.isEmpty() || !isNewer(item.minimumSystemVersion, systemVersion));
 }
 
 } // namespace
@@ -22,12 +21,12 @@ std::optional<FeedItem> chooseUpdate(const std::vector<FeedItem>& items, const Q
     const FeedItem* newest = nullptr;
     for (const FeedItem& item : items) {
         if (fits(item, systemVersion, channels) &&
-            (newest == nullptr || compareVersions(item.version, newest->version) > 0)) {
+            (newest == nullptr || isNewer(item.version, newest->version))) {
             newest = &item;
         }
     }
-    const bool isUpdate = newest != nullptr && compareVersions(newest->version, installedVersion) > 0 &&
-                          (!skipped || compareVersions(newest->version, *skipped) > 0);
+    const bool isUpdate = newest != nullptr && isNewer(newest->version, installedVersion) &&
+                          (!skipped || isNewer(newest->version, *skipped));
     return isUpdate ? std::optional(*newest) : std::nullopt;
 }
 

@@ -79,7 +79,7 @@ private:
 
 struct Named {
     QLatin1StringView name;
-    char16_t character;
+    char16_t character = 0;
 };
 
 constexpr std::array namedCharacters = {

@@ -195,7 +195,7 @@ void Updater::decide(const std::optional<std::vector<FeedItem>>& items) {
     const auto skipped =
         check_ == UpdateCheck::scheduled ? services_.preferences.string(skippedKey) : std::nullopt;
     auto update = chooseUpdate(*items, services_.keys.version, services_.systemVersion, {}, skipped);
-    if (update && installed_ && compareVersions(update->version, installed_->version) <= 0) {
+    if (update && installed_ && !isNewer(update->version, installed_->version)) {
         awaitRestart();
     } else if (update) {
         update_ = confined(std::move(*update), *services_.keys.feedAddress);
@@ -279,7 +279,7 @@ void Updater::staged(const std::optional<QString>& version) {
     if (!version) {
         download_->remove();
         refuse(UpdateError::installation);
-    } else if (compareVersions(*version, services_.keys.version) <= 0) {
+    } else if (!isNewer(*version, services_.keys.version)) {
         services_.installer.discard();
         download_->remove();
         refuse(UpdateError::notNewer);

@@ -51,7 +51,7 @@ std::weak_ordering compareVersions(QStringView a, QStringView b) {
     while (!a.isEmpty() || !b.isEmpty()) {
         const Part partOfA = takePart(a);
         const Part partOfB = takePart(b);
-        if (const auto order = compareParts(partOfA, partOfB); order != 0) {
+        if (const auto order = compareParts(partOfA, partOfB); std::is_neq(order)) {
             return order;
         }
     }

@@ -13,4 +13,8 @@ namespace amberquill {
 //     1.0a < 1.0b1 < 1.0b2 < 1.0rc < 1.0 = 1.0.0 < 1.0.1 < 1.9 < 1.10
 [[nodiscard]] std::weak_ordering compareVersions(QStringView a, QStringView b);
 
+[[nodiscard]] inline bool isNewer(QStringView version, QStringView other) {
+    return std::is_gt(compareVersions(version, other));
+}
+
 } // namespace amberquill

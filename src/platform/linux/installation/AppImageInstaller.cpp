@@ -176,7 +176,7 @@ std::optional<QString> AppImageInstaller::stage(const QString& file) {
     if (image_.isEmpty()) {
         return std::nullopt;
     }
-    const auto version = copy(file.toUtf8()) ? versionOfProgram(staged_, environment_) : std::nullopt;
+    auto version = copy(file.toUtf8()) ? versionOfProgram(staged_, environment_) : std::nullopt;
     reached_(Step::askedVersion);
     if (!version) {
         discard();
