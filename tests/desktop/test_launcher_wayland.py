@@ -187,6 +187,22 @@ class OnSway(OnSwayCase):
         self.expect_page(self.made[86:])
         self.end_launcher(launcher)
 
+    def test_a_check_for_updates_hides_it_and_its_alert_is_answered_by_keys(self):
+        launcher = self.begin_shown_launcher()
+        self.open_menu()
+        for key in (*["Down"] * 9, "Return"):
+            self.press(key)
+        until(lambda: not self.is_up(), "the launcher's end")
+        until(lambda: self.session.floating_windows() == ["Amberquill"], "the alert")
+
+        def is_answered():
+            self.press("Return")  # it may not have the focus yet
+            return not self.session.floating_windows()
+
+        until(is_answered, "its end")
+        self.assertFalse(self.is_up())
+        self.end_launcher(launcher)
+
     def test_a_file_dialog_above_it_is_typed_into(self):
         desktop = self.session.home / "Desktop"
         desktop.mkdir()

@@ -131,7 +131,9 @@ protected:
                                        screens_,
                                        nullptr,
                                        motion_,
-                                       [] { return std::vector<AppInfo>{}; },
+                                       [] {
+                                           return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};
+                                       },
                                        [] {},
                                        [] {},
                                        prepared_,
@@ -495,5 +497,26 @@ TEST_F(AppDelegateTest, NoUpdateIsLookedForWhileADialogOrAMenuIsOpen) {
     EXPECT_FALSE(preferences_.contains(lastCheck));
     box.close();
     queue_.advance(60);
+    EXPECT_TRUE(preferences_.contains(lastCheck));
+}
+
+TEST_F(AppDelegateTest, NoUpdateIsLookedForDuringADrag) {
+    const QString lastCheck = u"SULastCheckTime"_s;
+    queue_.setDate(queue_.date() + std::chrono::hours(24 * 365));
+    files_.addFile(u"/data/Amberquill/layout.json"_s, "[ {\"app\" : {\"_0\" : \"/Applications/1.app\"}} ]");
+    prepared_ = Preparations::read(files_, {{}, u"/data"_s, {}, {}, {}}, u"en"_s);
+    makeDelegate({{u"SUFeedURL"_s, u"http://127.0.0.1:1/feed"_s}});
+    delegate_->applicationDidFinishLaunching();
+    LauncherModel& model = delegate_->model();
+    model.setSize({1500, 892});
+    queue_.setDate(queue_.date() + std::chrono::hours(1));
+    const QPointF icon = model.metrics().cellCenter(0) - QPointF(0, 12);
+    model.pointerChanged({icon, icon});
+    model.pointerChanged({icon, icon + QPointF(20, 0)});
+    ASSERT_TRUE(model.drag().has_value());
+    queue_.advance(3600);
+    EXPECT_FALSE(preferences_.contains(lastCheck));
+    model.pointerEnded({icon, icon + QPointF(20, 0)});
+    queue_.advance(61);
     EXPECT_TRUE(preferences_.contains(lastCheck));
 }
