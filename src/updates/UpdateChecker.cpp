@@ -55,7 +55,7 @@ void UpdateChecker::checkNow() {
     });
 }
 
-void UpdateChecker::showUpToDate() {
+void UpdateChecker::showUpToDate() const {
     services_.alertUpToDate(services_.keys.shownVersion, endFlow);
 }
 

@@ -54,7 +54,7 @@ public:
 
 private:
     void beginFlow() const;
-    void showUpToDate();
+    void showUpToDate() const;
 
     Services services_;
     UpdaterControls controls_;
