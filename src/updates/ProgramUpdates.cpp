@@ -52,4 +52,6 @@ ProgramUpdates::ProgramUpdates(Services services)
     });
 }
 
+ProgramUpdates::~ProgramUpdates() = default;
+
 } // namespace amberquill

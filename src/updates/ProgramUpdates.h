@@ -32,6 +32,7 @@ public:
     };
 
     explicit ProgramUpdates(Services services);
+    ~ProgramUpdates();
 
     ProgramUpdates(const ProgramUpdates&) = delete;
     ProgramUpdates& operator=(const ProgramUpdates&) = delete;
