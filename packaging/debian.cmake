@@ -34,6 +34,8 @@ set(CPACK_DEBIAN_PACKAGE_DEPENDS
     "qt6-translations-l10n"
     "qt6-wayland")
 list(JOIN CPACK_DEBIAN_PACKAGE_DEPENDS ", " CPACK_DEBIAN_PACKAGE_DEPENDS)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "dbus-user-session | dbus-session-bus, hicolor-icon-theme")
+# Feeds are fetched over HTTPS; the page of a new version opens in the browser.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS
+    "ca-certificates, dbus-user-session | dbus-session-bus, hicolor-icon-theme, xdg-utils")
 
 include(CPack)
