@@ -4,14 +4,16 @@
 
 #include <QSet>
 #include <algorithm>
+#include <chrono>
 #include <iterator>
 
 namespace amberquill {
 
 namespace {
 
-// Rows that are made in one turn of the event loop: a frame stays well below the time of a display's.
+// Rows that are made for one frame, and the time that such a frame is given: it stays well below that.
 constexpr int madeAtOnce = 6;
+constexpr std::chrono::milliseconds frameTime{16};
 
 bool holds(const std::vector<int>& pages, int page) {
     return std::binary_search(pages.begin(), pages.end(), page);
@@ -32,6 +34,7 @@ TileModel::TileModel(LauncherModel& model, QObject* parent)
     connect(&model, &LauncherModel::presentedChanged, this, &TileModel::settleWhenAtRest);
     connect(&model, &LauncherModel::sizeChanged, this, &TileModel::relayout);
     connect(&model, &LauncherModel::gridChanged, this, &TileModel::relayout);
+    settling_.setInterval(frameTime);
     connect(&settling_, &QTimer::timeout, this, &TileModel::settle);
     connect(&Timeline::shared(), &Timeline::stopped, this, &TileModel::settleWhenAtRest);
     relayout();
@@ -58,8 +61,14 @@ void TileModel::refresh() {
 // Neighbours are made, and pages left behind dropped, in moments of their own: never in the middle of a
 // change, never while something moves.
 void TileModel::settleWhenAtRest() {
-    if (whole_ != pagesAtRest()) {
+    if (whole_ != pagesAtRest() && !settling_.isActive()) {
         settling_.start();
+    }
+}
+
+void TileModel::settleNow() {
+    while (settling_.isActive()) {
+        settle();
     }
 }
 

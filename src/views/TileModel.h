@@ -11,8 +11,8 @@ namespace amberquill {
 
 // The tiles of the pages. They stand on a strip on which page n begins n content widths from its left end;
 // turning a page moves the strip. While something moves, the pages that were there stay and only the one
-// turned to is made; once all rests, the rows become those of the page shown and its two neighbours, a few in
-// each turn of the event loop.
+// turned to is made; once all rests, the rows become those of the page shown and its two neighbours, a few
+// for each frame.
 class TileModel : public amberquill::TileRows {
     Q_OBJECT
     QML_ELEMENT
@@ -24,8 +24,8 @@ public:
     explicit TileModel(LauncherModel& model, QObject* parent = nullptr);
 
     [[nodiscard]] QPointF gridCenter() const { return model_.metrics().gridRect().center(); }
-    // Whether no more rows are to be made or dropped as long as nothing changes.
-    [[nodiscard]] bool isSettled() const { return !settling_.isActive(); }
+    // Makes and drops at once what is to be made and dropped a few rows at a time.
+    void settleNow();
 
 private:
     void refresh();

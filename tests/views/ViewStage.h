@@ -145,10 +145,8 @@ public:
     // Until everything rests, the neighbours of the page shown are made and every icon is there.
     void settle() {
         advance(2);
-        const auto* tiles = window_->rootObject()->property("tiles").value<TileModel*>();
-        do {
-            QCoreApplication::processEvents();
-        } while (!tiles->isSettled());
+        QCoreApplication::processEvents();
+        window_->rootObject()->property("tiles").value<TileModel*>()->settleNow();
         finishIcons();
     }
 

@@ -44,9 +44,8 @@ protected:
 
     void note(const QString& form, int a, int b) { changes_.append(form.arg(a).arg(b)); }
     void settle() const {
-        do {
-            QCoreApplication::processEvents();
-        } while (!tiles_->isSettled());
+        QCoreApplication::processEvents();
+        tiles_->settleNow();
     }
 
     [[nodiscard]] QStringList ids() const {
