@@ -9,6 +9,11 @@ void BackgroundLayer::setBackdrop(std::shared_ptr<const Backdrop> backdrop) {
     repaint();
 }
 
+void BackgroundLayer::forgetBackdrop() {
+    backdrop_.reset();
+    forgetPainted();
+}
+
 void BackgroundLayer::setLauncher(LauncherModel* launcher) {
     if (launcher == launcher_) {
         return;

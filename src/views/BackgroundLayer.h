@@ -23,6 +23,9 @@ public:
     // What it is shown over from the next frame on. Until the first one it is the wash alone.
     void setBackdrop(std::shared_ptr<const Backdrop> backdrop);
 
+    // Lets go of it and of what is painted, in a window that is off the screen, until there is another one.
+    void forgetBackdrop();
+
     // What the layer shows, in device pixels.
     [[nodiscard]] const QImage& picture() const { return painted().image; }
 

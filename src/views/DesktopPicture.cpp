@@ -7,6 +7,11 @@ void DesktopPicture::setImage(const QImage& image) {
     repaint();
 }
 
+void DesktopPicture::forget() {
+    image_ = {};
+    forgetPainted();
+}
+
 TextureItem::Painted DesktopPicture::paintTexture(double /*devicePixelRatio*/) {
     return {image_, QRectF({}, size())};
 }

@@ -15,6 +15,9 @@ public:
     // Null: there is none.
     void setImage(const QImage& image);
 
+    // Lets go of it, in a window that is off the screen.
+    void forget();
+
 protected:
     Painted paintTexture(double devicePixelRatio) override;
 

@@ -2,8 +2,10 @@
 
 #include <QQuickWindow>
 #include <QSGImageNode>
+#include <QSGRendererInterface>
 #include <cmath>
 #include <memory>
+#include <utility>
 
 namespace amberquill {
 
@@ -35,23 +37,52 @@ bool isOnlyMoved(const QSGNode& node, const QPointF& corner, double devicePixelR
 class TextureItem::Node final : public QSGNode {
 public:
     explicit Node(QQuickWindow& window)
-        : image_(window.createImageNode())
-        , window_(window) {
+        : window_(window) {
         setFlag(UsePreprocess);
-        image_->setOwnsTexture(true);
-        appendChildNode(image_);
+    }
+    Node(const Node&) = delete;
+    Node& operator=(const Node&) = delete;
+    ~Node() override { *known_ = nullptr; }
+
+    // To the node for as long as it lives.
+    [[nodiscard]] const std::shared_ptr<Node*>& known() const { return known_; }
+
+    [[nodiscard]] bool isEmpty() const { return image_ == nullptr; }
+
+    void setRect(const QRectF& rect) { image_->setRect(rect); }
+
+    void setImage(const QImage& image, const QRectF& rect) {
+        const bool isNew = isEmpty();
+        if (isNew) {
+            image_ = window_.createImageNode();
+            image_->setOwnsTexture(true);
+        }
+        image_->setTexture(window_.createTextureFromImage(image, image.hasAlphaChannel()
+                                                                     ? QQuickWindow::TextureHasAlphaChannel
+                                                                     : QQuickWindow::TextureIsOpaque));
+        image_->setSourceRect(QRectF({}, QSizeF(image.size())));
+        image_->setRect(rect);
+        if (isNew) {
+            // Whole: the software renderer looks at it at once.
+            appendChildNode(image_);
+        }
     }
 
-    [[nodiscard]] QSGImageNode& image() { return *image_; }
+    // The texture goes with it.
+    void clear() { delete std::exchange(image_, nullptr); }
 
     void preprocess() override {
+        if (isEmpty()) {
+            return;
+        }
         const bool copied = isOnlyMoved(*this, image_->rect().topLeft(), window_.effectiveDevicePixelRatio());
         image_->setFiltering(copied ? QSGTexture::Nearest : QSGTexture::Linear);
     }
 
 private:
-    QSGImageNode* image_; // a child, which the node deletes
+    QSGImageNode* image_ = nullptr; // a child, which the node deletes
     QQuickWindow& window_;
+    std::shared_ptr<Node*> known_ = std::make_shared<Node*>(this);
 };
 
 TextureItem::TextureItem(QQuickItem* parent)
@@ -62,6 +93,19 @@ TextureItem::TextureItem(QQuickItem* parent)
 void TextureItem::repaint() {
     needsPainting_ = true;
     polish();
+}
+
+void TextureItem::forgetPainted() {
+    needsPainting_ = false;
+    painted_ = {};
+    update();
+    // The software renderer works on this thread: between two frames its nodes are anybody's. Without it, no
+    // frame would come to take them away from a window that is off the screen.
+    const bool isSoftware =
+        window() != nullptr && window()->rendererInterface()->graphicsApi() == QSGRendererInterface::Software;
+    if (isSoftware && node_ && *node_ != nullptr) {
+        (*node_)->clear();
+    }
 }
 
 double TextureItem::devicePixelRatio() const {
@@ -85,17 +129,13 @@ QSGNode* TextureItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data
     }
     if (!drawn) {
         drawn = std::make_unique<Node>(*window());
-        imageIsNew_ = true;
+        node_ = drawn->known();
     }
-    QSGImageNode& image = drawn->image();
-    if (imageIsNew_) {
-        imageIsNew_ = false;
-        const bool opaque = !painted_.image.hasAlphaChannel();
-        image.setTexture(window()->createTextureFromImage(
-            painted_.image, opaque ? QQuickWindow::TextureIsOpaque : QQuickWindow::TextureHasAlphaChannel));
-        image.setSourceRect(QRectF({}, QSizeF(painted_.image.size())));
+    if (std::exchange(imageIsNew_, false) || drawn->isEmpty()) {
+        drawn->setImage(painted_.image, painted_.rect);
+    } else {
+        drawn->setRect(painted_.rect);
     }
-    image.setRect(painted_.rect);
     return drawn.release();
 }
 

@@ -7,6 +7,7 @@
 #include <QQuickItem>
 #include <QRectF>
 #include <QtQml/qqmlregistration.h>
+#include <memory>
 
 namespace amberquill {
 
@@ -32,6 +33,10 @@ protected:
 
     [[nodiscard]] double devicePixelRatio() const;
 
+    // Lets go of what was painted, until repaint(): for an item in a window that is off the screen. On the
+    // software renderer what is drawn of it goes at once, else with the next frame.
+    void forgetPainted();
+
     // What was painted last.
     [[nodiscard]] const Painted& painted() const { return painted_; }
 
@@ -44,6 +49,7 @@ private:
     class Node;
 
     Painted painted_;
+    std::shared_ptr<Node*> node_; // null, or of nothing once the node has gone
     bool imageIsNew_ = false;
     bool needsPainting_ = true;
 };

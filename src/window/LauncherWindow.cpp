@@ -76,6 +76,12 @@ void LauncherWindow::setBackdrop(const std::shared_ptr<const Backdrop>& backdrop
     setAlpha(rootObject()->opacity());
 }
 
+void LauncherWindow::forgetBackdrop() {
+    coming_.reset();
+    desktop_.forget();
+    rootObject()->findChild<BackgroundLayer*>()->forgetBackdrop();
+}
+
 void LauncherWindow::setAlpha(double alpha) {
     if (alpha > 0 && coming_) {
         rootObject()->findChild<BackgroundLayer*>()->setBackdrop(std::exchange(coming_, {}));

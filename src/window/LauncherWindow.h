@@ -35,6 +35,9 @@ public:
     // waits for the picture.
     void setBackdrop(const std::shared_ptr<const Backdrop>& backdrop);
 
+    // Lets go of it, and of the pictures that were made of it, while the window is off the screen.
+    void forgetBackdrop();
+
     // How opaque the launcher is as a whole, 0 … 1.
     void setAlpha(double alpha);
 

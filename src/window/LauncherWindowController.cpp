@@ -17,6 +17,13 @@
 
 namespace amberquill {
 
+namespace {
+
+// Seconds after the window has gone by which the desktop is itself again.
+constexpr double settled = 0.3;
+
+} // namespace
+
 LauncherWindowController::LauncherWindowController(const Services& services)
     : services_(services)
     , window_(services.model, services.windows.blendsWindows())
@@ -64,7 +71,11 @@ void LauncherWindowController::show() {
 // Before the window covers the screen. While it fades out it is there still: the earlier picture serves on.
 void LauncherWindowController::renewBackdrop(const QScreen* screen) {
     const bool goesElsewhere = screen != nullptr && screen != window_.screen();
-    if (!goesElsewhere && (window_.isVisible() || (isJustWithdrawn() && earlierBackdropServes()))) {
+    if (!goesElsewhere && window_.isVisible()) {
+        return;
+    }
+    if (!goesElsewhere && isJustWithdrawn() && earlierBackdropServes()) {
+        window_.setBackdrop(backdrop_);
         return;
     }
     backdrop_ = std::exchange(services_.firstBackdrop, {});
@@ -83,7 +94,6 @@ bool LauncherWindowController::earlierBackdropServes() const {
 
 // Where the window was, others have not drawn themselves again yet, or a compositor still fades it out.
 bool LauncherWindowController::isJustWithdrawn() const {
-    constexpr double settled = 0.3;
     return withdrawnAt_ >= 0 && services_.queue.now() - withdrawnAt_ < settled;
 }
 
@@ -154,6 +164,12 @@ void LauncherWindowController::requestToken(const QString& path) {
 void LauncherWindowController::fadeEnded() {
     services_.windows.withdraw(window_);
     withdrawnAt_ = services_.queue.now();
+    window_.forgetBackdrop();
+    services_.queue.postAfter(settled, [self = QPointer(this), showing = showings_] {
+        if (self != nullptr && self->showings_ == showing) {
+            self->backdrop_.reset();
+        }
+    });
     if (opening_) {
         opening_->fadeIsOver = true;
         openWhenReady();

@@ -2,7 +2,8 @@
 """How long a start takes, and what the program costs then.
 
 For 200 and for 10,000 applications, under Xvfb and openbox at 1920 x 1080: the time from the process's start to the
-first frame in which every icon is a real one, the memory (PSS) and the work of the idle launcher. Warm file cache;
+first frame in which every icon is a real one, the memory (PSS), also once it is hidden, and the work of the idle
+launcher. Warm file cache;
 the first start, which lays everything out, does not count. Run it on a quiet machine:
 
     tests/bench/start.py [program] [starts]
@@ -67,6 +68,17 @@ def wake_ups(pid):
     return total
 
 
+def pss(pid):
+    """In megabytes."""
+    return int(re.search(r"\nPss:\s+(\d+)", Path(f"/proc/{pid}/smaps_rollup").read_text())[1]) / 1024
+
+
+def pss_hidden(session, program, pid):
+    session.run(program, "--hide")
+    time.sleep(3)
+    return pss(pid)
+
+
 def one_start(program, environment):
     before = time.clock_gettime(time.CLOCK_MONOTONIC)
     process = subprocess.Popen([program], env=environment, stderr=subprocess.PIPE, text=True)
@@ -88,12 +100,13 @@ def measure(program, count, starts):
         for number in range(starts + 1):
             process, first, complete = one_start(program, environment)
             time.sleep(3)
-            rollup = Path(f"/proc/{process.pid}/smaps_rollup").read_text()
+            shown = pss(process.pid)
             cpu, switches = cpu_seconds(process.pid), wake_ups(process.pid)
             if number == starts:
                 time.sleep(5)
                 idle_cpu = cpu_seconds(process.pid) - cpu
                 idle_wake_ups = wake_ups(process.pid) - switches
+                hidden = pss_hidden(session, program, process.pid)
             process.terminate()
             process.stderr.read()
             if process.wait() != 0:
@@ -101,11 +114,11 @@ def measure(program, count, starts):
             if number > 0:
                 firsts.append(first)
                 completes.append(complete)
-                memory.append(int(re.search(r"\nPss:\s+(\d+)", rollup)[1]) / 1024)
+                memory.append(shown)
     print(
         f"{count:6} applications: first frame {statistics.median(firsts):.0f} ms, complete "
         f"{statistics.median(completes):.0f} ms (best {min(completes):.0f}, worst {max(completes):.0f}), "
-        f"PSS {statistics.median(memory):.1f} MB, idle for 5 s: {idle_cpu:.2f} s of CPU, {idle_wake_ups} wake-ups"
+        f"PSS {statistics.median(memory):.1f} MB ({hidden:.1f} hidden), idle for 5 s: {idle_cpu:.2f} s of CPU, {idle_wake_ups} wake-ups"
     )
 
 

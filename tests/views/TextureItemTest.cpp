@@ -10,6 +10,11 @@ namespace {
 
 // Columns of pixels, white and black in turn.
 class Stripes final : public TextureItem {
+public:
+    using TextureItem::forgetPainted;
+    using TextureItem::painted;
+    using TextureItem::repaint;
+
 protected:
     Painted paintTexture(double devicePixelRatio) override {
         QImage image((size() * devicePixelRatio).toSize(), QImage::Format_RGB32);
@@ -45,6 +50,16 @@ protected:
         return count;
     }
 
+    int whites() {
+        QCoreApplication::processEvents();
+        const QImage picture = window_.grabWindow();
+        int count = 0;
+        for (int x = 0; x < picture.width(); ++x) {
+            count += qGray(picture.pixel(x, picture.height() / 2)) > 252 ? 1 : 0;
+        }
+        return count;
+    }
+
     QQuickWindow window_;
     QQuickItem frame_;
     Stripes stripes_;
@@ -72,6 +87,37 @@ TEST_F(DrawnTexture, IsSharpAgainWhenTheScalingIsOver) {
     greys();
     frame_.setScale(1);
     EXPECT_EQ(greys(), 0);
+}
+
+TEST_F(DrawnTexture, WhatIsForgottenWhileTheWindowIsHiddenIsSeenAgainOnceItIsPaintedAgain) {
+    for (int time = 0; time < 2; ++time) {
+        EXPECT_EQ(whites(), 20);
+        window_.hide();
+        stripes_.forgetPainted();
+        EXPECT_TRUE(stripes_.painted().image.isNull());
+        window_.show();
+        EXPECT_EQ(whites(), 0);
+        stripes_.repaint();
+    }
+    EXPECT_EQ(whites(), 20);
+}
+
+TEST_F(DrawnTexture, WhatIsForgottenBeforeItWasDrawnOrAfterItsWindowHasGoneIsNoMatter) {
+    Stripes alone;
+    alone.forgetPainted();
+    EXPECT_EQ(whites(), 20);
+    stripes_.setParentItem(nullptr);
+    stripes_.forgetPainted();
+    EXPECT_EQ(whites(), 0);
+}
+
+TEST_F(DrawnTexture, WhatIsForgottenIsPaintedAtOnceWhenItIsShownAnew) {
+    EXPECT_EQ(whites(), 20);
+    window_.hide();
+    stripes_.forgetPainted();
+    stripes_.repaint();
+    window_.show();
+    EXPECT_EQ(whites(), 20);
 }
 
 } // namespace amberquill

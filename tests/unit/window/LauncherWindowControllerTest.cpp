@@ -6,6 +6,7 @@
 #include "platform/ScrollDevices.h"
 #include "platform/WindowSystem.h"
 #include "support/ModelFixture.h"
+#include "views/BackgroundLayer.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
@@ -104,6 +105,11 @@ protected:
             queue_.advance(frame);
             Timeline::shared().advance();
         }
+    }
+
+    // What the background shows; null: nothing is kept.
+    [[nodiscard]] const QImage& background() const {
+        return shower_->window().rootObject()->findChild<BackgroundLayer*>()->picture();
     }
 
     [[nodiscard]] double alpha() const { return shower_->window().rootObject()->opacity(); }
@@ -678,4 +684,36 @@ TEST_F(LauncherWindowControllerTest, TheEarlierPictureServesNoMoreOnceTheDesktop
     EXPECT_EQ(screens_.areas, 2) << "nothing was read before";
     showAgainAtOnce();
     EXPECT_EQ(screens_.areas, 2);
+}
+
+TEST_F(LauncherWindowControllerTest, NoPictureOfTheDesktopIsKeptWhileItIsHidden) {
+    auto backdrop = std::make_shared<const Backdrop>([] { return ScreenPicture(); },
+                                                     BackgroundLook{{}, QSize(16, 9), 1, false});
+    const std::weak_ptr<const Backdrop> kept = backdrop;
+    shower_ = std::make_shared<LauncherWindowController>(LauncherWindowController::Services{
+        *model_, queue_, windows_, tokens_, opener_, devices_, screens_, std::move(backdrop)});
+    shower_->show();
+    shower_->window().show();
+    pass(0.5);
+    QCoreApplication::processEvents(); // the content gets its size
+    shower_->window().grabWindow();
+    EXPECT_FALSE(background().isNull());
+    shower_->hide(std::nullopt);
+    pass(0.2);
+    shower_->window().hide();
+    EXPECT_TRUE(background().isNull());
+    EXPECT_FALSE(kept.expired()) << "it serves once more for a moment";
+    shower_->show();
+    shower_->window().show();
+    pass(0.5);
+    QCoreApplication::processEvents(); // the content gets its size
+    shower_->window().grabWindow();
+    EXPECT_FALSE(background().isNull());
+    EXPECT_FALSE(kept.expired());
+    shower_->hide(std::nullopt);
+    shower_->window().hide();
+    pass(0.6);
+    EXPECT_TRUE(background().isNull());
+    EXPECT_TRUE(kept.expired());
+    EXPECT_EQ(screens_.areas, 0);
 }

@@ -37,7 +37,7 @@ public:
         if (behaviour.offersLayers) {
             wl_global_create(server, &zwlr_layer_shell_v1_interface, 1, this, &bindLayers);
         }
-        wl_event_loop_add_fd(
+        awakening = wl_event_loop_add_fd(
             wl_display_get_event_loop(server), wake, WL_EVENT_READABLE,
             [](int descriptor, uint32_t, void* self) {
                 std::uint64_t count = 0;
@@ -55,6 +55,7 @@ public:
         awaken();
         thread.join();
         wl_display_destroy_clients(server);
+        wl_event_source_remove(awakening);
         wl_display_destroy(server);
         ::close(wake);
     }
@@ -250,6 +251,7 @@ public:
     QByteArray socket;
     wl_display* server;
     int wake;
+    wl_event_source* awakening = nullptr;
     std::vector<std::unique_ptr<Output>> outputs;
     std::vector<wl_resource*> owed; // frames
     std::thread thread;
