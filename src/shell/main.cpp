@@ -189,7 +189,7 @@ int main(int argc, char* argv[]) {
         return scanned ? *scanned : AppScanner::scan(scanServices);
     };
     desktop::PatientConnector shortcutsBus(busAddress, QStringLiteral("shortcuts"), queue);
-    desktop::LinuxTrayHosts trayHosts;
+    desktop::LinuxTrayHosts trayHosts([] { return QDBusConnection::sessionBus(); });
     TrayStatusItem statusItem(trayHosts);
     AppDelegate delegate(
         {queue,

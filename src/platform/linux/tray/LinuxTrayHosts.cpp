@@ -1,6 +1,5 @@
 #include "platform/linux/tray/LinuxTrayHosts.h"
 
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -26,19 +25,22 @@ xcb_connection_t* xConnection() {
 
 } // namespace
 
-LinuxTrayHosts::LinuxTrayHosts() = default;
+LinuxTrayHosts::LinuxTrayHosts(std::function<QDBusConnection()> sessionBus)
+    : sessionBus_(std::move(sessionBus)) {}
+
 LinuxTrayHosts::~LinuxTrayHosts() = default;
 
 void LinuxTrayHosts::follow(std::function<void()> came) {
     came_ = std::move(came);
     if (!watcher_) {
-        QDBusConnection bus = QDBusConnection::sessionBus();
+        bus_ = sessionBus_();
         watcher_ =
-            std::make_unique<QDBusServiceWatcher>(service, bus, QDBusServiceWatcher::WatchForRegistration);
+            std::make_unique<QDBusServiceWatcher>(service, *bus_, QDBusServiceWatcher::WatchForRegistration);
         connect(watcher_.get(), &QDBusServiceWatcher::serviceRegistered, this, &LinuxTrayHosts::ask);
-        // What collects the items may be there before who shows them.
-        bus.connect(service, path, service, QStringLiteral("StatusNotifierHostRegistered"), this,
-                    SLOT(ask()));
+        // What collects the items may be there before who shows them. Of any sender: to watch one, Qt would
+        // wait for the bus to tell who that is.
+        bus_->connect(QString(), path, service, QStringLiteral("StatusNotifierHostRegistered"), this,
+                      SLOT(ask()));
         if (xcb_connection_t* connection = xConnection()) {
             olderTrays_ = std::make_unique<OlderTrays>(connection, [this] { ask(); });
             qGuiApp->installNativeEventFilter(olderTrays_.get());
@@ -52,7 +54,7 @@ void LinuxTrayHosts::ask() {
         service, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     question << service << QStringLiteral("IsStatusNotifierHostRegistered");
     question.setAutoStartService(false);
-    auto* call = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
+    auto* call = new QDBusPendingCallWatcher(bus_->asyncCall(question), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call] {
         call->deleteLater();
         const QDBusPendingReply<QDBusVariant> answer = *call;

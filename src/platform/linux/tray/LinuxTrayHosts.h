@@ -3,8 +3,10 @@
 #include "platform/TrayHosts.h"
 #include "platform/linux/tray/OlderTrays.h"
 
+#include <QDBusConnection>
 #include <QObject>
 #include <memory>
+#include <optional>
 
 class QDBusServiceWatcher;
 
@@ -17,7 +19,8 @@ class LinuxTrayHosts final : public QObject, public TrayHosts {
     Q_OBJECT
 
 public:
-    LinuxTrayHosts();
+    // The session bus is asked for when the hosts are first followed.
+    explicit LinuxTrayHosts(std::function<QDBusConnection()> sessionBus);
     ~LinuxTrayHosts() override;
 
     LinuxTrayHosts(const LinuxTrayHosts&) = delete;
@@ -29,6 +32,8 @@ private Q_SLOTS:
     void ask();
 
 private:
+    std::function<QDBusConnection()> sessionBus_;
+    std::optional<QDBusConnection> bus_;
     std::function<void()> came_;
     std::unique_ptr<QDBusServiceWatcher> watcher_;
     std::unique_ptr<OlderTrays> olderTrays_;

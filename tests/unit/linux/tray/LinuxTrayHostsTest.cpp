@@ -1,0 +1,111 @@
+#include "platform/linux/tray/LinuxTrayHosts.h"
+
+#include "MockWatcher.h"
+#include "support/PrivateBus.h"
+#include "support/WaitUntil.h"
+
+#include <QCoreApplication>
+#include <QDBusPendingCallWatcher>
+#include <QElapsedTimer>
+#include <gtest/gtest.h>
+
+using namespace amberquill;
+using namespace amberquill::desktop;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class LinuxTrayHostsTest : public testing::Test {
+protected:
+    void follow() {
+        hosts_.follow([this] { ++trays_; });
+    }
+
+    [[nodiscard]] bool isTold(int trays) {
+        return waitUntil([&] { return trays_ == trays; });
+    }
+
+    // Until what each side has sent so far has reached the other, and what it sent then.
+    void settle() {
+        for (int i = 0; i < 3; ++i) {
+            askTheBus(watcherBus_);
+            askTheBus(hostsBus_);
+        }
+    }
+
+    static void askTheBus(QDBusConnection& connection) {
+        const QDBusPendingCallWatcher watcher(connection.asyncCall(QDBusMessage::createMethodCall(
+            u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetId"_s)));
+        EXPECT_TRUE(waitUntil([&] { return watcher.isFinished(); }));
+    }
+
+    PrivateBus bus_;
+    QDBusConnection watcherBus_ = bus_.connect();
+    QDBusConnection hostsBus_ = bus_.connect();
+    MockWatcher watcher_{watcherBus_};
+    LinuxTrayHosts hosts_{[this] { return hostsBus_; }};
+    int trays_ = 0;
+};
+
+} // namespace
+
+TEST_F(LinuxTrayHostsTest, AHostThatIsThereIsTold) {
+    watcher_.setHost(true);
+    watcher_.appear();
+    follow();
+    EXPECT_TRUE(isTold(1));
+}
+
+TEST_F(LinuxTrayHostsTest, OneThatComesLaterIsToldEachTime) {
+    follow();
+    settle();
+    EXPECT_EQ(trays_, 0);
+    watcher_.setHost(true);
+    for (int times = 1; times <= 2; ++times) {
+        watcher_.appear();
+        EXPECT_TRUE(isTold(times));
+        watcher_.disappear();
+        settle();
+        EXPECT_EQ(trays_, times);
+    }
+}
+
+TEST_F(LinuxTrayHostsTest, WhatCollectsItemsThatNobodyShowsIsNoTray) {
+    watcher_.appear();
+    follow();
+    EXPECT_TRUE(waitUntil([this] { return watcher_.questions() > 0; }));
+    settle();
+    EXPECT_EQ(trays_, 0);
+    watcher_.addHost();
+    EXPECT_TRUE(isTold(1));
+}
+
+TEST_F(LinuxTrayHostsTest, WhoFollowsAnewIsToldInstead) {
+    follow();
+    int told = 0;
+    hosts_.follow([&told] { ++told; });
+    watcher_.setHost(true);
+    watcher_.appear();
+    EXPECT_TRUE(waitUntil([&] { return told == 1; }));
+    EXPECT_EQ(trays_, 0);
+}
+
+TEST_F(LinuxTrayHostsTest, ABusThatHangsKeepsNobodyWaiting) {
+    watcher_.setHost(true);
+    watcher_.appear();
+    bus_.freeze();
+    QElapsedTimer elapsed;
+    elapsed.start();
+    follow();
+    EXPECT_LT(elapsed.elapsed(), 5'000);
+    bus_.thaw();
+    EXPECT_TRUE(isTold(1));
+}
+
+TEST(LinuxTrayHosts, WithoutABusThereIsNoTray) {
+    LinuxTrayHosts hosts([] { return QDBusConnection(u"none"_s); });
+    int trays = 0;
+    hosts.follow([&trays] { ++trays; });
+    QCoreApplication::processEvents();
+    EXPECT_EQ(trays, 0);
+}
