@@ -9,6 +9,7 @@ from launcher import Applications, LauncherTestCase
 from launcher.on_sway import OnSwayCase
 
 PORTAL = Path(__file__).parent / "harness" / "shortcuts_portal.py"
+TRAY_HOST = Path(__file__).parent / "harness" / "tray_host.py"
 
 
 class OnWeston(LauncherTestCase):
@@ -245,6 +246,25 @@ class OnSway(OnSwayCase):
             used = f'activate("showing-{number}"'
             until(lambda: any(used in line for line in launcher.lines), "the use of the activation token")
         self.assertEqual(launcher.terminate(), 0)
+
+    def test_a_tray_that_comes_later_and_again_has_its_item(self):
+        preferences = self.session.config / "Amberquill" / "preferences.json"
+        preferences.parent.mkdir()
+        preferences.write_text(json.dumps({"showInMenuBar": True}), encoding="utf-8")
+        launcher = self.begin_shown_launcher()
+        for _ in range(2):
+            tray = self.session.start("/usr/bin/python3", "-B", TRAY_HOST)
+            tray.expect("item")
+            # What has keys is active: a click hides it.
+            self.session.type("app 87")
+            self.expect_page(self.made[86:])
+            tray.send("activate")
+            until(lambda: not self.is_up(), "the window's end")
+            tray.send("activate")
+            until(self.is_up, "the window")
+            self.expect_page(self.made)
+            tray.kill()
+        self.end_launcher(launcher)
 
     def test_a_bus_that_hangs_once_it_is_up_keeps_no_key_waiting(self):
         launcher = self.begin_launcher()

@@ -5,6 +5,7 @@ import time
 from pathlib import Path
 
 from harness import until
+from harness.picture import is_near
 from launcher.case import WINDOW_CLASS
 from launcher.on_x11 import OnX11
 
@@ -181,6 +182,29 @@ class Presence(OnX11):
         self.let_pass(1)
         self.session.click(*middle)
         self.expect_shown()
+        self.end_launcher(launcher)
+
+    def test_a_tray_beside_the_launcher_shows_its_menu_and_leaves_it_up(self):
+        left, right = self.session.split_into_monitors()
+        self.write_preferences(showInMenuBar=True)
+        _, window = self.begin_old_tray()
+        self.session.move_pointer(right.x + 300, 300)
+        launcher = self.begin_launcher()
+        self.expect_shown()
+        until(lambda: self.session.geometry(self.window) == right, "the launcher on the right")
+        item = self.expect_item_in(window)
+        alone = self.other_windows(launcher)
+        self.session.click(item.x + item.width // 2, item.y + item.height // 2, button=3)
+        menu = until(lambda: self.other_windows(launcher) - alone, "the menu").pop()
+        place = until(lambda: self.session.geometry(menu), "its place")
+        self.assertLessEqual(place.x + place.width, left.width)
+        corner = place.x + 5, place.y + place.height - 5
+        until(lambda: is_near(self.session.screenshot().at(*corner), (255, 255, 255), 40), "the menu above all")
+        self.assertEqual(self.session.windows_of_class(WINDOW_CLASS), [self.window])
+        self.session.press("Escape")
+        until(lambda: not self.other_windows(launcher) - alone, "its end")
+        self.assertEqual(self.session.windows_of_class(WINDOW_CLASS), [self.window])
+        until(lambda: self.session.focused_window() == self.window, "the focus")
         self.end_launcher(launcher)
 
     def test_a_tray_of_the_older_kind_that_comes_later_and_again_has_it(self):
