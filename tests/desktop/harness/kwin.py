@@ -69,6 +69,12 @@ class KWinSession(Session):
         self.environment["WAYLAND_DISPLAY"] = socket.name
         self.environment["QT_QPA_PLATFORM"] = "wayland"
         self._keyboard = FakeKeyboard(socket)
+        until(self._takes_pictures, "its service for pictures")
+        self._camera = self.start("/usr/bin/python3", "-B", SCREENSHOT)
+
+    def _takes_pictures(self):
+        place = ("--dest", "org.kde.KWin", "--object-path", "/org/kde/KWin/ScreenShot2")
+        return "CaptureActiveScreen" in self.run("gdbus", "introspect", "--session", *place, check=False)
 
     def end(self):
         if hasattr(self, "_keyboard"):
@@ -92,6 +98,6 @@ class KWinSession(Session):
 
     def screenshot(self):
         path = self.home / "screenshot"
-        size = self.run("/usr/bin/python3", "-B", SCREENSHOT, path)
-        width, height, stride = (int(part) for part in size.split())
+        self._camera.send(str(path))
+        width, height, stride = (int(part) for part in self._camera.expect("picture").split()[1:])
         return Picture.from_bgra(width, height, stride, path.read_bytes())

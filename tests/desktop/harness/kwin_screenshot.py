@@ -1,6 +1,5 @@
-"""Asks KWin for what is on the screen, as a program of the session:
-
-    kwin_screenshot.py FILE     writes the pixels (blue, green, red, unused), tells width, height and bytes of a row
+"""Asks KWin for what is on the screen, as a program of the session. For each line on its input, the path of a file, it
+writes the pixels there (blue, green, red, unused) and tells "picture WIDTH HEIGHT BYTES-OF-A-ROW".
 """
 
 import os
@@ -9,8 +8,7 @@ import sys
 from gi.repository import Gio, GLib
 
 
-def main():
-    bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+def take(bus, path):
     reading, writing = os.pipe()
     descriptors = Gio.UnixFDList.new_from_array([writing])
     # The first of them; the one on this side of the pipe is the list's to close.
@@ -29,9 +27,15 @@ def main():
     del descriptors
     size = told.unpack()[0]
     wanted = size["stride"] * size["height"]
-    with os.fdopen(reading, "rb") as pipe, open(sys.argv[1], "wb") as file:
+    with os.fdopen(reading, "rb") as pipe, open(path, "wb") as file:
         file.write(pipe.read(wanted))
-    print(size["width"], size["height"], size["stride"])
+    print("picture", size["width"], size["height"], size["stride"], flush=True)
+
+
+def main():
+    bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+    for line in sys.stdin:
+        take(bus, line.rstrip("\n"))
 
 
 if __name__ == "__main__":

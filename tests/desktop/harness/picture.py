@@ -26,12 +26,11 @@ class Picture:
         """Four bytes a pixel, the last of them unused; `stride` bytes a row."""
         if stride < width * 4 or len(data) != stride * height:
             raise ValueError("not a picture")
+        if stride > width * 4:
+            data = b"".join(data[y * stride : y * stride + width * 4] for y in range(height))
         pixels = bytearray(width * height * 3)
-        for y in range(height):
-            row = data[y * stride : y * stride + width * 4]
-            line = slice(y * width * 3, (y + 1) * width * 3)
-            for channel in range(3):
-                pixels[line.start + channel : line.stop : 3] = row[2 - channel :: 4]
+        for channel in range(3):
+            pixels[channel::3] = data[2 - channel :: 4]
         return Picture(width, height, bytes(pixels))
 
     @staticmethod

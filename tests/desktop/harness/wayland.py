@@ -115,6 +115,4 @@ class SwaySession(Session):
 
     def screenshot(self, screen=None):
         """Of all screens, or of one."""
-        path = self.home / "screenshot.png"
-        self.run("grim", *(["-o", screen] if screen else []), path)
-        return Picture.read(path)
+        return Picture.from_ppm(self.run_raw("grim", "-t", "ppm", *(["-o", screen] if screen else []), "-"))

@@ -7,7 +7,7 @@ from dataclasses import dataclass
 from harness.picture import Picture
 from harness.session import Session
 from harness.waiting import PATIENCE, until
-from harness.xlib import compositor_runs
+from harness.xlib import compositor_runs, screen_pixels
 
 
 @dataclass(frozen=True)
@@ -116,7 +116,7 @@ class X11Session(Session):
     # What is there.
 
     def screenshot(self):
-        return Picture.from_ppm(self.run_raw("import", "-silent", "-window", "root", "-depth", "8", "ppm:-"))
+        return Picture.from_bgra(self.width, self.height, *screen_pixels(self.display, self.width, self.height))
 
     def windows(self, *wanted):
         """Ids of the windows on the screen that xdotool finds by these arguments."""

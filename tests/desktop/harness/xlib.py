@@ -18,6 +18,41 @@ def open_display(display):
         x11.XCloseDisplay(connection)
 
 
+class _Image(ctypes.Structure):
+    """How an XImage begins."""
+
+    _fields_ = [
+        ("width", ctypes.c_int),
+        ("height", ctypes.c_int),
+        ("xoffset", ctypes.c_int),
+        ("format", ctypes.c_int),
+        ("data", ctypes.c_void_p),
+        ("byte_order", ctypes.c_int),
+        ("bitmap_unit", ctypes.c_int),
+        ("bitmap_bit_order", ctypes.c_int),
+        ("bitmap_pad", ctypes.c_int),
+        ("depth", ctypes.c_int),
+        ("bytes_per_line", ctypes.c_int),
+        ("bits_per_pixel", ctypes.c_int),
+    ]
+
+
+def screen_pixels(display, width, height):
+    """What is on a screen of 32 bits a pixel: the bytes of a row, and all bytes."""
+    z_pixmap, all_planes = 2, ctypes.c_ulong(0xFFFFFFFF)
+    with open_display(display) as (x11, connection):
+        x11.XDefaultRootWindow.restype = ctypes.c_ulong
+        x11.XGetImage.restype = ctypes.POINTER(_Image)
+        root = ctypes.c_ulong(x11.XDefaultRootWindow(connection))
+        image = x11.XGetImage(connection, root, 0, 0, width, height, all_planes, z_pixmap)
+        if not image or image.contents.bits_per_pixel != 32:
+            raise OSError("no picture of the screen")
+        stride = image.contents.bytes_per_line
+        pixels = ctypes.string_at(image.contents.data, stride * height)
+        x11.XDestroyImage(image)
+        return stride, pixels
+
+
 def compositor_runs(display):
     """Whether a compositor owns the first screen."""
     with open_display(display) as (x11, connection):
