@@ -14,7 +14,6 @@
 #include <QApplication>
 #include <QPointer>
 #include <QScreen>
-#include <QSessionManager>
 #include <QStandardPaths>
 #include <QWidget>
 #include <cmath>

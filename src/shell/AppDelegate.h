@@ -22,11 +22,10 @@
 #include "window/LayoutDialogs.h"
 
 #include <QObject>
+#include <QSessionManager>
 #include <QStringList>
 #include <memory>
 #include <optional>
-
-class QSessionManager;
 
 namespace amberquill {
 
