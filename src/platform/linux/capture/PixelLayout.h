@@ -28,9 +28,9 @@ public:
 
 private:
     struct Channel {
-        unsigned shift = 0;                  // of its lowest bit that counts
-        std::uint32_t mask = 0;              // after shifting
-        std::array<std::uint8_t, 256> level; // of what is left then
+        unsigned shift = 0;                    // of its lowest bit that counts
+        std::uint32_t mask = 0;                // after shifting
+        std::array<std::uint8_t, 256> level{}; // of what is left then
     };
 
     static std::optional<Channel> channel(std::uint32_t mask, int bitsPerPixel);

@@ -15,9 +15,9 @@ namespace amberquill::desktop {
 // How a compositor stores the picture of an output in memory of ours.
 struct StoredFrame {
     PixelLayout pixels;
-    std::uint32_t format; // wl_shm.format
-    QSize size;           // as it lies in memory, in device pixels
-    int stride;           // bytes from one row to the next
+    std::uint32_t format = 0; // wl_shm.format
+    QSize size;               // as it lies in memory, in device pixels
+    int stride = 0;           // bytes from one row to the next
 
     // What a compositor proposes. None: a format that is not read, or sizes that do not fit together or are
     // larger than any output.
