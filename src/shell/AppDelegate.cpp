@@ -80,6 +80,8 @@ void AppDelegate::applicationDidFinishLaunching() {
         }
     });
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, &AppDelegate::applicationStateChanged);
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
+            [this](const QWindow* focused) { hadFocus_ = hadFocus_ || focused != nullptr; });
     connect(qGuiApp, &QGuiApplication::aboutToQuit, this, &AppDelegate::applicationWillTerminate);
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &AppDelegate::sessionSaves);
     connect(qGuiApp, &QGuiApplication::saveStateRequest, this, &AppDelegate::sessionSaves);
@@ -194,7 +196,9 @@ void AppDelegate::finishStart() {
 void AppDelegate::applicationStateChanged(Qt::ApplicationState state) {
     // A focus that the window manager has not given yet is not one that was lost.
     const bool wasActive = std::exchange(isActive_, state == Qt::ApplicationActive);
-    if (wasActive && !isActive_ && !focus_->expectsFocus()) {
+    // So is the end of one from before the launcher was hidden, told when it is up again.
+    const bool isLost = std::exchange(hadFocus_, isActive_) && wasActive && !isActive_;
+    if (isLost && !focus_->expectsFocus()) {
         controller_->hide(std::nullopt);
     } else if (!wasActive && isActive_ && !std::exchange(awaitsFocus_, false)) {
         // A focus that was asked for by a showing is no wish for another one: it may arrive when the launcher
@@ -205,6 +209,7 @@ void AppDelegate::applicationStateChanged(Qt::ApplicationState state) {
 
 void AppDelegate::bringUp() {
     awaitsFocus_ = !isActive_;
+    hadFocus_ = hadFocus_ && controller_->isShown();
     controller_->show();
 }
 
@@ -224,6 +229,7 @@ QWindow* AppDelegate::windowOfFocus() const {
 void AppDelegate::applicationDidBecomeActive() {
     if (!controller_->isShown() && !controller_->hasOtherWindow()) {
         bringUp();
+        hadFocus_ = true;
     }
 }
 

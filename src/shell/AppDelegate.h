@@ -136,6 +136,7 @@ private:
     std::optional<HotKey> hotKey_;
     PressMerger presses_;
     bool isActive_ = false;
+    bool hadFocus_ = false;    // since the launcher was last brought up from hiding
     bool awaitsFocus_ = false; // the window system was asked for it and has not given it yet
     bool startsHidden_ = false;
 };

@@ -298,6 +298,18 @@ TEST_F(AppDelegateTest, AFocusThatArrivesAfterTheHideDoesNotUndoIt) {
     EXPECT_TRUE(delegate_->model().presented()) << "nobody asked for this one: the user did";
 }
 
+TEST_F(AppDelegateTest, TheEndOfAFocusFromBeforeTheHideDoesNotHideItAgain) {
+    delegate_->applicationDidFinishLaunching();
+    setState(Qt::ApplicationActive);
+    delegate_->hideLauncher();
+    delegate_->showLauncher();
+    setState(Qt::ApplicationInactive);
+    EXPECT_TRUE(delegate_->model().presented());
+    setState(Qt::ApplicationActive);
+    setState(Qt::ApplicationInactive);
+    EXPECT_FALSE(delegate_->model().presented());
+}
+
 TEST_F(AppDelegateTest, BecomingActiveLeavesAShownLauncherAlone) {
     delegate_->applicationDidFinishLaunching();
     setState(Qt::ApplicationActive);
