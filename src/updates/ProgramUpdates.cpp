@@ -1,57 +1,79 @@
 #include "updates/ProgramUpdates.h"
 
 #include "updates/Feed.h"
+#include "updates/Fetch.h"
+#include "updates/Updater.h"
 
 #include <QRandomGenerator>
 #include <utility>
 
 namespace amberquill {
 
-ProgramUpdates::ProgramUpdates(Services services)
-    : probe_(services.queue)
-    , dialogs_(std::move(services.dialogs))
-    , checker_({
+struct ProgramUpdates::Parts {
+    explicit Parts(Services services);
+
+    Fetch probe;
+    UpdateDialogs dialogs;
+    UpdateChecker checker;
+    Updater updater;
+};
+
+ProgramUpdates::Parts::Parts(Services services)
+    : probe(services.queue)
+    , dialogs(std::move(services.dialogs))
+    , checker({
           .keys = readBundleKeys(services.bundle),
           .fetch =
               [this](const QUrl& address, std::function<void(const Fetched&)> done) {
-                  probe_.get(address, maximumFeedBytes, std::move(done));
+                  probe.get(address, maximumFeedBytes, std::move(done));
               },
-          .bringToFront = [this] { dialogs_.bringToFront(); },
+          .bringToFront = [this] { dialogs.bringToFront(); },
           .alertUpToDate =
               [this](const QString& version, std::function<void()> closed) {
-                  dialogs_.alertUpToDate(version, std::move(closed));
+                  dialogs.alertUpToDate(version, std::move(closed));
               },
       })
-    , updater_({
+    , updater({
           .queue = services.queue,
           .preferences = services.preferences,
           .installer = services.installer,
-          .userInterface = dialogs_,
-          .delegate = checker_,
-          .keys = checker_.keys(),
+          .userInterface = dialogs,
+          .delegate = checker,
+          .keys = checker.keys(),
           .systemVersion = systemVersion(),
           .downloadFolder = services.downloadFolder,
           .isBusy = std::move(services.isBusy),
           .random = [] { return QRandomGenerator::system()->generateDouble(); },
           .quit = std::move(services.quit),
       }) {
-    checker_.setControls({
-        .automaticallyChecks = [this] { return updater_.automaticallyChecksForUpdates(); },
-        .setAutomaticallyChecks = [this](bool on) { updater_.setAutomaticallyChecksForUpdates(on); },
-        .checkForUpdates = [this] { updater_.checkForUpdates(); },
+    checker.setControls({
+        .automaticallyChecks = [this] { return updater.automaticallyChecksForUpdates(); },
+        .setAutomaticallyChecks = [this](bool on) { updater.setAutomaticallyChecksForUpdates(on); },
+        .checkForUpdates = [this] { updater.checkForUpdates(); },
     });
-    dialogs_.setAnswers({
-        .install = [this] { updater_.install(); },
-        .later = [this] { updater_.later(); },
-        .skip = [this] { updater_.skip(); },
-        .acknowledge = [this] { updater_.acknowledge(); },
-        .pause = [this] { updater_.pause(); },
-        .resume = [this] { updater_.resume(); },
-        .cancel = [this] { updater_.cancel(); },
-        .restart = [this] { updater_.restart(); },
+    dialogs.setAnswers({
+        .install = [this] { updater.install(); },
+        .later = [this] { updater.later(); },
+        .skip = [this] { updater.skip(); },
+        .acknowledge = [this] { updater.acknowledge(); },
+        .pause = [this] { updater.pause(); },
+        .resume = [this] { updater.resume(); },
+        .cancel = [this] { updater.cancel(); },
+        .restart = [this] { updater.restart(); },
     });
 }
 
+ProgramUpdates::ProgramUpdates(Services services)
+    : parts_(std::make_unique<Parts>(std::move(services))) {}
+
 ProgramUpdates::~ProgramUpdates() = default;
+
+void ProgramUpdates::start() {
+    parts_->updater.start();
+}
+
+UpdateChecker& ProgramUpdates::checker() {
+    return parts_->checker;
+}
 
 } // namespace amberquill

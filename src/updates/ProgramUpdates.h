@@ -1,12 +1,11 @@
 #pragma once
 
-#include "updates/Fetch.h"
 #include "updates/UpdateChecker.h"
 #include "updates/UpdateDialogs.h"
-#include "updates/Updater.h"
 
 #include <QString>
 #include <functional>
+#include <memory>
 
 namespace amberquill {
 
@@ -38,15 +37,13 @@ public:
     ProgramUpdates& operator=(const ProgramUpdates&) = delete;
 
     // From now on checks are made by themselves, where that is wanted. Nothing is fetched at once.
-    void start() { updater_.start(); }
+    void start();
 
-    [[nodiscard]] UpdateChecker& checker() { return checker_; }
+    [[nodiscard]] UpdateChecker& checker();
 
 private:
-    Fetch probe_;
-    UpdateDialogs dialogs_;
-    UpdateChecker checker_;
-    Updater updater_;
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
 };
 
 } // namespace amberquill
