@@ -3,7 +3,7 @@ import signal
 import time
 from pathlib import Path
 
-from harness import SwaySession, WestonSession, until
+from harness import SwaySession, WestonInAWindowSession, WestonSession, until
 from harness.picture import is_near
 from launcher import Applications, LauncherTestCase
 from launcher.on_sway import OnSwayCase
@@ -77,6 +77,44 @@ class OnWeston(LauncherTestCase):
         self.expect_page(made)
         self.end_launcher(launcher)
         self.assertEqual(self.layout(), [str(application.path) for application in made])
+
+
+class OnWestonInAWindow(LauncherTestCase):
+    """With a keyboard."""
+
+    def setUp(self):
+        self.session = self.begin(WestonInAWindowSession())
+        self.applications = Applications(self.session)
+        self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
+
+    def shows_the_desktop(self):
+        picture = self.session.screenshot()
+        return sum(picture.at(picture.width // 2, 10)) < 200 < sum(picture.at(picture.width // 2, 60))
+
+    def test_it_is_typed_into_toggled_and_starts_what_was_found(self):
+        until(self.shows_the_desktop, "the desktop")
+        launcher = self.begin_launcher()
+        self.expect_page(self.made)
+        self.act("toggle")
+        until(self.shows_the_desktop, "the desktop")
+        self.act("toggle")
+        self.expect_page(self.made)
+        self.session.type("app 7")
+        self.expect_page(self.made[6:7])
+        self.session.press("Escape")
+        self.expect_page(self.made)
+        self.session.press("Escape")
+        until(self.shows_the_desktop, "the desktop")
+        self.assertTrue(launcher.is_running())
+        self.act("show")
+        self.expect_page(self.made)
+        self.session.type("app 3")
+        self.expect_page(self.made[2:3])
+        self.session.press("Return")
+        until(self.applications.started, "the application's start")
+        until(self.shows_the_desktop, "the desktop")
+        self.end_launcher(launcher)
+        self.assertEqual(self.applications.started(), f"{self.made[2].name}\n")
 
 
 class OnSway(OnSwayCase):

@@ -12,6 +12,7 @@ from harness.session import Session
 from harness.waiting import until
 from harness.watching import PixelWatch
 from harness.wayland import SwaySession, WestonSession
+from harness.weston_window import WestonInAWindowSession
 from harness.x11 import Geometry, X11Session
 from harness.xorg import XorgSession
 
@@ -24,6 +25,7 @@ __all__ = [
     "Program",
     "Session",
     "SwaySession",
+    "WestonInAWindowSession",
     "WestonSession",
     "X11Session",
     "XorgSession",
