@@ -85,9 +85,9 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(qGuiApp, &QGuiApplication::aboutToQuit, this, &AppDelegate::applicationWillTerminate);
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &AppDelegate::sessionSaves);
     connect(qGuiApp, &QGuiApplication::saveStateRequest, this, &AppDelegate::sessionSaves);
-    focus_.emplace(services_.windows, services_.queue,
-                   FocusKeeper::Actions{.heir = [this] { return windowOfFocus(); },
-                                        .ended = [this] { hideUnlessActive(); }});
+    focus_.emplace(
+        services_.windows, services_.queue,
+        FocusKeeper::Actions{.heir = [this] { return windowOfFocus(); }, .ended = [this] { giveFocusUp(); }});
     frameLog_ = std::make_unique<FrameLog>(controller_->window());
     if (startsHidden_) {
         // There is no frame to wait for.
@@ -198,7 +198,8 @@ void AppDelegate::applicationStateChanged(Qt::ApplicationState state) {
     const bool wasActive = std::exchange(isActive_, state == Qt::ApplicationActive);
     // So is the end of one from before the launcher was hidden, told when it is up again.
     const bool isLost = std::exchange(hadFocus_, isActive_) && wasActive && !isActive_;
-    if (isLost && !focus_->expectsFocus()) {
+    mayReturn_ = isLost && focus_->expectsFocus();
+    if (isLost && !mayReturn_) {
         controller_->hide(std::nullopt);
     } else if (!wasActive && isActive_ && !std::exchange(awaitsFocus_, false)) {
         // A focus that was asked for by a showing is no wish for another one: it may arrive when the launcher
@@ -209,12 +210,14 @@ void AppDelegate::applicationStateChanged(Qt::ApplicationState state) {
 
 void AppDelegate::bringUp() {
     awaitsFocus_ = !isActive_;
+    mayReturn_ = false;
     hadFocus_ = hadFocus_ && controller_->isShown();
     controller_->show();
 }
 
-void AppDelegate::hideUnlessActive() {
-    if (!isActive_) {
+// The focus that was expected back after its loss has not come.
+void AppDelegate::giveFocusUp() {
+    if (std::exchange(mayReturn_, false)) {
         controller_->hide(std::nullopt);
     }
 }

@@ -112,7 +112,7 @@ private:
     [[nodiscard]] bool isUserBusy() const;
     void openPage(const QUrl& page, QWindow& from);
     void showAbout();
-    void hideUnlessActive();
+    void giveFocusUp();
     // The one of ours that should have the focus; null: none.
     [[nodiscard]] QWindow* windowOfFocus() const;
     void applicationDidBecomeActive();
@@ -138,6 +138,7 @@ private:
     bool isActive_ = false;
     bool hadFocus_ = false;    // since the launcher was last brought up from hiding
     bool awaitsFocus_ = false; // the window system was asked for it and has not given it yet
+    bool mayReturn_ = false;   // lost with a window of ours that closed, and nobody has it
     bool startsHidden_ = false;
 };
 

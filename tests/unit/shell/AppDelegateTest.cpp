@@ -55,8 +55,10 @@ public:
     void present(QWindow&, QScreen*) override { presentedWith += std::exchange(token_, QString()); }
     void withdraw(QWindow&) override {}
     void beep() override {}
+    [[nodiscard]] bool nobodyHasFocus() const override { return nobody; }
 
     QStringList presentedWith; // the token of each showing
+    bool nobody = false;       // has the focus
 
 private:
     QString token_;
@@ -157,6 +159,13 @@ protected:
     }
 
     static QMessageBox* alert() { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }
+
+    static void closeADialog() {
+        QWindow dialog;
+        dialog.setFlag(Qt::Dialog);
+        QEvent hide(QEvent::Hide);
+        QCoreApplication::sendEvent(&dialog, &hide);
+    }
 
     void setState(Qt::ApplicationState state) { Q_EMIT qGuiApp->applicationStateChanged(state); }
 
@@ -308,6 +317,42 @@ TEST_F(AppDelegateTest, TheEndOfAFocusFromBeforeTheHideDoesNotHideItAgain) {
     setState(Qt::ApplicationActive);
     setState(Qt::ApplicationInactive);
     EXPECT_FALSE(delegate_->model().presented());
+}
+
+TEST_F(AppDelegateTest, AFocusThatADialogTookAlongIsWaitedForBeforeTheLauncherHides) {
+    delegate_->applicationDidFinishLaunching();
+    setState(Qt::ApplicationActive);
+    windows_.nobody = true;
+    closeADialog();
+    setState(Qt::ApplicationInactive);
+    EXPECT_TRUE(delegate_->model().presented());
+    queue_.advance(0.1);
+    EXPECT_TRUE(delegate_->model().presented());
+    queue_.advance(3);
+    EXPECT_FALSE(delegate_->model().presented()) << "it never came";
+}
+
+TEST_F(AppDelegateTest, AFocusThatADialogTookAlongMayComeBack) {
+    delegate_->applicationDidFinishLaunching();
+    setState(Qt::ApplicationActive);
+    windows_.nobody = true;
+    closeADialog();
+    setState(Qt::ApplicationInactive);
+    windows_.nobody = false;
+    setState(Qt::ApplicationActive);
+    queue_.advance(3);
+    EXPECT_TRUE(delegate_->model().presented());
+}
+
+TEST_F(AppDelegateTest, ALauncherThatIsShownAsAnotherWindowOfOursClosesStaysUp) {
+    delegate_->applicationDidFinishLaunching();
+    setState(Qt::ApplicationActive);
+    delegate_->hideLauncher();
+    setState(Qt::ApplicationInactive);
+    closeADialog();
+    delegate_->showLauncher();
+    queue_.advance(3);
+    EXPECT_TRUE(delegate_->model().presented()) << "the window manager takes its time to give it the focus";
 }
 
 TEST_F(AppDelegateTest, BecomingActiveLeavesAShownLauncherAlone) {
