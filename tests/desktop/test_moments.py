@@ -148,10 +148,12 @@ class Moments(OnX11):
 
     def test_the_panel_fades_while_an_application_is_pulled_out_of_its_folder(self):
         paths = [str(application.path) for application in self.made]
+        # One row on the page, so that nothing but the panel changes where the panel is.
         folder = {"id": "3F2504E0-4F89-11D3-9A0C-0305E82C3301", "name": "Folder", "apps": paths[:3]}
+        rest = {"id": "3F2504E0-4F89-11D3-9A0C-0305E82C3302", "name": "Rest", "apps": paths[4:]}
         self.layout_file.parent.mkdir(parents=True)
         self.layout_file.write_text(
-            json.dumps([{"folder": {"_0": folder}}] + [{"app": {"_0": path}} for path in paths[3:]])
+            json.dumps([{"folder": {"_0": folder}}, {"app": {"_0": paths[3]}}, {"folder": {"_0": rest}}])
         )
         launcher = self.begin_launcher()
         until(
@@ -170,11 +172,8 @@ class Moments(OnX11):
             return (x, top + round(self.edge / 2)) if rests else None
 
         icon = until(icon_at_rest, "the panel at rest", PATIENCE)
-        # In the panel's empty cell, and between two rows of the page, along which its icons make room.
-        rows = [self.icon(row * 7)[1] for row in range(5)]
-        heights = [round((upper + lower) / 2) + 8 for upper, lower in zip(rows, rows[1:])]
-        y = min(heights, key=lambda each: abs(each - icon[1]))
-        place = round(self.session.width / 2 + 1.5 * self.grid.cell_width), y
+        # In the panel's empty cell.
+        place = round(self.session.width / 2 + 1.5 * self.grid.cell_width), icon[1]
         panel, bare = self.session.screenshot().at(*place), page.at(*place)
         channel = max(range(3), key=lambda each: abs(panel[each] - bare[each]))
         way = bare[channel] - panel[channel]
