@@ -8,6 +8,25 @@ from harness.session import Session
 from harness.waiting import until
 
 
+def start_weston(session, backend, *arguments):
+    """Weston, as large as the session, and the session's programs as its clients."""
+    socket = "wayland-test"
+    session.start(
+        "weston",
+        f"--backend={backend}",
+        "--use-pixman",
+        "--no-config",
+        "--idle-time=0",
+        f"--socket={socket}",
+        f"--width={session.width}",
+        f"--height={session.height}",
+        *arguments,
+    )
+    until((session.runtime / socket).exists, "the compositor")
+    session.environment["WAYLAND_DISPLAY"] = socket
+    session.environment["QT_QPA_PLATFORM"] = "wayland"
+
+
 class WestonSession(Session):
     def __init__(self, width=1280, height=720, environment=None):
         super().__init__(environment)
@@ -15,21 +34,7 @@ class WestonSession(Session):
         self.height = height
 
     def begin(self):
-        socket = "wayland-test"
-        self.start(
-            "weston",
-            "--backend=headless-backend.so",
-            "--use-pixman",
-            "--debug",
-            "--no-config",
-            "--idle-time=0",
-            f"--socket={socket}",
-            f"--width={self.width}",
-            f"--height={self.height}",
-        )
-        until((self.runtime / socket).exists, "the compositor")
-        self.environment["WAYLAND_DISPLAY"] = socket
-        self.environment["QT_QPA_PLATFORM"] = "wayland"
+        start_weston(self, "headless-backend.so", "--debug")
 
     def screenshot(self):
         for old in self.home.glob("wayland-screenshot-*.png"):

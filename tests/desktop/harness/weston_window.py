@@ -1,6 +1,6 @@
 """Weston in a window on an X server: a compositor of another kind with real keys."""
 
-from harness.waiting import until
+from harness.wayland import start_weston
 from harness.x11 import X11Session
 
 
@@ -12,18 +12,5 @@ class WestonInAWindowSession(X11Session):
 
     def begin(self):
         super().begin()
-        socket = "wayland-test"
-        self.start(
-            "weston",
-            "--backend=x11-backend.so",
-            "--use-pixman",
-            "--no-config",
-            "--idle-time=0",
-            f"--socket={socket}",
-            f"--width={self.width}",
-            f"--height={self.height}",
-        )
-        until((self.runtime / socket).exists, "the compositor")
-        self.environment["WAYLAND_DISPLAY"] = socket
-        self.environment["QT_QPA_PLATFORM"] = "wayland"
+        start_weston(self, "x11-backend.so")
         self.move_pointer(self.width // 2, self.height - 30)

@@ -94,57 +94,39 @@ class AppDelegateTest : public testing::Test {
 protected:
     void SetUp() override {
         prepared_.names = {{u"/Applications/1.app"_s, u"Remembered"_s}};
-        delegate_ = std::make_unique<AppDelegate>(
-            AppDelegate::Services{queue_,
-                                  files_,
-                                  preferences_,
-                                  windows_,
-                                  tokens_,
-                                  opener_,
-                                  watcher_,
-                                  statusItem_,
-                                  devices_,
-                                  screens_,
-                                  nullptr,
-                                  motion_,
-                                  [] {
-                                      return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};
-                                  },
-                                  [] {},
-                                  [] {},
-                                  prepared_,
-                                  u"/data"_s,
-                                  u"/cache"_s,
-                                  u"en"_s,
-                                  {u"/Applications"_s}});
+        delegate_ = std::make_unique<AppDelegate>(services());
     }
 
     // Another one, whose bundle says this.
     void makeDelegate(const QHash<QString, QString>& bundle) {
-        AppDelegate::Services services{queue_,
-                                       files_,
-                                       preferences_,
-                                       windows_,
-                                       tokens_,
-                                       opener_,
-                                       watcher_,
-                                       statusItem_,
-                                       devices_,
-                                       screens_,
-                                       nullptr,
-                                       motion_,
-                                       [] {
-                                           return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};
-                                       },
-                                       [] {},
-                                       [] {},
-                                       prepared_,
-                                       u"/data"_s,
-                                       u"/cache"_s,
-                                       u"en"_s,
-                                       {}};
-        services.bundle = std::make_shared<FixedBundle>(bundle);
-        delegate_ = std::make_unique<AppDelegate>(std::move(services));
+        AppDelegate::Services withBundle = services();
+        withBundle.bundle = std::make_shared<FixedBundle>(bundle);
+        delegate_ = std::make_unique<AppDelegate>(std::move(withBundle));
+    }
+
+    AppDelegate::Services services() {
+        return {queue_,
+                files_,
+                preferences_,
+                windows_,
+                tokens_,
+                opener_,
+                watcher_,
+                statusItem_,
+                devices_,
+                screens_,
+                nullptr,
+                motion_,
+                [] {
+                    return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};
+                },
+                [] {},
+                [] {},
+                prepared_,
+                u"/data"_s,
+                u"/cache"_s,
+                u"en"_s,
+                {u"/Applications"_s}};
     }
 
     // The entry of the launcher's menu with this title.
