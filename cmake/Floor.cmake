@@ -16,6 +16,12 @@ if(AMBERQUILL_SANITIZE)
     add_link_options(-fsanitize=${AMBERQUILL_SANITIZE})
 endif()
 
+# The precompiled header that all floors share: building one for each takes longer than it saves.
+file(GENERATE OUTPUT ${CMAKE_BINARY_DIR}/precompiled.cpp CONTENT "")
+add_library(amberquill_precompiled OBJECT ${CMAKE_BINARY_DIR}/precompiled.cpp)
+target_link_libraries(amberquill_precompiled PRIVATE amberquill_options Qt6::Core Qt6::Gui)
+target_precompile_headers(amberquill_precompiled PRIVATE ${CMAKE_SOURCE_DIR}/src/precompiled.h)
+
 # amberquill_floor(<name> SOURCES <files> [PUBLIC <libraries>] [PRIVATE <libraries>] [GENERATES_CODE])
 # makes the library amberquill_<name>. With GENERATES_CODE, the code that Qt's tools add to it may shadow names.
 function(amberquill_floor name)
@@ -27,9 +33,12 @@ function(amberquill_floor name)
     target_link_libraries(${target} PUBLIC ${FLOOR_PUBLIC} PRIVATE ${FLOOR_PRIVATE})
     if(FLOOR_GENERATES_CODE)
         target_link_libraries(${target} PRIVATE amberquill_common_options)
-        set_source_files_properties(${FLOOR_SOURCES} PROPERTIES COMPILE_OPTIONS "-Wshadow")
+        # Files with options of their own cannot be compiled together.
+        if(NOT CMAKE_UNITY_BUILD)
+            set_source_files_properties(${FLOOR_SOURCES} PROPERTIES COMPILE_OPTIONS "-Wshadow")
+        endif()
     else()
         target_link_libraries(${target} PRIVATE amberquill_options)
     endif()
-    target_precompile_headers(${target} PRIVATE ${CMAKE_SOURCE_DIR}/src/precompiled.h)
+    target_precompile_headers(${target} REUSE_FROM amberquill_precompiled)
 endfunction()

@@ -8,7 +8,7 @@ namespace amberquill {
 
 namespace {
 
-constexpr char32_t firstPrintable = 0x20;
+constexpr char32_t firstUnescaped = 0x20;
 
 void appendEscape(QByteArray& json, char16_t unit) {
     static constexpr std::array<char, 16> digits = {'0', '1', '2', '3', '4', '5', '6', '7',
@@ -22,7 +22,7 @@ void appendEscape(QByteArray& json, char16_t unit) {
 // Whether the character stands for itself, in one byte.
 bool isPlain(QChar character) {
     const char16_t unit = character.unicode();
-    return unit >= firstPrintable && unit < 0x80 && unit != u'"' && unit != u'\\' && unit != u'/';
+    return unit >= firstUnescaped && unit < 0x80 && unit != u'"' && unit != u'\\' && unit != u'/';
 }
 
 void appendPlain(QByteArray& json, QStringView text) {
@@ -59,7 +59,7 @@ void appendAscii(QByteArray& json, char16_t unit) {
         json += "\\t";
         return;
     default:
-        if (unit < firstPrintable) {
+        if (unit < firstUnescaped) {
             appendEscape(json, unit);
         } else {
             json += static_cast<char>(unit);

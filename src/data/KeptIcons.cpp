@@ -12,20 +12,20 @@ namespace {
 // The heading, then for each icon its edge, the length of its path, the path and the pixels, all at multiples
 // of a pixel's size so that the images can lie in the file's own bytes. Numbers and pixels are in the
 // machine's own order: the file does not travel.
-constexpr QByteArrayView heading = "amberquill icons 001";
-constexpr qsizetype unit = sizeof(quint32);
-static_assert(heading.size() % unit == 0);
+constexpr QByteArrayView iconsHeading = "amberquill icons 001";
+constexpr qsizetype wordSize = sizeof(quint32);
+static_assert(iconsHeading.size() % wordSize == 0);
 
 constexpr quint32 largestEdge = 1024;
 constexpr quint32 longestPath = 64 * 1024;
 
 void appendNumber(QByteArray& content, qsizetype number) {
     const auto value = static_cast<quint32>(number);
-    content.append(reinterpret_cast<const char*>(&value), unit);
+    content.append(reinterpret_cast<const char*>(&value), wordSize);
 }
 
 qsizetype padding(qsizetype size) {
-    return (unit - size % unit) % unit;
+    return (wordSize - size % wordSize) % wordSize;
 }
 
 class Reader {
@@ -46,10 +46,10 @@ public:
 
     // A number from 1 to `largest`.
     std::optional<qsizetype> number(quint32 largest) {
-        const auto field = bytes(unit);
+        const auto field = bytes(wordSize);
         quint32 value = 0;
         if (field) {
-            std::memcpy(&value, field->data(), unit);
+            std::memcpy(&value, field->data(), wordSize);
         }
         return value >= 1 && value <= largest ? std::optional<qsizetype>(value) : std::nullopt;
     }
@@ -65,7 +65,7 @@ QImage imageWithin(const QByteArray& content, QByteArrayView pixels, qsizetype e
     return {reinterpret_cast<const uchar*>(pixels.data()),
             side,
             side,
-            edge * unit,
+            edge * wordSize,
             QImage::Format_ARGB32_Premultiplied,
             [](void* bytes) { delete static_cast<QByteArray*>(bytes); },
             owner.release()};
@@ -79,7 +79,7 @@ std::optional<KeptIcon> nextIcon(Reader& reader, const QByteArray& content) {
     }
     const auto path = reader.bytes(*length);
     const auto gap = reader.bytes(padding(*length));
-    const auto pixels = reader.bytes(*edge * *edge * unit);
+    const auto pixels = reader.bytes(*edge * *edge * wordSize);
     if (!path || !gap || !pixels) {
         return std::nullopt;
     }
@@ -89,7 +89,7 @@ std::optional<KeptIcon> nextIcon(Reader& reader, const QByteArray& content) {
 } // namespace
 
 QByteArray encodeIcons(const std::vector<KeptIcon>& icons) {
-    QByteArray content = heading.toByteArray();
+    QByteArray content = iconsHeading.toByteArray();
     for (const KeptIcon& icon : icons) {
         const int edge = icon.image.width();
         const QByteArray path = icon.path.toUtf8();
@@ -102,7 +102,7 @@ QByteArray encodeIcons(const std::vector<KeptIcon>& icons) {
         content.append(path).append(padding(path.size()), '\0');
         const QImage image = icon.image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
         for (int y = 0; y < edge; ++y) {
-            content.append(reinterpret_cast<const char*>(image.constScanLine(y)), edge * unit);
+            content.append(reinterpret_cast<const char*>(image.constScanLine(y)), edge * wordSize);
         }
     }
     return content;
@@ -110,7 +110,7 @@ QByteArray encodeIcons(const std::vector<KeptIcon>& icons) {
 
 std::vector<KeptIcon> decodeIcons(const QByteArray& content) {
     Reader reader(content);
-    if (reader.bytes(heading.size()) != heading) {
+    if (reader.bytes(iconsHeading.size()) != iconsHeading) {
         return {};
     }
     std::vector<KeptIcon> icons;

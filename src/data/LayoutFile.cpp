@@ -40,7 +40,7 @@ void writeItem(PrettyJson& json, const LaunchItem& item) {
     json.endObject();
 }
 
-std::optional<QString> readText(JsonReader& reader) {
+std::optional<QString> readPlainText(JsonReader& reader) {
     if (reader.next() != JsonReader::Kind::String) {
         reader.skip();
         return std::nullopt;
@@ -57,7 +57,7 @@ std::optional<qint64> readInteger(JsonReader& reader) {
 }
 
 std::optional<std::chrono::sys_seconds> readDate(JsonReader& reader) {
-    const auto text = readText(reader);
+    const auto text = readPlainText(reader);
     return text ? dateFromIsoText(*text) : std::nullopt;
 }
 
@@ -109,7 +109,7 @@ std::optional<LayoutFile> decodeLayoutFile(QByteArrayView text) {
     reader.enterObject();
     while (const auto key = reader.nextKey()) {
         if (*key == u"format") {
-            format = readText(reader);
+            format = readPlainText(reader);
         } else if (*key == u"version") {
             version = readInteger(reader);
         } else if (*key == u"exportedAt") {

@@ -10,7 +10,7 @@ namespace {
 
 // Fields end with NUL, which neither a path nor a name can hold. The count of applications comes before them,
 // so that a file cut short is told from a whole one.
-const QByteArrayView heading = "amberquill names 1";
+const QByteArrayView namesHeading = "amberquill names 1";
 
 void appendField(QByteArray& content, const QByteArray& field) {
     content += field;
@@ -35,7 +35,7 @@ QByteArray field(const QString& text) {
 
 QByteArray encodeNames(const QString& language, const std::vector<AppInfo>& apps) {
     QByteArray content;
-    appendField(content, heading.toByteArray());
+    appendField(content, namesHeading.toByteArray());
     appendField(content, field(language));
     appendField(content, QByteArray::number(static_cast<qulonglong>(apps.size())));
     for (const AppInfo& app : apps) {
@@ -50,7 +50,7 @@ QHash<QString, QString> decodeNames(const QByteArray& content, const QString& la
     const auto head = takeField(rest);
     const auto writtenFor = takeField(rest);
     const auto countText = takeField(rest);
-    if (!countText || *head != heading || QString::fromUtf8(*writtenFor) != language) {
+    if (!countText || *head != namesHeading || QString::fromUtf8(*writtenFor) != language) {
         return {};
     }
     const qulonglong count = countText->toByteArray().toULongLong();

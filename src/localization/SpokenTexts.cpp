@@ -16,7 +16,7 @@ struct Texts {
 };
 
 // In the order of AppLanguage, without `System`.
-constexpr std::array<Texts, allAppLanguages.size() - 1> table = {{
+constexpr std::array<Texts, allAppLanguages.size() - 1> spokenTable = {{
     {u"%1, folder, %2 app", u"%1, folder, %2 apps", u"Page %1 of %2", u"Clear"},
     {u"%1, cartella, %2 app", u"%1, cartella, %2 app", u"Pagina %1 di %2", u"Cancella"},
     {u"%1, carpeta, %2 app", u"%1, carpeta, %2 apps", u"Página %1 de %2", u"Borrar"},
@@ -27,8 +27,8 @@ constexpr std::array<Texts, allAppLanguages.size() - 1> table = {{
 }};
 
 const Texts& texts() {
-    return table.at(static_cast<std::size_t>(L::effectiveLanguage()) -
-                    static_cast<std::size_t>(AppLanguage::English));
+    return spokenTable.at(static_cast<std::size_t>(L::effectiveLanguage()) -
+                          static_cast<std::size_t>(AppLanguage::English));
 }
 
 } // namespace

@@ -9,7 +9,7 @@ namespace {
 // Columns: English, Italian, Spanish, French, German, Chinese, Japanese. No-break spaces are written as
 // escapes so that they can be seen.
 // clang-format off
-constexpr std::array<std::array<const char16_t*, allAppLanguages.size() - 1>, updateTextCount> table = {{
+constexpr std::array<std::array<const char16_t*, allAppLanguages.size() - 1>, updateTextCount> updateTable = {{
     // FoundTitle
     {u"A new version of Amberquill is available",
      u"È disponibile una nuova versione di Amberquill",
@@ -266,7 +266,7 @@ constexpr std::array<std::array<const char16_t*, allAppLanguages.size() - 1>, up
 QString updateText(UpdateText text) {
     const auto column =
         static_cast<std::size_t>(L::effectiveLanguage()) - static_cast<std::size_t>(AppLanguage::English);
-    return QString::fromUtf16(table.at(static_cast<std::size_t>(text)).at(column));
+    return QString::fromUtf16(updateTable.at(static_cast<std::size_t>(text)).at(column));
 }
 
 } // namespace amberquill

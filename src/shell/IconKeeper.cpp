@@ -11,10 +11,10 @@ namespace amberquill {
 
 namespace {
 
-constexpr qint64 largestFile = 64LL * 1024 * 1024;
+constexpr qint64 largestIcons = 64LL * 1024 * 1024;
 constexpr qsizetype shownInFolder = 9;
 
-QString pathIn(const QString& caches) {
+QString iconsPath(const QString& caches) {
     return caches + QStringLiteral("/Amberquill/icons");
 }
 
@@ -38,11 +38,11 @@ IconKeeper::IconKeeper(const Services& services, const QString& caches, const st
                        QObject* parent)
     : QObject(parent)
     , services_(services)
-    , path_(pathIn(caches))
+    , path_(iconsPath(caches))
     , kept_(identitiesOf(loaded)) {}
 
 std::vector<KeptIcon> IconKeeper::load(const FileSystem& files, const QString& caches) {
-    const auto content = files.readFile(pathIn(caches), largestFile);
+    const auto content = files.readFile(iconsPath(caches), largestIcons);
     return content ? decodeIcons(*content) : std::vector<KeptIcon>();
 }
 

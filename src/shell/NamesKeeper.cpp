@@ -10,9 +10,9 @@ namespace amberquill {
 
 namespace {
 
-constexpr qint64 largestFile = 32LL * 1024 * 1024;
+constexpr qint64 largestNames = 32LL * 1024 * 1024;
 
-QString pathIn(const QString& caches) {
+QString namesPath(const QString& caches) {
     return caches + QStringLiteral("/Amberquill/names");
 }
 
@@ -23,12 +23,12 @@ NamesKeeper::NamesKeeper(MainQueue& queue, FileSystem& files, const QString& cac
     : QObject(parent)
     , queue_(queue)
     , files_(files)
-    , path_(pathIn(caches))
+    , path_(namesPath(caches))
     , language_(std::move(language)) {}
 
 QHash<QString, QString> NamesKeeper::load(const FileSystem& files, const QString& caches,
                                           const QString& language) {
-    const auto content = files.readFile(pathIn(caches), largestFile);
+    const auto content = files.readFile(namesPath(caches), largestNames);
     return content ? decodeNames(*content, language) : QHash<QString, QString>();
 }
 
@@ -44,7 +44,7 @@ void NamesKeeper::keep(const std::vector<AppInfo>& installed) {
     queue_.runInBackground(
         [installed, language = language_, &files = files_, path = path_] {
             const QByteArray content = encodeNames(language, installed);
-            if (files.readFile(path, largestFile) != content) {
+            if (files.readFile(path, largestNames) != content) {
                 files.writeAtomically(path, content);
             }
         },

@@ -15,9 +15,9 @@ namespace {
 
 // In points. A blur's radius is where it dies out, twice its Gaussian's standard deviation.
 constexpr double frostRadius = 60;
-constexpr double shadowRadius = 30;
-constexpr double shadowDrop = 10;
-constexpr double shadowOpacity = 0.25;
+constexpr double slabShadowRadius = 30;
+constexpr double slabShadowDrop = 10;
+constexpr double slabShadowOpacity = 0.25;
 constexpr double outlineWidth = 1;
 
 // White over what lies behind: the frost itself, the slab's fill and its outline.
@@ -55,11 +55,11 @@ QImage shadowOf(const QPainterPath& shape, const QSize& size, double ratio) {
     QPainter painter(&shadow);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(1.0 / coarseness, 1.0 / coarseness);
-    painter.translate(0, shadowDrop * ratio);
-    painter.fillPath(shape, QColor::fromRgbF(0, 0, 0, static_cast<float>(shadowOpacity)));
+    painter.translate(0, slabShadowDrop * ratio);
+    painter.fillPath(shape, QColor::fromRgbF(0, 0, 0, static_cast<float>(slabShadowOpacity)));
     painter.end();
     shadow = shadow.convertToFormat(QImage::Format_Alpha8);
-    blurAlpha(shadow, shadowRadius * ratio / 2 / coarseness);
+    blurAlpha(shadow, slabShadowRadius * ratio / 2 / coarseness);
     return shadow.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
@@ -84,7 +84,8 @@ TextureItem::Painted FrostedSlab::paintTexture(double devicePixelRatio) {
     }
     const QSize pixels = (size() * devicePixelRatio).toSize();
     const int margin =
-        coarseness * static_cast<int>(std::ceil((shadowRadius + shadowDrop) * devicePixelRatio / coarseness));
+        coarseness *
+        static_cast<int>(std::ceil((slabShadowRadius + slabShadowDrop) * devicePixelRatio / coarseness));
     const QRectF body(QPointF(margin, margin), QSizeF(pixels));
     const QPainterPath shape = continuousRoundedRect(body, radius_ * devicePixelRatio);
 

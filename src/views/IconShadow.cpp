@@ -12,7 +12,7 @@ namespace amberquill {
 namespace {
 
 // In points: black, a Gaussian whose blur dies out at its radius, below the icon.
-constexpr double shadowOpacity = 0.35;
+constexpr double iconShadowOpacity = 0.35;
 constexpr double blurRadius = 12;
 constexpr double drop = 6;
 
@@ -45,7 +45,7 @@ TextureItem::Painted IconShadow::paintTexture(double devicePixelRatio) {
     shadow.fill(Qt::transparent);
     QPainter painter(&shadow);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    painter.setOpacity(shadowOpacity);
+    painter.setOpacity(iconShadowOpacity);
     if (isFolder_) {
         const double body = edge * bodyPart;
         const double inset = margin + (edge - body) / 2;

@@ -14,9 +14,9 @@ namespace amberquill {
 namespace {
 
 // The shadow, in points: black, a Gaussian whose blur dies out at its radius, just below the text.
-constexpr double shadowOpacity = 0.45;
-constexpr double shadowRadius = 2;
-constexpr double shadowDrop = 1;
+constexpr double labelShadowOpacity = 0.45;
+constexpr double labelShadowRadius = 2;
+constexpr double labelShadowDrop = 1;
 
 // Room around the line for the shadow, for accents above capitals and for scripts taller than the label, in
 // points.
@@ -57,12 +57,12 @@ QImage textMask(const QString& line, const QFont& font, const QSize& size, const
 
 QImage withShadow(const QImage& text, double ratio) {
     QImage shadow = text.convertToFormat(QImage::Format_Alpha8);
-    blurAlpha(shadow, shadowRadius * ratio / 2);
+    blurAlpha(shadow, labelShadowRadius * ratio / 2);
     QImage result(text.size(), QImage::Format_ARGB32_Premultiplied);
     result.fill(Qt::transparent);
     QPainter painter(&result);
-    painter.setOpacity(shadowOpacity);
-    painter.drawImage(0, static_cast<int>(std::lround(shadowDrop * ratio)), shadow);
+    painter.setOpacity(labelShadowOpacity);
+    painter.drawImage(0, static_cast<int>(std::lround(labelShadowDrop * ratio)), shadow);
     painter.setOpacity(1);
     painter.drawImage(0, 0, text);
     return result;

@@ -8,8 +8,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QUuid chessId = QUuid::fromString(u"3f2504e0-4f89-11d3-9a0c-0305e82c3301"_s);
-const QUuid otherId = QUuid::fromString(u"3f2504e0-4f89-11d3-9a0c-0305e82c3302"_s);
+const QUuid chess = QUuid::fromString(u"3f2504e0-4f89-11d3-9a0c-0305e82c3301"_s);
+const QUuid draughts = QUuid::fromString(u"3f2504e0-4f89-11d3-9a0c-0305e82c3302"_s);
 
 } // namespace
 
@@ -18,18 +18,17 @@ TEST(LaunchItem, AnAppIsIdentifiedByItsPath) {
 }
 
 TEST(LaunchItem, AFolderIsIdentifiedByItsUuidInUpperCase) {
-    EXPECT_EQ(LaunchItem::folder({chessId, u"Games"_s, {}}).id(),
-              u"f:3F2504E0-4F89-11D3-9A0C-0305E82C3301"_s);
+    EXPECT_EQ(LaunchItem::folder({chess, u"Games"_s, {}}).id(), u"f:3F2504E0-4F89-11D3-9A0C-0305E82C3301"_s);
 }
 
 TEST(LaunchItem, AnAppAndAFolderNeverShareAnId) {
-    const QString uuidText = canonicalText(chessId);
-    EXPECT_NE(LaunchItem::app(uuidText).id(), LaunchItem::folder({chessId, {}, {}}).id());
+    const QString uuidText = canonicalText(chess);
+    EXPECT_NE(LaunchItem::app(uuidText).id(), LaunchItem::folder({chess, {}, {}}).id());
 }
 
 TEST(LaunchItem, FoldersOfTheSameNameAndAppsButAnotherIdDiffer) {
-    const LaunchItem one = LaunchItem::folder({chessId, u"Games"_s, {u"/a.app"_s}});
-    const LaunchItem two = LaunchItem::folder({otherId, u"Games"_s, {u"/a.app"_s}});
+    const LaunchItem one = LaunchItem::folder({chess, u"Games"_s, {u"/a.app"_s}});
+    const LaunchItem two = LaunchItem::folder({draughts, u"Games"_s, {u"/a.app"_s}});
     EXPECT_NE(one, two);
     EXPECT_NE(one.id(), two.id());
 }
@@ -37,9 +36,9 @@ TEST(LaunchItem, FoldersOfTheSameNameAndAppsButAnotherIdDiffer) {
 TEST(LaunchItem, EqualityComparesPayloadsWhole) {
     EXPECT_EQ(LaunchItem::app(u"/a.app"_s), LaunchItem::app(u"/a.app"_s));
     EXPECT_NE(LaunchItem::app(u"/a.app"_s), LaunchItem::app(u"/A.app"_s));
-    EXPECT_NE(LaunchItem::folder({chessId, u"Games"_s, {u"/a.app"_s, u"/b.app"_s}}),
-              LaunchItem::folder({chessId, u"Games"_s, {u"/b.app"_s, u"/a.app"_s}}));
-    EXPECT_NE(LaunchItem::folder({chessId, u"Games"_s, {}}), LaunchItem::folder({chessId, u"Play"_s, {}}));
+    EXPECT_NE(LaunchItem::folder({chess, u"Games"_s, {u"/a.app"_s, u"/b.app"_s}}),
+              LaunchItem::folder({chess, u"Games"_s, {u"/b.app"_s, u"/a.app"_s}}));
+    EXPECT_NE(LaunchItem::folder({chess, u"Games"_s, {}}), LaunchItem::folder({chess, u"Play"_s, {}}));
 }
 
 TEST(LaunchItem, EqualItemsHashAlikeAndDifferentOnesApart) {
@@ -47,9 +46,9 @@ TEST(LaunchItem, EqualItemsHashAlikeAndDifferentOnesApart) {
         LaunchItem::app(u"/a.app"_s),
         LaunchItem::app(u"/a.app"_s),
         LaunchItem::app(u"/b.app"_s),
-        LaunchItem::folder({chessId, u"Games"_s, {u"/a.app"_s}}),
-        LaunchItem::folder({chessId, u"Games"_s, {u"/a.app"_s}}),
-        LaunchItem::folder({chessId, u"Games"_s, {}}),
+        LaunchItem::folder({chess, u"Games"_s, {u"/a.app"_s}}),
+        LaunchItem::folder({chess, u"Games"_s, {u"/a.app"_s}}),
+        LaunchItem::folder({chess, u"Games"_s, {}}),
     };
     EXPECT_EQ(items.size(), 4);
 }

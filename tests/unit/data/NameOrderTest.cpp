@@ -38,7 +38,7 @@ TEST(NameOrder, TheCLocaleSortsAsEnglishAndNotAsBytes) {
 }
 
 TEST(NameOrder, AKeyComparesAsItsNameDoes) {
-    const NameOrder order(QLocale(QLocale::English));
+    const NameOrder order{QLocale(QLocale::English)};
     const QStringList names = {u"App 9"_s, u"app 10"_s, u"Zeta"_s, u"éclair"_s, u"日本"_s, u""_s, u"App 9"_s};
     for (const QString& a : names) {
         for (const QString& b : names) {

@@ -1,5 +1,7 @@
 #include "model/DragRules.h"
 
+#include "support/NumberedItems.h"
+
 #include <gtest/gtest.h>
 #include <limits>
 
@@ -15,14 +17,6 @@ const GridMetrics grid{{1500, 892}, 7, 5};
 const LaunchItem folder =
     LaunchItem::folder({QUuid(u"3F2504E0-4F89-11D3-9A0C-0305E82C3301"_s), u"Games"_s, {u"x"_s}});
 
-LaunchItems apps(int count) {
-    LaunchItems items;
-    for (int i = 0; i < count; ++i) {
-        items.push_back(LaunchItem::app(QString::number(i)));
-    }
-    return items;
-}
-
 // A grid whose icon, before it is limited, is this large: the cell's height decides.
 GridMetrics gridWithIconOf(double size) {
     double height = size / 0.8 + 8;
@@ -32,7 +26,7 @@ GridMetrics gridWithIconOf(double size) {
     return {{10'000, 192 + height}, 1, 1};
 }
 
-constexpr DragStep nothing;
+const DragStep nothing;
 DragStep keeping() {
     DragStep step;
     step.cancelsPending = true;
@@ -55,7 +49,7 @@ protected:
     DragStep at(const QPointF& pointer) { return pageDragStep(drag_, pointer); }
     static QPointF icon(int slot) { return iconCenter(grid, slot); }
 
-    LaunchItems items_ = apps(80);
+    LaunchItems items_ = numberedApps(80);
     PageDrag drag_{items_, grid, 0, 3, false, {0, 0}, 10, std::nullopt};
 };
 

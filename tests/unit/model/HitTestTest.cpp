@@ -2,6 +2,8 @@
 
 #include "data/FolderMetrics.h"
 
+#include "support/NumberedItems.h"
+
 #include <gtest/gtest.h>
 
 using namespace amberquill;
@@ -11,17 +13,9 @@ namespace {
 
 const GridMetrics metrics{{1500, 892}, 7, 5}; // cells of 180 × 140 from (120, 120)
 
-LaunchItems itemsOf(int count) {
-    LaunchItems items;
-    for (int i = 0; i < count; ++i) {
-        items.push_back(LaunchItem::app(QString::number(i)));
-    }
-    return items;
-}
-
 Hit hit(const QPointF& point, int count, int page = 0, double scrollOffset = 0,
         const Folder* folder = nullptr) {
-    const LaunchItems items = itemsOf(count);
+    const LaunchItems items = numberedApps(count);
     return hitTest(point, {items, metrics, page, scrollOffset}, folder);
 }
 

@@ -1,5 +1,7 @@
 #include "model/VisibleEntries.h"
 
+#include "support/NumberedItems.h"
+
 #include <gtest/gtest.h>
 
 using namespace amberquill;
@@ -7,14 +9,6 @@ using namespace amberquill;
 namespace {
 
 const GridMetrics page{{1500, 892}, 7, 5}; // cells of 180 × 140 from (120, 120)
-
-LaunchItems itemsOf(int count) {
-    LaunchItems items;
-    for (int i = 0; i < count; ++i) {
-        items.push_back(LaunchItem::app(QString::number(i)));
-    }
-    return items;
-}
 
 } // namespace
 
@@ -27,11 +21,11 @@ TEST(PageCount, IsRoundedUpAndAtLeastOne) {
 }
 
 TEST(VisibleEntries, ThereAreNoneBeforeTheContentHasAWidth) {
-    EXPECT_TRUE(visibleEntries(itemsOf(3), {{0, 892}, 7, 5}, 0, 0).empty());
+    EXPECT_TRUE(visibleEntries(numberedApps(3), {{0, 892}, 7, 5}, 0, 0).empty());
 }
 
 TEST(VisibleEntries, AreThoseOfThePageAndItsNeighboursInOrder) {
-    const auto entries = visibleEntries(itemsOf(35 * 5), page, 2, 0);
+    const auto entries = visibleEntries(numberedApps(35 * 5), page, 2, 0);
     ASSERT_EQ(entries.size(), 105U);
     for (std::size_t i = 0; i < entries.size(); ++i) {
         EXPECT_EQ(entries[i].index, 35 + static_cast<int>(i));
@@ -40,13 +34,13 @@ TEST(VisibleEntries, AreThoseOfThePageAndItsNeighboursInOrder) {
 }
 
 TEST(VisibleEntries, TheFirstPageHasNoneBeforeItAndTheLastNoneAfterIt) {
-    EXPECT_EQ(visibleEntries(itemsOf(35 * 5), page, 0, 0).size(), 70U);
-    EXPECT_EQ(visibleEntries(itemsOf(35 * 4 + 3), page, 4, 0).size(), 38U);
-    EXPECT_EQ(visibleEntries(itemsOf(0), page, 0, 0).size(), 0U);
+    EXPECT_EQ(visibleEntries(numberedApps(35 * 5), page, 0, 0).size(), 70U);
+    EXPECT_EQ(visibleEntries(numberedApps(35 * 4 + 3), page, 4, 0).size(), 38U);
+    EXPECT_EQ(visibleEntries(numberedApps(0), page, 0, 0).size(), 0U);
 }
 
 TEST(VisibleEntries, EachPageIsAContentWidthFromTheNext) {
-    const auto entries = visibleEntries(itemsOf(35 * 3), page, 1, 0);
+    const auto entries = visibleEntries(numberedApps(35 * 3), page, 1, 0);
     EXPECT_EQ(entries[0].center, QPointF(210 - 1500, 190));
     EXPECT_EQ(entries[35].center, QPointF(210, 190));
     EXPECT_EQ(entries[35 + 8].center, QPointF(390, 330));
@@ -54,8 +48,8 @@ TEST(VisibleEntries, EachPageIsAContentWidthFromTheNext) {
 }
 
 TEST(VisibleEntries, TheScrollOffsetShiftsThemAll) {
-    const auto rest = visibleEntries(itemsOf(80), page, 1, 0);
-    const auto moved = visibleEntries(itemsOf(80), page, 1, -37.5);
+    const auto rest = visibleEntries(numberedApps(80), page, 1, 0);
+    const auto moved = visibleEntries(numberedApps(80), page, 1, -37.5);
     ASSERT_EQ(rest.size(), moved.size());
     for (std::size_t i = 0; i < rest.size(); ++i) {
         EXPECT_EQ(moved[i].center, rest[i].center + QPointF(-37.5, 0));

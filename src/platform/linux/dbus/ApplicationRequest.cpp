@@ -8,7 +8,7 @@ namespace amberquill::desktop {
 
 namespace {
 
-constexpr auto interface = "org.freedesktop.Application";
+constexpr auto applicationInterface = "org.freedesktop.Application";
 constexpr auto activateAction = "ActivateAction";
 constexpr auto activationTokenKey = "activation-token";
 constexpr auto startupIdKey = "desktop-startup-id";
@@ -107,7 +107,7 @@ ReadRequest readRequest(DBusMessage& call) {
     };
     for (const Method& method : {Method{"Activate", "a{sv}", 0}, Method{"Open", "asa{sv}", 1},
                                  Method{activateAction, "sava{sv}", 2}}) {
-        if (dbus_message_is_method_call(&call, interface, method.name) == FALSE) {
+        if (dbus_message_is_method_call(&call, applicationInterface, method.name) == FALSE) {
             continue;
         }
         if (dbus_message_has_signature(&call, method.signature) == FALSE) {
@@ -136,8 +136,8 @@ ReadRequest readRequest(DBusMessage& call) {
 
 BusMessage makeRequestCall(const ApplicationRequest& request) {
     const bool shows = request.kind == ApplicationRequest::Kind::Show;
-    BusMessage call =
-        makeCall(applicationBusName, applicationBusPath, interface, shows ? "Activate" : activateAction);
+    BusMessage call = makeCall(applicationBusName, applicationBusPath, applicationInterface,
+                               shows ? "Activate" : activateAction);
     dbus_message_set_auto_start(call.get(), FALSE);
     DBusMessageIter arguments;
     DBusMessageIter dictionary;

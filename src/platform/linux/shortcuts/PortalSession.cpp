@@ -12,7 +12,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-Q_LOGGING_CATEGORY(log, "amberquill.shortcuts.portal", QtCriticalMsg)
+Q_LOGGING_CATEGORY(portalLog, "amberquill.shortcuts.portal", QtCriticalMsg)
 
 // The bus may have to start the portal.
 constexpr int longestWaitMilliseconds = 120'000;
@@ -118,7 +118,7 @@ void PortalSession::bindShortcuts() {
             {QVariant::fromValue(QDBusObjectPath(handle_)), QVariant::fromValue(wanted()), QString()}, {},
             [](const QVariantMap& results) {
                 // Fewer than were asked for: the user has kept the others.
-                qCDebug(log) << "bound" << shortcutsIn(results).size();
+                qCDebug(portalLog) << "bound" << shortcutsIn(results).size();
             });
 }
 
@@ -139,7 +139,7 @@ void PortalSession::request(const QString& method, QVariantList arguments, QVari
         watcher->deleteLater();
         const QDBusPendingReply<QDBusObjectPath> reply = *watcher;
         if (reply.isError()) {
-            qCDebug(log) << reply.error().name();
+            qCDebug(portalLog) << reply.error().name();
             Q_EMIT unavailable();
         }
     });

@@ -10,7 +10,7 @@ namespace amberquill::desktop {
 
 namespace {
 
-Q_LOGGING_CATEGORY(log, "amberquill.shortcuts", QtCriticalMsg)
+Q_LOGGING_CATEGORY(grabLog, "amberquill.shortcuts", QtCriticalMsg)
 
 // Second byte of the keyboard extension's events.
 constexpr std::uint8_t newKeyboard = 0;
@@ -141,7 +141,7 @@ void X11Shortcuts::grab(const KeyGrabs& grabs) {
     }
     for (const xcb_void_cookie_t cookie : asked) {
         if (const XcbReply<xcb_generic_error_t> refusal{xcb_request_check(connection_, cookie)}) {
-            qCDebug(log) << "the keys are somebody else's: X error" << refusal->error_code;
+            qCDebug(grabLog) << "the keys are somebody else's: X error" << refusal->error_code;
         }
     }
 }

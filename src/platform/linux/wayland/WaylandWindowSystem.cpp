@@ -12,7 +12,7 @@ namespace amberquill::desktop {
 namespace {
 
 // For what the compositor offers, which Qt has been told a moment ago.
-constexpr std::chrono::milliseconds patience{100};
+constexpr std::chrono::milliseconds compositorPatience{100};
 
 // The request xdg_toplevel.set_fullscreen of xdg-shell without an output, which leaves the choice to the
 // compositor. Qt's own request always names one. The proxy is Qt's. False where there is none.
@@ -40,7 +40,7 @@ WaylandWindowSystem::WaylandWindowSystem(wl_display* display)
     , globals_(events_)
     , blur_(globals_)
     , dialogFocus_(std::make_unique<DialogFocus>()) {
-    const auto deadline = std::chrono::steady_clock::now() + patience;
+    const auto deadline = std::chrono::steady_clock::now() + compositorPatience;
     if (events_.roundTrip(deadline)) {
         blur_.follow();
         // Where it is told whether it can blur after it has been taken up.

@@ -74,7 +74,8 @@ TEST(StartupMessage, ChunksHoldTheMessageAndItsNullCharacter) {
         const QByteArray message(size, 'm');
         QByteArray joined;
         for (const StartupChunk& chunk : startupChunks(message)) {
-            joined += QByteArray(reinterpret_cast<const char*>(chunk.data()), chunk.size());
+            joined +=
+                QByteArray(reinterpret_cast<const char*>(chunk.data()), static_cast<qsizetype>(chunk.size()));
         }
         EXPECT_EQ(QByteArray(joined.constData()), message) << size;
         EXPECT_EQ(joined.size() / 20, size / 20 + 1) << size;

@@ -14,7 +14,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-using Kind = ApplicationRequest::Kind;
+using RequestKind = ApplicationRequest::Kind;
 
 class ApplicationObjectTest : public testing::Test {
 protected:
@@ -65,8 +65,9 @@ TEST_F(ApplicationObjectTest, CarriesOutWhatOtherProgramsAsk) {
               QDBusMessage::ReplyMessage);
     EXPECT_EQ(action(u"toggle"_s, token).type(), QDBusMessage::ReplyMessage);
     EXPECT_EQ(action(u"hide"_s).type(), QDBusMessage::ReplyMessage);
-    EXPECT_EQ(requests_, (QList<ApplicationRequest>{
-                             {Kind::Show, u"T"_s, {}}, {Kind::Toggle, u"T"_s, {}}, {Kind::Hide, {}, {}}}));
+    EXPECT_EQ(requests_, (QList<ApplicationRequest>{{RequestKind::Show, u"T"_s, {}},
+                                                    {RequestKind::Toggle, u"T"_s, {}},
+                                                    {RequestKind::Hide, {}, {}}}));
 }
 
 TEST_F(ApplicationObjectTest, TellsCallersWhatItDoesNotKnow) {
@@ -94,7 +95,7 @@ TEST_F(ApplicationObjectTest, CarriesOutAtOnceWhatWasAskedWhileTheProgramStarted
                                                 u"org.freedesktop.DBus"_s, u"GetId"_s));
     catchUp(*connection, 10s);
     serve(std::move(connection));
-    EXPECT_EQ(requests_, (QList<ApplicationRequest>{{Kind::Show, {}, u"I"_s}}));
+    EXPECT_EQ(requests_, (QList<ApplicationRequest>{{RequestKind::Show, {}, u"I"_s}}));
     EXPECT_TRUE(waitUntil([&] { return early.isFinished(); }));
     EXPECT_FALSE(early.isError());
 }

@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Kind = ApplicationRequest::Kind;
+using RequestKind = ApplicationRequest::Kind;
 
 // A call of the interface, built argument by argument.
 class Call {
@@ -65,7 +65,7 @@ private:
 ApplicationRequest requestOf(const ReadRequest& read) {
     EXPECT_TRUE(std::holds_alternative<ApplicationRequest>(read));
     const auto* request = std::get_if<ApplicationRequest>(&read);
-    return request != nullptr ? *request : ApplicationRequest{Kind::Hide, u"none"_s, u"none"_s};
+    return request != nullptr ? *request : ApplicationRequest{RequestKind::Hide, u"none"_s, u"none"_s};
 }
 
 } // namespace
@@ -82,9 +82,9 @@ TEST(ApplicationRequest, AnActionDoesWhatItsNameSays) {
     const auto kind = [](const char* action) {
         return requestOf(Call("ActivateAction").text(action).emptyList("v").data({}).read()).kind;
     };
-    EXPECT_EQ(kind("show"), Kind::Show);
-    EXPECT_EQ(kind("hide"), Kind::Hide);
-    EXPECT_EQ(kind("toggle"), Kind::Toggle);
+    EXPECT_EQ(kind("show"), RequestKind::Show);
+    EXPECT_EQ(kind("hide"), RequestKind::Hide);
+    EXPECT_EQ(kind("toggle"), RequestKind::Toggle);
 }
 
 TEST(ApplicationRequest, AnUnknownActionIsRefused) {
@@ -97,9 +97,9 @@ TEST(ApplicationRequest, WhatLetsTheProgramComeToTheFrontIsTakenAlong) {
     const std::vector<std::pair<const char*, const char*>> tokens = {
         {"activation-token", "token"}, {"desktop-startup-id", "id_TIME5"}, {"other", "thing"}};
     EXPECT_EQ(requestOf(Call("Activate").data(tokens).read()),
-              (ApplicationRequest{Kind::Show, u"token"_s, u"id_TIME5"_s}));
+              (ApplicationRequest{RequestKind::Show, u"token"_s, u"id_TIME5"_s}));
     EXPECT_EQ(requestOf(Call("ActivateAction").text("toggle").emptyList("v").data(tokens).read()),
-              (ApplicationRequest{Kind::Toggle, u"token"_s, u"id_TIME5"_s}));
+              (ApplicationRequest{RequestKind::Toggle, u"token"_s, u"id_TIME5"_s}));
 }
 
 TEST(ApplicationRequest, TokensThatAreNoneAreLeftOut) {
@@ -129,7 +129,7 @@ TEST(ApplicationRequest, OtherMethodsAreNotTheInterfaces) {
 }
 
 TEST(ApplicationRequest, IsHandedOnAsItCame) {
-    for (const Kind kind : {Kind::Show, Kind::Hide, Kind::Toggle}) {
+    for (const RequestKind kind : {RequestKind::Show, RequestKind::Hide, RequestKind::Toggle}) {
         const ApplicationRequest request{kind, u"token"_s, u"id_TIME5"_s};
         const BusMessage call = makeRequestCall(request);
         EXPECT_EQ(requestOf(readRequest(*call)), request);
@@ -139,10 +139,10 @@ TEST(ApplicationRequest, IsHandedOnAsItCame) {
 }
 
 TEST(ApplicationRequest, EachWindowSystemGetsItsOwnKindOfToken) {
-    const ApplicationRequest both{Kind::Show, u"token"_s, u"id"_s};
+    const ApplicationRequest both{RequestKind::Show, u"token"_s, u"id"_s};
     EXPECT_EQ(tokenFor(both, u"xcb"), u"id"_s);
     EXPECT_EQ(tokenFor(both, u"wayland"), u"token"_s);
-    EXPECT_EQ(tokenFor({Kind::Show, u"token"_s, {}}, u"xcb"), u"token"_s);
-    EXPECT_EQ(tokenFor({Kind::Show, {}, u"id"_s}, u"wayland"), u"id"_s);
+    EXPECT_EQ(tokenFor({RequestKind::Show, u"token"_s, {}}, u"xcb"), u"token"_s);
+    EXPECT_EQ(tokenFor({RequestKind::Show, {}, u"id"_s}, u"wayland"), u"id"_s);
     EXPECT_EQ(tokenFor({}, u"xcb"), QString());
 }

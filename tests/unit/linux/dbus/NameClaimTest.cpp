@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-using Kind = ClaimResult::Kind;
+using ClaimKind = ClaimResult::Kind;
 
 constexpr ClaimBounds patient{20s, 20s, 20s};
 const auto always = [] { return true; };
@@ -49,7 +49,7 @@ protected:
 
 TEST_F(NameClaimTest, TheFirstHasTheName) {
     const ClaimResult first = claim();
-    EXPECT_EQ(first.kind, Kind::Owner);
+    EXPECT_EQ(first.kind, ClaimKind::Owner);
     EXPECT_NE(first.connection, nullptr);
 }
 
@@ -58,35 +58,35 @@ TEST_F(NameClaimTest, TheSecondHandsItsWishOver) {
     const ApplicationObject running(claim().connection,
                                     [&](const ApplicationRequest& request) { requests += request; });
     const ClaimResult second = claim();
-    EXPECT_EQ(second.kind, Kind::HandedOver);
+    EXPECT_EQ(second.kind, ClaimKind::HandedOver);
     EXPECT_EQ(second.connection, nullptr);
     EXPECT_EQ(requests, QList<ApplicationRequest>{wish.request});
     const StartWish toggle{{ApplicationRequest::Kind::Toggle, u"token"_s, {}}, false};
-    EXPECT_EQ(claim(toggle).kind, Kind::HandedOver);
+    EXPECT_EQ(claim(toggle).kind, ClaimKind::HandedOver);
     EXPECT_EQ(requests, (QList<ApplicationRequest>{wish.request, toggle.request}));
 }
 
 TEST_F(NameClaimTest, WithoutABusThereIsNothingToClaim) {
     for (const char* const nowhere : {"", "disabled:", "unix:path=/nowhere/at/all", "autolaunch:", "junk"}) {
-        EXPECT_EQ(claimName(nowhere, wish, patient, always).kind, Kind::NoBus) << nowhere;
+        EXPECT_EQ(claimName(nowhere, wish, patient, always).kind, ClaimKind::NoBus) << nowhere;
     }
 }
 
 TEST_F(NameClaimTest, ABusThatHangsIsWaitedForNoLongerThanThat) {
     bus_.freeze();
-    EXPECT_EQ(claimName(address(), wish, {20ms, 20ms, 20ms}, always).kind, Kind::NoBus);
+    EXPECT_EQ(claimName(address(), wish, {20ms, 20ms, 20ms}, always).kind, ClaimKind::NoBus);
     bus_.thaw();
 }
 
 TEST_F(NameClaimTest, AnOwnerThatDoesNotAnswerIsWaitedForNoLongerThanThat) {
     const BusConnection owner = silentOwner();
-    EXPECT_EQ(claim(wish, {20s, 20s, 20ms}).kind, Kind::Stranger);
+    EXPECT_EQ(claim(wish, {20s, 20s, 20ms}).kind, ClaimKind::Stranger);
 }
 
 TEST_F(NameClaimTest, AnOwnerThatDoesNotUnderstandIsLeftAlone) {
     QDBusConnection other = bus_.connect();
     ASSERT_TRUE(other.registerService(QString::fromUtf8(applicationBusName)));
-    EXPECT_EQ(claim().kind, Kind::Stranger);
+    EXPECT_EQ(claim().kind, ClaimKind::Stranger);
 }
 
 TEST_F(NameClaimTest, TheNameOfAnOwnerThatEndsMeanwhileIsOurs) {
@@ -102,13 +102,13 @@ TEST_F(NameClaimTest, TheNameOfAnOwnerThatEndsMeanwhileIsOurs) {
     ASSERT_TRUE(waitUntil(hasRequest));
     owner.reset();
     const ClaimResult result = second.get();
-    EXPECT_EQ(result.kind, Kind::Owner);
+    EXPECT_EQ(result.kind, ClaimKind::Owner);
     EXPECT_NE(result.connection, nullptr);
 }
 
 TEST_F(NameClaimTest, NothingIsHandedOverByAStartThatHasGoneOn) {
     BusConnection owner = silentOwner();
-    EXPECT_EQ(claimName(address(), wish, patient, [] { return false; }).kind, Kind::Stranger);
+    EXPECT_EQ(claimName(address(), wish, patient, [] { return false; }).kind, ClaimKind::Stranger);
     catchUp(*owner, 20s);
     while (const BusMessage message{dbus_connection_pop_message(owner.get())}) {
         EXPECT_EQ(dbus_message_has_member(message.get(), "Activate"), FALSE);
@@ -127,7 +127,7 @@ TEST_F(NameClaimTest, AProgramThatTheBusStartedHasTheCallsItWasStartedFor) {
     caller.call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
                                                u"org.freedesktop.DBus"_s, u"GetId"_s));
     ClaimResult result = claim({{}, true});
-    ASSERT_EQ(result.kind, Kind::Owner);
+    ASSERT_EQ(result.kind, ClaimKind::Owner);
     QList<ApplicationRequest> requests;
     const ApplicationObject object(std::move(result.connection),
                                    [&](const ApplicationRequest& request) { requests += request; });
@@ -144,25 +144,25 @@ TEST_F(NameClaimTest, AStartWaitsForTheOwnersAnswerAndIsToldOfItAtOnce) {
     EXPECT_TRUE(waitUntil([&] { return isTold.wait_for(0s) == std::future_status::ready; }));
     const auto result = second.settle({});
     ASSERT_TRUE(result);
-    EXPECT_EQ(result->kind, Kind::HandedOver);
+    EXPECT_EQ(result->kind, ClaimKind::HandedOver);
 }
 
 TEST_F(NameClaimTest, AStartGoesOnWithoutABusThatHangsAndHearsOfItLater) {
     bus_.freeze();
-    std::promise<Kind> later;
+    std::promise<ClaimKind> later;
     NameClaim claim(address(), wish, {20s, 20ms, 20s}, [] { ADD_FAILURE(); });
     EXPECT_EQ(claim.settle([&later](const ClaimResult& result) { later.set_value(result.kind); }).has_value(),
               false);
     bus_.thaw();
-    EXPECT_EQ(later.get_future().get(), Kind::Owner);
+    EXPECT_EQ(later.get_future().get(), ClaimKind::Owner);
 }
 
 TEST_F(NameClaimTest, AStartThatHasGoneOnIsNotEndedForAnOwnerFoundLater) {
     const ApplicationObject running(claim().connection, [](const ApplicationRequest&) { ADD_FAILURE(); });
     bus_.freeze();
-    std::promise<Kind> later;
+    std::promise<ClaimKind> later;
     NameClaim second(address(), wish, {20s, 20ms, 20s}, [] { ADD_FAILURE(); });
     EXPECT_FALSE(second.settle([&later](const ClaimResult& result) { later.set_value(result.kind); }));
     bus_.thaw();
-    EXPECT_EQ(later.get_future().get(), Kind::Stranger);
+    EXPECT_EQ(later.get_future().get(), ClaimKind::Stranger);
 }

@@ -11,8 +11,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const std::map<std::string, std::string> usual = {{"CFBundleIdentifier", "org.example.App"},
-                                                  {"CFBundleExecutable", "App"}};
+const std::map<std::string, std::string> smallest = {{"CFBundleIdentifier", "org.example.App"},
+                                                     {"CFBundleExecutable", "App"}};
 
 // A reference of two bytes.
 QByteArray to(int object) {
@@ -45,14 +45,14 @@ QByteArray nestedXml(int levels, const QByteArray& open, const QByteArray& close
 } // namespace
 
 TEST(PropertyListGuard, UsualListsPass) {
-    EXPECT_TRUE(isHarmlessPropertyList(xmlDictionary(usual)));
-    EXPECT_TRUE(isHarmlessPropertyList(binaryDictionary(usual)));
-    EXPECT_FALSE(isBinaryPropertyList(xmlDictionary(usual)));
-    EXPECT_TRUE(isBinaryPropertyList(binaryDictionary(usual)));
+    EXPECT_TRUE(isHarmlessPropertyList(xmlDictionary(smallest)));
+    EXPECT_TRUE(isHarmlessPropertyList(binaryDictionary(smallest)));
+    EXPECT_FALSE(isBinaryPropertyList(xmlDictionary(smallest)));
+    EXPECT_TRUE(isBinaryPropertyList(binaryDictionary(smallest)));
 }
 
 TEST(PropertyListGuard, AListLargerThanAMebibyteDoesNot) {
-    QByteArray list = xmlDictionary(usual);
+    QByteArray list = xmlDictionary(smallest);
     list += QByteArray(maximumPropertyListBytes - list.size(), '\n');
     EXPECT_TRUE(isHarmlessPropertyList(list));
     EXPECT_FALSE(isHarmlessPropertyList(list + "\n"));
@@ -120,7 +120,7 @@ TEST(PropertyListGuard, ABinaryListWhoseNumbersLeadOutOfItDoesNot) {
     EXPECT_FALSE(isHarmlessPropertyList(binaryOf({"\x67xy"_ba}))) << "two bytes a letter";
     EXPECT_FALSE(isHarmlessPropertyList(binaryOf({"\x14"_ba}))) << "a number cut off";
     EXPECT_FALSE(isHarmlessPropertyList(binaryOf({"\x7F"_ba}))) << "no kind of value";
-    const QByteArray good = binaryDictionary(usual);
+    const QByteArray good = binaryDictionary(smallest);
     for (qsizetype at = good.size() - 26; at < good.size(); ++at) {
         for (const char byte : {'\0', '\1', '\x09', '\x7F', '\xFF'}) {
             QByteArray broken = good;
@@ -133,7 +133,7 @@ TEST(PropertyListGuard, ABinaryListWhoseNumbersLeadOutOfItDoesNot) {
 }
 
 TEST(PropertyListGuard, EveryCutOfAListEndsWell) {
-    for (const QByteArray& list : {binaryDictionary(usual), xmlDictionary(usual)}) {
+    for (const QByteArray& list : {binaryDictionary(smallest), xmlDictionary(smallest)}) {
         ASSERT_TRUE(parseBundlePropertyList(list));
         int read = 0;
         for (qsizetype size = 0; size < list.size(); ++size) {

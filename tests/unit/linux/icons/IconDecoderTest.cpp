@@ -15,15 +15,11 @@ QRgb centre(const QImage& image) {
 }
 
 // A file with a red, a green and a blue picture of these sizes.
-QByteArray threeSizes(int red, int green, int blue) {
-    return icns({icnsChunk("ic07", png(red, red, QColor(255, 0, 0))),
-                 icnsChunk("ic08", png(green, green, QColor(0, 255, 0))),
-                 icnsChunk("ic09", png(blue, blue, QColor(0, 0, 255)))});
+QByteArray threeSizes(int redEdge, int greenEdge, int blueEdge) {
+    return icns({icnsChunk("ic07", png(redEdge, redEdge, QColor(255, 0, 0))),
+                 icnsChunk("ic08", png(greenEdge, greenEdge, QColor(0, 255, 0))),
+                 icnsChunk("ic09", png(blueEdge, blueEdge, QColor(0, 0, 255)))});
 }
-
-constexpr QRgb red = 0xFFFF0000U;
-constexpr QRgb green = 0xFF00FF00U;
-constexpr QRgb blue = 0xFF0000FFU;
 
 } // namespace
 

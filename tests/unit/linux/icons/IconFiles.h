@@ -19,6 +19,10 @@
 // Icon files for tests, whole and hostile ones.
 namespace amberquill {
 
+inline constexpr QRgb red = 0xFFFF0000U;
+inline constexpr QRgb green = 0xFF00FF00U;
+inline constexpr QRgb blue = 0xFF0000FFU;
+
 inline QImage filledImage(int width, int height, const QColor& colour) {
     QImage image(width, height, QImage::Format_ARGB32);
     image.fill(colour);
@@ -132,6 +136,8 @@ inline void setModified(const QString& path, std::int64_t seconds) {
 // An icon-theme.cache: for each name, in which of the directories (by number) it has which endings (1: xpm,
 // 2: svg, 4: png).
 using CachedIcons = std::map<std::string, std::vector<std::pair<quint16, quint16>>>;
+
+inline constexpr quint16 pngFlag = 4;
 
 inline QByteArray themeCache(const std::vector<std::string>& directories, const CachedIcons& icons,
                              quint32 buckets = 7) {

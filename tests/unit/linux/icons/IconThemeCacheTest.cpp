@@ -12,7 +12,6 @@ namespace {
 
 constexpr quint16 xpmFlag = 1;
 constexpr quint16 svgFlag = 2;
-constexpr quint16 pngFlag = 4;
 
 class IconThemeCacheTest : public testing::Test {
 protected:

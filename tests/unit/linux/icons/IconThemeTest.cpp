@@ -9,7 +9,6 @@ using namespace amberquill::desktop;
 
 namespace {
 
-constexpr quint16 pngFlag = 4;
 constexpr std::int64_t before = 1'000'000;
 constexpr std::int64_t later = 2'000'000;
 

@@ -17,10 +17,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QRgb red = 0xFFFF0000U;
-constexpr QRgb green = 0xFF00FF00U;
-constexpr QRgb blue = 0xFF0000FFU;
-
 class LinuxApplicationIconsTest : public testing::Test {
 protected:
     LinuxApplicationIconsTest() {

@@ -9,7 +9,6 @@ using namespace amberquill::desktop;
 
 namespace {
 
-constexpr QRgb red = 0xFFFF0000U;
 constexpr QRgb nothing = 0;
 
 const QByteArray filling = R"(<rect width="100%" height="100%" fill="#f00"/>)";

@@ -23,7 +23,7 @@ const PortalKey enableAnimations{u"org.gnome.desktop.interface"_s, u"enable-anim
 constexpr auto off = "[KDE]\nAnimationDurationFactor=0\n";
 constexpr auto on = "[KDE]\nAnimationDurationFactor=1\n";
 
-QByteArray dconfWithAnimations(bool animations) {
+QByteArray animationsInDconf(bool animations) {
     return dconfDatabase({}, 5, {{"/org/gnome/desktop/interface/enable-animations", animations}});
 }
 
@@ -99,9 +99,9 @@ TEST_F(LinuxMotionPreferenceTest, KdesFactorIsFollowed) {
 TEST_F(LinuxMotionPreferenceTest, ThereMayBeNothingAtFirst) {
     follow("GNOME", noBus());
     tree_.makeFolder("dconf");
-    replace("dconf/user", dconfWithAnimations(false));
+    replace("dconf/user", animationsInDconf(false));
     EXPECT_TRUE(becomes(true));
-    replace("dconf/user", dconfWithAnimations(true));
+    replace("dconf/user", animationsInDconf(true));
     EXPECT_TRUE(becomes(false));
 }
 
@@ -140,7 +140,7 @@ TEST_F(OnABus, WhatIsKnownAtOnceCountsBeforeAnyChange) {
 TEST_F(OnABus, APortalThatHangsLeavesItToTheFiles) {
     portal_.hang();
     portal_.appear();
-    tree_.write("dconf/user", dconfWithAnimations(false));
+    tree_.write("dconf/user", animationsInDconf(false));
     follow("GNOME", bus_.connect());
     EXPECT_TRUE(becomes(true));
 }

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr KeyChord chord{Qt::Key_Space, Qt::ControlModifier | Qt::AltModifier};
+constexpr KeyChord portalChord{Qt::Key_Space, Qt::ControlModifier | Qt::AltModifier};
 const QString name = u"toggle-1"_s;
 
 class PortalShortcutsTest : public testing::Test {
@@ -58,7 +58,7 @@ protected:
         EXPECT_TRUE(waitUntil([&] { return done; }));
     }
 
-    // That the chord works from a session that is made, with no question to the user.
+    // That the portalChord works from a session that is made, with no question to the user.
     void expectNotAskedToBind() {
         addAndAsk();
         expectCalls({u"CreateSession"_s, u"ListShortcuts"_s});
@@ -68,7 +68,7 @@ protected:
     }
 
     void addAndAsk() {
-        shortcuts_.add(1, chord);
+        shortcuts_.add(1, portalChord);
         queue_.advance(PortalShortcuts::untilAsked);
     }
 
@@ -103,7 +103,7 @@ protected:
 
 TEST_F(PortalShortcutsTest, AStartIsOverBeforeThePortalIsAsked) {
     portal_.start();
-    shortcuts_.add(1, chord);
+    shortcuts_.add(1, portalChord);
     queue_.advance(PortalShortcuts::untilAsked - 0.01);
     EXPECT_EQ(connections_, 0);
     queue_.advance(0.01);
@@ -114,7 +114,7 @@ TEST_F(PortalShortcutsTest, AConnectionThatTakesLongIsMadeOnceAndServesWhatIsWan
     portal_.start();
     connectsLater_ = true;
     addAndAsk();
-    shortcuts_.add(2, chord);
+    shortcuts_.add(2, portalChord);
     queue_.advance(PortalShortcuts::untilAsked);
     EXPECT_EQ(connections_, 1);
     EXPECT_EQ(portal_.sessions.size(), 0);
@@ -295,7 +295,7 @@ TEST_F(PortalShortcutsTest, WhatAPortalSaysAmissIsHarmless) {
         portal_.handleToSay = handle;
         portal_.start();
         PortalShortcuts shortcuts(queue_, [this](const auto& then) { then(shortcutsBus_); });
-        shortcuts.add(1, chord);
+        shortcuts.add(1, portalChord);
         queue_.advance(PortalShortcuts::untilAsked);
         expectCalls({u"CreateSession"_s});
         settle();
@@ -319,7 +319,7 @@ TEST_F(PortalShortcutsTest, ADesktopWithoutThePortalIsLeftAlone) {
 
 TEST_F(PortalShortcutsTest, WithoutABusThereIsNoPortal) {
     PortalShortcuts shortcuts(queue_, [](const auto& then) { then(noBus()); });
-    shortcuts.add(1, chord);
+    shortcuts.add(1, portalChord);
     queue_.advance(PortalShortcuts::untilAsked);
     shortcuts.remove(1);
     EXPECT_EQ(queue_.timers(), 0U);

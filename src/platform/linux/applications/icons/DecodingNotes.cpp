@@ -15,7 +15,7 @@ namespace amberquill::desktop {
 namespace {
 
 constexpr std::string_view filePrefix = "decoding-";
-constexpr std::size_t maximumPath = 4096;
+constexpr std::size_t maximumNotedPath = 4096;
 constexpr int maximumFiles = 256; // more than processes ever die between two starts
 
 struct Header {
@@ -24,7 +24,7 @@ struct Header {
     std::int64_t modified = 0;
     std::int64_t size = 0;
 };
-constexpr std::size_t slotBytes = sizeof(Header) + maximumPath;
+constexpr std::size_t slotBytes = sizeof(Header) + maximumNotedPath;
 
 std::uint32_t checksumOf(const FileState& file) {
     auto sum = ::crc32(0, reinterpret_cast<const Bytef*>(&file.modified), sizeof file.modified);
@@ -90,7 +90,7 @@ void DecodingNotes::open() {
 
 std::optional<unsigned> DecodingNotes::write(const FileState& file) {
     std::call_once(opened_, [this] { open(); });
-    if (!file_.isOpen() || file.path.size() > maximumPath) {
+    if (!file_.isOpen() || file.path.size() > maximumNotedPath) {
         return std::nullopt;
     }
     auto taken = taken_.load();

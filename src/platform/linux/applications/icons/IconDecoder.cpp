@@ -13,7 +13,7 @@ namespace amberquill::desktop {
 
 namespace {
 
-constexpr std::size_t maximumAttempts = 3; // of a file's pictures, where the best ones are broken
+constexpr std::size_t maximumPictures = 3; // of a file's pictures, where the best ones are broken
 
 QImage decodedIcns(const QByteArray& bytes, int edge) {
     auto pictures = icnsPictures(bytes);
@@ -24,7 +24,7 @@ QImage decodedIcns(const QByteArray& bytes, int edge) {
     std::stable_sort(
         pictures.begin(), pictures.end(),
         [&worth](const IcnsPicture& one, const IcnsPicture& other) { return worth(one) < worth(other); });
-    for (std::size_t i = 0; i < std::min(pictures.size(), maximumAttempts); ++i) {
+    for (std::size_t i = 0; i < std::min(pictures.size(), maximumPictures); ++i) {
         const auto image = pictures[i].kind == IcnsPicture::Kind::Png
                                ? decodedRaster(pictures[i].data.toByteArray(), IconFormat::Png)
                                : unpackedIcnsPicture(pictures[i]);

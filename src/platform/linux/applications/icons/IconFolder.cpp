@@ -12,7 +12,7 @@ namespace amberquill::desktop {
 namespace {
 
 // More names than any icon theme has in one folder; what is beyond them does not exist for the launcher.
-constexpr std::size_t maximumNames = 100'000;
+constexpr std::size_t maximumFolderNames = 100'000;
 
 // Measured: looking for one icon's four endings takes as long as reading this much of a folder.
 constexpr std::int64_t bytesReadInOneQuestion = 400;
@@ -94,7 +94,7 @@ void IconFolder::read() {
             continue;
         }
         for (const auto ending : iconEndings) {
-            if (name.substr(dot) == endingText(ending) && names_.size() < maximumNames) {
+            if (name.substr(dot) == endingText(ending) && names_.size() < maximumFolderNames) {
                 names_[std::string(name.substr(0, dot))].insert(ending);
             }
         }

@@ -18,11 +18,11 @@ namespace {
 constexpr std::size_t maximumThemes = 32;
 constexpr std::size_t maximumAnswers = 20'000;
 constexpr qsizetype maximumPath = 4096;
-constexpr std::size_t maximumName = 255;
+constexpr std::size_t maximumIconName = 255;
 
 // A plain file name: nothing that could lead out of the folder it is looked for in.
 bool isPlainName(std::string_view name) {
-    return !name.empty() && name.size() <= maximumName && name != "." && name != ".." &&
+    return !name.empty() && name.size() <= maximumIconName && name != "." && name != ".." &&
            name.find('/') == std::string_view::npos && name.find('\0') == std::string_view::npos;
 }
 

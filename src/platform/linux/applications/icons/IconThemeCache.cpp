@@ -11,10 +11,10 @@ namespace amberquill::desktop {
 
 namespace {
 
-constexpr std::uint32_t maximumDirectories = 4096;
+constexpr std::uint32_t maximumCachedDirectories = 4096;
 constexpr std::uint32_t maximumImages = 1024;
 constexpr int maximumChain = 1024;
-constexpr std::size_t maximumName = 255;
+constexpr std::size_t maximumCachedName = 255;
 constexpr std::uint32_t none = 0xFFFFFFFFU;
 
 // The flags of an image in the file.
@@ -41,7 +41,7 @@ std::optional<std::uint32_t> readWord(int file, std::uint32_t offset) {
 
 // The text that ends with a NUL at `offset`; none where it is longer than a file name.
 std::optional<std::string> readText(int file, std::uint32_t offset) {
-    std::array<char, maximumName + 1> bytes{};
+    std::array<char, maximumCachedName + 1> bytes{};
     const ssize_t got = ::pread(file, bytes.data(), bytes.size(), offset);
     if (got <= 0) {
         return std::nullopt;
@@ -89,7 +89,7 @@ std::optional<IconThemeCache> IconThemeCache::open(int themeFolder) {
 
 bool IconThemeCache::readDirectories(std::uint32_t offset) {
     const auto count = readWord(file_.get(), offset);
-    if (!count || *count > maximumDirectories) {
+    if (!count || *count > maximumCachedDirectories) {
         return false;
     }
     std::vector<unsigned char> offsets(std::size_t{*count} * 4);

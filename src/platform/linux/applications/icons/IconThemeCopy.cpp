@@ -12,7 +12,7 @@ namespace amberquill::desktop {
 
 namespace {
 
-constexpr std::size_t maximumNames = 4096;
+constexpr std::size_t maximumCopiedNames = 4096;
 constexpr qsizetype maximumIndexBytes = qsizetype{1024} * 1024;
 
 bool isNewer(const timespec& one, const timespec& other) {
@@ -36,7 +36,8 @@ std::optional<IconThemeCopy> IconThemeCopy::open(const std::string& folder) {
     }
     while (const auto child = reader.next()) {
         const auto type = child->type;
-        if ((type == DT_DIR || type == DT_LNK || type == DT_UNKNOWN) && copy.names_.size() < maximumNames) {
+        if ((type == DT_DIR || type == DT_LNK || type == DT_UNKNOWN) &&
+            copy.names_.size() < maximumCopiedNames) {
             copy.names_.emplace(child->nameView());
         }
     }

@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t maximumContent = std::size_t{1024} * 1024;
 constexpr std::size_t maximumDirectories = 4096;
 constexpr std::size_t maximumInherits = 64;
-constexpr std::size_t maximumName = 255;
+constexpr std::size_t maximumThemeName = 255;
 constexpr int maximumSize = 4096;
 constexpr int maximumScale = 16;
 
@@ -49,7 +49,7 @@ std::optional<int> number(std::string_view text) {
 }
 
 // The keys of one group that matter here; absent ones are none.
-struct Group {
+struct KeyGroup {
     std::string_view type;
     std::string_view context;
     std::optional<int> size;
@@ -59,7 +59,7 @@ struct Group {
     std::optional<int> threshold;
 };
 
-void readKey(Group& group, std::string_view key, std::string_view value) {
+void readKey(KeyGroup& group, std::string_view key, std::string_view value) {
     if (key == "Size") {
         group.size = number(value);
     } else if (key == "Scale") {
@@ -78,7 +78,7 @@ void readKey(Group& group, std::string_view key, std::string_view value) {
 }
 
 bool staysInside(std::string_view path) {
-    if (path.empty() || path.size() > maximumName || path.find('\0') != std::string_view::npos) {
+    if (path.empty() || path.size() > maximumThemeName || path.find('\0') != std::string_view::npos) {
         return false;
     }
     while (!path.empty()) {
@@ -90,7 +90,7 @@ bool staysInside(std::string_view path) {
     return true;
 }
 
-std::optional<IconDirectory> directory(std::string_view path, const Group& group) {
+std::optional<IconDirectory> directory(std::string_view path, const KeyGroup& group) {
     const auto size = group.size.value_or(0);
     const auto scale = group.scale.value_or(1);
     if (size < 1 || size > maximumSize || scale < 1 || scale > maximumScale) {
@@ -100,7 +100,7 @@ std::optional<IconDirectory> directory(std::string_view path, const Group& group
     result.path = path;
     result.size = size;
     result.scale = scale;
-    result.context = group.context.substr(0, maximumName);
+    result.context = group.context.substr(0, maximumThemeName);
     if (group.type == "Fixed") {
         result.type = IconDirectory::Type::Fixed;
     } else if (group.type == "Scalable") {
@@ -115,7 +115,7 @@ std::optional<IconDirectory> directory(std::string_view path, const Group& group
 } // namespace
 
 bool isIconThemeName(std::string_view name) {
-    return !name.empty() && name.size() <= maximumName && name.front() != '.' &&
+    return !name.empty() && name.size() <= maximumThemeName && name.front() != '.' &&
            name.find('/') == std::string_view::npos && name.find('\0') == std::string_view::npos;
 }
 
@@ -133,9 +133,9 @@ std::optional<IconThemeIndex> parseIconThemeIndex(std::string_view content) {
     std::string_view listed;
     std::string_view listedScaled;
     std::string_view inherits;
-    std::unordered_map<std::string_view, Group> groups;
+    std::unordered_map<std::string_view, KeyGroup> groups;
     groups.reserve(content.size() / 64);
-    Group* group = nullptr;
+    KeyGroup* group = nullptr;
     while (!content.empty()) {
         const auto line = trimmed(takeUntil(content, '\n'));
         if (line.empty() || line.front() == '#') {

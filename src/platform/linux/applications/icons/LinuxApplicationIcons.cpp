@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int maximumAttempts = 4; // files that are tried for one icon
+constexpr int maximumTries = 4; // files that are tried for one icon
 
 // What a bundle's icon file may end in where its property list does not say.
 constexpr std::array bundleEndings{""_L1, ".icns"_L1, ".png"_L1, ".tiff"_L1};
@@ -49,7 +49,7 @@ QImage LinuxApplicationIcons::entryImage(const QString& path, int edge) const {
     if (!entry || entry->icon.isEmpty()) {
         return {};
     }
-    for (int attempt = 0; attempt < maximumAttempts; ++attempt) {
+    for (int attempt = 0; attempt < maximumTries; ++attempt) {
         const auto file = lookup_.find(entry->icon, edge, attempt);
         if (!file) {
             break;

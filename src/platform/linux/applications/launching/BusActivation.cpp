@@ -15,7 +15,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-Q_LOGGING_CATEGORY(log, "amberquill.launching.bus", QtCriticalMsg)
+Q_LOGGING_CATEGORY(busLog, "amberquill.launching.bus", QtCriticalMsg)
 
 constexpr qsizetype longestBusName = 255;
 // The bus itself gives up on a service that does not come after two minutes. Its word, which tells more, is
@@ -42,7 +42,7 @@ BusActivationResult resultFor(const QDBusMessage& reply) {
         return BusActivationResult::Started;
     }
     const QString error = reply.errorName();
-    qCDebug(log) << error << reply.errorMessage();
+    qCDebug(busLog) << error << reply.errorMessage();
     constexpr std::array unavailable = {
         QLatin1StringView("org.freedesktop.DBus.Error.ServiceUnknown"),
         QLatin1StringView("org.freedesktop.DBus.Error.NameHasNoOwner"),

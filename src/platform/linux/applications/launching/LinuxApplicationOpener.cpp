@@ -10,7 +10,7 @@ namespace amberquill::desktop {
 
 namespace {
 
-Q_LOGGING_CATEGORY(log, "amberquill.launching", QtCriticalMsg)
+Q_LOGGING_CATEGORY(launchLog, "amberquill.launching", QtCriticalMsg)
 
 ProcessRequest processRequest(const Command& command, const LaunchPlan& plan, const QString& token,
                               const StartState& start, const QString& home) {
@@ -59,7 +59,7 @@ void LinuxApplicationOpener::open(const QString& path, const QString& token, Don
         [path, context = context_] {
             auto plan = planLaunch(path, context);
             if (!plan) {
-                qCDebug(log) << "cannot be opened:" << path;
+                qCDebug(launchLog) << "cannot be opened:" << path;
             }
             return plan;
         },

@@ -16,7 +16,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-Q_LOGGING_CATEGORY(log, "amberquill.launching.scope", QtCriticalMsg)
+Q_LOGGING_CATEGORY(scopeLog, "amberquill.launching.scope", QtCriticalMsg)
 
 // An application is not kept waiting longer for a manager that hangs.
 constexpr double longestWait = 1.0;
@@ -103,7 +103,7 @@ void SystemdScope::place(pid_t process, const QString& applicationId, const QStr
         call->deleteLater();
         // A success is only the promise of a job; its end is what the process waits for.
         if (call->isError()) {
-            qCDebug(log) << unit << call->error().name();
+            qCDebug(scopeLog) << unit << call->error().name();
             finish(unit);
         }
     });
