@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, checks the formatting and runs every test: all of them as people run the program,
-# those that need no display also under the address and undefined-behaviour sanitizers, and the readers of layouts
-# and of feeds against made-up files. Ends with the test runner's summary. Arguments are ctest's, as in:
-#   ./test.sh -R ScreenChoice
+# those that need no display also under the address and undefined-behaviour sanitizers and under the thread sanitizer,
+# and the readers of foreign files on the seeds of their fuzz targets. Ends with the test runner's summary. Arguments
+# are ctest's, as in:
+#   ./test.sh -R unit_data
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")"
+source scripts/steps.sh
 
 scripts/setup.sh run screenless test
 
@@ -15,24 +17,25 @@ if [[ -z ${XDG_RUNTIME_DIR:-} ]]; then
     trap 'rm -rf "$XDG_RUNTIME_DIR"' EXIT
 fi
 
-echo 'Checking the formatting'
-find src tests packaging -name '*.cpp' -print0 -o -name '*.h' -print0 | xargs -0 clang-format --dry-run -Werror
+formatted() {
+    find src tests packaging -name '*.cpp' -print0 -o -name '*.h' -print0 |
+        xargs -0 -n 40 -P "$(nproc)" clang-format --dry-run -Werror
+}
+step 'Checking the formatting' formatted
 
-mkdir -p build
-for preset in release asan; do
-    echo "Building $preset"
-    cmake --preset "$preset" -DAMBERQUILL_TESTS=ON >build/"$preset".log || { cat build/"$preset".log && exit 1; }
-    cmake --build --preset "$preset" -- --quiet
-done
-
-echo Building fuzz
-cmake --preset fuzz >build/fuzz.log || { cat build/fuzz.log && exit 1; }
-cmake --build --preset fuzz -- --quiet fuzz_tests
+mkdir -p build/tests
+built() {
+    cmake --preset "$1" -DAMBERQUILL_TESTS=ON && cmake --build --preset "$@"
+}
+step 'Building release' built release
+step 'Building asan' built asan
+# Nobody runs the program of this one.
+step 'Building tsan' built tsan --target tests
 
 # One run over all builds, for one summary.
-mkdir -p build/tests
-printf 'subdirs("%s" "%s" "%s")\n' "$PWD/build/release" "$PWD/build/asan" "$PWD/build/fuzz" \
+printf 'subdirs("%s" "%s" "%s")\n' "$PWD/build/release" "$PWD/build/asan" "$PWD/build/tsan" \
     >build/tests/CTestTestfile.cmake
-# Of the tests, only those that do not pass are worth a line.
+say 'Testing'
 ctest --test-dir build/tests --output-on-failure --no-label-summary --parallel "$(nproc)" \
-    --label-exclude '^display-sanitized$' "$@" | sed -E '/^ +Start +[0-9]+: /d; /^ *[0-9]+\/[0-9]+ Test .* Passed /d'
+    --resource-spec-file "$PWD/tests/desktop/displays.json" --label-exclude '^display-sanitized$' "$@" |
+    python3 -B scripts/test-report.py

@@ -1,73 +1,168 @@
 #!/usr/bin/env python3
-"""Runs clang-tidy over the sources of src/, as many at a time as there are processors:
+"""Runs clang-tidy over the sources and the tests, as many processes at a time as there are processors:
 
     scripts/tidy.py build/lint [FILES...]
 
-A file that was found clean is not read again until something changes that the answer depends on: its text, the
-headers of ours that it includes however indirectly, its compiler command, .clang-tidy or an installed package.
+Nearly all of a file's time goes into the headers that it shares with its neighbours, so the files that are compiled
+alike, which are those of a library or of a test executable, are read as one. Files that are named are read one by one.
+
+What was found clean is kept beside ccache's folder and is not read again until something changes that the answer depends
+on: the preprocessed text with its comments, the compiler's arguments, the checks or clang-tidy itself. Where the
+project lies does not matter.
 """
 
 import hashlib
 import json
 import os
 import re
+import shlex
 import subprocess
 import sys
+import time
 from concurrent.futures import ThreadPoolExecutor
-from functools import lru_cache
+from dataclasses import dataclass
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
-SOURCES = ROOT / "src"
-INCLUDE = re.compile(rb'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
+KEPT_DAYS = 30
+MOST_NAMED = 25  # lines of the summary
+FINDING = re.compile(r"^(/.*?):(\d+):\d+: (?:error|warning): .*\[([\w.,-]+)\]$", re.MULTILINE)
 
 
-@lru_cache(maxsize=None)
-def included(path):
-    """The headers of ours that a file names, whether or not the preprocessor reaches that line."""
-    names = (name.decode(errors="replace") for name in INCLUDE.findall(path.read_bytes()))
-    return [SOURCES / name for name in names if (SOURCES / name).is_file()]
+@dataclass(frozen=True)
+class Kind:
+    """Sources with checks of their own."""
+
+    folder: Path
+    settings: Path
+    reported: str  # files whose findings count: the sources themselves and the headers beside them
 
 
-def with_headers(path):
-    """The file and everything of ours that it includes."""
-    reached, waiting = set(), [path, SOURCES / "precompiled.h"]
-    while waiting:
-        file = waiting.pop()
-        if file not in reached:
-            reached.add(file)
-            waiting.extend(included(file))
-    return sorted(reached)
+KINDS = (
+    Kind(ROOT / "src", ROOT / ".clang-tidy", f"^{ROOT}/src/.*"),
+    Kind(ROOT / "tests", ROOT / "tests/.clang-tidy", f"^{ROOT}/tests/.*"),
+)
 
 
-def surroundings():
-    """What every answer depends on: the rules and the installed packages."""
-    digest = hashlib.sha256((ROOT / ".clang-tidy").read_bytes())
-    digest.update(subprocess.run(["clang-tidy", "--version"], check=True, capture_output=True).stdout)
-    digest.update(subprocess.run(["dpkg-query", "--show"], check=False, capture_output=True).stdout)
-    return digest.digest()
+@dataclass
+class Unit:
+    """What one clang-tidy reads."""
+
+    name: str
+    kind: Kind
+    files: list
+    arguments: list  # the compiler's
+    folder: Path  # where it is run
 
 
-def key(entry, common):
-    digest = hashlib.sha256(common + entry["command"].encode())
-    for path in with_headers(Path(entry["file"])):
-        digest.update(str(path).encode() + b"\0" + path.read_bytes())
+def kind_of(path):
+    return next((kind for kind in KINDS if kind.folder in path.parents), None)
+
+
+def arguments_of(entry):
+    """The compiler's arguments without the compiler, the file and what becomes of it."""
+    words = shlex.split(entry["command"])
+    while words and words[0].startswith("-") is False:
+        words.pop(0)
+    arguments, skip = [], False
+    for word in words:
+        if skip:
+            skip = False
+        elif word in ("-o", "-c", "-MF", "-MT", "-MQ"):
+            skip = True
+        elif word not in ("-MD", entry["file"]):
+            arguments.append(word)
+    return arguments
+
+
+def units(build, entries, are_single):
+    """The files in groups of those that are compiled alike."""
+    groups = {}
+    for entry in entries:
+        path = Path(entry["file"])
+        arguments = arguments_of(entry)
+        target = re.search(r"-o (\S+?)\.dir/", entry["command"])[1]
+        key = (path if are_single else target, tuple(arguments))
+        groups.setdefault(key, Unit(Path(key[0]).name, kind_of(path), [], arguments, Path(entry["directory"])))
+        groups[key].files.append(path)
+    folder = build / "tidy"
+    folder.mkdir(exist_ok=True)
+    return sorted(groups.values(), key=lambda unit: -sum(path.stat().st_size for path in unit.files))
+
+
+def write_if_changed(path, text):
+    if not path.exists() or path.read_text(encoding="utf-8") != text:
+        path.write_text(text, encoding="utf-8")
+
+
+def main_file(build, unit):
+    """The file that stands for the unit."""
+    if len(unit.files) == 1:
+        return unit.files[0]
+    lines = [f'#include "{path}" // NOLINT(bugprone-suspicious-include)\n' for path in unit.files]
+    digest = hashlib.sha256("".join(lines).encode()).hexdigest()[:8]
+    path = build / "tidy" / f"{unit.name}-{digest}.cpp"
+    write_if_changed(path, "".join(lines))
+    return path
+
+
+def relative(text, build):
+    """The same text wherever the project lies."""
+    return text.replace(os.fsencode(build), b"<build>").replace(os.fsencode(ROOT), b"<root>")
+
+
+def key(build, unit, path, version):
+    """What the answer depends on. None: it cannot be preprocessed."""
+    # Comments are kept: they switch checks off.
+    text = subprocess.run(
+        ["clang++", *unit.arguments, "-E", "-CC", str(path)], cwd=unit.folder, capture_output=True, check=False
+    )
+    if text.returncode != 0:
+        return None
+    digest = hashlib.sha256(version + unit.kind.settings.read_bytes())
+    digest.update(relative("\0".join(unit.arguments).encode(), build))
+    digest.update(relative(text.stdout, build))
     return digest.hexdigest()
 
 
-def tidy(build, entry, common):
-    """Whether the file is clean, and what is to be said of it."""
-    clean = build / "tidy" / (key(entry, common) + ".clean")
-    if clean.exists():
-        return True, ""
-    result = subprocess.run(
-        ["clang-tidy", "--quiet", "-p", str(build), entry["file"]], capture_output=True, text=True, check=False
-    )
-    if result.returncode == 0:
-        clean.parent.mkdir(exist_ok=True)
+def tidy(build, unit, cache, version):
+    """Whether the unit is clean, and what is to be said of it."""
+    path = main_file(build, unit)
+    found = key(build, unit, path, version)
+    clean = cache / found if found else None
+    if clean and clean.exists():
         clean.touch()
         return True, ""
-    return False, result.stdout + result.stderr
+    result = subprocess.run(
+        [
+            "clang-tidy",
+            "--quiet",
+            f"--config-file={unit.kind.settings}",
+            f"--header-filter={unit.kind.reported}",
+            str(path),
+            "--",
+            *unit.arguments,
+        ],
+        cwd=unit.folder,
+        capture_output=True,
+        text=True,
+        check=False,
+    )
+    if result.returncode == 0 and clean:
+        clean.touch()
+    return result.returncode == 0, result.stdout + result.stderr
+
+
+def cache_folder():
+    """Beside ccache's, without what has not been asked for in a while."""
+    ccache = subprocess.run(["ccache", "--get-config", "cache_dir"], check=True, capture_output=True, text=True)
+    folder = Path(ccache.stdout.strip()).parent / "amberquill-tidy"
+    folder.mkdir(parents=True, exist_ok=True)
+    oldest = time.time() - KEPT_DAYS * 24 * 3600
+    for path in folder.iterdir():
+        if path.stat().st_mtime < oldest:
+            path.unlink(missing_ok=True)
+    return folder
 
 
 def main():
@@ -76,17 +171,25 @@ def main():
     entries = [
         entry
         for entry in json.loads((build / "compile_commands.json").read_text(encoding="utf-8"))
-        if SOURCES in Path(entry["file"]).parents and (not asked_for or Path(entry["file"]) in asked_for)
+        if kind_of(Path(entry["file"]))
+        and build not in Path(entry["file"]).parents
+        and (not asked_for or Path(entry["file"]) in asked_for)
     ]
-    common = surroundings()
-    with ThreadPoolExecutor(os.cpu_count()) as pool:
-        answers = pool.map(lambda entry: (entry, *tidy(build, entry, common)), entries)
-        failed = 0
-        for entry, is_clean, text in answers:
+    cache = cache_folder()
+    version = subprocess.run(["clang-tidy", "--version"], check=True, capture_output=True).stdout
+    failed, findings = 0, []
+    with ThreadPoolExecutor(len(os.sched_getaffinity(0))) as pool:
+        waiting = units(build, entries, bool(asked_for))
+        for unit, (is_clean, text) in zip(waiting, pool.map(lambda unit: tidy(build, unit, cache, version), waiting)):
             if not is_clean:
                 failed += 1
-                print(f"{os.path.relpath(entry['file'], ROOT)} is not clean:\n{text}", flush=True)
-    print(f"clang-tidy: {len(entries)} files, {failed} not clean")
+                print(f"{unit.name} is not clean:\n{text}", flush=True)
+                findings += [
+                    f"{os.path.relpath(file, ROOT)}:{line} {check}" for file, line, check in FINDING.findall(text)
+                ] or [unit.name]
+    for finding in list(dict.fromkeys(findings))[:MOST_NAMED]:
+        print(f"clang-tidy: {finding}")
+    print(f"clang-tidy: {len(entries)} files in {len(waiting)} units, {failed} not clean")
     return 1 if failed or not entries else 0
 
 

@@ -11,7 +11,7 @@ namespace amberquill {
 
 namespace {
 
-constexpr auto dither = ditherMatrix();
+constexpr auto washDither = ditherMatrix();
 
 // Pixels are computed in groups, several at a time.
 constexpr int groupWidth = 8;
@@ -34,7 +34,7 @@ QImage backgroundWash(BackgroundTheme theme, const QSize& pixels, double deviceP
     for (int y = 0; y < pixels.height(); ++y) {
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
         const float down = static_cast<float>(y) + 0.5F;
-        const float* ditherRow = dither[static_cast<std::size_t>(y) % dither.size()].data();
+        const float* ditherRow = washDither[static_cast<std::size_t>(y) % washDither.size()].data();
         for (int x = 0; x < pixels.width(); x += groupWidth) {
             std::array<QRgb, groupWidth> group{};
             for (int i = 0; i < groupWidth; ++i) {

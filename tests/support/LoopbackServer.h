@@ -54,7 +54,7 @@ public:
     }
 
     // How a path is answered from now on; any other path is not found.
-    void serve(const QByteArray& path, Answering answering) { answers_.insert(path, std::move(answering)); }
+    void serve(const QByteArray& path, const Answering& answering) { answers_.insert(path, answering); }
     void serve(const QByteArray& path, const Answer& answer) {
         serve(path, [answer](const Request&) { return answer; });
     }
@@ -89,7 +89,7 @@ public:
     }
 
     // An answer that stops after its first bytes, with the connection left open.
-    static Answer hanging(Answer whole, qsizetype bytes) { return {whole.bytes.first(bytes), false}; }
+    static Answer hanging(const Answer& whole, qsizetype bytes) { return {whole.bytes.first(bytes), false}; }
 
 private:
     void read(QTcpSocket& socket) {

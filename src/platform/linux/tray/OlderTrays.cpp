@@ -2,6 +2,7 @@
 
 #include "platform/linux/x11/XcbReply.h"
 
+#include <QByteArray>
 #include <string_view>
 #include <utility>
 

@@ -22,8 +22,8 @@ TEST(IconFormat, BytesSayWhatAFileIs) {
 
 TEST(IconFormat, AnythingElseIsNone) {
     for (const auto* const bytes : {"", " ", "text", "GIF89a", "RIFF1234WAVE", "RIFF",
-                                    "\x7F"
-                                    "ELF",
+                                    ("\x7F"
+                                     "ELF"),
                                     "BM"}) {
         EXPECT_EQ(iconFormat(bytes), std::nullopt) << bytes;
     }
