@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <stdexcept>
 #include <vector>
 
 namespace amberquill {
@@ -42,18 +43,22 @@ public:
     void runPosted() { advance(0); }
 
     // Moves time forward, running what falls due on the way at its own time, in order of time and then of
-    // posting.
+    // posting. Throws where the work never ends, as it does when it posts itself again at once.
     void advance(double seconds) {
         const double end = now_ + seconds;
         // Deadlines are sums of decimals such as 0.18 and 0.12; half a microsecond stands for their rounding.
         constexpr double rounding = 0.5e-6;
-        while (true) {
+        constexpr int mostWork = 1'000'000;
+        for (int done = 0;; ++done) {
             const auto next =
                 std::min_element(waiting_.begin(), waiting_.end(), [](const Entry& a, const Entry& b) {
                     return a.due < b.due || (a.due == b.due && a.serial < b.serial);
                 });
             if (next == waiting_.end() || next->due > end + rounding) {
                 break;
+            }
+            if (done == mostWork) {
+                throw std::runtime_error("a queue's work does not end");
             }
             now_ = std::max(now_, next->due);
             const Work work = std::move(next->work);

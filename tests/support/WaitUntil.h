@@ -1,19 +1,33 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
+#include <chrono>
 #include <functional>
+#include <thread>
 
 namespace amberquill {
 
-// Runs the event loop until the condition holds. False: it does not within ten seconds.
+// Runs the event loop until the condition holds; without an application object it only asks again and again.
+// False: it does not hold within ten seconds.
 inline bool waitUntil(const std::function<bool()>& condition) {
     constexpr qint64 longestMilliseconds = 10'000;
+    constexpr std::chrono::milliseconds pause{2};
     QElapsedTimer elapsed;
     elapsed.start();
+    if (QCoreApplication::instance() == nullptr) {
+        while (!condition()) {
+            if (elapsed.elapsed() > longestMilliseconds) {
+                return false;
+            }
+            std::this_thread::sleep_for(pause);
+        }
+        return true;
+    }
     QTimer wake; // for conditions that no event of ours announces
-    wake.start(2);
+    wake.start(pause);
     QEventLoop loop;
     while (!condition()) {
         if (elapsed.elapsed() > longestMilliseconds) {
