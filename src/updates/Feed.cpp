@@ -13,10 +13,6 @@ constexpr QLatin1StringView versionNamespace("http://www.andymatuschak.org/xml-n
 // Markup that notes may hold before it is taken out of them.
 constexpr qsizetype maximumMarkup = qsizetype{4} * maximumReleaseNotes;
 
-// The time that the XML reader takes grows with the square of these.
-constexpr qsizetype maximumAttributes = 2000; // of one element
-constexpr qsizetype maximumNamespaces = 256;
-
 // Whether the XML reader is done with the text in a time that grows with its length alone. Between two `<`
 // there is one tag, and what follows it: it has no more attributes than there are `=`. (In quoted text there
 // may be more of either. Few feeds have that many there.)
@@ -25,11 +21,11 @@ bool isHarmless(const QString& text) {
     for (const QChar letter : text) {
         if (letter == u'<') {
             attributes = 0;
-        } else if (letter == u'=' && ++attributes > maximumAttributes) {
+        } else if (letter == u'=' && ++attributes > maximumFeedAttributes) {
             return false;
         }
     }
-    return text.count(u"xmlns") <= maximumNamespaces;
+    return text.count(u"xmlns") <= maximumFeedNamespaces;
 }
 
 // A text that is compared: cut off it would be another one, so one that is too long is none.
@@ -59,7 +55,9 @@ public:
     explicit FeedReader(const QString& text)
         : xml_(text) {}
 
-    std::optional<std::vector<FeedItem>> read() && {
+    [[nodiscard]] qint64 lettersRead() const { return xml_.characterOffset(); }
+
+    std::optional<std::vector<FeedItem>> read() {
         while (next()) {
             if (!xml_.isStartElement()) {
                 continue;
@@ -233,12 +231,23 @@ private:
 
 } // namespace
 
-std::optional<std::vector<FeedItem>> readFeed(QByteArrayView bytes) {
+std::optional<std::vector<FeedItem>> readFeed(QByteArrayView bytes, qint64* lettersRead) {
+    if (lettersRead != nullptr) {
+        *lettersRead = 0;
+    }
     if (bytes.size() > maximumFeedBytes || !bytes.isValidUtf8()) {
         return std::nullopt;
     }
     const QString text = QString::fromUtf8(bytes);
-    return isHarmless(text) ? FeedReader(text).read() : std::nullopt;
+    if (!isHarmless(text)) {
+        return std::nullopt;
+    }
+    FeedReader reader(text);
+    auto items = reader.read();
+    if (lettersRead != nullptr) {
+        *lettersRead = reader.lettersRead();
+    }
+    return items;
 }
 
 } // namespace amberquill

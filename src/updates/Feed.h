@@ -17,6 +17,9 @@ inline constexpr std::size_t maximumFeedItems = 1000;
 inline constexpr qsizetype maximumFeedLine = 512; // letters of a title, a version, a channel
 inline constexpr qsizetype maximumReleaseNotes = qsizetype{64} * 1024; // letters; longer ones are cut off
 inline constexpr int maximumFeedDepth = 64;                            // elements in one another
+// The time that the XML reader takes grows with the square of these.
+inline constexpr qsizetype maximumFeedAttributes = 2000; // of one element
+inline constexpr qsizetype maximumFeedNamespaces = 256;
 
 // What an item offers to download.
 struct FeedEnclosure {
@@ -52,8 +55,10 @@ struct FeedItem {
 };
 
 // Items without a version are left out. Entities of the document's own are not expanded: a feed that declares
-// any is none, as is one that is too large, nested too deep or broken anywhere.
-[[nodiscard]] std::optional<std::vector<FeedItem>> readFeed(QByteArrayView bytes);
+// any is none, as is one that is too large, nested too deep or broken anywhere. `lettersRead`, where it is
+// given: how much of the feed was read as XML before it was refused.
+[[nodiscard]] std::optional<std::vector<FeedItem>> readFeed(QByteArrayView bytes,
+                                                            qint64* lettersRead = nullptr);
 
 // The newest item that is newer than what is installed and fits this system: for Linux or for no system in
 // particular, on a system that is new enough, on one of the channels or for everybody. What the user has

@@ -123,10 +123,13 @@ public:
         : rest_(text)
         , writer_(limit) {}
 
-    QString read() && {
+    [[nodiscard]] qsizetype searched() const { return searched_; }
+
+    QString read() {
         while (!rest_.isEmpty() && !writer_.isFull()) {
             const auto* const next =
                 std::find_if(rest_.begin(), rest_.end(), [](QChar c) { return c == u'<' || c == u'&'; });
+            searched_ += next - rest_.begin();
             writer_.add(QStringView(rest_.begin(), next));
             rest_ = QStringView(next, rest_.end());
             if (rest_.startsWith(u'<')) {
@@ -147,6 +150,7 @@ private:
     // Everything through the next `end`; all that is left where there is none.
     void skipThrough(QStringView end) {
         const qsizetype at = rest_.indexOf(end, 0, Qt::CaseInsensitive);
+        searched_ += at < 0 ? rest_.size() : at + end.size();
         rest_ = at < 0 ? QStringView() : rest_.mid(at + end.size());
     }
 
@@ -175,6 +179,7 @@ private:
         const auto* const end =
             std::find_if_not(name.begin(), name.end(), [](QChar c) { return c.isLetterOrNumber(); });
         name = QStringView(name.begin(), end);
+        searched_ += name.size();
         const bool isDeclaration = !closes && rest_.mid(1, 1) == u"!";
         if (!isDeclaration && (name.isEmpty() || !name.first(1).at(0).isLetter())) {
             takeLetter(); // "a < b"
@@ -216,6 +221,7 @@ private:
 
     QStringView rest_;
     Writer writer_;
+    qsizetype searched_ = 0;
 };
 
 } // namespace
@@ -246,8 +252,13 @@ QString plainLines(QStringView text, qsizetype limit) {
     return cut(std::move(lines), limit);
 }
 
-QString plainTextOfHtml(QStringView html, qsizetype limit) {
-    return Html(html, limit).read();
+QString plainTextOfHtml(QStringView html, qsizetype limit, qsizetype* searched) {
+    Html reader(html, limit);
+    QString text = reader.read();
+    if (searched != nullptr) {
+        *searched = reader.searched();
+    }
+    return text;
 }
 
 } // namespace amberquill

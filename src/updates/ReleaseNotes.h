@@ -15,6 +15,8 @@ namespace amberquill {
 // What a text that is HTML says: its tags, comments, scripts and style sheets are taken out, blocks stand on
 // lines of their own, points of lists get a bullet, and character references become characters. Nothing of it
 // is acted on. Time and memory grow with the text's length, whatever is in it; at most `limit` UTF-16 units.
-[[nodiscard]] QString plainTextOfHtml(QStringView html, qsizetype limit);
+// `searched`, where it is given: how many letters were searched for where something begins or ends, each as
+// often as it was.
+[[nodiscard]] QString plainTextOfHtml(QStringView html, qsizetype limit, qsizetype* searched = nullptr);
 
 } // namespace amberquill

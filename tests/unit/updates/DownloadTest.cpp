@@ -379,7 +379,7 @@ TEST_F(DownloadTest, DestroyedWhileItIsCheckedItSaysNothing) {
     QObject::connect(download.get(), &Download::verifying, [&download] { download.reset(); });
     download->start();
     ASSERT_TRUE(waitUntil([&download] { return download == nullptr; }));
-    QThreadPool::globalInstance()->waitForDone();
+    ASSERT_TRUE(QThreadPool::globalInstance()->waitForDone(10'000)) << "the check does not end";
     bool isSettled = false; // what the check has posted comes before this
     queue.post([&isSettled] { isSettled = true; });
     ASSERT_TRUE(waitUntil([&isSettled] { return isSettled; }));

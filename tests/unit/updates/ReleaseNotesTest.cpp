@@ -83,3 +83,20 @@ TEST(ReleaseNotes, AreCutOffAtWholeCharacters) {
     EXPECT_EQ(plainTextOfHtml(u"<p>abc</p><p>def</p>"_s, 6), u"abc\n\nd"_s);
     EXPECT_EQ(plainTextOfHtml(QString(100'000, u'x'), 10), QString(10, u'x'));
 }
+
+// Where a search for an end that never comes began anew at each letter, it would take the square of the
+// length.
+TEST(ReleaseNotes, EachLetterIsSearchedAFewTimesWhateverIsInTheText) {
+    for (const char* const part : {"<",           "<<",      "<a",       "<a ",      "</",
+                                   "</a",         "<1",      "<!",       "<!--",     "<!-->",
+                                   "<!---",       "<script", "<script>", "<script ", "<SCRIPT></SCRIPT",
+                                   "<style><!--", "<b>",     "&",        "&a",       "&#",
+                                   "&amp",        "&amp;",   "a",        " ",        "<br>",
+                                   "<li>",        "</p>"}) {
+        const QString text = QString::fromLatin1(part).repeated(2000);
+        qsizetype searched = -1;
+        static_cast<void>(plainTextOfHtml(text, text.size(), &searched));
+        EXPECT_GE(searched, 0);
+        EXPECT_LE(searched, 3 * text.size()) << part;
+    }
+}
