@@ -1,10 +1,12 @@
 #include "platform/linux/wayland/blur/BlurBehind.h"
 
 #include "MockBlurCompositor.h"
+#include "support/Watchdog.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <optional>
+#include <sys/socket.h>
 #include <wayland-client-core.h>
 #include <wayland-client-protocol.h>
 
@@ -160,7 +162,12 @@ TEST_F(BlurBehindTest, TheEffectOutlivesTheOffer) {
 
 TEST_F(BlurBehindTest, ACompositorThatDoesNotAnswerIsNotWaitedFor) {
     begin();
-    EXPECT_FALSE(events_->roundTrip(std::chrono::steady_clock::now() + std::chrono::milliseconds(5)));
+    const Watchdog watchdog("a compositor that does not answer is waited for", [this] {
+        ::shutdown(wl_display_get_fd(compositor_.client()), SHUT_RDWR); // it has gone
+    });
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(5);
+    EXPECT_FALSE(events_->roundTrip(deadline));
+    EXPECT_GE(std::chrono::steady_clock::now(), deadline) << "given up before its time";
 }
 
 } // namespace

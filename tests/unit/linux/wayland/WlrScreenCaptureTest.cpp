@@ -1,6 +1,8 @@
 #include "platform/linux/wayland/screencopy/WlrScreenCapture.h"
 
 #include "MockScreencopyCompositor.h"
+#include "support/WaitUntil.h"
+#include "support/Watchdog.h"
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -22,6 +24,20 @@ const ScreenArea anywhere{QRect(0, 0, 40, 30), {}};
 
 QRgb grey(int level) {
     return qRgb(level, level, level);
+}
+
+// Captures from a compositor that does not answer.
+void captureInVain(WlrScreenCapture& capture, MockScreencopyCompositor& compositor) {
+    const Watchdog watchdog("a compositor that is silent is waited for", [&] { compositor.failOwed(); });
+    EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
+}
+
+// The same until the compositor has been asked for a copy: an impatient capture may not come that far.
+void captureUntilAsked(WlrScreenCapture& capture, MockScreencopyCompositor& compositor) {
+    ASSERT_TRUE(waitUntil([&] {
+        captureInVain(capture, compositor);
+        return compositor.copies() > 0;
+    })) << "the compositor is never asked for a copy";
 }
 
 } // namespace
@@ -107,12 +123,9 @@ TEST(WlrScreenCapture, ACompositorThatIsSilentIsWaitedForOnce) {
     for (const bool proposes : {false, true}) {
         MockScreencopyCompositor compositor({.proposes = proposes, .finishes = false});
         WlrScreenCapture capture(compositor.socket(), impatience);
-        // It may be a while before it has been reached at all.
-        while (compositor.copies() == 0) {
-            EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
-        }
+        captureUntilAsked(capture, compositor);
         for (int time = 0; time < 3; ++time) {
-            EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
+            captureInVain(capture, compositor);
         }
         EXPECT_EQ(compositor.copies(), 1);
     }
@@ -121,15 +134,14 @@ TEST(WlrScreenCapture, ACompositorThatIsSilentIsWaitedForOnce) {
 TEST(WlrScreenCapture, OnceItHasAnsweredItIsAskedAgain) {
     MockScreencopyCompositor compositor({.finishes = false});
     WlrScreenCapture capture(compositor.socket(), impatience);
-    while (compositor.copies() == 0) {
-        EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
-    }
+    captureUntilAsked(capture, compositor);
     compositor.setFinishes(true);
     compositor.failOwed();
     ScreenPicture picture;
-    while (picture.shrunk.isNull()) {
+    ASSERT_TRUE(waitUntil([&] {
         picture = capture.capture(anywhere, 10, true);
-    }
+        return !picture.shrunk.isNull();
+    })) << "it is not asked again";
     EXPECT_EQ(picture.shrunk.pixel(0, 0), grey(10));
 }
 
@@ -143,7 +155,12 @@ TEST(WlrScreenCapture, ASocketThatNobodyAnswersIsNotWaitedForLong) {
     ASSERT_EQ(::bind(listening, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
     ASSERT_EQ(::listen(listening, 1), 0);
     WlrScreenCapture capture(path, impatience);
-    EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
+    {
+        // The connection that waits to be answered is closed.
+        const Watchdog watchdog("a socket that nobody answers is waited for",
+                                [&] { ::close(::accept(listening, nullptr, nullptr)); });
+        EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
+    }
     ::close(listening);
 }
 

@@ -3,6 +3,8 @@
 
 #include "platform/linux/x11/XcbReply.h"
 #include "support/TestXServer.h"
+#include "support/WaitUntil.h"
+#include "support/Watchdog.h"
 
 #include <QElapsedTimer>
 #include <QProcess>
@@ -103,15 +105,10 @@ private:
 // Captures again and again until the colour at a point is about that one. False: it is not within ten
 // seconds.
 bool becomes(ScreenCapture& capture, const QPoint& point, int grey) {
-    QElapsedTimer elapsed;
-    elapsed.start();
-    while (elapsed.elapsed() < 10'000) {
+    return waitUntil([&] {
         const QRgb colour = seenAt(capture, point);
-        if (std::abs(qRed(colour) - grey) <= 2 && qRed(colour) == qBlue(colour)) {
-            return true;
-        }
-    }
-    return false;
+        return std::abs(qRed(colour) - grey) <= 2 && qRed(colour) == qBlue(colour);
+    });
 }
 
 // Red above, green below: what a capture makes of it, by each way of reading.
@@ -266,25 +263,29 @@ TEST(X11ScreenCapture, AServerThatHangsIsNotWaitedFor) {
     desktop.show({0, 0, 640, 480}, 0xFF8000);
     constexpr std::chrono::milliseconds patience{100};
     X11ScreenCapture capture(desktop.server().display(), patience);
-    // The first one may be late on a busy machine.
-    while (seen(capture, {0, 0, 640, 480}, 8).isNull()) {
-    }
+    QImage image;
+    const auto isSeen = [&] {
+        image = seen(capture, {0, 0, 640, 480}, 8);
+        return !image.isNull();
+    };
+    ASSERT_TRUE(waitUntil(isSeen)) << "the screen is not read"; // a busy machine may be late
     xcb_grab_server(desktop.client().get());
     desktop.client().sync();
-    QElapsedTimer elapsed;
-    elapsed.start();
-    EXPECT_TRUE(seen(capture, {0, 0, 640, 480}, 8).isNull());
-    EXPECT_GE(elapsed.elapsed(), patience.count() - 1);
-    EXPECT_LT(elapsed.elapsed(), 5000);
-    elapsed.start();
-    EXPECT_TRUE(seen(capture, {0, 0, 640, 480}, 8).isNull()) << "it still owes the first answer";
+    {
+        const Watchdog watchdog("a server that hangs is waited for", [&desktop] {
+            xcb_ungrab_server(desktop.client().get());
+            desktop.client().sync();
+        });
+        QElapsedTimer elapsed;
+        elapsed.start();
+        EXPECT_FALSE(isSeen());
+        EXPECT_GE(elapsed.elapsed(), patience.count() - 1);
+        EXPECT_FALSE(isSeen()) << "it still owes the first answer";
+    }
     xcb_ungrab_server(desktop.client().get());
     desktop.client().sync();
-    QImage image;
-    while (image.isNull()) {
-        image = seen(capture, {0, 0, 640, 480}, 8);
-    }
-    EXPECT_EQ(image.pixel(79, 59), 0xFFFF8000) << "once it answers, it is read again";
+    ASSERT_TRUE(waitUntil(isSeen)) << "once it answers, it is read again";
+    EXPECT_EQ(image.pixel(79, 59), 0xFFFF8000);
 }
 
 TEST(X11ScreenCapture, WhatACompositingManagerPaintsIsSeen) {
@@ -301,14 +302,12 @@ TEST(X11ScreenCapture, WhatACompositingManagerPaintsIsSeen) {
         // From now on what is seen is always one of the two pictures that there were, and in the end the new
         // one: nothing black in between, nothing that never was.
         desktop.hide(window);
-        QElapsedTimer elapsed;
-        elapsed.start();
-        QRgb colour = 0;
-        while (colour != 0xFF202020 && elapsed.elapsed() < 10'000) {
-            colour = seenAt(capture, {150, 150});
+        const auto hasGone = [&capture] {
+            const QRgb colour = seenAt(capture, {150, 150});
             EXPECT_TRUE(colour == 0xFF202020 || std::abs(qRed(colour) - 0x80) <= 2) << std::hex << colour;
-        }
-        EXPECT_EQ(colour, 0xFF202020);
+            return colour == 0xFF202020;
+        };
+        EXPECT_TRUE(waitUntil(hasGone)) << "the window is seen although it has gone";
     }
     desktop.show({100, 100, 200, 200}, 0xE0E0E0);
     EXPECT_TRUE(becomes(capture, {150, 150}, 0xE0)) << "and once it has gone, without it";
