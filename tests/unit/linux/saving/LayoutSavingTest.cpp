@@ -7,11 +7,16 @@
 #include "support/OrdinaryUser.h"
 #include "support/TemporaryTree.h"
 
-#include <chrono>
+#include <algorithm>
+#include <array>
 #include <csignal>
+#include <cstdint>
+#include <cstdlib>
+#include <functional>
 #include <gtest/gtest.h>
-#include <random>
+#include <sys/ptrace.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -79,11 +84,51 @@ private:
     void (*previousHandler_)(int);
 };
 
-// Works without rest, so that the time is right to the microsecond.
-void passTime(std::chrono::microseconds time) {
-    const auto end = std::chrono::steady_clock::now() + time;
-    while (std::chrono::steady_clock::now() < end) {
+enum class End { Killed, Done, Failed };
+
+// Whether a stopped child enters or leaves a call of the system that may change files. How often it asks for
+// memory and for random numbers differs from time to time.
+bool mayChangeFiles(pid_t child, std::uint64_t& call) {
+    __ptrace_syscall_info information = {};
+    if (::ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof information, &information) <= 0) {
+        return true;
     }
+    if (information.op == PTRACE_SYSCALL_INFO_ENTRY) {
+        call = information.entry.nr;
+    }
+    constexpr std::array<std::uint64_t, 7> others = {SYS_brk,     SYS_mmap,     SYS_munmap,   SYS_mremap,
+                                                     SYS_madvise, SYS_mprotect, SYS_getrandom};
+    return std::find(others.begin(), others.end(), call) == others.end();
+}
+
+// Does the work in a child process, which is killed where it enters or leaves the system for the `moment`th
+// time: between two of these nothing changes on the disk. `Done`: it had no so late moment.
+End doKilledAt(int moment, const std::function<void()>& work) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) {
+            ::_exit(EXIT_FAILURE);
+        }
+        ::raise(SIGSTOP);
+        work();
+        ::_exit(EXIT_SUCCESS);
+    }
+    int status = 0;
+    if (child < 0 || ::waitpid(child, &status, 0) != child || !WIFSTOPPED(status) ||
+        ::ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_EXITKILL | PTRACE_O_TRACESYSGOOD) != 0) {
+        return End::Failed;
+    }
+    std::uint64_t call = 0;
+    for (int passed = 0; passed < moment; passed += mayChangeFiles(child, call) ? 1 : 0) {
+        if (::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr) != 0 || ::waitpid(child, &status, 0) != child) {
+            return End::Failed;
+        }
+        if (!WIFSTOPPED(status)) {
+            return WIFEXITED(status) && WEXITSTATUS(status) == EXIT_SUCCESS ? End::Done : End::Failed;
+        }
+    }
+    ::kill(child, SIGKILL);
+    return ::waitpid(child, &status, 0) == child && WIFSIGNALED(status) ? End::Killed : End::Failed;
 }
 
 } // namespace
@@ -94,49 +139,31 @@ TEST_F(LayoutSaving, AProcessKilledAtAnyMomentOfASaveLeavesTheOldLayoutOrTheNew)
     LayoutStore store(queue_, files_, tree_.path());
     store.save(one);
     store.flush();
-    // Moments from before the first save to after the second. How long these take is measured here, but a
-    // busy machine may be slower at any time: later rounds wait for longer and longer moments.
-    const auto start = std::chrono::steady_clock::now();
-    for (const LaunchItems& layout : {two, one}) {
-        store.save(layout);
-        store.flush();
-    }
-    const auto twoSaves =
-        std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start);
-    std::mt19937 random(17);
-    int ones = 0;
-    int twos = 0;
-    constexpr int rounds = 200;
-    for (int round = 0; round < rounds; ++round) {
-        int saving[2] = {};
-        ASSERT_EQ(::pipe(saving), 0);
-        const pid_t child = ::fork();
-        ASSERT_GE(child, 0);
-        if (child == 0) {
-            const char ready = '!';
-            static_cast<void>(::write(saving[1], &ready, 1));
-            while (true) {
-                store.save(round % 2 == 0 ? two : one);
-                store.flush();
-                store.save(round % 2 == 0 ? one : two);
-                store.flush();
-            }
+    const QByteArray before = tree_.read("Amberquill/layout.json");
+    const auto saveTwice = [&] {
+        for (const LaunchItems& layout : {two, one}) {
+            store.save(layout);
+            store.flush();
         }
-        char ready = 0;
-        EXPECT_EQ(::read(saving[0], &ready, 1), 1);
-        std::uniform_int_distribution<std::int64_t> moment(0, (twoSaves.count() + 500) * (1 + round / 20));
-        passTime(std::chrono::microseconds(moment(random)));
-        ::kill(child, SIGKILL);
-        ::waitpid(child, nullptr, 0);
-        ::close(saving[0]);
-        ::close(saving[1]);
+    };
+    std::vector<bool> wereTwo; // at each moment
+    End end = End::Killed;
+    constexpr int mostMoments = 10'000;
+    for (int moment = 0; end == End::Killed && moment < mostMoments; ++moment) {
+        tree_.write("Amberquill/layout.json", before);
+        end = doKilledAt(moment, saveTwice);
+        ASSERT_NE(end, End::Failed);
         const LaunchItems left = onDisk();
-        ones += left == one ? 1 : 0;
-        twos += left == two ? 1 : 0;
-        ASSERT_EQ(ones + twos, round + 1) << "neither the old layout nor the new one";
+        ASSERT_TRUE(left == one || left == two)
+            << "neither the old layout nor the new one at moment " << moment;
+        wereTwo.push_back(left == two);
     }
-    EXPECT_GT(ones, 0);
-    EXPECT_GT(twos, 0);
+    EXPECT_EQ(end, End::Done) << "the two saves do not end";
+    // The one is there, then the other, then the one again.
+    EXPECT_FALSE(wereTwo.front());
+    EXPECT_NE(std::find(wereTwo.begin(), wereTwo.end(), true), wereTwo.end())
+        << "the first save has not changed the file";
+    EXPECT_FALSE(wereTwo.back()) << "the second save has not changed the file";
 }
 
 TEST_F(LayoutSaving, AFullDiskLosesNothingAndSaysNothing) {
