@@ -154,7 +154,10 @@ TEST_F(NameClaimTest, AStartGoesOnWithoutABusThatHangsAndHearsOfItLater) {
     EXPECT_EQ(claim.settle([&later](const ClaimResult& result) { later.set_value(result.kind); }).has_value(),
               false);
     bus_.thaw();
-    EXPECT_EQ(later.get_future().get(), ClaimKind::Owner);
+    auto told = later.get_future();
+    ASSERT_TRUE(waitUntil([&] { return told.wait_for(0s) == std::future_status::ready; }))
+        << "what became of the name is never told";
+    EXPECT_EQ(told.get(), ClaimKind::Owner);
 }
 
 TEST_F(NameClaimTest, AStartThatHasGoneOnIsNotEndedForAnOwnerFoundLater) {
@@ -164,5 +167,8 @@ TEST_F(NameClaimTest, AStartThatHasGoneOnIsNotEndedForAnOwnerFoundLater) {
     NameClaim second(address(), wish, {20s, 20ms, 20s}, [] { ADD_FAILURE(); });
     EXPECT_FALSE(second.settle([&later](const ClaimResult& result) { later.set_value(result.kind); }));
     bus_.thaw();
-    EXPECT_EQ(later.get_future().get(), ClaimKind::Stranger);
+    auto told = later.get_future();
+    ASSERT_TRUE(waitUntil([&] { return told.wait_for(0s) == std::future_status::ready; }))
+        << "what became of the name is never told";
+    EXPECT_EQ(told.get(), ClaimKind::Stranger);
 }

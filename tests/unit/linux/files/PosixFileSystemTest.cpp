@@ -2,6 +2,7 @@
 
 #include "support/OrdinaryUser.h"
 #include "support/TemporaryTree.h"
+#include "support/WaitUntil.h"
 
 #include <atomic>
 #include <csignal>
@@ -287,9 +288,17 @@ TEST_F(WriteAtomically, AReaderSeesOneContentOrTheOtherAndNeverAPart) {
             ++reads;
         }
     });
-    for (int round = 0; round < 20 || reads < 20; ++round) {
-        EXPECT_TRUE(files_.writeAtomically(path, round % 2 == 0 ? two : one));
+    int writes = 0;
+    const auto write = [&] { EXPECT_TRUE(files_.writeAtomically(path, ++writes % 2 == 0 ? one : two)); };
+    while (writes < 20) {
+        write();
     }
+    // A busy machine may not have let the reader read yet.
+    EXPECT_TRUE(waitUntil([&] {
+        write();
+        return reads >= 20;
+    })) << "the file is not read beside its writer: "
+        << reads << " times";
     stop = true;
     reader.join();
     EXPECT_EQ(parts, 0);

@@ -2,11 +2,13 @@
 
 #include "IconFiles.h"
 #include "support/PropertyLists.h"
+#include "support/WaitUntil.h"
 
 #include <QDir>
 #include <QFile>
 #include <csignal>
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -231,7 +233,8 @@ TEST_F(LinuxApplicationIconsTest, AnIconDuringWhichTheProcessDiedIsRefusedUntilI
     const auto entry = writeEntry("x");
     const auto child = ::fork();
     if (child == 0) {
-        while (true) { // each time as if it had just started
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL); // should the test end before it kills it
+        while (true) {                      // each time as if it had just started
             static_cast<void>(LinuxApplicationIcons(settings()).image(entry, 48));
         }
     }
@@ -247,19 +250,21 @@ TEST_F(LinuxApplicationIconsTest, AnIconDuringWhichTheProcessDiedIsRefusedUntilI
         return false;
     };
     int status = 0;
-    while (true) {
-        ASSERT_EQ(::kill(child, SIGSTOP), 0);
-        ASSERT_EQ(::waitpid(child, &status, WUNTRACED), child);
-        ASSERT_TRUE(WIFSTOPPED(status));
-        if (isNoted()) {
-            break;
+    bool isStopped = true;
+    const bool isCaught = waitUntil([&] {
+        ::kill(child, SIGSTOP);
+        isStopped = ::waitpid(child, &status, WUNTRACED) == child && WIFSTOPPED(status);
+        if (!isStopped || isNoted()) {
+            return true;
         }
-        ASSERT_EQ(::kill(child, SIGCONT), 0);
-        std::this_thread::yield();
-    }
+        ::kill(child, SIGCONT);
+        return false;
+    });
+    ASSERT_TRUE(isStopped) << "the child has ended by itself: " << status;
     ASSERT_EQ(::kill(child, SIGKILL), 0);
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFSIGNALED(status));
+    ASSERT_TRUE(isCaught) << "that an icon is being decoded is never noted";
 
     EXPECT_EQ(colour(image(entry)), none);
     files_.write("icons/test/48/apps/x.png", png(48, 48, QColor(0, 0, 255)));

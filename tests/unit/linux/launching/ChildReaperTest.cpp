@@ -8,6 +8,7 @@
 
 #include <csignal>
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -16,10 +17,11 @@ using namespace amberquill::desktop;
 
 namespace {
 
-// A child that ends when it is killed.
+// A child that ends when it is killed, or when the test ends without having killed it.
 pid_t startChild() {
     const pid_t child = fork();
     if (child == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
         while (true) {
             pause();
         }
