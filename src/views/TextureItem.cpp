@@ -127,7 +127,9 @@ QSGNode* TextureItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data
     if (painted_.image.isNull()) {
         return nullptr;
     }
-    if (!drawn) {
+    // The software renderer would draw an image that is added to a node without one as if nothing above faded
+    // or moved it. A new node is drawn as it must be.
+    if (!drawn || drawn->isEmpty()) {
         drawn = std::make_unique<Node>(*window());
         node_ = drawn->known();
     }
