@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLoggingCategory>
 #include <QPointer>
 #include <QScreen>
 #include <QWheelEvent>
@@ -18,6 +19,8 @@
 namespace amberquill {
 
 namespace {
+
+Q_LOGGING_CATEGORY(backdropLog, "amberquill.backdrop", QtCriticalMsg)
 
 // Seconds after the window has gone by which the desktop is itself again.
 constexpr double settled = 0.3;
@@ -168,6 +171,7 @@ void LauncherWindowController::fadeEnded() {
     services_.queue.postAfter(settled, [self = QPointer(this), showing = showings_] {
         if (self != nullptr && self->showings_ == showing) {
             self->backdrop_.reset();
+            qCDebug(backdropLog, "the earlier picture serves no more");
         }
     });
     if (opening_) {

@@ -2,6 +2,10 @@
 
 import math
 
+# The launcher shown again right after it went has its earlier background; this line says when that ends.
+LOGGED = {"QT_LOGGING_RULES": "amberquill.backdrop.debug=true"}
+FORGOTTEN = "amberquill.backdrop: the earlier picture serves no more"
+
 THEMES = {
     "blue": ((0.18, 0.35, 0.63), (0.04, 0.10, 0.28)),
     "purple": ((0.40, 0.25, 0.62), (0.14, 0.07, 0.30)),

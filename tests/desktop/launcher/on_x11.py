@@ -10,9 +10,9 @@ class OnX11(LauncherTestCase):
         self.session = self.begin(X11Session(*arguments, **settings))
         self.applications = Applications(self.session)
 
-    def begin_shown_launcher(self, applications):
+    def begin_shown_launcher(self, applications, **settings):
         """Once it is up with everything in its place and has the focus."""
-        launcher = self.begin_launcher()
+        launcher = self.begin_launcher(**settings)
         self.window = self.session.window_of_class(WINDOW_CLASS)
         self.expect_page(applications)
         self.expect_focus()
