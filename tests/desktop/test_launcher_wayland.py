@@ -1,9 +1,8 @@
 import json
-import signal
-import time
 from pathlib import Path
 
 from harness import SwaySession, WestonInAWindowSession, WestonSession, until
+from harness.hanging_bus import HangingBus
 from harness.picture import is_near
 from launcher import Applications, LauncherTestCase
 from launcher.on_sway import OnSwayCase
@@ -304,18 +303,21 @@ class OnSway(OnSwayCase):
             tray.kill()
         self.end_launcher(launcher)
 
-    def test_a_bus_that_hangs_once_it_is_up_keeps_no_key_waiting(self):
-        launcher = self.begin_launcher()
+    def expect_keys_while_the_bus_hangs(self, **moment):
+        bus = HangingBus(self.session.folder / "hanging", self.session.runtime / "bus", **moment)
+        self.addCleanup(bus.close)
+        launcher = self.begin_launcher(DBUS_SESSION_BUS_ADDRESS=bus.address)
         until(self.is_up, "the window")
-        # By its end the portal has been looked for.
-        end = time.monotonic() + 4
-        hangs = False
-        while time.monotonic() < end:
-            self.session.type("app 87")
-            self.expect_page(self.made[86:])
-            if not hangs:
-                hangs = True
-                self.session.bus.process.send_signal(signal.SIGSTOP)
-            self.press("Escape")
-            self.expect_page(self.made)
+        until(lambda: bus.hangs, "the search for the portal")
+        self.session.type("app 87")
+        self.expect_page(self.made[86:])
+        self.press("Escape")
+        self.expect_page(self.made)
         self.end_launcher(launcher)
+
+    def test_a_bus_that_hangs_before_the_portal_is_looked_for_keeps_no_key_waiting(self):
+        # After the launcher's own connection and that of Qt.
+        self.expect_keys_while_the_bus_hangs(at_connection=3)
+
+    def test_a_bus_that_hangs_while_the_portal_is_looked_for_keeps_no_key_waiting(self):
+        self.expect_keys_while_the_bus_hangs(at_text=b"org.freedesktop.portal.GlobalShortcuts")
