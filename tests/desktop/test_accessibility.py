@@ -20,23 +20,29 @@ class ToAScreenReader(ReadAloud):
         self.window = self.session.window_of_class("org.amberquill.Amberquill")
         until(lambda: self.find("push button", "Games, folder, 5 apps"), "the folder among the objects")
 
-    def expect(self, role, name, **wanted):
-        found = until(lambda: self.find(role, name), f"{role} {name}")
-        for state in wanted.get("states", ()):
-            self.assertIn(state, found["states"])
-        for state in wanted.get("without", ()):
-            self.assertNotIn(state, found["states"])
-        if wanted.get("press", True):
+    def expect(self, role, name, states=(), without=(), press=True):
+        """Waits for the one object of that role and name, in these states and without the others."""
+
+        def is_there():
+            found = self.find(role, name)
+            is_right = found and set(states) <= set(found["states"]) and not set(without) & set(found["states"])
+            return found if is_right else None
+
+        found = until(is_there, f"{role} {name}, {states}, not {without}")
+        if press:
             self.assertIn("press", [action.lower() for action in found["actions"]])
         return found
 
     def test_everything_has_its_name_role_state_and_action(self):
         self.expect("frame", "Amberquill", press=False)
-        tile = self.expect("push button", self.made[5].name, states=("showing", "visible"))
-        x, y, width, height = tile["place"]
+        self.expect("push button", self.made[5].name, states=("showing", "visible"))
         centre = self.grid.cell_centre(1)
-        self.assertLess(abs(x + width / 2 - centre[0]), 3)
-        self.assertLess(abs(y + height / 2 - centre[1]), 3)
+
+        def is_in_place():
+            x, y, width, height = self.find("push button", self.made[5].name)["place"]
+            return abs(x + width / 2 - centre[0]) < 3 and abs(y + height / 2 - centre[1]) < 3
+
+        until(is_in_place, "the tile in its place")
         for application in self.made[5:10]:
             self.expect("push button", application.name)
         self.expect("push button", "New Folder", states=("showing",))
@@ -59,7 +65,7 @@ class ToAScreenReader(ReadAloud):
         title = until(lambda: next((each for each in self.tree() if each["text"] == "Games"), None), "the title")
         self.assertIn("editable", title["states"])
         self.expect("push button", self.made[0].name)
-        self.assertIsNone(self.find("push button", self.made[6].name))
+        until(lambda: not self.find("push button", self.made[6].name), "the page's end")
         self.session.press("Escape")
         until(lambda: not self.find("push button", self.made[0].name), "the closed folder")
         self.expect("push button", self.made[6].name)

@@ -32,9 +32,12 @@ class Dialogs(OnX11):
         self.expect_focus()
 
     def expect_above(self, dialog):
-        stack = self.session.property("root", "_NET_CLIENT_LIST_STACKING").split(", ")
-        numbers = [int(each, 16) for each in stack]
-        self.assertLess(numbers.index(self.window), numbers.index(dialog))
+        def is_above():
+            stack = self.session.property("root", "_NET_CLIENT_LIST_STACKING").split(", ")
+            numbers = [int(each, 16) for each in stack if int(each, 16) in (self.window, dialog)]
+            return numbers == [self.window, dialog]
+
+        until(is_above, "the dialog above the launcher")
         self.assertEqual(self.session.windows_of_class(WINDOW_CLASS), [self.window])
 
     def window_at(self, x, y):
@@ -125,6 +128,8 @@ class Dialogs(OnX11):
         self.session.press("Return")
         self.expect_dialog(launcher, dialog)
         self.session.press("alt+y")
+        # Written once the dialog has gone.
+        until(lambda: self.file.read_bytes() != b"mine", "the written file")
         self.expect_closed(launcher)
         self.assertEqual(len(json.loads(self.file.read_bytes())["items"]), 8)
         self.end_launcher(launcher)

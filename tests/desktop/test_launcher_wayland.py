@@ -232,12 +232,9 @@ class OnSway(OnSwayCase):
             self.press(key)
         until(lambda: not self.is_up(), "the launcher's end")
         until(lambda: self.session.floating_windows() == ["Amberquill"], "the alert")
-
-        def is_answered():
-            self.press("Return")  # it may not have the focus yet
-            return not self.session.floating_windows()
-
-        until(is_answered, "its end")
+        until(lambda: self.session.focused_window() == "Amberquill", "its focus")
+        self.press("Return")
+        until(lambda: not self.session.floating_windows(), "its end")
         self.assertFalse(self.is_up())
         self.end_launcher(launcher)
 
@@ -259,6 +256,8 @@ class OnSway(OnSwayCase):
         self.expect_dialogs("Export Layout", "Export Layout")
         self.session.run("wtype", "-M", "alt", "-k", "y")
         self.expect_dialogs()
+        # Written once the dialog has gone.
+        until(lambda: chosen.read_bytes() != b"before", "the written file")
         self.assertEqual(len(json.loads(chosen.read_bytes())["items"]), len(self.made))
         self.press("Escape")
         until(lambda: not self.is_up(), "the window's end")

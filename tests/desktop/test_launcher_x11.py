@@ -1,5 +1,5 @@
 from harness import Geometry, until
-from launcher.case import WINDOW_CLASS, paths_in
+from launcher.case import paths_in
 from launcher.on_x11 import OnX11
 
 

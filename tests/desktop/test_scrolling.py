@@ -1,10 +1,11 @@
+import re
+
 from harness import SwaySession, XorgSession, until
 from harness.pointers import HORIZONTAL, VERTICAL, WaylandPointer
 from launcher import Applications, LauncherTestCase
 from launcher.case import WINDOW_CLASS
 
 LOGGED = {"QT_LOGGING_RULES": "amberquill.scroll.debug=true"}
-BEGINNING = "amberquill.scroll: a swipe begins"
 NOTCH = "amberquill.scroll: a wheel turns by a notch"
 END = "amberquill.scroll: a swipe ends"
 
@@ -13,11 +14,12 @@ class OnX11(LauncherTestCase):
     """Smooth scrolling by XInput 2, as drivers report it."""
 
     UNITS = 8  # 120ths of a notch in a point
+    LOGGED = {"QT_LOGGING_RULES": f"{LOGGED['QT_LOGGING_RULES']};qt.qpa.input.events.debug=true"}
 
     def setUp(self):
         self.session = self.begin(XorgSession(1280, 800))
         self.made = Applications(self.session).add_many()
-        self.launcher = self.begin_launcher(**LOGGED)
+        self.launcher = self.begin_launcher(**self.LOGGED)
         self.session.window_of_class(WINDOW_CLASS)
         self.expect_page(self.made)
         self.session.move_pointer(*self.grid.gap())
@@ -25,15 +27,14 @@ class OnX11(LauncherTestCase):
     def tearDown(self):
         self.assertEqual(self.launcher.terminate(), 0)
 
-    def take_touchpad(self):
-        """Uses it for the first time: a server tells of that, and Qt then looks where the device is by now."""
+    def take(self, device):
+        """Uses it for the first time. That moves nothing: Qt looks where the device is by now, and says so."""
+        device.scroll(VERTICAL, self.UNITS)
+        self.launcher.expect("qt.qpa.input.events: scrolling device")
 
-        def is_heard():
-            self.session.touchpad.scroll(VERTICAL, self.UNITS)
-            return any(line.startswith(BEGINNING) for line in self.launcher.lines)
-
-        until(is_heard, "the touchpad")
-        self.launcher.expect(END)
+    def angle_in(self, lines):
+        """By how much the wheel was turned, as Qt tells of it."""
+        return sum(int(angle) for angle in re.findall(r"angle QPoint\(0,(-?\d+)\)", "\n".join(lines)))
 
     def swipe(self, axis, points):
         """In steps of five points, and waits until the launcher takes it as ended."""
@@ -42,7 +43,7 @@ class OnX11(LauncherTestCase):
         self.launcher.expect(END)
 
     def test_a_swipe_turns_a_page_each_way(self):
-        self.take_touchpad()
+        self.take(self.session.touchpad)
         self.swipe(HORIZONTAL, 100)
         self.expect_page(self.made, 1)
         self.swipe(HORIZONTAL, 100)
@@ -51,14 +52,14 @@ class OnX11(LauncherTestCase):
         self.expect_page(self.made, 1)
 
     def test_a_vertical_swipe_turns_a_page_each_way(self):
-        self.take_touchpad()
+        self.take(self.session.touchpad)
         self.swipe(VERTICAL, 70)
         self.expect_page(self.made, 1)
         self.swipe(VERTICAL, -70)
         self.expect_page(self.made)
 
     def test_a_short_swipe_turns_none_and_does_not_add_up_with_the_next(self):
-        self.take_touchpad()
+        self.take(self.session.touchpad)
         self.swipe(HORIZONTAL, 80)
         self.swipe(HORIZONTAL, 80)
         self.swipe(VERTICAL, 50)
@@ -67,30 +68,30 @@ class OnX11(LauncherTestCase):
         self.expect_page(self.made, 1)
 
     def test_the_fractions_of_a_wheels_notch_add_up(self):
-        sent = 0
-
-        def is_complete():
-            nonlocal sent
-            self.session.wheel_device.scroll(VERTICAL, 15)
-            sent += 1
-            return self.launcher.lines
-
-        until(is_complete, "a notch")
-        self.assertGreaterEqual(sent, 8)
-        self.assertEqual(self.launcher.lines, [NOTCH])
+        self.assertEqual(self.launcher.terminate(), 0)
+        # Slow, so that no part is forgotten before the last one has come.
+        self.launcher = self.begin_launcher(**self.LOGGED, AMBERQUILL_SLOWDOWN="4")
+        self.expect_page(self.made)
+        self.take(self.session.wheel_device)
+        # What is turned at once may arrive as one movement.
+        self.session.wheel_device.scroll(VERTICAL, *[15] * 7)
+        until(lambda: self.angle_in(self.launcher.lines) == -105, "the first parts")
+        self.session.wheel_device.scroll(VERTICAL, 15)
+        self.launcher.expect(NOTCH)
+        self.assertEqual(self.angle_in(self.launcher.lines[: self.launcher.lines.index(NOTCH)]), -120)
         self.expect_page(self.made, 1)
         self.session.wheel_device.scroll(VERTICAL, *[-7.5] * 16)
         self.expect_page(self.made)
-        self.assertEqual(self.launcher.lines, [NOTCH] * 2)
+        self.assertEqual(self.launcher.lines.count(NOTCH), 2)
 
     def test_what_was_scrolled_in_another_window_does_not_count(self):
         self.session.press("Escape")
         until(lambda: not self.session.windows_of_class(WINDOW_CLASS), "the window's end")
         self.session.touchpad.scroll(HORIZONTAL, *[40] * 50)
         self.assertEqual(self.launcher.terminate(), 0)
-        self.launcher = self.begin_launcher(**LOGGED)
+        self.launcher = self.begin_launcher(**self.LOGGED)
         self.expect_page(self.made)
-        self.take_touchpad()
+        self.take(self.session.touchpad)
         self.swipe(HORIZONTAL, 80)
         self.expect_page(self.made)
 

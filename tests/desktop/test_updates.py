@@ -197,7 +197,7 @@ class Offers(Updates):
         self.expect_found(focused="Open Release Page")
         self.press_object("push button", "Skip This Version")
         self.expect_gone(launcher)
-        self.assertEqual(self.stored()["SUSkippedVersion"], "9.9")
+        until(lambda: self.stored().get("SUSkippedVersion") == "9.9", "the skipped version")
         self.check_again()
         self.expect_found(focused="Open Release Page")
         self.press_object("push button", "Remind Me Later")

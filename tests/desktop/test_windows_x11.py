@@ -1,6 +1,6 @@
 from harness import DesktopTestCase, Geometry, X11Session, until
 from harness.picture import is_near
-from harness.xlib import BellListener
+from harness.xlib import BellListener, StartupListener
 
 LAUNCHER = "org.amberquill.Probe"
 PANEL = (0, 255, 0)
@@ -151,12 +151,12 @@ class WithAWindowManager(WindowTestCase):
         until(lambda: "_NET_WM_STATE_SKIP_TASKBAR" not in self.session.atoms(window, "_NET_WM_STATE"), "an entry")
 
     def test_completes_the_startup_that_brought_it_up(self):
-        # "remove: ID=..." goes to all in messages of 20 characters; xev shows what the root window receives.
-        listener = self.session.start("xev", "-root", "-event", "property")
+        listener = StartupListener(self.session.display)
+        self.addCleanup(listener.close)
         probe = self.begin_probe(self.session)
         probe.send("token panel-1-host_TIME5")
         self.present(self.session, probe)
-        listener.expect("ClientMessage")
+        until(lambda: listener.heard() == "remove: ID=panel-1-host_TIME5", "the end of the startup")
 
     def test_says_nothing_of_its_own(self):
         probe = self.begin_probe(self.session)

@@ -115,6 +115,16 @@ class SwaySession(Session):
 
         return list(find(self.ask("get_tree")))
 
+    def focused_window(self):
+        """The title of the window with the focus, or none."""
+
+        def find(node):
+            if node["focused"] and node["type"] in ("con", "floating_con"):
+                return node["name"]
+            return next(filter(None, (find(child) for child in (*node["nodes"], *node["floating_nodes"]))), None)
+
+        return find(self.ask("get_tree"))
+
     def type(self, text):
         self.run("wtype", text)
 

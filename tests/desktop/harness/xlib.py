@@ -105,6 +105,22 @@ class BellListener:
         return count
 
 
+class _ClientMessage(ctypes.Structure):
+    """How its event begins, and its data."""
+
+    _fields_ = [
+        ("type", ctypes.c_int),
+        ("serial", ctypes.c_ulong),
+        ("send_event", ctypes.c_int),
+        ("display", ctypes.c_void_p),
+        ("window", ctypes.c_ulong),
+        ("message", ctypes.c_ulong),
+        ("format", ctypes.c_int),
+        ("padding", ctypes.c_int),
+        ("data", ctypes.c_char * 20),
+    ]
+
+
 class _Client:
     """A connection to an X server with what few requests the tests make on it."""
 
@@ -130,6 +146,12 @@ class _Client:
             event = _Event()
             self._x11.XNextEvent(self._connection, ctypes.byref(event))
             yield event
+
+    def _messages(self):
+        """The client messages that have come since the last question."""
+        for event in self._events():
+            if event.type == self.CLIENT_MESSAGE:
+                yield ctypes.cast(ctypes.byref(event), ctypes.POINTER(_ClientMessage)).contents
 
 
 class KeyTaker(_Client):
@@ -172,16 +194,6 @@ class StubbornWindowManager(_Client):
     TYPE_ATOM, TYPE_WINDOW = 4, 33
     STRUCTURE_NOTIFY = 1 << 17
 
-    class _ClientMessage(ctypes.Structure):
-        _fields_ = [
-            ("type", ctypes.c_int),
-            ("serial", ctypes.c_ulong),
-            ("send_event", ctypes.c_int),
-            ("display", ctypes.c_void_p),
-            ("window", ctypes.c_ulong),
-            ("message", ctypes.c_ulong),
-        ]
-
     def __init__(self, display):
         super().__init__(display)
         x11 = self._x11
@@ -201,11 +213,29 @@ class StubbornWindowManager(_Client):
     def was_asked_for_the_focus(self, window):
         """Whether the window wished for it since the last question."""
         asked = False
-        for event in self._events():
-            if event.type == self.CLIENT_MESSAGE:
-                message = ctypes.cast(ctypes.byref(event), ctypes.POINTER(self._ClientMessage)).contents
-                asked |= message.message == self._activation and message.window == window
+        for message in self._messages():
+            asked |= message.message == self._activation and message.window == window
         return asked
+
+
+class StartupListener(_Client):
+    """Hears what is told to everybody about programs that start."""
+
+    PROPERTY_CHANGE = 1 << 22
+
+    def __init__(self, display):
+        super().__init__(display)
+        self._parts = {self._atom("_NET_STARTUP_INFO_BEGIN"), self._atom("_NET_STARTUP_INFO")}
+        self._heard = ""
+        self._x11.XSelectInput(self._connection, self._root, ctypes.c_long(self.PROPERTY_CHANGE))
+        self._x11.XSync(self._connection, False)
+
+    def heard(self):
+        """All that was told so far, in messages of 20 characters that are put together here."""
+        for message in self._messages():
+            if message.message in self._parts:
+                self._heard += message.data.decode()
+        return self._heard
 
 
 class BlurringCompositor(_Client):
