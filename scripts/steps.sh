@@ -17,7 +17,8 @@ step() {
     if ! "$@" >"$log" 2>&1 </dev/null; then
         tail -n 300 "$log"
         printf '\n%s failed:\n' "$name"
-        grep -E '(^|[^[:alnum:]])([Ee]rror|Warning|warning|In .* line [0-9]+|undefined name|FAILED):?' "$log" |
+        grep -E '(^|[^[:alnum:]])([Ee]rror|[Ww]arning|In .* line [0-9]+|undefined name|FAILED):?' "$log" |
+            grep -vE 'warnings? generated' |
             cut -c 1-300 | awk '!seen[$0]++' | head -n 20 || true
         exit 1
     fi

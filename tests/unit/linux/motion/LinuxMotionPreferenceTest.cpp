@@ -31,7 +31,7 @@ class LinuxMotionPreferenceTest : public testing::Test {
 protected:
     void SetUp() override { tree_.makeFolder(""); }
 
-    void make(const char* desktop, QDBusConnection bus) {
+    void make(const char* desktop, const QDBusConnection& bus) {
         preference_ =
             std::make_unique<LinuxMotionPreference>(environmentOf({{"XDG_CONFIG_HOME", tree_.path().toUtf8()},
                                                                    {"XDG_CONFIG_DIRS", "/nowhere"},
@@ -42,8 +42,8 @@ protected:
                                                     });
     }
 
-    void follow(const char* desktop, QDBusConnection bus) {
-        make(desktop, std::move(bus));
+    void follow(const char* desktop, const QDBusConnection& bus) {
+        make(desktop, bus);
         preference_->follow([this] { changes_.push_back(preference_->isReduced()); });
     }
 
