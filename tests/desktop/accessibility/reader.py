@@ -1,7 +1,8 @@
 """What a screen reader does, in a process of its own in the session:
 
     reader.py tree              the launcher's objects, as JSON
-    reader.py press ROLE NAME   presses the object of that role and name
+    reader.py press ROLE NAME   presses the object of that role and name; ends with 1 where there is none that can be
+                                pressed, with 2 where it does not take it
     reader.py menus             reads out each menu that comes up: the titles of its entries, those of its submenus in
                                 brackets, "*" after what is checked, "!" after what is disabled
 """
@@ -60,8 +61,8 @@ def press(role, name):
         if each.get_role_name() == role and each.get_name() == name:
             for number in range(each.get_n_actions()):
                 if each.get_action_name(number).lower() == "press":
-                    return each.do_action(number)
-    return False
+                    return 0 if each.do_action(number) else 2
+    return 1
 
 
 def titles(menu):
@@ -101,7 +102,7 @@ def main():
     if sys.argv[1] == "tree":
         print(json.dumps([described(each) for each in objects(launcher())]))
         return 0
-    return 0 if press(*sys.argv[2:]) else 1
+    return press(*sys.argv[2:])
 
 
 if __name__ == "__main__":

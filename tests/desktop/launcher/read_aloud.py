@@ -3,6 +3,7 @@
 import json
 from pathlib import Path
 
+from harness import until
 from launcher.on_x11 import OnX11
 
 READER = Path(__file__).parents[1] / "accessibility" / "reader.py"
@@ -28,7 +29,15 @@ class ReadAloud(OnX11):
         return found[0] if len(found) == 1 else None
 
     def press_object(self, role, name):
-        self.session.run(PYTHON, "-B", READER, "press", role, name)
+        """Presses an object once it is there: its place may just be filled anew."""
+        command = (PYTHON, "-B", READER, "press", role, name)
+
+        def answered():
+            answer = self.session.result_of(*command)
+            return answer if answer.returncode != 1 else None
+
+        answer = until(answered, f"{role} {name!r}")
+        self.assertEqual(answer.returncode, 0, answer.stderr)
 
     def follow_menus(self):
         """A reader that tells "menu TITLES" for each menu that comes up from now on."""
