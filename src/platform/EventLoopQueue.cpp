@@ -1,12 +1,68 @@
 #include "platform/EventLoopQueue.h"
 
+#include <QCoreApplication>
+#include <QEvent>
+#include <QRunnable>
 #include <QThread>
 #include <QThreadPool>
 #include <QTimer>
+#include <atomic>
 #include <chrono>
 #include <cmath>
 
 namespace amberquill {
+
+namespace {
+
+// Work on its way to another thread. Qt's locks order the hand-over, but Qt is not built for the thread
+// sanitizer: what it sees is this flag.
+class HandedOver {
+public:
+    explicit HandedOver(MainQueue::Work work)
+        : work_(std::move(work)) {
+        isReady_.store(true, std::memory_order_release);
+    }
+
+    void run() {
+        if (isReady_.load(std::memory_order_acquire)) {
+            work_();
+        }
+    }
+
+private:
+    MainQueue::Work work_;
+    std::atomic<bool> isReady_ = false;
+};
+
+class Task final : public QRunnable {
+public:
+    explicit Task(MainQueue::Work work)
+        : work_(std::move(work)) {}
+
+    void run() override { work_.run(); }
+
+private:
+    HandedOver work_;
+};
+
+class WorkEvent final : public QEvent {
+public:
+    explicit WorkEvent(MainQueue::Work work)
+        : QEvent(kind())
+        , work_(std::move(work)) {}
+
+    static Type kind() {
+        static const int registered = QEvent::registerEventType();
+        return static_cast<Type>(registered);
+    }
+
+    void run() { work_.run(); }
+
+private:
+    HandedOver work_;
+};
+
+} // namespace
 
 EventLoopQueue::~EventLoopQueue() {
     QThreadPool::globalInstance()->waitForDone();
@@ -22,7 +78,13 @@ std::chrono::sys_seconds EventLoopQueue::date() const {
 }
 
 void EventLoopQueue::post(Work work) {
-    QMetaObject::invokeMethod(this, std::move(work), Qt::QueuedConnection);
+    QCoreApplication::postEvent(this, new WorkEvent(std::move(work)));
+}
+
+void EventLoopQueue::customEvent(QEvent* event) {
+    if (event->type() == WorkEvent::kind()) {
+        static_cast<WorkEvent*>(event)->run();
+    }
 }
 
 DelayedWork EventLoopQueue::postAfter(double seconds, Work work) {
@@ -44,7 +106,7 @@ void EventLoopQueue::release() {
     QThreadPool::globalInstance()->setMaxThreadCount(QThread::idealThreadCount());
     isHeld_ = false;
     for (Work& work : std::exchange(held_, {})) {
-        QThreadPool::globalInstance()->start(std::move(work));
+        QThreadPool::globalInstance()->start(new Task(std::move(work)));
     }
 }
 
@@ -56,7 +118,7 @@ void EventLoopQueue::runInBackground(Work work, Work thenOnMain) {
     if (isHeld_) {
         held_.push_back(std::move(task));
     } else {
-        QThreadPool::globalInstance()->start(std::move(task));
+        QThreadPool::globalInstance()->start(new Task(std::move(task)));
     }
 }
 

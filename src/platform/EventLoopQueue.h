@@ -33,6 +33,9 @@ public:
     void hold() { isHeld_ = true; }
     void release();
 
+protected:
+    void customEvent(QEvent* event) override;
+
 private:
     double slowdown_;
     bool isHeld_ = false;

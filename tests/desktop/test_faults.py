@@ -54,7 +54,13 @@ class Faults(OnX11):
     def test_a_window_manager_that_comes_again_finds_it_working(self):
         # The session has another one to start with.
         launcher = self.begin_shown_launcher(self.made)
+        watch = self.session.start("xprop", "-root", "-spy", "_NET_SUPPORTING_WM_CHECK")
+        watch.expect("_NET_SUPPORTING_WM_CHECK(WINDOW)")
         self.session.run("openbox", "--restart")
+        # It comes again, and the focus goes, some time after it was told to.
+        watch.expect("_NET_SUPPORTING_WM_CHECK(WINDOW)")
+        self.act("hide")
+        self.expect_hidden()
         self.act("show")
         until(lambda: self.session.windows_of_class(WINDOW_CLASS), "the launcher")
         self.expect_shown()

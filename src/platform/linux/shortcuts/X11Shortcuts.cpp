@@ -124,6 +124,7 @@ void X11Shortcuts::followKeyboard() {
             release(shortcut.grabs);
             shortcut.grabs = std::move(grabs);
             grab(shortcut.grabs);
+            qCDebug(grabLog) << "the keyboard has changed; the chord is on" << shortcut.grabs.keyCodes;
         }
     }
 }
