@@ -100,7 +100,8 @@ def main_file(build, unit):
     if len(unit.files) == 1:
         return unit.files[0]
     lines = [f'#include "{path}" // NOLINT(bugprone-suspicious-include)\n' for path in unit.files]
-    digest = hashlib.sha256("".join(lines).encode()).hexdigest()[:8]
+    names = "\n".join(os.path.relpath(path, ROOT) for path in unit.files)
+    digest = hashlib.sha256(names.encode()).hexdigest()[:8]
     path = build / "tidy" / f"{unit.name}-{digest}.cpp"
     write_if_changed(path, "".join(lines))
     return path
