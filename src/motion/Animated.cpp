@@ -2,7 +2,20 @@
 
 #include "motion/Retarget.h"
 
+#include <cmath>
+
 namespace amberquill {
+
+namespace {
+
+constexpr double unseenPart = 1e-4; // of an opacity
+
+} // namespace
+
+double Animated::value() const {
+    const double value = trajectory_.value();
+    return isFade_ && std::abs(value - target()) < unseenPart * target() ? target() : value;
+}
 
 void Animated::setTarget(double target) {
     if (!hasTarget_ || target != trajectory_.target()) {
@@ -16,11 +29,11 @@ void Animated::jumpTo(double target) {
 
 void Animated::go(double target, const std::optional<Animation>& animation) {
     const bool wasMoving = trajectory_.isMoving();
-    const double before = trajectory_.value();
+    const double before = value();
     retarget(trajectory_, target, animation);
     hasTarget_ = true;
     Q_EMIT targetChanged();
-    if (trajectory_.value() != before) {
+    if (value() != before) {
         Q_EMIT valueChanged();
     }
     if (trajectory_.isMoving()) {
@@ -49,10 +62,10 @@ bool Animated::advance(double now) {
     if (!isMoving()) {
         return false; // a jump has ended it since the last frame
     }
-    const double before = trajectory_.value();
+    const double before = value();
     trajectory_.advance(now, precision_);
     const bool moving = trajectory_.isMoving();
-    if (trajectory_.value() != before) {
+    if (value() != before) {
         Q_EMIT valueChanged();
     }
     if (!moving) {

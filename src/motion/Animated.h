@@ -17,7 +17,9 @@ class Animated : public QObject, private Moving {
     Q_PROPERTY(double value READ value NOTIFY valueChanged FINAL)
     // How close to its target a spring may end, in the value's unit: half a device pixel for positions.
     Q_PROPERTY(double precision READ precision WRITE setPrecision NOTIFY precisionChanged FINAL)
-    // An opacity: where less motion is wanted it still fades, shortly, while everything else jumps.
+    // An opacity: where less motion is wanted it still fades, shortly, while everything else jumps. It is at
+    // its target as soon as nobody sees the difference: Qt's software renderer takes two opacities that
+    // differ by less than a hundred-thousandth of them for the same, and would stay a little short of opaque.
     Q_PROPERTY(bool isFade READ isFade WRITE setIsFade NOTIFY isFadeChanged FINAL)
     Q_PROPERTY(bool isMoving READ isMoving NOTIFY isMovingChanged FINAL)
 
@@ -29,7 +31,7 @@ public:
     void setTarget(double target);
     // At `target` at once, whatever it is doing.
     void jumpTo(double target);
-    [[nodiscard]] double value() const { return trajectory_.value(); }
+    [[nodiscard]] double value() const;
     [[nodiscard]] double precision() const { return precision_; }
     void setPrecision(double precision);
     [[nodiscard]] bool isFade() const { return isFade_; }

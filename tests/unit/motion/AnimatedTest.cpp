@@ -5,6 +5,7 @@
 #include "motion/WithAnimation.h"
 #include "support/ManualQueue.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 
 using namespace amberquill;
@@ -119,6 +120,23 @@ TEST_F(AnimatedTest, ReducedMotionMakesPositionsJumpAndFadesShort) {
     EXPECT_EQ(opacity.value(), 0);
     frames(8);
     EXPECT_EQ(opacity.value(), 1);
+}
+
+TEST_F(AnimatedTest, AFadeIsNeverSoCloseToOpaqueThatDrawingTakesItForOpaque) {
+    constexpr double takenForTheSame = 1e-5;
+    for (const Animation& animation : {motion::show, motion::windowFadeIn}) {
+        Animated opacity;
+        opacity.setIsFade(true);
+        opacity.setTarget(0);
+        withAnimation(animation, [&] { opacity.setTarget(1); });
+        while (opacity.isMoving()) {
+            queue_.advance(1e-4);
+            Timeline::shared().advance();
+            const double missing = 1 - opacity.value();
+            ASSERT_TRUE(missing == 0 || std::abs(missing) > takenForTheSame) << missing;
+        }
+        EXPECT_EQ(opacity.value(), 1);
+    }
 }
 
 TEST_F(AnimatedTest, APointTravelsInBothDirectionsAndRestsAtItsTarget) {
