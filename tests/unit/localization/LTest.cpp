@@ -2,6 +2,7 @@
 
 #include "support/FixedSystemLanguages.h"
 #include "support/MemoryPreferences.h"
+#include "support/Places.h"
 
 #include <QFile>
 #include <gtest/gtest.h>
@@ -72,7 +73,7 @@ TEST_F(LTest, EveryTextIsTheOneInTheTranslatorsList) {
         {u"importFailed"_s, &L::importFailed},
         {u"invalidLayoutFile"_s, &L::invalidLayoutFile},
     };
-    QFile list(QStringLiteral(AMBERQUILL_TEST_DATA "/texts.tsv"));
+    QFile list(projectFile(u"tests/unit/localization/data/texts.tsv"_s));
     ASSERT_TRUE(list.open(QIODevice::ReadOnly));
     std::size_t lines = 0;
     while (!list.atEnd()) {
@@ -94,7 +95,7 @@ TEST_F(LTest, EveryMessageIsPutTogetherAsInTheTranslatorsList) {
         {u"importMessage"_s, &L::importMessage},
         {u"upToDateMessage"_s, [] { return L::upToDateMessage(u"1.2.3"_s); }},
     };
-    QFile list(QStringLiteral(AMBERQUILL_TEST_DATA "/messages.tsv"));
+    QFile list(projectFile(u"tests/unit/localization/data/messages.tsv"_s));
     ASSERT_TRUE(list.open(QIODevice::ReadOnly));
     std::size_t lines = 0;
     while (!list.atEnd()) {

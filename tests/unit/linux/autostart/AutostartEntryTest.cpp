@@ -2,6 +2,7 @@
 
 #include "platform/linux/applications/entries/DesktopEntry.h"
 #include "platform/linux/applications/launching/ExecLine.h"
+#include "support/Places.h"
 
 #include <QFile>
 #include <gtest/gtest.h>
@@ -32,7 +33,7 @@ TEST(AutostartEntry, StartsTheProgramWhateverIsInItsPath) {
 }
 
 TEST(AutostartEntry, IsKnownByTheNameAndTheIconOfTheInstalledEntry) {
-    QFile file(QStringLiteral(AMBERQUILL_PACKAGING "/org.amberquill.Amberquill.desktop.in"));
+    QFile file(projectFile(u"packaging/org.amberquill.Amberquill.desktop.in"_s));
     ASSERT_TRUE(file.open(QFile::ReadOnly));
     const auto installed = parseDesktopEntry(file.readAll(), entryLocaleFor({}));
     ASSERT_TRUE(installed);

@@ -3,6 +3,7 @@
 #include "platform/linux/dbus/ApplicationRequest.h"
 #include "platform/linux/dbus/StartWish.h"
 #include "support/FixedEnvironment.h"
+#include "support/Places.h"
 
 #include <QFile>
 #include <QMap>
@@ -18,7 +19,7 @@ namespace {
 using Groups = QMap<QByteArray, QMap<QByteArray, QByteArray>>;
 
 QString packagingPath(const QString& name) {
-    return QStringLiteral(AMBERQUILL_PACKAGING) + u'/' + QString::fromUtf8(applicationBusName) + name;
+    return projectFile(u"packaging/"_s + QString::fromUtf8(applicationBusName) + name);
 }
 
 Groups groupsOf(const QString& path) {

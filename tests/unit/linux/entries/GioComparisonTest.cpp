@@ -3,6 +3,7 @@
 #include "platform/linux/applications/entries/DesktopEntryApplications.h"
 
 #include "support/FixedEnvironment.h"
+#include "support/Places.h"
 #include "support/TemporaryTree.h"
 
 #include <QProcess>
@@ -33,7 +34,7 @@ Names namesByGio(const Variables& variables) {
     }
     QProcess gio;
     gio.setProcessEnvironment(environment);
-    gio.start(QStringLiteral(AMBERQUILL_GIO_ENTRIES), QStringList());
+    gio.start(testProgram(QStringLiteral("gio_entries")), QStringList());
     EXPECT_TRUE(gio.waitForFinished(timeLimit));
     EXPECT_EQ(gio.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(gio.exitCode(), 0) << gio.readAllStandardError().toStdString();
@@ -405,7 +406,7 @@ TEST_F(GioComparison, ALinkBackUpIsNotWalkedAgainAndAgain) {
 
 // The folders beside the test: entries as people and programs write them, in which nothing differs.
 TEST_F(GioComparison, TheKeptEntriesHaveTheSameAnswer) {
-    const QByteArray kept(AMBERQUILL_TEST_DATA);
+    const QByteArray kept = projectFile(QStringLiteral("tests/unit/linux/entries/data")).toLocal8Bit();
     const std::pair<const char*, const char*> languages[] = {{"", "Paper Boats"},
                                                              {"de", "Papierboote"},
                                                              {"de_AT:fr", "Papierschifferl"},

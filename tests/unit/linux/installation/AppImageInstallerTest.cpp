@@ -1,6 +1,7 @@
 #include "platform/linux/installation/AppImageInstaller.h"
 
 #include "support/OrdinaryUser.h"
+#include "support/Places.h"
 #include "support/TemporaryTree.h"
 #include "support/WaitUntil.h"
 
@@ -64,7 +65,7 @@ protected:
             variables += QString::fromUtf8(entry);
         }
         process.setEnvironment(variables);
-        process.start(QStringLiteral(AMBERQUILL_REPLACING_PROGRAM), arguments);
+        process.start(testProgram(QStringLiteral("replacing_program")), arguments);
         EXPECT_TRUE(process.waitForFinished());
         return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     }
@@ -196,7 +197,7 @@ TEST_F(AppImageInstallerTest, TheProgramIsStartedAnewOnceTheOldOneHasEnded) {
         variables += QString::fromUtf8(entry);
     }
     old.setEnvironment(variables);
-    old.start(QStringLiteral(AMBERQUILL_REPLACING_PROGRAM), {QStringLiteral("restart"), program()});
+    old.start(testProgram(QStringLiteral("replacing_program")), {QStringLiteral("restart"), program()});
     ASSERT_TRUE(old.waitForReadyRead());
     QProcess::execute(QStringLiteral("/bin/sh"), {QStringLiteral("-c"), QStringLiteral("true; exit 0")});
     EXPECT_FALSE(QFileInfo::exists(tree.path("started")));

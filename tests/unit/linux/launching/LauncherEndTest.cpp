@@ -1,6 +1,7 @@
 // What becomes of an application when the launcher ends.
 #include "LaunchFiles.h"
 #include "Report.h"
+#include "support/Places.h"
 #include "support/WaitUntil.h"
 
 #include <QProcess>
@@ -16,7 +17,7 @@ class LauncherEnd : public testing::Test {
 protected:
     // Runs a launcher to its end.
     void run(const QStringList& arguments) {
-        launcher_.start(QStringLiteral(AMBERQUILL_QUITTING_LAUNCHER), arguments);
+        launcher_.start(testProgram(QStringLiteral("quitting_launcher")), arguments);
         EXPECT_TRUE(launcher_.waitForFinished(10'000));
     }
 

@@ -1,5 +1,6 @@
 #include "Report.h"
 
+#include "support/Places.h"
 #include "support/WaitUntil.h"
 
 #include <QFile>
@@ -57,7 +58,7 @@ std::optional<Report> awaitReport(const QString& path) {
 }
 
 QString reporterPath() {
-    return QStringLiteral(AMBERQUILL_LAUNCH_REPORTER);
+    return testProgram(QStringLiteral("launch_reporter"));
 }
 
 QString reporterLine(const QString& reportPath, const QString& arguments) {
