@@ -9,7 +9,7 @@ from launcher.case import WINDOW_CLASS
 from launcher.on_x11 import OnX11
 
 # Qt's own word, a tenth of a second after the focus went from the launcher to nobody.
-LOGGED = {"QT_LOGGING_RULES": "qt.quick.focus.debug=true"}
+LOGGED = {"QT_LOGGING_RULES": "qt.quick.focus.debug=true;amberquill.tray.debug=true"}
 FOCUS_IS_LOST = 'qt.quick.focus: deactivated "Amberquill"'
 TRAY_HOST = Path(__file__).parent / "harness" / "tray_host.py"
 SETTINGS = (
@@ -149,7 +149,11 @@ class Presence(OnX11):
             ids = [line.split()[0] for line in listed.splitlines() if '"amberquill"' in line.lower()]
             return self.session.geometry(ids[0]) if ids else None
 
-        return until(place, "the item in the tray")
+        try:
+            return until(place, "the item in the tray")
+        except AssertionError as error:
+            windows = self.session.run("xwininfo", "-root", "-tree", check=False)
+            raise AssertionError(f"{error}; the windows:\n{windows}") from None
 
     def begin_hidden_with_old_tray(self):
         """Returns the launcher, and the point in the middle of its item."""

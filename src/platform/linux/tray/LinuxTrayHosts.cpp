@@ -6,11 +6,14 @@
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QGuiApplication>
+#include <QLoggingCategory>
 #include <qpa/qplatformnativeinterface.h>
 #include <utility>
 
 namespace amberquill::desktop {
 namespace {
+
+Q_LOGGING_CATEGORY(trayLog, "amberquill.tray", QtCriticalMsg)
 
 const QString service = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString path = QStringLiteral("/StatusNotifierWatcher");
@@ -59,7 +62,9 @@ void LinuxTrayHosts::ask() {
         call->deleteLater();
         const QDBusPendingReply<QDBusVariant> answer = *call;
         const bool hasHost = answer.isValid() && answer.value().variant().toBool();
-        if (hasHost || (olderTrays_ && olderTrays_->isThere())) {
+        const bool hasOlderTray = olderTrays_ && olderTrays_->isThere();
+        qCDebug(trayLog) << "host of items:" << hasHost << "older tray:" << hasOlderTray;
+        if (hasHost || hasOlderTray) {
             came_();
         }
     });
