@@ -102,10 +102,12 @@ class Dragging(OnX11):
         until(lambda: abs((self.place_of(self.made[1]) or (0, 0))[0] - resting) < 4, "the panel at rest")
         self.session.take(*self.place_of(self.made[1]))
         x, y = self.icon(29)
-        self.session.move_pointer(x, y + 30)
+        # Beside the icon, also while it waits here: upon it, the icon would become its target and stay so further out.
+        beside = x + round(self.grid.icon_size * 0.75)
+        self.session.move_pointer(beside, y + 30)
         # Motion that arrives at once is one motion to the program, and a page takes it only when the folder is closed.
         self.expect_in_place(2, self.made[3])
-        self.session.move_pointer(x + round(self.grid.icon_size * 0.75), y)
+        self.session.move_pointer(beside, y)
         self.expect_in_place(28, self.made[30])
         self.session.drop()
         self.expect_in_place(29, self.made[1])
