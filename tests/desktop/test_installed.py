@@ -30,14 +30,8 @@ class InstalledCase(OnX11):
         shutil.copy(share / f"dbus-1/services/{NAME}.service", self.session.data / "dbus-1/services")
         # As a desktop does at login: what the bus starts is to find the display.
         shared = {name: self.session.environment[name] for name in ("DISPLAY", "XDG_DATA_DIRS")}
-        self.ask_bus("UpdateActivationEnvironment", str(shared).replace("'", '"'))
-        self.ask_bus("ReloadConfig")
-
-    def ask_bus(self, method, *arguments):
-        return self.session.run(
-            *("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/org/freedesktop/DBus"),
-            *("--method", f"org.freedesktop.DBus.{method}", *arguments),
-        )
+        self.session.ask_bus("UpdateActivationEnvironment", str(shared).replace("'", '"'))
+        self.session.ask_bus("ReloadConfig")
 
     def activate(self):
         self.session.run("gapplication", "launch", NAME)
@@ -49,7 +43,7 @@ class InstalledCase(OnX11):
 
     def process(self):
         """The id of the process that has the name."""
-        answer = self.ask_bus("GetConnectionUnixProcessID", NAME)
+        answer = self.session.ask_bus("GetConnectionUnixProcessID", NAME)
         return int(re.search(r"uint32 (\d+)", answer)[1])
 
     def expect_active(self):
@@ -59,7 +53,7 @@ class InstalledCase(OnX11):
     def expect_end(self, pid):
         """Asks the process to end, as a session does, and waits until it has let go of the name."""
         os.kill(pid, signal.SIGTERM)
-        until(lambda: "false" in self.ask_bus("NameHasOwner", NAME), "the end of the launcher")
+        until(lambda: "false" in self.session.ask_bus("NameHasOwner", NAME), "the end of the launcher")
 
     def second_start(self, *arguments):
         second = self.session.start(self.prefix / "bin/amberquill", *arguments)

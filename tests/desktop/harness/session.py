@@ -89,6 +89,13 @@ class Session:
             check=False,
         )
 
+    def ask_bus(self, method, *arguments):
+        """Calls a method of the session bus itself and returns the answer as text."""
+        return self.run(
+            *("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/org/freedesktop/DBus"),
+            *("--method", f"org.freedesktop.DBus.{method}", *arguments),
+        )
+
     def report(self):
         """What the session's programs have said, for a failed test."""
         lines = []

@@ -17,14 +17,7 @@ class ReadAloud(OnX11):
         super().begin_session(*arguments, **settings)
         # Its registry is found in the data folders of the system, which the session does not see.
         self.session.start(BUS, "--launch-immediately", environment={"XDG_DATA_DIRS": "/usr/share"})
-        until(self._bus_is_there, "the bus of the accessible objects")
-
-    def _bus_is_there(self):
-        answer = self.session.run(
-            *("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/org/freedesktop/DBus"),
-            *("--method", "org.freedesktop.DBus.NameHasOwner", "org.a11y.Bus"),
-        )
-        return "true" in answer
+        until(lambda: "true" in self.session.ask_bus("NameHasOwner", "org.a11y.Bus"), "the bus of accessible objects")
 
     def tree(self):
         """All its objects, in order."""
