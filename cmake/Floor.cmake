@@ -25,6 +25,10 @@ file(GENERATE OUTPUT ${CMAKE_BINARY_DIR}/precompiled.cpp CONTENT "")
 add_library(amberquill_precompiled OBJECT ${CMAKE_BINARY_DIR}/precompiled.cpp)
 target_link_libraries(amberquill_precompiled PRIVATE amberquill_options Qt6::Core Qt6::Gui)
 target_precompile_headers(amberquill_precompiled PRIVATE ${CMAKE_SOURCE_DIR}/src/precompiled.h)
+# As CMake asks for it, ccache sees the clone's path in the header's name. clang looks for the precompiled one by itself.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    set(CMAKE_CXX_COMPILE_OPTIONS_USE_PCH -include <PCH_HEADER>)
+endif()
 
 # amberquill_floor(<name> SOURCES <files> [PUBLIC <libraries>] [PRIVATE <libraries>] [GENERATES_CODE])
 # makes the library amberquill_<name>. With GENERATES_CODE, the code that Qt's tools add to it may shadow names.
