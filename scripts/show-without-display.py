@@ -3,12 +3,13 @@
 
     scripts/show-without-display.py PROGRAM PICTURE [ARGUMENTS...]
 
-Waits until the launcher is up and painted, writes a picture of the screen, asks the program to end and prints where
+Waits until the launcher is up and at rest, writes a picture of the screen, asks the program to end and prints where
 the picture lies. Nothing is left running.
 """
 
 import os
 import sys
+import time
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tests" / "desktop"))
@@ -17,6 +18,8 @@ from harness import X11Session, until  # noqa: E402
 
 WINDOW_CLASS = "org.amberquill.Amberquill"
 SIZE = (1920, 1080)
+# Longer than a busy machine stops a motion, and than openbox shows its pop-up with the desktop's name.
+STILL = 1.0  # seconds
 
 
 def own_environment():
@@ -37,25 +40,41 @@ def own_environment():
     return environment
 
 
-def painted(session, window, empty):
-    """The picture of the screen once the window covers it and has come to rest; none before."""
-    if session.geometry(window) is None:
-        return None
-    first = session.screenshot()
-    rests = first.pixels == session.screenshot().pixels
-    corners = ((0, 0), (first.width - 1, 0), (0, first.height - 1), (first.width - 1, first.height - 1))
-    covered = all(first.at(x, y) != empty.at(x, y) for x, y in corners)
-    return first if rests and covered else None
+class Stillness:
+    """Looks at the screen until nothing moves on it."""
+
+    def __init__(self, session):
+        self._session = session
+        self._pixels = None
+        self._since = None
+
+    def picture(self):
+        """The picture of the screen once it has stayed the same for a while; none before."""
+        picture = self._session.screenshot()
+        # The caret blinks in the search field, which lies in the uppermost part.
+        pixels = picture.pixels[len(picture.pixels) // 12 :]
+        now = time.monotonic()
+        if pixels != self._pixels:
+            self._pixels, self._since = pixels, now
+        return picture if now - self._since >= STILL else None
+
+
+def covers(picture, empty):
+    """Whether the launcher is in the picture: it changes each corner of the empty screen."""
+    corners = ((x, y) for x in (0, empty.width - 1) for y in (0, empty.height - 1))
+    return all(picture.at(*corner) != empty.at(*corner) for corner in corners)
 
 
 def main():
     program, picture, *arguments = sys.argv[1:]
     with X11Session(*SIZE, environment=own_environment()) as session:
-        empty = session.screenshot()
+        # Without openbox's pop-up, which the launcher would take for a part of the desktop.
+        empty = until(Stillness(session).picture, "the empty desktop")
         launcher = session.start(Path(program).resolve(), *arguments)
         try:
-            window = session.window_of_class(WINDOW_CLASS)
-            until(lambda: painted(session, window, empty), "the painted launcher").save(picture)
+            session.window_of_class(WINDOW_CLASS)
+            until(lambda: covers(session.screenshot(), empty), "the painted launcher")
+            until(Stillness(session).picture, "its rest").save(picture)
             status = launcher.terminate()
         except AssertionError as error:
             print(f"{error}\n{session.report()}", file=sys.stderr)
