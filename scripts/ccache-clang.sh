@@ -14,8 +14,7 @@ fi
 ccache "$@"
 for ((i = 1; i < $#; i++)); do
     if [[ ${!i} == -o ]]; then
-        next=$((i + 1))
-        header=${!next}
+        header=${*:i+1:1}
     fi
 done
 clone=$(cd "$(dirname "$(readlink -f "$0")")/.." && pwd)
