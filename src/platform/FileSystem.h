@@ -13,6 +13,10 @@ struct FolderEntry {
     bool isDirectory = false; // a real directory; a symbolic link to one is not
 };
 
+// What a path leads to when symbolic links are followed. A link to nothing is missing. Unknown: it cannot be
+// told, as where a folder on the way may not be entered.
+enum class FileKind { Missing, Regular, Other, Unknown };
+
 // Files and folders. Paths are absolute. Every operation is safe on any thread and answers "none" or false on
 // failure. What takes an `error` says there why it failed, and leaves it alone otherwise.
 class FileSystem {
@@ -40,6 +44,8 @@ public:
         return readFile(path, limit, ignored);
     }
 
+    [[nodiscard]] virtual FileKind kind(const QString& path) const = 0;
+
     // The size of a regular file, in bytes.
     [[nodiscard]] virtual std::optional<qint64> fileSize(const QString& path) const = 0;
 
@@ -51,7 +57,8 @@ public:
         return writeAtomically(path, content, ignored);
     }
 
-    // Renames a file to a free name beside it, so that a new one can take its place and nothing is lost.
+    // Renames a regular file to a free name beside it, so that a new one can take its place and nothing is
+    // lost. Anything else stays where it is.
     virtual bool setAside(const QString& path) = 0;
 
     // Removes a file; of a symbolic link the link itself.
@@ -76,6 +83,7 @@ public:
         error = std::make_error_code(std::errc::no_such_file_or_directory);
         return std::nullopt;
     }
+    [[nodiscard]] FileKind kind(const QString&) const override { return FileKind::Missing; }
     [[nodiscard]] std::optional<qint64> fileSize(const QString&) const override { return std::nullopt; }
     bool writeAtomically(const QString&, const QByteArray&, std::error_code& error) override {
         error = std::make_error_code(std::errc::no_such_file_or_directory);

@@ -26,6 +26,7 @@ public:
     void makeUnreadable(const QString& path) { unreadable_.insert(path); }
     void setDisplayName(const QString& path, const QString& name) { names_.insert(path, name); }
     void refuseWrites(bool refuse) { refuseWrites_ = refuse; }
+    void refuseSettingAside(bool refuse) { refuseSettingAside_ = refuse; }
 
     [[nodiscard]] std::optional<QByteArray> file(const QString& path) const {
         const auto found = files_.constFind(path);
@@ -33,6 +34,7 @@ public:
     }
     [[nodiscard]] QStringList paths() const { return files_.keys(); }
     [[nodiscard]] int writes() const { return writes_; }
+    [[nodiscard]] int refusedWrites() const { return refusedWrites_; }
 
     [[nodiscard]] std::optional<std::vector<FolderEntry>> listFolder(const QString& path) const override {
         if (unreadable_.contains(path) || !folders_.contains(path)) {
@@ -64,13 +66,25 @@ public:
         return std::nullopt;
     }
 
+    [[nodiscard]] FileKind kind(const QString& path) const override {
+        if (files_.contains(path)) {
+            return FileKind::Regular;
+        }
+        return folders_.contains(path) ? FileKind::Other : FileKind::Missing;
+    }
+
     [[nodiscard]] std::optional<qint64> fileSize(const QString& path) const override {
         const auto content = file(path);
         return content ? std::optional<qint64>(content->size()) : std::nullopt;
     }
 
     bool writeAtomically(const QString& path, const QByteArray& content, std::error_code& error) override {
+        if (folders_.contains(path)) {
+            error = std::make_error_code(std::errc::is_a_directory);
+            return false;
+        }
         if (refuseWrites_) {
+            ++refusedWrites_;
             error = std::make_error_code(std::errc::no_space_on_device);
             return false;
         }
@@ -80,7 +94,7 @@ public:
     }
 
     bool setAside(const QString& path) override {
-        if (!files_.contains(path)) {
+        if (refuseSettingAside_ || !files_.contains(path)) {
             return false;
         }
         files_.insert(path + QStringLiteral(".unreadable-1"), files_.take(path));
@@ -108,7 +122,9 @@ private:
     QHash<QString, QString> names_;
     QSet<QString> unreadable_;
     bool refuseWrites_ = false;
+    bool refuseSettingAside_ = false;
     int writes_ = 0;
+    int refusedWrites_ = 0;
 };
 
 } // namespace amberquill

@@ -151,7 +151,8 @@ std::error_code replaceFile(const QByteArray& path, const QByteArray& content) {
 
 bool renameToFreeName(const QByteArray& path) {
     const auto target = linkTarget(path);
-    if (!target) {
+    struct stat status = {};
+    if (!target || ::stat(target->constData(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return false;
     }
     for (int number = 1; number <= maximumSetAside; ++number) {

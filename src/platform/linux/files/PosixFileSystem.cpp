@@ -114,6 +114,17 @@ std::optional<QByteArray> PosixFileSystem::readFile(const QString& path, qint64 
     return buffer;
 }
 
+FileKind PosixFileSystem::kind(const QString& path) const {
+    struct stat status = {};
+    if (!isUsablePath(path)) {
+        return FileKind::Unknown;
+    }
+    if (::stat(path.toUtf8().constData(), &status) == 0) {
+        return S_ISREG(status.st_mode) ? FileKind::Regular : FileKind::Other;
+    }
+    return errno == ENOENT ? FileKind::Missing : FileKind::Unknown;
+}
+
 std::optional<qint64> PosixFileSystem::fileSize(const QString& path) const {
     struct stat status = {};
     if (!isUsablePath(path) || ::stat(path.toUtf8().constData(), &status) != 0 || !S_ISREG(status.st_mode)) {

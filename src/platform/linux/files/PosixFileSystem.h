@@ -20,9 +20,11 @@ public:
     [[nodiscard]] std::optional<QByteArray> readFile(const QString& path, qint64 limit,
                                                      std::error_code& error) const override;
 
+    [[nodiscard]] FileKind kind(const QString& path) const override;
+    [[nodiscard]] std::optional<qint64> fileSize(const QString& path) const override;
+
     // New files can be read by the user alone (0600), new folders be entered by the user alone (0700); a file
     // that is replaced keeps its mode.
-    [[nodiscard]] std::optional<qint64> fileSize(const QString& path) const override;
     bool writeAtomically(const QString& path, const QByteArray& content, std::error_code& error) override;
 
     // `layout.json` becomes `layout.json.unreadable-1`, or the next number that is free. Of a symbolic link,

@@ -459,3 +459,28 @@ TEST_F(SetAside, WhereNothingMayBeRenamedTheFileStays) {
     }
     EXPECT_EQ(namesIn(tree_.at("locked")), QStringList{u"file"_s});
 }
+
+TEST_F(SetAside, WhatIsNoRegularFileStaysWhereItIs) {
+    tree_.makeFolder("Documents");
+    ASSERT_EQ(::mkfifo(tree_.at("pipe").c_str(), 0600), 0);
+    EXPECT_FALSE(files_.setAside(tree_.path("Documents")));
+    EXPECT_FALSE(files_.setAside(tree_.link("layout.json", "Documents")));
+    EXPECT_FALSE(files_.setAside(tree_.path("pipe")));
+    EXPECT_EQ(namesIn(tree_.at()), QStringList({u"Documents"_s, u"layout.json"_s, u"pipe"_s}));
+}
+
+TEST_F(PosixFileSystemTest, WhatAPathLeadsToIsTold) {
+    tree_.makeFolder("folder");
+    ASSERT_EQ(::mkfifo(tree_.at("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(files_.kind(tree_.write("file", "")), FileKind::Regular);
+    EXPECT_EQ(files_.kind(tree_.link("to file", "file")), FileKind::Regular);
+    EXPECT_EQ(files_.kind(tree_.path("folder")), FileKind::Other);
+    EXPECT_EQ(files_.kind(tree_.link("to folder", "folder")), FileKind::Other);
+    EXPECT_EQ(files_.kind(tree_.path("pipe")), FileKind::Other);
+    EXPECT_EQ(files_.kind(u"/dev/null"_s), FileKind::Other);
+    EXPECT_EQ(files_.kind(tree_.path("missing")), FileKind::Missing);
+    EXPECT_EQ(files_.kind(tree_.link("to nothing", "missing")), FileKind::Missing);
+    EXPECT_EQ(files_.kind(tree_.path("file/below a file")), FileKind::Unknown);
+    EXPECT_EQ(files_.kind(tree_.link("endless", "endless")), FileKind::Unknown);
+    EXPECT_EQ(files_.kind(u"relative"_s), FileKind::Unknown);
+}
