@@ -13,6 +13,7 @@ void LauncherModel::willShow() {
     setSearchText({});
     setScrollOffset(0);
     clampPage();
+    store_.tryAgain();
     refreshApps();
 }
 

@@ -2,15 +2,13 @@
 
 #include "data/LaunchItem.h"
 #include "platform/FileSystem.h"
+#include "platform/WriteBehind.h"
 
 #include <QByteArray>
 #include <QString>
-#include <memory>
 #include <optional>
 
 namespace amberquill {
-
-class MainQueue;
 
 // What the private layout file held when it was read.
 struct StoredLayout {
@@ -19,8 +17,8 @@ struct StoredLayout {
 };
 
 // The private layout file. Nothing is ever reported: what cannot be read is an empty layout, what cannot be
-// written stays in memory. Main thread only; the writing itself happens away from it, in the order of the
-// saves.
+// written stays in memory and is tried again (WriteBehind). Main thread only; the writing itself happens away
+// from it.
 class LayoutStore {
 public:
     // `folder` is where applications keep what the user would miss; both services outlive the store.
@@ -37,16 +35,16 @@ public:
     // Writes the layout, unless it is what the file holds already.
     void save(const LaunchItems& items);
 
+    // Writes soon what could not be written before.
+    void tryAgain() { file_.tryAgain(); }
+
     // Returns when the last save is on the disk, or has failed.
-    void flush();
+    void flush() { file_.flush(); }
 
 private:
-    class Writer;
-
-    MainQueue& queue_;
     FileSystem& files_;
     QString folder_;
-    std::shared_ptr<Writer> writer_; // shared with the background work under way
+    WriteBehind file_;
 };
 
 } // namespace amberquill

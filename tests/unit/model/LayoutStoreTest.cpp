@@ -81,6 +81,26 @@ TEST_F(LayoutStoreTest, AFileThatCannotBeReadIsSetAsideToo) {
     EXPECT_EQ(files_.file(path_ + u".unreadable-1"_s), encodeItems(two_));
 }
 
+TEST_F(LayoutStoreTest, AFileThatDoesNotDecodeAndCannotBeSetAsideIsNotWrittenOver) {
+    files_.addFile(path_, "[{\"app\":");
+    files_.refuseSettingAside(true);
+    EXPECT_TRUE(store_.load().empty());
+    store_.save(one_);
+    store_.flush();
+    store_.save(two_);
+    queue_.advance(3600);
+    EXPECT_EQ(files_.file(path_), QByteArray("[{\"app\":"));
+}
+
+TEST_F(LayoutStoreTest, AnUnwritableFolderIsTriedAgainWithoutAnotherSave) {
+    files_.refuseWrites(true);
+    store_.save(one_);
+    queue_.runPosted();
+    files_.refuseWrites(false);
+    queue_.advance(1);
+    EXPECT_EQ(files_.file(path_), encodeItems(one_));
+}
+
 TEST_F(LayoutStoreTest, AnUnwritableFolderIsSilentAndTriedAgainAtTheNextSave) {
     files_.refuseWrites(true);
     store_.save(one_);
