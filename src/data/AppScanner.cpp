@@ -28,12 +28,22 @@ public:
                          ? QString()
                          : services.files.resolvingSymbolicLinks(services.ownBundle)) {}
 
+    void visitRoot(const QString& root) {
+        folders_.roots.append(root);
+        visit(root, 0);
+    }
+
+    ScanResult takeResult() { return {std::move(result_), std::move(folders_)}; }
+
+private:
     void visit(const QString& folder, int depth) {
         if (depth >= depthLimit) {
             return;
         }
-        const auto children = services_.files.listFolder(folder);
+        std::error_code error;
+        const auto children = services_.files.listFolder(folder, error);
         if (!children) {
+            folders_.noteFailure(folder, error, depth == 0);
             return;
         }
         for (const FolderEntry& child : *children) {
@@ -46,9 +56,6 @@ public:
         }
     }
 
-    std::vector<AppInfo> takeResult() { return std::move(result_); }
-
-private:
     void consider(const QString& path) {
         const QString resolved = services_.files.resolvingSymbolicLinks(path);
         if (resolved == ownBundle_ || takenPaths_.contains(resolved)) {
@@ -69,6 +76,7 @@ private:
     const Services& services_;
     QString ownBundle_;
     std::vector<AppInfo> result_;
+    ScannedFolders folders_;
     QSet<QString> takenPaths_;
     QSet<QString> takenIdentifiers_;
 };
@@ -81,16 +89,16 @@ QStringList searchRoots(const QString& home) {
             home + QStringLiteral("/Applications")};
 }
 
-std::vector<AppInfo> scan(const Services& services) {
+ScanResult scan(const Services& services) {
     BundleScan bundles(services);
     for (const QString& root : searchRoots(services.home)) {
-        bundles.visit(root, 0);
+        bundles.visitRoot(root);
     }
-    std::vector<AppInfo> result = bundles.takeResult();
-    std::vector<RegisteredApplication> registered = services.registered.list();
-    result.reserve(result.size() + registered.size());
+    ScanResult result = bundles.takeResult();
+    std::vector<RegisteredApplication> registered = services.registered.list(result.folders);
+    result.apps.reserve(result.apps.size() + registered.size());
     for (RegisteredApplication& application : registered) {
-        result.push_back({std::move(application.path), std::move(application.name)});
+        result.apps.push_back({std::move(application.path), std::move(application.name)});
     }
     return result;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/LaunchItem.h"
+#include "platform/ScannedFolders.h"
 
 #include <QString>
 #include <QStringList>
@@ -11,6 +12,17 @@ namespace amberquill {
 class BundleInformation;
 class FileSystem;
 class RegisteredApplications;
+
+// What a scan found. A list of applications stands for a scan that read all its folders.
+struct ScanResult {
+    ScanResult() = default;
+    ScanResult(std::vector<AppInfo> found, ScannedFolders scanned = {})
+        : apps(std::move(found))
+        , folders(std::move(scanned)) {}
+
+    std::vector<AppInfo> apps;
+    ScannedFolders folders;
+};
 
 namespace AppScanner {
 
@@ -27,9 +39,9 @@ struct Services {
 QStringList searchRoots(const QString& home);
 
 // Every application installed, each once: the bundles below the search roots in listing order, depth first,
-// then what the desktop has registered. Starts from nothing, never fails; what cannot be read is passed over.
-// Safe on any thread.
-std::vector<AppInfo> scan(const Services& services);
+// then what the desktop has registered. Starts from nothing, never fails; what cannot be read is passed over
+// and noted. Safe on any thread.
+ScanResult scan(const Services& services);
 
 } // namespace AppScanner
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/AppScanner.h"
 #include "data/BackgroundTheme.h"
 #include "data/GridMetrics.h"
 #include "data/HomePaths.h"
@@ -66,10 +67,10 @@ public:
         MainQueue& queue;
         FileSystem& files;
         Preferences& preferences;
-        QString applicationSupport;                 // the folder of the layout's own folder
-        std::function<std::vector<AppInfo>()> scan; // run away from the main thread
-        QHash<QString, QString> rememberedNames;    // by path: shown until the first scan is in
-        std::optional<StoredLayout> layout;         // read beforehand; none: read by the model
+        QString applicationSupport;              // the folder of the layout's own folder
+        std::function<ScanResult()> scan;        // run away from the main thread
+        QHash<QString, QString> rememberedNames; // by path: shown until the first scan is in
+        std::optional<StoredLayout> layout;      // read beforehand; none: read by the model
         HomeFolders homes = {};
         // Makes the frameworks' own texts follow the interface language.
         std::function<void(AppLanguage)> applyToFrameworks = [](AppLanguage) {};

@@ -27,10 +27,10 @@ void LauncherModel::refreshApps() {
         return;
     }
     scanning_ = true;
-    services_.queue.compute(services_.scan, [self = QPointer(this)](const std::vector<AppInfo>& installed) {
+    services_.queue.compute(services_.scan, [self = QPointer(this)](const ScanResult& scan) {
         if (self != nullptr) {
             self->scanning_ = false;
-            self->applyScan(installed);
+            self->applyScan(scan.apps);
         }
     });
 }

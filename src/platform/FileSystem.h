@@ -27,7 +27,12 @@ public:
     virtual ~FileSystem() = default;
 
     // The immediate children of a folder without the hidden ones, in the platform's listing order.
-    [[nodiscard]] virtual std::optional<std::vector<FolderEntry>> listFolder(const QString& path) const = 0;
+    [[nodiscard]] virtual std::optional<std::vector<FolderEntry>>
+    listFolder(const QString& path, std::error_code& error) const = 0;
+    [[nodiscard]] std::optional<std::vector<FolderEntry>> listFolder(const QString& path) const {
+        std::error_code ignored;
+        return listFolder(path, ignored);
+    }
 
     // The path with every symbolic link resolved; the path itself where that cannot be done.
     [[nodiscard]] virtual QString resolvingSymbolicLinks(const QString& path) const = 0;
@@ -68,10 +73,13 @@ public:
 // A desktop without files: nothing to list, nothing to read, nowhere to write.
 class NullFileSystem final : public FileSystem {
 public:
+    using FileSystem::listFolder;
     using FileSystem::readFile;
     using FileSystem::writeAtomically;
 
-    [[nodiscard]] std::optional<std::vector<FolderEntry>> listFolder(const QString&) const override {
+    [[nodiscard]] std::optional<std::vector<FolderEntry>> listFolder(const QString&,
+                                                                     std::error_code& error) const override {
+        error = std::make_error_code(std::errc::no_such_file_or_directory);
         return std::nullopt;
     }
     [[nodiscard]] QString resolvingSymbolicLinks(const QString& path) const override { return path; }

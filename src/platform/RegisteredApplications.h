@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ScannedFolders.h"
+
 #include <QString>
 #include <QStringList>
 #include <vector>
@@ -22,8 +24,13 @@ public:
     RegisteredApplications& operator=(const RegisteredApplications&) = delete;
     virtual ~RegisteredApplications() = default;
 
-    // Those to be listed, in a stable order. Reads the disk; takes a noticeable time with thousands.
-    [[nodiscard]] virtual std::vector<RegisteredApplication> list() const = 0;
+    // Those to be listed, in a stable order, and in `folders`, at its end, where they were looked for. Reads
+    // the disk; takes a noticeable time with thousands.
+    [[nodiscard]] virtual std::vector<RegisteredApplication> list(ScannedFolders& folders) const = 0;
+    [[nodiscard]] std::vector<RegisteredApplication> list() const {
+        ScannedFolders ignored;
+        return list(ignored);
+    }
 
     // The folders whose changes may change the list, whether they exist or not.
     [[nodiscard]] virtual QStringList watchedFolders() const = 0;
@@ -31,7 +38,9 @@ public:
 
 class NullRegisteredApplications final : public RegisteredApplications {
 public:
-    [[nodiscard]] std::vector<RegisteredApplication> list() const override { return {}; }
+    using RegisteredApplications::list;
+
+    [[nodiscard]] std::vector<RegisteredApplication> list(ScannedFolders&) const override { return {}; }
     [[nodiscard]] QStringList watchedFolders() const override { return {}; }
 };
 

@@ -61,7 +61,7 @@ public:
         ScreenCapture& screens;
         std::shared_ptr<const Backdrop> firstBackdrop; // null: there is none
         MotionPreference& motion;
-        std::function<std::vector<AppInfo>()> scan;
+        std::function<ScanResult()> scan;
         std::function<void()> prepareOpening; // called once the launcher is on the screen
         std::function<void()> retryIcons;
         Preparations prepared;

@@ -73,7 +73,7 @@ constexpr double longestHold = 1.0;
 // before.
 struct Reading {
     Preparations prepared;
-    std::optional<std::vector<AppInfo>> firstScan;
+    std::optional<ScanResult> firstScan;
 };
 
 void carryOut(const desktop::ApplicationRequest& request, AppDelegate& delegate) {

@@ -27,8 +27,16 @@ private:
 class FixedApplications final : public RegisteredApplications {
 public:
     std::vector<RegisteredApplication> applications;
+    ScannedFolders folders; // that the list tells of
 
-    [[nodiscard]] std::vector<RegisteredApplication> list() const override { return applications; }
+    using RegisteredApplications::list;
+
+    [[nodiscard]] std::vector<RegisteredApplication> list(ScannedFolders& scanned) const override {
+        scanned.roots += folders.roots;
+        scanned.missing += folders.missing;
+        scanned.unreadable += folders.unreadable;
+        return applications;
+    }
     [[nodiscard]] QStringList watchedFolders() const override { return {}; }
 };
 

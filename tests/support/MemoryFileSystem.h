@@ -11,6 +11,7 @@ namespace amberquill {
 // Files and folders in memory, listed in the order in which they were made.
 class MemoryFileSystem final : public FileSystem {
 public:
+    using FileSystem::listFolder;
     using FileSystem::readFile;
     using FileSystem::writeAtomically;
 
@@ -36,11 +37,16 @@ public:
     [[nodiscard]] int writes() const { return writes_; }
     [[nodiscard]] int refusedWrites() const { return refusedWrites_; }
 
-    [[nodiscard]] std::optional<std::vector<FolderEntry>> listFolder(const QString& path) const override {
-        if (unreadable_.contains(path) || !folders_.contains(path)) {
-            return std::nullopt;
+    [[nodiscard]] std::optional<std::vector<FolderEntry>> listFolder(const QString& path,
+                                                                     std::error_code& error) const override {
+        if (unreadable_.contains(path)) {
+            error = std::make_error_code(std::errc::permission_denied);
+        } else if (!folders_.contains(path)) {
+            error = std::make_error_code(std::errc::no_such_file_or_directory);
+        } else {
+            return folders_.value(path);
         }
-        return folders_.value(path);
+        return std::nullopt;
     }
 
     [[nodiscard]] QString resolvingSymbolicLinks(const QString& path) const override {

@@ -12,9 +12,10 @@ namespace {
 
 class AppScannerTest : public testing::Test {
 protected:
-    [[nodiscard]] std::vector<AppInfo> scan() const {
+    [[nodiscard]] ScanResult result() const {
         return AppScanner::scan({files_, bundles_, registered_, u"/home/me"_s, ownBundle_});
     }
+    [[nodiscard]] std::vector<AppInfo> scan() const { return result().apps; }
 
     [[nodiscard]] QStringList paths() const {
         QStringList result;
@@ -31,6 +32,22 @@ protected:
 };
 
 } // namespace
+
+TEST_F(AppScannerTest, TheResultTellsWhichFoldersWereMissingAndWhichCouldNotBeRead) {
+    files_.addFolder(u"/Applications/Readable.app"_s);
+    files_.addFolder(u"/Applications/Locked/Hidden.app"_s);
+    files_.makeUnreadable(u"/Applications/Locked"_s);
+    files_.addFolder(u"/home/me/Applications"_s);
+    files_.makeUnreadable(u"/home/me/Applications"_s);
+    registered_.folders = {{u"/usr/share/applications"_s}, {}, {u"/usr/share/applications/kde"_s}};
+    const ScannedFolders folders = result().folders;
+    EXPECT_EQ(folders.roots,
+              AppScanner::searchRoots(u"/home/me"_s) + QStringList{u"/usr/share/applications"_s});
+    EXPECT_EQ(folders.missing,
+              (QStringList{u"/System/Applications"_s, u"/System/Cryptexes/App/System/Applications"_s}));
+    EXPECT_EQ(folders.unreadable, (QStringList{u"/Applications/Locked"_s, u"/home/me/Applications"_s,
+                                               u"/usr/share/applications/kde"_s}));
+}
 
 TEST_F(AppScannerTest, TheRootsAreSearchedInTheirOrder) {
     EXPECT_EQ(AppScanner::searchRoots(u"/home/me"_s),

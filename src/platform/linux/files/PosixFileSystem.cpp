@@ -37,12 +37,15 @@ struct Listed {
 
 } // namespace
 
-std::optional<std::vector<FolderEntry>> PosixFileSystem::listFolder(const QString& path) const {
+std::optional<std::vector<FolderEntry>> PosixFileSystem::listFolder(const QString& path,
+                                                                    std::error_code& error) const {
     if (!isUsablePath(path)) {
+        error = std::make_error_code(std::errc::no_such_file_or_directory);
         return std::nullopt;
     }
     FolderReader folder(openFolder(AT_FDCWD, path.toUtf8().constData()));
     if (!folder.isOpen()) {
+        error = {errno, std::generic_category()};
         return std::nullopt;
     }
     std::vector<Listed> listed;
@@ -58,6 +61,7 @@ std::optional<std::vector<FolderEntry>> PosixFileSystem::listFolder(const QStrin
         }
     }
     if (folder.failed()) {
+        error = std::make_error_code(std::errc::io_error);
         return std::nullopt;
     }
     if (hasHiddenList) {

@@ -11,10 +11,12 @@ namespace amberquill::desktop {
 // a line of its own in the folder's `.hidden` file.
 class PosixFileSystem final : public FileSystem {
 public:
+    using FileSystem::listFolder;
     using FileSystem::readFile;
     using FileSystem::writeAtomically;
 
-    [[nodiscard]] std::optional<std::vector<FolderEntry>> listFolder(const QString& path) const override;
+    [[nodiscard]] std::optional<std::vector<FolderEntry>> listFolder(const QString& path,
+                                                                     std::error_code& error) const override;
     [[nodiscard]] QString resolvingSymbolicLinks(const QString& path) const override;
     [[nodiscard]] QString displayName(const QString& path) const override;
     [[nodiscard]] std::optional<QByteArray> readFile(const QString& path, qint64 limit,

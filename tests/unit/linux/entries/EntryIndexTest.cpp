@@ -25,7 +25,8 @@ protected:
             paths.append(QString::fromStdString(tree_.at(folder).string()));
         }
         std::vector<std::string> lines;
-        for (const IndexedEntry& entry : indexEntries(paths)) {
+        ScannedFolders scanned;
+        for (const IndexedEntry& entry : indexEntries(paths, scanned)) {
             lines.push_back(entry.id.toStdString() + " = " + folders.at(entry.folder) + "/" +
                             entry.file.toStdString());
         }
@@ -43,6 +44,30 @@ using DesktopEntryFolders = EntryIndexTest;
 using Lines = std::vector<std::string>;
 
 } // namespace
+
+TEST_F(DesktopEntryFolders, TheScanIsToldWhichAreMissingAndWhichCouldNotBeRead) {
+    fs::permissions(tree_.at(), fs::perms{0755});
+    touch("a/readable.desktop");
+    touch("a/locked/kate.desktop");
+    touch("locked/kate.desktop");
+    touch("file");
+    const QStringList roots = {tree_.path("a"), tree_.path("missing"), tree_.path("locked"),
+                               tree_.path("file")};
+    for (const char* const folder : {"a/locked", "locked"}) {
+        fs::permissions(tree_.at(folder), fs::perms::none);
+    }
+    ScannedFolders scanned;
+    {
+        const OrdinaryUser user;
+        EXPECT_EQ(indexEntries(roots, scanned).size(), 1U);
+    }
+    for (const char* const folder : {"a/locked", "locked"}) {
+        fs::permissions(tree_.at(folder), fs::perms{0755});
+    }
+    EXPECT_EQ(scanned.roots, roots);
+    EXPECT_EQ(scanned.missing, (QStringList{tree_.path("missing"), tree_.path("file")}));
+    EXPECT_EQ(scanned.unreadable, (QStringList{tree_.path("a/locked"), tree_.path("locked")}));
+}
 
 TEST_F(DesktopEntryIds, TheIdIsThePathBelowTheFolderWithDashes) {
     touch("a/kate.desktop");

@@ -73,7 +73,7 @@ DesktopEntryApplications::DesktopEntryApplications(EntrySettings settings)
     : settings_(std::move(settings))
     , folders_(settings_.dataFolders.below(u"applications")) {}
 
-std::vector<RegisteredApplication> DesktopEntryApplications::list() const {
+std::vector<RegisteredApplication> DesktopEntryApplications::list(ScannedFolders& folders) const {
     std::vector<FileDescriptor> opened;
     for (const QString& folder : folders_) {
         opened.push_back(openFolder(AT_FDCWD, folder.toUtf8().constData()));
@@ -81,7 +81,7 @@ std::vector<RegisteredApplication> DesktopEntryApplications::list() const {
     Listing listing(settings_);
     std::vector<RegisteredApplication> applications;
     QByteArray buffer;
-    for (const IndexedEntry& entry : indexEntries(folders_)) {
+    for (const IndexedEntry& entry : indexEntries(folders_, folders)) {
         const FileDescriptor& folder = opened[entry.folder];
         if (entry.id == ownDesktopId || !folder.isOpen()) {
             continue;

@@ -36,7 +36,8 @@ public:
     explicit DesktopEntryApplications(EntrySettings settings);
 
     // In byte order of the ids.
-    [[nodiscard]] std::vector<RegisteredApplication> list() const override;
+    using RegisteredApplications::list;
+    [[nodiscard]] std::vector<RegisteredApplication> list(ScannedFolders& folders) const override;
 
     // The `applications` folders.
     [[nodiscard]] QStringList watchedFolders() const override;

@@ -2,6 +2,7 @@
 
 #include "platform/linux/files/FolderReader.h"
 
+#include <cerrno>
 #include <fcntl.h>
 #include <map>
 #include <sys/stat.h>
@@ -15,14 +16,26 @@ using FolderKey = std::pair<dev_t, ino_t>;
 
 class FolderWalk {
 public:
-    FolderWalk(std::size_t folder, std::vector<IndexedEntry>& found)
+    FolderWalk(std::size_t folder, const QString& path, std::vector<IndexedEntry>& found,
+               ScannedFolders& scanned)
         : folder_(folder)
-        , found_(found) {}
+        , path_(path)
+        , found_(found)
+        , scanned_(scanned) {}
 
-    // `prefix` is the folder's own path below the root, with a slash at its end, or empty.
-    void enter(FileDescriptor descriptor, const QByteArray& prefix) {
+    void walk() {
+        scanned_.roots.append(path_);
+        enter(AT_FDCWD, path_.toUtf8().constData(), {});
+    }
+
+private:
+    // `prefix` is the folder's own path below the root, with a slash at its end, or empty; `name` is its path
+    // from the open folder `at`.
+    void enter(int at, const char* name, const QByteArray& prefix) {
         struct stat status = {};
+        FileDescriptor descriptor = openFolder(at, name);
         if (!descriptor.isOpen() || ::fstat(descriptor.get(), &status) != 0) {
+            noteFailure(prefix, errno);
             return;
         }
         const FolderKey key(status.st_dev, status.st_ino);
@@ -35,16 +48,24 @@ public:
         if (reader.isOpen()) {
             readNames(reader, prefix);
         }
+        if (!reader.isOpen() || reader.failed()) {
+            noteFailure(prefix, EIO);
+        }
         above_.pop_back();
     }
 
-private:
+    void noteFailure(const QByteArray& prefix, int error) {
+        const QString folder =
+            prefix.isEmpty() ? path_ : path_ + QLatin1Char('/') + QString::fromUtf8(prefix.chopped(1));
+        scanned_.noteFailure(folder, {error, std::generic_category()}, prefix.isEmpty());
+    }
+
     void readNames(FolderReader& reader, const QByteArray& prefix) {
         while (const auto child = reader.next()) {
             const bool isNamedEntry = child->nameView().ends_with(ending);
             const unsigned char type = targetType(reader, *child);
             if (type == DT_DIR && !isNamedEntry && above_.size() <= maximumEntryDepth) {
-                enter(openFolder(reader.descriptor(), child->name), prefix + child->name + '/');
+                enter(reader.descriptor(), child->name, prefix + child->name + '/');
             } else if (type != DT_DIR && type != DT_UNKNOWN && isNamedEntry) {
                 add(prefix.isEmpty() ? QByteArray(child->name) : prefix + child->name);
             }
@@ -76,7 +97,9 @@ private:
     }
 
     std::size_t folder_;
+    QString path_;
     std::vector<IndexedEntry>& found_;
+    ScannedFolders& scanned_;
     std::vector<FolderKey> above_; // the folders being walked, from the root down
     std::map<FolderKey, int> visits_;
 };
@@ -94,11 +117,10 @@ bool comesFirst(const IndexedEntry& left, const IndexedEntry& right) {
 
 } // namespace
 
-std::vector<IndexedEntry> indexEntries(const QStringList& folders) {
+std::vector<IndexedEntry> indexEntries(const QStringList& folders, ScannedFolders& scanned) {
     std::vector<IndexedEntry> found;
     for (qsizetype place = 0; place < folders.size(); ++place) {
-        FolderWalk(static_cast<std::size_t>(place), found)
-            .enter(openFolder(AT_FDCWD, folders[place].toUtf8().constData()), {});
+        FolderWalk(static_cast<std::size_t>(place), folders[place], found, scanned).walk();
     }
     std::sort(found.begin(), found.end(), comesFirst);
     const auto sameId = [](const IndexedEntry& left, const IndexedEntry& right) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ScannedFolders.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -24,8 +26,8 @@ inline constexpr std::size_t maximumIndexedEntries = 1'000'000;
 // nearest to the top, then the first in byte order. Symbolic links are followed, and never back into a
 // folder that is being walked. A link that leads nowhere is not there; a folder is never a file. Anything
 // else that has the ending takes the id, readable or not: a pipe or `/dev/null` in an early folder hides what
-// is in a later one.
-[[nodiscard]] std::vector<IndexedEntry> indexEntries(const QStringList& folders);
+// is in a later one. `scanned` is told of the folders.
+[[nodiscard]] std::vector<IndexedEntry> indexEntries(const QStringList& folders, ScannedFolders& scanned);
 
 // The id of the file at `path`, or none: it is in none of the folders, or not a `.desktop` file. Of the path
 // alone, nothing is looked up.
