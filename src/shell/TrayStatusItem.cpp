@@ -29,11 +29,20 @@ TrayStatusItem::TrayStatusItem(TrayHosts& hosts)
 
 TrayStatusItem::~TrayStatusItem() = default;
 
+// What turns the item off may be its own menu, which goes on working with itself after that.
+template<typename Object>
+void TrayStatusItem::letGo(std::unique_ptr<Object>& object) {
+    if (object != nullptr) {
+        object->disconnect(this);
+        object.release()->deleteLater();
+    }
+}
+
 void TrayStatusItem::setVisible(bool visible) {
     isVisible_ = visible;
     if (!visible) {
-        icon_.reset();
-        menu_.reset();
+        letGo(icon_);
+        letGo(menu_);
         return;
     }
     hosts_.follow([this] {
@@ -45,25 +54,27 @@ void TrayStatusItem::setVisible(bool visible) {
 
 void TrayStatusItem::make() {
     menu_ = std::make_unique<QMenu>();
-    QObject::connect(menu_.get(), &QMenu::aboutToShow, menu_.get(), [this] {
-        menu_->clear();
-        actions_.fillMenu(*menu_);
-    });
-    actions_.fillMenu(*menu_); // a host asks for the entries before it asks to show them
+    connect(menu_.get(), &QMenu::aboutToShow, this, [this] { refill(); });
+    refill(); // a host asks for the entries before it asks to show them
     icon_ = std::make_unique<QSystemTrayIcon>(statusIcon());
     icon_->setToolTip(QStringLiteral("Amberquill"));
     icon_->setContextMenu(menu_.get());
-    QObject::connect(icon_.get(), &QSystemTrayIcon::activated, menu_.get(),
-                     [this](QSystemTrayIcon::ActivationReason reason) {
-                         const bool withControl =
-                             QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier);
-                         if (reason == QSystemTrayIcon::Trigger && !withControl) {
-                             actions_.clicked();
-                         } else if (reason == QSystemTrayIcon::Trigger) {
-                             menu_->popup(icon_->geometry().bottomLeft());
-                         }
-                     });
+    connect(icon_.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+        const bool withControl = QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier);
+        if (reason == QSystemTrayIcon::Trigger && !withControl) {
+            actions_.clicked();
+        } else if (reason == QSystemTrayIcon::Trigger) {
+            menu_->popup(icon_->geometry().bottomLeft());
+        }
+    });
     icon_->show();
+}
+
+void TrayStatusItem::refill() {
+    const auto submenus = menu_->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly);
+    menu_->clear();
+    qDeleteAll(submenus); // the entries that stood for them went with the others
+    actions_.fillMenu(*menu_);
 }
 
 } // namespace amberquill

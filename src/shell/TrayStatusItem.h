@@ -2,6 +2,7 @@
 
 #include "platform/StatusItem.h"
 
+#include <QObject>
 #include <memory>
 
 class QMenu;
@@ -13,7 +14,9 @@ class TrayHosts;
 
 // The status item in whatever tray the desktop has. Made when it is to be seen and there is a tray: most
 // desktops never need it.
-class TrayStatusItem final : public StatusItem {
+class TrayStatusItem final : public QObject, public StatusItem {
+    Q_OBJECT
+
 public:
     // The trays outlive the item.
     explicit TrayStatusItem(TrayHosts& hosts);
@@ -27,7 +30,10 @@ public:
     [[nodiscard]] bool isVisible() const override { return isVisible_; }
 
 private:
+    template<typename Object>
+    void letGo(std::unique_ptr<Object>& object);
     void make();
+    void refill();
 
     TrayHosts& hosts_;
     bool isVisible_ = false;

@@ -17,6 +17,7 @@ SETTINGS = (
     "Language [Automatic (System)*, English, Italiano, Español, Français, Deutsch, 中文, 日本語], -, Sort by Name, "
     "Reset Layout…, Export Layout…, Import Layout…, Refresh App List, -, Open at Login"
 )
+SWITCH = 56  # the item's own entry in its menu, below the menu's upper edge
 UPDATES = "Check for Updates…, Check for Updates Automatically*"
 MENU = (
     f"Shortcut, -, Show in Dock*, Show in Menu Bar*, Settings [{SETTINGS}], -, About Amberquill, {UPDATES}, -, "
@@ -155,11 +156,11 @@ class Presence(OnX11):
             windows = self.session.run("xwininfo", "-root", "-tree", check=False)
             raise AssertionError(f"{error}; the windows:\n{windows}") from None
 
-    def begin_hidden_with_old_tray(self):
+    def begin_hidden_with_old_tray(self, **settings):
         """Returns the launcher, and the point in the middle of its item."""
         self.write_preferences(showInMenuBar=True)
         _, window = self.begin_old_tray()
-        launcher = self.begin_shown_launcher(self.made, **LOGGED)
+        launcher = self.begin_shown_launcher(self.made, **{**LOGGED, **settings})
         self.act("hide")
         self.expect_hidden()
         item = self.expect_item_in(window)
@@ -191,6 +192,28 @@ class Presence(OnX11):
         self.session.click(*middle)
         self.expect_shown()
         self.assertEqual(launcher.terminate(), 0)
+
+    def expect_old_item_turned_off(self, choose):
+        """Turns the item off in its own menu; `choose` is told where the menu is."""
+        # Memory that is let go of is overwritten: a use of it after that is found out.
+        launcher, middle = self.begin_hidden_with_old_tray(MALLOC_PERTURB_="165")
+        # Qt closes menus when it takes the focus for lost.
+        launcher.expect(FOCUS_IS_LOST)
+        alone = self.other_windows(launcher)
+        self.session.click(*middle, button=3)
+        menu = until(lambda: self.other_windows(launcher) - alone, "the menu").pop()
+        choose(until(lambda: self.session.geometry(menu), "its place"))
+        until(lambda: not self.other_windows(launcher), "the end of the menu and of the item")
+        self.session.press("ctrl+alt+space")
+        self.expect_shown()
+        self.assertEqual(launcher.terminate(), 0)
+
+    def test_an_item_in_a_tray_of_the_older_kind_is_turned_off_in_its_own_menu_by_keys(self):
+        # After the entry of the keys and that of the task bar.
+        self.expect_old_item_turned_off(lambda _: self.session.press("Down", "Down", "Down", "Return"))
+
+    def test_an_item_in_a_tray_of_the_older_kind_is_turned_off_in_its_own_menu_by_a_click(self):
+        self.expect_old_item_turned_off(lambda menu: self.session.click(menu.x + 60, menu.y + SWITCH))
 
     def test_a_tray_beside_the_launcher_shows_its_menu_and_leaves_it_up(self):
         left, right = self.session.split_into_monitors()
