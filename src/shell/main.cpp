@@ -146,7 +146,7 @@ int main(int argc, char* argv[]) {
     const desktop::QtSystemLanguages languages;
     L::setSystemLanguages(&languages);
     L::loadLanguage(preferences);
-    FrameworkLanguage frameworks(preferences);
+    FrameworkLanguage frameworks(preferences, languages);
     frameworks.apply(L::language());
 
     const auto windows = desktop::makeWindowSystem();

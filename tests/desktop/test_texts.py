@@ -214,6 +214,21 @@ class TextsOnTheScreen(ReadAloud):
         self.expect_end_of_dialogs(launcher)
         self.end_launcher(launcher)
 
+    def expect_cancel(self, languages, title, cancel):
+        """What Qt's own button says in a session of these languages."""
+        launcher = self.begin_shown_launcher(self.made, LANGUAGE=languages)
+        self.choose(self.EXPORT)
+        self.expect_file_dialog(title)
+        buttons = [each["name"] for each in self.objects_in("dialog", title) if each["role"] == "push button"]
+        self.assertIn(cancel, buttons)
+        self.session.press("Escape")
+        self.expect_end_of_dialogs(launcher)
+        self.end_launcher(launcher)
+
+    def test_qts_own_follow_the_first_of_the_systems_languages_that_the_launcher_speaks(self):
+        self.expect_cancel("pt_BR:fr_FR", FRENCH.export, "Annuler")
+        self.expect_cancel("pl_PL", "Export Layout", "Cancel")
+
     def test_in_german(self):
         self.expect_texts("de", GERMAN)
 

@@ -1,8 +1,10 @@
 #include "localization/FrameworkLanguage.h"
 
+#include "support/FixedSystemLanguages.h"
 #include "support/MemoryPreferences.h"
 
 #include <QCoreApplication>
+#include <QKeySequence>
 #include <QLocale>
 #include <gtest/gtest.h>
 #include <map>
@@ -21,13 +23,17 @@ protected:
         QLocale::setDefault(QLocale::system());
     }
 
+    // The name of a key in menus.
+    static QString spaceBar() { return QKeySequence(Qt::Key_Space).toString(QKeySequence::NativeText); }
+
     // What Qt's own dialogs write on a button.
     static QString cancelButton() { return QCoreApplication::translate("QPlatformTheme", "Cancel"); }
 
     int argumentCount_ = 0;
     QCoreApplication application_{argumentCount_, nullptr};
     MemoryPreferences preferences_;
-    FrameworkLanguage frameworks_{preferences_};
+    FixedSystemLanguages system_{{u"de-CH"_s}};
+    FrameworkLanguage frameworks_{preferences_, system_};
 };
 
 } // namespace
@@ -61,18 +67,38 @@ TEST_F(FrameworkLanguageTest, TheChoiceIsKeptForAsLongAsThereIsOne) {
 }
 
 TEST_F(FrameworkLanguageTest, FollowingTheSystemGoesBackToItsLocale) {
+    frameworks_.apply(AppLanguage::French);
     frameworks_.apply(AppLanguage::System);
-    const QString systems = cancelButton();
-    frameworks_.apply(systems == u"Annuler"_s ? AppLanguage::German : AppLanguage::French);
-    EXPECT_NE(cancelButton(), systems);
-    EXPECT_NE(QLocale(), QLocale::system());
-    frameworks_.apply(AppLanguage::System);
-    EXPECT_EQ(cancelButton(), systems);
+    EXPECT_EQ(cancelButton(), u"Abbrechen"_s);
     EXPECT_EQ(QLocale(), QLocale::system());
+    EXPECT_EQ(QLocale().territory(), QLocale::Switzerland);
+}
+
+TEST_F(FrameworkLanguageTest, FollowingTheSystemQtSpeaksTheLanguageThatTheInterfaceSpeaks) {
+    system_.setPreferred({u"pt-BR"_s, u"fr-FR"_s});
+    frameworks_.apply(AppLanguage::System);
+    EXPECT_EQ(cancelButton(), u"Annuler"_s);
+    EXPECT_EQ(spaceBar(), u"Espace"_s);
+    EXPECT_EQ(QLocale().language(), QLocale::French);
+}
+
+TEST_F(FrameworkLanguageTest, OfALanguageThatTheInterfaceDoesNotSpeakNothingIsSeen) {
+    system_.setPreferred({u"pl-PL"_s});
+    frameworks_.apply(AppLanguage::System);
+    EXPECT_EQ(cancelButton(), u"Cancel"_s);
+    EXPECT_EQ(spaceBar(), u"Space"_s);
+    EXPECT_EQ(QLocale().language(), QLocale::English);
+}
+
+TEST_F(FrameworkLanguageTest, FollowingASystemInTraditionalChineseQtSpeaksTheSimplifiedOne) {
+    system_.setPreferred({u"zh-Hant-TW"_s});
+    frameworks_.apply(AppLanguage::System);
+    EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Save"), u"保存"_s);
+    EXPECT_EQ(QLocale().script(), QLocale::SimplifiedHanScript);
 }
 
 TEST_F(FrameworkLanguageTest, WithoutQtsTranslationsItsTextsStayEnglish) {
-    FrameworkLanguage frameworks(preferences_, u"/nowhere"_s);
+    FrameworkLanguage frameworks(preferences_, system_, u"/nowhere"_s);
     frameworks.apply(AppLanguage::German);
     EXPECT_EQ(cancelButton(), u"Cancel"_s);
     EXPECT_EQ(QLocale().language(), QLocale::German);
@@ -80,7 +106,7 @@ TEST_F(FrameworkLanguageTest, WithoutQtsTranslationsItsTextsStayEnglish) {
 
 TEST_F(FrameworkLanguageTest, NothingIsLeftBehindWhenItGoes) {
     {
-        FrameworkLanguage frameworks(preferences_);
+        FrameworkLanguage frameworks(preferences_, system_);
         frameworks.apply(AppLanguage::German);
         ASSERT_EQ(cancelButton(), u"Abbrechen"_s);
     }

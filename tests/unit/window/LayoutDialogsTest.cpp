@@ -2,6 +2,7 @@
 
 #include "localization/FrameworkLanguage.h"
 #include "localization/L.h"
+#include "platform/SystemLanguages.h"
 #include "support/ModelFixture.h"
 #include "window/ApplicationIcon.h"
 
@@ -166,7 +167,8 @@ TEST_F(LayoutDialogsTest, AFileThatMayNotBeReadIsSaidInTheInterfaceLanguage) {
         {AppLanguage::Japanese, u"locked.json: 許可されていません"_s},
         {AppLanguage::English, u"locked.json: Permission denied"_s},
     };
-    FrameworkLanguage frameworks(preferences_);
+    const NullSystemLanguages system;
+    FrameworkLanguage frameworks(preferences_, system);
     for (const auto& [language, said] : words) {
         L::setLanguage(language);
         frameworks.apply(language);

@@ -1,0 +1,10 @@
+#include <QtGlobal>
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv) {
+    // A system of one country, whoever runs the tests.
+    qputenv("LC_ALL", "de_CH.UTF-8");
+    qunsetenv("LANGUAGE");
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
