@@ -1,6 +1,7 @@
 #include "platform/linux/applications/icons/IconFolder.h"
 
 #include "IconFiles.h"
+#include "support/UnknownEntryTypes.h"
 
 #include <gtest/gtest.h>
 
@@ -44,6 +45,17 @@ TEST_P(IconFolderTest, FoldersAreNoIconsAndLinksAre) {
     auto icons = folder();
     EXPECT_TRUE(icons.endings("a").isEmpty());
     EXPECT_EQ(icons.endings("b"), IconEndings{IconEnding::Svg});
+}
+
+TEST_P(IconFolderTest, WhereTheFileSystemDoesNotTellFoldersAreNoIconsEither) {
+    files_.makeFolder("icons/a.png");
+    files_.write("icons/b.png", "x");
+    files_.link("icons/c.png", "b.png");
+    const UnknownEntryTypes types;
+    auto icons = folder();
+    EXPECT_TRUE(icons.endings("a").isEmpty());
+    EXPECT_FALSE(icons.endings("b").isEmpty());
+    EXPECT_FALSE(icons.endings("c").isEmpty());
 }
 
 TEST_P(IconFolderTest, AMissingFolderIsAnEmptyOne) {

@@ -85,7 +85,7 @@ void IconFolder::read() {
         return;
     }
     while (const auto child = reader.next()) {
-        if (child->type != DT_REG && child->type != DT_LNK && child->type != DT_UNKNOWN) {
+        if (const auto type = reader.typeOf(*child); type != DT_REG && type != DT_LNK) {
             continue;
         }
         const auto name = child->nameView();

@@ -35,9 +35,8 @@ std::optional<IconThemeCopy> IconThemeCopy::open(const std::string& folder) {
         return std::nullopt;
     }
     while (const auto child = reader.next()) {
-        const auto type = child->type;
-        if ((type == DT_DIR || type == DT_LNK || type == DT_UNKNOWN) &&
-            copy.names_.size() < maximumCopiedNames) {
+        const auto type = reader.typeOf(*child);
+        if ((type == DT_DIR || type == DT_LNK) && copy.names_.size() < maximumCopiedNames) {
             copy.names_.emplace(child->nameView());
         }
     }
