@@ -2,6 +2,7 @@
 
 #include "support/OrdinaryUser.h"
 #include "support/TemporaryTree.h"
+#include "support/UnknownEntryTypes.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -165,6 +166,18 @@ TEST_F(DesktopEntryFolders, LinksToFilesAndFoldersAreFollowed) {
     tree_.link("a/sub", tree_.at("more"));
     EXPECT_EQ(index({"a"}),
               (Lines{"linked.desktop = a/linked.desktop", "sub-other.desktop = a/sub/other.desktop"}));
+}
+
+TEST_F(DesktopEntryFolders, WhereTheFileSystemDoesNotTellEntriesFoldersAndLinksAreFoundAllTheSame) {
+    touch("elsewhere/c.desktop");
+    touch("a/a.desktop");
+    touch("a/sub/b.desktop");
+    tree_.link("a/link", tree_.at("elsewhere"));
+    tree_.link("a/nowhere.desktop", tree_.at("missing"));
+    tree_.makeFolder("a/folder.desktop");
+    const UnknownEntryTypes types;
+    EXPECT_EQ(index({"a"}), (Lines{"a.desktop = a/a.desktop", "link-c.desktop = a/link/c.desktop",
+                                   "sub-b.desktop = a/sub/b.desktop"}));
 }
 
 TEST_F(DesktopEntryFolders, ADanglingLinkIsNotThereAndHidesNothing) {

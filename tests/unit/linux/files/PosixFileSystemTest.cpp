@@ -2,6 +2,7 @@
 
 #include "support/OrdinaryUser.h"
 #include "support/TemporaryTree.h"
+#include "support/UnknownEntryTypes.h"
 #include "support/WaitUntil.h"
 
 #include <atomic>
@@ -81,6 +82,14 @@ TEST_F(ListFolder, ARealFolderIsADirectoryAndALinkToOneIsNot) {
     tree_.link("link", "folder");
     tree_.link("nowhere", "missing");
     EXPECT_EQ(listed(tree_.path()), (QStringList{u"file"_s, u"folder/"_s, u"link"_s, u"nowhere"_s}));
+}
+
+TEST_F(ListFolder, WhereTheFileSystemDoesNotTellALinkToAFolderIsStillNoDirectory) {
+    tree_.makeFolder("folder");
+    tree_.write("file", {});
+    tree_.link("link", "folder");
+    const UnknownEntryTypes types;
+    EXPECT_EQ(listed(tree_.path()), (QStringList{u"file"_s, u"folder/"_s, u"link"_s}));
 }
 
 TEST_F(ListFolder, ALeadingDotHides) {

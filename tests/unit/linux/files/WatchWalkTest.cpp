@@ -1,6 +1,7 @@
 #include "platform/linux/files/WatchWalk.h"
 
 #include "support/TemporaryTree.h"
+#include "support/UnknownEntryTypes.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -59,6 +60,15 @@ TEST_F(WatchFolders, LinksBelowARootAreNotFollowed) {
     tree_.makeFolder("root/own");
     tree_.link("root/link", tree_.at("elsewhere"));
     tree_.link("root/own/loop", "..");
+    EXPECT_EQ(belowRoots(walk({"root"})), 2);
+}
+
+TEST_F(WatchFolders, WhereTheFileSystemDoesNotTellFoldersAreEnteredAndLinksAreNot) {
+    tree_.makeFolder("elsewhere/deep");
+    tree_.makeFolder("root/own");
+    tree_.write("root/file", {});
+    tree_.link("root/link", tree_.at("elsewhere"));
+    const UnknownEntryTypes types;
     EXPECT_EQ(belowRoots(walk({"root"})), 2);
 }
 
