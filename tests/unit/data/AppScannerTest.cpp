@@ -99,6 +99,13 @@ TEST_F(AppScannerTest, TheLauncherNeverListsItself) {
     EXPECT_EQ(paths(), QStringList{u"/Applications/Other.app"_s});
 }
 
+TEST_F(AppScannerTest, TheLauncherStartedThroughALinkNeverListsItself) {
+    ownBundle_ = u"/opt/current/Amberquill.app"_s;
+    files_.addFolder(u"/Applications/Amberquill.app"_s);
+    files_.addLink(ownBundle_, u"/Applications/Amberquill.app"_s);
+    EXPECT_EQ(paths(), QStringList());
+}
+
 TEST_F(AppScannerTest, AnAppReachedThroughALinkIsListedOnceUnderThePathMetFirst) {
     files_.addLink(u"/Applications/Link.app"_s, u"/System/Applications/Real.app"_s);
     files_.addFolder(u"/System/Applications/Real.app"_s);

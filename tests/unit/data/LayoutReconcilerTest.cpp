@@ -82,6 +82,15 @@ TEST(LayoutReconciler, AMissingAppNeverTakesACopyThatTheLayoutPlacesElsewhere) {
               LaunchItems{app(u"/Applications/X.app"_s)});
 }
 
+TEST(LayoutReconciler, AMissingAppNeverTakesACopyThatAFolderHolds) {
+    const std::vector<AppInfo> installed = {installedAt(u"/Applications/X.app"_s), installedAt(u"/b.app"_s)};
+    EXPECT_EQ(
+        reconcile({app(u"/Volumes/Old/X.app"_s), app(u"/b.app"_s),
+                   LaunchItem::folder({firstId, u"F"_s, {u"/Applications/X.app"_s}})},
+                  installed),
+        (LaunchItems{app(u"/b.app"_s), LaunchItem::folder({firstId, u"F"_s, {u"/Applications/X.app"_s}})}));
+}
+
 TEST(LayoutReconciler, TwoMovedAppsOfOneFileNameTakeTheCopiesInInstalledOrder) {
     EXPECT_EQ(reconcile({app(u"/gone1/X.app"_s), app(u"/gone2/X.app"_s), app(u"/gone3/X.app"_s)},
                         {installedAt(u"/one/X.app"_s), installedAt(u"/two/X.app"_s)}),
