@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QVariant>
+#include <functional>
 
 namespace amberquill {
 
@@ -24,13 +25,21 @@ public:
     }
     [[nodiscard]] bool contains(const QString& key) const { return values_.contains(key); }
 
-    void setInteger(const QString& key, int value) override { values_.insert(key, value); }
-    void setBoolean(const QString& key, bool value) override { values_.insert(key, value); }
-    void setString(const QString& key, const QString& value) override { values_.insert(key, value); }
-    void setStringList(const QString& key, const QStringList& value) override { values_.insert(key, value); }
+    void setInteger(const QString& key, int value) override { store(key, value); }
+    void setBoolean(const QString& key, bool value) override { store(key, value); }
+    void setString(const QString& key, const QString& value) override { store(key, value); }
+    void setStringList(const QString& key, const QStringList& value) override { store(key, value); }
     void remove(const QString& key) override { values_.remove(key); }
 
+    // Called after each value that is stored.
+    std::function<void(const QString& key)> onStored = [](const QString&) {};
+
 private:
+    void store(const QString& key, const QVariant& value) {
+        values_.insert(key, value);
+        onStored(key);
+    }
+
     template<typename Value>
     [[nodiscard]] std::optional<Value> read(const QString& key, QMetaType::Type type) const {
         const QVariant value = values_.value(key);

@@ -106,6 +106,14 @@ TEST_F(LauncherModelLayout, AnExportHoldsTheLayoutTheGridAndTheTime) {
 })");
 }
 
+TEST_F(LauncherModelLayout, AnExportHoldsTheGridInUse) {
+    LauncherModel& model = shownWith(1);
+    model.setGrid(9, 4);
+    const auto file = decodeLayoutFile(model.exportLayoutData());
+    ASSERT_TRUE(file);
+    EXPECT_EQ(std::pair(file->columns, file->rows), std::pair(qint64{9}, qint64{4}));
+}
+
 TEST_F(LauncherModelLayout, OnlyTheExchangeFileIsWrittenFromTheHomeFolder) {
     const QString mine = u"/Users/me/X.app"_s;
     const QString abels = u"/Users/meabel/X.app"_s;
@@ -141,6 +149,14 @@ TEST_F(LauncherModelLayout, AnImportExpandsTheTildesOfEveryPath) {
     EXPECT_EQ(model.items(),
               (LaunchItems{app(u"/Users/ann/B.app"_s),
                            LaunchItem::folder({gamesId, {}, {u"/Users/me/C.app"_s, u"/Users/me/A.app"_s}})}));
+}
+
+TEST_F(LauncherModelLayout, ATildeTellsAppsOfOneFileNameApart) {
+    LauncherModel& model =
+        shownWithItems({}, {{u"/Users/ann/X.app"_s, u"X"_s}, {u"/Users/me/X.app"_s, u"X"_s}});
+    import(fileWith({app(u"~/X.app"_s), LaunchItem::folder({gamesId, {}, { u"~ann/X.app"_s }})}));
+    EXPECT_EQ(model.items(), (LaunchItems{app(u"/Users/me/X.app"_s),
+                                          LaunchItem::folder({gamesId, {}, {u"/Users/ann/X.app"_s}})}));
 }
 
 TEST_F(LauncherModelLayout, AppsThatTheFileDoesNotKnowComeIntoOneNewFolder) {
@@ -224,6 +240,32 @@ TEST_F(LauncherModelLayout, AnythingElseThanALayoutIsRefusedAndNothingHasChanged
     EXPECT_FALSE(model.importLayout(good).has_value());
 }
 
+TEST_F(LauncherModelLayout, ARefusedFileLeavesTheSearch) {
+    LauncherModel& model = shownWith(80);
+    model.setSearchText(u"app"_s);
+    model.goToPage(1);
+    QSignalSpy text(&model, &LauncherModel::searchTextChanged);
+    const auto before = state();
+    expectRefused("[]");
+    expectRefused(fileWith({}).replace("amberquill-layout", "layout"));
+    EXPECT_EQ(state(), before);
+    EXPECT_EQ(text.count(), 0);
+}
+
+TEST_F(LauncherModelLayout, ARefusedFileLeavesTheDragAndWhatItWaitsFor) {
+    LauncherModel& model = shownWith(3);
+    const QPointF tile = model.metrics().cellCenter(0);
+    press(tile);
+    dragTo(tile, model.metrics().cellCenter(1) + QPointF(70, 0));
+    ASSERT_EQ(model.pendingKey(), u"move:1"_s);
+    expectRefused("[]");
+    expectRefused(fileWith({}).replace("amberquill-layout", "layout"));
+    EXPECT_TRUE(model.drag().has_value());
+    EXPECT_EQ(model.pendingKey(), u"move:1"_s);
+    queue_.advance(0.36);
+    EXPECT_EQ(model.items(), (LaunchItems{app(path(2)), app(path(1)), app(path(3))}));
+}
+
 TEST_F(LauncherModelLayout, TheRefusalReadsInTheInterfaceLanguage) {
     EXPECT_EQ(InvalidLayoutFile::errorDescription(), u"The file is not an Amberquill layout."_s);
     L::setLanguage(AppLanguage::German);
@@ -278,10 +320,13 @@ TEST_F(LauncherModelLayout, AReplacedLayoutCarriesItsAnimationAndTheFirstPageTha
     import(fileWith({LaunchItem::folder({gamesId, {}, {}})}, 4, 2));
     EXPECT_EQ(items, motion::replaceLayout);
     EXPECT_EQ(grid, motion::replaceLayout);
+    EXPECT_EQ(page, motion::page);
+    EXPECT_EQ(model.page(), 0);
 
     model.resetLayout();
     items.reset();
     model.goToPage(1);
+    page.reset();
     model.resetLayout();
     EXPECT_EQ(items, motion::replaceLayout);
     EXPECT_EQ(page, motion::page);

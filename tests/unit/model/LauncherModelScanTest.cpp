@@ -82,8 +82,10 @@ TEST_F(LauncherModelScan, BeingShownClearsWhatTheLastShowingLeftAndScans) {
     files_.addFile(layoutPath, encodeItems({LaunchItem::folder(folder)}));
     LauncherModel& model = shownWith(80);
     model.goToPage(1);
+    model.handleScroll({{-40, 0}, true, ScrollEvent::Phase::Changed, false});
     model.openFolder(folder.id);
     press({300, 300});
+    ASSERT_EQ(model.scrollOffset(), -40);
     const int scans = scans_;
     model.willShow();
     EXPECT_FALSE(model.openFolderID().has_value());

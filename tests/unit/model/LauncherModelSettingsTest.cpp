@@ -58,6 +58,15 @@ TEST_F(LauncherModelSettings, ASmallerGridMovesTheViewToTheNewLastPage) {
     EXPECT_EQ(model.displayedPageCount(), 2);
 }
 
+TEST_F(LauncherModelSettings, ColumnsAreSetBeforeRows) {
+    LauncherModel& model = shownWith(80);
+    model.setGrid(5, 4);
+    model.goToPage(3);
+    model.setGrid(9, 2);
+    EXPECT_EQ(model.displayedPageCount(), 5);
+    EXPECT_EQ(model.page(), 2) << "9 × 4 on the way has three pages; 5 × 2 would have had eight";
+}
+
 TEST_F(LauncherModelSettings, AGridIsToldWithThePageInRange) {
     LauncherModel& model = shownWith(80);
     model.goToPage(2);
@@ -115,6 +124,18 @@ TEST_F(LauncherModelSettings, ALanguageIsCurrentStoredAndAppliedBeforeItIsToldOn
     });
     model.setLanguage(AppLanguage::German);
     EXPECT_EQ(steps, (QStringList{u"applied"_s, u"told"_s}));
+}
+
+TEST_F(LauncherModelSettings, ALanguageIsCurrentBeforeItIsStored) {
+    LauncherModel& model = makeModel();
+    std::optional<AppLanguage> current;
+    preferences_.onStored = [&current](const QString& key) {
+        if (key == u"appLanguage"_s) {
+            current = L::language();
+        }
+    };
+    model.setLanguage(AppLanguage::German);
+    EXPECT_EQ(current, AppLanguage::German);
 }
 
 TEST_F(LauncherModelSettings, FollowingTheSystemIsAChoiceThatIsStoredToo) {

@@ -119,13 +119,30 @@ TEST_F(LauncherModelTest, MomentumAndOtherPhasesAreIgnored) {
     EXPECT_EQ(model.page(), 0);
 }
 
-TEST_F(LauncherModelTest, AMayBeginForgetsWhatWasGathered) {
+TEST_F(LauncherModelTest, ABeginningForgetsWhatWasGathered) {
     LauncherModel& model = shownWith(80);
-    model.handleScroll(fingers(ScrollEvent::Phase::Changed, -60));
-    model.handleScroll(fingers(ScrollEvent::Phase::MayBegin));
-    model.handleScroll(fingers(ScrollEvent::Phase::Changed, -60));
+    for (const ScrollEvent::Phase beginning : {ScrollEvent::Phase::MayBegin, ScrollEvent::Phase::Began}) {
+        model.handleScroll(fingers(ScrollEvent::Phase::Changed, -60));
+        model.handleScroll(fingers(beginning));
+        model.handleScroll(fingers(ScrollEvent::Phase::Changed, -60));
+        EXPECT_EQ(model.scrollOffset(), -60);
+        model.handleScroll(fingers(ScrollEvent::Phase::Ended));
+        EXPECT_EQ(model.page(), 0);
+    }
+}
+
+TEST_F(LauncherModelTest, ACancelledSwipeTurnsThePageAsAnEndedOneDoes) {
+    LauncherModel& model = shownWith(80);
+    model.handleScroll(fingers(ScrollEvent::Phase::Began));
+    model.handleScroll(fingers(ScrollEvent::Phase::Changed, -91));
     model.handleScroll(fingers(ScrollEvent::Phase::Cancelled));
-    EXPECT_EQ(model.page(), 0);
+    EXPECT_EQ(model.page(), 1);
+    EXPECT_EQ(model.scrollOffset(), 0);
+    model.handleScroll(fingers(ScrollEvent::Phase::Began));
+    model.handleScroll(fingers(ScrollEvent::Phase::Changed, -90));
+    model.handleScroll(fingers(ScrollEvent::Phase::Cancelled));
+    EXPECT_EQ(model.page(), 1);
+    EXPECT_EQ(model.scrollOffset(), 0);
 }
 
 TEST_F(LauncherModelTest, AnAppIsNamedByTheScanAndAFolderByItself) {

@@ -72,6 +72,16 @@ TEST(Swipe, AVerticalOneTurnsBeyondSixty) {
     EXPECT_EQ(turns.end(1), 0);
 }
 
+TEST(Swipe, OneAsFarDownAsAcrossIsHorizontal) {
+    PageTurns turns;
+    turns.begin();
+    EXPECT_EQ(turns.move({-70, -70}, 1, 3), -70);
+    EXPECT_EQ(turns.end(1), 1) << "the vertical threshold is passed, the horizontal one is not";
+    turns.begin();
+    EXPECT_EQ(turns.move({-91, 91}, 1, 3), -91);
+    EXPECT_EQ(turns.end(1), 2);
+}
+
 TEST(Swipe, ThePagesFollowAHorizontalOneOnly) {
     PageTurns turns;
     turns.begin();
