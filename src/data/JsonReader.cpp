@@ -170,7 +170,8 @@ QString JsonReader::string() {
         fail();
         return {};
     }
-    return QString::fromUtf16(characters_.data(), static_cast<qsizetype>(characters_.size()));
+    // Not fromUtf16, to which the first character may be a byte order mark and no part of the text.
+    return QStringView(characters_).toString();
 }
 
 bool JsonReader::readString() {

@@ -1,5 +1,7 @@
 #include "data/NamesCache.h"
 
+#include "platform/Utf8.h"
+
 #include <QByteArrayView>
 #include <algorithm>
 #include <optional>
@@ -64,7 +66,7 @@ QHash<QString, QString> decodeNames(const QByteArray& content, const QString& la
         if (!name) {
             return {};
         }
-        names.insert(QString::fromUtf8(*path), QString::fromUtf8(*name));
+        names.insert(textOfUtf8(*path), textOfUtf8(*name));
     }
     return rest.isEmpty() ? names : QHash<QString, QString>();
 }

@@ -166,6 +166,17 @@ TEST(JsonReader, AfterAFailureNothingComesAndContainersEnd) {
     EXPECT_FALSE(reader.isAtEnd());
 }
 
+TEST(JsonReader, AByteOrderMarkInAStringIsACharacterAsAnyOther) {
+    EXPECT_EQ(text("\"\xEF\xBB\xBF"
+                   "Games\""),
+              QChar(0xFEFF) + u"Games"_s);
+    EXPECT_EQ(text("\"\xEF\xBF\xBE"
+                   "Games\""),
+              QChar(0xFFFE) + u"Games"_s);
+    EXPECT_EQ(text("\"\\uFEFF\""), QString(QChar(0xFEFF)));
+    EXPECT_EQ(text("\"\\ufffeGames\""), QChar(0xFFFE) + u"Games"_s);
+}
+
 TEST(JsonReader, AnyTextIsReadBackAsItWasWritten) {
     std::mt19937 random(3);
     for (int round = 0; round < 1000; ++round) {

@@ -62,9 +62,10 @@ std::optional<LayoutFile> decodedWith(const QByteArray& from, const QByteArray& 
 }
 
 QString randomText(std::mt19937& random) {
-    static const QStringList parts = {u"a"_s,      u"/"_s, u"\""_s, u"\\"_s, u"é"_s,        u"日本"_s,
-                                      u"🙂"_s,   u" "_s, u"\n"_s, u"~"_s,  u"\u0000"_s,   u"\u001f"_s,
-                                      u"\u2028"_s, u":"_s, u","_s,  u"}"_s,  QChar(0xD83D), u"\u007f"_s};
+    static const QStringList parts = {u"a"_s,      u"/"_s,        u"\""_s,     u"\\"_s,     u"é"_s,
+                                      u"日本"_s,   u"🙂"_s,     u" "_s,      u"\n"_s,     u"~"_s,
+                                      u"\u0000"_s, u"\u001f"_s,   u"\u2028"_s, u":"_s,      u","_s,
+                                      u"}"_s,      QChar(0xD83D), u"\u007f"_s, u"\uFEFF"_s, QChar(0xFFFE)};
     QString text;
     for (auto length = random() % 10; length > 0; --length) {
         text += parts[static_cast<qsizetype>(random() % static_cast<unsigned long>(parts.size()))];

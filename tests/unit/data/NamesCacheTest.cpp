@@ -18,6 +18,11 @@ TEST(NamesCache, WhatIsWrittenIsReadBack) {
     EXPECT_TRUE(names.contains(u"/b.app"_s));
 }
 
+TEST(NamesCache, AByteOrderMarkIsACharacterOfANameAsAnyOther) {
+    const QString name = QChar(0xFEFF) + u"Games"_s;
+    EXPECT_EQ(decodeNames(encodeNames(u"de_DE"_s, {{u"/a"_s, name}}), u"de_DE"_s).value(u"/a"_s), name);
+}
+
 TEST(NamesCache, NamesInAnotherLanguageAreNotUsed) {
     EXPECT_TRUE(decodeNames(encodeNames(u"de_DE"_s, apps), u"en_US"_s).isEmpty());
 }

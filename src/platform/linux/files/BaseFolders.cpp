@@ -1,6 +1,6 @@
 #include "platform/linux/files/BaseFolders.h"
 
-#include "platform/linux/files/Utf8.h"
+#include "platform/Utf8.h"
 #include <pwd.h>
 #include <unistd.h>
 #include <vector>

@@ -1,9 +1,9 @@
 #include "platform/linux/files/PosixFileSystem.h"
 
+#include "platform/Utf8.h"
 #include "platform/linux/files/AtomicWriter.h"
 #include "platform/linux/files/FolderReader.h"
 #include "platform/linux/files/RegularFile.h"
-#include "platform/linux/files/Utf8.h"
 
 #include <QSet>
 #include <cerrno>

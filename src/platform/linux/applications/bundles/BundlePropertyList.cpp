@@ -1,9 +1,9 @@
 #include "platform/linux/applications/bundles/BundlePropertyList.h"
 
+#include "platform/Utf8.h"
 #include "platform/linux/applications/bundles/PropertyListGuard.h"
 #include "platform/linux/files/BaseFolders.h"
 #include "platform/linux/files/RegularFile.h"
-#include "platform/linux/files/Utf8.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,12 +1,12 @@
 #include "platform/linux/applications/entries/DesktopEntryApplications.h"
 
+#include "platform/Utf8.h"
 #include "platform/linux/applications/entries/EntryIndex.h"
 #include "platform/linux/applications/entries/EntryTokens.h"
 #include "platform/linux/applications/entries/ProgramLookup.h"
 #include "platform/linux/files/BaseFolders.h"
 #include "platform/linux/files/FolderReader.h"
 #include "platform/linux/files/RegularFile.h"
-#include "platform/linux/files/Utf8.h"
 
 #include <QLoggingCategory>
 #include <fcntl.h>

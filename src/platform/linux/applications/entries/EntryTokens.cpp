@@ -1,7 +1,7 @@
 #include "platform/linux/applications/entries/EntryTokens.h"
 
+#include "platform/Utf8.h"
 #include "platform/linux/applications/entries/DesktopEntry.h"
-#include "platform/linux/files/Utf8.h"
 
 #include <cstring>
 #include <limits>

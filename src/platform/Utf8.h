@@ -3,7 +3,7 @@
 #include <QByteArrayView>
 #include <QString>
 
-namespace amberquill::desktop {
+namespace amberquill {
 
 // The text of bytes that are valid UTF-8, all of it: a byte order mark at the start, which Qt takes for none
 // of the text, is a letter of a file's name as any other, and without it the path leads nowhere.
@@ -15,4 +15,4 @@ namespace amberquill::desktop {
     return text;
 }
 
-} // namespace amberquill::desktop
+} // namespace amberquill
