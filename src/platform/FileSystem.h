@@ -13,6 +13,12 @@ struct FolderEntry {
     bool isDirectory = false; // a real directory; a symbolic link to one is not
 };
 
+// Who may read a file that did not exist before.
+enum class NewFile {
+    UserOnly,
+    ByUmask, // whom the user's umask lets
+};
+
 // What a path leads to when symbolic links are followed. A link to nothing is missing. Unknown: it cannot be
 // told, as where a folder on the way may not be entered.
 enum class FileKind { Missing, Regular, Other, Unknown };
@@ -55,11 +61,13 @@ public:
     [[nodiscard]] virtual std::optional<qint64> fileSize(const QString& path) const = 0;
 
     // Replaces the file's content as one step: a reader, or a crash, sees the old content or the new one,
-    // never a part. Missing folders are made. A symbolic link stays one: what it points to is replaced.
-    virtual bool writeAtomically(const QString& path, const QByteArray& content, std::error_code& error) = 0;
+    // never a part. Missing folders are made. A symbolic link stays one: what it points to is replaced. A
+    // file that is there keeps its mode.
+    virtual bool writeAtomically(const QString& path, const QByteArray& content, NewFile newFile,
+                                 std::error_code& error) = 0;
     bool writeAtomically(const QString& path, const QByteArray& content) {
         std::error_code ignored;
-        return writeAtomically(path, content, ignored);
+        return writeAtomically(path, content, NewFile::UserOnly, ignored);
     }
 
     // Renames a regular file to a free name beside it, so that a new one can take its place and nothing is
@@ -93,7 +101,7 @@ public:
     }
     [[nodiscard]] FileKind kind(const QString&) const override { return FileKind::Missing; }
     [[nodiscard]] std::optional<qint64> fileSize(const QString&) const override { return std::nullopt; }
-    bool writeAtomically(const QString&, const QByteArray&, std::error_code& error) override {
+    bool writeAtomically(const QString&, const QByteArray&, NewFile, std::error_code& error) override {
         error = std::make_error_code(std::errc::no_such_file_or_directory);
         return false;
     }

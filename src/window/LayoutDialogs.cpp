@@ -90,7 +90,7 @@ void LayoutDialogs::exportLayout() {
 
 void LayoutDialogs::writeTo(const QString& path) {
     std::error_code error;
-    if (!services_.files.writeAtomically(path, services_.model.exportLayoutData(), error)) {
+    if (!services_.files.writeAtomically(path, services_.model.exportLayoutData(), NewFile::ByUmask, error)) {
         showError(L::exportFailed(), failure(path, error));
     }
 }

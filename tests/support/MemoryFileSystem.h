@@ -34,6 +34,9 @@ public:
         return found == files_.constEnd() ? std::nullopt : std::optional(*found);
     }
     [[nodiscard]] QStringList paths() const { return files_.keys(); }
+    [[nodiscard]] bool isReadableByOthers(const QString& path) const {
+        return readableByOthers_.contains(path);
+    }
     [[nodiscard]] int writes() const { return writes_; }
     [[nodiscard]] int refusedWrites() const { return refusedWrites_; }
 
@@ -84,7 +87,8 @@ public:
         return content ? std::optional<qint64>(content->size()) : std::nullopt;
     }
 
-    bool writeAtomically(const QString& path, const QByteArray& content, std::error_code& error) override {
+    bool writeAtomically(const QString& path, const QByteArray& content, NewFile newFile,
+                         std::error_code& error) override {
         if (folders_.contains(path)) {
             error = std::make_error_code(std::errc::is_a_directory);
             return false;
@@ -95,6 +99,9 @@ public:
             return false;
         }
         ++writes_;
+        if (newFile == NewFile::ByUmask) {
+            readableByOthers_.insert(path);
+        }
         files_.insert(path, content);
         return true;
     }
@@ -127,6 +134,7 @@ private:
     QHash<QString, QString> links_;
     QHash<QString, QString> names_;
     QSet<QString> unreadable_;
+    QSet<QString> readableByOthers_;
     bool refuseWrites_ = false;
     bool refuseSettingAside_ = false;
     int writes_ = 0;

@@ -114,6 +114,7 @@ TEST_F(LayoutDialogsTest, AnExportIsWrittenWhereItWasAskedFor) {
     const auto written = files_.file(u"/desktop/layout.json"_s);
     ASSERT_TRUE(written);
     EXPECT_TRUE(written->contains("amberquill-layout"));
+    EXPECT_TRUE(files_.isReadableByOthers(u"/desktop/layout.json"_s)) << "as far as the umask lets";
 }
 
 TEST_F(LayoutDialogsTest, AnExportThatCannotBeWrittenIsSaid) {

@@ -2,6 +2,7 @@
 
 #include "platform/linux/files/FileDescriptor.h"
 #include "platform/linux/files/FolderReader.h"
+#include "platform/linux/files/TemporaryFile.h"
 
 #include <array>
 #include <cerrno>
@@ -17,7 +18,9 @@ namespace amberquill::desktop {
 namespace {
 
 constexpr mode_t folderMode = 0700;
-constexpr int maximumLinks = 40; // as many as the system itself follows
+constexpr mode_t privateMode = 0600;
+constexpr mode_t sharedMode = 0666; // less what the umask takes
+constexpr int maximumLinks = 40;    // as many as the system itself follows
 constexpr int maximumSetAside = 999;
 
 QByteArray folderOf(const QByteArray& path) {
@@ -109,7 +112,7 @@ bool isUsablePath(const QString& path) {
     return path.startsWith(QLatin1Char('/')) && !path.contains(QChar::Null);
 }
 
-std::error_code replaceFile(const QByteArray& path, const QByteArray& content) {
+std::error_code replaceFile(const QByteArray& path, const QByteArray& content, NewFile newFile) {
     const auto target = linkTarget(path);
     if (!target) {
         return std::make_error_code(std::errc::too_many_symbolic_link_levels);
@@ -126,25 +129,22 @@ std::error_code replaceFile(const QByteArray& path, const QByteArray& content) {
     if (!makeFolders(folder)) {
         return lastError();
     }
-    QByteArray temporary = folder + "/.amberquill-XXXXXX";
-    FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
-    if (!file.isOpen()) {
+    // Until it takes the place of a file that others may not read, they cannot read this one either.
+    auto temporary =
+        makeTemporaryFile(folder, newFile == NewFile::ByUmask && !replaces ? sharedMode : privateMode);
+    if (!temporary) {
         return lastError();
     }
+    const int file = temporary->file.get();
     constexpr mode_t permissions = 07777;
-    std::error_code error;
-    if (!writeAll(file.get(), content) ||
-        (replaces && ::fchmod(file.get(), old.st_mode & permissions) != 0) || ::fsync(file.get()) != 0) {
-        error = lastError();
-    }
-    file.close();
-    if (!error && ::rename(temporary.constData(), target->constData()) != 0) {
-        error = lastError();
-    }
-    if (error) {
-        ::unlink(temporary.constData());
+    // It stays open, and so locked, until it has its name.
+    if (!writeAll(file, content) || (replaces && ::fchmod(file, old.st_mode & permissions) != 0) ||
+        ::fsync(file) != 0 || ::rename(temporary->path.constData(), target->constData()) != 0) {
+        const std::error_code error = lastError();
+        ::unlink(temporary->path.constData());
         return error;
     }
+    temporary->file.close();
     flushFolder(folder);
     return {};
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FileSystem.h"
+
 #include <QByteArray>
 #include <QString>
 #include <system_error>
@@ -12,7 +14,8 @@ namespace amberquill::desktop {
 
 // FileSystem::writeAtomically: none, or why it failed. Then nothing has changed, and no temporary file is
 // left.
-[[nodiscard]] std::error_code replaceFile(const QByteArray& path, const QByteArray& content);
+[[nodiscard]] std::error_code replaceFile(const QByteArray& path, const QByteArray& content,
+                                          NewFile newFile = NewFile::UserOnly);
 
 // FileSystem::setAside.
 [[nodiscard]] bool renameToFreeName(const QByteArray& path);

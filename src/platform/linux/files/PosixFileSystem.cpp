@@ -137,10 +137,10 @@ std::optional<qint64> PosixFileSystem::fileSize(const QString& path) const {
     return status.st_size;
 }
 
-bool PosixFileSystem::writeAtomically(const QString& path, const QByteArray& content,
+bool PosixFileSystem::writeAtomically(const QString& path, const QByteArray& content, NewFile newFile,
                                       std::error_code& error) {
     const std::error_code failure = isUsablePath(path)
-                                        ? replaceFile(path.toUtf8(), content)
+                                        ? replaceFile(path.toUtf8(), content, newFile)
                                         : std::make_error_code(std::errc::no_such_file_or_directory);
     if (failure) {
         error = failure;

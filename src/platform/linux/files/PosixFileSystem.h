@@ -25,9 +25,10 @@ public:
     [[nodiscard]] FileKind kind(const QString& path) const override;
     [[nodiscard]] std::optional<qint64> fileSize(const QString& path) const override;
 
-    // New files can be read by the user alone (0600), new folders be entered by the user alone (0700); a file
-    // that is replaced keeps its mode.
-    bool writeAtomically(const QString& path, const QByteArray& content, std::error_code& error) override;
+    // New files have the mode 0600, or 0666 without the umask's bits; new folders can be entered by the user
+    // alone (0700).
+    bool writeAtomically(const QString& path, const QByteArray& content, NewFile newFile,
+                         std::error_code& error) override;
 
     // `layout.json` becomes `layout.json.unreadable-1`, or the next number that is free. Of a symbolic link,
     // what it points to is renamed.

@@ -267,6 +267,26 @@ TEST_F(WriteAtomically, MissingFoldersAreMadeForTheUserAlone) {
     EXPECT_EQ(namesIn(tree_.at("a/b")), QStringList{u"file"_s});
 }
 
+TEST_F(WriteAtomically, AFileForOthersFollowsTheUmask) {
+    for (const auto& [mask, mode] : {std::pair<mode_t, mode_t>{0022, 0644}, {0077, 0600}, {0002, 0664}}) {
+        const QString path = tree_.path("exported");
+        const mode_t before = ::umask(mask);
+        std::error_code error;
+        EXPECT_TRUE(files_.writeAtomically(path, "content", NewFile::ByUmask, error));
+        ::umask(before);
+        EXPECT_EQ(modeOf(tree_.at("exported")), mode);
+        tree_.remove("exported");
+    }
+}
+
+TEST_F(WriteAtomically, AFileForOthersThatIsThereKeepsItsMode) {
+    const QString path = tree_.write("file", "old");
+    fs::permissions(tree_.at("file"), fs::perms{0600});
+    std::error_code error;
+    EXPECT_TRUE(files_.writeAtomically(path, "new", NewFile::ByUmask, error));
+    EXPECT_EQ(modeOf(tree_.at("file")), 0600U);
+}
+
 TEST_F(WriteAtomically, AFileThatIsReplacedKeepsItsMode) {
     const QString path = tree_.write("file", "a longer old content");
     fs::permissions(tree_.at("file"), fs::perms{0644});
@@ -384,7 +404,7 @@ TEST_F(WriteAtomically, TheReasonOfAFailureIsTold) {
     tree_.link("endless", "endless");
     const auto reason = [&](const QString& path) {
         std::error_code error;
-        EXPECT_FALSE(files_.writeAtomically(path, "new", error));
+        EXPECT_FALSE(files_.writeAtomically(path, "new", NewFile::UserOnly, error));
         return error;
     };
     EXPECT_EQ(reason(u"/proc/nowhere/file"_s), std::errc::no_such_file_or_directory);
@@ -398,7 +418,7 @@ TEST_F(WriteAtomically, TheReasonOfAFailureIsTold) {
 
 TEST_F(WriteAtomically, ASuccessLeavesTheReasonAlone) {
     std::error_code error;
-    EXPECT_TRUE(files_.writeAtomically(tree_.path("file"), "new", error));
+    EXPECT_TRUE(files_.writeAtomically(tree_.path("file"), "new", NewFile::UserOnly, error));
     EXPECT_FALSE(error);
 }
 
