@@ -22,6 +22,7 @@
 #include "platform/linux/files/JsonPreferences.h"
 #include "platform/linux/files/PosixFileSystem.h"
 #include "platform/linux/files/QtSystemLanguages.h"
+#include "platform/linux/files/TemporaryFile.h"
 #include "platform/linux/gpu/HardwareGpu.h"
 #include "platform/linux/installation/AppImageInstaller.h"
 #include "platform/linux/motion/LinuxMotionPreference.h"
@@ -40,6 +41,7 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QFileInfo>
 #include <QLocale>
 #include <QQuickWindow>
 #include <QStyleHints>
@@ -75,6 +77,14 @@ struct Reading {
     Preparations prepared;
     std::optional<ScanResult> firstScan;
 };
+
+// What saves of earlier processes left beside these files when they were killed.
+void removeLeftovers(const FileSystem& files, const QStringList& paths) {
+    for (const QString& path : paths) {
+        const QString file = files.resolvingSymbolicLinks(path);
+        desktop::removeLeftoverFiles(QFileInfo(file).path().toUtf8());
+    }
+}
 
 void carryOut(const desktop::ApplicationRequest& request, AppDelegate& delegate) {
     using Kind = desktop::ApplicationRequest::Kind;
@@ -141,8 +151,8 @@ int main(int argc, char* argv[]) {
     // A caret that blinks would wake the processor for as long as the launcher is up.
     QGuiApplication::styleHints()->setCursorFlashTime(0);
 
-    desktop::JsonPreferences preferences(files, locations.configuration +
-                                                    QStringLiteral("/Amberquill/preferences.json"));
+    const QString preferencesPath = locations.configuration + QStringLiteral("/Amberquill/preferences.json");
+    desktop::JsonPreferences preferences(files, preferencesPath);
     const desktop::QtSystemLanguages languages;
     L::setSystemLanguages(&languages);
     L::loadLanguage(preferences);
@@ -191,6 +201,12 @@ int main(int argc, char* argv[]) {
     desktop::PatientConnector shortcutsBus(busAddress, QStringLiteral("shortcuts"), queue);
     desktop::LinuxTrayHosts trayHosts([] { return QDBusConnection::sessionBus(); });
     TrayStatusItem statusItem(trayHosts);
+    const desktop::AutostartLoginItem::Settings autostart{desktop::autostartFolders(environment), program,
+                                                          entrySettings.currentDesktops};
+    const QStringList writtenFiles = {
+        locations.applicationSupport + QStringLiteral("/Amberquill/layout.json"), preferencesPath,
+        locations.caches + QStringLiteral("/Amberquill/names"),
+        autostart.folders.first() + QStringLiteral("/org.amberquill.Amberquill.desktop")};
     AppDelegate delegate(
         {queue,
          files,
@@ -205,9 +221,10 @@ int main(int argc, char* argv[]) {
          std::move(backdrop),
          motion,
          scan,
-         [&opener, &queue] {
+         [&] {
              queue.release();
              opener.prepare();
+             queue.runInBackground([paths = writtenFiles, &files] { removeLeftovers(files, paths); }, [] {});
              queue.postAfter(settledAfter, desktop::trimHeap);
          },
          [&icons] {
@@ -221,9 +238,7 @@ int main(int argc, char* argv[]) {
          AppScanner::searchRoots(locations.home) + registered.watchedFolders(),
          {locations.home, desktop::homeFolderOfUser},
          [&frameworks](AppLanguage chosen) { frameworks.apply(chosen); },
-         std::make_shared<desktop::AutostartLoginItem>(
-             files, desktop::AutostartLoginItem::Settings{desktop::autostartFolders(environment), program,
-                                                          entrySettings.currentDesktops}),
+         std::make_shared<desktop::AutostartLoginItem>(files, autostart),
          desktop::makeGlobalShortcut(
              queue,
              [&](desktop::PatientConnector::Connected then) { shortcutsBus.connect(std::move(then)); }),
