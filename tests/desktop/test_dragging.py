@@ -100,7 +100,10 @@ class Dragging(OnX11):
         # Three applications fill the first three of the panel's four columns, and the panel is in the middle.
         resting = self.session.width / 2 - self.grid.cell_width / 2
         until(lambda: abs((self.place_of(self.made[1]) or (0, 0))[0] - resting) < 4, "the panel at rest")
-        self.session.take(*self.place_of(self.made[1]))
+        resting_place = self.place_of(self.made[1])
+        self.session.take(*resting_place)
+        # It follows the pointer: a drag that only begins outside the panel takes the page's places at once.
+        until(lambda: (self.place_of(self.made[1]) or resting_place)[0] > resting_place[0] + 4, "the drag")
         x, y = self.icon(29)
         # Beside the icon, also while it waits here: upon it, the icon would become its target and stay so further out.
         beside = x + round(self.grid.icon_size * 0.75)
