@@ -1,6 +1,7 @@
 #include "shell/TrayStatusItem.h"
 
 #include "platform/TrayHosts.h"
+#include "window/MenuStyle.h"
 
 #include <QGuiApplication>
 #include <QIcon>
@@ -75,6 +76,7 @@ void TrayStatusItem::refill() {
     menu_->clear();
     qDeleteAll(submenus); // the entries that stood for them went with the others
     actions_.fillMenu(*menu_);
+    MenuStyle::applyTo(*menu_);
 }
 
 } // namespace amberquill

@@ -49,11 +49,7 @@ std::unique_ptr<QMenu> LauncherMenu::make() const {
 
 void LauncherMenu::popUp(QWindow& above, const std::optional<QPoint>& place) {
     menu_ = make();
-    auto* style = new MenuStyle(menu_.get());
-    menu_->setStyle(style);
-    for (QMenu* submenu : menu_->findChildren<QMenu*>()) {
-        submenu->setStyle(style);
-    }
+    MenuStyle::applyTo(*menu_);
     menu_->winId(); // makes the window, whose parent can be told now
     menu_->windowHandle()->setTransientParent(&above);
     menu_->popup(place.value_or(QCursor::pos()));

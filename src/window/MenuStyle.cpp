@@ -1,7 +1,7 @@
 #include "window/MenuStyle.h"
 
+#include <QMenu>
 #include <QPainter>
-#include <QPainterPath>
 #include <QStyleOptionMenuItem>
 
 namespace amberquill {
@@ -10,9 +10,8 @@ namespace {
 
 // In points.
 constexpr int flagWidth = 18;
-constexpr int markRoom = 28;
-constexpr double markSize = 10;
-constexpr double markLine = 1.8;
+constexpr int markRoom = 22;
+constexpr int itemBorder = 1;
 
 // The item when it has a picture and can be checked.
 const QStyleOptionMenuItem* withPictureAndMark(const QStyleOption* option) {
@@ -22,22 +21,21 @@ const QStyleOptionMenuItem* withPictureAndMark(const QStyleOption* option) {
                : nullptr;
 }
 
-void drawMark(QPainter& painter, const QRectF& rect, const QColor& colour) {
-    const QPointF middle(rect.right() - markRoom / 2.0, rect.center().y());
-    QPainterPath mark(middle + QPointF(-markSize / 2, 0));
-    mark.lineTo(middle + QPointF(-markSize / 8, markSize * 0.35));
-    mark.lineTo(middle + QPointF(markSize / 2, -markSize * 0.4));
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(colour, markLine, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.drawPath(mark);
-    painter.restore();
-}
-
 } // namespace
 
 MenuStyle::MenuStyle(QObject* parent) {
     setParent(parent);
+}
+
+void MenuStyle::applyTo(QMenu& menu) {
+    auto* style = menu.findChild<MenuStyle*>(QString(), Qt::FindDirectChildrenOnly);
+    if (style == nullptr) {
+        style = new MenuStyle(&menu);
+        menu.setStyle(style);
+    }
+    for (QMenu* submenu : menu.findChildren<QMenu*>()) {
+        submenu->setStyle(style);
+    }
 }
 
 int MenuStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
@@ -51,14 +49,20 @@ void MenuStyle::drawControl(ControlElement element, const QStyleOption* option, 
         QProxyStyle::drawControl(element, option, painter, widget);
         return;
     }
+    QStyleOptionMenuItem mark = *item;
+    mark.icon = {};
+    mark.text.clear();
+    QProxyStyle::drawControl(element, &mark, painter, widget);
+    // After the mark, everything else, on the same ground.
     QStyleOptionMenuItem unmarked = *item;
     unmarked.checkType = QStyleOptionMenuItem::NotCheckable;
+    const bool isMirrored = item->direction == Qt::RightToLeft;
+    unmarked.rect.adjust(isMirrored ? 0 : markRoom, 0, isMirrored ? -markRoom : 0, 0);
+    const int border = isMirrored ? -itemBorder : itemBorder;
+    painter->save();
+    painter->setClipRect(unmarked.rect.translated(border, 0));
     QProxyStyle::drawControl(element, &unmarked, painter, widget);
-    if (item->checked) {
-        const bool isSelected = item->state.testFlag(State_Selected);
-        drawMark(*painter, item->rect,
-                 item->palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text));
-    }
+    painter->restore();
 }
 
 QSize MenuStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,

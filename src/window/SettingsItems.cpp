@@ -9,6 +9,7 @@
 #include "window/LayoutDialogs.h"
 #include "window/ThemeNames.h"
 
+#include <QActionGroup>
 #include <QIcon>
 #include <QMenu>
 #include <QPixmap>
@@ -27,10 +28,20 @@ ClosureMenuItem& add(QMenu& menu, const QString& title, std::function<void()> ha
     return *item;
 }
 
-void addChecked(QMenu& menu, const QString& title, bool isChecked, std::function<void()> handler) {
+ClosureMenuItem& addChecked(QMenu& menu, const QString& title, bool isChecked,
+                            std::function<void()> handler) {
     ClosureMenuItem& item = add(menu, title, std::move(handler));
     item.setCheckable(true);
     item.setChecked(isChecked);
+    return item;
+}
+
+// Of the menu's entries one is chosen, or none.
+void makeExclusive(QMenu& menu) {
+    auto* group = new QActionGroup(&menu);
+    for (QAction* action : menu.actions()) {
+        group->addAction(action);
+    }
 }
 
 void addGrids(QMenu& menu, LauncherModel& model) {
@@ -41,6 +52,7 @@ void addGrids(QMenu& menu, LauncherModel& model) {
             withAnimation(motion::replaceLayout, [&] { model.setGrid(columns, rows); });
         });
     }
+    makeExclusive(menu);
 }
 
 void addThemes(QMenu& menu, LauncherModel& model) {
@@ -48,15 +60,17 @@ void addThemes(QMenu& menu, LauncherModel& model) {
         addChecked(menu, themeName(theme), theme == model.background(),
                    [&model, theme] { model.setBackground(theme); });
     }
+    makeExclusive(menu);
 }
 
 void addLanguages(QMenu& menu, LauncherModel& model) {
     for (const AppLanguage language : allAppLanguages) {
-        addChecked(menu, languageTitle(language), language == model.language(),
-                   [&model, language] { model.setLanguage(language); });
+        ClosureMenuItem& item = addChecked(menu, languageTitle(language), language == model.language(),
+                                           [&model, language] { model.setLanguage(language); });
         const QImage flag = languageFlag(language, menu.devicePixelRatioF());
-        menu.actions().constLast()->setIcon(QIcon(QPixmap::fromImage(flag)));
+        item.setIcon(QIcon(QPixmap::fromImage(flag)));
     }
+    makeExclusive(menu);
 }
 
 } // namespace

@@ -13,9 +13,9 @@ LOGGED = {"QT_LOGGING_RULES": "qt.quick.focus.debug=true;amberquill.tray.debug=t
 FOCUS_IS_LOST = 'qt.quick.focus: deactivated "Amberquill"'
 TRAY_HOST = Path(__file__).parent / "harness" / "tray_host.py"
 SETTINGS = (
-    "Grid [5 × 4, 6 × 4, 7 × 5*, 8 × 5, 8 × 6, 9 × 6], Background [Blue*, Purple, Green], "
-    "Language [Automatic (System)*, English, Italiano, Español, Français, Deutsch, 中文, 日本語], -, Sort by Name, "
-    "Reset Layout…, Export Layout…, Import Layout…, Refresh App List, -, Open at Login"
+    "Grid [5 × 4○, 6 × 4○, 7 × 5●, 8 × 5○, 8 × 6○, 9 × 6○], Background [Blue●, Purple○, Green○], "
+    "Language [Automatic (System)●, English○, Italiano○, Español○, Français○, Deutsch○, 中文○, 日本語○], -, "
+    "Sort by Name, Reset Layout…, Export Layout…, Import Layout…, Refresh App List, -, Open at Login"
 )
 SWITCH = 56  # the item's own entry in its menu, below the menu's upper edge
 UPDATES = "Check for Updates…, Check for Updates Automatically*"

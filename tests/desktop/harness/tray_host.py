@@ -1,7 +1,7 @@
 """A tray of the tests' own, run as a program: a watcher and host of status notifier items on the session bus.
 
 Says "item" when one registers and "item gone" when its owner leaves. Told by lines on its input:
-"activate" clicks the item, "menu" writes the titles of its menu, nested ones in brackets, and "choose TITLE" chooses
+"activate" clicks the item, "menu" writes the titles of its menu, nested ones in brackets and choices with a circle, and "choose TITLE" chooses
 the entry of that title.
 """
 
@@ -80,7 +80,11 @@ class Host:
             number, properties, children = node
             title = "-" if properties.get("type") == "separator" else properties.get("label", "")
             marks = "" if properties.get("enabled", True) else "!"
-            marks += "*" if properties.get("toggle-state") == 1 else ""
+            chosen = properties.get("toggle-state") == 1
+            if properties.get("toggle-type") == "radio":
+                marks += "●" if chosen else "○"
+            else:
+                marks += "*" if chosen else ""
             return number, title, marks, [entry(child) for child in children]
 
         return path, entry(layout)[3]

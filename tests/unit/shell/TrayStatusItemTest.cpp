@@ -1,6 +1,7 @@
 #include "shell/TrayStatusItem.h"
 
 #include "platform/TrayHosts.h"
+#include "window/MenuStyle.h"
 
 #include <QApplication>
 #include <QMenu>
@@ -62,6 +63,15 @@ TEST_F(TrayStatusItemTest, TurnedOffInItsOwnMenuItIsThereUntilThatHasDoneItsWork
     EXPECT_TRUE(wasThere);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(menus(), QList<QMenu*>());
+}
+
+TEST_F(TrayStatusItemTest, ItsMenuLooksLikeTheLaunchers) {
+    for (int openings = 0; openings < 2; ++openings) {
+        Q_EMIT menu()->aboutToShow();
+        for (const QMenu* each : menus()) {
+            EXPECT_NE(qobject_cast<MenuStyle*>(each->style()), nullptr);
+        }
+    }
 }
 
 TEST_F(TrayStatusItemTest, TheMenuOfEachOpeningTakesThePlaceOfTheOneBefore) {

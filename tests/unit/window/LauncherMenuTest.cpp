@@ -5,6 +5,8 @@
 #include "support/ModelFixture.h"
 #include "window/LayoutDialogs.h"
 
+#include <QActionGroup>
+
 using namespace amberquill;
 using namespace Qt::StringLiterals;
 
@@ -113,6 +115,18 @@ TEST_F(LauncherMenuTest, TheLanguagesAreOfferedWithTheirFlags) {
     EXPECT_EQ(model_->language(), AppLanguage::Italian);
     EXPECT_EQ(checked(submenu(*menu(), 2)), QStringList{u"Italiano"_s});
     EXPECT_EQ(titles(*menu()).constFirst(), L::grid()) << "and the next menu is Italian";
+}
+
+TEST_F(LauncherMenuTest, OfGridsThemesAndLanguagesOneIsChosen) {
+    const auto made = menu();
+    for (int index = 0; index < 3; ++index) {
+        const QList<QAction*> entries = submenu(*made, index).actions();
+        const QActionGroup* group = entries.constFirst()->actionGroup();
+        ASSERT_NE(group, nullptr);
+        EXPECT_TRUE(group->isExclusive());
+        EXPECT_EQ(group->actions(), entries);
+    }
+    EXPECT_EQ(item(*made, L::openAtLogin()).actionGroup(), nullptr);
 }
 
 TEST_F(LauncherMenuTest, ItsEntriesDoWhatTheySay) {
