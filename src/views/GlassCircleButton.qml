@@ -17,7 +17,10 @@ Item {
 
     Accessible.role: Accessible.Button
     Accessible.name: label
-    Accessible.onPressAction: triggered()
+    Accessible.onPressAction: {
+        if (enabled)
+            triggered();
+    }
 
     RoundedShape {
         id: circle

@@ -36,7 +36,10 @@ Item {
     Accessible.ignored: dragged || covered
     Accessible.pressed: pressed
     Accessible.selected: highlighted
-    Accessible.onPressAction: activated(itemId)
+    Accessible.onPressAction: {
+        if (enabled)
+            activated(itemId);
+    }
 
     function snapped(value: double): double {
         const ratio = tiles.devicePixelRatio;

@@ -31,7 +31,10 @@ Row {
             Accessible.name: dots.texts.page(index + 1, dots.count)
             Accessible.selectable: true
             Accessible.selected: index === dots.current
-            Accessible.onPressAction: dots.selected(index)
+            Accessible.onPressAction: {
+                if (enabled)
+                    dots.selected(index);
+            }
 
             RoundedShape {
                 x: Math.round(5 * dots.ratio) / dots.ratio

@@ -104,7 +104,10 @@ Item {
 
         Accessible.role: Accessible.Button
         Accessible.name: capsule.texts.clear
-        Accessible.onPressAction: capsule.launcher.searchText = ""
+        Accessible.onPressAction: {
+            if (enabled)
+                capsule.launcher.searchText = "";
+        }
 
         TapHandler {
             margin: 8

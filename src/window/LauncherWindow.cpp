@@ -91,6 +91,10 @@ void LauncherWindow::setAlpha(double alpha) {
     desktop_.setVisible(alpha < 1);
 }
 
+void LauncherWindow::setTakesInput(bool takes) {
+    rootObject()->setEnabled(takes);
+}
+
 // A window that is put up again has lost what was drawn in it, and Qt's software renderer draws only what has
 // changed since: another colour under everything is such a change.
 void LauncherWindow::showEvent(QShowEvent* event) {

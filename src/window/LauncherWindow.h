@@ -41,6 +41,10 @@ public:
     // How opaque the launcher is as a whole, 0 … 1.
     void setAlpha(double alpha);
 
+    // Whether pointer, touch and assistive technologies reach anything in it. True at first. What was begun
+    // before it was switched off is cancelled.
+    void setTakesInput(bool takes);
+
     // Whether a field has the keyboard focus.
     [[nodiscard]] bool isEditing() const;
 

@@ -58,6 +58,7 @@ void LauncherWindowController::show() {
         services_.model.willShow();
         fade_.jumpTo(0);
     }
+    window_.setTakesInput(true);
     services_.windows.present(window_, screen);
     services_.queue.post([self = QPointer(this)] {
         if (self != nullptr) {
@@ -116,6 +117,8 @@ void LauncherWindowController::hide(const std::optional<QString>& thenOpen) {
     }
     services_.model.willHide();
     window_.endEditing();
+    window_.setTakesInput(false);
+    closeMenus();
     withAnimation(motion::hide, [this] { services_.model.setPresented(false); });
     withAnimation(motion::windowFadeOut, [this] { fade_.setTarget(0); });
     services_.queue.postAfter(motion::windowFadeOut.seconds, [self = QPointer(this), showing = showings_] {
@@ -123,6 +126,15 @@ void LauncherWindowController::hide(const std::optional<QString>& thenOpen) {
             self->fadeEnded();
         }
     });
+}
+
+// Not one of them is left over when what it stood above has gone.
+void LauncherWindowController::closeMenus() {
+    while (QWidget* menu = QApplication::activePopupWidget()) {
+        if (!menu->close()) {
+            return;
+        }
+    }
 }
 
 void LauncherWindowController::showMenu() {
@@ -200,11 +212,19 @@ bool LauncherWindowController::eventFilter(QObject* watched, QEvent* event) {
         // Whoever took it off the screen: no release of the pointer will come.
         services_.model.willHide();
     }
-    if (watched != &window_ || !isShown_) {
+    if (watched == &window_ && event->type() == QEvent::Close) {
+        // Hidden instead of closed. Accepted all the same: whoever quits the program asks its windows first.
+        hide(std::nullopt);
+        return true;
+    }
+    if (watched != &window_) {
         return QObject::eventFilter(watched, event);
     }
-    if (const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
-        QWidget* menu = isKey ? QApplication::activePopupWidget() : nullptr) {
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    if (!isShown_) {
+        return isKey || QObject::eventFilter(watched, event);
+    }
+    if (QWidget* menu = isKey ? QApplication::activePopupWidget() : nullptr) {
         // Typed on before the window system has turned the keys to the menu.
         QCoreApplication::sendEvent(menu, event);
         return true;

@@ -58,7 +58,8 @@ public:
     void show();
 
     // Fades the launcher out and takes it off screen, then opens the application. A show() in the meantime
-    // wins: the window stays and nothing is opened. While hidden, opens at once.
+    // wins: the window stays and nothing is opened. While hidden, opens at once. The window takes no input
+    // from here on until it is shown again.
     void hide(const std::optional<QString>& thenOpen) override;
 
     // What shows the menu above the window: at a place in global points, or at the pointer.
@@ -93,6 +94,7 @@ private:
         bool fadeIsOver = false;
     };
 
+    void closeMenus();
     // Whether the key goes no further.
     bool handleKey(const QKeyEvent& event);
     bool performInstead(KeyAction action);

@@ -218,6 +218,22 @@ class StubbornWindowManager(_Client):
         return asked
 
 
+class Pager(_Client):
+    """Asks the window manager to close windows, as task bars and window overviews do."""
+
+    SUBSTRUCTURE = 1 << 19 | 1 << 20
+
+    def close_window(self, window):
+        event = _Event()
+        message = ctypes.cast(ctypes.byref(event), ctypes.POINTER(_ClientMessage)).contents
+        message.type, message.format, message.window = self.CLIENT_MESSAGE, 32, window
+        message.message = self._atom("_NET_CLOSE_WINDOW")
+        self._x11.XSendEvent(
+            self._connection, self._root, False, ctypes.c_long(self.SUBSTRUCTURE), ctypes.byref(event)
+        )
+        self._x11.XSync(self._connection, False)
+
+
 class StartupListener(_Client):
     """Hears what is told to everybody about programs that start."""
 

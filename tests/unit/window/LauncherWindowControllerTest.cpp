@@ -8,6 +8,7 @@
 #include "support/ModelFixture.h"
 #include "views/BackgroundLayer.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -81,6 +82,16 @@ public:
 
     mutable int areas = 0; // asked for
 };
+
+// The first one below an item, in depth, of which something is so; null: there is none.
+QQuickItem* itemBelow(const QQuickItem* top, const std::function<bool(const QQuickItem&)>& isSo) {
+    for (QQuickItem* child : top->childItems()) {
+        if (QQuickItem* found = isSo(*child) ? child : itemBelow(child, isSo)) {
+            return found;
+        }
+    }
+    return nullptr;
+}
 
 class LauncherWindowControllerTest : public ModelFixture {
 protected:
@@ -182,6 +193,21 @@ TEST_F(LauncherWindowControllerTest, HidingFadesOutAndThenTakesTheWindowAway) {
     EXPECT_EQ(windows_.withdrawn, 1);
     EXPECT_EQ(alpha(), 0);
     EXPECT_TRUE(opener_.opened.isEmpty());
+}
+
+TEST_F(LauncherWindowControllerTest, AskedToCloseItHides) {
+    for (int i = 0; i < 2; ++i) {
+        shower_->show();
+        shower_->window().show();
+        pass(0.5);
+        EXPECT_TRUE(shower_->window().close()) << "whoever quits the program is not held up";
+        EXPECT_FALSE(shower_->isShown());
+        EXPECT_TRUE(shower_->window().isVisible()) << "it fades";
+        shower_->window().close();
+        EXPECT_TRUE(shower_->window().isVisible());
+        pass(0.2);
+        EXPECT_EQ(windows_.withdrawn, i + 1);
+    }
 }
 
 TEST_F(LauncherWindowControllerTest, AnApplicationIsOpenedOnceTheFadeIsOver) {
@@ -360,20 +386,12 @@ protected:
         pass(0.5);
         auto* title = shower_->window().rootObject()->findChild<QQuickItem*>(u"folderTitle"_s);
         if (title == nullptr) { // delegates are no children of what repeats them
-            title = itemBelow(shower_->window().rootObject(), u"folderTitle"_s);
+            title = itemBelow(shower_->window().rootObject(),
+                              [](const QQuickItem& item) { return item.objectName() == u"folderTitle"_s; });
         }
         ASSERT_NE(title, nullptr);
         title->forceActiveFocus();
         ASSERT_EQ(shower_->window().activeFocusItem(), title);
-    }
-
-    static QQuickItem* itemBelow(QQuickItem* top, const QString& name) {
-        for (QQuickItem* child : top->childItems()) {
-            if (QQuickItem* found = child->objectName() == name ? child : itemBelow(child, name)) {
-                return found;
-            }
-        }
-        return nullptr;
     }
 
     [[nodiscard]] QString folderName() const { return model_->items().back().asFolder()->name; }
@@ -611,6 +629,54 @@ TEST_F(LauncherWindowDrag, AWindowTakenFromTheScreenEndsADrag) {
     dragOverThird();
     shower_->window().hide();
     expectNoDrag();
+}
+
+TEST_F(LauncherWindowDrag, WhileItLeavesNoClickIsTakenAndOnceItIsBackTheyAre) {
+    const auto click = [this](int slot) {
+        mouse(QEvent::MouseButtonPress, model_->metrics().cellCenter(slot));
+        mouse(QEvent::MouseButtonRelease, model_->metrics().cellCenter(slot));
+    };
+    click(0);
+    click(0);
+    click(3);
+    pass(0.3);
+    EXPECT_EQ(opener_.opened, QStringList{u"/Applications/1.app token"_s});
+    shower_->show();
+    click(3);
+    pass(0.3);
+    EXPECT_EQ(opener_.opened.size(), 2);
+}
+
+TEST_F(LauncherWindowDrag, WhileItLeavesNothingIsTypedIntoIt) {
+    shower_->window().requestActivate();
+    QCoreApplication::processEvents();
+    const auto* field = shower_->window().rootObject()->findChild<QQuickItem*>(u"searchField"_s);
+    const QPointF place = field->mapToScene(field->boundingRect().center());
+    shower_->hide(std::nullopt);
+    mouse(QEvent::MouseButtonPress, place);
+    mouse(QEvent::MouseButtonRelease, place);
+    key(Qt::Key_A, {}, u"a"_s);
+    EXPECT_EQ(model_->searchText(), QString());
+}
+
+TEST_F(LauncherWindowDrag, WhileItLeavesAssistiveTechnologiesPressNothing) {
+    QQuickItem* tile = itemBelow(shower_->window().rootObject(), [](const QQuickItem& item) {
+        return item.property("itemId").toString() == u"a:/Applications/1.app"_s;
+    });
+    ASSERT_NE(tile, nullptr);
+    const auto press = [tile] {
+        QAccessibleInterface* told = QAccessible::queryAccessibleInterface(tile);
+        ASSERT_TRUE(told != nullptr && told->actionInterface() != nullptr);
+        told->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    };
+    press();
+    press();
+    pass(0.3);
+    EXPECT_EQ(opener_.opened, QStringList{u"/Applications/1.app token"_s});
+    shower_->show();
+    press();
+    pass(0.3);
+    EXPECT_EQ(opener_.opened.size(), 2);
 }
 
 TEST_F(LauncherWindowDrag, AMouseTakenByAnotherItemEndsADrag) {
