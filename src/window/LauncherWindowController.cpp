@@ -47,7 +47,8 @@ void LauncherWindowController::show() {
     if (screen == nullptr) {
         screen = QGuiApplication::primaryScreen();
     }
-    if (screen != nullptr) {
+    if (screen != nullptr && !window_.isVisible()) {
+        // One that is up is moved by the window system, which looks at where it is.
         window_.setScreen(screen);
         window_.setGeometry(screen->geometry());
     }

@@ -1,6 +1,8 @@
 from harness import DesktopTestCase, Geometry, X11Session, until
 from harness.picture import is_near
 from harness.xlib import BellListener, StartupListener
+from launcher.case import WINDOW_CLASS
+from launcher.on_x11 import OnX11
 
 LAUNCHER = "org.amberquill.Probe"
 PANEL = (0, 255, 0)
@@ -353,3 +355,69 @@ class OnScaledMonitors(WindowTestCase):
 
     def test_finds_the_monitor_on_the_edge_at_a_rounded_scale(self):
         self.present_on(799, {"QT_SCREEN_SCALE_FACTORS": "left=1.75;right=1.75"})
+
+
+class TheLauncherOnTwoMonitors(OnX11):
+    window_manager = "openbox"
+
+    def setUp(self):
+        self.begin_session(1600, 600, window_manager=self.window_manager)
+        self.left, self.right = self.session.split_into_monitors()
+        for number in range(1, 9):
+            self.applications.add_entry(f"App {number}", f"e{number}")
+        self.session.move_pointer(400, 300)
+        self.launcher = self.begin_launcher()
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        self.expect_place(self.left)
+
+    def point_at(self, monitor):
+        self.session.move_pointer(monitor.x + 400, 300)
+
+    def expect_place(self, monitor):
+        until(lambda: self.session.geometry(self.window) == monitor, f"it on {monitor}")
+        self.expect_focus()
+
+    def expect_menu(self, monitor):
+        """F10 opens the menu there, and Escape closes it."""
+        self.session.press("F10")
+
+        def menus():
+            places = [self.session.geometry(each) for each in self.other_windows(self.launcher)]
+            return places if places and None not in places else None
+
+        for place in until(menus, "the menu"):
+            self.assertIn(place.x, range(monitor.x, monitor.x + monitor.width))
+        self.session.press("Escape")
+        self.expect_no_other_window(self.launcher)
+        self.expect_focus()
+
+    def test_each_showing_is_on_the_pointers_monitor_and_so_is_the_menu(self):
+        for _ in range(4):
+            for monitor in (self.right, self.left):
+                self.session.press("ctrl+alt+space")
+                self.expect_hidden()
+                self.point_at(monitor)
+                self.session.press("ctrl+alt+space")
+                self.window = self.session.window_of_class(WINDOW_CLASS)
+                self.expect_place(monitor)
+                self.expect_menu(monitor)
+
+    def test_a_showing_while_it_is_up_takes_it_to_the_pointers_monitor_and_so_is_the_menu(self):
+        for _ in range(4):
+            for monitor in (self.right, self.left):
+                self.point_at(monitor)
+                self.act("show")
+                self.expect_place(monitor)
+                self.expect_menu(monitor)
+
+    def test_a_showing_while_it_leaves_takes_it_to_the_pointers_monitor(self):
+        for _ in range(4):
+            for monitor in (self.right, self.left):
+                self.point_at(monitor)
+                self.session.press("Escape", "ctrl+alt+space")
+                self.expect_place(monitor)
+                self.expect_menu(monitor)
+
+
+class TheLauncherOnTwoMonitorsWithoutAWindowManager(TheLauncherOnTwoMonitors):
+    window_manager = None

@@ -181,6 +181,16 @@ TEST_F(LauncherWindowControllerTest, ASecondShowBringsToTheFrontWithoutStartingO
     EXPECT_EQ(scans_, 1);
 }
 
+TEST_F(LauncherWindowControllerTest, AWindowThatIsUpIsMovedByTheWindowSystemAlone) {
+    shower_->show();
+    shower_->window().show();
+    const QRect elsewhere(10, 10, 300, 200);
+    shower_->window().setGeometry(elsewhere);
+    shower_->show();
+    EXPECT_EQ(windows_.presentedOn.size(), 2U);
+    EXPECT_EQ(shower_->window().geometry(), elsewhere);
+}
+
 TEST_F(LauncherWindowControllerTest, HidingFadesOutAndThenTakesTheWindowAway) {
     shower_->show();
     pass(0.5);

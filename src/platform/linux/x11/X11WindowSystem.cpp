@@ -8,6 +8,7 @@
 #include <QScreen>
 #include <array>
 #include <qpa/qplatformscreen.h>
+#include <qpa/qplatformwindow.h>
 #include <span>
 // The time that Qt puts into its requests to the window manager is that of the last event it saw itself.
 // A launcher is shown on behalf of events that others saw, and only this private header can tell Qt of them.
@@ -106,6 +107,7 @@ void X11WindowSystem::present(QWindow& window, QScreen* screen) {
         if (wanted != nullptr) {
             place(window, *wanted);
         }
+        window.installEventFilter(this); // again and again is as once
         window.setVisible(true);
     } else if (wanted != nullptr && window.screen() != wanted) {
         move(window, *wanted);
@@ -197,6 +199,41 @@ void X11WindowSystem::move(QWindow& window, QScreen& screen) {
     window.setScreen(&screen);
     place(window, screen);
     window.setWindowStates(Qt::WindowFullScreen);
+}
+
+bool X11WindowSystem::eventFilter(QObject* watched, QEvent* event) {
+    // It has been mapped; window managers have put it in its place by then.
+    if (event->type() == QEvent::Expose && watched == window_ && window_->isExposed()) {
+        tellPlace(*window_);
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+// Some window managers take a window over into a frame elsewhere, move the frame to where the window wished
+// to be, and say nothing, as the window has got its wish. Qt, which may have asked for the place in between,
+// would open menus there. So it is told as by a window manager.
+void X11WindowSystem::tellPlace(QWindow& window) const {
+    const auto id = handle(window);
+    const XcbReply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
+        connection_, xcb_translate_coordinates(connection_, id, root_, 0, 0), nullptr));
+    const QRect known = window.handle()->geometry();
+    if (!origin || known.topLeft() == QPoint(origin->dst_x, origin->dst_y)) {
+        return;
+    }
+    // An event is sent in 32 bytes, whatever its kind takes of them.
+    union {
+        xcb_configure_notify_event_t event;
+        std::array<char, 32> bytes;
+    } message{};
+    message.event.response_type = XCB_CONFIGURE_NOTIFY;
+    message.event.event = id;
+    message.event.window = id;
+    message.event.x = origin->dst_x;
+    message.event.y = origin->dst_y;
+    message.event.width = static_cast<std::uint16_t>(known.width());
+    message.event.height = static_cast<std::uint16_t>(known.height());
+    xcb_send_event(connection_, 0, id, XCB_EVENT_MASK_STRUCTURE_NOTIFY, message.bytes.data());
+    xcb_flush(connection_);
 }
 
 // Window managers refuse the focus to a window whose user did something later in another one. Whatever the

@@ -31,12 +31,15 @@ public:
     [[nodiscard]] bool nobodyHasFocus() const override;
     void beep() override;
 
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void watch(QScreen* screen) const;
     void keepOnLivingScreen();
     void describe(QWindow& window);
     void place(QWindow& window, QScreen& screen);
     void move(QWindow& window, QScreen& screen);
+    void tellPlace(QWindow& window) const;
     void noteUserTime();
     void giveFocusBack();
 
