@@ -12,6 +12,8 @@ SLOTS = COLUMNS * ROWS
 class Grid:
     width: int
     height: int
+    columns: int = COLUMNS
+    rows: int = ROWS
 
     @property
     def _margin(self):
@@ -19,7 +21,7 @@ class Grid:
 
     @property
     def _cell(self):
-        return (self.width - 2 * self._margin) / COLUMNS, (self.height - 192) / ROWS
+        return (self.width - 2 * self._margin) / self.columns, (self.height - 192) / self.rows
 
     @property
     def cell_width(self):
@@ -36,7 +38,7 @@ class Grid:
 
     def cell_centre(self, slot):
         width, height = self._cell
-        row, column = divmod(slot, COLUMNS)
+        row, column = divmod(slot, self.columns)
         return self._margin + (column + 0.5) * width, 120 + (row + 0.5) * height
 
     def icon_centre(self, slot):
