@@ -123,7 +123,8 @@ void IconCache::request(const Key& key) {
                         if (source == source_) {
                             take(key, image);
                         }
-                    });
+                    },
+                    Lane::Icons);
 }
 
 void IconCache::take(const Key& key, const QImage& image) {

@@ -27,12 +27,15 @@ void LauncherModel::refreshApps() {
         return;
     }
     scanning_ = true;
-    services_.queue.compute(services_.scan, [self = QPointer(this)](const ScanResult& scan) {
-        if (self != nullptr) {
-            self->scanning_ = false;
-            self->applyScan(scan.apps);
-        }
-    });
+    services_.queue.compute(
+        services_.scan,
+        [self = QPointer(this)](const ScanResult& scan) {
+            if (self != nullptr) {
+                self->scanning_ = false;
+                self->applyScan(scan.apps);
+            }
+        },
+        Lane::Scan);
 }
 
 void LauncherModel::applyScan(const std::vector<AppInfo>& installed) {

@@ -1,49 +1,44 @@
 #include "platform/EventLoopQueue.h"
 
+#include "platform/HandedOver.h"
+
 #include <QCoreApplication>
 #include <QEvent>
-#include <QRunnable>
 #include <QThread>
-#include <QThreadPool>
-#include <QTimer>
-#include <atomic>
-#include <chrono>
+#include <algorithm>
 #include <cmath>
 
 namespace amberquill {
 
 namespace {
 
-// Work on its way to another thread. Qt's locks order the hand-over, but Qt is not built for the thread
-// sanitizer: what it sees is this flag.
-class HandedOver {
-public:
-    explicit HandedOver(MainQueue::Work work)
-        : work_(std::move(work)) {
-        isReady_.store(true, std::memory_order_release);
+// However many mounts hang.
+constexpr int mostThreads = 32;
+
+std::size_t indexOf(Lane lane) {
+    return static_cast<std::size_t>(lane);
+}
+
+// As many as there are cores where work takes the processor's time.
+int usualWidth(Lane lane) {
+    constexpr int launches = 4;
+    switch (lane) {
+    case Lane::General:
+    case Lane::Icons:
+        return QThread::idealThreadCount();
+    case Lane::Launch:
+        return launches;
+    case Lane::Scan:
+    case Lane::Save:
+        break;
     }
+    return 1;
+}
 
-    void run() {
-        if (isReady_.load(std::memory_order_acquire)) {
-            work_();
-        }
-    }
-
-private:
-    MainQueue::Work work_;
-    std::atomic<bool> isReady_ = false;
-};
-
-class Task final : public QRunnable {
-public:
-    explicit Task(MainQueue::Work work)
-        : work_(std::move(work)) {}
-
-    void run() override { work_.run(); }
-
-private:
-    HandedOver work_;
-};
+template<std::size_t... Index>
+std::array<BackgroundLane, sizeof...(Index)> makeLanes(std::index_sequence<Index...> /*lanes*/) {
+    return {BackgroundLane({usualWidth(static_cast<Lane>(Index)), mostThreads})...};
+}
 
 class WorkEvent final : public QEvent {
 public:
@@ -64,9 +59,15 @@ private:
 
 } // namespace
 
-EventLoopQueue::~EventLoopQueue() {
-    QThreadPool::globalInstance()->waitForDone();
+EventLoopQueue::EventLoopQueue(double slowdown)
+    : slowdown_(slowdown)
+    , lanes_(makeLanes(std::make_index_sequence<laneCount>()))
+    , flushes_({mostThreads, mostThreads}) {
+    stuckCheck_.setInterval(BackgroundLane::patience);
+    connect(&stuckCheck_, &QTimer::timeout, this, &EventLoopQueue::passStuck);
 }
+
+EventLoopQueue::~EventLoopQueue() = default;
 
 double EventLoopQueue::now() const {
     const std::chrono::duration<double> passed = std::chrono::steady_clock::now().time_since_epoch();
@@ -99,26 +100,66 @@ DelayedWork EventLoopQueue::postAfter(double seconds, Work work) {
 }
 
 void EventLoopQueue::runOneAtATime() {
-    QThreadPool::globalInstance()->setMaxThreadCount(1);
-}
-
-void EventLoopQueue::release() {
-    QThreadPool::globalInstance()->setMaxThreadCount(QThread::idealThreadCount());
-    isHeld_ = false;
-    for (Work& work : std::exchange(held_, {})) {
-        QThreadPool::globalInstance()->start(new Task(std::move(work)));
+    for (BackgroundLane& lane : lanes_) {
+        lane.setWidth(1);
     }
 }
 
-void EventLoopQueue::runInBackground(Work work, Work thenOnMain) {
+void EventLoopQueue::release() {
+    isHeld_ = false;
+    for (std::size_t lane = 0; lane < laneCount; ++lane) {
+        lanes_.at(lane).setWidth(usualWidth(static_cast<Lane>(lane)));
+    }
+    for (Held& held : std::exchange(held_, {})) {
+        run(held.lane, std::move(held.work));
+    }
+}
+
+bool EventLoopQueue::runWithin(std::chrono::milliseconds longest, Work work) {
+    flushes_.start(std::move(work));
+    return flushes_.waitUntil(BackgroundLane::Clock::now() + longest);
+}
+
+bool EventLoopQueue::finish(std::chrono::milliseconds longest) {
+    const auto deadline = BackgroundLane::Clock::now() + longest;
+    held_.clear();
+    flushes_.dropWaiting();
+    for (std::size_t lane = 0; lane < laneCount; ++lane) {
+        lanes_.at(lane).dropWaiting();
+    }
+    return flushes_.waitUntil(deadline) &&
+           std::all_of(lanes_.begin(), lanes_.end(),
+                       [deadline](BackgroundLane& lane) { return lane.waitUntil(deadline); });
+}
+
+void EventLoopQueue::start(Lane lane, Work work, Work thenOnMain) {
     Work task = [this, work = std::move(work), then = std::move(thenOnMain)]() mutable {
         work();
         post(std::move(then));
     };
-    if (isHeld_) {
-        held_.push_back(std::move(task));
+    if (isHeld_ && lane != Lane::Launch) {
+        held_.push_back({lane, std::move(task)});
     } else {
-        QThreadPool::globalInstance()->start(new Task(std::move(task)));
+        run(lane, std::move(task));
+    }
+}
+
+void EventLoopQueue::run(Lane lane, Work task) {
+    BackgroundLane& own = lanes_.at(indexOf(lane));
+    own.start(std::move(task));
+    if (own.isCrowded() && !stuckCheck_.isActive()) {
+        stuckCheck_.start();
+    }
+}
+
+void EventLoopQueue::passStuck() {
+    bool isNeeded = false;
+    for (BackgroundLane& lane : lanes_) {
+        lane.passStuck();
+        isNeeded = isNeeded || lane.isCrowded();
+    }
+    if (!isNeeded) {
+        stuckCheck_.stop();
     }
 }
 

@@ -1,22 +1,25 @@
 #pragma once
 
+#include "platform/BackgroundLane.h"
 #include "platform/MainQueue.h"
 
 #include <QObject>
+#include <QTimer>
+#include <array>
+#include <chrono>
 #include <vector>
 
 namespace amberquill {
 
-// The main queue on Qt's event loop and Qt's thread pool. Made on the main thread, after the application
-// object; it outlives everything that posts to it. Its destruction waits for background work that is under
-// way.
+// The main queue on Qt's event loop, with threads for each lane. Made on the main thread, after the
+// application object; it outlives everything that posts to it. Its destruction waits for background work that
+// is under way, for as long as that takes.
 class EventLoopQueue final : public QObject, public MainQueue {
     Q_OBJECT
 
 public:
     // `slowdown`: how many seconds of the world one of its seconds takes, so that motion can be looked at.
-    explicit EventLoopQueue(double slowdown = 1)
-        : slowdown_(slowdown) {}
+    explicit EventLoopQueue(double slowdown = 1);
     EventLoopQueue(const EventLoopQueue&) = delete;
     EventLoopQueue& operator=(const EventLoopQueue&) = delete;
     ~EventLoopQueue() override;
@@ -25,21 +28,41 @@ public:
     [[nodiscard]] std::chrono::sys_seconds date() const override;
     void post(Work work) override;
     DelayedWork postAfter(double seconds, Work work) override;
-    void runInBackground(Work work, Work thenOnMain) override;
 
-    // While a start is under way the processor is left to it: background work runs one piece at a time, and
-    // after `hold` not at all. `release` makes up for it: from then on as much runs as there are cores.
-    static void runOneAtATime();
+    // While a start is under way the processor is left to it: of each lane's background work one piece runs
+    // at a time, and after `hold` none. `release` makes up for it: from then on as much runs as there are
+    // cores.
+    void runOneAtATime();
     void hold() { isHeld_ = true; }
     void release();
+
+    // Runs the work on a thread of its own, and waits for its end no longer than that; whether it came. Work
+    // that is late goes on.
+    bool runWithin(std::chrono::milliseconds longest, Work work);
+
+    // At the program's end: lets go of what has not begun and waits for the rest. False: some of it has not
+    // ended within that time, and goes on using what it was given.
+    [[nodiscard]] bool finish(std::chrono::milliseconds longest);
 
 protected:
     void customEvent(QEvent* event) override;
 
 private:
+    void start(Lane lane, Work work, Work thenOnMain) override;
+    void run(Lane lane, Work task);
+    void passStuck();
+
+    struct Held {
+        Lane lane;
+        Work work;
+    };
+
     double slowdown_;
     bool isHeld_ = false;
-    std::vector<Work> held_;
+    std::vector<Held> held_;
+    std::array<BackgroundLane, laneCount> lanes_;
+    BackgroundLane flushes_;
+    QTimer stuckCheck_; // runs while work waits
 };
 
 } // namespace amberquill

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -27,6 +28,16 @@ public:
 private:
     std::shared_ptr<bool> cancelled_;
 };
+
+// What background work is for. Work of one kind does not wait for work of another.
+enum class Lane {
+    General,
+    Scan,   // finding the applications
+    Launch, // reading what is to be opened
+    Icons,  // decoding
+    Save,   // writing what is kept
+};
+inline constexpr std::size_t laneCount = 5;
 
 // The main thread's clock and queue: the only way in the program to learn the time or to do something later.
 // All operations but `post` are called on the main thread.
@@ -52,16 +63,21 @@ public:
     virtual DelayedWork postAfter(double seconds, Work work) = 0;
 
     // Runs `work` away from the main thread, then `thenOnMain` on it. `work` gets values and shares nothing.
-    virtual void runInBackground(Work work, Work thenOnMain) = 0;
+    void runInBackground(Work work, Work thenOnMain, Lane lane = Lane::General) {
+        start(lane, std::move(work), std::move(thenOnMain));
+    }
 
     // The same for work that answers with a value: `then(value)` runs on the main thread.
     template<typename Task, typename Then>
-    void compute(Task task, Then then) {
+    void compute(Task task, Then then, Lane lane = Lane::General) {
         using Value = decltype(task());
         auto value = std::make_shared<Value>();
         runInBackground([task = std::move(task), value]() mutable { *value = task(); },
-                        [then = std::move(then), value]() mutable { then(std::move(*value)); });
+                        [then = std::move(then), value]() mutable { then(std::move(*value)); }, lane);
     }
+
+private:
+    virtual void start(Lane lane, Work work, Work thenOnMain) = 0;
 };
 
 } // namespace amberquill

@@ -72,7 +72,8 @@ private:
                                          [self] {
                                              self->isWriting_ = false;
                                              self->finishWrite();
-                                         });
+                                         },
+                                         Lane::Save);
         });
     }
 

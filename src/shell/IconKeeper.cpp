@@ -83,7 +83,7 @@ void IconKeeper::keep() {
     kept_ = identities;
     services_.queue.runInBackground(
         [icons, &files = services_.files, path = path_] { files.writeAtomically(path, encodeIcons(icons)); },
-        [] {});
+        [] {}, Lane::Save);
 }
 
 } // namespace amberquill

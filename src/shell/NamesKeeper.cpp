@@ -52,7 +52,8 @@ void NamesKeeper::keep(const std::vector<AppInfo>& installed) {
             if (self != nullptr) {
                 self->writing_ = false;
             }
-        });
+        },
+        Lane::Save);
 }
 
 } // namespace amberquill

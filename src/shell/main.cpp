@@ -169,7 +169,7 @@ int main(int argc, char* argv[]) {
     const auto installer =
         std::make_shared<desktop::AppImageInstaller>(start.environment.forChild({}), program);
     EventLoopQueue queue(slowdown());
-    EventLoopQueue::runOneAtATime();
+    queue.runOneAtATime();
     Timeline& timeline = Timeline::shared();
     timeline.runOn(&queue);
     const FrameDriver driver(timeline);

@@ -32,13 +32,6 @@ public:
         return DelayedWork(std::move(cancelled));
     }
 
-    void runInBackground(Work work, Work thenOnMain) override {
-        post([work = std::move(work), then = std::move(thenOnMain)] {
-            work();
-            then();
-        });
-    }
-
     // Runs everything that is due now, and what that posts.
     void runPosted() { advance(0); }
 
@@ -86,6 +79,13 @@ private:
         Work work;
         std::shared_ptr<bool> cancelled; // of delayed work
     };
+
+    void start(Lane /*lane*/, Work work, Work thenOnMain) override {
+        post([work = std::move(work), then = std::move(thenOnMain)] {
+            work();
+            then();
+        });
+    }
 
     void add(double due, Work work, std::shared_ptr<bool> cancelled = nullptr) {
         waiting_.push_back({due, nextSerial_++, std::move(work), std::move(cancelled)});

@@ -7,8 +7,11 @@
 #include <atomic>
 #include <chrono>
 #include <gtest/gtest.h>
+#include <memory>
+#include <semaphore>
 
 using namespace amberquill;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -25,6 +28,27 @@ protected:
                                    ++finished_;
                                });
     }
+};
+
+// Work that does not end before a test says so.
+class Stuck {
+public:
+    Stuck() = default;
+    Stuck(const Stuck&) = delete;
+    Stuck& operator=(const Stuck&) = delete;
+    ~Stuck() { end(); }
+
+    void end() { end_->release(); }
+
+    [[nodiscard]] MainQueue::Work work() const {
+        return [end = end_] {
+            end->acquire();
+            end->release(); // for the next
+        };
+    }
+
+private:
+    std::shared_ptr<std::counting_semaphore<>> end_ = std::make_shared<std::counting_semaphore<>>(0);
 };
 
 } // namespace
@@ -49,6 +73,57 @@ TEST_F(EventLoopQueueTest, WhatIsHeldRunsOnceItIsReleased) {
     ask();
     EXPECT_TRUE(waitUntil([this] { return finished_ == 3; }));
     EXPECT_EQ(worked_, 3);
+}
+
+TEST_F(EventLoopQueueTest, WorkOfOneLaneDoesNotWaitForThatOfAnother) {
+    Stuck stuck;
+    for (int i = 0; i < 64; ++i) {
+        queue_.runInBackground(
+            stuck.work(), [] {}, Lane::Icons);
+    }
+    for (const Lane lane : {Lane::General, Lane::Scan, Lane::Launch, Lane::Save}) {
+        queue_.runInBackground([] {}, [this] { ++finished_; }, lane);
+    }
+    EXPECT_TRUE(waitUntil([this] { return finished_ == 4; }));
+    stuck.end();
+}
+
+TEST_F(EventLoopQueueTest, WorkThatIsStuckKeepsNoPlace) {
+    Stuck stuck;
+    queue_.runInBackground(
+        stuck.work(), [] {}, Lane::Scan);
+    queue_.runInBackground(
+        stuck.work(), [] {}, Lane::Scan);
+    queue_.runInBackground([] {}, [this] { ++finished_; }, Lane::Scan);
+    EXPECT_TRUE(waitUntil([this] { return finished_ == 1; }));
+    stuck.end();
+}
+
+TEST_F(EventLoopQueueTest, WhatIsToBeOpenedIsNotHeld) {
+    queue_.hold();
+    queue_.runInBackground([] {}, [this] { ++finished_; }, Lane::Launch);
+    EXPECT_TRUE(waitUntil([this] { return finished_ == 1; }));
+}
+
+TEST_F(EventLoopQueueTest, TheEndGivesUpOnWorkThatIsStuckAndDropsWhatHasNotBegun) {
+    Stuck stuck;
+    queue_.runInBackground(
+        stuck.work(), [] {}, Lane::Scan);
+    queue_.runInBackground([this] { ++worked_; }, [] {}, Lane::Scan);
+    EXPECT_FALSE(queue_.finish(20ms));
+    stuck.end();
+    EXPECT_TRUE(queue_.finish(10s));
+    EXPECT_EQ(worked_, 0);
+}
+
+TEST_F(EventLoopQueueTest, AFlushIsNotWaitedForForever) {
+    Stuck stuck;
+    EXPECT_TRUE(queue_.runWithin(10s, [this] { ++worked_; }));
+    EXPECT_EQ(worked_, 1);
+    EXPECT_FALSE(queue_.runWithin(20ms, stuck.work()));
+    EXPECT_FALSE(queue_.finish(20ms));
+    stuck.end();
+    EXPECT_TRUE(queue_.finish(10s));
 }
 
 TEST(EventLoopQueue, SlowedDownItsSecondsTakeLonger) {

@@ -8,7 +8,7 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QThreadPool>
+#include <chrono>
 #include <gtest/gtest.h>
 #include <optional>
 
@@ -379,7 +379,7 @@ TEST_F(DownloadTest, DestroyedWhileItIsCheckedItSaysNothing) {
     QObject::connect(download.get(), &Download::verifying, [&download] { download.reset(); });
     download->start();
     ASSERT_TRUE(waitUntil([&download] { return download == nullptr; }));
-    ASSERT_TRUE(QThreadPool::globalInstance()->waitForDone(10'000)) << "the check does not end";
+    ASSERT_TRUE(queue.finish(std::chrono::seconds(10))) << "the check does not end";
     bool isSettled = false; // what the check has posted comes before this
     queue.post([&isSettled] { isSettled = true; });
     ASSERT_TRUE(waitUntil([&isSettled] { return isSettled; }));

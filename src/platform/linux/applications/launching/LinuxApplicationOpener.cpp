@@ -73,17 +73,20 @@ void LinuxApplicationOpener::openPage(const QUrl& address, const QString& token,
 
 void LinuxApplicationOpener::planAndCarryOut(std::function<std::optional<LaunchPlan>()> plan,
                                              const QString& token, Done done) {
-    queue_.compute(std::move(plan), [this, life = std::weak_ptr(life_), token,
-                                     done = std::move(done)](const std::optional<LaunchPlan>& made) {
-        if (life.expired()) {
-            return;
-        }
-        if (made) {
-            carryOut(*made, token, done);
-        } else {
-            done(false);
-        }
-    });
+    queue_.compute(
+        std::move(plan),
+        [this, life = std::weak_ptr(life_), token,
+         done = std::move(done)](const std::optional<LaunchPlan>& made) {
+            if (life.expired()) {
+                return;
+            }
+            if (made) {
+                carryOut(*made, token, done);
+            } else {
+                done(false);
+            }
+        },
+        Lane::Launch);
 }
 
 void LinuxApplicationOpener::carryOut(const LaunchPlan& plan, const QString& token, Done done) {

@@ -1,0 +1,86 @@
+#include "platform/BackgroundLane.h"
+
+#include "platform/HandedOver.h"
+
+#include <QRunnable>
+#include <algorithm>
+#include <utility>
+
+namespace amberquill {
+
+class BackgroundLane::Task final : public QRunnable {
+public:
+    Task(BackgroundLane& lane, Work work)
+        : lane_(lane)
+        , work_(std::move(work)) {
+        const std::scoped_lock lock(lane_.mutex_);
+        ++lane_.waiting_;
+    }
+    Task(const Task&) = delete;
+    Task& operator=(const Task&) = delete;
+    ~Task() override {
+        const std::scoped_lock lock(lane_.mutex_);
+        lane_.waiting_ -= hasBegun_ ? 0 : 1;
+    }
+
+    void run() override {
+        std::unique_lock lock(lane_.mutex_);
+        --lane_.waiting_;
+        hasBegun_ = true;
+        const auto self = lane_.begun_.insert(lane_.begun_.end(), Clock::now());
+        lock.unlock();
+        work_.run();
+        lock.lock();
+        lane_.begun_.erase(self);
+    }
+
+private:
+    BackgroundLane& lane_;
+    HandedOver work_;
+    bool hasBegun_ = false;
+};
+
+BackgroundLane::BackgroundLane(const Bounds& bounds)
+    : bounds_(bounds) {
+    pool_.setMaxThreadCount(bounds_.width);
+}
+
+BackgroundLane::~BackgroundLane() {
+    pool_.waitForDone();
+}
+
+void BackgroundLane::start(Work work) {
+    passStuck();
+    pool_.start(new Task(*this, std::move(work)));
+}
+
+void BackgroundLane::setWidth(int width) {
+    bounds_.width = width;
+    passStuck();
+}
+
+bool BackgroundLane::isCrowded() const {
+    const std::scoped_lock lock(mutex_);
+    return waiting_ + static_cast<int>(begun_.size()) > bounds_.width && waiting_ > 0;
+}
+
+void BackgroundLane::passStuck() {
+    const auto stuckSince = Clock::now() - patience;
+    std::unique_lock lock(mutex_);
+    const auto stuck = std::count_if(begun_.begin(), begun_.end(),
+                                     [stuckSince](Clock::time_point begun) { return begun <= stuckSince; });
+    lock.unlock();
+    pool_.setMaxThreadCount(
+        std::min(bounds_.width + static_cast<int>(stuck), std::max(bounds_.most, bounds_.width)));
+}
+
+void BackgroundLane::dropWaiting() {
+    pool_.clear();
+}
+
+bool BackgroundLane::waitUntil(Clock::time_point deadline) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+    return pool_.waitForDone(std::max(0, static_cast<int>(left.count())));
+}
+
+} // namespace amberquill
