@@ -208,7 +208,7 @@ public:
 
     // Writes the private layout file.
     void save();
-    // Returns when what was saved is on the disk.
+    // Returns when what was saved is on the disk. Safe on any thread.
     void flushSaves() { store_.flush(); }
 
     // The layout and the grid as a file for other machines: paths below the home folder are written from "~".

@@ -272,7 +272,7 @@ void AppDelegate::toggleByPress(PressRoute route, const PressOrigin& origin) {
 
 void AppDelegate::applicationWillTerminate() {
     model_.save();
-    model_.flushSaves();
+    services_.runFlush([this] { model_.flushSaves(); });
 }
 
 // What the session manager does next may be to end the process. Whether the next session begins with the

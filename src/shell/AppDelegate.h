@@ -75,6 +75,9 @@ public:
         std::shared_ptr<GlobalShortcut> shortcut = std::make_shared<NullGlobalShortcut>();
         std::shared_ptr<const MainBundle> bundle = std::make_shared<NullMainBundle>();
         std::shared_ptr<ProgramInstaller> installer = std::make_shared<NullProgramInstaller>();
+        // Runs what writes everything that waits to be saved. May let go of it when it takes too long; it is
+        // safe on any thread, and uses the delegate until it ends.
+        std::function<void(std::function<void()> flush)> runFlush = [](const auto& flush) { flush(); };
     };
 
     explicit AppDelegate(Services services);

@@ -46,6 +46,7 @@
 #include <QQuickWindow>
 #include <QStyleHints>
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <future>
@@ -70,6 +71,11 @@ constexpr double settledAfter = 4;
 
 // Seconds after which the rest of a start waits no longer for a first frame: a window need not be seen.
 constexpr double longestHold = 1.0;
+
+// How long the end waits for what is still to be written, and then for other background work: a mount that
+// does not answer keeps either waiting for good.
+constexpr std::chrono::milliseconds longestFlush{600};
+constexpr std::chrono::milliseconds longestFinish{200};
 
 // What is read while Qt starts. A first scan is among it where nothing is remembered that could be shown
 // before.
@@ -244,7 +250,8 @@ int main(int argc, char* argv[]) {
              [&](desktop::PatientConnector::Connected then) { shortcutsBus.connect(std::move(then)); }),
          std::make_shared<desktop::PropertyListMainBundle>(
              desktop::mainBundlePaths(program, locations.ownBundle)),
-         installer});
+         installer,
+         [&queue](std::function<void()> flush) { queue.runWithin(longestFlush, std::move(flush)); }});
     const desktop::TerminationSignals signals([] { QCoreApplication::quit(); });
     if (delegate.firstPageIsReady()) {
         queue.hold();
@@ -262,5 +269,11 @@ int main(int argc, char* argv[]) {
         desktop::leaveSessionBusAlone();
     }
     delegate.applicationDidFinishLaunching();
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    if (!queue.finish(longestFinish)) {
+        // It uses objects of this function, and would keep them from going.
+        queue.runWithin(longestFinish, [&icons] { icons.endDecoding(); });
+        ::_exit(status);
+    }
+    return status;
 }

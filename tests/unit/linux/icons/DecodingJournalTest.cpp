@@ -90,6 +90,29 @@ TEST_F(DecodingJournalTest, WhatEndedAProcessIsNotDecodedAgain) {
     EXPECT_TRUE(decodes(file("good")));
 }
 
+TEST_F(DecodingJournalTest, WhatIsStillDecodedWhenAProcessEndsByItselfIsNotToBlame) {
+    const auto child = ::fork();
+    if (child == 0) {
+        DecodingJournal journal(folder());
+        std::latch begun(1);
+        std::latch never(1);
+        std::thread([&] {
+            static_cast<void>(journal.decode(file("long"), [&]() -> QImage {
+                begun.count_down();
+                never.wait();
+                return {};
+            }));
+        }).detach();
+        begun.wait();
+        journal.withdraw();
+        ::_exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_TRUE(decodes(file("long")));
+}
+
 TEST_F(DecodingJournalTest, AFileThatChangedIsTriedAgain) {
     dieDecoding({file("bad")});
     auto mended = file("bad");

@@ -24,6 +24,9 @@ public:
     // What `work` answers, or a null image without asking it where the file is guilty.
     [[nodiscard]] QImage decode(const FileState& file, const std::function<QImage()>& work);
 
+    // The process is about to end of its own will: what it still decodes is not to blame.
+    void withdraw() { notes_.withdraw(); }
+
 private:
     void start();
     // Whether the file is harmless, and how it stands otherwise.

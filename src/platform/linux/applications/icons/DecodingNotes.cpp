@@ -125,6 +125,13 @@ void DecodingNotes::erase(unsigned slot) {
     }
 }
 
+void DecodingNotes::withdraw() {
+    std::call_once(opened_, [] {});
+    if (file_.isOpen()) {
+        ::unlink(path_.c_str());
+    }
+}
+
 std::vector<std::vector<FileState>> takeAbandonedNotes(const std::string& folder) {
     std::vector<std::vector<FileState>> all;
     FolderReader reader(openFolder(AT_FDCWD, folder.c_str()));

@@ -28,6 +28,9 @@ public:
     [[nodiscard]] std::optional<unsigned> write(const FileState& file);
     void erase(unsigned slot);
 
+    // From now on nothing that is or will be noted outlives the process.
+    void withdraw();
+
 private:
     void open();
 

@@ -26,6 +26,9 @@ public:
     [[nodiscard]] QImage image(const QString& applicationPath, int edge) const override;
     void forget() override;
 
+    // The process is about to end, whatever is still being decoded.
+    void endDecoding() { journal_.withdraw(); }
+
 private:
     [[nodiscard]] QImage entryImage(const QString& path, int edge) const;
     [[nodiscard]] QImage bundleImage(const QString& path, int edge) const;

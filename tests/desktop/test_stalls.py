@@ -1,0 +1,83 @@
+"""Reads of the file system that do not end, and work that takes very long."""
+
+import json
+import math
+
+from harness import until
+from harness.stalling import StallingFolder
+from launcher.case import WINDOW_CLASS
+from launcher.on_x11 import OnX11
+
+# How long an end may take on a busy machine. What is waited for below takes ten times as long, or for ever.
+END = 5
+
+
+def slow_drawing():
+    """A drawing that is harmless to look at and takes a minute to draw: a long curve over itself, in dashes."""
+
+    def point(step, part):
+        angle = step * 2.4 + part
+        return f"{128 + 120 * math.cos(angle):.1f},{128 + 120 * math.sin(1.7 * angle):.1f}"
+
+    curves = "".join(f"C{point(step, 0.1)} {point(step, 0.5)} {point(step, 0.9)}" for step in range(4000))
+    dashes = 'fill="none" stroke="blue" stroke-width="9" stroke-dasharray="0.1 0.1"'
+    return f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 256 256"><path {dashes} d="M0,0{curves}"/></svg>'
+
+
+class Stalls(OnX11):
+    def setUp(self):
+        self.begin_session(1280, 720)
+        self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
+
+    def stalling(self, place):
+        folder = StallingFolder(self.session, place)
+        self.addCleanup(folder.end)
+        return folder
+
+    def expect_end(self, launcher):
+        launcher.process.terminate()
+        self.assertEqual(launcher.wait(END), 0)
+        self.assertEqual(launcher.lines, [])
+
+    def expect_saved_end(self, launcher):
+        """Nothing is saved before the end; what is saved then is written in our own way."""
+        layout = json.loads(self.layout_file.read_bytes())
+        self.layout_file.write_text(json.dumps(layout, indent=4), encoding="utf-8")
+        self.expect_end(launcher)
+        self.assertNotIn("    ", self.layout_file.read_text(encoding="utf-8"))
+        self.assertEqual(json.loads(self.layout_file.read_bytes()), layout)
+
+    def show_page(self, applications):
+        launcher = self.begin_launcher()
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        self.expect_page(applications)
+        self.expect_focus()
+        until(self.layout_file.exists, "the layout")
+        return launcher
+
+    def test_an_icon_that_takes_long_to_draw_does_not_delay_the_end(self):
+        icon = self.session.home / "slow.svg"
+        icon.write_text(slow_drawing(), encoding="utf-8")
+        self.applications.write_entry(self.applications.entries / "slow.desktop", "Slow", icon)
+        self.expect_saved_end(self.show_page(self.made))
+        self.assertEqual(list((self.session.cache / "Amberquill" / "decoding").glob("decoding-*")), [])
+
+    def test_an_icon_on_a_mount_that_does_not_answer_does_not_delay_the_end(self):
+        place = self.session.home / "far"
+        place.mkdir()
+        (place / "icon.png").touch()
+        self.applications.write_entry(self.applications.entries / "far.desktop", "Far", place / "icon.png")
+        self.stalling(place).stall()
+        self.expect_saved_end(self.show_page(self.made))
+
+    def write_layout(self, applications):
+        self.layout_file.parent.mkdir()
+        layout = [{"app": {"_0": str(application.path)}} for application in applications]
+        self.layout_file.write_text(json.dumps(layout), encoding="utf-8")
+
+    def test_a_layout_on_a_mount_that_does_not_answer_does_not_delay_the_end(self):
+        self.write_layout(self.made)
+        folder = self.stalling(self.layout_file.parent)
+        launcher = self.show_page(self.made)
+        folder.stall()
+        self.expect_end(launcher)
