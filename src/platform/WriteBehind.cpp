@@ -49,9 +49,21 @@ public:
         }
     }
 
-    void flush() {
-        write();
-        finishWrite();
+    // Any thread; waits for a write that is under way on another.
+    void write() {
+        const std::scoped_lock writing(writeMutex_);
+        std::optional<QByteArray> content;
+        {
+            const std::scoped_lock lock(mutex_);
+            content = std::exchange(waiting_, std::nullopt);
+        }
+        if (!content || replace(*content)) {
+            return;
+        }
+        const std::scoped_lock lock(mutex_);
+        if (!waiting_) {
+            waiting_ = std::move(content);
+        }
     }
 
     void stopTrying() { retry_.cancel(); }
@@ -98,23 +110,6 @@ private:
     [[nodiscard]] bool hasWaiting() {
         const std::scoped_lock lock(mutex_);
         return waiting_.has_value();
-    }
-
-    // Any thread; waits for a write that is under way on another.
-    void write() {
-        const std::scoped_lock writing(writeMutex_);
-        std::optional<QByteArray> content;
-        {
-            const std::scoped_lock lock(mutex_);
-            content = std::exchange(waiting_, std::nullopt);
-        }
-        if (!content || replace(*content)) {
-            return;
-        }
-        const std::scoped_lock lock(mutex_);
-        if (!waiting_) {
-            waiting_ = std::move(content);
-        }
     }
 
     // False: the file does not hold the content.
@@ -178,7 +173,7 @@ void WriteBehind::tryAgain() {
 }
 
 void WriteBehind::flush() {
-    writer_->flush();
+    writer_->write();
 }
 
 } // namespace amberquill

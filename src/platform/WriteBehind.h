@@ -17,7 +17,7 @@ class MainQueue;
 // its place; where that fails, nothing is written. Where the path leads to something other than a regular
 // file, nothing is written either, and one warning is logged.
 //
-// Main thread only.
+// Main thread only, but for `flush`.
 class WriteBehind {
 public:
     // `path` is absolute; its missing folders are made. `largest` is the most content there can be, in bytes.
@@ -37,7 +37,7 @@ public:
     // Writes soon what could not be written before. For when the cause may be gone.
     void tryAgain();
 
-    // Writes on this thread what waits. Returns when it is on the disk, or has failed.
+    // Writes on this thread, which may be any, what waits. Returns when it is on the disk, or has failed.
     void flush();
 
 private:
