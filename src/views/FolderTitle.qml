@@ -14,8 +14,6 @@ TextInput {
     x: Math.round(folder.titleBand.x * ratio) / ratio
     y: Math.round((folder.titleBand.y - height / 2) * ratio) / ratio
     width: folder.titleBand.width
-    opacity: fade.value
-    visible: opacity > 0
     enabled: folder.isOpen
     color: "white"
     font.pixelSize: 24
@@ -47,11 +45,5 @@ TextInput {
         target: field
         property: "text"
         value: field.folder.title
-    }
-
-    Animated {
-        id: fade
-        target: field.folder.isOpen ? 1 : 0
-        isFade: true
     }
 }

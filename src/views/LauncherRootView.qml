@@ -163,6 +163,7 @@ ContentItem {
             model: folderPanel.isVisible ? 1 : 0
 
             FolderTitle {
+                opacity: folderPanel.opacity
                 folder: root.folder
                 ratio: root.devicePixelRatio
             }

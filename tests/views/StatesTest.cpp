@@ -197,6 +197,36 @@ TEST_P(StatesTest, AnOpenFoldersPanelComesFromAndGoesTo92PerCent) {
     EXPECT_EQ(drawnOpacity(iconOf(1)), 1);
 }
 
+TEST_P(StatesTest, AnOpenFoldersTitleIsAsOpaqueAsItsPanel) {
+    showWithFolder(4);
+    const QString slab = u"amberquill::FrostedSlab"_s;
+    const QString title = u"FolderTitle"_s;
+    const auto expectAlike = [&](double least, double most) {
+        ASSERT_NE(only(slab), nullptr);
+        ASSERT_NE(only(title), nullptr);
+        EXPECT_EQ(drawnOpacity(only(title)), drawnOpacity(only(slab)));
+        EXPECT_GE(drawnOpacity(only(title)), least);
+        EXPECT_LE(drawnOpacity(only(title)), most);
+    };
+    openFolder();
+    EXPECT_EQ(only(title), nullptr);
+    advance(0.001);
+    expectAlike(0.001, 0.3);
+    advance(0.05);
+    expectAlike(0.05, 0.9);
+    settle();
+    expectAlike(1, 1);
+    model_->closeFolder();
+    advance(0.1);
+    expectAlike(0.01, 0.9);
+    model_->openFolder(id_);
+    advance(0.02);
+    expectAlike(0.01, 0.99);
+    model_->closeFolder();
+    settle();
+    EXPECT_EQ(only(title), nullptr);
+}
+
 TEST_P(StatesTest, ThePanelsCornerIsAContinuousCurveOfRadius30) {
     showOnlyAFolder();
     openFolder();
