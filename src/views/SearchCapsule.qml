@@ -41,29 +41,21 @@ Item {
         name: "magnifyingglass"
     }
 
-    TextInput {
+    TextLine {
         id: field
         objectName: "searchField"
+        ratio: capsule.ratio
         anchors.left: glass.right
-        anchors.leftMargin: 8
+        anchors.leftMargin: 8 - padding
         anchors.right: clear.visible ? clear.left : parent.right
-        anchors.rightMargin: clear.visible ? 8 : 16
-        anchors.verticalCenter: parent.verticalCenter
-        color: "white"
+        anchors.rightMargin: (clear.visible ? 8 : 16) - padding
+        y: capsule.snapped((capsule.height - height) / 2)
         font.pixelSize: 16
-        clip: true
         focus: true
-        selectByMouse: true
-        selectionColor: Qt.rgba(1, 1, 1, 0.35)
-        selectedTextColor: "white"
-        renderType: TextInput.NativeRendering // the same on a GPU and without one
 
         onTextEdited: capsule.launcher.searchText = text
 
-        Accessible.role: Accessible.EditableText
         Accessible.name: capsule.texts.search
-        Accessible.editable: true
-        Accessible.focusable: true
         Accessible.searchEdit: true
     }
 
@@ -82,6 +74,7 @@ Item {
 
     Text {
         anchors.fill: field
+        anchors.margins: field.padding
         visible: field.text === "" && field.preeditText === ""
         color: Qt.rgba(1, 1, 1, 0.55)
         font: field.font

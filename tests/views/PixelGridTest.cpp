@@ -23,14 +23,13 @@ protected:
         begin(std::get<0>(GetParam()));
         screen_ = screenWith(std::get<1>(GetParam()));
         ASSERT_NE(screen_, nullptr);
-        ASSERT_EQ(screen_->devicePixelRatio(), std::get<1>(GetParam()) * scaleFactor());
+        ASSERT_EQ(screen_->devicePixelRatio(), std::get<1>(GetParam()));
     }
     void TearDown() override { end(); }
 
-    // What the whole program is scaled by besides.
-    [[nodiscard]] static double scaleFactor() {
-        const double factor = qEnvironmentVariable("QT_SCALE_FACTOR").toDouble();
-        return factor > 0 ? factor : 1;
+    void showWith(int count) {
+        ViewStage::showWith(count);
+        ASSERT_EQ(ratio(), screen_->devicePixelRatio());
     }
 
     // Where an item is drawn, in device pixels.
@@ -91,6 +90,46 @@ protected:
         }
     }
 
+    // The caret of a field that stands about here: the columns of white between these heights, all in device
+    // pixels. Empty where there is none.
+    [[nodiscard]] static QRect caret(const QImage& image, const QRect& field) {
+        QRect found;
+        for (int x = field.left(); x <= field.right(); ++x) {
+            int top = field.center().y();
+            int bottom = top;
+            const auto isWhite = [&](int y) { return isAbout(image.pixelColor(x, y), Qt::white); };
+            while (top > field.top() && isWhite(top - 1)) {
+                --top;
+            }
+            while (bottom < field.bottom() && isWhite(bottom + 1)) {
+                ++bottom;
+            }
+            if (bottom - top >= field.height() * 3 / 4) {
+                found |= QRect(QPoint(x, top), QPoint(x, bottom));
+            }
+        }
+        return found;
+    }
+
+    // The item's device pixels with so many points beside it on either side.
+    [[nodiscard]] QRect about(const QQuickItem* item, double beside) const {
+        return pixels(item).adjusted(-beside * ratio(), 0, beside * ratio(), 0).toRect();
+    }
+
+    // A caret is a point wide, as nearly as whole pixels are.
+    void expectCaretIn(const QImage& image, const QQuickItem* field) {
+        const QRect found = caret(image, about(field, 3));
+        EXPECT_EQ(found.width(), std::lround(ratio()));
+        EXPECT_NEAR(found.height(), field->property("cursorRectangle").toRectF().height() * ratio(), 1);
+    }
+
+    [[nodiscard]] QQuickItem* focused(const QString& name) const {
+        QQuickItem* field = item(name);
+        EXPECT_NE(field, nullptr);
+        field->forceActiveFocus();
+        return field;
+    }
+
     void addFolderOfFive() {
         files_.addFile(layoutPath, encodeItems({LaunchItem::app(path(1)), LaunchItem::folder(games_)}));
     }
@@ -100,19 +139,24 @@ protected:
                         {path(11), path(12), path(13), path(14), path(15)}};
 };
 
+std::string nameOf(const testing::TestParamInfo<std::tuple<QSize, double>>& screen) {
+    return QStringLiteral("%1x%2at%3")
+        .arg(std::get<0>(screen.param).width())
+        .arg(std::get<0>(screen.param).height())
+        .arg(std::lround(std::get<1>(screen.param) * 100))
+        .toStdString();
+}
+
 } // namespace
 
 INSTANTIATE_TEST_SUITE_P(Screens, PixelGridTest,
                          testing::Combine(testing::Values(QSize(1920, 1080), QSize(1280, 800),
                                                           QSize(1366, 768)),
-                                          testing::Values(1.0, 1.25, 1.5, 2.0, 3.0)),
-                         [](const auto& screen) {
-                             return QStringLiteral("%1x%2at%3")
-                                 .arg(std::get<0>(screen.param).width())
-                                 .arg(std::get<0>(screen.param).height())
-                                 .arg(std::lround(std::get<1>(screen.param) * 100))
-                                 .toStdString();
-                         });
+                                          testing::Values(1.0, 1.25, 1.5, 1.75)),
+                         nameOf);
+INSTANTIATE_TEST_SUITE_P(DenseScreens, PixelGridTest,
+                         testing::Combine(testing::Values(QSize(1280, 800)), testing::Values(2.0, 3.0)),
+                         nameOf);
 
 TEST_P(PixelGridTest, NothingOnThePageStraddlesADevicePixel) {
     addFolderOfFive();
@@ -188,4 +232,59 @@ TEST_P(PixelGridTest, OnAnotherScreenEverythingIsPaintedAnewForIt) {
     }
     const double half = model_->metrics().iconSize() / 2;
     EXPECT_TRUE(isAbout(at(image, iconCentre(8) + QPointF(half - 2, 0)), ColourIcons::colour(8)));
+}
+
+TEST_P(PixelGridTest, TheCaretOfTheEmptySearchFieldStandsBesideWhatIsWrittenThere) {
+    showWith(3);
+    const QQuickItem* field = focused(u"searchField"_s);
+    const QImage with = picture();
+    expectCaretIn(with, field);
+    const QRect columns = caret(with, about(field, 3));
+    window_->endEditing();
+    const QImage without = picture();
+    ASSERT_TRUE(caret(without, about(field, 3)).isEmpty());
+    // Where it was there is nothing of a letter, and a letter follows.
+    const auto inkIn = [&](const QRect& area) {
+        const QColor bare = without.pixelColor(columns.left() - 3, columns.center().y());
+        int ink = 0;
+        for (int y = area.top(); y <= area.bottom(); ++y) {
+            for (int x = area.left(); x <= area.right(); ++x) {
+                ink += isAbout(without.pixelColor(x, y), bare, 6) ? 0 : 1;
+            }
+        }
+        return ink;
+    };
+    EXPECT_EQ(inkIn(columns.adjusted(-1, 0, 1, 0)), 0);
+    EXPECT_GT(inkIn(columns.translated(static_cast<int>(4 * ratio()), 0)), 0);
+}
+
+TEST_P(PixelGridTest, TheCaretIsSeenWhereverItStandsInAText) {
+    showWith(3);
+    QQuickItem* field = focused(u"searchField"_s);
+    type("ones more screens or even more names or no areas");
+    for (const int position : {47, 30, 10, 5, 1, 0}) {
+        field->setProperty("cursorPosition", position);
+        expectCaretIn(picture(), field);
+    }
+}
+
+TEST_P(PixelGridTest, TheCaretOfAFoldersTitleIsSeenAtBothEndsOfALongName) {
+    addFolderOfFive();
+    showWith(80);
+    model_->renameFolder(games_.id,
+                         u"ones more screens or even more names or no areas, once more or even more"_s);
+    for (const bool isLong : {true, false}) {
+        if (!isLong) {
+            model_->renameFolder(games_.id, u"Games"_s);
+        }
+        model_->openFolder(games_.id);
+        settle();
+        QQuickItem* field = focused(u"folderTitle"_s);
+        for (const int position : {static_cast<int>(model_->folder(games_.id)->name.size()), 2, 0}) {
+            field->setProperty("cursorPosition", position);
+            expectCaretIn(picture(), field);
+        }
+        model_->closeFolder();
+        settle();
+    }
 }

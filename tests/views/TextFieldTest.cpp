@@ -146,13 +146,14 @@ TEST_P(TextFieldTest, ALongNameIsShownFromItsBeginningUnlessItIsBeingEdited) {
     QQuickItem* field = item(u"folderTitle"_s);
     ASSERT_NE(field, nullptr);
     const auto left = [&] { return field->property("cursorRectangle").toRectF().left(); };
+    const double beginning = field->property("leftPadding").toDouble();
     EXPECT_EQ(field->property("cursorPosition").toInt(), 0);
-    EXPECT_NEAR(left(), 0, 1);
+    EXPECT_NEAR(left(), beginning, 1);
     field->forceActiveFocus();
     key(Qt::Key_End);
     EXPECT_NEAR(left(), field->width(), 3);
     window_->endEditing();
-    EXPECT_NEAR(left(), 0, 1);
+    EXPECT_NEAR(left(), beginning, 1);
 }
 
 TEST_P(TextFieldTest, TheClearButtonEmptiesTheSearch) {

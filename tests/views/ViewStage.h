@@ -5,9 +5,10 @@
 #include "support/ModelStage.h"
 #include "window/LauncherWindow.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QQuickItem>
 #include <QScreen>
+#include <QStyleHints>
 #include <QTest>
 #include <cmath>
 
@@ -18,6 +19,7 @@ class ViewStage : public ModelStage {
 public:
     void begin(const QSize& contentSize) {
         ModelStage::begin();
+        QGuiApplication::styleHints()->setCursorFlashTime(0); // as the program has it
         contentSize_ = contentSize;
         IconCache::shared().serveFrom(iconSource_, &queue_);
     }
@@ -40,6 +42,7 @@ public:
         window_ = std::make_unique<LauncherWindow>(*model_, true);
         if (screen_ != nullptr) {
             window_->setScreen(screen_);
+            window_->setPosition(screen_->geometry().topLeft()); // or it would be moved off again
         }
         window_->resize(contentSize_);
         window_->show();

@@ -12,7 +12,7 @@ namespace {
 QByteArray screens() {
     QJsonArray list;
     int left = 0;
-    for (const double ratio : {1.0, 1.25, 1.5, 2.0, 3.0}) {
+    for (const double ratio : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0}) {
         const int width = static_cast<int>(2600 * ratio);
         list.append(QJsonObject{{QStringLiteral("name"), QString::number(ratio)},
                                 {QStringLiteral("x"), left},

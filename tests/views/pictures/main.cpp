@@ -11,7 +11,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
-#include <QStyleHints>
 #include <cstdio>
 #include <memory>
 #include <optional>
@@ -97,7 +96,6 @@ int main(int argc, char** argv) {
     QQuickWindow::setGraphicsApi(rendererOf(options));
     const QApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    QGuiApplication::styleHints()->setCursorFlashTime(0);
     const auto order = orderOf(options);
     if (!order) {
         std::fprintf(stderr, "not understood, or a folder without pictures\n");
