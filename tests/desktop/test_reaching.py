@@ -120,6 +120,24 @@ class Reaching(OnX11):
             return None
 
 
+class AfterTheBusCameBack(OnX11):
+    def setUp(self):
+        self.begin_session(1280, 720)
+        self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
+
+    def test_it_is_reached_again_however_long_the_bus_was_away(self):
+        # Its own looks for the bus are minutes apart.
+        slow = {"AMBERQUILL_SLOWDOWN": "100"}
+        launcher = self.session.start(self.build / "amberquill", "--hide", environment=slow)
+        until(lambda: "true" in self.session.ask_bus("NameHasOwner", NAME), "the program's name")
+        self.session.bus.kill()
+        self.session.restart_bus()
+        until(lambda: "true" in self.session.ask_bus("NameHasOwner", NAME), "the program's name again")
+        self.assertEqual(self.begin_launcher().wait(), 0)
+        self.session.window_of_class(WINDOW_CLASS)
+        self.end_launcher(launcher)
+
+
 class WithoutABus(OnX11):
     def setUp(self):
         self.begin_session(1280, 720)

@@ -1,8 +1,10 @@
 #include "platform/linux/dbus/SingleInstance.h"
 
 #include "platform/MainQueue.h"
+#include "platform/linux/dbus/BusSocketFolder.h"
 
 #include <algorithm>
+#include <chrono>
 #include <mutex>
 #include <thread>
 
@@ -11,8 +13,29 @@ namespace amberquill::desktop {
 namespace {
 
 // Seconds until a bus that has gone is looked for again: at first, and at most, each time twice as long.
+// Where the folder of its socket tells of changes, looking by itself is for what that misses.
 constexpr double firstPause = 0.5;
-constexpr double longestPause = 60;
+constexpr double longestPause = 5;
+constexpr double longestWatchedPause = 60;
+
+// A bus listens a moment after its socket is there.
+constexpr int attemptsAtNewSocket = 20;
+constexpr std::chrono::milliseconds betweenAttempts{50};
+
+ClaimResult claimAnew(const QByteArray& address, int attempts) {
+    ClaimResult result;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        if (attempt > 0) {
+            std::this_thread::sleep_for(betweenAttempts);
+        }
+        // Whoever has the name by then keeps it.
+        result = claimName(address, {}, {}, [] { return false; });
+        if (result.kind != ClaimResult::Kind::NoBus) {
+            break;
+        }
+    }
+    return result;
+}
 
 } // namespace
 
@@ -36,10 +59,12 @@ struct SingleInstance::Late {
 };
 
 SingleInstance::SingleInstance(NameClaim& claim, QByteArray address, MainQueue& queue,
-                               std::function<void(const ApplicationRequest&)> carryOut)
+                               std::function<void(const ApplicationRequest&)> carryOut,
+                               std::function<void()> cameBack)
     : address_(std::move(address))
     , queue_(queue)
     , carryOut_(std::move(carryOut))
+    , cameBack_(std::move(cameBack))
     , late_(std::make_shared<Late>()) {
     late_->instance = this;
     late_->queue = &queue;
@@ -69,23 +94,53 @@ void SingleInstance::settled(ClaimResult result) {
 
 void SingleInstance::lost() {
     object_.reset();
-    claimAgainAfter(firstPause);
+    hasBus_ = false;
+    pause_ = firstPause;
+    const QString folder = busSocketFolder(address_);
+    folderWatcher_ = std::make_unique<QFileSystemWatcher>();
+    if (!folder.isEmpty() && folderWatcher_->addPath(folder)) {
+        QObject::connect(folderWatcher_.get(), &QFileSystemWatcher::directoryChanged, folderWatcher_.get(),
+                         [this] { claimAgain(attemptsAtNewSocket); });
+    }
+    // Another one may have come by now.
+    claimAgain(1);
 }
 
 void SingleInstance::claimAgainAfter(double seconds) {
-    queue_.postAfter(seconds, [late = late_, address = address_, seconds] {
-        // Whoever has the name by then keeps it.
-        std::thread([late, address, seconds] {
-            auto result = std::make_shared<ClaimResult>(claimName(address, {}, {}, [] { return false; }));
-            Late::tell(late, [result, seconds](SingleInstance& instance) {
-                if (result->kind == ClaimResult::Kind::NoBus) {
-                    instance.claimAgainAfter(std::min(2 * seconds, longestPause));
-                } else {
-                    instance.settled(std::move(*result));
-                }
-            });
-        }).detach();
+    nextClaim_.cancel();
+    nextClaim_ = queue_.postAfter(seconds, [late = late_] {
+        if (late->instance != nullptr) {
+            late->instance->claimAgain(1);
+        }
     });
+}
+
+void SingleInstance::claimAgain(int attempts) {
+    if (std::exchange(isClaiming_, true)) {
+        hasChangedMeanwhile_ = true;
+        return;
+    }
+    nextClaim_.cancel();
+    hasChangedMeanwhile_ = false;
+    std::thread([late = late_, address = address_, attempts] {
+        auto result = std::make_shared<ClaimResult>(claimAnew(address, attempts));
+        Late::tell(late, [result](SingleInstance& instance) { instance.claimedAgain(std::move(*result)); });
+    }).detach();
+}
+
+void SingleInstance::claimedAgain(ClaimResult result) {
+    isClaiming_ = false;
+    if (result.kind != ClaimResult::Kind::NoBus) {
+        folderWatcher_.reset();
+        settled(std::move(result));
+        cameBack_();
+    } else if (hasChangedMeanwhile_) {
+        claimAgain(attemptsAtNewSocket);
+    } else {
+        claimAgainAfter(pause_);
+        const bool isWatched = !folderWatcher_->directories().isEmpty();
+        pause_ = std::min(2 * pause_, isWatched ? longestWatchedPause : longestPause);
+    }
 }
 
 } // namespace amberquill::desktop

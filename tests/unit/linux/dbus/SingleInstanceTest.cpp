@@ -1,6 +1,7 @@
 #include "platform/linux/dbus/SingleInstance.h"
 
 #include "platform/EventLoopQueue.h"
+#include "platform/linux/dbus/BusSocketFolder.h"
 #include "support/PrivateBus.h"
 #include "support/WaitUntil.h"
 
@@ -75,6 +76,27 @@ TEST_F(SingleInstanceTest, MayEndBeforeTheBusAnswers) {
         const auto result = again.settle({});
         return result && result->kind == ClaimResult::Kind::Owner;
     }));
+}
+
+TEST_F(SingleInstanceTest, LooksForABusThatWentAsSoonAsItsSocketIsThereAgain) {
+    // Its own pauses take minutes.
+    EventLoopQueue slow(1000);
+    int returns = 0;
+    NameClaim claim(address(), {}, {20s, 20s, 20s}, [] { ADD_FAILURE(); });
+    const SingleInstance instance(claim, address().split(',').first(), slow, carryOut_, [&] { ++returns; });
+    bus_.stop();
+    ASSERT_TRUE(waitUntil([&] { return !instance.hasBus(); }));
+    bus_.startAgain();
+    EXPECT_TRUE(waitUntil([&] { return returns == 1; }));
+    expectReachable();
+}
+
+TEST(BusSocketFolder, IsThatOfTheFirstAddress) {
+    EXPECT_EQ(busSocketFolder("unix:path=/run/user/1/bus"), u"/run/user/1/"_s);
+    EXPECT_EQ(busSocketFolder("unix:guid=1,path=/a%20b/bus;unix:path=/c/bus"), u"/a b/"_s);
+    EXPECT_EQ(busSocketFolder("unix:abstract=/run/user/1/bus"), QString());
+    EXPECT_EQ(busSocketFolder("tcp:host=localhost,port=1"), QString());
+    EXPECT_EQ(busSocketFolder({}), QString());
 }
 
 TEST_F(SingleInstanceTest, IsReachedAgainOnABusThatTakesThePlaceOfOneThatWent) {
