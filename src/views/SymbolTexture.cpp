@@ -1,7 +1,9 @@
 #include "views/SymbolTexture.h"
 
-#include <QPainter>
-#include <QSvgRenderer>
+#include "views/Symbols.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace amberquill {
 
@@ -14,14 +16,8 @@ void SymbolTexture::setName(const QString& name) {
 }
 
 TextureItem::Painted SymbolTexture::paintTexture(double devicePixelRatio) {
-    const QSize pixels = (size() * devicePixelRatio).toSize().expandedTo({1, 1});
-    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QSvgRenderer symbol(QStringLiteral(":/qt/qml/Amberquill/Views/symbols/%1.svg").arg(name_));
-    QPainter painter(&image);
-    symbol.render(&painter);
-    painter.end();
-    return {image, QRectF(QPointF(), QSizeF(pixels) / devicePixelRatio)};
+    const int edge = std::max(1, static_cast<int>(std::lround(width() * devicePixelRatio)));
+    return {paintSymbol(name_, edge), QRectF(QPointF(), QSizeF(edge, edge) / devicePixelRatio)};
 }
 
 } // namespace amberquill

@@ -2,13 +2,12 @@
 
 #include "views/TextureItem.h"
 
-#include <QColor>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
 namespace amberquill {
 
-// One of the interface's own symbols, crisp at any scale.
+// One of the interface's own symbols, on the pixel grid at any resolution. The item is a square.
 class SymbolTexture : public amberquill::TextureItem {
     Q_OBJECT
     QML_ELEMENT

@@ -123,6 +123,46 @@ protected:
         EXPECT_NEAR(found.height(), field->property("cursorRectangle").toRectF().height() * ratio(), 1);
     }
 
+    // A symbol's part (0 … 1) as seen from the side or from above: how bright the brightest pixel of each row
+    // or column is, 0 as what is beside the symbol, 1 as its brightest.
+    [[nodiscard]] std::vector<double> profile(const QImage& image, const QQuickItem* symbol,
+                                              const QRectF& part, bool isOfRows) const {
+        const QRect whole = pixels(symbol).toRect();
+        const QRect area(whole.topLeft() +
+                             QPointF(part.x() * whole.width(), part.y() * whole.height()).toPoint(),
+                         QSizeF(part.width() * whole.width(), part.height() * whole.height()).toSize());
+        const int bare = image.pixelColor(whole.topLeft()).lightness();
+        std::vector<double> brightest(static_cast<std::size_t>(isOfRows ? area.height() : area.width()));
+        for (int y = 0; y < area.height(); ++y) {
+            for (int x = 0; x < area.width(); ++x) {
+                double& value = brightest[static_cast<std::size_t>(isOfRows ? y : x)];
+                value = std::max<double>(value,
+                                         image.pixelColor(area.topLeft() + QPoint(x, y)).lightness() - bare);
+            }
+        }
+        const double peak = *std::max_element(brightest.begin(), brightest.end());
+        EXPECT_GT(peak, 40);
+        for (double& value : brightest) {
+            value /= peak;
+        }
+        return brightest;
+    }
+
+    void expectOnPixels(const QImage& image, const QString& name, const QRectF& part, bool isOfRows) {
+        for (const QQuickItem* symbol : drawn(u"amberquill::SymbolTexture"_s)) {
+            if (symbol->property("name").toString() != name) {
+                continue;
+            }
+            const auto values = profile(image, symbol, part, isOfRows);
+            EXPECT_TRUE(std::all_of(values.begin(), values.end(),
+                                    [](double value) { return value < 0.1 || value > 0.9; }))
+                << name.toStdString() << (isOfRows ? ", rows: " : ", columns: ")
+                << testing::PrintToString(values);
+            return;
+        }
+        ADD_FAILURE() << name.toStdString() << " is not drawn";
+    }
+
     [[nodiscard]] QQuickItem* focused(const QString& name) const {
         QQuickItem* field = item(name);
         EXPECT_NE(field, nullptr);
@@ -287,4 +327,19 @@ TEST_P(PixelGridTest, TheCaretOfAFoldersTitleIsSeenAtBothEndsOfALongName) {
         model_->closeFolder();
         settle();
     }
+}
+
+TEST_P(PixelGridTest, TheSymbolsLinesAndCirclesLieOnWholePixels) {
+    showWith(3);
+    model_->setSearchText(u"App"_s);
+    settle();
+    const QImage image = picture();
+    // Where there is nothing but level or upright lines, and the outermost of circles.
+    expectOnPixels(image, u"line.3.horizontal"_s, {0.3, 0, 0.4, 1}, true);
+    expectOnPixels(image, u"plus"_s, {0.2, 0, 0.2, 1}, true);
+    expectOnPixels(image, u"plus"_s, {0, 0.2, 1, 0.2}, false);
+    expectOnPixels(image, u"magnifyingglass"_s, {0, 0, 0.7, 0.25}, true);
+    expectOnPixels(image, u"magnifyingglass"_s, {0, 0, 0.25, 0.7}, false);
+    expectOnPixels(image, u"xmark.circle.fill"_s, {0, 0, 1, 1}, true);
+    expectOnPixels(image, u"xmark.circle.fill"_s, {0, 0, 1, 1}, false);
 }
