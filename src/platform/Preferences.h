@@ -7,7 +7,8 @@
 namespace amberquill {
 
 // The user's preferences: typed values by key. A value of another type than the one asked for reads as
-// absent. Main thread only; a failed write is silent and the value holds until the program ends.
+// absent. Main thread only, but for `flush`; a failed write is silent and the value holds until the program
+// ends.
 class Preferences {
 public:
     Preferences() = default;
@@ -25,6 +26,9 @@ public:
     virtual void setString(const QString& key, const QString& value) = 0;
     virtual void setStringList(const QString& key, const QStringList& value) = 0;
     virtual void remove(const QString& key) = 0;
+
+    // Returns when what was set is on the disk, or has failed. Safe on any thread.
+    virtual void flush() = 0;
 };
 
 class NullPreferences final : public Preferences {
@@ -40,6 +44,7 @@ public:
     void setString(const QString&, const QString&) override {}
     void setStringList(const QString&, const QStringList&) override {}
     void remove(const QString&) override {}
+    void flush() override {}
 };
 
 } // namespace amberquill

@@ -6,6 +6,7 @@
 #include "platform/ApplicationOpener.h"
 #include "platform/MainQueue.h"
 #include "platform/MotionPreference.h"
+#include "platform/Preferences.h"
 #include "platform/WindowSystem.h"
 #include "views/TileLayout.h"
 #include "window/ApplicationIcon.h"
@@ -272,7 +273,10 @@ void AppDelegate::toggleByPress(PressRoute route, const PressOrigin& origin) {
 
 void AppDelegate::applicationWillTerminate() {
     model_.save();
-    services_.runFlush([this] { model_.flushSaves(); });
+    services_.runFlush([this] {
+        model_.flushSaves();
+        services_.preferences.flush();
+    });
 }
 
 // What the session manager does next may be to end the process. Whether the next session begins with the

@@ -84,11 +84,12 @@ struct Reading {
     std::optional<ScanResult> firstScan;
 };
 
-// What saves of earlier processes left beside these files when they were killed.
+// What saves of earlier processes left beside these files, or what they are links to, when they were killed.
 void removeLeftovers(const FileSystem& files, const QStringList& paths) {
     for (const QString& path : paths) {
-        const QString file = files.resolvingSymbolicLinks(path);
-        desktop::removeLeftoverFiles(QFileInfo(file).path().toUtf8());
+        for (const QString& place : {path, files.resolvingSymbolicLinks(path)}) {
+            desktop::removeLeftoverFiles(QFileInfo(place).path().toUtf8());
+        }
     }
 }
 
@@ -176,6 +177,7 @@ int main(int argc, char* argv[]) {
         std::make_shared<desktop::AppImageInstaller>(start.environment.forChild({}), program);
     EventLoopQueue queue(slowdown());
     queue.runOneAtATime();
+    preferences.writeOn(queue);
     Timeline& timeline = Timeline::shared();
     timeline.runOn(&queue);
     const FrameDriver driver(timeline);

@@ -30,6 +30,9 @@ public:
     void setString(const QString& key, const QString& value) override { store(key, value); }
     void setStringList(const QString& key, const QStringList& value) override { store(key, value); }
     void remove(const QString& key) override { values_.remove(key); }
+    void flush() override { ++flushes; }
+
+    int flushes = 0;
 
     // Called after each value that is stored.
     std::function<void(const QString& key)> onStored = [](const QString&) {};

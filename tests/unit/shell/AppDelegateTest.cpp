@@ -384,6 +384,7 @@ TEST_F(AppDelegateTest, TheLayoutIsSavedAtTheEndEvenWhenNothingSavedItBefore) {
     Q_EMIT qGuiApp->aboutToQuit({});
     EXPECT_EQ(files_.file(u"/data/Amberquill/layout.json"_s),
               encodeItems({LaunchItem::app(u"/Applications/1.app"_s)}));
+    EXPECT_EQ(preferences_.flushes, 1);
 }
 
 TEST_F(AppDelegateTest, AnotherLanguageMakesTheMainMenuAnew) {

@@ -10,27 +10,30 @@ namespace {
 
 constexpr qint64 maximumBytes = qint64{1024} * 1024;
 
-std::optional<QJsonObject> readObject(const FileSystem& files, const QString& path) {
-    const auto bytes = files.readFile(path, maximumBytes);
-    if (!bytes) {
-        return std::nullopt;
-    }
-    const QJsonDocument document = QJsonDocument::fromJson(*bytes);
-    if (!document.isObject()) {
-        return std::nullopt;
-    }
-    return document.object();
+std::optional<QJsonObject> objectIn(const QByteArray& text) {
+    const QJsonDocument document = QJsonDocument::fromJson(text);
+    return document.isObject() ? std::optional(document.object()) : std::nullopt;
 }
 
 } // namespace
 
-JsonPreferences::JsonPreferences(FileSystem& files, QString path)
+JsonPreferences::JsonPreferences(FileSystem& files, const QString& path)
     : files_(files)
-    , path_(std::move(path)) {
-    if (auto object = readObject(files_, path_)) {
+    , path_(path) {
+    auto text = files_.readFile(path_, maximumBytes);
+    if (auto object = text ? objectIn(*text) : std::nullopt) {
         values_ = *std::move(object);
-        isOurs_ = true;
-        isWritten_ = true;
+        read_ = std::move(text);
+    }
+}
+
+void JsonPreferences::writeOn(MainQueue& queue) {
+    file_.emplace(queue, files_, path_, maximumBytes);
+    if (read_) {
+        file_->assumeHeld(*read_);
+    }
+    if (isChanged_) {
+        save();
     }
 }
 
@@ -88,24 +91,30 @@ void JsonPreferences::setStringList(const QString& key, const QStringList& value
 void JsonPreferences::remove(const QString& key) {
     if (values_.contains(key)) {
         values_.remove(key);
-        write();
+        save();
+    }
+}
+
+void JsonPreferences::flush() {
+    if (file_) {
+        file_->flush();
     }
 }
 
 void JsonPreferences::set(const QString& key, const QJsonValue& value) {
-    if (isWritten_ && values_.value(key) == value) {
-        return;
+    if (values_.value(key) != value) {
+        values_.insert(key, value);
+        save();
+    } else if (file_) {
+        file_->tryAgain();
     }
-    values_.insert(key, value);
-    write();
 }
 
-void JsonPreferences::write() {
-    if (!isOurs_) {
-        files_.setAside(path_); // false where there is none, the usual case
+void JsonPreferences::save() {
+    isChanged_ = true;
+    if (file_) {
+        file_->save(QJsonDocument(values_).toJson());
     }
-    isWritten_ = files_.writeAtomically(path_, QJsonDocument(values_).toJson());
-    isOurs_ = isOurs_ || isWritten_;
 }
 
 } // namespace amberquill::desktop

@@ -2,19 +2,24 @@
 
 #include "platform/FileSystem.h"
 #include "platform/Preferences.h"
+#include "platform/WriteBehind.h"
 
 #include <QJsonObject>
+#include <optional>
 
 namespace amberquill::desktop {
 
-// Preferences in one file that holds one JSON object (RFC 8259). Read once; each value that is set is written
-// at once, unless it is what the file holds, and the keys that the program does not know stay. A file that is
-// there but cannot be read as such an object (over a mebibyte, cut off, another kind of value) means
-// defaults, and is set aside before the first write takes its place.
+// Preferences in one file that holds one JSON object (RFC 8259). Read once; what is set is written soon, away
+// from the main thread and values set together in one write, and the keys that the program does not know
+// stay. A file that is there but cannot be read as such an object (over a mebibyte, cut off, another kind of
+// value) means defaults, and is set aside before the first write takes its place.
 class JsonPreferences final : public Preferences {
 public:
     // `path` is absolute. `files` outlives this object.
-    JsonPreferences(FileSystem& files, QString path);
+    JsonPreferences(FileSystem& files, const QString& path);
+
+    // What is set is written from now on, and what was set before. `queue` outlives this object's use.
+    void writeOn(MainQueue& queue);
 
     [[nodiscard]] std::optional<int> integer(const QString& key) const override;
     [[nodiscard]] std::optional<bool> boolean(const QString& key) const override;
@@ -26,16 +31,18 @@ public:
     void setString(const QString& key, const QString& value) override;
     void setStringList(const QString& key, const QStringList& value) override;
     void remove(const QString& key) override;
+    void flush() override;
 
 private:
     void set(const QString& key, const QJsonValue& value);
-    void write();
+    void save();
 
     FileSystem& files_;
     QString path_;
     QJsonObject values_;
-    bool isOurs_ = false;    // the file was read, or written by us
-    bool isWritten_ = false; // the file holds these values
+    std::optional<QByteArray> read_;  // none: there was no file, or no such object in it
+    std::optional<WriteBehind> file_; // none: values are not written yet
+    bool isChanged_ = false;          // there are other values than were read
 };
 
 } // namespace amberquill::desktop

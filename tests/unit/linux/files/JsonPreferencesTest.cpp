@@ -1,6 +1,7 @@
 #include "platform/linux/files/JsonPreferences.h"
 
 #include "platform/linux/files/PosixFileSystem.h"
+#include "support/ManualQueue.h"
 #include "support/MemoryFileSystem.h"
 #include "support/TemporaryTree.h"
 
@@ -24,10 +25,13 @@ protected:
         return {files_, path};
     }
 
-    [[nodiscard]] QJsonObject written() const {
+    // What the file holds once everything is written.
+    [[nodiscard]] QJsonObject written() {
+        queue_.runPosted();
         return QJsonDocument::fromJson(files_.file(path).value_or(QByteArray())).object();
     }
 
+    ManualQueue queue_;
     MemoryFileSystem files_;
 };
 
@@ -69,14 +73,16 @@ TEST_F(JsonPreferencesTest, OnlyWholeNumbersInRangeAreIntegers) {
     }
 }
 
-TEST_F(JsonPreferencesTest, AValueThatIsSetIsReadBackAndWrittenAtOnce) {
+TEST_F(JsonPreferencesTest, AValueThatIsSetIsReadBackAtOnceAndWrittenWithTheOthersAfterwards) {
     JsonPreferences preferences(files_, path);
+    preferences.writeOn(queue_);
     preferences.setInteger(u"i"_s, 5);
-    EXPECT_EQ(files_.writes(), 1);
     preferences.setBoolean(u"b"_s, false);
     preferences.setString(u"s"_s, u"größer"_s);
-    EXPECT_EQ(files_.writes(), 3);
     EXPECT_EQ(preferences.integer(u"i"_s), 5);
+    EXPECT_EQ(files_.writes(), 0);
+    queue_.runPosted();
+    EXPECT_EQ(files_.writes(), 1);
 
     const JsonPreferences later(files_, path);
     EXPECT_EQ(later.integer(u"i"_s), 5);
@@ -84,8 +90,40 @@ TEST_F(JsonPreferencesTest, AValueThatIsSetIsReadBackAndWrittenAtOnce) {
     EXPECT_EQ(later.string(u"s"_s), u"größer"_s);
 }
 
+TEST_F(JsonPreferencesTest, AFlushWritesAtOnce) {
+    JsonPreferences preferences(files_, path);
+    preferences.writeOn(queue_);
+    preferences.setInteger(u"i"_s, 5);
+    preferences.flush();
+    EXPECT_EQ(JsonPreferences(files_, path).integer(u"i"_s), 5);
+}
+
+TEST_F(JsonPreferencesTest, WhatIsSetBeforeThereIsAQueueIsWrittenThen) {
+    JsonPreferences preferences(files_, path);
+    preferences.setInteger(u"i"_s, 5);
+    preferences.flush();
+    EXPECT_EQ(files_.writes(), 0);
+    preferences.writeOn(queue_);
+    EXPECT_EQ(written(), (QJsonObject{{u"i"_s, 5}}));
+}
+
+TEST_F(JsonPreferencesTest, AFileThatCannotBeSetAsideStaysUntilItCan) {
+    JsonPreferences preferences = preferencesOf("{\"i\": 1");
+    preferences.writeOn(queue_);
+    files_.refuseSettingAside(true);
+    preferences.setInteger(u"i"_s, 5);
+    queue_.advance(3600);
+    preferences.flush();
+    EXPECT_EQ(files_.file(path), "{\"i\": 1");
+    files_.refuseSettingAside(false);
+    queue_.advance(300);
+    EXPECT_EQ(written(), (QJsonObject{{u"i"_s, 5}}));
+    EXPECT_EQ(files_.file(asidePath), "{\"i\": 1");
+}
+
 TEST_F(JsonPreferencesTest, AValueOfAnotherTypeIsReplaced) {
     JsonPreferences preferences = preferencesOf(R"({"key": "text"})");
+    preferences.writeOn(queue_);
     preferences.setInteger(u"key"_s, 1);
     EXPECT_EQ(preferences.integer(u"key"_s), 1);
     EXPECT_EQ(preferences.string(u"key"_s), std::nullopt);
@@ -94,6 +132,7 @@ TEST_F(JsonPreferencesTest, AValueOfAnotherTypeIsReplaced) {
 TEST_F(JsonPreferencesTest, UnknownKeysAreKept) {
     JsonPreferences preferences =
         preferencesOf(R"({"later": {"deep": [1, 2.5, "x", null]}, "long": 9007199254740993, "known": 1})");
+    preferences.writeOn(queue_);
     preferences.setInteger(u"known"_s, 2);
     const QJsonObject object = written();
     EXPECT_EQ(object.value(u"known"_s).toInt(), 2);
@@ -105,9 +144,11 @@ TEST_F(JsonPreferencesTest, UnknownKeysAreKept) {
 
 TEST_F(JsonPreferencesTest, WithoutAFileThereAreDefaultsAndNothingIsSetAside) {
     JsonPreferences preferences(files_, path);
+    preferences.writeOn(queue_);
     EXPECT_EQ(preferences.integer(u"i"_s), std::nullopt);
     EXPECT_EQ(files_.writes(), 0);
     preferences.setInteger(u"i"_s, 1);
+    queue_.runPosted();
     EXPECT_EQ(files_.paths(), QStringList{path});
 }
 
@@ -120,10 +161,13 @@ TEST_F(JsonPreferencesTest, AFileThatCannotBeReadMeansDefaultsAndIsSetAsideBefor
         MemoryFileSystem files;
         files.addFile(path, broken);
         JsonPreferences preferences(files, path);
+        preferences.writeOn(queue_);
         EXPECT_EQ(preferences.integer(u"i"_s), std::nullopt) << broken.left(30).toStdString();
         EXPECT_EQ(files.file(path), broken); // untouched until something is to be kept
         preferences.setInteger(u"other"_s, 2);
+        preferences.flush();
         preferences.setInteger(u"other"_s, 3);
+        preferences.flush();
         EXPECT_EQ(files.file(asidePath), broken) << broken.left(30).toStdString();
         EXPECT_EQ(JsonPreferences(files, path).integer(u"other"_s), 3);
         EXPECT_EQ(files.paths().size(), 2);
@@ -132,8 +176,10 @@ TEST_F(JsonPreferencesTest, AFileThatCannotBeReadMeansDefaultsAndIsSetAsideBefor
 
 TEST_F(JsonPreferencesTest, WhatCannotBeWrittenHoldsInMemoryAndIsWrittenWithTheNext) {
     JsonPreferences preferences(files_, path);
+    preferences.writeOn(queue_);
     files_.refuseWrites(true);
     preferences.setInteger(u"first"_s, 1);
+    queue_.runPosted();
     EXPECT_EQ(preferences.integer(u"first"_s), 1);
     EXPECT_EQ(files_.paths(), QStringList());
     files_.refuseWrites(false);
@@ -144,11 +190,17 @@ TEST_F(JsonPreferencesTest, WhatCannotBeWrittenHoldsInMemoryAndIsWrittenWithTheN
 TEST_F(JsonPreferencesTest, OnTheDiskTheFolderIsMadeAndTheBrokenFileStaysBeside) {
     const TemporaryTree tree;
     PosixFileSystem files;
-    JsonPreferences(files, tree.path("Amberquill/preferences.json")).setString(u"s"_s, u"x"_s);
+    const auto set = [&](const QString& key) {
+        JsonPreferences preferences(files, tree.path("Amberquill/preferences.json"));
+        preferences.writeOn(queue_);
+        preferences.setInteger(key, 1);
+        preferences.flush();
+    };
+    set(u"i"_s);
     EXPECT_EQ(QJsonDocument::fromJson(tree.read("Amberquill/preferences.json")).object(),
-              (QJsonObject{{u"s"_s, u"x"_s}}));
+              (QJsonObject{{u"i"_s, 1}}));
     tree.write("Amberquill/preferences.json", "{");
-    JsonPreferences(files, tree.path("Amberquill/preferences.json")).setInteger(u"i"_s, 1);
+    set(u"i"_s);
     EXPECT_EQ(tree.read("Amberquill/preferences.json.unreadable-1"), "{");
 }
 
@@ -164,6 +216,7 @@ TEST_F(JsonPreferencesTest, AListOfTextsIsReadAsOneAndAnythingElseAsAbsent) {
 
 TEST_F(JsonPreferencesTest, AListIsWrittenAndAKeyThatIsRemovedIsGoneFromTheFile) {
     JsonPreferences preferences = preferencesOf(R"({"other": 1})");
+    preferences.writeOn(queue_);
     preferences.setStringList(u"list"_s, {u"ja"_s});
     EXPECT_EQ(written(), (QJsonObject{{u"other"_s, 1}, {u"list"_s, QJsonArray{u"ja"_s}}}));
     preferences.remove(u"list"_s);
@@ -173,19 +226,24 @@ TEST_F(JsonPreferencesTest, AListIsWrittenAndAKeyThatIsRemovedIsGoneFromTheFile)
 
 TEST_F(JsonPreferencesTest, WhatTheFileHoldsAlreadyIsNotWrittenAgain) {
     JsonPreferences preferences = preferencesOf(R"({"i": 1, "s": "x", "list": ["a"]})");
+    preferences.writeOn(queue_);
     preferences.setInteger(u"i"_s, 1);
     preferences.setString(u"s"_s, u"x"_s);
     preferences.setStringList(u"list"_s, {u"a"_s});
     preferences.remove(u"missing"_s);
+    queue_.runPosted();
     EXPECT_EQ(files_.writes(), 0);
     preferences.setInteger(u"i"_s, 2);
+    queue_.runPosted();
     EXPECT_EQ(files_.writes(), 1);
 }
 
 TEST_F(JsonPreferencesTest, AValueThatCouldNotBeWrittenIsTriedAgain) {
     JsonPreferences preferences = preferencesOf(R"({"i": 1})");
+    preferences.writeOn(queue_);
     files_.refuseWrites(true);
     preferences.setInteger(u"i"_s, 2);
+    queue_.runPosted();
     files_.refuseWrites(false);
     preferences.setInteger(u"i"_s, 2);
     EXPECT_EQ(written(), (QJsonObject{{u"i"_s, 2}}));

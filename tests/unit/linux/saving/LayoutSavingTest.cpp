@@ -1,8 +1,11 @@
 #include "data/LayoutCoding.h"
 #include "model/LauncherModel.h"
 #include "model/LayoutStore.h"
+#include "platform/linux/files/JsonPreferences.h"
 #include "platform/linux/files/PosixFileSystem.h"
+#include "platform/linux/files/TemporaryFile.h"
 #include "support/ManualQueue.h"
+#include "support/MemoryFileSystem.h"
 #include "support/MemoryPreferences.h"
 #include "support/OrdinaryUser.h"
 #include "support/TemporaryTree.h"
@@ -41,6 +44,10 @@ protected:
         const auto* items = std::get_if<LaunchItems>(&decoded);
         EXPECT_NE(items, nullptr);
         return items != nullptr ? *items : LaunchItems{};
+    }
+
+    [[nodiscard]] std::ptrdiff_t namesInFolder() const {
+        return std::distance(std::filesystem::directory_iterator(tree_.at("Amberquill")), {});
     }
 
     // A model over the real files that has laid out `count` applications and saved them.
@@ -164,6 +171,10 @@ TEST_F(LayoutSaving, AProcessKilledAtAnyMomentOfASaveLeavesTheOldLayoutOrTheNew)
     EXPECT_NE(std::find(wereTwo.begin(), wereTwo.end(), true), wereTwo.end())
         << "the first save has not changed the file";
     EXPECT_FALSE(wereTwo.back()) << "the second save has not changed the file";
+    // What the killed processes left beside it goes with the next start.
+    EXPECT_GT(namesInFolder(), 1);
+    removeLeftoverFiles(tree_.path("Amberquill").toUtf8());
+    EXPECT_EQ(namesInFolder(), 1);
 }
 
 TEST_F(LayoutSaving, AFullDiskLosesNothingAndSaysNothing) {
@@ -232,4 +243,19 @@ TEST_F(LayoutSaving, MissingFoldersAreMadeForTheUserAlone) {
     const auto folder = std::filesystem::status(tree_.at("deep/below/Amberquill"));
     EXPECT_EQ(folder.permissions(), std::filesystem::perms(0700));
     EXPECT_EQ(LayoutStore(queue_, files_, tree_.path("deep/below")).load(), layoutOf(1, u"/a"_s));
+}
+
+TEST_F(LayoutSaving, AGridIsOneWriteOfThePreferencesAndNotOneOfTheMainThread) {
+    MemoryFileSystem files;
+    JsonPreferences preferences(files, u"/config/preferences.json"_s);
+    preferences.writeOn(queue_);
+    LauncherModel model(LauncherModel::Services{
+        queue_, files, preferences, u"/data"_s, [] { return std::vector<AppInfo>(); }, {}, {}});
+    model.setGrid(8, 6);
+    EXPECT_EQ(files.writes(), 0);
+    queue_.runPosted();
+    EXPECT_EQ(files.writes(), 1);
+    const JsonPreferences later(files, u"/config/preferences.json"_s);
+    EXPECT_EQ(later.integer(u"gridColumns"_s), 8);
+    EXPECT_EQ(later.integer(u"gridRows"_s), 6);
 }
