@@ -7,7 +7,7 @@
 namespace amberquill {
 
 // The user's preferences: typed values by key. A value of another type than the one asked for reads as
-// absent. Main thread only, but for `flush`; a failed write is silent and the value holds until the program
+// absent. Main thread only, but for `flush`. A failed write is silent, and the value holds until the program
 // ends.
 class Preferences {
 public:
