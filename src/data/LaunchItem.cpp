@@ -26,11 +26,15 @@ QString appItemId(const QString& path) {
     return QStringLiteral("a:") + path;
 }
 
+QString folderItemId(const QUuid& id) {
+    return QStringLiteral("f:") + canonicalText(id);
+}
+
 QString LaunchItem::id() const {
     if (const QString* path = asApp()) {
         return appItemId(*path);
     }
-    return QStringLiteral("f:") + canonicalText(asFolder()->id);
+    return folderItemId(asFolder()->id);
 }
 
 bool LaunchItem::hasId(const QString& id) const {
@@ -40,10 +44,18 @@ bool LaunchItem::hasId(const QString& id) const {
     return id.startsWith(QLatin1String("f:")) && id == this->id();
 }
 
+QStringView lastPathComponent(const QString& path) {
+    QStringView rest(path);
+    while (rest.endsWith(QLatin1Char('/'))) {
+        rest.chop(1);
+    }
+    return rest.mid(rest.lastIndexOf(QLatin1Char('/')) + 1);
+}
+
 QString nameFromPath(const QString& path) {
-    const QString last = path.mid(path.lastIndexOf(QLatin1Char('/')) + 1);
+    const QStringView last = lastPathComponent(path);
     const qsizetype dot = last.lastIndexOf(QLatin1Char('.'));
-    return dot > 0 ? last.left(dot) : last;
+    return (dot > 0 ? last.left(dot) : last).toString();
 }
 
 } // namespace amberquill

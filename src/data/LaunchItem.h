@@ -71,8 +71,12 @@ size_t qHash(const LaunchItem& item, size_t seed = 0) noexcept;
 
 using LaunchItems = std::vector<LaunchItem>;
 
-// The identity of the item for the application at `path`.
+// The identity of the item for the application at `path`, and of the folder of this id.
 QString appItemId(const QString& path);
+QString folderItemId(const QUuid& id);
+
+// The last component of a path, without the slashes that the path may end with.
+QStringView lastPathComponent(const QString& path);
 
 // The name to show for a path of which nothing else is known: its last component without the extension.
 QString nameFromPath(const QString& path);

@@ -10,10 +10,6 @@ namespace amberquill::LayoutReconciler {
 
 namespace {
 
-QStringView fileName(const QString& path) {
-    return QStringView(path).mid(path.lastIndexOf(QLatin1Char('/')) + 1);
-}
-
 // Which installed application each saved path stands for. Lives for one call; keeps views into its arguments.
 class Claims {
 public:
@@ -88,11 +84,11 @@ private:
         if (byFileName_.isEmpty()) {
             byFileName_.reserve(static_cast<qsizetype>(installed_.size()));
             for (std::size_t place = 0; place < installed_.size(); ++place) {
-                byFileName_[fileName(installed_[place].path)].push_back(oneOfPath(place));
+                byFileName_[lastPathComponent(installed_[place].path)].push_back(oneOfPath(place));
             }
         }
         static const std::vector<std::size_t> none;
-        const auto found = byFileName_.constFind(fileName(path));
+        const auto found = byFileName_.constFind(lastPathComponent(path));
         return found == byFileName_.constEnd() ? none : *found;
     }
 

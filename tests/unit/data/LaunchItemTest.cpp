@@ -65,5 +65,7 @@ TEST(NameFromPath, IsTheLastComponentWithoutItsExtension) {
     EXPECT_EQ(nameFromPath(u"/usr/share/applications/org.example.Notes.desktop"_s), u"org.example.Notes"_s);
     EXPECT_EQ(nameFromPath(u"/Applications/Plain"_s), u"Plain"_s);
     EXPECT_EQ(nameFromPath(u".hidden"_s), u".hidden"_s);
+    EXPECT_EQ(nameFromPath(u"/Applications/Calculator.app//"_s), u"Calculator"_s);
+    EXPECT_EQ(nameFromPath(u"/"_s), QString());
     EXPECT_EQ(nameFromPath(QString()), QString());
 }

@@ -70,6 +70,12 @@ TEST(LayoutReconciler, AMovedAppKeepsItsPlaceUnderItsNewPath) {
               (LaunchItems{app(u"/home/me/Applications/X.app"_s), app(u"/b.app"_s)}));
 }
 
+TEST(LayoutReconciler, APathThatEndsWithASlashIsKnownByItsFileName) {
+    EXPECT_EQ(reconcile({app(u"/Applications/X.app/"_s), app(u"/Applications/A.app"_s)},
+                        {installedAt(u"/Applications/A.app"_s), installedAt(u"/Applications/X.app"_s)}),
+              (LaunchItems{app(u"/Applications/X.app"_s), app(u"/Applications/A.app"_s)}));
+}
+
 TEST(LayoutReconciler, AMovedAppIsFollowedInsideAFolder) {
     EXPECT_EQ(
         reconcile({LaunchItem::folder({firstId, u"F"_s, {u"/old/X.app"_s}})}, {installedAt(u"/new/X.app"_s)}),
