@@ -20,6 +20,7 @@ LauncherModel::LauncherModel(Services services, QObject* parent)
     , rows_(storedRows(services_.preferences))
     , background_(storedBackground(services_.preferences))
     , language_(L::language())
+    , places_(store_.takePlaces(), services_.queue.date())
     , pending_(services_.queue) {}
 
 LauncherModel::~LauncherModel() = default;

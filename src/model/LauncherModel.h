@@ -5,7 +5,9 @@
 #include "data/GridMetrics.h"
 #include "data/HomePaths.h"
 #include "data/LaunchItem.h"
+#include "data/LayoutFile.h"
 #include "data/NameOrder.h"
+#include "data/PlaceMemory.h"
 #include "data/SearchIndex.h"
 #include "localization/AppLanguage.h"
 #include "model/DragInfo.h"
@@ -18,6 +20,7 @@
 #include "model/PendingIntent.h"
 #include "model/PointerGesture.h"
 #include "model/RememberedPlace.h"
+#include "model/VanishedApplications.h"
 #include "model/VisibleEntries.h"
 #include "platform/LoginItem.h"
 #include "platform/MainQueue.h"
@@ -139,6 +142,8 @@ public:
     // Scans in the background, unless a scan is under way.
     void refreshApps();
     [[nodiscard]] bool isScanning() const { return scanning_; }
+    // Applications that are not installed leave the layout, their places are remembered; those that come back
+    // take theirs again, and new ones stand at its end.
     void applyScan(const std::vector<AppInfo>& installed);
 
     // --- Search
@@ -214,7 +219,8 @@ public:
     // The layout and the grid as a file for other machines: paths below the home folder are written from "~".
     [[nodiscard]] QByteArray exportLayoutData() const;
     // Takes layout and grid from such a file. Applications that are not installed are left out, several that
-    // the file does not know come into a folder of their own. After a failure nothing has changed.
+    // the file does not know come into a folder of their own. Before the first scan, it waits for it. After a
+    // failure nothing has changed.
     [[nodiscard]] std::optional<InvalidLayoutFile> importLayout(QByteArrayView data);
     // All applications by their names, no folders.
     void resetLayout();
@@ -296,6 +302,9 @@ private:
     [[nodiscard]] const Folder* draggedFrom(const QUuid& folderID);
     [[nodiscard]] std::optional<std::size_t> indexInFolder(const Folder& folder, const QString& path);
 
+    void takeScan(const ScanResult& scan);
+    void rememberPlaces(const LaunchItems& before, const LaunchItems& after);
+    void forgetPlaces();
     void setInstalled(const std::vector<AppInfo>& installed);
     void indexNames();
     void search();
@@ -304,6 +313,7 @@ private:
     [[nodiscard]] static int storedColumns(const Preferences& preferences);
     [[nodiscard]] static int storedRows(const Preferences& preferences);
     void setGridSide(int& side, int value, const QString& key);
+    void applyWaitingImport();
     void replaceLayout(
         LaunchItems items, const std::function<void()>& before = [] {});
 
@@ -334,6 +344,10 @@ private:
     LaunchItems foundItems_;
     int browsePage_ = 0; // shown when the search began
 
+    std::optional<LayoutFile> waitingImport_; // for the first scan
+    PlaceMemory places_;
+    VanishedApplications vanished_;
+    DelayedWork nextDecision_; // about those of `vanished_` that stay
     bool scanning_ = false;
     bool hasScanned_ = false;
     PageTurns pageTurns_;

@@ -2,6 +2,7 @@
 #include "data/LayoutReconciler.h"
 #include "localization/L.h"
 #include "model/LauncherModel.h"
+#include "model/LayoutEdits.h"
 #include "motion/Animations.h"
 #include "motion/WithAnimation.h"
 #include "platform/MainQueue.h"
@@ -52,23 +53,41 @@ std::optional<InvalidLayoutFile> LauncherModel::importLayout(QByteArrayView data
     if (!file || file->format != LayoutFile::ownFormat) {
         return InvalidLayoutFile{};
     }
+    waitingImport_ = *std::move(file);
+    if (hasScanned_) {
+        applyWaitingImport();
+    }
+    return std::nullopt;
+}
+
+void LauncherModel::applyWaitingImport() {
+    std::optional<LayoutFile> file = std::exchange(waitingImport_, std::nullopt);
+    if (!file) {
+        return;
+    }
     willHide();
     cancelPending();
     setOpenFolderID(std::nullopt);
     setSearchText({});
 
     TildeExpansion tilde(services_.homes);
-    const LaunchItems imported =
+    LaunchItems imported =
         withPaths(std::move(file->items), [&tilde](const QString& path) { return tilde.expand(path); });
-    replaceLayout(LayoutReconciler::reconcile(imported, installed_, L::otherApps(), nameOrder()), [&] {
+    LayoutEdits::separateFolders(imported);
+    LaunchItems reconciled = LayoutReconciler::reconcile(imported, installed_, L::otherApps(), nameOrder());
+    // What the file places and is not installed yet takes its place when it is.
+    forgetPlaces();
+    rememberPlaces(imported, reconciled);
+    replaceLayout(std::move(reconciled), [&] {
         setGrid(static_cast<int>(std::clamp(file->columns, leastColumns, mostColumns)),
                 static_cast<int>(std::clamp(file->rows, leastRows, mostRows)));
     });
     turnToPage(0);
-    return std::nullopt;
 }
 
 void LauncherModel::resetLayout() {
+    waitingImport_.reset();
+    forgetPlaces();
     replaceLayout(LayoutReconciler::reconcile({}, installed_, std::nullopt, nameOrder()));
     turnToPage(0);
 }

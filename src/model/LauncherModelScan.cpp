@@ -32,10 +32,27 @@ void LauncherModel::refreshApps() {
         [self = QPointer(this)](const ScanResult& scan) {
             if (self != nullptr) {
                 self->scanning_ = false;
-                self->applyScan(scan.apps);
+                self->takeScan(scan);
             }
         },
         Lane::Scan);
+}
+
+// What a scan does not find may still stay for a while: another scan decides about it.
+void LauncherModel::takeScan(const ScanResult& scan) {
+    std::vector<AppInfo> installed = scan.apps;
+    for (const QString& path : vanished_.staying(items_, scan, services_.queue.now())) {
+        installed.push_back({path, appName(path)});
+    }
+    nextDecision_.cancel();
+    if (const auto decision = vanished_.nextDecision()) {
+        nextDecision_ = services_.queue.postAfter(*decision - services_.queue.now(), [self = QPointer(this)] {
+            if (self != nullptr) {
+                self->refreshApps();
+            }
+        });
+    }
+    applyScan(installed);
 }
 
 void LauncherModel::applyScan(const std::vector<AppInfo>& installed) {
@@ -46,13 +63,30 @@ void LauncherModel::applyScan(const std::vector<AppInfo>& installed) {
     if (!std::exchange(hasScanned_, true) || installed != installed_) {
         setInstalled(installed);
     }
-    LaunchItems reconciled = LayoutReconciler::reconcile(items_, installed, std::nullopt, nameOrder());
+    const LaunchItems known = places_.putBack(items_, installed);
+    LaunchItems reconciled = LayoutReconciler::reconcile(known, installed, std::nullopt, nameOrder());
     if (reconciled != items_) {
+        rememberPlaces(known, reconciled);
         setItems(std::move(reconciled));
         save();
     }
     clampPage();
+    applyWaitingImport();
     Q_EMIT scanned(installed);
+}
+
+void LauncherModel::rememberPlaces(const LaunchItems& before, const LaunchItems& after) {
+    if (places_.remember(before, after, services_.queue.date())) {
+        store_.savePlaces(places_.remembered());
+    }
+}
+
+// Of an arrangement that the user has given up.
+void LauncherModel::forgetPlaces() {
+    if (!places_.remembered().empty()) {
+        places_.clear();
+        store_.savePlaces({});
+    }
 }
 
 void LauncherModel::setInstalled(const std::vector<AppInfo>& installed) {

@@ -1,5 +1,6 @@
 #include "model/LayoutEdits.h"
 
+#include <QSet>
 #include <algorithm>
 #include <utility>
 
@@ -29,6 +30,18 @@ std::optional<std::size_t> folderIndex(const LaunchItems& items, const QUuid& id
         const Folder* folder = item.asFolder();
         return folder != nullptr && folder->id == id;
     });
+}
+
+void separateFolders(LaunchItems& items) {
+    QSet<QUuid> ids;
+    for (LaunchItem& item : items) {
+        const Folder* folder = item.asFolder();
+        if (folder != nullptr && ids.contains(folder->id)) {
+            item = LaunchItem::folder({QUuid::createUuid(), folder->name, folder->apps});
+        } else if (folder != nullptr) {
+            ids.insert(folder->id);
+        }
+    }
 }
 
 void move(LaunchItems& items, std::size_t from, std::size_t to) {

@@ -16,6 +16,9 @@ std::optional<std::size_t> indexOf(const LaunchItems& items, const QString& id);
 // Where the first folder of this id stands.
 std::optional<std::size_t> folderIndex(const LaunchItems& items, const QUuid& id);
 
+// Gives each folder an id of its own: the first of one id keeps it.
+void separateFolders(LaunchItems& items);
+
 // Takes the item at `from` out and puts it back so that it ends at `to`; both are places in the list.
 void move(LaunchItems& items, std::size_t from, std::size_t to);
 

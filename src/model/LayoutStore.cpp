@@ -1,6 +1,8 @@
 #include "model/LayoutStore.h"
 
 #include "data/LayoutCoding.h"
+#include "data/PlaceCoding.h"
+#include "model/LayoutEdits.h"
 
 #include <utility>
 
@@ -12,30 +14,52 @@ QString pathIn(const QString& folder) {
     return folder + QStringLiteral("/Amberquill/layout.json");
 }
 
+QString placesPathIn(const QString& folder) {
+    return folder + QStringLiteral("/Amberquill/places.json");
+}
+
 } // namespace
 
 LayoutStore::LayoutStore(MainQueue& queue, FileSystem& files, const QString& folder)
     : files_(files)
     , folder_(folder)
-    , file_(queue, files, pathIn(folder), largestLayoutText) {}
+    , placesFile_(queue, files, placesPathIn(folder), largestPlacesText)
+    , file_(queue, files, pathIn(folder), largestLayoutText) {
+    file_.writeAfter(placesFile_);
+}
 
 StoredLayout LayoutStore::read(const FileSystem& files, const QString& folder) {
     StoredLayout stored;
     if (auto content = files.readFile(pathIn(folder), largestLayoutText)) {
         auto decoded = decodeItems(*content);
         if (auto* items = std::get_if<LaunchItems>(&decoded)) {
-            stored = {std::move(*content), std::move(*items)};
+            stored.content = std::move(*content);
+            stored.items = std::move(*items);
         }
+    }
+    if (auto content = files.readFile(placesPathIn(folder), largestPlacesText)) {
+        stored.places = decodePlaces(*content);
+        stored.placesContent = std::move(*content);
     }
     return stored;
 }
 
 LaunchItems LayoutStore::start(StoredLayout stored) {
+    if (stored.places) {
+        placesFile_.assumeHeld(stored.placesContent);
+    }
     if (!stored.items) {
         return {};
     }
+    places_ = std::move(stored.places).value_or(std::vector<RememberedItem>());
     file_.assumeHeld(stored.content);
+    // Files of other programs and of earlier versions may hold an id twice.
+    LayoutEdits::separateFolders(*stored.items);
     return std::move(*stored.items);
+}
+
+void LayoutStore::savePlaces(const std::vector<RememberedItem>& places) {
+    placesFile_.save(encodePlaces(places));
 }
 
 void LayoutStore::save(const LaunchItems& items) {

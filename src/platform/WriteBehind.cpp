@@ -34,6 +34,8 @@ public:
         held_ = content;
     }
 
+    void writeAfter(std::shared_ptr<Writer> other) { earlier_ = std::move(other); }
+
     void save(QByteArray content) {
         {
             const std::scoped_lock lock(mutex_);
@@ -51,6 +53,9 @@ public:
 
     // Any thread; waits for a write that is under way on another.
     void write() {
+        if (earlier_) {
+            earlier_->write();
+        }
         const std::scoped_lock writing(writeMutex_);
         std::optional<QByteArray> content;
         {
@@ -139,6 +144,7 @@ private:
     FileSystem& files_;
     const QString path_;
     const qint64 largest_;
+    std::shared_ptr<Writer> earlier_; // its file is written first
 
     bool isRequested_ = false;
     bool isWriting_ = false; // in the background
@@ -162,6 +168,10 @@ WriteBehind::~WriteBehind() {
 
 void WriteBehind::assumeHeld(const QByteArray& content) {
     writer_->assumeHeld(content);
+}
+
+void WriteBehind::writeAfter(const WriteBehind& other) {
+    writer_->writeAfter(other.writer_);
 }
 
 void WriteBehind::save(QByteArray content) {

@@ -31,6 +31,9 @@ public:
     // The file was read, and this is what it holds: it need not be set aside. Called before the first save.
     void assumeHeld(const QByteArray& content);
 
+    // From now on what waits for the other file is written, or fails, before this one's content is written.
+    void writeAfter(const WriteBehind& other);
+
     // Replaces the file's content soon, unless it is this already.
     void save(QByteArray content);
 

@@ -27,6 +27,8 @@ public:
     void makeUnreadable(const QString& path) { unreadable_.insert(path); }
     void setDisplayName(const QString& path, const QString& name) { names_.insert(path, name); }
     void refuseWrites(bool refuse) { refuseWrites_ = refuse; }
+    // After so many writes more, all are refused.
+    void failWritesAfter(int count) { writesLeft_ = count; }
     void refuseSettingAside(bool refuse) { refuseSettingAside_ = refuse; }
 
     [[nodiscard]] std::optional<QByteArray> file(const QString& path) const {
@@ -93,7 +95,7 @@ public:
             error = std::make_error_code(std::errc::is_a_directory);
             return false;
         }
-        if (refuseWrites_) {
+        if (refuseWrites_ || (writesLeft_ && --*writesLeft_ < 0)) {
             ++refusedWrites_;
             error = std::make_error_code(std::errc::no_space_on_device);
             return false;
@@ -136,6 +138,7 @@ private:
     QSet<QString> unreadable_;
     QSet<QString> readableByOthers_;
     bool refuseWrites_ = false;
+    std::optional<int> writesLeft_;
     bool refuseSettingAside_ = false;
     int writes_ = 0;
     int refusedWrites_ = 0;

@@ -166,8 +166,9 @@ private:
         require(live || model_->mergeTargetID().isEmpty(), u"only a drag marks a target"_s);
         require(!live || holding_, u"a drag is in a hand"_s);
         require(queue_.timers() <= (model_->pendingKey().isEmpty() ? 0U : 1U) +
-                                       (model_->drag() && !live ? 1U : 0U) + (opens() ? 1U : 0U),
-                u"nothing runs late but what waits, glides or opens"_s);
+                                       (model_->drag() && !live ? 1U : 0U) + (opens() ? 1U : 0U) +
+                                       (hasVanished() ? 1U : 0U),
+                u"nothing runs late but what waits, glides, opens or vanishes"_s);
         const bool ended = wasLive_ && !live;
         if (ended) {
             ++reached_[u"drag"_s];
@@ -180,10 +181,19 @@ private:
 
     [[nodiscard]] bool opens() const { return queue_.now() < opensUntil_ + 1e-6; }
 
+    // Whether an application is shown that is not installed: another scan decides about it.
+    [[nodiscard]] bool hasVanished() const {
+        const QHash<QString, AppInfo>& shown = model_->apps();
+        return std::count_if(installed_.begin(), installed_.end(), [&shown](const AppInfo& app) {
+                   return shown.contains(app.path);
+               }) < shown.size();
+    }
+
     void checkTakenAway(bool hidden) {
         require(!model_->drag(), u"a gesture taken away leaves no drag"_s);
         require(model_->pressedID().isEmpty(), u"a gesture taken away leaves nothing pressed"_s);
-        require(queue_.timers() <= (opens() && !hidden ? 1U : 0U), u"a gesture taken away leaves no timer"_s);
+        require(queue_.timers() <= (opens() && !hidden ? 1U : 0U) + (hasVanished() ? 1U : 0U),
+                u"a gesture taken away leaves no timer"_s);
     }
 
     // --- The steps
@@ -428,7 +438,7 @@ private:
             checkAlways();
         }
         note(u"rest"_s);
-        queue_.advance(2);
+        queue_.advance(VanishedApplications::patience + 2);
         checkAlways();
         require(!model_->drag(), u"at rest nothing is dragged"_s);
         require(model_->pressedID().isEmpty(), u"at rest nothing is pressed"_s);

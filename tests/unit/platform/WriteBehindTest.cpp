@@ -165,3 +165,15 @@ TEST_F(WriteBehindTest, WhatWasSavedIsWrittenThoughItsOwnerIsGoneAndNothingIsTri
     queue_.advance(3600);
     EXPECT_EQ(held(), "one");
 }
+
+TEST_F(WriteBehindTest, AFileThatIsToBeWrittenFirstIsWrittenFirst) {
+    const QString otherPath = u"/data/other"_s;
+    WriteBehind other(queue_, files_, otherPath, 1000);
+    file_->writeAfter(other);
+    file_->save("later");
+    other.save("earlier");
+    files_.failWritesAfter(1);
+    file_->flush();
+    EXPECT_EQ(files_.file(otherPath), "earlier");
+    EXPECT_EQ(held(), std::nullopt);
+}

@@ -191,14 +191,14 @@ TEST_F(TileModelTest, AppsThatComeAreOneInsertion) {
     EXPECT_EQ(changes_, QStringList{u"+20-22"_s});
 }
 
-TEST_F(TileModelTest, AnAppThatComesBackStandsAtTheEnd) {
+TEST_F(TileModelTest, AnAppThatComesBackIsInsertedWhereItStood) {
     LauncherModel& model = presentedWith(6);
     std::vector<AppInfo> without = apps(6);
     without.erase(without.begin());
     model.applyScan(without);
     model.applyScan(apps(6));
-    EXPECT_EQ(changes_, (QStringList{u"-0-0"_s, u"+5-5"_s}));
-    EXPECT_EQ(ids().last(), u"a:"_s + path(1));
+    EXPECT_EQ(changes_, (QStringList{u"-0-0"_s, u"+0-0"_s}));
+    EXPECT_EQ(ids().first(), u"a:"_s + path(1));
 }
 
 TEST_F(TileModelTest, ARenamedAppIsADataChangeOfItsRowAlone) {
