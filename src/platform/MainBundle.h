@@ -23,4 +23,9 @@ public:
     [[nodiscard]] std::optional<QString> text(const QString&) const override { return std::nullopt; }
 };
 
+// The program's version as people are shown it everywhere; "0" where the bundle says none.
+[[nodiscard]] inline QString shownVersion(const MainBundle& bundle) {
+    return bundle.text(QStringLiteral("CFBundleShortVersionString")).value_or(QStringLiteral("0"));
+}
+
 } // namespace amberquill

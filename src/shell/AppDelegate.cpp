@@ -4,6 +4,7 @@
 #include "motion/Timeline.h"
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"
+#include "platform/MainBundle.h"
 #include "platform/MainQueue.h"
 #include "platform/MotionPreference.h"
 #include "platform/Preferences.h"
@@ -162,7 +163,8 @@ void AppDelegate::showAbout() {
     const QString flow = QStringLiteral("about");
     LauncherWindowController::auxiliaryFlows().insert(flow);
     controller_->hide(std::nullopt);
-    dialogs_.showAbout([flow] { LauncherWindowController::auxiliaryFlows().remove(flow); });
+    dialogs_.showAbout(shownVersion(*services_.bundle),
+                       [flow] { LauncherWindowController::auxiliaryFlows().remove(flow); });
 }
 
 bool AppDelegate::firstPageIsReady() {

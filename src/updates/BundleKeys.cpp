@@ -13,8 +13,7 @@ std::optional<QUrl> addressOf(const std::optional<QString>& text) {
 } // namespace
 
 BundleKeys readBundleKeys(const MainBundle& bundle) {
-    const QString shown =
-        bundle.text(QStringLiteral("CFBundleShortVersionString")).value_or(QStringLiteral("0"));
+    const QString shown = shownVersion(bundle);
     const auto key = bundle.text(QStringLiteral("SUPublicEDKey"));
     return {
         .version = bundle.text(QStringLiteral("CFBundleVersion")).value_or(shown),

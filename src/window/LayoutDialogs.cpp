@@ -5,10 +5,10 @@
 #include "window/ApplicationIcon.h"
 #include "window/DialogPresentation.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <memory>
@@ -24,6 +24,9 @@ constexpr qint64 largestFile = 64LL * 1024 * 1024;
 
 // The edge of the icon in the about panel, in points.
 constexpr int aboutPicture = 64;
+
+// The lines of the about panel, in points.
+constexpr int aboutWidth = 300;
 
 // What went wrong with a file, in the interface language as far as Qt knows it in words.
 QString failure(const QString& path, const std::error_code& error) {
@@ -50,6 +53,7 @@ LayoutDialogs::LayoutDialogs(Services services, QObject* parent)
 
 LayoutDialogs::~LayoutDialogs() {
     delete dialog_.data();
+    delete about_.data();
 }
 
 bool LayoutDialogs::isOpen() const {
@@ -114,14 +118,24 @@ void LayoutDialogs::readFrom(const QString& path) {
     }
 }
 
-void LayoutDialogs::showAbout(const std::function<void()>& closed) {
+void LayoutDialogs::showAbout(const QString& version, const std::function<void()>& closed) {
+    if (about_ != nullptr && about_->isVisible()) {
+        bringDialogToFront(*about_);
+        return;
+    }
     auto box = std::make_unique<QMessageBox>(QMessageBox::NoIcon, L::about(), QStringLiteral("Amberquill"),
                                              QMessageBox::Ok);
     box->setTextFormat(Qt::PlainText);
-    box->setInformativeText(QCoreApplication::applicationVersion());
+    box->setInformativeText(version);
     box->setIconPixmap(applicationPixmap(aboutPicture, box->devicePixelRatio()));
+    for (QLabel* label : box->findChildren<QLabel*>()) {
+        if (label->text() == version) {
+            label->setMinimumWidth(aboutWidth); // so that the title has room
+        }
+    }
     connect(box.get(), &QObject::destroyed, this, closed);
-    open(box.release());
+    about_ = box.get();
+    presentDialog(*box.release(), services_.above(), DialogAttention::Given);
 }
 
 void LayoutDialogs::showError(const QString& message, const QString& informativeText) {

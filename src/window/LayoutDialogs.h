@@ -15,8 +15,9 @@ namespace amberquill {
 
 class FileSystem;
 
-// The small dialogs: reset, export and import of the layout, what went wrong, and what this program is. Each
-// stands above the launcher and is answered before anything happens; one at a time.
+// The small dialogs: reset, export and import of the layout, and what went wrong. Each stands above the
+// launcher and is answered before anything happens; one at a time. Beside them the panel that tells what this
+// program is, which nobody need answer.
 class LayoutDialogs final : public QObject {
     Q_OBJECT
 
@@ -37,11 +38,11 @@ public:
     void confirmReset();
     void exportLayout();
     void importLayout();
-    // `closed` is called once it is gone.
-    void showAbout(const std::function<void()>& closed);
+    // `closed` is called once it is gone. While it is up, another call brings it to the front.
+    void showAbout(const QString& version, const std::function<void()>& closed);
     void showError(const QString& message, const QString& informativeText);
 
-    // Whether one of them waits for an answer.
+    // Whether one waits for an answer.
     [[nodiscard]] bool isOpen() const;
 
 private:
@@ -52,7 +53,8 @@ private:
     void readFrom(const QString& path);
 
     Services services_;
-    QPointer<QDialog> dialog_;
+    QPointer<QDialog> dialog_; // waits for an answer
+    QPointer<QDialog> about_;
 };
 
 } // namespace amberquill

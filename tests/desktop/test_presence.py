@@ -121,6 +121,31 @@ class Presence(OnX11):
         self.expect_shown()
         self.end_launcher(launcher)
 
+    def test_the_launcher_works_above_the_about_panel(self):
+        self.write_preferences(showInMenuBar=True)
+        tray = self.begin_tray()
+        launcher = self.begin_shown_launcher(self.made)
+        tray.expect("item")
+        tray.send("choose About Amberquill")
+        panel = self.expect_dialog(launcher)
+        self.expect_hidden()
+        for _ in range(2):
+            self.session.press("ctrl+alt+space")
+            self.window = self.session.window_of_class(WINDOW_CLASS)
+            self.expect_focus()
+            self.expect_page(self.made)
+            self.session.press("Escape")
+            self.expect_hidden()
+            until(lambda: self.session.focused_window() == panel, "the panel's focus")
+        self.session.press("ctrl+alt+space")
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        self.expect_focus()
+        self.session.type(self.made[0].name)
+        self.session.press("Return")
+        until(self.applications.started, "the start")
+        self.assertEqual(self.applications.started(), f"{self.made[0].name}\n")
+        self.end_launcher(launcher)
+
     def test_a_tray_that_comes_later_and_again_has_it(self):
         self.write_preferences(showInMenuBar=True)
         launcher = self.begin_shown_launcher(self.made)

@@ -177,6 +177,27 @@ TEST_F(AppDelegateTest, TheLauncherIsUpAtEveryStart) {
     EXPECT_EQ(delegate_->model().appName(u"/Applications/1.app"_s), u"One"_s);
 }
 
+TEST_F(AppDelegateTest, TheAboutPanelShowsTheVersionOfTheBundleAsTheUpdateAlertDoes) {
+    makeDelegate({{u"CFBundleShortVersionString"_s, u"7.5"_s}});
+    delegate_->applicationDidFinishLaunching();
+    for (const auto& entry : delegate_->mainMenu().menus().front().items) {
+        if (entry->text() == L::about()) {
+            entry->trigger();
+        }
+    }
+    const auto isAbout = [](QWidget* each) { return each->isVisible() && each->windowTitle() == L::about(); };
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    const auto panel = std::find_if(widgets.begin(), widgets.end(), isAbout);
+    ASSERT_NE(panel, widgets.end());
+    EXPECT_EQ(qobject_cast<QMessageBox*>(*panel)->informativeText(), u"7.5"_s);
+    item(*delegate_->menu().make(), L::checkForUpdates()).trigger();
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->informativeText(), L::upToDateMessage(u"7.5"_s));
+    alert()->close();
+    (*panel)->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
 TEST_F(AppDelegateTest, LosingTheFocusToAnotherApplicationHides) {
     delegate_->applicationDidFinishLaunching();
     setState(Qt::ApplicationInactive);

@@ -42,6 +42,17 @@ protected:
         return qobject_cast<Dialog*>(QApplication::activeModalWidget());
     }
 
+    // The about panel, null where there is none.
+    static QMessageBox* panel() {
+        for (QWidget* each : QApplication::topLevelWidgets()) {
+            auto* box = qobject_cast<QMessageBox*>(each);
+            if (box != nullptr && box->isVisible() && box->windowTitle() == L::about()) {
+                return box;
+            }
+        }
+        return nullptr;
+    }
+
     static void press(QMessageBox::ButtonRole role) {
         auto* box = shown<QMessageBox>();
         ASSERT_NE(box, nullptr);
@@ -192,14 +203,50 @@ TEST_F(LayoutDialogsTest, AFileTooLargeForALayoutIsNone) {
 
 TEST_F(LayoutDialogsTest, ItIsToldWhenTheAboutPanelIsGone) {
     bool isClosed = false;
-    dialogs_->showAbout([&isClosed] { isClosed = true; });
-    auto* box = shown<QMessageBox>();
+    dialogs_->showAbout(u"1.2"_s, [&isClosed] { isClosed = true; });
+    auto* box = panel();
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(box->text(), u"Amberquill"_s);
+    EXPECT_EQ(box->informativeText(), u"1.2"_s);
     EXPECT_EQ(box->iconPixmap().toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied),
               applicationPicture(64));
     EXPECT_FALSE(isClosed);
-    press(QMessageBox::AcceptRole);
+    box->buttons().constFirst()->click();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(isClosed);
+}
+
+TEST_F(LayoutDialogsTest, NobodyNeedAnswerTheAboutPanel) {
+    dialogs_->showAbout(u"1.2"_s, [] {});
+    ASSERT_NE(panel(), nullptr);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "other windows take keys";
+    dialogs_->confirmReset();
+    EXPECT_NE(panel(), nullptr) << "a question leaves it alone";
+}
+
+TEST_F(LayoutDialogsTest, ThereIsOneAboutPanel) {
+    int closed = 0;
+    for (int i = 0; i < 2; ++i) {
+        dialogs_->showAbout(u"1.2"_s, [&closed] { ++closed; });
+    }
+    ASSERT_NE(panel(), nullptr);
+    panel()->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(panel(), nullptr);
+    EXPECT_EQ(closed, 1);
+}
+
+TEST_F(LayoutDialogsTest, TheAboutPanelIsWideEnoughForItsTitle) {
+    for (const AppLanguage language : allAppLanguages) {
+        L::setLanguage(language);
+        dialogs_->showAbout(u"1"_s, [] {});
+        ASSERT_NE(panel(), nullptr);
+        // A window manager's buttons stand beside it, and its letters are larger and bold.
+        QFont title = QApplication::font();
+        title.setBold(true);
+        constexpr int buttons = 120;
+        EXPECT_GE(panel()->width(), QFontMetrics(title).horizontalAdvance(L::about()) + buttons);
+        panel()->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
 }
