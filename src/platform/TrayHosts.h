@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <functional>
 
 namespace amberquill {
@@ -14,12 +15,17 @@ public:
 
     // Calls `came` when there is a tray: soon, where there is one now, and each time that one comes.
     virtual void follow(std::function<void()> came) = 0;
+
+    // What is seen of the program's item in its tray now, in device pixels, with as much of its panel as is
+    // behind it. Null where nothing tells: most trays draw items themselves.
+    [[nodiscard]] virtual QImage itemPicture() const = 0;
 };
 
 // A desktop whose trays tell nothing: one is taken to be there.
 class NullTrayHosts final : public TrayHosts {
 public:
     void follow(std::function<void()> came) override { came(); }
+    [[nodiscard]] QImage itemPicture() const override { return {}; }
 };
 
 } // namespace amberquill

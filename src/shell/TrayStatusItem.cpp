@@ -4,29 +4,22 @@
 #include "window/MenuStyle.h"
 
 #include <QGuiApplication>
-#include <QIcon>
 #include <QMenu>
+#include <QPointer>
 #include <QSystemTrayIcon>
-
-// Qt's macro for resources works in no namespace.
-static void loadStatusSymbol() {
-    Q_INIT_RESOURCE(amberquill_status);
-}
 
 namespace amberquill {
 
 namespace {
 
-QIcon statusIcon() {
-    loadStatusSymbol();
-    // White with a dark edge: no tray says whether it is light or dark.
-    return QIcon(QStringLiteral(":/assets/square.grid.3x3.fill.svg"));
-}
+// Seconds after which a panel has drawn itself anew that another window was put into.
+constexpr double settledPanel = 1;
 
 } // namespace
 
-TrayStatusItem::TrayStatusItem(TrayHosts& hosts)
-    : hosts_(hosts) {}
+TrayStatusItem::TrayStatusItem(TrayHosts& hosts, MainQueue& queue)
+    : hosts_(hosts)
+    , queue_(queue) {}
 
 TrayStatusItem::~TrayStatusItem() = default;
 
@@ -57,7 +50,8 @@ void TrayStatusItem::make() {
     menu_ = std::make_unique<QMenu>();
     connect(menu_.get(), &QMenu::aboutToShow, this, [this] { refill(); });
     refill(); // a host asks for the entries before it asks to show them
-    icon_ = std::make_unique<QSystemTrayIcon>(statusIcon());
+    icon_ = std::make_unique<QSystemTrayIcon>();
+    setTone(PanelTone::Unknown);
     icon_->setToolTip(QStringLiteral("Amberquill"));
     icon_->setContextMenu(menu_.get());
     connect(icon_.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
@@ -71,12 +65,45 @@ void TrayStatusItem::make() {
     icon_->show();
 }
 
+void TrayStatusItem::setTone(PanelTone tone) {
+    tone_ = tone;
+    icon_->setIcon(statusSymbol(tone, [self = QPointer(this)] {
+        if (self != nullptr) {
+            self->lookSoon();
+        }
+    }));
+}
+
+// Panels tell nothing of their colours. What changes them has the symbol drawn anew, as a rule.
+void TrayStatusItem::lookSoon() {
+    const auto look = [self = QPointer(this)] {
+        if (self != nullptr) {
+            self->look();
+        }
+    };
+    soon_.cancel();
+    soon_ = queue_.postAfter(0, look);
+    later_.cancel();
+    later_ = queue_.postAfter(settledPanel, look);
+}
+
+void TrayStatusItem::look() {
+    if (icon_ == nullptr) {
+        return;
+    }
+    const PanelTone tone = panelTone(hosts_.itemPicture());
+    if (tone != tone_) {
+        setTone(tone);
+    }
+}
+
 void TrayStatusItem::refill() {
     const auto submenus = menu_->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly);
     menu_->clear();
     qDeleteAll(submenus); // the entries that stood for them went with the others
     actions_.fillMenu(*menu_);
     MenuStyle::applyTo(*menu_);
+    lookSoon();
 }
 
 } // namespace amberquill

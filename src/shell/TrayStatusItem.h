@@ -1,6 +1,8 @@
 #pragma once
 
+#include "platform/MainQueue.h"
 #include "platform/StatusItem.h"
+#include "shell/StatusSymbol.h"
 
 #include <QObject>
 #include <memory>
@@ -18,8 +20,8 @@ class TrayStatusItem final : public QObject, public StatusItem {
     Q_OBJECT
 
 public:
-    // The trays outlive the item.
-    explicit TrayStatusItem(TrayHosts& hosts);
+    // Both outlive the item.
+    TrayStatusItem(TrayHosts& hosts, MainQueue& queue);
     ~TrayStatusItem() override;
 
     TrayStatusItem(const TrayStatusItem&) = delete;
@@ -34,12 +36,19 @@ private:
     void letGo(std::unique_ptr<Object>& object);
     void make();
     void refill();
+    void setTone(PanelTone tone);
+    void lookSoon();
+    void look();
 
     TrayHosts& hosts_;
+    MainQueue& queue_;
     bool isVisible_ = false;
     Actions actions_;
     std::unique_ptr<QMenu> menu_; // the tray shows it by itself: it is filled anew before each opening
     std::unique_ptr<QSystemTrayIcon> icon_;
+    PanelTone tone_ = PanelTone::Unknown; // as the symbol is drawn for
+    DelayedWork soon_;
+    DelayedWork later_;
 };
 
 } // namespace amberquill

@@ -208,7 +208,7 @@ int main(int argc, char* argv[]) {
     };
     desktop::PatientConnector shortcutsBus(busAddress, QStringLiteral("shortcuts"), queue);
     desktop::LinuxTrayHosts trayHosts([] { return QDBusConnection::sessionBus(); });
-    TrayStatusItem statusItem(trayHosts);
+    TrayStatusItem statusItem(trayHosts, queue);
     const desktop::AutostartLoginItem::Settings autostart{desktop::autostartFolders(environment), program,
                                                           entrySettings.currentDesktops};
     const QStringList writtenFiles = {

@@ -13,6 +13,7 @@ from launcher.case import WINDOW_CLASS
 from launcher.on_x11 import OnX11
 
 NAME = "org.amberquill.Amberquill"
+TRAY_HOST = Path(__file__).parent / "harness" / "tray_host.py"
 
 
 class InstalledCase(OnX11):
@@ -115,6 +116,24 @@ class Installed(InstalledCase):
         self.expect_active()
         # Window managers put an icon of their own there meanwhile.
         until(lambda: "(128 x 128)" in (self.session.property(self.window, "_NET_WM_ICON") or ""), "the icon")
+        self.expect_end(self.process())
+
+
+class InATray(InstalledCase):
+    def test_its_symbol_is_that_of_the_icon_theme_which_the_tray_draws_in_its_own_colour(self):
+        # As the theme's own package has it.
+        with open(self.session.data / "icons/hicolor/index.theme", "a", encoding="utf-8") as index:
+            index.write("[symbolic/apps]\nSize=16\nMinSize=8\nMaxSize=512\nType=Scalable\n")
+        preferences = self.session.config / "Amberquill" / "preferences.json"
+        preferences.parent.mkdir()
+        preferences.write_text('{"showInMenuBar": true}', encoding="utf-8")
+        tray = self.session.start("/usr/bin/python3", "-B", TRAY_HOST)
+        tray.expect("ready")
+        self.activate()
+        tray.expect("item")
+        tray.send("icon")
+        self.assertEqual(tray.expect("icon").split()[1], f"{NAME}-symbolic")
+        self.assertTrue((self.prefix / f"share/icons/hicolor/symbolic/apps/{NAME}-symbolic.svg").exists())
         self.expect_end(self.process())
 
 

@@ -76,6 +76,8 @@ class Presence(OnX11):
             self.expect_menu(tray, MENU)
             tray.send("activate")
             self.expect_shown()
+        tray.send("icon")
+        tray.expect("icon - 22x22 64x64")
         self.end_launcher(launcher)
         tray.expect("item gone")
 
@@ -161,9 +163,9 @@ class Presence(OnX11):
             tray.kill()
         self.end_launcher(launcher)
 
-    def begin_old_tray(self):
+    def begin_old_tray(self, *options):
         """One in the lower left corner that takes windows into itself."""
-        tray = self.session.start("trayer", "--edge", "bottom", "--align", "left", "--widthtype", "request")
+        tray = self.session.start("trayer", "--edge", "bottom", "--align", "left", "--widthtype", "request", *options)
         window = self.session.window_of_class("trayer")
         return tray, window
 
@@ -217,6 +219,30 @@ class Presence(OnX11):
         self.session.click(*middle)
         self.expect_shown()
         self.assertEqual(launcher.terminate(), 0)
+
+    def test_the_symbol_in_a_tray_of_the_older_kind_stands_out_from_light_and_from_dark_panels(self):
+        self.write_preferences(showInMenuBar=True)
+        launcher = self.begin_shown_launcher(self.made)
+        self.act("hide")
+        self.expect_hidden()
+        for panel, symbol in ((0xF0, 0x24), (0x20, 0xFF)):
+            colour = f"0x{panel:02x}{panel:02x}{panel:02x}"
+            tray, window = self.begin_old_tray("--transparent", "true", "--alpha", "0", "--tint", colour)
+            levels = []
+
+            def is_seen():
+                item = self.expect_item_in(window)
+                area = item.x, item.y, item.width, item.height
+                levels[:] = sorted(red for red, _, _ in self.session.screenshot().colours(*area))
+                return all(abs(a - b) < 3 for a, b in zip((levels[0], levels[-1]), sorted((panel, symbol))))
+
+            try:
+                until(is_seen, f"the symbol on {colour}")
+            except AssertionError as error:
+                raise AssertionError(f"{error}; levels of red there: {levels}") from None
+            tray.kill()
+            until(lambda: not self.session.windows_of_class("trayer"), "the tray's end")
+        self.end_launcher(launcher)
 
     def expect_old_item_turned_off(self, choose):
         """Turns the item off in its own menu; `choose` is told where the menu is."""

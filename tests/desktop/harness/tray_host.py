@@ -1,8 +1,9 @@
 """A tray of the tests' own, run as a program: a watcher and host of status notifier items on the session bus.
 
 Says "item" when one registers and "item gone" when its owner leaves. Told by lines on its input:
-"activate" clicks the item, "menu" writes the titles of its menu, nested ones in brackets and choices with a circle, and "choose TITLE" chooses
-the entry of that title.
+"activate" clicks the item, "icon" writes its symbol's name ("-" for none) and the sizes of its pictures, "menu" writes
+the titles of its menu, nested ones in brackets and choices with a circle, and "choose TITLE" chooses the entry of that
+title.
 """
 
 import os
@@ -102,6 +103,9 @@ class Host:
     def _carry_out(self, command, argument):
         if command == "activate":
             self._ask("/StatusNotifierItem", ITEM, "Activate", GLib.Variant("(ii)", (0, 0)))
+        elif command == "icon":
+            sizes = [f"{width}x{height}" for width, height, _ in self._item("IconPixmap")]
+            say(" ".join(["icon", self._item("IconName") or "-", *sizes]))
         elif command == "menu":
             say("menu " + titles(self._menu()[1]))
         elif command == "choose":

@@ -1,6 +1,7 @@
 #include "shell/TrayStatusItem.h"
 
 #include "platform/TrayHosts.h"
+#include "support/ManualQueue.h"
 #include "window/MenuStyle.h"
 
 #include <QApplication>
@@ -45,8 +46,9 @@ protected:
     }
 
     NullTrayHosts hosts_;
+    ManualQueue queue_;
     std::function<void()> chosen_;
-    TrayStatusItem item_{hosts_};
+    TrayStatusItem item_{hosts_, queue_};
 };
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "platform/linux/tray/LinuxTrayHosts.h"
 
+#include "platform/linux/tray/EmbeddedPicture.h"
+
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -7,6 +9,8 @@
 #include <QDBusVariant>
 #include <QGuiApplication>
 #include <QLoggingCategory>
+#include <QWindow>
+#include <algorithm>
 #include <qpa/qplatformnativeinterface.h>
 #include <utility>
 
@@ -24,6 +28,16 @@ xcb_connection_t* xConnection() {
     }
     auto* native = QGuiApplication::platformNativeInterface();
     return static_cast<xcb_connection_t*>(native->nativeResourceForIntegration("connection"));
+}
+
+// What Qt puts into a tray of the older kind; its own parts find it by this name, too.
+const QWindow* itemWindow() {
+    const QWindowList windows = QGuiApplication::allWindows();
+    const auto found = std::find_if(windows.begin(), windows.end(), [](const QWindow* window) {
+        return window->objectName() == QLatin1String("QSystemTrayIconSysWindow") &&
+               window->handle() != nullptr;
+    });
+    return found != windows.end() ? *found : nullptr;
 }
 
 } // namespace
@@ -50,6 +64,12 @@ void LinuxTrayHosts::follow(std::function<void()> came) {
         }
     }
     ask();
+}
+
+QImage LinuxTrayHosts::itemPicture() const {
+    xcb_connection_t* connection = xConnection();
+    const QWindow* item = connection != nullptr ? itemWindow() : nullptr;
+    return item != nullptr ? embeddedPicture(connection, static_cast<xcb_window_t>(item->winId())) : QImage();
 }
 
 void LinuxTrayHosts::ask() {

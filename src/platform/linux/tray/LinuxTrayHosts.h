@@ -27,6 +27,7 @@ public:
     LinuxTrayHosts& operator=(const LinuxTrayHosts&) = delete;
 
     void follow(std::function<void()> came) override;
+    [[nodiscard]] QImage itemPicture() const override;
 
 private Q_SLOTS:
     void ask();
