@@ -4,7 +4,20 @@ import signal
 import subprocess
 from pathlib import Path
 
+from harness.programs import processes_marked
+from harness.session import MARK
+from harness.waiting import until
+
 PROGRAM = Path(__file__).parent / "stalling_mount.py"
+
+
+def waits_for_a_mount(process):
+    """Whether one of its threads waits for the answer of a mount's program."""
+    try:
+        tasks = [path.read_text(encoding="utf-8") for path in Path(f"/proc/{process}/task").glob("*/wchan")]
+    except OSError:
+        return True  # changing just now
+    return "request_wait_answer" in tasks
 
 
 class StallingFolder:
@@ -12,6 +25,7 @@ class StallingFolder:
 
     def __init__(self, session, place):
         self._place = Path(place)
+        self._mark = MARK, str(session.folder)
         self.behind = session.folder / f"behind-{self._place.name}"
         place.rename(self.behind)
         place.mkdir()
@@ -19,8 +33,17 @@ class StallingFolder:
         self._program.expect("mounted")
 
     def stall(self):
-        # What the program has not taken yet is what a killed process need not wait for, as on a network's mount.
+        # A request that the program has taken is waited for even by a killed process, other than on a network's mount.
+        until(self._stops_between_requests, "a moment without a request")
+
+    def _stops_between_requests(self):
         self._program.process.send_signal(signal.SIGSTOP)
+        state = Path(f"/proc/{self._program.pid}/stat")
+        until(lambda: state.read_text(encoding="utf-8").rpartition(")")[2].split()[0] == "T", "the stop")
+        if any(waits_for_a_mount(process) for process in processes_marked(*self._mark)):
+            self.answer()
+            return False
+        return True
 
     def answer(self):
         self._program.process.send_signal(signal.SIGCONT)
