@@ -101,7 +101,7 @@ std::vector<KeptIcon> IconCache::decoded(const QStringList& paths) const {
 }
 
 void IconCache::retryMissing() {
-    QList<Key> missing;
+    QList<Key> missing(remembered_.cbegin(), remembered_.cend());
     for (auto entry = cache_.constKeyValueBegin(); entry != cache_.constKeyValueEnd(); ++entry) {
         if (entry->second.isNull()) {
             missing.append(entry->first);
@@ -131,6 +131,12 @@ void IconCache::take(const Key& key, const QImage& image) {
     underWay_.remove(key);
     const auto known = cache_.constFind(key);
     const bool isNew = known == cache_.constEnd();
+    if (!isNew && image.isNull() && !known->isNull()) {
+        // Its file is away for now, as applications are at times. It is asked for again with the missing
+        // ones.
+        remembered_.insert(key);
+        return;
+    }
     // What looks the same stays, with all that was made of it.
     if (isNew || *known != image) {
         cache_.insert(key, image);

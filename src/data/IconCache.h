@@ -41,13 +41,15 @@ public:
 
     // Icons of an earlier run, shown like any other until `refreshRemembered`.
     void remember(const std::vector<KeptIcon>& icons);
-    // Decodes what was remembered again; `arrived` follows for what looks different now.
+    // Decodes what was remembered again; `arrived` follows for what looks different now. What is not to be
+    // had now stays.
     void refreshRemembered();
 
     // The icons that were decoded for these applications, at every edge, in order of path and edge.
     [[nodiscard]] std::vector<KeptIcon> decoded(const QStringList& paths) const;
 
     // Asks again for the icons that were not to be had: a package's icons often come after its application.
+    // Meanwhile the remembered ones stay.
     void retryMissing();
 
     // What stands in for an icon.

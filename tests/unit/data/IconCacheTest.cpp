@@ -131,12 +131,16 @@ TEST_F(IconCacheTest, WhatWasRememberedIsLookedUpAgainAndOnlyChangesAreTold) {
     EXPECT_EQ(icons_.asked.size(), 2) << "once";
 }
 
-TEST_F(IconCacheTest, AnIconThatIsGoneGivesWayToThePlaceholder) {
+TEST_F(IconCacheTest, ARememberedIconIsNotReplacedByNoneAndIsAskedForAgainLater) {
     cache_.remember({{u"/a"_s, filled(64, Qt::red)}});
     cache_.refreshRemembered();
     queue_.runPosted();
-    EXPECT_EQ(arrived_, QStringList{u"/a:64"_s});
-    EXPECT_EQ(cache_.icon(u"/a"_s, 64), cache_.placeholder(64));
+    EXPECT_EQ(arrived_, QStringList());
+    EXPECT_EQ(cache_.icon(u"/a"_s, 64), filled(64, Qt::red));
+    icons_.colours.insert(u"/a"_s, Qt::blue);
+    cache_.retryMissing();
+    queue_.runPosted();
+    EXPECT_EQ(cache_.icon(u"/a"_s, 64), filled(64, Qt::blue));
 }
 
 TEST_F(IconCacheTest, ADecodedIconIsNotReplacedByARememberedOne) {
