@@ -18,6 +18,11 @@ if(AMBERQUILL_SANITIZE)
     endif()
     add_compile_options(-fsanitize=${AMBERQUILL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${AMBERQUILL_SANITIZE})
+    if(AMBERQUILL_SANITIZE STREQUAL "thread")
+        add_library(amberquill_thread_sanitizer OBJECT ${CMAKE_SOURCE_DIR}/cmake/ThreadSanitizer.cpp)
+        set(programs $<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>)
+        link_libraries($<${programs}:$<TARGET_OBJECTS:amberquill_thread_sanitizer>>)
+    endif()
 endif()
 
 # The precompiled header that all floors share: building one for each takes longer than it saves.
