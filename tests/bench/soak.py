@@ -63,11 +63,6 @@ SCENARIOS = {
     "showing": ("come_and_go", 40),
 }
 
-# As the test suite runs them: Qt is not instrumented, and what the launcher starts is another program.
-SANITIZER_OPTIONS = {
-    "TSAN_OPTIONS": "ignore_noninstrumented_modules=1:die_after_fork=0",
-}
-
 
 class Costs:
     """What the launcher holds at one moment, and the processor time that it has used so far."""
@@ -178,8 +173,6 @@ def judged(rows):
 def run(arguments):
     build = arguments.build.resolve()
     sanitized = has_sanitizer(build / "amberquill")
-    for name, value in SANITIZER_OPTIONS.items():
-        os.environ.setdefault(name, value)
     logs = build / "soak"
     logs.mkdir(exist_ok=True)
     faults = []
