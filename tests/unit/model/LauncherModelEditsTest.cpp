@@ -241,6 +241,16 @@ TEST_F(LauncherModelFolderDrag, BeyondThatTheAppStandsBehindItsFolderAndIsDragge
     EXPECT_EQ(onDisk(), encodeItems(model.items()));
 }
 
+TEST_F(LauncherModelFolderDrag, AFirstMoveBeyondThePanelIsOneOnThePageToo) {
+    LauncherModel& model = opened({app(1), games({2, 3, 4}), app(5)});
+    start_ = panel().cellCenter(1);
+    press(start_);
+    pointTo(iconAt(0) + QPointF(70, 12));
+    EXPECT_EQ(order(), "1 [2 4] 3 5");
+    EXPECT_EQ(model.drag()->fromFolder, std::nullopt);
+    EXPECT_EQ(model.pendingKey(), u"move:0"_s);
+}
+
 TEST_F(LauncherModelFolderDrag, TheLastButOneAppOutOfAFolderLeavesTheOtherInItsPlace) {
     opened({app(1), games({2, 3}), app(4)});
     liftFromFolder(0);
