@@ -50,6 +50,8 @@ public:
 private:
     class Task;
 
+    void seeEnds() const;
+
     Bounds bounds_;
     mutable std::mutex mutex_; // guards what follows but the pool
     int waiting_ = 0;
