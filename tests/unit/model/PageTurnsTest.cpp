@@ -55,6 +55,9 @@ TEST(Swipe, NinetyPointsStayAndNinetyOneTurn) {
     turns.move({-41, 0}, 1, 3);
     EXPECT_EQ(turns.end(1), 2);
     turns.begin();
+    turns.move({90, 0}, 1, 3);
+    EXPECT_EQ(turns.end(1), 1);
+    turns.begin();
     turns.move({91, 0}, 1, 3);
     EXPECT_EQ(turns.end(1), 0);
 }
@@ -67,6 +70,9 @@ TEST(Swipe, AVerticalOneTurnsBeyondSixty) {
     turns.begin();
     turns.move({3, -61}, 1, 3);
     EXPECT_EQ(turns.end(1), 2);
+    turns.begin();
+    turns.move({-3, 60}, 1, 3);
+    EXPECT_EQ(turns.end(1), 1);
     turns.begin();
     turns.move({-3, 61}, 1, 3);
     EXPECT_EQ(turns.end(1), 0);
