@@ -8,6 +8,7 @@
 #include "support/MemoryFileSystem.h"
 #include "support/MemoryPreferences.h"
 
+#include <functional>
 #include <memory>
 
 namespace amberquill {
@@ -17,9 +18,13 @@ class RecordingController final : public LauncherController {
 public:
     void hide(const std::optional<QString>& thenOpen) override { hides.push_back(thenOpen); }
     void showMenu() override { ++menusShown; }
-    void endEditing() override { ++editingEnded; }
+    void endEditing() override {
+        ++editingEnded;
+        whenEditingEnds();
+    }
 
     std::vector<std::optional<QString>> hides;
+    std::function<void()> whenEditingEnds = [] {};
     int editingEnded = 0;
     int menusShown = 0;
 };

@@ -57,6 +57,26 @@ TEST(FolderMetrics, MoreColumnsAreTakenOnlyForALargerScale) {
     EXPECT_LT(metrics.scale, 1);
 }
 
+TEST(FolderMetrics, AScaleThatIsLessThanAThousandthLargerTakesNoMoreColumns) {
+    EXPECT_EQ(FolderMetrics::of(46, {{2560, 1440}, 7, 5}).columns, 8) << "ten are 0.0001 better";
+    EXPECT_EQ(FolderMetrics::of(85, {{1366, 768}, 8, 6}).columns, 11) << "thirteen are 0.0002 better";
+    const FolderMetrics nearlyFull = FolderMetrics::of(37, {{2560, 621}, 12, 5});
+    EXPECT_EQ(nearlyFull.columns, 12) << "thirteen fit at full size";
+    EXPECT_NEAR(nearlyFull.scale, 0.9994, 0.0001);
+}
+
+TEST(FolderMetrics, UpToSixColumnsMoreThanThePageHasAreTried) {
+    EXPECT_EQ(FolderMetrics::of(71, {{1920, 1080}, 5, 4}).columns, 11);
+    EXPECT_EQ(FolderMetrics::of(89, {{1920, 1080}, 5, 4}).columns, 10) << "twelve would be larger";
+}
+
+TEST(FolderMetrics, SixtyPointsStayFreeAtEitherSideOfThePanel) {
+    const FolderMetrics metrics = FolderMetrics::of(7, {{1024, 900}, 7, 5});
+    EXPECT_LT(metrics.scale, 1);
+    EXPECT_DOUBLE_EQ(metrics.panelRect.left(), 60);
+    EXPECT_DOUBLE_EQ(metrics.panelRect.right(), 964);
+}
+
 TEST(FolderMetrics, TheScaleNeverDropsBelowThreeTenths) {
     const FolderMetrics metrics = FolderMetrics::of(2000, fullHd);
     EXPECT_EQ(metrics.scale, 0.3);

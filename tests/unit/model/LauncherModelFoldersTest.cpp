@@ -75,6 +75,20 @@ TEST_F(LauncherModelFolders, ANewNameIsShownAtOnceAndOnTheDiskWhenTheFolderClose
     EXPECT_EQ(onDisk(), encodeItems({LaunchItem::app(path(3)), LaunchItem::folder(renamed)}));
 }
 
+TEST_F(LauncherModelFolders, TheEditEndsWhileTheFolderIsOpenAndItsTextIsSaved) {
+    LauncherModel& model = withFolder();
+    model.openFolder(games_.id);
+    bool wasOpen = false;
+    controller_->whenEditingEnds = [&] {
+        wasOpen = model.folderIsOpen();
+        model.renameFolder(games_.id, u"Chess"_s);
+    };
+    model.closeFolder();
+    EXPECT_TRUE(wasOpen);
+    EXPECT_EQ(onDisk(), encodeItems({LaunchItem::app(path(3)),
+                                     LaunchItem::folder({games_.id, u"Chess"_s, games_.apps})}));
+}
+
 TEST_F(LauncherModelFolders, AnEmptyNameIsKeptAsItIs) {
     LauncherModel& model = withFolder();
     model.renameFolder(games_.id, QString());
