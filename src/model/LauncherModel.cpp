@@ -15,13 +15,16 @@ LauncherModel::LauncherModel(Services services, QObject* parent)
     : QObject(parent)
     , services_(std::move(services))
     , store_(services_.queue, services_.files, services_.applicationSupport)
-    , items_(services_.layout ? store_.start(*std::exchange(services_.layout, std::nullopt)) : store_.load())
+    , items_(services_.layoutIsLate ? LaunchItems()
+             : services_.layout     ? store_.start(*std::exchange(services_.layout, std::nullopt))
+                                    : store_.load())
     , columns_(storedColumns(services_.preferences))
     , rows_(storedRows(services_.preferences))
     , background_(storedBackground(services_.preferences))
     , language_(L::language())
     , places_(store_.takePlaces(), services_.queue.date())
-    , pending_(services_.queue) {}
+    , pending_(services_.queue)
+    , awaitsLayout_(services_.layoutIsLate) {}
 
 LauncherModel::~LauncherModel() = default;
 
@@ -114,7 +117,9 @@ QString LauncherModel::appName(const QString& path) const {
 }
 
 void LauncherModel::save() {
-    store_.save(items_);
+    if (!awaitsLayout_) {
+        store_.save(items_);
+    }
 }
 
 void LauncherModel::setItems(LaunchItems items) {

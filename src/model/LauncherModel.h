@@ -78,6 +78,7 @@ public:
         // Makes the frameworks' own texts follow the interface language.
         std::function<void(AppLanguage)> applyToFrameworks = [](AppLanguage) {};
         std::shared_ptr<LoginItem> loginItem = std::make_shared<NullLoginItem>();
+        bool layoutIsLate = false; // `takeLateLayout` will bring it: nothing is read for it
     };
 
     explicit LauncherModel(Services services, QObject* parent = nullptr);
@@ -211,8 +212,11 @@ public:
 
     // --- The layout as a whole
 
-    // Writes the private layout file.
+    // Writes the private layout file, once it is known what that held.
     void save();
+    // The layout that was late. It takes the place of what was arranged meanwhile, but not of an import or a
+    // reset: these stand for any layout.
+    void takeLateLayout(StoredLayout stored);
     // Returns when what was saved is on the disk. Safe on any thread.
     void flushSaves() { store_.flush(); }
 
@@ -360,6 +364,9 @@ private:
     DragTracker tracker_;
     PendingIntent pending_;
     std::optional<std::vector<AppInfo>> deferredScan_; // came in during a drag
+    std::optional<StoredLayout> deferredLayout_;       // so did this
+    bool awaitsLayout_;
+    bool layoutIsReplaced_ = false; // before it has come
     DelayedWork glideEnd_;
     DelayedWork newFolderOpening_;
 

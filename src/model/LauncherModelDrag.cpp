@@ -180,6 +180,9 @@ void LauncherModel::finishDrag() {
 }
 
 void LauncherModel::applyDeferredScan() {
+    if (auto layout = std::exchange(deferredLayout_, std::nullopt)) {
+        takeLateLayout(std::move(*layout));
+    }
     if (const auto installed = std::exchange(deferredScan_, std::nullopt)) {
         applyScan(*installed);
     }

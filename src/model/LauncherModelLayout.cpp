@@ -78,6 +78,7 @@ void LauncherModel::applyWaitingImport() {
     // What the file places and is not installed yet takes its place when it is.
     forgetPlaces();
     rememberPlaces(imported, reconciled);
+    layoutIsReplaced_ = true;
     replaceLayout(std::move(reconciled), [&] {
         setGrid(static_cast<int>(std::clamp(file->columns, leastColumns, mostColumns)),
                 static_cast<int>(std::clamp(file->rows, leastRows, mostRows)));
@@ -88,6 +89,7 @@ void LauncherModel::applyWaitingImport() {
 void LauncherModel::resetLayout() {
     waitingImport_.reset();
     forgetPlaces();
+    layoutIsReplaced_ = true;
     replaceLayout(LayoutReconciler::reconcile({}, installed_, std::nullopt, nameOrder()));
     turnToPage(0);
 }
@@ -104,6 +106,32 @@ void LauncherModel::sortByName() {
         sorted.push_back(items_[position]);
     }
     replaceLayout(std::move(sorted));
+}
+
+void LauncherModel::takeLateLayout(StoredLayout stored) {
+    if (!awaitsLayout_) {
+        return;
+    }
+    if (drag_) {
+        deferredLayout_ = std::move(stored);
+        return;
+    }
+    awaitsLayout_ = false;
+    const bool isKnown = stored.items.has_value();
+    LaunchItems items = store_.start(std::move(stored));
+    std::vector<RememberedItem> places = store_.takePlaces();
+    if (layoutIsReplaced_ || !isKnown) {
+        store_.savePlaces(places_.remembered());
+        save();
+        return;
+    }
+    places_ = PlaceMemory(std::move(places), services_.queue.date());
+    withAnimation(motion::replaceLayout, [&] {
+        setItems(std::move(items));
+        clampPage();
+    });
+    // What the last scan found missing counted for other items.
+    refreshApps();
 }
 
 void LauncherModel::replaceLayout(LaunchItems items, const std::function<void()>& before) {

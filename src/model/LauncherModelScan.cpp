@@ -76,7 +76,7 @@ void LauncherModel::applyScan(const std::vector<AppInfo>& installed) {
 }
 
 void LauncherModel::rememberPlaces(const LaunchItems& before, const LaunchItems& after) {
-    if (places_.remember(before, after, services_.queue.date())) {
+    if (places_.remember(before, after, services_.queue.date()) && !awaitsLayout_) {
         store_.savePlaces(places_.remembered());
     }
 }
@@ -85,7 +85,9 @@ void LauncherModel::rememberPlaces(const LaunchItems& before, const LaunchItems&
 void LauncherModel::forgetPlaces() {
     if (!places_.remembered().empty()) {
         places_.clear();
-        store_.savePlaces({});
+        if (!awaitsLayout_) {
+            store_.savePlaces({});
+        }
     }
 }
 

@@ -38,7 +38,8 @@ AppDelegate::AppDelegate(Services services)
     : services_(std::move(services))
     , model_({services_.queue, services_.files, services_.preferences, services_.applicationSupport,
               services_.scan, std::move(services_.prepared.names), std::move(services_.prepared.layout),
-              services_.homes, services_.applyToFrameworks, services_.loginItem})
+              services_.homes, services_.applyToFrameworks, services_.loginItem,
+              services_.prepared.layoutIsLate})
     , dialogs_({model_, services_.files, QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
                 [this] { return shownWindow(); }})
     , visibility_({services_.preferences, services_.queue, services_.windows, services_.statusItem})

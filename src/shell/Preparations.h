@@ -15,6 +15,7 @@ class FileSystem;
 // What the first picture needs from the disk.
 struct Preparations {
     StoredLayout layout;
+    bool layoutIsLate = false;     // it is told to the delegate when it has been read
     QHash<QString, QString> names; // by path
     std::vector<KeptIcon> icons;
 

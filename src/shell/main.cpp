@@ -36,6 +36,7 @@
 #include "platform/linux/windows/WindowSystems.h"
 #include "shell/AppDelegate.h"
 #include "shell/DeferredOpener.h"
+#include "shell/EarlyReading.h"
 #include "shell/TrayStatusItem.h"
 #include "window/Backdrops.h"
 
@@ -77,11 +78,40 @@ constexpr double longestHold = 1.0;
 constexpr std::chrono::milliseconds longestFlush{600};
 constexpr std::chrono::milliseconds longestFinish{200};
 
+// How long a start waits for what it reads. The window comes with what is known by then.
+constexpr std::chrono::milliseconds longestReading{300};
+
+// What an earlier run left for the first picture.
+struct Caches {
+    QHash<QString, QString> names;
+    std::vector<KeptIcon> icons;
+};
+
 // What is read while Qt starts. A first scan is among it where nothing is remembered that could be shown
 // before.
 struct Reading {
-    Preparations prepared;
-    std::optional<ScanResult> firstScan;
+    EarlyReading<StoredLayout> layout;
+    EarlyReading<Caches> caches;
+    EarlyReading<ScanResult> firstScan;
+
+    Preparations takeBy(std::chrono::steady_clock::time_point deadline) {
+        Preparations prepared;
+        auto read = layout.takeBy(deadline);
+        prepared.layoutIsLate = !read;
+        if (read) {
+            prepared.layout = std::move(*read);
+        }
+        if (auto cached = caches.takeBy(deadline)) {
+            prepared.names = std::move(cached->names);
+            prepared.icons = std::move(cached->icons);
+        }
+        firstScan.waitUntil(deadline);
+        return prepared;
+    }
+
+    [[nodiscard]] bool isUnderWay() const {
+        return layout.isUnderWay() || caches.isUnderWay() || firstScan.isUnderWay();
+    }
 };
 
 // What saves of earlier processes left beside these files, or what they are links to, when they were killed.
@@ -139,12 +169,16 @@ int main(int argc, char* argv[]) {
     const AppScanner::Services scanServices{files, bundles, registered, locations.home, locations.ownBundle};
 
     auto fonts = std::async(std::launch::async, desktop::readFontConfiguration);
-    std::future<Reading> reading = std::async(std::launch::async, [&] {
-        Reading read{Preparations::read(files, locations, language), std::nullopt};
-        if (read.prepared.names.isEmpty()) {
-            read.firstScan = AppScanner::scan(scanServices);
+    const auto readingStarted = std::chrono::steady_clock::now();
+    Reading reading;
+    reading.layout.start([&] { return LayoutStore::read(files, locations.applicationSupport); });
+    reading.caches.start([&] {
+        Caches caches{NamesKeeper::load(files, locations.caches, language), {}};
+        if (caches.names.isEmpty()) {
+            reading.firstScan.start([&] { return AppScanner::scan(scanServices); });
         }
-        return read;
+        caches.icons = IconKeeper::load(files, locations.caches);
+        return caches;
     });
 
     if (!desktop::hasHardwareGpu()) {
@@ -201,10 +235,11 @@ int main(int argc, char* argv[]) {
     desktop::LinuxMotionPreference motion(environment, queue, [] { return QDBusConnection::sessionBus(); });
     windows->setActivationToken(desktop::takeStartToken(start.environment, QGuiApplication::platformName()));
 
-    auto [prepared, firstScan] = reading.get();
-    const auto scan = [&scanServices, first = std::make_shared<decltype(firstScan)>(std::move(firstScan))] {
-        const auto scanned = std::exchange(*first, std::nullopt);
-        return scanned ? *scanned : AppScanner::scan(scanServices);
+    Preparations prepared = reading.takeBy(readingStarted + longestReading);
+    const bool layoutIsLate = prepared.layoutIsLate; // the rest is moved from
+    const auto scan = [&scanServices, &first = reading.firstScan] {
+        auto scanned = first.take();
+        return scanned ? std::move(*scanned) : AppScanner::scan(scanServices);
     };
     desktop::PatientConnector shortcutsBus(busAddress, QStringLiteral("shortcuts"), queue);
     desktop::LinuxTrayHosts trayHosts([] { return QDBusConnection::sessionBus(); });
@@ -254,6 +289,10 @@ int main(int argc, char* argv[]) {
              desktop::mainBundlePaths(program, locations.ownBundle)),
          installer,
          [&queue](std::function<void()> flush) { queue.runWithin(longestFlush, std::move(flush)); }});
+    if (layoutIsLate) {
+        reading.layout.whenThere(
+            queue, [&delegate](StoredLayout stored) { delegate.model().takeLateLayout(std::move(stored)); });
+    }
     const desktop::TerminationSignals signals([] { QCoreApplication::quit(); });
     if (delegate.firstPageIsReady()) {
         queue.hold();
@@ -272,7 +311,7 @@ int main(int argc, char* argv[]) {
     }
     delegate.applicationDidFinishLaunching();
     const int status = QApplication::exec();
-    if (!queue.finish(longestFinish)) {
+    if (!queue.finish(longestFinish) || reading.isUnderWay()) {
         // It uses objects of this function, and would keep them from going.
         queue.runWithin(longestFinish, [&icons] { icons.endDecoding(); });
         ::_exit(status);

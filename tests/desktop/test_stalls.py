@@ -81,3 +81,20 @@ class Stalls(OnX11):
         launcher = self.show_page(self.made)
         folder.stall()
         self.expect_end(launcher)
+
+    def test_a_layout_that_is_late_is_applied_when_it_comes_and_never_saved_over(self):
+        arranged = self.made[::-1]
+        self.write_layout(arranged)
+        folder = self.stalling(self.layout_file.parent)
+        folder.stall()
+        launcher = self.begin_launcher()
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        self.expect_page(self.made)
+        self.expect_end(launcher)
+        launcher = self.begin_launcher()
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        self.expect_page(self.made)
+        folder.answer()
+        self.expect_page(arranged)
+        self.end_launcher(launcher)
+        self.assertEqual(self.layout(), [str(application.path) for application in arranged])

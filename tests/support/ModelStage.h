@@ -53,13 +53,13 @@ public:
     static QString path(int number) { return QStringLiteral("/Applications/%1.app").arg(number); }
 
     LauncherModel& makeModel() {
-        model_ = std::make_unique<LauncherModel>(
-            LauncherModel::Services{queue_, files_, preferences_, QStringLiteral("/data"),
-                                    [this] {
-                                        ++scans_;
-                                        return installed_;
-                                    },
-                                    remembered_, std::nullopt, homes_, applyToFrameworks_, loginItem_});
+        model_ = std::make_unique<LauncherModel>(LauncherModel::Services{
+            queue_, files_, preferences_, QStringLiteral("/data"),
+            [this] {
+                ++scans_;
+                return installed_;
+            },
+            remembered_, std::nullopt, homes_, applyToFrameworks_, loginItem_, layoutIsLate_});
         controller_ = std::make_shared<RecordingController>();
         model_->setController(controller_);
         return *model_;
@@ -91,6 +91,7 @@ public:
     HomeFolders homes_;
     std::function<void(AppLanguage)> applyToFrameworks_ = [](AppLanguage) {};
     std::shared_ptr<LoginItem> loginItem_ = std::make_shared<NullLoginItem>();
+    bool layoutIsLate_ = false;
     int scans_ = 0;
     std::unique_ptr<LauncherModel> model_;
     std::shared_ptr<RecordingController> controller_;
