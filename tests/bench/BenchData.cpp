@@ -2,6 +2,7 @@
 #include "data/LayoutFile.h"
 #include "data/LayoutReconciler.h"
 #include "data/NameOrder.h"
+#include "data/PlaceMemory.h"
 #include "data/SearchIndex.h"
 #include "model/LauncherModel.h"
 #include "model/LayoutStore.h"
@@ -69,6 +70,49 @@ void reconcileAllMoved(benchmark::State& state) {
         benchmark::DoNotOptimize(LayoutReconciler::reconcile(items, apps, std::nullopt, order));
     }
     state.SetComplexityN(state.range(0));
+}
+
+// A memory of as many places as there can be, of a layout that has lost every second application.
+struct Lost {
+    explicit Lost(std::int64_t count)
+        : installed(installedApps(count)) {
+        const LaunchItems all = layoutOf(installed);
+        for (std::size_t i = 0; i < all.size(); i += 2) {
+            left.push_back(all[i]);
+            leftInstalled.push_back(installed[i]);
+        }
+        memory.remember(all, left, {});
+    }
+
+    std::vector<AppInfo> installed;
+    LaunchItems left;
+    std::vector<AppInfo> leftInstalled;
+    PlaceMemory memory;
+};
+
+// What each scan costs while places are remembered and nothing comes back.
+void putNothingBack(benchmark::State& state) {
+    Lost lost(state.range(0));
+    for ([[maybe_unused]] auto round : state) {
+        benchmark::DoNotOptimize(lost.memory.putBack(lost.left, lost.leftInstalled));
+    }
+}
+
+void putAllBack(benchmark::State& state) {
+    const Lost lost(state.range(0));
+    for ([[maybe_unused]] auto round : state) {
+        PlaceMemory memory = lost.memory;
+        benchmark::DoNotOptimize(memory.putBack(lost.left, lost.installed));
+    }
+}
+
+void rememberHalf(benchmark::State& state) {
+    const Lost lost(state.range(0));
+    const LaunchItems all = layoutOf(lost.installed);
+    for ([[maybe_unused]] auto round : state) {
+        PlaceMemory memory;
+        benchmark::DoNotOptimize(memory.remember(all, lost.left, {}));
+    }
 }
 
 void placeVisibleEntries(benchmark::State& state) {
@@ -171,6 +215,9 @@ BENCHMARK(reconcileAllMoved)
     ->Range(100, 100'000)
     ->Unit(benchmark::kMillisecond)
     ->Complexity();
+BENCHMARK(putNothingBack)->Arg(200)->Arg(10'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(putAllBack)->Arg(200)->Arg(8'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(rememberHalf)->Arg(200)->Arg(8'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(placeVisibleEntries)->RangeMultiplier(10)->Range(100, 100'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(encodeLayout)->Arg(10'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(decodeLayout)->Arg(10'000)->Unit(benchmark::kMillisecond);
