@@ -35,6 +35,7 @@ Backdrop::Backdrop(Read read, const BackgroundLook& look)
                 ScreenPicture screen = read();
                 whole->set_value(std::exchange(screen.whole, {}));
                 if (!screen.shrunk.isNull()) {
+                    screen.shrunk.convertTo(QImage::Format_RGBX64);
                     blurColours(screen.shrunk,
                                 blurSigma * look.devicePixelRatio / backdropShrink(look.devicePixelRatio));
                 }

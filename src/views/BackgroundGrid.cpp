@@ -2,6 +2,7 @@
 
 #include "views/Dither.h"
 
+#include <QRgba64>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -42,18 +43,19 @@ struct Between {
     float part = 0; // of the way from the first to the second
 };
 
-std::array<float, components> mixed(QRgb from, QRgb to, float part) {
+// In 0 … 255.
+std::array<float, components> mixed(QRgba64 from, QRgba64 to, float part) {
     const auto mix = [part](int a, int b) {
-        return static_cast<float>(a) + static_cast<float>(b - a) * part;
+        return (static_cast<float>(a) + static_cast<float>(b - a) * part) / 257;
     };
-    return {mix(qRed(from), qRed(to)), mix(qGreen(from), qGreen(to)), mix(qBlue(from), qBlue(to))};
+    return {mix(from.red(), to.red()), mix(from.green(), to.green()), mix(from.blue(), to.blue())};
 }
 
 } // namespace
 
 BackgroundGrid::BackgroundGrid(const BackgroundShade& shade, const QSize& pixels, const QImage& backdrop)
     : columns_(cornersAround(pixels.width())) {
-    const QImage colours = backdrop.convertToFormat(QImage::Format_RGB32);
+    const QImage colours = backdrop.convertToFormat(QImage::Format_RGBX64);
     const int count = cornersAround(pixels.height());
     rows_.reserve(static_cast<std::size_t>(count));
     for (int index = 0; index < count; ++index) {
@@ -67,8 +69,8 @@ BackgroundGrid::Row BackgroundGrid::row(const BackgroundShade& shade, const QSiz
     Row values(columns * components);
     const float down = place(index);
     const Between lines(down, pixels.height(), backdrop.height());
-    const auto* upper = reinterpret_cast<const QRgb*>(backdrop.constScanLine(lines.first));
-    const auto* lower = reinterpret_cast<const QRgb*>(backdrop.constScanLine(lines.second));
+    const auto* upper = reinterpret_cast<const QRgba64*>(backdrop.constScanLine(lines.first));
+    const auto* lower = reinterpret_cast<const QRgba64*>(backdrop.constScanLine(lines.second));
     for (std::size_t column = 0; column < columns; ++column) {
         const float across = place(static_cast<int>(column));
         const Between at(across, pixels.width(), backdrop.width());

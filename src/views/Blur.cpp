@@ -51,28 +51,31 @@ void boxBlur(uchar* values, int count, qsizetype stride, int radius, std::vector
 }
 
 // One box blur over `count` pixels that lie `stride` apart.
-void boxBlur(QRgb* pixels, int count, qsizetype stride, int radius, std::vector<QRgb>& copy) {
+void boxBlur(quint64* pixels, int count, qsizetype stride, int radius, std::vector<quint64>& copy) {
     copy.resize(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         copy[static_cast<std::size_t>(i)] = pixels[i * stride];
     }
     constexpr unsigned components = 4;
+    constexpr unsigned bits = 16;
     const auto width = static_cast<unsigned>(2 * radius + 1);
     std::array<unsigned, components> sums{};
     const auto pixel = [&](int i) { return copy[static_cast<std::size_t>(std::clamp(i, 0, count - 1))]; };
-    const auto component = [](QRgb rgb, unsigned index) { return (rgb >> (8 * index)) & 0xffU; };
+    const auto component = [](quint64 colour, unsigned index) {
+        return static_cast<unsigned>(colour >> (bits * index)) & 0xffffU;
+    };
     for (int i = -radius; i <= radius; ++i) {
         for (unsigned c = 0; c < components; ++c) {
             sums.at(c) += component(pixel(i), c);
         }
     }
     for (int i = 0; i < count; ++i) {
-        QRgb mean = 0;
-        const QRgb entering = pixel(i + radius + 1);
-        const QRgb leaving = pixel(i - radius);
+        quint64 mean = 0;
+        const quint64 entering = pixel(i + radius + 1);
+        const quint64 leaving = pixel(i - radius);
         for (unsigned c = 0; c < components; ++c) {
             unsigned& sum = sums[c];
-            mean |= ((sum + width / 2) / width) << (8 * c);
+            mean |= static_cast<quint64>((sum + width / 2) / width) << (bits * c);
             sum += component(entering, c);
             sum -= component(leaving, c);
         }
@@ -83,10 +86,11 @@ void boxBlur(QRgb* pixels, int count, qsizetype stride, int radius, std::vector<
 } // namespace
 
 void blurColours(QImage& image, double sigma) {
-    Q_ASSERT(image.format() == QImage::Format_ARGB32_Premultiplied || image.format() == QImage::Format_RGB32);
-    std::vector<QRgb> copy;
-    const qsizetype stride = image.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
-    auto* const pixels = reinterpret_cast<QRgb*>(image.bits());
+    Q_ASSERT(image.format() == QImage::Format_RGBA64_Premultiplied ||
+             image.format() == QImage::Format_RGBX64);
+    std::vector<quint64> copy;
+    const qsizetype stride = image.bytesPerLine() / static_cast<qsizetype>(sizeof(quint64));
+    auto* const pixels = reinterpret_cast<quint64*>(image.bits());
     for (const int radius : boxRadii(sigma)) {
         if (radius <= 0) {
             continue;

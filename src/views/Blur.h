@@ -8,8 +8,8 @@ namespace amberquill {
 // box blurs. What would come from beyond the edges is transparent.
 void blurAlpha(QImage& image, double sigma);
 
-// The same for the colours of a Format_ARGB32_Premultiplied or Format_RGB32 image. Beyond its edges it goes
-// on as at them.
+// The same for the colours of a Format_RGBA64_Premultiplied or Format_RGBX64 image: gentle slopes need more
+// levels than eight bits have, or they become stairs. Beyond its edges it goes on as at them.
 void blurColours(QImage& image, double sigma);
 
 } // namespace amberquill

@@ -4,9 +4,12 @@
 #include "data/IconCache.h"
 #include "views/BackgroundLayer.h"
 #include "views/Blur.h"
+#include "views/Enlarge.h"
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QRgba64>
+#include <QTransform>
 #include <cmath>
 
 namespace amberquill {
@@ -38,15 +41,17 @@ QColor white(double opacity) {
 
 // The colours at the opacity of frost.
 void thicken(QImage& image) {
-    image = image.convertToFormat(QImage::Format_ARGB32);
+    constexpr auto least = static_cast<quint16>(leastOpacity * 65535 + 0.5);
     for (int y = 0; y < image.height(); ++y) {
-        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        auto* line = reinterpret_cast<QRgba64*>(image.scanLine(y));
         for (int x = 0; x < image.width(); ++x) {
-            const int alpha = std::max(qAlpha(line[x]), static_cast<int>(std::lround(255 * leastOpacity)));
-            line[x] = qRgba(qRed(line[x]), qGreen(line[x]), qBlue(line[x]), alpha);
+            if (line[x].alpha() < least) {
+                QRgba64 colour = line[x].unpremultiplied();
+                colour.setAlpha(least);
+                line[x] = colour.premultiplied();
+            }
         }
     }
-    image = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
 QImage shadowOf(const QPainterPath& shape, const QSize& size, double ratio) {
@@ -94,16 +99,12 @@ TextureItem::Painted FrostedSlab::paintTexture(double devicePixelRatio) {
     QPainter painter(&image);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     painter.drawImage(QRectF(image.rect()), shadowOf(shape, image.size(), devicePixelRatio));
-    painter.setCompositionMode(QPainter::CompositionMode_Clear);
-    painter.fillPath(shape, Qt::black);
+    // In the shadow's place, not over it.
+    QBrush frost(enlarged(behind(devicePixelRatio), pixels));
+    frost.setTransform(QTransform::fromTranslate(body.x(), body.y()));
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillPath(shape, frost);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-
-    const QImage frost = behind(devicePixelRatio);
-    QBrush brush(frost);
-    brush.setTransform(QTransform::fromTranslate(body.x(), body.y())
-                           .scale(body.width() / frost.width(), body.height() / frost.height()));
-    painter.fillPath(shape, brush);
-    painter.fillPath(shape, white(fillWhite));
     const double line = outlineWidth * devicePixelRatio;
     painter.strokePath(continuousRoundedRect(body.adjusted(line / 2, line / 2, -line / 2, -line / 2),
                                              radius_ * devicePixelRatio - line / 2),
@@ -113,7 +114,7 @@ TextureItem::Painted FrostedSlab::paintTexture(double devicePixelRatio) {
     return {image, QRectF(corner, QSizeF(image.size()) / devicePixelRatio)};
 }
 
-// What lies behind the slab, blurred and small.
+// What lies behind the slab, blurred and small, under the frost's white and the slab's fill.
 QImage FrostedSlab::behind(double devicePixelRatio) const {
     // The blur takes in what lies around the slab, too.
     const double margin = std::ceil(frostRadius / coarseness) * coarseness;
@@ -132,11 +133,13 @@ QImage FrostedSlab::behind(double devicePixelRatio) const {
     painter.setOpacity(dimming_);
     drawPage(painter);
     painter.end();
+    image.convertTo(QImage::Format_RGBA64_Premultiplied);
     blurColours(image, frostRadius * scale / 2);
     image = image.copy(QRectF(QPointF(margin, margin) * scale, size() * scale).toRect());
     thicken(image);
     painter.begin(&image);
     painter.fillRect(image.rect(), white(frostWhite));
+    painter.fillRect(image.rect(), white(fillWhite));
     painter.end();
     return image;
 }

@@ -4,6 +4,7 @@
 #include "views/BackgroundWash.h"
 #include "views/Blur.h"
 
+#include <QColor>
 #include <benchmark/benchmark.h>
 
 using namespace amberquill;
@@ -27,6 +28,7 @@ void capture(benchmark::State& state, bool sharesMemory, bool blurs, bool alsoWh
             return;
         }
         if (blurs) {
+            image.convertTo(QImage::Format_RGBX64);
             blurColours(image, sigma);
         }
         benchmark::DoNotOptimize(image.constBits());
@@ -64,8 +66,8 @@ void firstCapture(benchmark::State& state) {
 
 void blurAlone(benchmark::State& state) {
     QImage image(static_cast<int>(state.range(0)) / shrink, static_cast<int>(state.range(1)) / shrink,
-                 QImage::Format_RGB32);
-    image.fill(0xFF336699);
+                 QImage::Format_RGBX64);
+    image.fill(QColor(0xFF336699));
     for ([[maybe_unused]] const auto& round : state) {
         blurColours(image, sigma);
         benchmark::DoNotOptimize(image.constBits());
@@ -74,8 +76,8 @@ void blurAlone(benchmark::State& state) {
 
 void compose(benchmark::State& state) {
     QImage backdrop(static_cast<int>(state.range(0)) / shrink, static_cast<int>(state.range(1)) / shrink,
-                    QImage::Format_RGB32);
-    backdrop.fill(0xFF336699);
+                    QImage::Format_RGBX64);
+    backdrop.fill(QColor(0xFF336699));
     const QSize size(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
     for ([[maybe_unused]] const auto& round : state) {
         const QImage image = opaqueBackground(BackgroundTheme::Blue, size, 1, backdrop);

@@ -271,18 +271,64 @@ TEST_P(StatesTest, NoOutlineOfThePageIsSeenThroughThePanel) {
     // Above the title, where there is nothing on the panel itself.
     const QRectF panel = drawnRect(only(u"amberquill::FrostedSlab"_s)).adjusted(50, 4, -50, 0);
     const QRect area(pixelOf(panel.topLeft()), pixelOf({panel.right(), panel.top() + 14}));
-    int sharpest = 0;
-    for (int y = area.top(); y < area.bottom(); ++y) {
-        for (int x = area.left(); x < area.right(); ++x) {
-            const QColor here = image.pixelColor(x, y);
-            for (const QColor& next : {image.pixelColor(x + 1, y), image.pixelColor(x, y + 1)}) {
-                sharpest =
-                    std::max({sharpest, std::abs(here.red() - next.red()),
-                              std::abs(here.green() - next.green()), std::abs(here.blue() - next.blue())});
+    // What lies on either side of a line as long as a dither cell, in which two levels are mixed.
+    constexpr int length = 8;
+    double sharpest = 0;
+    for (int y = area.top(); y + length < area.bottom(); ++y) {
+        for (int x = area.left(); x + length < area.right(); ++x) {
+            std::array<int, 6> steps{};
+            for (int i = 0; i < length; ++i) {
+                const auto add = [&](std::size_t first, const QPoint& from, const QPoint& to) {
+                    const QRgb before = image.pixel(from);
+                    const QRgb after = image.pixel(to);
+                    steps.at(first) += qRed(after) - qRed(before);
+                    steps.at(first + 1) += qGreen(after) - qGreen(before);
+                    steps.at(first + 2) += qBlue(after) - qBlue(before);
+                };
+                add(0, {x, y + i}, {x + 1, y + i});
+                add(3, {x + i, y}, {x + i, y + 1});
+            }
+            for (const int step : steps) {
+                sharpest = std::max(sharpest, std::abs(step) / static_cast<double>(length));
             }
         }
     }
     EXPECT_LE(sharpest, 2);
+}
+
+TEST_P(StatesTest, WhereThePanelsColoursChangeSlowlyNeighbouringPixelsMixTwoLevels) {
+    showWithFolder(12);
+    openFolder();
+    settle();
+    const QImage image = picture();
+    // To the left of the icons and to the right of them: there the frost alone is seen.
+    const QRectF panel = drawnRect(only(u"amberquill::FrostedSlab"_s));
+    constexpr int block = 8;
+    int blocks = 0;
+    int plain = 0;
+    for (const double left : {panel.left() + 3, panel.right() - 23}) {
+        const QRect area(pixelOf({left, panel.top() + 60}), pixelOf({left + 20, panel.bottom() - 60}));
+        for (int y = area.top(); y + block <= area.bottom(); y += block) {
+            for (int x = area.left(); x + block <= area.right(); x += block) {
+                std::array<int, 3> lowest{255, 255, 255};
+                std::array<int, 3> highest{};
+                for (int i = 0; i < block * block; ++i) {
+                    const QRgb pixel = image.pixel(x + i % block, y + i / block);
+                    const std::array<int, 3> colour{qRed(pixel), qGreen(pixel), qBlue(pixel)};
+                    for (std::size_t c = 0; c < 3; ++c) {
+                        lowest.at(c) = std::min(lowest.at(c), colour.at(c));
+                        highest.at(c) = std::max(highest.at(c), colour.at(c));
+                    }
+                }
+                for (std::size_t c = 0; c < 3; ++c) {
+                    ++blocks;
+                    plain += highest.at(c) == lowest.at(c) ? 1 : 0;
+                }
+            }
+        }
+    }
+    ASSERT_GT(blocks, 100);
+    EXPECT_LT(plain, blocks / 10) << "of " << blocks;
 }
 
 TEST_P(StatesTest, ThePanelsShadowLiesBelowIt) {

@@ -83,6 +83,34 @@ TEST(Backdrop, AnEdgeOnTheScreenIsBlurred) {
     EXPECT_NEAR(lightBehind(440), 1, 0.02);
 }
 
+TEST(Backdrop, AGentleSlopeOnTheScreenHasNoStairs) {
+    QImage slope(80, 50, QImage::Format_RGB32);
+    for (int y = 0; y < slope.height(); ++y) {
+        for (int x = 0; x < slope.width(); ++x) {
+            const int level = 100 + x / 8;
+            slope.setPixel(x, y, qRgb(level, level, level));
+        }
+    }
+    const Backdrop backdrop([&] { return ScreenPicture{slope, {}}; }, look());
+    const QImage picture = backdrop.picture(look());
+    // The means of blocks along the slope, each of several of those in which the dither mixes two levels.
+    constexpr int block = 8;
+    constexpr int height = 10 * block;
+    std::vector<double> means;
+    for (int left = 120; left < 520; left += block) {
+        double sum = 0;
+        for (int y = 160; y < 160 + height; ++y) {
+            for (int x = left; x < left + block; ++x) {
+                sum += qRed(picture.pixel(x, y));
+            }
+        }
+        means.push_back(sum / (block * height));
+    }
+    for (std::size_t i = 1; i + 1 < means.size(); ++i) {
+        EXPECT_NEAR(means[i], (means[i - 1] + means[i + 1]) / 2, 0.05) << i;
+    }
+}
+
 TEST(Backdrop, WhereNothingCanBeReadItIsTheTintAlone) {
     const Backdrop backdrop([] { return ScreenPicture(); }, look());
     EXPECT_TRUE(backdrop.whole().isNull());

@@ -1,5 +1,6 @@
 #include "views/Blur.h"
 
+#include <QColor>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <numbers>
@@ -69,8 +70,8 @@ TEST(Blur, AnImageSmallerThanTheBlurIsSafe) {
 
 TEST(ColourBlur, APlainColourStaysItselfUpToTheEdges) {
     for (const double sigma : {0.0, 1.0, 5.0, 500.0}) {
-        QImage image(40, 7, QImage::Format_RGB32);
-        image.fill(0xFF0180FE);
+        QImage image(40, 7, QImage::Format_RGBX64);
+        image.fill(QColor(0xFF0180FE));
         const QImage before = image.copy();
         blurColours(image, sigma);
         EXPECT_EQ(image, before) << sigma;
@@ -79,8 +80,8 @@ TEST(ColourBlur, APlainColourStaysItselfUpToTheEdges) {
 
 TEST(ColourBlur, EachChannelSpreadsAsTheGaussianDoes) {
     constexpr double sigma = 4;
-    QImage image(81, 81, QImage::Format_RGB32);
-    image.fill(0xFF000000);
+    QImage image(81, 81, QImage::Format_RGBX64);
+    image.fill(Qt::black);
     for (int y = 30; y <= 50; ++y) {
         for (int x = 30; x <= 50; ++x) {
             image.setPixel(x, y, 0xFFFF8040);
@@ -101,7 +102,7 @@ TEST(ColourBlur, EachChannelSpreadsAsTheGaussianDoes) {
 }
 
 TEST(ColourBlur, NothingIsLostOrComesFromBeyondTheEdges) {
-    QImage image(64, 32, QImage::Format_RGB32);
+    QImage image(64, 32, QImage::Format_RGBX64);
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
             image.setPixel(x, y, x < 32 ? 0xFF000000 : 0xFFFFFFFF);
@@ -117,12 +118,12 @@ TEST(ColourBlur, NothingIsLostOrComesFromBeyondTheEdges) {
 }
 
 TEST(ColourBlur, SmallImagesAreSurvived) {
-    QImage pixel(1, 1, QImage::Format_RGB32);
-    pixel.fill(0xFF123456);
+    QImage pixel(1, 1, QImage::Format_RGBX64);
+    pixel.fill(QColor(0xFF123456));
     blurColours(pixel, 30);
     EXPECT_EQ(pixel.pixel(0, 0), 0xFF123456);
-    QImage line(1, 9, QImage::Format_RGB32);
-    line.fill(0xFF000000);
+    QImage line(1, 9, QImage::Format_RGBX64);
+    line.fill(Qt::black);
     line.setPixel(0, 0, 0xFFFFFFFF);
     blurColours(line, 30);
     EXPECT_GT(qRed(line.pixel(0, 8)), 0);
