@@ -1,4 +1,4 @@
-#include <QtGlobal>
+#include <QByteArray>
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {

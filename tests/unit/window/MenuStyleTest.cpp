@@ -19,11 +19,10 @@ protected:
     MenuStyleTest() {
         QPixmap pixmap(18, 12);
         pixmap.fill(picture);
-        auto* group = new QActionGroup(&menu_);
         for (const QString& title : {u"first"_s, u"second"_s}) {
             QAction* action = menu_.addAction(QIcon(pixmap), title);
             action->setCheckable(true);
-            group->addAction(action);
+            group_.addAction(action);
         }
         menu_.actions().constFirst()->setChecked(true);
         MenuStyle::applyTo(menu_);
@@ -57,6 +56,7 @@ protected:
     }
 
     QMenu menu_;
+    QActionGroup group_{nullptr};
 };
 
 } // namespace
