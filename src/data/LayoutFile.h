@@ -25,6 +25,23 @@ struct LayoutFile {
     bool operator==(const LayoutFile&) const = default;
 };
 
+// The items with each of their paths replaced.
+template<typename Replace>
+LaunchItems withPaths(LaunchItems items, Replace replace) {
+    for (LaunchItem& item : items) {
+        if (const QString* path = item.asApp()) {
+            item = LaunchItem::app(replace(*path));
+            continue;
+        }
+        Folder folder = *item.asFolder();
+        for (QString& path : folder.apps) {
+            path = replace(path);
+        }
+        item = LaunchItem::folder(std::move(folder));
+    }
+    return items;
+}
+
 // Pretty printed, the keys of each object sorted, every "/" escaped; the date is ISO 8601 in UTC.
 QByteArray encodeLayoutFile(const LayoutFile& file);
 

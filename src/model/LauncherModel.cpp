@@ -15,6 +15,7 @@ LauncherModel::LauncherModel(Services services, QObject* parent)
     : QObject(parent)
     , services_(std::move(services))
     , store_(services_.queue, services_.files, services_.applicationSupport)
+    , history_(services_.queue, services_.files, services_.applicationSupport, services_.homes.own)
     , items_(services_.layoutIsLate ? LaunchItems()
              : services_.layout     ? store_.start(*std::exchange(services_.layout, std::nullopt))
                                     : store_.load())
@@ -117,8 +118,11 @@ QString LauncherModel::appName(const QString& path) const {
 }
 
 void LauncherModel::save() {
-    if (!awaitsLayout_) {
-        store_.save(items_);
+    if (awaitsLayout_) {
+        return;
+    }
+    if (auto before = store_.save(items_)) {
+        history_.keep({*std::move(before), columns_, rows_}, LayoutHistory::Reason::Day);
     }
 }
 

@@ -15,6 +15,7 @@
 #include "model/DragTracker.h"
 #include "model/HitTest.h"
 #include "model/InvalidLayoutFile.h"
+#include "model/LayoutHistory.h"
 #include "model/LayoutStore.h"
 #include "model/PageTurns.h"
 #include "model/PendingIntent.h"
@@ -212,13 +213,17 @@ public:
 
     // --- The layout as a whole
 
-    // Writes the private layout file, once it is known what that held.
+    // Writes the private layout file, once it is known what that held. Before the first change of a day, a
+    // copy of it is kept.
     void save();
     // The layout that was late. It takes the place of what was arranged meanwhile, but not of an import or a
     // reset: these stand for any layout.
     void takeLateLayout(StoredLayout stored);
     // Returns when what was saved is on the disk. Safe on any thread.
-    void flushSaves() { store_.flush(); }
+    void flushSaves() {
+        store_.flush();
+        history_.flush();
+    }
 
     // The layout and the grid as a file for other machines: paths below the home folder are written from "~".
     [[nodiscard]] QByteArray exportLayoutData() const;
@@ -318,11 +323,13 @@ private:
     [[nodiscard]] static int storedRows(const Preferences& preferences);
     void setGridSide(int& side, int value, const QString& key);
     void applyWaitingImport();
+    void keepCopy(LayoutHistory::Reason reason);
     void replaceLayout(
         LaunchItems items, const std::function<void()>& before = [] {});
 
     Services services_;
     LayoutStore store_;
+    LayoutHistory history_;
     std::weak_ptr<LauncherController> controller_;
     std::optional<NameOrder> nameOrder_; // made when first needed: it costs milliseconds
 

@@ -1,3 +1,4 @@
+#include "data/LayoutCoding.h"
 #include "data/LayoutFile.h"
 #include "data/LayoutReconciler.h"
 #include "localization/L.h"
@@ -18,23 +19,6 @@ constexpr qint64 leastColumns = 3;
 constexpr qint64 mostColumns = 12;
 constexpr qint64 leastRows = 2;
 constexpr qint64 mostRows = 10;
-
-// The items with each of their paths replaced.
-template<typename Replace>
-LaunchItems withPaths(LaunchItems items, Replace replace) {
-    for (LaunchItem& item : items) {
-        if (const QString* path = item.asApp()) {
-            item = LaunchItem::app(replace(*path));
-            continue;
-        }
-        Folder folder = *item.asFolder();
-        for (QString& path : folder.apps) {
-            path = replace(path);
-        }
-        item = LaunchItem::folder(std::move(folder));
-    }
-    return items;
-}
 
 } // namespace
 
@@ -70,6 +54,7 @@ void LauncherModel::applyWaitingImport() {
     setOpenFolderID(std::nullopt);
     setSearchText({});
 
+    keepCopy(LayoutHistory::Reason::Import);
     TildeExpansion tilde(services_.homes);
     LaunchItems imported =
         withPaths(std::move(file->items), [&tilde](const QString& path) { return tilde.expand(path); });
@@ -88,6 +73,7 @@ void LauncherModel::applyWaitingImport() {
 
 void LauncherModel::resetLayout() {
     waitingImport_.reset();
+    keepCopy(LayoutHistory::Reason::Reset);
     forgetPlaces();
     layoutIsReplaced_ = true;
     replaceLayout(LayoutReconciler::reconcile({}, installed_, std::nullopt, nameOrder()));
@@ -95,6 +81,7 @@ void LauncherModel::resetLayout() {
 }
 
 void LauncherModel::sortByName() {
+    keepCopy(LayoutHistory::Reason::Sort);
     std::vector<QString> names;
     names.reserve(items_.size());
     for (const LaunchItem& item : items_) {
@@ -132,6 +119,14 @@ void LauncherModel::takeLateLayout(StoredLayout stored) {
     });
     // What the last scan found missing counted for other items.
     refreshApps();
+}
+
+void LauncherModel::keepCopy(LayoutHistory::Reason reason) {
+    // What stands there before the layout has come is nobody's arrangement. The layout that comes is copied
+    // when it is replaced.
+    if (!awaitsLayout_) {
+        history_.keep({encodeItems(items_), columns_, rows_}, reason);
+    }
 }
 
 void LauncherModel::replaceLayout(LaunchItems items, const std::function<void()>& before) {

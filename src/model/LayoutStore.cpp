@@ -53,6 +53,7 @@ LaunchItems LayoutStore::start(StoredLayout stored) {
     }
     places_ = std::move(stored.places).value_or(std::vector<RememberedItem>());
     file_.assumeHeld(stored.content);
+    text_ = stored.content;
     // Files of other programs and of earlier versions may hold an id twice.
     LayoutEdits::separateFolders(*stored.items);
     return std::move(*stored.items);
@@ -62,8 +63,11 @@ void LayoutStore::savePlaces(const std::vector<RememberedItem>& places) {
     placesFile_.save(encodePlaces(places));
 }
 
-void LayoutStore::save(const LaunchItems& items) {
-    file_.save(encodeItems(items));
+std::optional<QByteArray> LayoutStore::save(const LaunchItems& items) {
+    const QByteArray text = encodeItems(items);
+    file_.save(text);
+    const auto before = std::exchange(text_, text);
+    return before != text ? before : std::nullopt;
 }
 
 } // namespace amberquill

@@ -43,8 +43,9 @@ public:
     // any time.
     void savePlaces(const std::vector<RememberedItem>& places);
 
-    // Writes the layout, unless it is what the file holds already.
-    void save(const LaunchItems& items);
+    // Writes the layout, unless it is what the file holds already. Answers the text that this changes; none
+    // where there was no layout before, or the same.
+    std::optional<QByteArray> save(const LaunchItems& items);
 
     // Writes soon what could not be written before.
     void tryAgain() {
@@ -64,6 +65,7 @@ private:
     WriteBehind placesFile_;
     WriteBehind file_;
     std::vector<RememberedItem> places_; // as read
+    std::optional<QByteArray> text_;     // of the layout read or saved last
 };
 
 } // namespace amberquill

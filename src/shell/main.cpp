@@ -247,8 +247,9 @@ int main(int argc, char* argv[]) {
     const desktop::AutostartLoginItem::Settings autostart{desktop::autostartFolders(environment), program,
                                                           entrySettings.currentDesktops};
     const QStringList writtenFiles = {
-        locations.applicationSupport + QStringLiteral("/Amberquill/layout.json"), preferencesPath,
-        locations.caches + QStringLiteral("/Amberquill/names"),
+        locations.applicationSupport + QStringLiteral("/Amberquill/layout.json"),
+        locations.applicationSupport + QStringLiteral("/Amberquill/layout-history/copy.json"),
+        preferencesPath, locations.caches + QStringLiteral("/Amberquill/names"),
         autostart.folders.first() + QStringLiteral("/org.amberquill.Amberquill.desktop")};
     AppDelegate delegate(
         {queue,

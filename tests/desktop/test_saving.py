@@ -50,7 +50,7 @@ class Saving(OnX11):
     def test_a_folder_in_the_layouts_place_is_left_alone(self):
         self.layout_file.mkdir()
         self.expect_to_work_without_saving()
-        self.assertEqual(os.listdir(self.layout_file.parent), ["layout.json"])
+        self.assertEqual(list(self.layout_file.parent.glob("layout.json*")), [self.layout_file])
 
     def test_a_link_to_a_folder_is_left_alone_and_so_is_the_folder(self):
         documents = self.session.home / "Documents"
@@ -59,7 +59,7 @@ class Saving(OnX11):
         self.expect_to_work_without_saving()
         self.assertTrue(documents.is_dir())
         self.assertEqual(os.listdir(documents), [])
-        self.assertEqual(os.listdir(self.layout_file.parent), ["layout.json"])
+        self.assertEqual(list(self.layout_file.parent.glob("layout.json*")), [self.layout_file])
 
     def test_a_pipe_in_the_layouts_place_is_left_alone(self):
         os.mkfifo(self.layout_file)
@@ -80,3 +80,22 @@ class Saving(OnX11):
         aside.rename(folder)
         until(lambda: self.layout() == paths, "the sorted layout")
         self.end_launcher(launcher)
+
+    def test_a_sorted_layout_is_brought_back_by_importing_its_copy(self):
+        paths = [str(application.path) for application in self.made]
+        self.layout_file.write_text(json.dumps([{"app": {"_0": path}} for path in reversed(paths)]), encoding="utf-8")
+        launcher = self.begin_shown_launcher(self.made[::-1])
+        self.choose(self.SORT)
+        self.expect_page(self.made)
+        history = self.layout_file.parent / "layout-history"
+        copy = until(lambda: list(history.glob("* before sort (*).json")) if history.exists() else None, "the copy")[0]
+        self.choose(self.IMPORT)
+        dialog = self.expect_dialog(launcher)
+        self.session.type(str(copy))
+        self.session.press("Return")
+        self.expect_dialog(launcher, dialog)
+        self.session.press("Return")
+        self.expect_page(self.made[::-1])
+        until(lambda: self.layout() == paths[::-1], "the layout as it was")
+        self.end_launcher(launcher)
+        self.assertEqual(len(list(history.iterdir())), 2, "one before the sorting, one before the import")

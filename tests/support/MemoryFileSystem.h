@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QMap>
 #include <QSet>
+#include <algorithm>
 
 namespace amberquill {
 
@@ -40,6 +41,7 @@ public:
         return readableByOthers_.contains(path);
     }
     [[nodiscard]] int writes() const { return writes_; }
+    [[nodiscard]] int writesOf(const QString& path) const { return writesOf_.value(path); }
     [[nodiscard]] int refusedWrites() const { return refusedWrites_; }
 
     [[nodiscard]] std::optional<std::vector<FolderEntry>> listFolder(const QString& path,
@@ -101,10 +103,11 @@ public:
             return false;
         }
         ++writes_;
+        ++writesOf_[path];
         if (newFile == NewFile::ByUmask) {
             readableByOthers_.insert(path);
         }
-        files_.insert(path, content);
+        addFile(path, content);
         return true;
     }
 
@@ -112,11 +115,12 @@ public:
         if (refuseSettingAside_ || !files_.contains(path)) {
             return false;
         }
-        files_.insert(path + QStringLiteral(".unreadable-1"), files_.take(path));
+        addFile(path + QStringLiteral(".unreadable-1"), *file(path));
+        removeFile(path);
         return true;
     }
 
-    bool remove(const QString& path) override { return !refuseWrites_ && files_.remove(path) > 0; }
+    bool remove(const QString& path) override { return !refuseWrites_ && removeFile(path); }
 
 private:
     void addEntry(const QString& path, bool isDirectory) {
@@ -125,10 +129,26 @@ private:
         if (!parent.isEmpty() && !folders_.contains(parent)) {
             addEntry(parent, true);
         }
-        folders_[parent].push_back({path.mid(slash + 1), isDirectory});
+        const QString name = path.mid(slash + 1);
+        auto& entries = folders_[parent];
+        if (std::none_of(entries.begin(), entries.end(),
+                         [&](const auto& entry) { return entry.name == name; })) {
+            entries.push_back({name, isDirectory});
+        }
         if (isDirectory) {
             folders_[path];
         }
+    }
+
+    bool removeFile(const QString& path) {
+        const qsizetype slash = path.lastIndexOf(QLatin1Char('/'));
+        const auto folder = folders_.find(path.left(slash));
+        if (folder == folders_.end()) {
+            return false;
+        }
+        std::erase_if(*folder,
+                      [name = path.mid(slash + 1)](const auto& entry) { return entry.name == name; });
+        return files_.remove(path) > 0;
     }
 
     QHash<QString, std::vector<FolderEntry>> folders_;
@@ -141,6 +161,7 @@ private:
     std::optional<int> writesLeft_;
     bool refuseSettingAside_ = false;
     int writes_ = 0;
+    QHash<QString, int> writesOf_;
     int refusedWrites_ = 0;
 };
 

@@ -292,6 +292,7 @@ TEST_F(LauncherModelDrag, AnIconCarriedToAnotherPageMovesThere) {
 TEST_F(LauncherModelDrag, NothingIsSavedBeforeTheDragEnds) {
     LauncherModel& model = shownAs(appsTo(6));
     const int writes = files_.writes();
+    const int saves = files_.writesOf(layoutPath);
     liftIcon(0);
     pointTo(iconAt(3) + QPointF(70, 0));
     wait(0.35);
@@ -300,10 +301,10 @@ TEST_F(LauncherModelDrag, NothingIsSavedBeforeTheDragEnds) {
     EXPECT_EQ(files_.writes(), writes);
     drop();
     queue_.runPosted();
-    EXPECT_EQ(files_.writes(), writes + 1);
+    EXPECT_EQ(files_.writesOf(layoutPath), saves + 1);
     EXPECT_EQ(onDisk(), encodeItems(model.items()));
     wait(1);
-    EXPECT_EQ(files_.writes(), writes + 1);
+    EXPECT_EQ(files_.writesOf(layoutPath), saves + 1);
 }
 
 // --- Merging

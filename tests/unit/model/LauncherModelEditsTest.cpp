@@ -107,13 +107,14 @@ TEST_F(LauncherModelFolderDrag, CellsPastTheLastAppAreItsPlace) {
 TEST_F(LauncherModelFolderDrag, WhatIsReorderedInAFolderIsSavedAtTheDrop) {
     LauncherModel& model = opened({app(1), games({2, 3, 4, 5})});
     const int writes = files_.writes();
+    const int saves = files_.writesOf(layoutPath);
     liftFromFolder(0);
     pointTo(panel().cellCenter(2));
     wait(0.12);
     EXPECT_EQ(files_.writes(), writes);
     drop();
     EXPECT_EQ(onDisk(), encodeItems(model.items()));
-    EXPECT_EQ(files_.writes(), writes + 1);
+    EXPECT_EQ(files_.writesOf(layoutPath), saves + 1);
 }
 
 TEST_F(LauncherModelFolderDrag, LetGoTheIconGlidesIntoItsCell) {

@@ -129,7 +129,7 @@ TEST_F(LauncherModelPlaces, ThePlacesAreOnTheDiskBeforeTheLayoutIs) {
     runningArranged();
     uninstall(1);
     rescan();
-    files_.failWritesAfter(1);
+    files_.failWritesAfter(2); // the copy of the day, and the places
     queue_.advance(5);
     queue_.runPosted();
     EXPECT_TRUE(files_.file(placesPath));
