@@ -3,8 +3,11 @@
 #include "platform/BundleInformation.h"
 #include "platform/FileSystem.h"
 #include "platform/RegisteredApplications.h"
+#include "platform/RootReaders.h"
 
 #include <QSet>
+#include <optional>
+#include <utility>
 
 namespace amberquill::AppScanner {
 
@@ -20,20 +23,30 @@ bool isBundleName(const QString& name) {
     return name.size() > bundleExtension.size() && name.endsWith(bundleExtension, Qt::CaseSensitive);
 }
 
-class BundleScan {
+struct Bundle {
+    QString path;
+    QString resolved; // through symbolic links
+    std::optional<QString> identifier;
+    QString name;
+};
+
+// The bundles below one root, in listing order, depth first.
+struct RootBundles {
+    std::vector<Bundle> bundles;
+    ScannedFolders folders;
+};
+
+class RootVisit {
 public:
-    explicit BundleScan(const Services& services)
+    RootVisit(const Services& services, const RootReaders::GoOn& goOn)
         : services_(services)
-        , ownBundle_(services.ownBundle.isEmpty()
-                         ? QString()
-                         : services.files.resolvingSymbolicLinks(services.ownBundle)) {}
+        , goOn_(goOn) {}
 
-    void visitRoot(const QString& root) {
-        folders_.roots.append(root);
+    RootBundles of(const QString& root) {
+        result_.folders.roots.append(root);
         visit(root, 0);
+        return std::move(result_);
     }
-
-    ScanResult takeResult() { return {std::move(result_), std::move(folders_)}; }
 
 private:
     void visit(const QString& folder, int depth) {
@@ -43,40 +56,54 @@ private:
         std::error_code error;
         const auto children = services_.files.listFolder(folder, error);
         if (!children) {
-            folders_.noteFailure(folder, error, depth == 0);
+            result_.folders.noteFailure(folder, error, depth == 0);
             return;
         }
         for (const FolderEntry& child : *children) {
+            goOn_();
             const QString path = folder + QLatin1Char('/') + child.name;
             if (isBundleName(child.name)) {
-                consider(path);
+                add(path);
             } else if (child.isDirectory) {
                 visit(path, depth + 1);
             }
         }
     }
 
-    void consider(const QString& path) {
-        const QString resolved = services_.files.resolvingSymbolicLinks(path);
-        if (resolved == ownBundle_ || takenPaths_.contains(resolved)) {
-            return;
-        }
-        takenPaths_.insert(resolved);
-        if (const auto identifier = services_.bundles.bundleIdentifier(path)) {
-            if (takenIdentifiers_.contains(*identifier)) {
-                return;
-            }
-            takenIdentifiers_.insert(*identifier);
-        }
+    void add(const QString& path) {
         QString name = services_.files.displayName(path);
         name.remove(bundleExtension, Qt::CaseSensitive);
-        result_.push_back({path, name});
+        result_.bundles.push_back({path, services_.files.resolvingSymbolicLinks(path),
+                                   services_.bundles.bundleIdentifier(path), std::move(name)});
     }
 
     const Services& services_;
+    const RootReaders::GoOn& goOn_;
+    RootBundles result_;
+};
+
+// Each bundle once, as it was met first.
+class DistinctBundles {
+public:
+    explicit DistinctBundles(QString ownBundle)
+        : ownBundle_(std::move(ownBundle)) {}
+
+    [[nodiscard]] bool take(const Bundle& bundle) {
+        if (bundle.resolved == ownBundle_ || takenPaths_.contains(bundle.resolved)) {
+            return false;
+        }
+        takenPaths_.insert(bundle.resolved);
+        if (bundle.identifier) {
+            if (takenIdentifiers_.contains(*bundle.identifier)) {
+                return false;
+            }
+            takenIdentifiers_.insert(*bundle.identifier);
+        }
+        return true;
+    }
+
+private:
     QString ownBundle_;
-    std::vector<AppInfo> result_;
-    ScannedFolders folders_;
     QSet<QString> takenPaths_;
     QSet<QString> takenIdentifiers_;
 };
@@ -90,11 +117,26 @@ QStringList searchRoots(const QString& home) {
 }
 
 ScanResult scan(const Services& services) {
-    BundleScan bundles(services);
-    for (const QString& root : searchRoots(services.home)) {
-        bundles.visitRoot(root);
+    const QStringList roots = searchRoots(services.home);
+    const auto read = readRoots<RootBundles>(services.readers, QStringLiteral("bundles"), roots,
+                                             [services](const QString& root, const RootReaders::GoOn& goOn) {
+                                                 return RootVisit(services, goOn).of(root);
+                                             });
+    ScanResult result;
+    DistinctBundles distinct(
+        services.ownBundle.isEmpty() ? QString() : services.files.resolvingSymbolicLinks(services.ownBundle));
+    for (std::size_t i = 0; i < read.size(); ++i) {
+        if (read[i] == nullptr) {
+            result.folders.noteGivenUp(roots[static_cast<qsizetype>(i)]);
+            continue;
+        }
+        result.folders.append(read[i]->folders);
+        for (const Bundle& bundle : read[i]->bundles) {
+            if (distinct.take(bundle)) {
+                result.apps.push_back({bundle.path, bundle.name});
+            }
+        }
     }
-    ScanResult result = bundles.takeResult();
     std::vector<RegisteredApplication> registered = services.registered.list(result.folders);
     result.apps.reserve(result.apps.size() + registered.size());
     for (RegisteredApplication& application : registered) {

@@ -12,6 +12,7 @@ namespace amberquill {
 class BundleInformation;
 class FileSystem;
 class RegisteredApplications;
+class RootReaders;
 
 // What a scan found. A list of applications stands for a scan that read all its folders.
 struct ScanResult {
@@ -31,8 +32,9 @@ struct Services {
     const FileSystem& files;
     const BundleInformation& bundles;
     const RegisteredApplications& registered;
-    QString home;      // the user's home folder
-    QString ownBundle; // the launcher's own bundle, which is never listed; may be empty
+    QString home;                   // the user's home folder
+    QString ownBundle;              // the launcher's own bundle, which is never listed; may be empty
+    RootReaders* readers = nullptr; // read the folders side by side; null: this thread reads them
 };
 
 // The folders searched for application bundles, in order.

@@ -100,6 +100,9 @@ public:
     // the first of them counts.
     void toggleByPress(PressRoute route, const PressOrigin& origin);
 
+    // A folder that a scan had given up can be read again.
+    void rootAnswered() { live_.refresh(); }
+
     [[nodiscard]] LauncherModel& model() { return model_; }
     [[nodiscard]] const LauncherMenu& menu() const { return menu_; }
     // In the interface language; another one for each language that comes into effect.

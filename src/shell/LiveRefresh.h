@@ -34,9 +34,10 @@ public:
     // Begins to watch these folders.
     void watch(const QStringList& folders);
 
-private:
+    // As after a change of theirs.
     void refresh();
 
+private:
     Services services_;
     bool changedDuringScan_ = false;
 };

@@ -5,6 +5,7 @@
 #include "motion/FrameDriver.h"
 #include "motion/Timeline.h"
 #include "platform/EventLoopQueue.h"
+#include "platform/RootReaders.h"
 #include "platform/linux/activation/Activation.h"
 #include "platform/linux/activation/StartToken.h"
 #include "platform/linux/applications/bundles/PropertyListBundles.h"
@@ -165,8 +166,10 @@ int main(int argc, char* argv[]) {
     desktop::PosixFileSystem files;
     const desktop::PropertyListBundles bundles;
     const desktop::EntrySettings entrySettings = desktop::entrySettingsFromEnvironment(environment);
-    const desktop::DesktopEntryApplications registered(entrySettings);
-    const AppScanner::Services scanServices{files, bundles, registered, locations.home, locations.ownBundle};
+    RootReaders readers;
+    const desktop::DesktopEntryApplications registered(entrySettings, &readers);
+    const AppScanner::Services scanServices{files,   bundles, registered, locations.home, locations.ownBundle,
+                                            &readers};
 
     auto fonts = std::async(std::launch::async, desktop::readFontConfiguration);
     const auto readingStarted = std::chrono::steady_clock::now();
@@ -290,6 +293,7 @@ int main(int argc, char* argv[]) {
              desktop::mainBundlePaths(program, locations.ownBundle)),
          installer,
          [&queue](std::function<void()> flush) { queue.runWithin(longestFlush, std::move(flush)); }});
+    readers.setAnswered([&queue, &delegate] { queue.post([&delegate] { delegate.rootAnswered(); }); });
     if (layoutIsLate) {
         reading.layout.whenThere(
             queue, [&delegate](StoredLayout stored) { delegate.model().takeLateLayout(std::move(stored)); });
@@ -312,7 +316,7 @@ int main(int argc, char* argv[]) {
     }
     delegate.applicationDidFinishLaunching();
     const int status = QApplication::exec();
-    if (!queue.finish(longestFinish) || reading.isUnderWay()) {
+    if (!queue.finish(longestFinish) || reading.isUnderWay() || !readers.isIdle()) {
         // It uses objects of this function, and would keep them from going.
         queue.runWithin(longestFinish, [&icons] { icons.endDecoding(); });
         ::_exit(status);

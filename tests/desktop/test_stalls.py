@@ -98,3 +98,44 @@ class Stalls(OnX11):
         self.expect_page(arranged)
         self.end_launcher(launcher)
         self.assertEqual(self.layout(), [str(application.path) for application in arranged])
+
+    def click_when_shown(self, slot):
+        """Starts one of the applications, whose entry answers."""
+        self.expect_focus()
+        self.click_icon(slot)
+        until(self.applications.started, "the application's start")
+
+    def stall_bundles(self):
+        self.bundle = self.applications.add_bundle("Bundle", "org.example.bundle")
+        folder = self.stalling(self.applications.bundles)
+        folder.stall()
+        return folder
+
+    def test_a_root_that_does_not_answer_keeps_no_other_from_being_shown(self):
+        folder = self.stall_bundles()
+        launcher = self.begin_launcher()
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        self.expect_page(self.made)
+        self.click_when_shown(1)
+        self.act("show")
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        folder.answer()
+        self.expect_page([*self.made, self.bundle])
+        self.end_launcher(launcher)
+
+    def test_the_applications_of_a_root_that_does_not_answer_stay_where_they_are(self):
+        bundle = self.applications.add_bundle("Bundle", "org.example.bundle")
+        arranged = [bundle, *self.made]
+        self.write_layout(arranged)
+        folder = self.stalling(self.applications.bundles)
+        self.end_launcher(self.show_page(arranged))
+        folder.stall()
+        launcher = self.begin_launcher()
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        self.click_when_shown(1)
+        self.expect_end(launcher)
+        self.assertEqual(self.layout(), [str(application.path) for application in arranged])
+
+    def test_a_root_that_does_not_answer_does_not_delay_the_end(self):
+        self.stall_bundles()
+        self.expect_saved_end(self.show_page(self.made))

@@ -9,6 +9,7 @@
 #include "platform/linux/files/RegularFile.h"
 
 #include <QLoggingCategory>
+#include <algorithm>
 #include <fcntl.h>
 
 namespace amberquill::desktop {
@@ -44,6 +45,35 @@ private:
     ProgramLookup programs_;
 };
 
+struct NamedEntry {
+    QByteArray id;
+    QString path;
+    std::optional<QString> name; // none: it is not to be listed
+};
+
+// What one of the folders holds, each id once.
+struct FolderEntries {
+    std::vector<NamedEntry> entries;
+    ScannedFolders scanned;
+};
+
+FolderEntries readEntries(const QString& path, const EntrySettings& settings, const RootReaders::GoOn& goOn) {
+    FolderEntries result;
+    const FileDescriptor folder = openFolder(AT_FDCWD, path.toUtf8().constData());
+    Listing listing(settings);
+    QByteArray buffer;
+    for (IndexedEntry& entry : indexEntries({path}, result.scanned)) {
+        goOn();
+        if (!folder.isOpen()) {
+            continue;
+        }
+        const auto bytes = readRegularFile(folder.get(), entry.file.constData(), maximumEntryBytes, buffer);
+        result.entries.push_back({std::move(entry.id), pathBelow(path, textOfUtf8(entry.file)),
+                                  bytes ? listing.nameToList(*bytes) : std::nullopt});
+    }
+    return result;
+}
+
 } // namespace
 
 EntrySettings entrySettingsFromEnvironment(const Environment& environment) {
@@ -69,30 +99,44 @@ bool isShownIn(const QStringList& currentDesktops, const std::optional<QStringLi
     return !onlyShowIn;
 }
 
-DesktopEntryApplications::DesktopEntryApplications(EntrySettings settings)
+DesktopEntryApplications::DesktopEntryApplications(EntrySettings settings, RootReaders* readers)
     : settings_(std::move(settings))
-    , folders_(settings_.dataFolders.below(u"applications")) {}
+    , folders_(settings_.dataFolders.below(u"applications"))
+    , readers_(readers) {}
 
 std::vector<RegisteredApplication> DesktopEntryApplications::list(ScannedFolders& folders) const {
-    std::vector<FileDescriptor> opened;
-    for (const QString& folder : folders_) {
-        opened.push_back(openFolder(AT_FDCWD, folder.toUtf8().constData()));
-    }
-    Listing listing(settings_);
-    std::vector<RegisteredApplication> applications;
-    QByteArray buffer;
-    for (const IndexedEntry& entry : indexEntries(folders_, folders)) {
-        const FileDescriptor& folder = opened[entry.folder];
-        if (entry.id == ownDesktopId || !folder.isOpen()) {
+    const auto read = readRoots<FolderEntries>(
+        readers_, QStringLiteral("entries"), folders_,
+        [settings = settings_](const QString& folder, const RootReaders::GoOn& goOn) {
+            return readEntries(folder, settings, goOn);
+        });
+    std::vector<const NamedEntry*> standing;
+    for (std::size_t place = 0; place < read.size(); ++place) {
+        if (read[place] == nullptr) {
+            folders.noteGivenUp(folders_[static_cast<qsizetype>(place)]);
             continue;
         }
-        const auto bytes = readRegularFile(folder.get(), entry.file.constData(), maximumEntryBytes, buffer);
-        const auto name = bytes ? listing.nameToList(*bytes) : std::nullopt;
-        if (name) {
-            applications.push_back(
-                {pathBelow(folders_[static_cast<qsizetype>(entry.folder)], textOfUtf8(entry.file)), *name});
+        folders.append(read[place]->scanned);
+        for (const NamedEntry& entry : read[place]->entries) {
+            standing.push_back(&entry);
+        }
+    }
+    // Those of an earlier folder stay before those of a later one.
+    std::stable_sort(standing.begin(), standing.end(),
+                     [](const NamedEntry* left, const NamedEntry* right) { return left->id < right->id; });
+    standing.erase(
+        std::unique(standing.begin(), standing.end(),
+                    [](const NamedEntry* left, const NamedEntry* right) { return left->id == right->id; }),
+        standing.end());
+    std::vector<RegisteredApplication> applications;
+    for (const NamedEntry* entry : standing) {
+        if (entry->id == ownDesktopId) {
+            continue;
+        }
+        if (entry->name) {
+            applications.push_back({entry->path, *entry->name});
         } else {
-            qCDebug(log) << "not listed:" << entry.id;
+            qCDebug(log) << "not listed:" << entry->id;
         }
     }
     return applications;

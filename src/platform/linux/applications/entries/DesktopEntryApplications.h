@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/RegisteredApplications.h"
+#include "platform/RootReaders.h"
 #include "platform/linux/applications/entries/DesktopEntry.h"
 #include "platform/linux/files/DataFolders.h"
 
@@ -33,7 +34,8 @@ struct EntrySettings {
 // or not installed makes its id absent and never lets a file of lower precedence through.
 class DesktopEntryApplications final : public RegisteredApplications {
 public:
-    explicit DesktopEntryApplications(EntrySettings settings);
+    // The readers read the folders side by side, and outlive this object; null: the calling thread does.
+    explicit DesktopEntryApplications(EntrySettings settings, RootReaders* readers = nullptr);
 
     // In byte order of the ids.
     using RegisteredApplications::list;
@@ -51,6 +53,7 @@ public:
 private:
     EntrySettings settings_;
     QStringList folders_;
+    RootReaders* readers_;
 };
 
 } // namespace amberquill::desktop

@@ -1,0 +1,119 @@
+#include "platform/RootReaders.h"
+
+#include <QHash>
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+namespace amberquill {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// A reading that takes so long is given up whether it gets on or not.
+constexpr std::chrono::seconds longestReading{5};
+constexpr std::chrono::milliseconds lookEvery{50};
+
+} // namespace
+
+struct RootReaders::Job {
+    std::atomic<unsigned> progress = 0;
+    bool isDone = false;
+    bool isGivenUp = false;
+    std::shared_ptr<void> result;
+
+    // As last seen by who waits.
+    unsigned seen = 0;
+    Clock::time_point seenAt = Clock::now();
+};
+
+struct RootReaders::State {
+    std::mutex mutex;
+    std::condition_variable ended;
+    QHash<QString, std::shared_ptr<Job>> underWay;
+    QHash<QString, std::shared_ptr<void>> late; // what readings came to that had been given up
+    std::function<void()> answered;
+
+    void end(const QString& key, Job& job, std::shared_ptr<void> result) {
+        std::function<void()> tell;
+        {
+            const std::scoped_lock lock(mutex);
+            job.isDone = true;
+            underWay.remove(key);
+            if (job.isGivenUp) {
+                late.insert(key, std::move(result));
+                tell = answered;
+            } else {
+                job.result = std::move(result);
+            }
+            ended.notify_all();
+        }
+        if (tell) {
+            tell();
+        }
+    }
+};
+
+RootReaders::RootReaders(std::chrono::milliseconds longestStandstill)
+    : longestStandstill_(longestStandstill)
+    , state_(std::make_shared<State>()) {}
+
+RootReaders::~RootReaders() = default;
+
+void RootReaders::setAnswered(std::function<void()> answered) {
+    const std::scoped_lock lock(state_->mutex);
+    state_->answered = std::move(answered);
+}
+
+bool RootReaders::isIdle() const {
+    const std::scoped_lock lock(state_->mutex);
+    return state_->underWay.isEmpty();
+}
+
+std::vector<std::shared_ptr<void>> RootReaders::run(std::vector<Reading> readings) {
+    std::vector<std::shared_ptr<Job>> jobs;
+    std::unique_lock lock(state_->mutex);
+    for (Reading& reading : readings) {
+        auto job = std::make_shared<Job>();
+        if (const auto late = state_->late.take(reading.key)) {
+            job->isDone = true;
+            job->result = late;
+        } else if (state_->underWay.contains(reading.key)) {
+            job->isGivenUp = true;
+        } else {
+            state_->underWay.insert(reading.key, job);
+            std::thread([state = state_, job, reading = std::move(reading)] {
+                state->end(reading.key, *job, reading.read([&job] { ++job->progress; }));
+            }).detach();
+        }
+        jobs.push_back(std::move(job));
+    }
+    const auto end = Clock::now() + longestReading;
+    const auto isOver = [](const std::shared_ptr<Job>& job) { return job->isDone || job->isGivenUp; };
+    const auto allAreOver = [&] { return std::all_of(jobs.begin(), jobs.end(), isOver); };
+    while (!state_->ended.wait_for(lock, lookEvery, allAreOver)) {
+        const auto now = Clock::now();
+        for (const auto& job : jobs) {
+            if (const unsigned progress = job->progress; progress != job->seen) {
+                job->seen = progress;
+                job->seenAt = now;
+            }
+            if (!job->isDone && (now >= end || now - job->seenAt >= longestStandstill_)) {
+                job->isGivenUp = true;
+            }
+        }
+    }
+    std::vector<std::shared_ptr<void>> results;
+    results.reserve(jobs.size());
+    for (const auto& job : jobs) {
+        results.push_back(std::move(job->result));
+    }
+    return results;
+}
+
+} // namespace amberquill
