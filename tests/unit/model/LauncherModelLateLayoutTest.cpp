@@ -50,6 +50,21 @@ TEST_F(LauncherModelLateLayout, UntilItComesTheApplicationsAreThereAndNothingIsS
     EXPECT_EQ(kept(), arranged_);
 }
 
+TEST_F(LauncherModelLateLayout, AResetBeforeItComesKeepsACopyOfItAndNotOfWhatStoodThere) {
+    model_->resetLayout();
+    queue_.runPosted();
+    const auto copies = [this] { return files_.listFolder(u"/data/Amberquill/layout-history"_s); };
+    EXPECT_FALSE(copies());
+    arrive();
+    queue_.runPosted();
+    ASSERT_TRUE(copies());
+    ASSERT_EQ(copies()->size(), 1U);
+    const auto copy =
+        decodeLayoutFile(*files_.file(u"/data/Amberquill/layout-history/"_s + copies()->front().name));
+    ASSERT_TRUE(copy);
+    EXPECT_EQ(copy->items, arranged_);
+}
+
 TEST_F(LauncherModelLateLayout, ItTakesThePlaceOfWhatWasArrangedMeanwhile) {
     model_->move(u"a:"_s + path(1), 3);
     model_->sortByName();
