@@ -19,6 +19,7 @@
 #include <gtest/gtest.h>
 #include <sys/ptrace.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -258,4 +259,75 @@ TEST_F(LayoutSaving, AGridIsOneWriteOfThePreferencesAndNotOneOfTheMainThread) {
     const JsonPreferences later(files, u"/config/preferences.json"_s);
     EXPECT_EQ(later.integer(u"gridColumns"_s), 8);
     EXPECT_EQ(later.integer(u"gridRows"_s), 6);
+}
+
+TEST_F(LayoutSaving, WhatAFullDiskRefusedIsWrittenOnceThereIsRoom) {
+    LauncherModel& model = modelWith(500);
+    {
+        const FullDisk disk(4096);
+        model.move(model.items().front().id(), 400);
+        model.save();
+        queue_.advance(60);
+        EXPECT_NE(onDisk(), model.items());
+    }
+    queue_.advance(300);
+    EXPECT_EQ(onDisk(), model.items());
+}
+
+TEST_F(LayoutSaving, WhatAReadOnlyFolderRefusedIsWrittenOnceItMayBe) {
+    std::filesystem::permissions(tree_.at(), std::filesystem::perms(0755));
+    LauncherModel& model = modelWith(20);
+    std::filesystem::permissions(tree_.at("Amberquill"), std::filesystem::perms(0555));
+    {
+        const OrdinaryUser user;
+        model.move(model.items().front().id(), 15);
+        model.save();
+        queue_.advance(60);
+    }
+    EXPECT_NE(onDisk(), model.items());
+    std::filesystem::permissions(tree_.at("Amberquill"), std::filesystem::perms(0755));
+    queue_.advance(300);
+    EXPECT_EQ(onDisk(), model.items());
+}
+
+TEST_F(LayoutSaving, AnUndecodableLayoutStaysUntilItCanBeSetAside) {
+    std::filesystem::permissions(tree_.at(), std::filesystem::perms(0755));
+    tree_.write("Amberquill/layout.json", "[{\"app\":");
+    std::filesystem::permissions(tree_.at("Amberquill/layout.json"), std::filesystem::perms(0666));
+    std::filesystem::permissions(tree_.at("Amberquill"), std::filesystem::perms(0555));
+    LayoutStore store(queue_, files_, tree_.path());
+    {
+        const OrdinaryUser user;
+        EXPECT_TRUE(store.load().empty());
+        store.save(layoutOf(3, u"/a"_s));
+        queue_.advance(60);
+        store.flush();
+    }
+    EXPECT_EQ(tree_.read("Amberquill/layout.json"), "[{\"app\":");
+    std::filesystem::permissions(tree_.at("Amberquill"), std::filesystem::perms(0755));
+    queue_.advance(300);
+    EXPECT_EQ(onDisk(), layoutOf(3, u"/a"_s));
+    EXPECT_EQ(tree_.read("Amberquill/layout.json.unreadable-1"), "[{\"app\":");
+}
+
+TEST_F(LayoutSaving, AFolderOrAPipeInItsPlaceIsLeftAlone) {
+    const std::filesystem::path layout = tree_.at("Amberquill/layout.json");
+    const auto saveBeside = [&] {
+        LayoutStore store(queue_, files_, tree_.path());
+        EXPECT_TRUE(store.load().empty());
+        store.save(layoutOf(3, u"/a"_s));
+        queue_.advance(600);
+        store.flush();
+        EXPECT_EQ(namesInFolder(), 1);
+    };
+    testing::internal::CaptureStderr();
+    tree_.makeFolder("Amberquill/layout.json/of the user");
+    saveBeside();
+    EXPECT_TRUE(std::filesystem::is_directory(layout / "of the user"));
+    tree_.remove("Amberquill/layout.json");
+    ASSERT_EQ(::mkfifo(layout.c_str(), 0600), 0);
+    saveBeside();
+    EXPECT_TRUE(std::filesystem::is_fifo(layout));
+    EXPECT_EQ(QByteArray::fromStdString(testing::internal::GetCapturedStderr()).count('\n'), 2)
+        << "one warning each";
 }
