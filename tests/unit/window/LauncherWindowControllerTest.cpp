@@ -1,5 +1,6 @@
 #include "window/LauncherWindowController.h"
 
+#include "motion/WithAnimation.h"
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"
 #include "platform/ScreenCapture.h"
@@ -203,6 +204,16 @@ TEST_F(LauncherWindowControllerTest, HidingFadesOutAndThenTakesTheWindowAway) {
     EXPECT_EQ(windows_.withdrawn, 1);
     EXPECT_EQ(alpha(), 0);
     EXPECT_TRUE(opener_.opened.isEmpty());
+}
+
+TEST_F(LauncherWindowControllerTest, TheContentComesOnItsSpringAndLeavesOnItsCurve) {
+    std::optional<Animation> carried;
+    QObject::connect(model_.get(), &LauncherModel::presentedChanged,
+                     [&carried] { carried = currentAnimation(); });
+    shower_->show();
+    EXPECT_EQ(carried, spring(0.35, 0.9));
+    shower_->hide(std::nullopt);
+    EXPECT_EQ(carried, easeIn(0.15));
 }
 
 TEST_F(LauncherWindowControllerTest, AskedToCloseItHides) {
