@@ -26,6 +26,7 @@ sys.path.insert(0, str(ROOT / "tests" / "desktop"))
 
 from harness.waiting import until  # noqa: E402
 from harness.x11 import X11Session  # noqa: E402
+from launcher.case import WINDOW_CLASS  # noqa: E402
 from start import cpu_seconds  # noqa: E402
 from soak_applications import SoakApplications  # noqa: E402
 from soak_x_resources import x_resources  # noqa: E402
@@ -92,6 +93,7 @@ class Soak:
         self._last_cpu = 0
 
     def begin(self):
+        self._session.window_of_class(WINDOW_CLASS, PATIENCE)
         self._user.usual_screen()
         self._user.show()
 
