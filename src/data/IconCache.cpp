@@ -6,11 +6,18 @@
 
 #include <QPainter>
 #include <algorithm>
+#include <iterator>
+#include <numeric>
 #include <utility>
 
 namespace amberquill {
 
 namespace {
+
+// About what an entry takes beside its image.
+qsizetype entryBytes(const QString& path) {
+    return 128 + path.size() * static_cast<qsizetype>(sizeof(QChar));
+}
 
 QImage paintedPlaceholder(int edge) {
     QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
@@ -34,27 +41,31 @@ void IconCache::serveFrom(const ApplicationIcons* source, MainQueue* queue) {
     source_ = source;
     queue_ = queue;
     cache_.clear();
+    edges_.clear();
+    bytes_ = 0;
     underWay_.clear();
     remembered_.clear();
 }
 
 QImage IconCache::icon(const QString& path, int edge) {
     const Key key{path, edge};
-    const auto known = cache_.constFind(key);
-    if (known != cache_.constEnd() && !known->isNull()) {
-        return *known;
-    }
-    if (known != cache_.constEnd()) {
-        return placeholder(edge);
+    const auto known = cache_.find(key);
+    if (known != cache_.end()) {
+        known->used = ++uses_;
+        return known->image.isNull() ? placeholder(edge) : known->image;
     }
     request(key);
     return standIn(key);
 }
 
+void IconCache::setNeeded(const QSet<QString>& paths) {
+    needed_ = paths;
+}
+
 QImage IconCache::standIn(const Key& key) {
     QImage best;
-    for (const int edge : edges_) {
-        const QImage image = cache_.value({key.path, edge});
+    for (const auto& [edge, count] : edges_) {
+        const QImage image = cache_.value({key.path, edge}).image;
         // The next larger one, or else the largest.
         if (!image.isNull() && best.width() < key.edge) {
             best = image;
@@ -71,8 +82,7 @@ void IconCache::remember(const std::vector<KeptIcon>& icons) {
     for (const KeptIcon& icon : icons) {
         const Key key{icon.path, icon.image.width()};
         if (!cache_.contains(key)) {
-            cache_.insert(key, icon.image);
-            edges_.insert(key.edge);
+            put(key, icon.image);
             remembered_.insert(key);
         }
     }
@@ -89,9 +99,9 @@ std::vector<KeptIcon> IconCache::decoded(const QStringList& paths) const {
     const QSet<QString> wanted(paths.begin(), paths.end());
     std::vector<KeptIcon> icons;
     for (auto entry = cache_.constKeyValueBegin(); entry != cache_.constKeyValueEnd(); ++entry) {
-        const auto& [key, image] = *entry;
-        if (!image.isNull() && wanted.contains(key.path)) {
-            icons.push_back({key.path, image});
+        const auto& [key, icon] = *entry;
+        if (!icon.image.isNull() && wanted.contains(key.path)) {
+            icons.push_back({key.path, icon.image});
         }
     }
     std::sort(icons.begin(), icons.end(), [](const KeptIcon& a, const KeptIcon& b) {
@@ -103,7 +113,7 @@ std::vector<KeptIcon> IconCache::decoded(const QStringList& paths) const {
 void IconCache::retryMissing() {
     QList<Key> missing(remembered_.cbegin(), remembered_.cend());
     for (auto entry = cache_.constKeyValueBegin(); entry != cache_.constKeyValueEnd(); ++entry) {
-        if (entry->second.isNull()) {
+        if (entry->second.image.isNull()) {
             missing.append(entry->first);
         }
     }
@@ -131,18 +141,80 @@ void IconCache::take(const Key& key, const QImage& image) {
     underWay_.remove(key);
     const auto known = cache_.constFind(key);
     const bool isNew = known == cache_.constEnd();
-    if (!isNew && image.isNull() && !known->isNull()) {
+    if (!isNew && image.isNull() && !known->image.isNull()) {
         // Its file is away for now, as applications are at times. It is asked for again with the missing
         // ones.
         remembered_.insert(key);
         return;
     }
     // What looks the same stays, with all that was made of it.
-    if (isNew || *known != image) {
-        cache_.insert(key, image);
-        edges_.insert(key.edge);
+    if (isNew || known->image != image) {
+        makeRoom(entryBytes(key.path) + image.sizeInBytes());
+        put(key, image);
         if (!isNew || !image.isNull()) {
             Q_EMIT arrived(key.path, key.edge);
+        }
+    }
+}
+
+void IconCache::put(const Key& key, const QImage& image) {
+    if (!cache_.contains(key)) {
+        bytes_ += entryBytes(key.path);
+        ++edges_[key.edge];
+    }
+    Icon& icon = cache_[key];
+    bytes_ += image.sizeInBytes() - icon.image.sizeInBytes();
+    icon = {image, ++uses_};
+}
+
+// Those that could be let go of, the one that was asked for longest ago first.
+std::vector<IconCache::Key> IconCache::spare() const {
+    QHash<QString, quint64> lastUse; // of needed applications
+    for (auto entry = cache_.constKeyValueBegin(); entry != cache_.constKeyValueEnd(); ++entry) {
+        if (const QString& path = entry->first.path; needed_.contains(path)) {
+            lastUse[path] = std::max(lastUse.value(path), entry->second.used);
+        }
+    }
+    std::vector<std::pair<quint64, Key>> found;
+    for (auto entry = cache_.constKeyValueBegin(); entry != cache_.constKeyValueEnd(); ++entry) {
+        const auto& [key, icon] = *entry;
+        const bool isHeld = !icon.image.isNull() && !icon.image.isDetached();
+        if (!isHeld && lastUse.value(key.path) != icon.used) {
+            found.emplace_back(icon.used, key);
+        }
+    }
+    std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::vector<Key> keys;
+    std::transform(found.begin(), found.end(), std::back_inserter(keys),
+                   [](const auto& each) { return each.second; });
+    return keys;
+}
+
+qsizetype IconCache::bytesOf(const std::vector<Key>& keys) const {
+    return std::accumulate(keys.begin(), keys.end(), qsizetype{0}, [this](qsizetype sum, const Key& key) {
+        return sum + entryBytes(key.path) + cache_.value(key).image.sizeInBytes();
+    });
+}
+
+qsizetype IconCache::spareBytes() const {
+    return bytesOf(spare());
+}
+
+void IconCache::makeRoom(qsizetype bytes) {
+    if (bytes_ + bytes > limit_) {
+        letGoOver(limit_ - bytes);
+    }
+}
+
+void IconCache::letGoOver(qsizetype limit) {
+    const std::vector<Key> keys = spare();
+    qsizetype rest = bytesOf(keys);
+    for (auto key = keys.begin(); key != keys.end() && rest > limit; ++key) {
+        const qsizetype bytes = entryBytes(key->path) + cache_.take(*key).image.sizeInBytes();
+        rest -= bytes;
+        bytes_ -= bytes;
+        if (--edges_[key->edge] == 0) {
+            edges_.erase(key->edge);
         }
     }
 }

@@ -8,7 +8,7 @@
 #include <QSet>
 #include <QString>
 #include <QStringList>
-#include <set>
+#include <map>
 #include <vector>
 
 namespace amberquill {
@@ -16,13 +16,21 @@ namespace amberquill {
 class ApplicationIcons;
 class MainQueue;
 
-// The application icons of this process, each decoded once per size and kept: pages that were seen once are
-// drawn without asking the platform again, and an application that is removed keeps its icon until the
-// program ends. Decoding happens away from the main thread; everything here is called on it.
+// The application icons of this process, decoded once per size and kept as long as there is room: pages that
+// were seen not long ago are drawn without asking the platform again, and an application that is removed
+// keeps its icon. Over its limit the cache lets go of the icons that were asked for longest ago, and decodes
+// them anew when they are asked for again; what somebody else holds as well stays, since letting go of it
+// would free nothing. Decoding happens away from the main thread; everything here is called on it.
 class IconCache final : public QObject {
     Q_OBJECT
 
 public:
+    // What it may hold beside the needed ones, in bytes: some more pages.
+    static constexpr qsizetype usualLimit = qsizetype{24} * 1024 * 1024;
+
+    explicit IconCache(qsizetype limit = usualLimit)
+        : limit_(limit) {}
+
     static IconCache& shared();
 
     // Where icons come from; both outlive their use. Until this is called, every icon is the placeholder.
@@ -32,6 +40,17 @@ public:
     // size that is known, to be scaled; where there is none, and for an application that has no icon, the
     // placeholder. `arrived` follows when the real one takes its place.
     QImage icon(const QString& path, int edge);
+
+    // The applications that are shown or may be next. Of each, the image that was asked for last stays,
+    // beside what the limit leaves room for.
+    void setNeeded(const QSet<QString>& paths);
+
+    // Lets go of all icons but those of needed applications and those that somebody else holds as well: for
+    // when nobody looks.
+    void shrink() { letGoOver(0); }
+
+    // What the cache could let go of, in bytes.
+    [[nodiscard]] qsizetype spareBytes() const;
 
     // Whether the icon has been decoded, or is known not to exist.
     [[nodiscard]] bool isKnown(const QString& path, int edge) const;
@@ -69,14 +88,28 @@ private:
         return qHashMulti(seed, key.path, key.edge);
     }
 
+    struct Icon {
+        QImage image; // null: known to have none
+        quint64 used = 0;
+    };
+
     [[nodiscard]] QImage standIn(const Key& key);
     void request(const Key& key);
     void take(const Key& key, const QImage& image);
+    void put(const Key& key, const QImage& image);
+    [[nodiscard]] std::vector<Key> spare() const;
+    [[nodiscard]] qsizetype bytesOf(const std::vector<Key>& keys) const;
+    void makeRoom(qsizetype bytes);
+    void letGoOver(qsizetype limit);
 
     const ApplicationIcons* source_ = nullptr;
     MainQueue* queue_ = nullptr;
-    QHash<Key, QImage> cache_; // null: known to have none
-    std::set<int> edges_;      // that have been asked for: few
+    QHash<Key, Icon> cache_;
+    std::map<int, int> edges_; // how many icons are of each: few
+    QSet<QString> needed_;
+    qsizetype limit_;
+    qsizetype bytes_ = 0; // of all
+    quint64 uses_ = 0;    // of any icon, so far
     QHash<int, QImage> placeholders_;
     QSet<Key> underWay_;
     QSet<Key> remembered_; // still to be decoded

@@ -189,3 +189,119 @@ TEST_F(IconCacheTest, ThePlaceholderIsNeutralAndOfTheSizeAskedFor) {
     EXPECT_EQ(middle.red(), middle.blue());
     EXPECT_EQ(middle.red(), middle.green());
 }
+
+namespace {
+
+// A cache with room for three icons of an edge of 64.
+class SmallIconCacheTest : public testing::Test {
+protected:
+    void SetUp() override {
+        for (int number = 0; number < 10; ++number) {
+            icons_.colours.insert(path(number), QColor(20 * number, 0, 0));
+        }
+        cache_.serveFrom(&icons_, &queue_);
+    }
+
+    static QString path(int number) { return u"/%1"_s.arg(number); }
+    bool isThere(int number) const { return cache_.isKnown(path(number), 64); }
+
+    void decode(int number, int edge = 64) {
+        cache_.icon(path(number), edge);
+        queue_.runPosted();
+    }
+
+    static constexpr qsizetype limit = 3 * (64 * 64 * 4 + 200);
+    ManualQueue queue_;
+    CountingIcons icons_;
+    IconCache cache_{limit};
+};
+
+} // namespace
+
+TEST_F(SmallIconCacheTest, TheIconsAskedForLongestAgoGoWhenThereIsNoRoomForMore) {
+    for (const int number : {0, 1, 2}) {
+        decode(number);
+    }
+    decode(0); // is wanted again
+    decode(3);
+    EXPECT_FALSE(isThere(1));
+    EXPECT_TRUE(isThere(0) && isThere(2) && isThere(3));
+    for (int number = 0; number < 10; ++number) {
+        decode(number);
+        EXPECT_LE(cache_.spareBytes(), limit);
+    }
+}
+
+TEST_F(SmallIconCacheTest, AnIconThatWentIsDecodedAgainWhenItIsAskedFor) {
+    for (int number = 0; number < 10; ++number) {
+        decode(number);
+    }
+    ASSERT_FALSE(isThere(0));
+    icons_.asked.clear();
+    EXPECT_EQ(cache_.icon(path(0), 64), cache_.placeholder(64));
+    queue_.runPosted();
+    EXPECT_EQ(icons_.asked, QStringList{path(0)});
+    EXPECT_EQ(cache_.icon(path(0), 64), filled(64, QColor(0, 0, 0)));
+}
+
+TEST_F(SmallIconCacheTest, IconsOfNeededApplicationsStay) {
+    cache_.setNeeded({path(0), path(1)});
+    for (int number = 0; number < 10; ++number) {
+        decode(number);
+    }
+    EXPECT_TRUE(isThere(0) && isThere(1));
+    EXPECT_LE(cache_.spareBytes(), limit) << "and the others are bounded as before";
+    cache_.setNeeded({});
+    decode(5, 32);
+    EXPECT_FALSE(isThere(0) && isThere(1)) << "needed no more";
+}
+
+TEST_F(SmallIconCacheTest, OfANeededApplicationOnlyTheSizeAskedForLastStays) {
+    cache_.setNeeded({path(0)});
+    for (int edge = 40; edge <= 64; ++edge) {
+        decode(0, edge);
+    }
+    EXPECT_FALSE(cache_.isKnown(path(0), 40));
+    EXPECT_TRUE(cache_.isKnown(path(0), 64));
+    EXPECT_LE(cache_.spareBytes(), limit);
+}
+
+TEST_F(SmallIconCacheTest, AnIconThatSomebodyHoldsStaysSinceLettingGoWouldFreeNothing) {
+    decode(0);
+    {
+        const QImage shown = cache_.icon(path(0), 64);
+        for (int number = 1; number < 10; ++number) {
+            decode(number);
+        }
+        EXPECT_TRUE(isThere(0));
+    }
+    decode(1);
+    EXPECT_FALSE(isThere(0)) << "nobody holds it any more";
+}
+
+TEST_F(SmallIconCacheTest, ApplicationsWithoutAnIconTakeRoomAsWell) {
+    for (int number = 100; number < 1000; ++number) {
+        decode(number);
+    }
+    EXPECT_LE(cache_.spareBytes(), limit);
+    EXPECT_FALSE(isThere(100));
+    EXPECT_TRUE(isThere(999));
+}
+
+TEST_F(SmallIconCacheTest, ShrinkingLeavesWhatIsNeededOrHeld) {
+    cache_.setNeeded({path(0)});
+    for (const int number : {0, 1, 2}) {
+        decode(number);
+    }
+    const QImage shown = cache_.icon(path(1), 64);
+    cache_.shrink();
+    EXPECT_TRUE(isThere(0) && isThere(1));
+    EXPECT_FALSE(isThere(2));
+    EXPECT_EQ(cache_.spareBytes(), 0);
+}
+
+TEST_F(SmallIconCacheTest, ASizeOfWhichNothingIsLeftStandsInForNoOther) {
+    decode(0, 32);
+    cache_.shrink();
+    EXPECT_EQ(cache_.icon(path(0), 64), cache_.placeholder(64));
+}
