@@ -99,8 +99,18 @@ void TextureItem::forgetPainted() {
     needsPainting_ = false;
     painted_ = {};
     update();
-    // The software renderer works on this thread: between two frames its nodes are anybody's. Without it, no
-    // frame would come to take them away from a window that is off the screen.
+    clearDrawn();
+}
+
+// The item leaves its window. Its node waits for the next frame, which may be a long time off.
+void TextureItem::releaseResources() {
+    clearDrawn();
+    QQuickItem::releaseResources();
+}
+
+// The software renderer works on this thread: between two frames its nodes are anybody's. Without it, no
+// frame would come to take them away from a window that is off the screen.
+void TextureItem::clearDrawn() {
     const bool isSoftware =
         window() != nullptr && window()->rendererInterface()->graphicsApi() == QSGRendererInterface::Software;
     if (isSoftware && node_ && *node_ != nullptr) {

@@ -41,12 +41,15 @@ protected:
     [[nodiscard]] const Painted& painted() const { return painted_; }
 
     void updatePolish() override;
+    void releaseResources() override;
     QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
     void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
     void itemChange(ItemChange change, const ItemChangeData& value) override;
 
 private:
     class Node;
+
+    void clearDrawn();
 
     Painted painted_;
     std::shared_ptr<Node*> node_; // null, or of nothing once the node has gone

@@ -126,4 +126,13 @@ TEST_F(DrawnTexture, WhatIsForgottenIsPaintedAtOnceWhenItIsShownAnew) {
     EXPECT_EQ(whites(), all());
 }
 
+TEST_F(DrawnTexture, AnItemThatLeavesAHiddenWindowLeavesNothingDrawnThere) {
+    EXPECT_EQ(whites(), all());
+    window_.hide();
+    const QImage kept = stripes_.painted().image;
+    stripes_.setParentItem(nullptr);
+    stripes_.forgetPainted();
+    EXPECT_TRUE(kept.isDetached()) << "somebody else still holds the picture";
+}
+
 } // namespace amberquill
