@@ -15,6 +15,10 @@ namespace {
 constexpr int madeAtOnce = 6;
 constexpr std::chrono::milliseconds frameTime{16};
 
+// Pages that are there at a time while something moves. Turned as fast as a held key does, the strip is some
+// four of them behind.
+constexpr std::size_t mostPages = 8;
+
 bool holds(const std::vector<int>& pages, int page) {
     return std::binary_search(pages.begin(), pages.end(), page);
 }
@@ -54,8 +58,25 @@ void TileModel::refresh() {
         whole_.insert(std::upper_bound(whole_.begin(), whole_.end(), page), page);
         std::erase(begun_, page);
     }
+    noteTurn(page);
+    dropFarBehind();
     become(rowsThere());
     settleWhenAtRest();
+}
+
+void TileModel::noteTurn(int page) {
+    std::erase(turned_, page);
+    turned_.insert(turned_.begin(), page);
+    turned_.resize(std::min(turned_.size(), mostPages));
+}
+
+// Those turned to longest ago go first.
+void TileModel::dropFarBehind() {
+    const auto age = [this](int page) { return std::find(turned_.begin(), turned_.end(), page); };
+    while (whole_.size() > mostPages) {
+        whole_.erase(
+            std::max_element(whole_.begin(), whole_.end(), [&age](int a, int b) { return age(a) < age(b); }));
+    }
 }
 
 // Neighbours are made, and pages left behind dropped, in moments of their own: never in the middle of a
@@ -78,10 +99,7 @@ void TileModel::settle() {
         settling_.stop(); // the timeline tells when all rests
         return;
     }
-    const auto isLeftBehind = [&wanted](int page) { return !holds(wanted, page); };
-    if (std::erase_if(whole_, isLeftBehind) + std::erase_if(begun_, isLeftBehind) > 0) {
-        become(rowsThere());
-    } else {
+    if (!dropOthers(wanted)) {
         begun_.clear();
         std::set_difference(wanted.begin(), wanted.end(), whole_.begin(), whole_.end(),
                             std::back_inserter(begun_));
@@ -95,6 +113,20 @@ void TileModel::settle() {
     if (whole_ == wanted) {
         settling_.stop();
     }
+}
+
+void TileModel::dropPagesLeftBehind() {
+    dropOthers(pagesAtRest());
+}
+
+// Whether there were others.
+bool TileModel::dropOthers(const std::vector<int>& wanted) {
+    const auto isLeftBehind = [&wanted](int page) { return !holds(wanted, page); };
+    if (std::erase_if(whole_, isLeftBehind) + std::erase_if(begun_, isLeftBehind) == 0) {
+        return false;
+    }
+    become(rowsThere());
+    return true;
 }
 
 std::vector<int> TileModel::pagesAtRest() const {

@@ -10,9 +10,9 @@
 namespace amberquill {
 
 // The tiles of the pages. They stand on a strip on which page n begins n content widths from its left end;
-// turning a page moves the strip. While something moves, the pages that were there stay and only the one
-// turned to is made; once all rests, the rows become those of the page shown and its two neighbours, a few
-// for each frame.
+// turning a page moves the strip. While something moves, the pages that were there stay, up to a number of
+// them, and only the one turned to is made; once all rests, the rows become those of the page shown and its
+// two neighbours, a few for each frame.
 class TileModel : public amberquill::TileRows {
     Q_OBJECT
     QML_ELEMENT
@@ -26,11 +26,17 @@ public:
     [[nodiscard]] QPointF gridCenter() const { return model_.metrics().gridRect().center(); }
     // Makes and drops at once what is to be made and dropped a few rows at a time.
     void settleNow();
+    // Drops the tiles of all pages but the one shown and its neighbours, though nothing is seen of it:
+    // settling waits for the launcher.
+    void dropPagesLeftBehind();
 
 private:
     void refresh();
+    void noteTurn(int page);
+    void dropFarBehind();
     void settle();
     void settleWhenAtRest();
+    bool dropOthers(const std::vector<int>& wanted);
     void relayout() override;
     [[nodiscard]] std::vector<int> pagesAtRest() const;
     [[nodiscard]] std::vector<Row> rowsOf(int page) const;
@@ -40,8 +46,9 @@ private:
     [[nodiscard]] std::vector<Row> rowsThere() const;
 
     LauncherModel& model_;
-    std::vector<int> whole_; // the pages whose tiles are all rows now, ascending
-    std::vector<int> begun_; // those of which only some may be, ascending
+    std::vector<int> whole_;  // the pages whose tiles are all rows now, ascending
+    std::vector<int> begun_;  // those of which only some may be, ascending
+    std::vector<int> turned_; // the pages turned to, the latest first; as many as may be there
     QTimer settling_;
 };
 

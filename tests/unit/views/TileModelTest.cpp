@@ -159,6 +159,47 @@ TEST_F(TileModelTest, MotionThatBeginsWhileANeighbourIsMadeKeepsWhatIsThere) {
     EXPECT_EQ(ids(), wantedIds());
 }
 
+TEST_F(TileModelTest, PagesTurnedFasterThanTheyComeToRestGoOnceTheyAreFarBehind) {
+    LauncherModel& model = presentedWith(30 * 35);
+    Animated strip;
+    strip.setTarget(0);
+    QObject::connect(&model, &LauncherModel::pageChanged, [&] { strip.setTarget(-1500.0 * model.page()); });
+    for (int page = 1; page < 30; ++page) {
+        model.turnToPage(page);
+        settle();
+        ASSERT_LE(tiles_->rowCount(), 8 * 35) << "at page " << page;
+        const QStringList there = ids();
+        for (int recent = std::max(page - 5, 0); recent <= page; ++recent) {
+            ASSERT_TRUE(there.contains(model.items()[static_cast<std::size_t>(recent) * 35].id()))
+                << "page " << recent << " may still be seen at page " << page;
+        }
+    }
+}
+
+TEST_F(TileModelTest, APageLeftFarBehindByOneTurnStaysUntilAllRests) {
+    LauncherModel& model = presentedWith(30 * 35);
+    Animated strip;
+    strip.setTarget(0);
+    QObject::connect(&model, &LauncherModel::pageChanged, [&] { strip.setTarget(-1500.0 * model.page()); });
+    model.turnToPage(25);
+    settle();
+    EXPECT_TRUE(ids().contains(model.items()[0].id()));
+}
+
+TEST_F(TileModelTest, PagesLeftBehindByALauncherThatWentAreDroppedWhenAsked) {
+    LauncherModel& model = presentedWith(200);
+    Animated strip;
+    strip.setTarget(0);
+    QObject::connect(&model, &LauncherModel::pageChanged, [&] { strip.setTarget(-1500.0 * model.page()); });
+    model.turnToPage(4);
+    model.setPresented(false);
+    settle();
+    ASSERT_TRUE(ids().contains(model.items()[0].id()));
+    tiles_->dropPagesLeftBehind();
+    EXPECT_FALSE(ids().contains(model.items()[0].id()));
+    EXPECT_TRUE(ids().contains(model.items()[4 * 35].id())) << "the page shown is shown next";
+}
+
 TEST_F(TileModelTest, APageThatWasNotThereIsMadeAtOnceAndTheOldOnesStayWhileTheyMayBeSeen) {
     LauncherModel& model = presentedWith(200);
     Animated strip;
