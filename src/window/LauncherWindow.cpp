@@ -1,7 +1,9 @@
 #include "window/LauncherWindow.h"
 
+#include "data/IconCache.h"
 #include "views/BackgroundLayer.h"
 
+#include <QPixmapCache>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QSurfaceFormat>
@@ -42,6 +44,7 @@ const char* methodFor(EditCommand command) {
 
 LauncherWindow::LauncherWindow(LauncherModel& model, bool translucent)
     : tiles_(model)
+    , wantedIcons_(model, tiles_, IconCache::shared())
     , folder_(model)
     , drag_(model) {
     loadViews();
@@ -80,6 +83,12 @@ void LauncherWindow::forgetBackdrop() {
     coming_.reset();
     desktop_.forget();
     rootObject()->findChild<BackgroundLayer*>()->forgetBackdrop();
+}
+
+void LauncherWindow::dropUnseen() {
+    tiles_.dropPagesLeftBehind();
+    QPixmapCache::clear();
+    engine()->collectGarbage();
 }
 
 void LauncherWindow::setAlpha(double alpha) {

@@ -9,6 +9,7 @@
 #include "views/FolderTiles.h"
 #include "views/TileModel.h"
 #include "views/ViewTexts.h"
+#include "views/WantedIcons.h"
 
 #include <QQuickView>
 #include <memory>
@@ -38,6 +39,10 @@ public:
     // Lets go of it, and of the pictures that were made of it, while the window is off the screen.
     void forgetBackdrop();
 
+    // Lets go of what the next showing can do without, while the window is off the screen. What was drawn of
+    // it is freed by the event loop afterwards.
+    void dropUnseen();
+
     // How opaque the launcher is as a whole, 0 … 1.
     void setAlpha(double alpha);
 
@@ -66,6 +71,7 @@ protected:
 
 private:
     TileModel tiles_;
+    WantedIcons wantedIcons_;
     FolderTiles folder_;
     DragView drag_;
     ViewTexts texts_;
