@@ -58,7 +58,8 @@ AppDelegate::AppDelegate(Services services)
     , names_(services_.queue, services_.files, services_.caches, services_.language)
     , icons_({model_, IconCache::shared(), services_.queue, services_.files}, services_.caches,
              services_.prepared.icons)
-    , live_({model_, services_.queue, services_.watcher, services_.retryIcons}) {
+    , live_({model_, services_.queue, services_.watcher, services_.retryIcons})
+    , memory_(model_, services_.queue, [this] { releaseMemory(); }) {
     names_.follow(model_);
     IconCache::shared().remember(std::exchange(services_.prepared.icons, {}));
 }
@@ -193,6 +194,19 @@ void AppDelegate::finishStart() {
             self->controller_->window().setIcon(icon);
             IconCache::shared().refreshRemembered();
             self->icons_.start();
+        }
+    });
+}
+
+void AppDelegate::releaseMemory() {
+    if (controller_) {
+        controller_->window().dropUnseen();
+    }
+    // Once it has been freed, which gives the icons free that only it held.
+    services_.queue.post([self = QPointer(this)] {
+        if (self != nullptr) {
+            IconCache::shared().shrink();
+            self->services_.trimHeap();
         }
     });
 }

@@ -12,6 +12,7 @@
 #include "shell/IconKeeper.h"
 #include "shell/LiveRefresh.h"
 #include "shell/MainMenu.h"
+#include "shell/MemoryRelease.h"
 #include "shell/NamesKeeper.h"
 #include "shell/Preparations.h"
 #include "shell/PressMerger.h"
@@ -78,6 +79,7 @@ public:
         // Runs what writes everything that waits to be saved. May let go of it when it takes too long; it is
         // safe on any thread, and uses the delegate until it ends.
         std::function<void(std::function<void()> flush)> runFlush = [](const auto& flush) { flush(); };
+        std::function<void()> trimHeap = [] {}; // gives what was freed back to the system
     };
 
     explicit AppDelegate(Services services);
@@ -123,6 +125,7 @@ private:
     [[nodiscard]] QWindow* windowOfFocus() const;
     void applicationDidBecomeActive();
     void finishStart();
+    void releaseMemory();
     void applicationWillTerminate();
     void sessionSaves(QSessionManager& manager);
 
@@ -139,6 +142,7 @@ private:
     NamesKeeper names_;
     IconKeeper icons_;
     LiveRefresh live_;
+    MemoryRelease memory_;
     std::optional<HotKey> hotKey_;
     PressMerger presses_;
     bool isActive_ = false;

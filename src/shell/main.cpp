@@ -152,7 +152,7 @@ int main(int argc, char* argv[]) {
     const desktop::Environment environment = start.environment.lookup();
     desktop::doNotLaunchSessionBus(environment);
     desktop::avoidInputMethodWithoutSeat(environment);
-    desktop::shareHeap();
+    desktop::keepHeapSmall();
 
     // Whether the program runs already is asked while it starts. If so, that one shows itself, and this
     // process ends at once: nothing in it has been on the screen or written to a file.
@@ -292,7 +292,8 @@ int main(int argc, char* argv[]) {
          std::make_shared<desktop::PropertyListMainBundle>(
              desktop::mainBundlePaths(program, locations.ownBundle)),
          installer,
-         [&queue](std::function<void()> flush) { queue.runWithin(longestFlush, std::move(flush)); }});
+         [&queue](std::function<void()> flush) { queue.runWithin(longestFlush, std::move(flush)); },
+         desktop::trimHeap});
     readers.setAnswered([&queue, &delegate] { queue.post([&delegate] { delegate.rootAnswered(); }); });
     if (layoutIsLate) {
         reading.layout.whenThere(

@@ -2,10 +2,11 @@
 
 namespace amberquill::desktop {
 
-// Keeps the threads that decode icons from having a heap each. For the start of main().
-void shareHeap();
+// Keeps the threads that decode icons from having a heap each, and heaps from keeping what was let go of. For
+// the start of main().
+void keepHeapSmall();
 
-// Gives memory that start-up needed and nobody uses any more back to the system.
+// Gives memory that nobody uses any more back to the system. Takes some milliseconds.
 void trimHeap();
 
 } // namespace amberquill::desktop
