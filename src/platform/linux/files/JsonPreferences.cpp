@@ -4,6 +4,7 @@
 #include <QJsonDocument>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace amberquill::desktop {
 namespace {
@@ -17,9 +18,9 @@ std::optional<QJsonObject> objectIn(const QByteArray& text) {
 
 } // namespace
 
-JsonPreferences::JsonPreferences(FileSystem& files, const QString& path)
+JsonPreferences::JsonPreferences(FileSystem& files, QString path)
     : files_(files)
-    , path_(path) {
+    , path_(std::move(path)) {
     auto text = files_.readFile(path_, maximumBytes);
     if (auto object = text ? objectIn(*text) : std::nullopt) {
         values_ = *std::move(object);

@@ -16,7 +16,7 @@ namespace amberquill::desktop {
 class JsonPreferences final : public Preferences {
 public:
     // `path` is absolute. `files` outlives this object.
-    JsonPreferences(FileSystem& files, const QString& path);
+    JsonPreferences(FileSystem& files, QString path);
 
     // What is set is written from now on, and what was set before. `queue` outlives this object's use.
     void writeOn(MainQueue& queue);
