@@ -340,6 +340,12 @@ TEST(DesktopEntryBounds, TooManyKeysAreNoEntry) {
     EXPECT_FALSE(parse(basic + QByteArray("A=\n").repeated(maximumEntryKeys - known + 1)));
 }
 
+TEST(DesktopEntryBounds, TooManyLinesAreNoEntryWhateverTheySay) {
+    EXPECT_TRUE(parse(basic + QByteArray("\n").repeated(maximumEntryLines / 2)));
+    EXPECT_FALSE(parse(basic + QByteArray("\n").repeated(maximumEntryLines)));
+    EXPECT_FALSE(parse(basic + QByteArray("#\n").repeated(maximumEntryLines)));
+}
+
 TEST(ReadDesktopEntry, AFileIsReadByItsPath) {
     const TemporaryTree tree;
     EXPECT_EQ(readDesktopEntry(tree.write("a.desktop", basic + "Name[de]=Wort\n"), entryLocaleFor({"de"})),

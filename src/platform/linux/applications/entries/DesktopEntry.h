@@ -41,5 +41,6 @@ struct DesktopEntry {
 inline constexpr qsizetype maximumEntryBytes = qsizetype{1024} * 1024;
 inline constexpr qsizetype maximumEntryLineBytes = qsizetype{64} * 1024;
 inline constexpr int maximumEntryKeys = 10'000;
+inline constexpr int maximumEntryLines = 50'000; // of the group, with empty ones, comments and what is before
 
 } // namespace amberquill::desktop

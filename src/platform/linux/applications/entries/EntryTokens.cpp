@@ -127,7 +127,7 @@ public:
             const auto left = static_cast<std::size_t>(bytes.end() - at);
             const auto* const newline = static_cast<const char*>(std::memchr(at, '\n', left));
             const char* const end = newline == nullptr ? bytes.end() : newline;
-            if (end - at > maximumEntryLineBytes || !readLine({at, end})) {
+            if (end - at > maximumEntryLineBytes || ++lines_ > maximumEntryLines || !readLine({at, end})) {
                 return false;
             }
             at = newline == nullptr ? end : end + 1;
@@ -198,6 +198,7 @@ private:
     std::array<std::size_t, entryKeyCount> ranks_ = {}; // of the values taken so far
     State state_ = State::beforeGroup;
     int keys_ = 0;
+    int lines_ = 0;
 };
 
 } // namespace
