@@ -35,8 +35,9 @@ public:
     [[nodiscard]] virtual ScreenArea area(const QScreen* screen) const = 0;
 
     // What is in the area now, all windows included, without the pointer; `shrink` is the edge in device
-    // pixels of the squares that are averaged. Waits for it, but not long: null images when it cannot be had
-    // at once. On any thread, one at a time.
+    // pixels of the squares that are averaged. Waits for it, but not long: what cannot be had at once is
+    // filled from what there was last in the area, or from the desktop's own picture. Null images where there
+    // is none of these. On any thread, one at a time.
     [[nodiscard]] virtual ScreenPicture capture(const ScreenArea& area, int shrink, bool alsoWhole) = 0;
 };
 

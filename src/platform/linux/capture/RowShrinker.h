@@ -23,6 +23,12 @@ public:
     // Once all rows are in: opaque, in Format_RGB32. Null: there are rows missing, or no memory was there.
     [[nodiscard]] QImage image() const;
 
+    // The same with as many rows as are finished; what stands below them is undefined.
+    [[nodiscard]] const QImage& begun() const { return image_; }
+    [[nodiscard]] int finishedRows() const {
+        return rows_ == size_.height() ? image_.height() : rows_ / shrink_;
+    }
+
 private:
     void finishRow();
 

@@ -1,6 +1,6 @@
 #include "platform/linux/x11/RootReader.h"
 
-#include "platform/linux/capture/ScreenRows.h"
+#include "platform/linux/capture/RowShrinker.h"
 
 #include <algorithm>
 #include <deque>
@@ -19,6 +19,11 @@ constexpr std::size_t stripsAtATime = 2;
 constexpr std::size_t plainStripBytes = std::size_t{1} << 18U;
 
 constexpr std::uint32_t allPlanes = 0xFFFFFFFF;
+
+// So few of the desktop's own picture are read, and so many columns are made of each: it is blurred anyway.
+constexpr int wallpaperRows = 48;
+constexpr int wallpaperColumns = 96;
+constexpr int widestWallpaper = 16384; // pixels; wider than any screen
 
 bool isOnThisMachine(xcb_connection_t* connection) {
     sockaddr_storage address{};
@@ -50,28 +55,104 @@ RootReader::RootReader(const QByteArray& display)
     : connection_(xcb_connect(display.isEmpty() ? nullptr : display.constData(), &screenNumber_),
                   xcb_disconnect) {}
 
-ScreenPicture RootReader::read(const QRect& area, const Wanted& wanted, bool sharesMemory,
-                               std::chrono::milliseconds patience) {
+ScreenRows RootReader::read(const QRect& area, const Wanted& wanted, bool sharesMemory,
+                            const Patience& patience) {
+    ScreenRows rows(area.size(), wanted.shrink, wanted.alsoWhole);
     if (!isFree()) {
-        return {};
+        return rows;
     }
-    TimedReplies replies(get(), patience);
-    ScreenPicture picture;
+    TimedReplies replies(get(), patience.forEach, patience.forAll);
     if (isReadable(replies)) {
         const auto root = replies.wait<xcb_get_geometry_reply_t>(xcb_get_geometry(get(), root_));
         const QRect seen = root ? area & QRect(0, 0, root->width, root->height) : QRect();
         if (!seen.isEmpty() && root->depth == format_->depth) {
-            ScreenRows rows(seen.size(), wanted.shrink, wanted.alsoWhole);
-            const bool isRead = sharesMemory && shares(seen, replies) ? readShared(seen, rows, replies)
-                                                                      : readPlain(seen, rows, replies);
-            picture = isRead ? rows.picture() : ScreenPicture();
+            if (seen != area) {
+                rows = ScreenRows(seen.size(), wanted.shrink, wanted.alsoWhole);
+            }
+            if (sharesMemory && shares(seen, replies)) {
+                readShared(seen, rows, replies);
+            } else {
+                readPlain(seen, rows, replies);
+            }
         }
     }
+    end(replies);
+    return rows;
+}
+
+void RootReader::end(const TimedReplies& replies) {
     unanswered_ = replies.unanswered();
     // Errors of requests that have no answer.
     while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(get())}) {
     }
+}
+
+QImage RootReader::wallpaper(const QRect& area, std::chrono::milliseconds patience) {
+    if (isGone()) {
+        return {};
+    }
+    TimedReplies replies(get(), patience, patience);
+    if (unanswered_ && !replies.settle(*unanswered_)) {
+        return {};
+    }
+    const QImage picture = isReadable(replies) ? readWallpaper(area, replies) : QImage();
+    end(replies);
     return picture;
+}
+
+std::optional<xcb_pixmap_t> RootReader::rootPixmap(TimedReplies& replies) const {
+    constexpr std::string_view name = "_XROOTPMAP_ID";
+    const auto atom = replies.wait<xcb_intern_atom_reply_t>(
+        xcb_intern_atom(get(), 1, static_cast<std::uint16_t>(name.size()), name.data()));
+    if (!atom || atom->atom == XCB_ATOM_NONE) {
+        return std::nullopt;
+    }
+    const auto property = replies.wait<xcb_get_property_reply_t>(
+        xcb_get_property(get(), 0, root_, atom->atom, XCB_ATOM_PIXMAP, 0, 1));
+    if (!property || property->format != 32 ||
+        xcb_get_property_value_length(property.get()) != sizeof(xcb_pixmap_t)) {
+        return std::nullopt;
+    }
+    return *static_cast<const xcb_pixmap_t*>(xcb_get_property_value(property.get()));
+}
+
+QImage RootReader::readWallpaper(const QRect& area, TimedReplies& replies) {
+    const auto pixmap = rootPixmap(replies);
+    const auto size = pixmap ? replies.wait<xcb_get_geometry_reply_t>(xcb_get_geometry(get(), *pixmap))
+                             : XcbReply<xcb_get_geometry_reply_t>();
+    if (!size || size->depth != format_->depth || size->width > widestWallpaper) {
+        return {};
+    }
+    const QRect all(0, 0, size->width, size->height);
+    // A pattern that is repeated over the screen may be smaller than that.
+    const QRect part = all.contains(area) ? area : all;
+    const int count = std::min(wallpaperRows, part.height());
+    std::vector<xcb_get_image_cookie_t> asked;
+    for (int i = 0; i < count; ++i) {
+        const int y = part.y() + (2 * i + 1) * part.height() / (2 * count);
+        asked.push_back(xcb_get_image(get(), XCB_IMAGE_FORMAT_Z_PIXMAP, *pixmap,
+                                      static_cast<std::int16_t>(part.x()), static_cast<std::int16_t>(y),
+                                      static_cast<std::uint16_t>(part.width()), 1, allPlanes));
+    }
+    const int shrink = std::clamp(part.width() / wallpaperColumns, 1, RowShrinker::most);
+    QImage picture;
+    bool failed = false;
+    for (int i = 0; i < count; ++i) {
+        const auto answer = replies.wait<xcb_get_image_reply_t>(asked[static_cast<std::size_t>(i)]);
+        failed = failed || !answer || answer->depth != format_->depth ||
+                 static_cast<std::size_t>(xcb_get_image_data_length(answer.get())) <
+                     format_->bytesPerRow(part.width());
+        if (!failed) {
+            RowShrinker row({part.width(), 1}, shrink);
+            row.add(unpacked(xcb_get_image_data(answer.get()), part.width()));
+            const QImage line = row.image();
+            if (i == 0) {
+                picture = QImage(line.width(), count, QImage::Format_RGB32);
+            }
+            std::copy_n(line.constScanLine(0), line.bytesPerLine(), picture.scanLine(i));
+        }
+    }
+    return failed ? QImage() : picture;
 }
 
 // Nothing of what an earlier reading asked for is still to come.
@@ -159,7 +240,7 @@ xcb_shm_get_image_cookie_t RootReader::getShared(const QRect& part, std::size_t 
                              pixels_->segment(), static_cast<std::uint32_t>(offset));
 }
 
-bool RootReader::readShared(const QRect& area, ScreenRows& screen, TimedReplies& replies) {
+void RootReader::readShared(const QRect& area, ScreenRows& screen, TimedReplies& replies) {
     const std::size_t row = format_->bytesPerRow(area.width());
     const int rows = rowsIn(stripBytes, area.width());
     std::deque<Strip> asked;
@@ -188,10 +269,9 @@ bool RootReader::readShared(const QRect& area, ScreenRows& screen, TimedReplies&
             ask(strip.offset);
         }
     }
-    return !failed;
 }
 
-bool RootReader::readPlain(const QRect& area, ScreenRows& screen, TimedReplies& replies) {
+void RootReader::readPlain(const QRect& area, ScreenRows& screen, TimedReplies& replies) {
     const std::size_t row = format_->bytesPerRow(area.width());
     const int rows = rowsIn(plainStripBytes, area.width());
     for (int y = 0; y < area.height(); y += rows) {
@@ -203,24 +283,27 @@ bool RootReader::readPlain(const QRect& area, ScreenRows& screen, TimedReplies& 
         if (!answer || answer->depth != format_->depth ||
             static_cast<std::size_t>(xcb_get_image_data_length(answer.get())) <
                 row * static_cast<std::size_t>(height)) {
-            return false;
+            return;
         }
         add(screen, xcb_get_image_data(answer.get()), height, area.width());
     }
-    return true;
 }
 
 void RootReader::add(ScreenRows& screen, const unsigned char* bytes, int height, int width) {
     const std::size_t row = format_->bytesPerRow(width);
     for (int y = 0; y < height; ++y, bytes += row) {
-        if (format_->layout.isQtRgb()) {
-            screen.add(reinterpret_cast<const QRgb*>(bytes));
-        } else {
-            unpacked_.resize(static_cast<std::size_t>(width));
-            format_->layout.unpack(bytes, width, unpacked_.data());
-            screen.add(unpacked_.data());
-        }
+        screen.add(unpacked(bytes, width));
     }
+}
+
+// A row as Qt has it, until the next one.
+const QRgb* RootReader::unpacked(const unsigned char* bytes, int width) {
+    if (format_->layout.isQtRgb()) {
+        return reinterpret_cast<const QRgb*>(bytes);
+    }
+    unpacked_.resize(static_cast<std::size_t>(width));
+    format_->layout.unpack(bytes, width, unpacked_.data());
+    return unpacked_.data();
 }
 
 } // namespace amberquill::desktop

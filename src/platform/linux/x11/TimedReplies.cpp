@@ -7,9 +7,11 @@
 
 namespace amberquill::desktop {
 
-TimedReplies::TimedReplies(xcb_connection_t* connection, std::chrono::milliseconds patience)
+TimedReplies::TimedReplies(xcb_connection_t* connection, std::chrono::milliseconds forEach,
+                           std::chrono::milliseconds forAll)
     : connection_(connection)
-    , deadline_(std::chrono::steady_clock::now() + patience) {}
+    , forEach_(forEach)
+    , deadline_(std::chrono::steady_clock::now() + forAll) {}
 
 void* TimedReplies::await(unsigned sequence) {
     if (unanswered_) {
@@ -18,6 +20,7 @@ void* TimedReplies::await(unsigned sequence) {
         return nullptr;
     }
     xcb_flush(connection_);
+    const auto deadline = std::min(deadline_, std::chrono::steady_clock::now() + forEach_);
     while (true) {
         void* reply = nullptr;
         xcb_generic_error_t* error = nullptr;
@@ -26,7 +29,7 @@ void* TimedReplies::await(unsigned sequence) {
             return reply;
         }
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-            deadline_ - std::chrono::steady_clock::now());
+            deadline - std::chrono::steady_clock::now());
         pollfd socket{xcb_get_file_descriptor(connection_), POLLIN, 0};
         if (left.count() <= 0 || (::poll(&socket, 1, static_cast<int>(left.count())) < 0 && errno != EINTR)) {
             unanswered_ = sequence;

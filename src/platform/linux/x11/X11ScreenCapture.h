@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ScreenCapture.h"
+#include "platform/linux/capture/LastPictures.h"
 
 #include <QByteArray>
 #include <chrono>
@@ -10,16 +11,22 @@ namespace amberquill::desktop {
 
 class RootReader;
 
+// How long a server is waited for: for each of its answers, for all of a capture, and for what stands in for
+// one.
+struct CapturePatience {
+    std::chrono::milliseconds forEach{80};
+    std::chrono::milliseconds forAll{240};
+    std::chrono::milliseconds forSubstitute{80};
+};
+
 // Reads the root window, in which a server keeps what is seen, whether a compositing manager or the server
 // itself has put it together. On a connection of its own, opened when it is first needed: no other request
 // waits for the pixels, and a server that does not answer is not waited for. Only from a server on this
 // machine; one that runs in a Wayland session without a root window to see has nothing to read.
 class X11ScreenCapture final : public ScreenCapture {
 public:
-    static constexpr std::chrono::milliseconds usualPatience{80};
-
-    // `display`: the server's name; empty for that of the environment. `patience`: for all of a capture.
-    explicit X11ScreenCapture(QByteArray display = {}, std::chrono::milliseconds patience = usualPatience);
+    // `display`: the server's name; empty for that of the environment.
+    explicit X11ScreenCapture(QByteArray display = {}, const CapturePatience& patience = {});
     ~X11ScreenCapture() override;
 
     X11ScreenCapture(const X11ScreenCapture&) = delete;
@@ -33,9 +40,10 @@ public:
 
 private:
     QByteArray display_;
-    std::chrono::milliseconds patience_;
+    CapturePatience patience_;
     bool sharesMemory_ = true;
     std::unique_ptr<RootReader> reader_;
+    mutable LastPictures last_;
 };
 
 } // namespace amberquill::desktop

@@ -33,3 +33,33 @@ TEST(ScreenRows, AreNothingWhileRowsAreMissing) {
     EXPECT_TRUE(rows.picture().shrunk.isNull());
     EXPECT_TRUE(rows.picture().whole.isNull());
 }
+
+TEST(ScreenRows, RowsThatAreMissingAreFilledFromAnotherPicture) {
+    ScreenRows rows({2, 8}, 2, true);
+    const std::array<QRgb, 2> read{0x00102030, 0x00102030};
+    for (int y = 0; y < 3; ++y) {
+        rows.add(read.data());
+    }
+    EXPECT_FALSE(rows.isComplete());
+    QImage other(1, 1, QImage::Format_RGB32);
+    other.fill(0xFF908070);
+    const ScreenPicture picture = rows.pictureOver(other);
+    ASSERT_EQ(picture.shrunk.size(), QSize(1, 4));
+    EXPECT_EQ(picture.shrunk.pixel(0, 0), 0xFF102030U);
+    EXPECT_EQ(picture.shrunk.pixel(0, 1), 0xFF908070U) << "half of it is there";
+    EXPECT_EQ(picture.shrunk.pixel(0, 3), 0xFF908070U);
+    ASSERT_EQ(picture.whole.size(), QSize(2, 8));
+    EXPECT_EQ(picture.whole.pixel(1, 2), 0xFF102030U);
+    EXPECT_EQ(picture.whole.pixel(0, 3), 0xFF908070U);
+    EXPECT_EQ(picture.whole.pixel(1, 7), 0xFF908070U);
+}
+
+TEST(ScreenRows, WhereThereIsNoOtherPictureRowsThatAreMissingHaveTheMeanColour) {
+    ScreenRows rows({2, 3}, 1, true);
+    rows.add(std::array<QRgb, 2>{0x00000000, 0x00FFFFFF}.data());
+    const ScreenPicture picture = rows.pictureOver({});
+    EXPECT_EQ(picture.whole.pixel(0, 0), 0xFF000000U);
+    EXPECT_NEAR(qRed(picture.whole.pixel(0, 2)), 0x80, 1);
+    EXPECT_NEAR(qRed(picture.shrunk.pixel(1, 2)), 0x80, 1);
+    EXPECT_TRUE(ScreenRows({2, 3}, 1, true).pictureOver({}).shrunk.isNull()) << "there is nothing";
+}

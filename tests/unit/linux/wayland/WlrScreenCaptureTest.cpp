@@ -131,6 +131,24 @@ TEST(WlrScreenCapture, ACompositorThatIsSilentIsWaitedForOnce) {
     }
 }
 
+TEST(WlrScreenCapture, WhereItIsSilentTheLastPictureStandsIn) {
+    MockScreencopyCompositor compositor({});
+    WlrScreenCapture capture(compositor.socket(), impatience);
+    ASSERT_TRUE(waitUntil([&] { return !capture.capture(anywhere, 10, true).shrunk.isNull(); }));
+    const int copies = compositor.copies();
+    compositor.setFinishes(false);
+    const Watchdog watchdog("a compositor that is silent is waited for", [&] { compositor.failOwed(); });
+    while (compositor.copies() == copies) { // an impatient capture may not come that far
+        const ScreenPicture picture = capture.capture(anywhere, 10, true);
+        ASSERT_EQ(picture.shrunk.size(), QSize(4, 3));
+        ASSERT_EQ(picture.whole.size(), QSize(40, 30));
+        EXPECT_EQ(picture.shrunk.pixel(3, 2), grey(10));
+        EXPECT_EQ(picture.whole.pixel(39, 29), grey(10));
+    }
+    const ScreenArea another{QRect(0, 0, 40, 30), u"another"_s};
+    EXPECT_TRUE(capture.capture(another, 10, true).shrunk.isNull()) << "of which there is none";
+}
+
 TEST(WlrScreenCapture, OnceItHasAnsweredItIsAskedAgain) {
     MockScreencopyCompositor compositor({.finishes = false});
     WlrScreenCapture capture(compositor.socket(), impatience);

@@ -1,6 +1,7 @@
 // On real X servers, which the tests start.
 #include "platform/linux/x11/X11ScreenCapture.h"
 
+#include "platform/linux/x11/RootReader.h"
 #include "platform/linux/x11/XcbReply.h"
 #include "support/TestXServer.h"
 #include "support/WaitUntil.h"
@@ -20,7 +21,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // Far more than a capture takes, so that a busy machine fails no test.
-constexpr std::chrono::milliseconds patient{20'000};
+constexpr std::chrono::milliseconds longEnough{20'000};
+constexpr CapturePatience patient{longEnough, longEnough, longEnough};
 
 // A server with windows of plain colours.
 class Desktop {
@@ -57,6 +59,30 @@ public:
         const std::uint32_t half = 0x80000000;
         xcb_change_property(client_.get(), XCB_PROP_MODE_REPLACE, window, atom->atom, XCB_ATOM_CARDINAL, 32,
                             1, &half);
+        client_.sync();
+    }
+
+    // Leaves a pixmap of that colour as those do who paint the desktop.
+    void paintWallpaper(const QSize& size, std::uint32_t pixel) {
+        const auto pixmap = xcb_generate_id(client_.get());
+        const auto context = xcb_generate_id(client_.get());
+        xcb_create_pixmap(client_.get(), client_.screen().root_depth, pixmap, client_.screen().root,
+                          static_cast<std::uint16_t>(size.width()),
+                          static_cast<std::uint16_t>(size.height()));
+        xcb_create_gc(client_.get(), context, pixmap, XCB_GC_FOREGROUND, &pixel);
+        const xcb_rectangle_t all{0, 0, static_cast<std::uint16_t>(size.width()),
+                                  static_cast<std::uint16_t>(size.height())};
+        xcb_poly_fill_rectangle(client_.get(), pixmap, context, 1, &all);
+        nameWallpaper(pixmap);
+    }
+
+    // Says that this is the pixmap.
+    void nameWallpaper(xcb_pixmap_t pixmap) {
+        constexpr std::string_view name = "_XROOTPMAP_ID";
+        const XcbReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
+            client_.get(), xcb_intern_atom(client_.get(), 0, name.size(), name.data()), nullptr));
+        xcb_change_property(client_.get(), XCB_PROP_MODE_REPLACE, client_.screen().root, atom->atom,
+                            XCB_ATOM_PIXMAP, 32, 1, &pixmap);
         client_.sync();
     }
 
@@ -258,17 +284,20 @@ TEST(X11ScreenCapture, AServerThatHasGoneIsNotRead) {
     EXPECT_TRUE(seen(capture, {0, 0, 64, 64}, 8).isNull());
 }
 
-TEST(X11ScreenCapture, AServerThatHangsIsNotWaitedFor) {
+TEST(X11ScreenCapture, AServerThatHangsIsNotWaitedForAndTheLastPictureStandsIn) {
     Desktop desktop;
     desktop.show({0, 0, 640, 480}, 0xFF8000);
     constexpr std::chrono::milliseconds patience{100};
-    X11ScreenCapture capture(desktop.server().display(), patience);
+    X11ScreenCapture capture(desktop.server().display(), {patience, patience, patience});
+    const ScreenArea area{QRect(0, 0, 640, 480)};
     QImage image;
     const auto isSeen = [&] {
-        image = seen(capture, {0, 0, 640, 480}, 8);
+        image = capture.capture(area, 8, false).shrunk;
         return !image.isNull();
     };
     ASSERT_TRUE(waitUntil(isSeen)) << "the screen is not read"; // a busy machine may be late
+    const QImage last = image;
+    desktop.show({0, 0, 640, 480}, 0x0080FF);
     xcb_grab_server(desktop.client().get());
     desktop.client().sync();
     {
@@ -278,14 +307,66 @@ TEST(X11ScreenCapture, AServerThatHangsIsNotWaitedFor) {
         });
         QElapsedTimer elapsed;
         elapsed.start();
-        EXPECT_FALSE(isSeen());
+        ASSERT_TRUE(isSeen());
         EXPECT_GE(elapsed.elapsed(), patience.count() - 1);
-        EXPECT_FALSE(isSeen()) << "it still owes the first answer";
+        EXPECT_EQ(image, last);
+        ASSERT_TRUE(isSeen()) << "it still owes the first answer";
+        EXPECT_EQ(image, last);
+        const ScreenPicture picture = capture.capture(area, 8, true);
+        ASSERT_EQ(picture.whole.size(), area.pixels.size());
+        EXPECT_EQ(picture.whole.pixel(639, 479), 0xFFFF8000);
+        EXPECT_TRUE(seen(capture, {0, 0, 320, 480}, 8).isNull()) << "of which there is none";
     }
     xcb_ungrab_server(desktop.client().get());
     desktop.client().sync();
-    ASSERT_TRUE(waitUntil(isSeen)) << "once it answers, it is read again";
-    EXPECT_EQ(image.pixel(79, 59), 0xFFFF8000);
+    const auto isNew = [&] { return isSeen() && image.pixel(79, 59) == 0xFF0080FF; };
+    EXPECT_TRUE(waitUntil(isNew)) << "once it answers, it is read again";
+}
+
+TEST(RootReader, TheDesktopsOwnPictureIsReadUnderTheWindows) {
+    for (const QSize size : {QSize(640, 480), QSize(16, 16)}) { // small ones are repeated
+        Desktop desktop;
+        desktop.paintWallpaper(size, 0x204060);
+        desktop.show({0, 0, 640, 480}, 0xFFFFFF);
+        RootReader reader(desktop.server().display());
+        const QImage picture = reader.wallpaper({0, 0, 640, 480}, longEnough);
+        ASSERT_FALSE(picture.isNull());
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                ASSERT_EQ(picture.pixel(x, y), 0xFF204060);
+            }
+        }
+    }
+}
+
+TEST(RootReader, APictureOfTheDesktopThatIsNoneIsPassedOver) {
+    Desktop desktop;
+    RootReader reader(desktop.server().display());
+    EXPECT_TRUE(reader.wallpaper({0, 0, 640, 480}, longEnough).isNull()) << "nobody has painted one";
+    desktop.nameWallpaper(0x7FFFFF);
+    EXPECT_TRUE(reader.wallpaper({0, 0, 640, 480}, longEnough).isNull()) << "it has gone";
+    desktop.paintWallpaper({640, 480}, 0x204060);
+    EXPECT_FALSE(reader.wallpaper({0, 0, 640, 480}, longEnough).isNull()) << "and nothing is owed";
+}
+
+// However many of its rows come in time.
+TEST(X11ScreenCapture, AScreenThatIsReadInPartIsNowhereBlack) {
+    Desktop desktop(u"3840x2160x24"_s);
+    desktop.paintWallpaper({3840, 2160}, 0xFF8000);
+    desktop.show({0, 0, 3840, 2160}, 0xFF8000);
+    for (int milliseconds = 0; milliseconds < 24; milliseconds += 2) {
+        const std::chrono::milliseconds time(milliseconds);
+        X11ScreenCapture capture(desktop.server().display(), {time, time, longEnough});
+        const ScreenPicture picture = capture.capture({QRect(0, 0, 3840, 2160)}, 8, true);
+        ASSERT_EQ(picture.shrunk.size(), QSize(480, 270));
+        ASSERT_EQ(picture.whole.size(), QSize(3840, 2160));
+        int wrong = 0;
+        for (int y = 0; y < 2160; ++y) {
+            wrong += picture.whole.pixel(1000, y) != 0xFFFF8000 ? 1 : 0;
+            wrong += picture.shrunk.pixel(200, y / 8) != 0xFFFF8000 ? 1 : 0;
+        }
+        EXPECT_EQ(wrong, 0) << milliseconds;
+    }
 }
 
 TEST(X11ScreenCapture, WhatACompositingManagerPaintsIsSeen) {

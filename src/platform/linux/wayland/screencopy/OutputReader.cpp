@@ -118,6 +118,10 @@ ScreenPicture OutputReader::read(const QString& output, const Wanted& wanted,
     return found != nullptr ? copy(*found, wanted, deadline) : ScreenPicture();
 }
 
+bool OutputReader::isGone() const {
+    return !display_ || wl_display_get_error(display_.get()) != 0;
+}
+
 bool OutputReader::isReady(EventQueue::Deadline deadline) {
     if (!display_) {
         return false;

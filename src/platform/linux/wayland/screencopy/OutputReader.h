@@ -38,6 +38,9 @@ public:
     [[nodiscard]] ScreenPicture read(const QString& output, const Wanted& wanted,
                                      std::chrono::milliseconds patience);
 
+    // Whether there is no compositor any more.
+    [[nodiscard]] bool isGone() const;
+
 private:
     struct Output;
     struct Frame;

@@ -1,6 +1,6 @@
 #include "platform/linux/wayland/screencopy/WlrScreenCapture.h"
 
-#include "platform/linux/capture/RowShrinker.h"
+#include "platform/linux/capture/ScreenRows.h"
 #include "platform/linux/wayland/screencopy/OutputReader.h"
 
 #include <QGuiApplication>
@@ -15,7 +15,10 @@ WlrScreenCapture::WlrScreenCapture(QByteArray display, std::chrono::milliseconds
 
 WlrScreenCapture::~WlrScreenCapture() = default;
 
-ScreenArea WlrScreenCapture::area(const QScreen* screen) const {
+namespace {
+
+// Null: the compositor chooses.
+ScreenArea areaOnOutput(const QScreen* screen) {
     const QScreen* const known = screen != nullptr ? screen : QGuiApplication::primaryScreen();
     if (known == nullptr) {
         return {};
@@ -26,6 +29,17 @@ ScreenArea WlrScreenCapture::area(const QScreen* screen) const {
             screen != nullptr ? screen->name() : QString()};
 }
 
+} // namespace
+
+ScreenArea WlrScreenCapture::area(const QScreen* screen) const {
+    std::vector<ScreenArea> all{areaOnOutput(nullptr)};
+    for (const QScreen* each : QGuiApplication::screens()) {
+        all.push_back(areaOnOutput(each));
+    }
+    last_.forgetAllBut(all);
+    return areaOnOutput(screen);
+}
+
 ScreenPicture WlrScreenCapture::capture(const ScreenArea& area, int shrink, bool alsoWhole) {
     if (area.pixels.isEmpty() || shrink < 1 || shrink > RowShrinker::most) {
         return {};
@@ -33,7 +47,14 @@ ScreenPicture WlrScreenCapture::capture(const ScreenArea& area, int shrink, bool
     if (!reader_) {
         reader_ = std::make_unique<OutputReader>(display_);
     }
-    return reader_->read(area.output, {shrink, alsoWhole}, patience_);
+    ScreenPicture picture = reader_->read(area.output, {shrink, alsoWhole}, patience_);
+    if (!picture.shrunk.isNull()) {
+        last_.keep(area, picture.shrunk);
+        return picture;
+    }
+    const QImage last = reader_->isGone() ? QImage() : last_.of(area);
+    return last.isNull() ? ScreenPicture()
+                         : ScreenRows(area.pixels.size(), shrink, alsoWhole).pictureOver(last);
 }
 
 } // namespace amberquill::desktop

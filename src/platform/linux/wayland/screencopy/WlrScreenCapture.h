@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ScreenCapture.h"
+#include "platform/linux/capture/LastPictures.h"
 
 #include <QByteArray>
 #include <chrono>
@@ -34,6 +35,7 @@ private:
     QByteArray display_;
     std::chrono::milliseconds patience_;
     std::unique_ptr<OutputReader> reader_;
+    mutable LastPictures last_;
 };
 
 } // namespace amberquill::desktop
