@@ -26,6 +26,9 @@ public:
     // blend.
     [[nodiscard]] virtual bool blursBehindWindows() const { return false; }
 
+    // Whether a program knows where on the screen its own windows are.
+    [[nodiscard]] virtual bool tellsPlaces() const { return true; }
+
     // What came along with the user's wish to see the launcher and lets the next present() take the focus: an
     // activation token (Wayland), a startup notification id (X11). Empty: nothing came along.
     virtual void setActivationToken(const QString&) {}

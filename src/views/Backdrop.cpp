@@ -2,6 +2,7 @@
 
 #include "views/BackgroundWash.h"
 #include "views/Blur.h"
+#include "views/FillFromAround.h"
 
 #include <algorithm>
 #include <cmath>
@@ -27,19 +28,28 @@ int backdropShrink(double devicePixelRatio) {
     return std::max(1, static_cast<int>(std::lround(shrinkPoints * devicePixelRatio)));
 }
 
-Backdrop::Backdrop(Read read, const BackgroundLook& look)
+Backdrop::Backdrop(Read read, const BackgroundLook& look, Sheet sheet, std::vector<QRect> hidden)
     : look_(look) {
     auto whole = std::make_shared<std::promise<QImage>>();
     whole_ = whole->get_future().share();
-    made_ = std::async(std::launch::async, [read = std::move(read), look, whole] {
+    made_ = std::async(std::launch::async, [read = std::move(read), look, whole, sheet,
+                                            hidden = std::move(hidden)] {
                 ScreenPicture screen = read();
-                whole->set_value(std::exchange(screen.whole, {}));
+                const bool isMissing = sheet == Sheet::Opaque && screen.whole.isNull();
+                if (!isMissing) {
+                    whole->set_value(std::exchange(screen.whole, {}));
+                }
                 if (!screen.shrunk.isNull()) {
+                    fillFromAround(screen.shrunk, hidden);
                     screen.shrunk.convertTo(QImage::Format_RGBX64);
                     blurColours(screen.shrunk,
                                 blurSigma * look.devicePixelRatio / backdropShrink(look.devicePixelRatio));
                 }
-                return Made{screen.shrunk, paintBackground(look, screen.shrunk)};
+                Made made{screen.shrunk, paintBackground(look, screen.shrunk)};
+                if (isMissing) {
+                    whole->set_value(made.picture);
+                }
+                return made;
             }).share();
 }
 

@@ -7,6 +7,7 @@
 #include <QSize>
 #include <functional>
 #include <future>
+#include <vector>
 
 namespace amberquill {
 
@@ -33,11 +34,17 @@ public:
     // Reads a screen; null images where there is nothing to be read. Called once, on another thread.
     using Read = std::function<ScreenPicture()>;
 
-    // The launcher's background over what is read, blurred; the tint alone where that is nothing.
-    Backdrop(Read read, const BackgroundLook& look);
+    // Whether the window lies on the screen like a sheet of paper or of glass.
+    enum class Sheet { Opaque, Glass };
+
+    // The launcher's background over what is read, blurred; the tint alone where that is nothing. `hidden`:
+    // parts of what is read, in its shrunk pixels, that are not to be seen in the background.
+    Backdrop(Read read, const BackgroundLook& look, Sheet sheet = Sheet::Glass,
+             std::vector<QRect> hidden = {});
 
     // Waits until the screen has been read: from then on the launcher may cover it. The screen as it is, for
-    // a window that nothing shows through; null where it was not asked for.
+    // a window that nothing shows through: it is black where nothing is drawn, so where the screen cannot be
+    // read it is the launcher's background. Null for other windows.
     [[nodiscard]] const QImage& whole() const { return whole_.get(); }
 
     // Whether what lies behind the window is seen through it.

@@ -168,6 +168,27 @@ class WithoutACompositor(BackdropOnX11):
         self.end_launcher(launcher)
 
 
+    def test_its_own_dialogs_are_no_part_of_the_desktop(self):
+        launcher = self.begin_shown_launcher(self.made, LANGUAGE="en", **LOGGED)
+        self.choose(self.CHECK_FOR_UPDATES)  # a build that knows of none says that this is the latest version
+        alert = self.expect_dialog(launcher)
+        self.expect_hidden()
+        launcher.expect(FORGOTTEN)
+        self.show()
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        place = until(lambda: self.session.geometry(alert), "the alert's place")
+        middle = place.y + place.height // 2
+        right, below = place.x + place.width + 30, place.y + place.height + 30
+        beside = [(place.x - 30, middle), (right, middle), (place.x + 20, below)]
+
+        def is_seen():
+            picture = self.session.screenshot()
+            return all(is_near(picture.at(*point), self.expected(point), 3) for point in beside)
+
+        until(is_seen, "the desktop alone beside the alert")
+        self.assertEqual(launcher.terminate(), 0)
+
+
 class WithACompositor(BackdropOnX11):
     settings = {"compositor": "picom"}
     desktop = (128, 128, 128)  # the compositor does not look at the root window

@@ -117,6 +117,36 @@ TEST(Backdrop, WhereNothingCanBeReadItIsTheTintAlone) {
     EXPECT_EQ(backdrop.picture(look()), opaqueBackground(BackgroundTheme::Blue, pixels, 1, {}));
 }
 
+TEST(Backdrop, AWindowThatNothingShowsThroughIsNeverBlack) {
+    const Backdrop unread([] { return ScreenPicture(); }, look(), Backdrop::Sheet::Opaque);
+    EXPECT_EQ(unread.whole(), unread.picture(look()));
+    const QImage whole = plain(pixels, Qt::red);
+    const Backdrop read(
+        [&] {
+            return ScreenPicture{plain({80, 50}, Qt::red), whole};
+        },
+        look(), Backdrop::Sheet::Opaque);
+    EXPECT_EQ(read.whole(), whole);
+}
+
+TEST(Backdrop, WhatIsHiddenIsNotSeenInIt) {
+    const QColor behind(200, 100, 40);
+    const QImage desktop = plain({80, 50}, behind);
+    QImage withDialogs = desktop;
+    for (int y = 10; y < 20; ++y) {
+        auto* line = reinterpret_cast<QRgb*>(withDialogs.scanLine(y));
+        std::fill(line + 30, line + 50, 0xFFFFFFFFU);
+        std::fill(line + 70, line + 80, 0xFFFFFFFFU);
+    }
+    const Backdrop wanted([&] { return ScreenPicture{desktop, {}}; }, look());
+    const Backdrop backdrop(
+        [&] {
+            return ScreenPicture{withDialogs, {}};
+        },
+        look(), Backdrop::Sheet::Glass, {QRect(30, 10, 20, 6), QRect(30, 16, 20, 4), QRect(70, 10, 30, 10)});
+    EXPECT_EQ(backdrop.picture(look()), wanted.picture(look()));
+}
+
 TEST(Backdrop, WhereTheDesktopIsSeenThroughItIsTheTranslucentTint) {
     const Backdrop backdrop([] { return ScreenPicture(); }, look(BackgroundTheme::Green, true));
     EXPECT_TRUE(backdrop.isTranslucent());

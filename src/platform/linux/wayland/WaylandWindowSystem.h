@@ -29,6 +29,7 @@ public:
     [[nodiscard]] QScreen* screenUnderPointer() const override { return nullptr; }
     [[nodiscard]] bool blendsWindows() const override;
     [[nodiscard]] bool blursBehindWindows() const override;
+    [[nodiscard]] bool tellsPlaces() const override { return false; }
     void setActivationToken(const QString& token) override;
     void present(QWindow& window, QScreen* screen) override;
     void withdraw(QWindow& window) override;
