@@ -18,6 +18,7 @@
 #include <QScreen>
 #include <QStandardPaths>
 #include <QWidget>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -244,11 +245,21 @@ QWindow* AppDelegate::windowOfFocus() const {
     if (const QWidget* dialog = QApplication::activeModalWidget()) {
         return dialog->windowHandle();
     }
-    return controller_->isShown() ? &controller_->window() : nullptr;
+    if (controller_->isShown()) {
+        return &controller_->window();
+    }
+    // Such as the about panel, which nobody need answer.
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    const auto dialog = std::find_if(windows.begin(), windows.end(), [](const QWindow* window) {
+        return window->isVisible() && window->type() == Qt::Dialog;
+    });
+    return dialog != windows.end() ? *dialog : nullptr;
 }
 
 void AppDelegate::applicationDidBecomeActive() {
-    if (!controller_->isShown() && !controller_->hasOtherWindow()) {
+    // A window manager may give the focus back to the launcher as it leaves: nobody wished to see it.
+    const bool leaves = controller_->window().isVisible();
+    if (!controller_->isShown() && !leaves && !controller_->hasOtherWindow()) {
         bringUp();
         hadFocus_ = true;
     }

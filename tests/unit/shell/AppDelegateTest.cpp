@@ -177,6 +177,25 @@ TEST_F(AppDelegateTest, TheLauncherIsUpAtEveryStart) {
     EXPECT_EQ(delegate_->model().appName(u"/Applications/1.app"_s), u"One"_s);
 }
 
+TEST_F(AppDelegateTest, AFocusThatComesBackToTheLauncherAsItLeavesDoesNotUndoTheHide) {
+    delegate_->applicationDidFinishLaunching();
+    setState(Qt::ApplicationActive);
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    const auto launcher = std::find_if(windows.begin(), windows.end(), [](const QWindow* window) {
+        return window->title() == u"Amberquill"_s;
+    });
+    ASSERT_NE(launcher, windows.end());
+    (*launcher)->setVisible(true);
+    setState(Qt::ApplicationInactive);
+    EXPECT_FALSE(delegate_->model().presented());
+    setState(Qt::ApplicationActive);
+    EXPECT_FALSE(delegate_->model().presented()) << "nobody wished to see it";
+    setState(Qt::ApplicationInactive);
+    (*launcher)->setVisible(false);
+    setState(Qt::ApplicationActive);
+    EXPECT_TRUE(delegate_->model().presented());
+}
+
 TEST_F(AppDelegateTest, TheAboutPanelShowsTheVersionOfTheBundleAsTheUpdateAlertDoes) {
     makeDelegate({{u"CFBundleShortVersionString"_s, u"7.5"_s}});
     delegate_->applicationDidFinishLaunching();
