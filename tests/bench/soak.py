@@ -95,7 +95,7 @@ class Soak:
     def begin(self):
         self._session.window_of_class(WINDOW_CLASS, PATIENCE)
         self._user.usual_screen()
-        self._user.show()
+        self._user.expect_shown()
 
     def row(self, name):
         """Hides the launcher, waits until it rests, and prints what it costs."""

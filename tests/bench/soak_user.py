@@ -39,7 +39,7 @@ class SoakUser:
 
     def show(self):
         self._ask("show")
-        self._settle_into_focus()
+        self.expect_shown()
 
     def _rest(self):
         """Waits until nothing moves on the screen."""
@@ -70,7 +70,9 @@ class SoakUser:
         windows = self._session.windows_of_class(WINDOW_CLASS)
         return windows[0] if windows else None
 
-    def _settle_into_focus(self):
+    def expect_shown(self):
+        """Waits until the launcher is up and has the focus, as it is after its start."""
+
         def has_focus():
             window = self._window()
             return window is not None and self._session.focused_window() == window
@@ -376,7 +378,7 @@ class SoakUser:
             time.sleep(self._chance.choice((0.0, 0.1, 0.5, 1.0)))
             if self._chance.random() < 0.5:
                 self._session.press("ctrl+alt+space")
-                self._settle_into_focus()
+                self.expect_shown()
             else:
                 self.show()
             if self._chance.random() < 0.5:
