@@ -39,17 +39,17 @@ struct RootReaders::State {
     QHash<QString, std::shared_ptr<void>> late; // what readings came to that had been given up
     std::function<void()> answered;
 
-    void end(const QString& key, Job& job, std::shared_ptr<void> result) {
+    void end(const QString& key, Job& job, const std::shared_ptr<void>& result) {
         std::function<void()> tell;
         {
             const std::scoped_lock lock(mutex);
             job.isDone = true;
             underWay.remove(key);
             if (job.isGivenUp) {
-                late.insert(key, std::move(result));
+                late.insert(key, result);
                 tell = answered;
             } else {
-                job.result = std::move(result);
+                job.result = result;
             }
             ended.notify_all();
         }
