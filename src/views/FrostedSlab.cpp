@@ -41,7 +41,7 @@ QColor white(double opacity) {
 
 // The colours at the opacity of frost.
 void thicken(QImage& image) {
-    constexpr auto least = static_cast<quint16>(leastOpacity * 65535 + 0.5);
+    const auto least = static_cast<quint16>(std::lround(leastOpacity * 65535));
     for (int y = 0; y < image.height(); ++y) {
         auto* line = reinterpret_cast<QRgba64*>(image.scanLine(y));
         for (int x = 0; x < image.width(); ++x) {
