@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace amberquill {
 
@@ -36,7 +37,7 @@ public:
         weight_ += weight;
     }
     [[nodiscard]] QRgb colour() const {
-        const auto level = [this](double sum) { return static_cast<int>(sum / weight_ + 0.5); };
+        const auto level = [this](double sum) { return static_cast<int>(std::lround(sum / weight_)); };
         return qRgb(level(sums_[0]), level(sums_[1]), level(sums_[2]));
     }
 

@@ -25,6 +25,15 @@ Q_LOGGING_CATEGORY(backdropLog, "amberquill.backdrop", QtCriticalMsg)
 // Seconds after the window has gone by which the desktop is itself again.
 constexpr double settled = 0.3;
 
+// Not one menu is left over when what it stood above has gone.
+void closeMenus() {
+    while (QWidget* menu = QApplication::activePopupWidget()) {
+        if (!menu->close()) {
+            return;
+        }
+    }
+}
+
 } // namespace
 
 LauncherWindowController::LauncherWindowController(const Services& services)
@@ -127,15 +136,6 @@ void LauncherWindowController::hide(const std::optional<QString>& thenOpen) {
             self->fadeEnded();
         }
     });
-}
-
-// Not one of them is left over when what it stood above has gone.
-void LauncherWindowController::closeMenus() {
-    while (QWidget* menu = QApplication::activePopupWidget()) {
-        if (!menu->close()) {
-            return;
-        }
-    }
 }
 
 void LauncherWindowController::showMenu() {

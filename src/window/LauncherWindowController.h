@@ -94,7 +94,6 @@ private:
         bool fadeIsOver = false;
     };
 
-    void closeMenus();
     // Whether the key goes no further.
     bool handleKey(const QKeyEvent& event);
     bool performInstead(KeyAction action);

@@ -95,7 +95,7 @@ QImage RootReader::wallpaper(const QRect& area, std::chrono::milliseconds patien
     if (unanswered_ && !replies.settle(*unanswered_)) {
         return {};
     }
-    const QImage picture = isReadable(replies) ? readWallpaper(area, replies) : QImage();
+    QImage picture = isReadable(replies) ? readWallpaper(area, replies) : QImage();
     end(replies);
     return picture;
 }
