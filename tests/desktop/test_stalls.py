@@ -139,3 +139,23 @@ class Stalls(OnX11):
     def test_a_root_that_does_not_answer_does_not_delay_the_end(self):
         self.stall_bundles()
         self.expect_saved_end(self.show_page(self.made))
+
+    def test_what_is_typed_is_found_while_all_icons_take_long(self):
+        # Names are known from the first run: the next one does not scan before it shows the page.
+        self.end_launcher(self.show_page(self.made))
+        (self.session.cache / "Amberquill" / "icons").unlink(missing_ok=True)
+        for number, application in enumerate(self.made):
+            icon = self.session.home / f"slow{number}.svg"
+            icon.write_text(slow_drawing(), encoding="utf-8")
+            self.applications.write_entry(application.path, application.name, icon)
+        launcher = self.begin_launcher()
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        self.expect_focus()
+        self.session.run("xdotool", "type", "App 3")
+
+        def found():
+            self.session.press("Return")
+            return self.applications.started()
+
+        until(found, "the application's start")
+        self.expect_end(launcher)
