@@ -8,6 +8,13 @@
 
 namespace amberquill {
 
+namespace {
+
+// A thread without work ends after so long: the lanes of a launcher at rest have none.
+constexpr std::chrono::milliseconds idleThreads{5000};
+
+} // namespace
+
 class BackgroundLane::Task final : public QRunnable {
 public:
     Task(BackgroundLane& lane, Work work)
@@ -45,6 +52,7 @@ private:
 BackgroundLane::BackgroundLane(const Bounds& bounds)
     : bounds_(bounds) {
     pool_.setMaxThreadCount(bounds_.width);
+    pool_.setExpiryTimeout(static_cast<int>(idleThreads.count()));
 }
 
 BackgroundLane::~BackgroundLane() {
