@@ -35,8 +35,9 @@ protected:
     [[nodiscard]] bool isDecoded(int page) const {
         int known = 0;
         for (int slot = 0; slot < perPage; ++slot) {
-            const auto index = static_cast<std::size_t>(page * perPage + slot);
-            known += cache_.isKnown(*model_->items()[index].asApp(), edge()) ? 1 : 0;
+            const int index = page * perPage + slot;
+            known +=
+                cache_.isKnown(*model_->items()[static_cast<std::size_t>(index)].asApp(), edge()) ? 1 : 0;
         }
         return known == perPage;
     }

@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <map>
 #include <sys/stat.h>
+#include <utility>
 
 namespace amberquill::desktop {
 namespace {
@@ -16,10 +17,9 @@ using FolderKey = std::pair<dev_t, ino_t>;
 
 class FolderWalk {
 public:
-    FolderWalk(std::size_t folder, const QString& path, std::vector<IndexedEntry>& found,
-               ScannedFolders& scanned)
+    FolderWalk(std::size_t folder, QString path, std::vector<IndexedEntry>& found, ScannedFolders& scanned)
         : folder_(folder)
-        , path_(path)
+        , path_(std::move(path))
         , found_(found)
         , scanned_(scanned) {}
 
