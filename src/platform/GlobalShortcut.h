@@ -41,6 +41,9 @@ public:
     // Its presses arrive no more. Harmless where there are none.
     virtual void remove(std::uint32_t id) = 0;
 
+    // What tells of the presses may be there again after it had gone: it is asked anew.
+    virtual void serviceCameBack() {}
+
     // There is one handler for all ids.
     [[nodiscard]] bool hasHandler() const { return handler_ != nullptr; }
     void setHandler(Handler handler) { handler_ = std::move(handler); }

@@ -13,8 +13,9 @@ public:
     TrayHosts& operator=(const TrayHosts&) = delete;
     virtual ~TrayHosts() = default;
 
-    // Calls `came` when there is a tray: soon, where there is one now, and each time that one comes.
-    virtual void follow(std::function<void()> came) = 0;
+    // Calls `came` when there is a tray: soon, where there is one now, and each time that one comes. Calls
+    // `gone` when no tray to come will see the item that was made: another has to be made then.
+    virtual void follow(std::function<void()> came, std::function<void()> gone) = 0;
 
     // What is seen of the program's item in its tray now, in device pixels, with as much of its panel as is
     // behind it. Null where nothing tells: most trays draw items themselves.
@@ -24,7 +25,7 @@ public:
 // A desktop whose trays tell nothing: one is taken to be there.
 class NullTrayHosts final : public TrayHosts {
 public:
-    void follow(std::function<void()> came) override { came(); }
+    void follow(std::function<void()> came, std::function<void()> /*gone*/) override { came(); }
     [[nodiscard]] QImage itemPicture() const override { return {}; }
 };
 

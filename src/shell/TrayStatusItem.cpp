@@ -35,15 +35,21 @@ void TrayStatusItem::letGo(std::unique_ptr<Object>& object) {
 void TrayStatusItem::setVisible(bool visible) {
     isVisible_ = visible;
     if (!visible) {
-        letGo(icon_);
-        letGo(menu_);
+        drop();
         return;
     }
-    hosts_.follow([this] {
-        if (isVisible_ && icon_ == nullptr) {
-            make();
-        }
-    });
+    hosts_.follow(
+        [this] {
+            if (isVisible_ && icon_ == nullptr) {
+                make();
+            }
+        },
+        [this] { drop(); });
+}
+
+void TrayStatusItem::drop() {
+    letGo(icon_);
+    letGo(menu_);
 }
 
 void TrayStatusItem::make() {

@@ -35,6 +35,7 @@ private:
     template<typename Object>
     void letGo(std::unique_ptr<Object>& object);
     void make();
+    void drop();
     void refill();
     void setTone(PanelTone tone);
     void lookSoon();

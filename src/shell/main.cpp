@@ -229,13 +229,18 @@ int main(int argc, char* argv[]) {
     const auto notifications = desktop::makeStartupNotifications();
     // A bus that does not answer is not asked to start applications either: that would wait for it.
     std::function<bool()> hasBus = [] { return false; };
+    // Qt's own connection stays dead once its bus has gone. One of ours is there for the next bus.
+    std::optional<QDBusConnection> nextBus;
+    const desktop::CurrentBus sessionBus = [&nextBus] {
+        return nextBus ? *nextBus : QDBusConnection::sessionBus();
+    };
     DeferredOpener opener([&]() -> std::unique_ptr<ApplicationOpener> {
         return std::make_unique<desktop::LinuxApplicationOpener>(
-            start, hasBus() ? QDBusConnection::sessionBus() : QDBusConnection(QStringLiteral("none")),
+            start, [&] { return hasBus() ? sessionBus() : QDBusConnection(QStringLiteral("none")); },
             *notifications, queue);
     });
     desktop::InotifyFolderWatcher watcher(queue);
-    desktop::LinuxMotionPreference motion(environment, queue, [] { return QDBusConnection::sessionBus(); });
+    desktop::LinuxMotionPreference motion(environment, queue, sessionBus);
     windows->setActivationToken(desktop::takeStartToken(start.environment, QGuiApplication::platformName()));
 
     Preparations prepared = reading.takeBy(readingStarted + longestReading);
@@ -245,7 +250,7 @@ int main(int argc, char* argv[]) {
         return scanned ? std::move(*scanned) : AppScanner::scan(scanServices);
     };
     desktop::PatientConnector shortcutsBus(busAddress, QStringLiteral("shortcuts"), queue);
-    desktop::LinuxTrayHosts trayHosts([] { return QDBusConnection::sessionBus(); });
+    desktop::LinuxTrayHosts trayHosts(sessionBus);
     TrayStatusItem statusItem(trayHosts, queue);
     const desktop::AutostartLoginItem::Settings autostart{desktop::autostartFolders(environment), program,
                                                           entrySettings.currentDesktops};
@@ -254,6 +259,9 @@ int main(int argc, char* argv[]) {
         locations.applicationSupport + QStringLiteral("/Amberquill/layout-history/copy.json"),
         preferencesPath, locations.caches + QStringLiteral("/Amberquill/names"),
         autostart.folders.first() + QStringLiteral("/org.amberquill.Amberquill.desktop")};
+    auto shortcut = desktop::makeGlobalShortcut(
+        queue, [&](desktop::PatientConnector::Connected then) { shortcutsBus.connect(std::move(then)); });
+    GlobalShortcut& shortcuts = *shortcut;
     AppDelegate delegate(
         {queue,
          files,
@@ -286,9 +294,7 @@ int main(int argc, char* argv[]) {
          {locations.home, desktop::homeFolderOfUser},
          [&frameworks](AppLanguage chosen) { frameworks.apply(chosen); },
          std::make_shared<desktop::AutostartLoginItem>(files, autostart),
-         desktop::makeGlobalShortcut(
-             queue,
-             [&](desktop::PatientConnector::Connected then) { shortcutsBus.connect(std::move(then)); }),
+         std::move(shortcut),
          std::make_shared<desktop::PropertyListMainBundle>(
              desktop::mainBundlePaths(program, locations.ownBundle)),
          installer,
@@ -307,9 +313,21 @@ int main(int argc, char* argv[]) {
     if (wish.request.kind == desktop::ApplicationRequest::Kind::Hide) {
         delegate.hideLauncher();
     }
+    desktop::PatientConnector nextBusConnector(busAddress, QStringLiteral("next session bus"), queue);
+    const auto takeUp = [&](const QDBusConnection& bus) {
+        if (bus.isConnected()) {
+            nextBus = bus;
+            trayHosts.busCameBack();
+            motion.busCameBack();
+        }
+    };
     const desktop::SingleInstance instance(
         claim, busAddress, queue,
-        [&](const desktop::ApplicationRequest& request) { carryOut(request, delegate); });
+        [&](const desktop::ApplicationRequest& request) { carryOut(request, delegate); },
+        [&] {
+            shortcuts.serviceCameBack();
+            nextBusConnector.connect(takeUp);
+        });
     hasBus = [&instance] { return instance.hasBus(); };
     if (!instance.hasBus()) {
         // Before the views are made: making them connects the accessibility of Qt to it.

@@ -283,6 +283,20 @@ class OnSway(OnSwayCase):
             until(lambda: any(used in line for line in launcher.lines), "the use of the activation token")
         self.assertEqual(launcher.terminate(), 0)
 
+    def test_the_portal_of_another_bus_at_the_same_place_has_the_shortcut(self):
+        portal = self.session.start("/usr/bin/python3", "-B", PORTAL)
+        # Its own looks for the bus are minutes apart.
+        launcher = self.begin_launcher(AMBERQUILL_SLOWDOWN="8")
+        portal.expect("bound")
+        self.session.bus.kill()
+        self.session.restart_bus()
+        portal = self.session.start("/usr/bin/python3", "-B", PORTAL)
+        portal.expect("bound")
+        until(self.is_up, "the window")
+        portal.send("press hiding")
+        until(lambda: not self.is_up(), "the window's end")
+        self.end_launcher(launcher)
+
     def test_a_tray_that_comes_later_and_again_has_its_item(self):
         preferences = self.session.config / "Amberquill" / "preferences.json"
         preferences.parent.mkdir()

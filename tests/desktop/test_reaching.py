@@ -3,6 +3,7 @@
 import json
 import re
 import signal
+from pathlib import Path
 
 from harness import until
 from harness.hanging_bus import HangingBus
@@ -12,6 +13,7 @@ from launcher.on_x11 import OnX11
 
 NAME = "org.amberquill.Amberquill"
 OBJECT = "/org/amberquill/Amberquill"
+TRAY_HOST = Path(__file__).parent / "harness" / "tray_host.py"
 
 
 class Reaching(OnX11):
@@ -135,6 +137,43 @@ class AfterTheBusCameBack(OnX11):
         until(lambda: "true" in self.session.ask_bus("NameHasOwner", NAME), "the program's name again")
         self.assertEqual(self.begin_launcher().wait(), 0)
         self.session.window_of_class(WINDOW_CLASS)
+        self.end_launcher(launcher)
+
+    def begin_tray(self):
+        tray = self.session.start("/usr/bin/python3", "-B", TRAY_HOST)
+        tray.expect("item")
+        return tray
+
+    def begin_launcher_with_item(self):
+        preferences = self.session.config / "Amberquill" / "preferences.json"
+        preferences.parent.mkdir()
+        preferences.write_text(json.dumps({"showInMenuBar": True}), encoding="utf-8")
+        launcher = self.begin_shown_launcher(self.made)
+        self.begin_tray()
+        return launcher
+
+    def test_its_status_item_is_in_the_new_tray(self):
+        launcher = self.begin_launcher_with_item()
+        for _ in range(2):
+            self.session.bus.kill()
+            self.session.restart_bus()
+            tray = self.begin_tray()
+            self.expect_focus()
+            tray.send("activate")
+            self.expect_hidden()
+            tray.send("activate")
+            self.window = self.session.window_of_class(WINDOW_CLASS)
+        self.end_launcher(launcher)
+
+    def test_applications_are_started_over_it(self):
+        self.made.append(self.applications.add_activatable("App 9", "org.example.Activated"))
+        launcher = self.begin_launcher_with_item()
+        self.session.bus.kill()
+        self.session.restart_bus()
+        self.begin_tray()
+        self.click_icon(8)
+        until(self.applications.started, "the application's start")
+        self.assertEqual(self.applications.started().splitlines()[0], "bus")
         self.end_launcher(launcher)
 
 

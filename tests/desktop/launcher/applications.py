@@ -54,6 +54,7 @@ class Applications:
         self._bundles = session.home / "Applications"
         self._pictures = session.home / "pictures"
         self._themed = session.data / "icons" / "hicolor" / "256x256" / "apps"
+        self._services = session.data / "dbus-1" / "services"
         self._record = session.home / "record"
         self._started = session.home / "started"
         for folder in (self._entries, self._bundles, self._pictures, self._themed):
@@ -100,6 +101,15 @@ class Applications:
             f'[Desktop Entry]\nType=Application\nName={name}\nIcon={icon}\nExec="{self._record}" "{name}"\n',
             encoding="utf-8",
         )
+
+    def add_activatable(self, name, identifier):
+        """An entry whose application is started by the bus, which appends "bus" first."""
+        application = self.add_entry(name, identifier)
+        with application.path.open("a", encoding="utf-8") as entry:
+            entry.write("DBusActivatable=true\n")
+        service = f"[D-BUS Service]\nName={identifier}\nExec={self._record} bus\n"
+        (self._services / f"{identifier}.service").write_text(service, encoding="utf-8")
+        return application
 
     def rename(self, application, name):
         """Gives an entry another name to show; everything else stays."""

@@ -30,7 +30,7 @@ std::optional<bool> boolean(const std::optional<QVariant>& value) {
 
 } // namespace
 
-LinuxMotionPreference::LinuxMotionPreference(const Environment& environment, MainQueue& queue, SessionBus bus)
+LinuxMotionPreference::LinuxMotionPreference(const Environment& environment, MainQueue& queue, CurrentBus bus)
     : queue_(queue)
     , bus_(std::move(bus))
     , configuration_(configurationFolders(environment))
@@ -46,6 +46,16 @@ void LinuxMotionPreference::follow(std::function<void()> changed) {
             &LinuxMotionPreference::readFilesSoon);
     connect(watcher_.get(), &QFileSystemWatcher::fileChanged, this, &LinuxMotionPreference::readFilesSoon);
     readFiles();
+    followPortal();
+}
+
+void LinuxMotionPreference::busCameBack() {
+    if (portal_) {
+        followPortal();
+    }
+}
+
+void LinuxMotionPreference::followPortal() {
     portal_ = std::make_unique<PortalSettings>(
         bus_(), QList<PortalKey>{reducedMotion, enableAnimations},
         [this](const PortalKey& key, const std::optional<QVariant>& value) { take(key, value); });

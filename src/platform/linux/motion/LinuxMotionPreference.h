@@ -2,11 +2,11 @@
 
 #include "platform/MainQueue.h"
 #include "platform/MotionPreference.h"
+#include "platform/linux/dbus/CurrentBus.h"
 #include "platform/linux/dbus/PortalSettings.h"
 #include "platform/linux/files/Environment.h"
 #include "platform/linux/motion/MotionSettings.h"
 
-#include <QDBusConnection>
 #include <QFileSystemWatcher>
 #include <QObject>
 #include <functional>
@@ -20,16 +20,17 @@ class LinuxMotionPreference final : public QObject, public MotionPreference {
     Q_OBJECT
 
 public:
-    // Called once, by follow(): connecting takes a moment.
-    using SessionBus = std::function<QDBusConnection()>;
-
-    // `queue` outlives this object.
-    LinuxMotionPreference(const Environment& environment, MainQueue& queue, SessionBus bus);
+    // `bus` is called by follow() and busCameBack(). `queue` outlives this object.
+    LinuxMotionPreference(const Environment& environment, MainQueue& queue, CurrentBus bus);
 
     [[nodiscard]] bool isReduced() const override { return isReduced_; }
     void follow(std::function<void()> changed) override;
 
+    // There is another connection to the session bus: its portal is followed.
+    void busCameBack();
+
 private:
+    void followPortal();
     void readFiles();
     void readFilesSoon();
     void filesAreRead(const MotionFiles& files);
@@ -38,7 +39,7 @@ private:
     void decide();
 
     MainQueue& queue_;
-    SessionBus bus_;
+    CurrentBus bus_;
     QStringList configuration_;
     MotionSettings settings_;
     std::function<void()> changed_;

@@ -35,6 +35,14 @@ void PortalShortcuts::remove(std::uint32_t id) {
     }
 }
 
+// The bus, which has only now begun: its portal may take a while.
+void PortalShortcuts::serviceCameBack() {
+    if (!shortcuts_.empty() && !session_) {
+        repetitions_ = 1;
+        ask(0);
+    }
+}
+
 void PortalShortcuts::ask(double secondsFromNow) {
     due_.cancel();
     due_ = queue_.postAfter(secondsFromNow, [self = QPointer(this)] {

@@ -37,6 +37,7 @@ public:
 
     void add(std::uint32_t id, const KeyChord& chord) override;
     void remove(std::uint32_t id) override;
+    void serviceCameBack() override;
 
 private Q_SLOTS:
     void busLost();

@@ -42,26 +42,43 @@ const QWindow* itemWindow() {
 
 } // namespace
 
-LinuxTrayHosts::LinuxTrayHosts(std::function<QDBusConnection()> sessionBus)
+LinuxTrayHosts::LinuxTrayHosts(CurrentBus sessionBus)
     : sessionBus_(std::move(sessionBus)) {}
 
 LinuxTrayHosts::~LinuxTrayHosts() = default;
 
-void LinuxTrayHosts::follow(std::function<void()> came) {
+void LinuxTrayHosts::follow(std::function<void()> came, std::function<void()> gone) {
     came_ = std::move(came);
+    gone_ = std::move(gone);
     if (!watcher_) {
-        bus_ = sessionBus_();
-        watcher_ =
-            std::make_unique<QDBusServiceWatcher>(service, *bus_, QDBusServiceWatcher::WatchForRegistration);
-        connect(watcher_.get(), &QDBusServiceWatcher::serviceRegistered, this, &LinuxTrayHosts::ask);
-        // What collects the items may be there before who shows them. Of any sender: to watch one, Qt would
-        // wait for the bus to tell who that is.
-        bus_->connect(QString(), path, service, QStringLiteral("StatusNotifierHostRegistered"), this,
-                      SLOT(ask()));
+        followBus();
         if (xcb_connection_t* connection = xConnection()) {
             olderTrays_ = std::make_unique<OlderTrays>(connection, [this] { ask(); });
             qGuiApp->installNativeEventFilter(olderTrays_.get());
         }
+    }
+    ask();
+}
+
+void LinuxTrayHosts::followBus() {
+    bus_ = sessionBus_();
+    watcher_ =
+        std::make_unique<QDBusServiceWatcher>(service, *bus_, QDBusServiceWatcher::WatchForRegistration);
+    connect(watcher_.get(), &QDBusServiceWatcher::serviceRegistered, this, &LinuxTrayHosts::ask);
+    // What collects the items may be there before who shows them. Of any sender: to watch one, Qt would wait
+    // for the bus to tell who that is.
+    bus_->connect(QString(), path, service, QStringLiteral("StatusNotifierHostRegistered"), this,
+                  SLOT(ask()));
+}
+
+void LinuxTrayHosts::busCameBack() {
+    if (!watcher_) {
+        return;
+    }
+    followBus();
+    // An item in a tray of the older kind needs no bus.
+    if (xConnection() == nullptr || itemWindow() == nullptr) {
+        gone_();
     }
     ask();
 }

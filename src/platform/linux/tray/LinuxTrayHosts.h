@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/TrayHosts.h"
+#include "platform/linux/dbus/CurrentBus.h"
 #include "platform/linux/tray/OlderTrays.h"
 
-#include <QDBusConnection>
 #include <QObject>
 #include <memory>
 #include <optional>
@@ -19,23 +19,30 @@ class LinuxTrayHosts final : public QObject, public TrayHosts {
     Q_OBJECT
 
 public:
-    // The session bus is asked for when the hosts are first followed.
-    explicit LinuxTrayHosts(std::function<QDBusConnection()> sessionBus);
+    // The session bus is asked for when the hosts are first followed, and when it came back.
+    explicit LinuxTrayHosts(CurrentBus sessionBus);
     ~LinuxTrayHosts() override;
 
     LinuxTrayHosts(const LinuxTrayHosts&) = delete;
     LinuxTrayHosts& operator=(const LinuxTrayHosts&) = delete;
 
-    void follow(std::function<void()> came) override;
+    void follow(std::function<void()> came, std::function<void()> gone) override;
     [[nodiscard]] QImage itemPicture() const override;
+
+    // There is another connection to the session bus: its hosts are followed. What Qt made for a host of the
+    // bus before stays with that one.
+    void busCameBack();
 
 private Q_SLOTS:
     void ask();
 
 private:
-    std::function<QDBusConnection()> sessionBus_;
+    void followBus();
+
+    CurrentBus sessionBus_;
     std::optional<QDBusConnection> bus_;
     std::function<void()> came_;
+    std::function<void()> gone_;
     std::unique_ptr<QDBusServiceWatcher> watcher_;
     std::unique_ptr<OlderTrays> olderTrays_;
 };

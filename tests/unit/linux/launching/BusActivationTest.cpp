@@ -43,7 +43,8 @@ protected:
     }
 
     PrivateBus bus_;
-    BusActivation activation_{bus_.connect()};
+    QDBusConnection connection_ = bus_.connect();
+    BusActivation activation_{[this] { return connection_; }};
     QList<BusActivationResult> results_;
 };
 
@@ -91,7 +92,7 @@ TEST_F(BusActivationTest, AServiceThatEndsBeforeItIsThereIsUnavailable) {
 }
 
 TEST_F(BusActivationTest, WithoutABusItIsUnavailable) {
-    BusActivation activation(noBus());
+    BusActivation activation(noBus);
     activation.activate(calc, {}, [this](BusActivationResult result) { results_ += result; });
     EXPECT_EQ(result(), BusActivationResult::Unavailable);
 }

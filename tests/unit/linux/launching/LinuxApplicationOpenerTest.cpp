@@ -51,7 +51,8 @@ protected:
     }
 
     void makeOpener(const QDBusConnection& bus = noBus()) {
-        opener_ = std::make_unique<LinuxApplicationOpener>(start(), bus, notifications_, queue_);
+        opener_ = std::make_unique<LinuxApplicationOpener>(
+            start(), [bus] { return bus; }, notifications_, queue_);
     }
 
     void open(const QString& path, const QString& token = {}) {
@@ -247,7 +248,8 @@ TEST_F(LinuxApplicationOpenerTest, AManagerThatHangsDoesNotKeepItFromStarting) {
     MockManager manager(bus.connect());
     manager.setAnswer(MockManager::Answer::None);
     ManualQueue time;
-    LinuxApplicationOpener opener(start(), bus.connect(), notifications_, time);
+    LinuxApplicationOpener opener(
+        start(), [&bus] { return bus.connect(); }, notifications_, time);
     opener.open(files_.writeEntry(u"calc.desktop"_s, execLine()), {},
                 [this](bool started) { results_ += started; });
     time.runPosted();

@@ -18,7 +18,8 @@ namespace {
 int quitAfterOpening(const StartState& start, const QString& path) {
     EventLoopQueue queue;
     NullStartupNotifications notifications;
-    LinuxApplicationOpener opener(start, QDBusConnection(u"none"_s), notifications, queue);
+    LinuxApplicationOpener opener(
+        start, [] { return QDBusConnection(u"none"_s); }, notifications, queue);
     opener.open(path, {}, [](bool started) { QCoreApplication::exit(started ? 0 : 1); });
     return QCoreApplication::exec();
 }

@@ -54,7 +54,7 @@ protected:
     PrivateBus bus_;
     QDBusConnection connection_ = bus_.connect();
     ManualQueue queue_;
-    SystemdScope scope_{connection_, queue_};
+    SystemdScope scope_{[this] { return connection_; }, queue_};
     int placed_ = 0;
 };
 
@@ -134,9 +134,23 @@ TEST_F(SystemdScopeTest, AManagerThatIsNotRunningIsNotStarted) {
 }
 
 TEST_F(SystemdScopeTest, WithoutABusNothingWaits) {
-    SystemdScope scope(noBus(), queue_);
+    SystemdScope scope(noBus, queue_);
     scope.place(4242, u"x"_s, u"X"_s, [this] { ++placed_; });
     EXPECT_EQ(placed_, 1);
+}
+
+TEST_F(SystemdScopeTest, TheManagerOfABusThatCameBackIsAsked) {
+    place();
+    EXPECT_TRUE(waitUntil([&] { return placed_ == 1; }));
+    bus_.stop();
+    bus_.startAgain();
+    connection_ = bus_.connect();
+    MockManager manager(bus_.connect());
+    place();
+    ASSERT_TRUE(waitUntil([&] { return manager.requests().size() == 1; }));
+    EXPECT_EQ(placed_, 1);
+    manager.finishJob(manager.requests().front().unit);
+    EXPECT_TRUE(waitUntil([&] { return placed_ == 2; }));
 }
 
 TEST_F(SystemdScopeTest, TwoStartsOfAnApplicationHaveTwoScopes) {

@@ -137,6 +137,26 @@ TEST_F(OnABus, WhatIsKnownAtOnceCountsBeforeAnyChange) {
     EXPECT_TRUE(becomes(true));
 }
 
+TEST_F(OnABus, ThePortalOfABusThatCameBackIsFollowed) {
+    portal_.set(reducedMotion, 1U);
+    portal_.appear();
+    QDBusConnection connection = bus_.connect();
+    preference_ = std::make_unique<LinuxMotionPreference>(environmentOf({{"XDG_CONFIG_HOME", "/nowhere"}}),
+                                                          queue_, [&connection] { return connection; });
+    preference_->follow([] {});
+    EXPECT_TRUE(becomes(true));
+    bus_.stop();
+    bus_.startAgain();
+    MockPortal another(bus_.connect());
+    another.set(reducedMotion, 0U);
+    another.appear();
+    connection = bus_.connect();
+    preference_->busCameBack();
+    EXPECT_TRUE(becomes(false));
+    another.change(reducedMotion, 1U);
+    EXPECT_TRUE(becomes(true));
+}
+
 TEST_F(OnABus, APortalThatHangsLeavesItToTheFiles) {
     portal_.hang();
     portal_.appear();

@@ -289,6 +289,37 @@ TEST_F(PortalShortcutsTest, ABusThatGoesAndComesBackIsAskedAnew) {
     EXPECT_TRUE(waitUntil([this] { return presses_.size() == 1; }));
 }
 
+TEST_F(PortalShortcutsTest, ABusThatComesBackAfterVeryLongIsAskedAtOnceWhenThatIsTold) {
+    portal_.start();
+    addAndAsk();
+    expectAsked(1);
+    shortcutsBus_ = noBus();
+    bus_.stop();
+    EXPECT_TRUE(waitUntil([this] { return queue_.timers() > 0; }));
+    queue_.advance(3600);
+    EXPECT_EQ(queue_.timers(), 0U) << "still being looked for";
+    bus_.startAgain();
+    portalBus_ = bus_.connect();
+    shortcutsBus_ = bus_.connect();
+    QObject object;
+    auto& portal = *new MockShortcutsPortal(object, portalBus_);
+    portal.start();
+    shortcuts_.serviceCameBack();
+    queue_.advance(0);
+    EXPECT_TRUE(waitUntil([&] { return portal.calls.size() >= asked_.size(); }));
+    EXPECT_EQ(portal.calls, asked_);
+}
+
+TEST_F(PortalShortcutsTest, WhatIsThereIsNotAskedASecondTime) {
+    portal_.start();
+    addAndAsk();
+    expectAsked(1);
+    shortcuts_.serviceCameBack();
+    queue_.advance(0);
+    settle();
+    EXPECT_EQ(portal_.calls, asked_);
+}
+
 TEST_F(PortalShortcutsTest, WhatAPortalSaysAmissIsHarmless) {
     for (const QVariant& handle : {QVariant(u"no path"_s), QVariant(u"/a//b"_s), QVariant(7),
                                    QVariant(QStringList{u"/a"_s, u"/b"_s})}) {

@@ -18,7 +18,7 @@ namespace {
 class LinuxTrayHostsTest : public testing::Test {
 protected:
     void follow() {
-        hosts_.follow([this] { ++trays_; });
+        hosts_.follow([this] { ++trays_; }, [this] { ++gone_; });
     }
 
     [[nodiscard]] bool isTold(int trays) {
@@ -45,6 +45,7 @@ protected:
     MockWatcher watcher_{watcherBus_};
     LinuxTrayHosts hosts_{[this] { return hostsBus_; }};
     int trays_ = 0;
+    int gone_ = 0;
 };
 
 } // namespace
@@ -83,11 +84,38 @@ TEST_F(LinuxTrayHostsTest, WhatCollectsItemsThatNobodyShowsIsNoTray) {
 TEST_F(LinuxTrayHostsTest, WhoFollowsAnewIsToldInstead) {
     follow();
     int told = 0;
-    hosts_.follow([&told] { ++told; });
+    hosts_.follow([&told] { ++told; }, [] {});
     watcher_.setHost(true);
     watcher_.appear();
     EXPECT_TRUE(waitUntil([&] { return told == 1; }));
     EXPECT_EQ(trays_, 0);
+}
+
+TEST_F(LinuxTrayHostsTest, TheHostsOfABusThatCameBackAreTold) {
+    watcher_.setHost(true);
+    watcher_.appear();
+    follow();
+    EXPECT_TRUE(isTold(1));
+    bus_.stop();
+    bus_.startAgain();
+    QDBusConnection newWatcherBus = bus_.connect();
+    MockWatcher newWatcher(newWatcherBus);
+    newWatcher.setHost(true);
+    newWatcher.appear();
+    hostsBus_ = bus_.connect();
+    EXPECT_EQ(gone_, 0);
+    hosts_.busCameBack();
+    EXPECT_EQ(gone_, 1);
+    EXPECT_TRUE(isTold(2));
+    newWatcher.disappear();
+    newWatcher.appear();
+    EXPECT_TRUE(isTold(3));
+}
+
+TEST_F(LinuxTrayHostsTest, ABusThatCameBackIsLeftAloneWhereNobodyFollows) {
+    hosts_.busCameBack();
+    settle();
+    EXPECT_EQ(watcher_.questions(), 0);
 }
 
 TEST_F(LinuxTrayHostsTest, ABusThatHangsKeepsNobodyWaiting) {
@@ -106,7 +134,7 @@ TEST_F(LinuxTrayHostsTest, ABusThatHangsKeepsNobodyWaiting) {
 TEST(LinuxTrayHosts, WithoutABusThereIsNoTray) {
     LinuxTrayHosts hosts([] { return QDBusConnection(u"none"_s); });
     int trays = 0;
-    hosts.follow([&trays] { ++trays; });
+    hosts.follow([&trays] { ++trays; }, [] {});
     QCoreApplication::processEvents();
     EXPECT_EQ(trays, 0);
 }

@@ -72,12 +72,13 @@ std::optional<BusAddress> busAddress(const QString& applicationId) {
     return BusAddress{applicationId, path};
 }
 
-BusActivation::BusActivation(QDBusConnection sessionBus)
-    : bus_(std::move(sessionBus)) {}
+BusActivation::BusActivation(CurrentBus sessionBus)
+    : sessionBus_(std::move(sessionBus)) {}
 
 void BusActivation::activate(const BusAddress& address, const QString& token,
                              std::function<void(BusActivationResult)> then) {
-    if (!bus_.isConnected()) {
+    const QDBusConnection bus = sessionBus_();
+    if (!bus.isConnected()) {
         then(BusActivationResult::Unavailable);
         return;
     }
@@ -89,7 +90,7 @@ void BusActivation::activate(const BusAddress& address, const QString& token,
     QDBusMessage message = QDBusMessage::createMethodCall(address.name, address.path,
                                                           u"org.freedesktop.Application"_s, u"Activate"_s);
     message << platformData;
-    auto* const call = new QDBusPendingCallWatcher(bus_.asyncCall(message, longestWaitMilliseconds), this);
+    auto* const call = new QDBusPendingCallWatcher(bus.asyncCall(message, longestWaitMilliseconds), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [call, then = std::move(then)] {
         call->deleteLater();
         then(resultFor(call->reply()));

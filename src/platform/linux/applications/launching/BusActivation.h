@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QDBusConnection>
+#include "platform/linux/dbus/CurrentBus.h"
+
 #include <QObject>
 #include <QString>
 #include <functional>
@@ -31,14 +32,14 @@ class BusActivation final : public QObject {
     Q_OBJECT
 
 public:
-    explicit BusActivation(QDBusConnection sessionBus);
+    explicit BusActivation(CurrentBus sessionBus);
 
     // `token` may be empty. `then` is called once, after two minutes and a bit at the latest.
     void activate(const BusAddress& address, const QString& token,
                   std::function<void(BusActivationResult)> then);
 
 private:
-    QDBusConnection bus_;
+    CurrentBus sessionBus_;
 };
 
 } // namespace amberquill::desktop

@@ -45,7 +45,7 @@ StartupNotice startupNotice(const LaunchPlan& plan, const QString& token) {
 
 } // namespace
 
-LinuxApplicationOpener::LinuxApplicationOpener(StartState start, QDBusConnection sessionBus,
+LinuxApplicationOpener::LinuxApplicationOpener(StartState start, CurrentBus sessionBus,
                                                StartupNotifications& notifications, MainQueue& queue)
     : start_(std::move(start))
     , context_(launchContextFrom(start_.environment.lookup()))

@@ -7,7 +7,6 @@
 #include "platform/linux/applications/launching/StartState.h"
 #include "platform/linux/applications/launching/StartupNotifications.h"
 
-#include <QDBusConnection>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -28,7 +27,7 @@ class LinuxApplicationOpener final : public ApplicationOpener {
 public:
     // `start` is what main() has captured before anything else. The queue and the notifications outlive the
     // opener. A bus that is not connected counts as a desktop without one.
-    LinuxApplicationOpener(StartState start, QDBusConnection sessionBus, StartupNotifications& notifications,
+    LinuxApplicationOpener(StartState start, CurrentBus sessionBus, StartupNotifications& notifications,
                            MainQueue& queue);
 
     void open(const QString& path, const QString& token, std::function<void(bool started)> done) override;

@@ -24,7 +24,7 @@ bool succeeded(int outcome) {
 
 } // namespace
 
-ProcessLauncher::ProcessLauncher(QDBusConnection sessionBus, MainQueue& queue)
+ProcessLauncher::ProcessLauncher(CurrentBus sessionBus, MainQueue& queue)
     : scope_(std::move(sessionBus), queue)
     , reaper_(queue) {}
 

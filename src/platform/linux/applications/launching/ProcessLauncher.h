@@ -4,7 +4,6 @@
 #include "platform/linux/applications/launching/HeldProcess.h"
 #include "platform/linux/applications/launching/SystemdScope.h"
 
-#include <QDBusConnection>
 #include <QObject>
 #include <functional>
 
@@ -20,7 +19,7 @@ class ProcessLauncher final : public QObject {
     Q_OBJECT
 
 public:
-    ProcessLauncher(QDBusConnection sessionBus, MainQueue& queue);
+    ProcessLauncher(CurrentBus sessionBus, MainQueue& queue);
 
     // `id` and `description` are the scope's. `done` is called once: true when the program runs.
     void launch(const ProcessRequest& request, const QString& id, const QString& description,

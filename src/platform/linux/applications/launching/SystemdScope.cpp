@@ -75,14 +75,18 @@ QString scopeName(QStringView applicationId, quint64 random) {
     return before + systemdEscaped(applicationId) + after;
 }
 
-SystemdScope::SystemdScope(QDBusConnection sessionBus, MainQueue& queue)
-    : bus_(std::move(sessionBus))
+SystemdScope::SystemdScope(CurrentBus sessionBus, MainQueue& queue)
+    : sessionBus_(std::move(sessionBus))
+    , bus_(QString())
     , queue_(queue) {
     registerSystemdTypes();
 }
 
 void SystemdScope::place(pid_t process, const QString& applicationId, const QString& description,
                          std::function<void()> then) {
+    if (waiting_.isEmpty()) {
+        bus_ = sessionBus_();
+    }
     if (!bus_.isConnected()) {
         then();
         return;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/MainQueue.h"
+#include "platform/linux/dbus/CurrentBus.h"
 
 #include <QDBusConnection>
 #include <QDBusObjectPath>
@@ -28,7 +29,7 @@ class SystemdScope final : public QObject {
     Q_OBJECT
 
 public:
-    SystemdScope(QDBusConnection sessionBus, MainQueue& queue);
+    SystemdScope(CurrentBus sessionBus, MainQueue& queue);
 
     // Moves the process, which waits for it, into a scope. `then` is called once, in any case: when it is
     // there, when there can be none, or when the manager takes too long. `description` is for people.
@@ -47,7 +48,8 @@ private:
     void listen(bool on);
     void finish(const QString& unit);
 
-    QDBusConnection bus_;
+    CurrentBus sessionBus_;
+    QDBusConnection bus_; // while somebody waits
     MainQueue& queue_;
     QHash<QString, Waiting> waiting_; // by unit
 };
