@@ -115,8 +115,10 @@ void EventLoopQueue::release() {
     }
 }
 
-bool EventLoopQueue::runWithin(std::chrono::milliseconds longest, Work work) {
-    flushes_.start(std::move(work));
+bool EventLoopQueue::runWithin(std::chrono::milliseconds longest, std::vector<Work> works) {
+    for (Work& work : works) {
+        flushes_.start(std::move(work));
+    }
     return flushes_.waitUntil(BackgroundLane::Clock::now() + longest);
 }
 

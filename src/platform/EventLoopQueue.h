@@ -36,9 +36,9 @@ public:
     void hold() { isHeld_ = true; }
     void release();
 
-    // Runs the work on a thread of its own, and waits for its end no longer than that; whether it came. Work
-    // that is late goes on.
-    bool runWithin(std::chrono::milliseconds longest, Work work);
+    // Runs each of the works on a thread of its own, and waits for the end of all no longer than that;
+    // whether it came. Work that is late goes on.
+    bool runWithin(std::chrono::milliseconds longest, std::vector<Work> works);
 
     // At the program's end: lets go of what has not begun and waits for the rest. False: some of it has not
     // ended within that time, and goes on using what it was given.

@@ -301,10 +301,7 @@ void AppDelegate::toggleByPress(PressRoute route, const PressOrigin& origin) {
 
 void AppDelegate::applicationWillTerminate() {
     model_.save();
-    services_.runFlush([this] {
-        model_.flushSaves();
-        services_.preferences.flush();
-    });
+    services_.runFlushes({[this] { model_.flushSaves(); }, [this] { services_.preferences.flush(); }});
 }
 
 // What the session manager does next may be to end the process. Whether the next session begins with the

@@ -76,9 +76,13 @@ public:
         std::shared_ptr<GlobalShortcut> shortcut = std::make_shared<NullGlobalShortcut>();
         std::shared_ptr<const MainBundle> bundle = std::make_shared<NullMainBundle>();
         std::shared_ptr<ProgramInstaller> installer = std::make_shared<NullProgramInstaller>();
-        // Runs what writes everything that waits to be saved. May let go of it when it takes too long; it is
-        // safe on any thread, and uses the delegate until it ends.
-        std::function<void(std::function<void()> flush)> runFlush = [](const auto& flush) { flush(); };
+        // Runs what writes everything that waits to be saved, each piece of it on a thread of its own or one
+        // after the other. May let go of them when they take too long; they use the delegate until they end.
+        std::function<void(std::vector<std::function<void()>> flushes)> runFlushes = [](const auto& flushes) {
+            for (const auto& flush : flushes) {
+                flush();
+            }
+        };
         std::function<void()> trimHeap = [] {}; // gives what was freed back to the system
     };
 

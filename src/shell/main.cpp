@@ -262,44 +262,46 @@ int main(int argc, char* argv[]) {
     auto shortcut = desktop::makeGlobalShortcut(
         queue, [&](desktop::PatientConnector::Connected then) { shortcutsBus.connect(std::move(then)); });
     GlobalShortcut& shortcuts = *shortcut;
-    AppDelegate delegate(
-        {queue,
-         files,
-         preferences,
-         *windows,
-         *tokens,
-         opener,
-         watcher,
-         statusItem,
-         *scrollDevices,
-         *screens,
-         std::move(backdrop),
-         motion,
-         scan,
-         [&] {
-             queue.release();
-             opener.prepare();
-             queue.runInBackground([paths = writtenFiles, &files] { removeLeftovers(files, paths); }, [] {});
-             queue.postAfter(settledAfter, desktop::trimHeap);
-         },
-         [&icons] {
-             icons.forget();
-             IconCache::shared().retryMissing();
-         },
-         std::move(prepared),
-         locations.applicationSupport,
-         locations.caches,
-         language,
-         AppScanner::searchRoots(locations.home) + registered.watchedFolders(),
-         {locations.home, desktop::homeFolderOfUser},
-         [&frameworks](AppLanguage chosen) { frameworks.apply(chosen); },
-         std::make_shared<desktop::AutostartLoginItem>(files, autostart),
-         std::move(shortcut),
-         std::make_shared<desktop::PropertyListMainBundle>(
-             desktop::mainBundlePaths(program, locations.ownBundle)),
-         installer,
-         [&queue](std::function<void()> flush) { queue.runWithin(longestFlush, std::move(flush)); },
-         desktop::trimHeap});
+    AppDelegate delegate({queue,
+                          files,
+                          preferences,
+                          *windows,
+                          *tokens,
+                          opener,
+                          watcher,
+                          statusItem,
+                          *scrollDevices,
+                          *screens,
+                          std::move(backdrop),
+                          motion,
+                          scan,
+                          [&] {
+                              queue.release();
+                              opener.prepare();
+                              queue.runInBackground(
+                                  [paths = writtenFiles, &files] { removeLeftovers(files, paths); }, [] {});
+                              queue.postAfter(settledAfter, desktop::trimHeap);
+                          },
+                          [&icons] {
+                              icons.forget();
+                              IconCache::shared().retryMissing();
+                          },
+                          std::move(prepared),
+                          locations.applicationSupport,
+                          locations.caches,
+                          language,
+                          AppScanner::searchRoots(locations.home) + registered.watchedFolders(),
+                          {locations.home, desktop::homeFolderOfUser},
+                          [&frameworks](AppLanguage chosen) { frameworks.apply(chosen); },
+                          std::make_shared<desktop::AutostartLoginItem>(files, autostart),
+                          std::move(shortcut),
+                          std::make_shared<desktop::PropertyListMainBundle>(
+                              desktop::mainBundlePaths(program, locations.ownBundle)),
+                          installer,
+                          [&queue](std::vector<std::function<void()>> flushes) {
+                              queue.runWithin(longestFlush, std::move(flushes));
+                          },
+                          desktop::trimHeap});
     readers.setAnswered([&queue, &delegate] { queue.post([&delegate] { delegate.rootAnswered(); }); });
     if (layoutIsLate) {
         reading.layout.whenThere(
@@ -337,7 +339,7 @@ int main(int argc, char* argv[]) {
     const int status = QApplication::exec();
     if (!queue.finish(longestFinish) || reading.isUnderWay() || !readers.isIdle()) {
         // It uses objects of this function, and would keep them from going.
-        queue.runWithin(longestFinish, [&icons] { icons.endDecoding(); });
+        queue.runWithin(longestFinish, {[&icons] { icons.endDecoding(); }});
         ::_exit(status);
     }
     return status;

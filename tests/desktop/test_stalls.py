@@ -2,6 +2,7 @@
 
 import json
 import math
+import os
 
 from harness import until
 from harness.stalling import StallingFolder
@@ -47,8 +48,8 @@ class Stalls(OnX11):
         self.assertNotIn("    ", self.layout_file.read_text(encoding="utf-8"))
         self.assertEqual(json.loads(self.layout_file.read_bytes()), layout)
 
-    def show_page(self, applications):
-        launcher = self.begin_launcher()
+    def show_page(self, applications, **settings):
+        launcher = self.begin_launcher(**settings)
         self.window = self.session.window_of_class(WINDOW_CLASS)
         self.expect_page(applications)
         self.expect_focus()
@@ -81,6 +82,22 @@ class Stalls(OnX11):
         launcher = self.show_page(self.made)
         folder.stall()
         self.expect_end(launcher)
+
+    def test_a_layout_on_a_mount_that_does_not_answer_does_not_keep_preferences_from_being_saved(self):
+        preferences = self.session.config / "Amberquill" / "preferences.json"
+        preferences.parent.mkdir()
+        os.mkfifo(preferences)
+        self.write_layout(self.made)
+        folder = self.stalling(self.layout_file.parent)
+        # What could not be written is tried again when all this is over, and at the end.
+        launcher = self.show_page(self.made, AMBERQUILL_SLOWDOWN="8")
+        self.choose(self.IN_MENU_BAR)
+        launcher.expect(f'amberquill.saving: "{preferences}" is no regular file')
+        preferences.unlink()
+        folder.stall()
+        launcher.process.terminate()
+        self.assertEqual(launcher.wait(END), 0)
+        self.assertTrue(json.loads(preferences.read_bytes())["showInMenuBar"])
 
     def test_a_layout_that_is_late_is_applied_when_it_comes_and_never_saved_over(self):
         arranged = self.made[::-1]

@@ -118,10 +118,19 @@ TEST_F(EventLoopQueueTest, TheEndGivesUpOnWorkThatIsStuckAndDropsWhatHasNotBegun
 
 TEST_F(EventLoopQueueTest, AFlushIsNotWaitedForForever) {
     Stuck stuck;
-    EXPECT_TRUE(queue_.runWithin(10s, [this] { ++worked_; }));
+    EXPECT_TRUE(queue_.runWithin(10s, {[this] { ++worked_; }}));
     EXPECT_EQ(worked_, 1);
-    EXPECT_FALSE(queue_.runWithin(20ms, stuck.work()));
+    EXPECT_FALSE(queue_.runWithin(20ms, {stuck.work()}));
     EXPECT_FALSE(queue_.finish(20ms));
+    stuck.end();
+    EXPECT_TRUE(queue_.finish(10s));
+}
+
+TEST_F(EventLoopQueueTest, AFlushThatIsStuckKeepsNoOtherWaiting) {
+    Stuck stuck;
+    std::counting_semaphore<> ended(0);
+    EXPECT_FALSE(queue_.runWithin(20ms, {stuck.work(), [&ended] { ended.release(); }}));
+    EXPECT_TRUE(ended.try_acquire_for(10s));
     stuck.end();
     EXPECT_TRUE(queue_.finish(10s));
 }
