@@ -19,6 +19,7 @@ GRIDS = ((5, 4), (6, 4), (7, 5), (8, 5), (8, 6), (9, 6))  # in the order of the 
 USUAL_GRID = GRIDS.index((7, 5))
 THEMES, LANGUAGES = 3, 8
 LARGEST = max(SIZES)
+DIALOGS = (OnX11.RESET, OnX11.EXPORT, OnX11.IMPORT, OnX11.CHECK_FOR_UPDATES)
 
 
 class SoakUser:
@@ -315,10 +316,10 @@ class SoakUser:
         time.sleep(0.1)
         self._close_other_windows()
 
-    def open_dialog(self):
+    def open_dialog(self, entry=None):
         """Asks for a reset, an export or an import, and thinks better of it, or exports."""
         self._begin()
-        entry = self._chance.choice((OnX11.RESET, OnX11.EXPORT, OnX11.IMPORT, OnX11.CHECK_FOR_UPDATES))
+        entry = self._chance.choice(DIALOGS) if entry is None else entry
         self._choose(entry)
         until(lambda: self._other_windows(), "the dialog", PATIENCE)
         time.sleep(0.3)
@@ -342,15 +343,37 @@ class SoakUser:
     def usual_grid(self):
         self.change_grid(USUAL_GRID)
 
-    def change_theme(self):
+    def change_theme(self, number=None):
         self._begin()
-        self._choose(OnX11.BACKGROUND, self._chance.randrange(THEMES))
+        self._choose(OnX11.BACKGROUND, self._chance.randrange(THEMES) if number is None else number)
         self._rest()
 
-    def change_language(self):
+    def change_language(self, number=None):
         self._begin()
-        self._choose(OnX11.LANGUAGE, self._chance.randrange(LANGUAGES))
+        self._choose(OnX11.LANGUAGE, self._chance.randrange(LANGUAGES) if number is None else number)
         self._rest()
+
+    def see_everything(self):
+        """Each choice and each dialog once: what is loaded for good at its first use is loaded then."""
+        for number in range(len(GRIDS)):
+            self.change_grid(number)
+        for number in range(THEMES):
+            self.change_theme(number)
+        for number in range(LANGUAGES):
+            self.change_language(number)
+        for entry in DIALOGS:
+            self.open_dialog(entry)
+        for size in SIZES:
+            self._resize(size)
+            self._begin()
+            self._rest()
+
+    def usual_state(self):
+        """On the first page, with the usual screen, grid and language: so states at different times compare."""
+        self.usual_screen()
+        self.usual_grid()
+        self.change_language(0)
+        self._go_to_page(0, self._page_count())
 
     def _choose(self, entry, sub_entry=None):
         keys = ["Menu", *["Down"] * entry]
