@@ -27,6 +27,7 @@ FILES = {
     "share/doc/amberquill/copyright",
     *(f"share/icons/hicolor/{edge}x{edge}/apps/{ID}.png" for edge in EDGES),
     f"share/icons/hicolor/scalable/apps/{ID}.svg",
+    f"share/icons/hicolor/symbolic/apps/{ID}-symbolic.svg",
     f"share/kglobalaccel/{ID}.desktop",
     "share/man/man1/amberquill.1.gz",
     f"share/metainfo/{ID}.metainfo.xml",

@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr unsigned sequencesPerTest = 1500;
+constexpr unsigned sequencesPerTest = 2000;
 constexpr unsigned stepsPerSequence = 40;
 
 using FolderSizes = std::map<QUuid, qsizetype>;
