@@ -219,6 +219,8 @@ public:
     // The layout that was late. It takes the place of what was arranged meanwhile, but not of an import or a
     // reset: these stand for any layout.
     void takeLateLayout(StoredLayout stored);
+    // The preferences have been read only now: takes the grid, the background and the language from them.
+    void takeLatePreferences();
     // Returns when what was saved is on the disk. Safe on any thread.
     void flushSaves() {
         store_.flush();
@@ -319,6 +321,9 @@ private:
     void search();
     void searchChanged(const QString& from);
 
+    void takeGridSide(int& side, int value);
+    void takeBackground(BackgroundTheme background);
+    void applyLanguage();
     [[nodiscard]] static int storedColumns(const Preferences& preferences);
     [[nodiscard]] static int storedRows(const Preferences& preferences);
     void setGridSide(int& side, int value, const QString& key);

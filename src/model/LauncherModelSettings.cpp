@@ -52,12 +52,26 @@ void LauncherModel::setGrid(int columns, int rows) {
     setRows(rows);
 }
 
+void LauncherModel::takeLatePreferences() {
+    takeGridSide(columns_, storedColumns(services_.preferences));
+    takeGridSide(rows_, storedRows(services_.preferences));
+    takeBackground(storedBackground(services_.preferences));
+    L::loadLanguage(services_.preferences);
+    language_ = L::language();
+    applyLanguage();
+}
+
 void LauncherModel::setGridSide(int& side, int value, const QString& key) {
+    const int allowed = std::clamp(value, 1, largestGridSide);
+    services_.preferences.setInteger(key, allowed);
+    takeGridSide(side, allowed);
+}
+
+void LauncherModel::takeGridSide(int& side, int value) {
     const int pagesBefore = displayedPageCount();
-    const int valueBefore = std::exchange(side, std::clamp(value, 1, largestGridSide));
-    services_.preferences.setInteger(key, side);
+    const int valueBefore = std::exchange(side, value);
     clampPage();
-    if (side != valueBefore) {
+    if (value != valueBefore) {
         Q_EMIT gridChanged();
     }
     if (displayedPageCount() != pagesBefore) {
@@ -66,8 +80,12 @@ void LauncherModel::setGridSide(int& side, int value, const QString& key) {
 }
 
 void LauncherModel::setBackground(BackgroundTheme background) {
-    const BackgroundTheme before = std::exchange(background_, background);
     services_.preferences.setString(backgroundKey, rawValue(background));
+    takeBackground(background);
+}
+
+void LauncherModel::takeBackground(BackgroundTheme background) {
+    const BackgroundTheme before = std::exchange(background_, background);
     if (background != before) {
         Q_EMIT backgroundChanged();
     }
@@ -77,7 +95,11 @@ void LauncherModel::setLanguage(AppLanguage language) {
     language_ = language;
     L::setLanguage(language);
     services_.preferences.setString(QStringLiteral("appLanguage"), rawValue(language));
-    services_.applyToFrameworks(language);
+    applyLanguage();
+}
+
+void LauncherModel::applyLanguage() {
+    services_.applyToFrameworks(language_);
     Q_EMIT languageDidChange();
 }
 

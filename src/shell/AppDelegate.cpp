@@ -141,7 +141,19 @@ void AppDelegate::startUpdates() {
             self->hideLauncher();
         }
     };
-    updates_.start();
+    // Who does not want automatic checks has said so in the preferences.
+    if (!services_.prepared.preferencesAreLate) {
+        updates_.start();
+    }
+}
+
+void AppDelegate::takeLatePreferences() {
+    services_.prepared.preferencesAreLate = false;
+    model_.takeLatePreferences();
+    if (controller_) {
+        visibility_.apply();
+        updates_.start();
+    }
 }
 
 // An update that is found by itself waits until the user has nothing in hand.

@@ -91,6 +91,9 @@ public:
     // Has the first page's icons decoded where they were not kept; whether there are none of these.
     [[nodiscard]] bool firstPageIsReady();
 
+    // What was read late has been given to the preferences.
+    void takeLatePreferences();
+
     // Once the event loop is about to run: makes the window and shows the launcher.
     void applicationDidFinishLaunching();
 

@@ -15,8 +15,9 @@ class FileSystem;
 // What the first picture needs from the disk.
 struct Preparations {
     StoredLayout layout;
-    bool layoutIsLate = false;     // it is told to the delegate when it has been read
-    QHash<QString, QString> names; // by path
+    bool layoutIsLate = false;       // it is told to the delegate when it has been read
+    bool preferencesAreLate = false; // so are these
+    QHash<QString, QString> names;   // by path
     std::vector<KeptIcon> icons;
 
     // Safe on any thread. `language` is the one that names are in.

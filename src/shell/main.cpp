@@ -91,6 +91,7 @@ struct Caches {
 // What is read while Qt starts. A first scan is among it where nothing is remembered that could be shown
 // before.
 struct Reading {
+    EarlyReading<desktop::JsonPreferences::Content> preferences;
     EarlyReading<StoredLayout> layout;
     EarlyReading<Caches> caches;
     EarlyReading<ScanResult> firstScan;
@@ -111,7 +112,8 @@ struct Reading {
     }
 
     [[nodiscard]] bool isUnderWay() const {
-        return layout.isUnderWay() || caches.isUnderWay() || firstScan.isUnderWay();
+        return preferences.isUnderWay() || layout.isUnderWay() || caches.isUnderWay() ||
+               firstScan.isUnderWay();
     }
 };
 
@@ -173,7 +175,9 @@ int main(int argc, char* argv[]) {
 
     auto fonts = std::async(std::launch::async, desktop::readFontConfiguration);
     const auto readingStarted = std::chrono::steady_clock::now();
+    const QString preferencesPath = locations.configuration + QStringLiteral("/Amberquill/preferences.json");
     Reading reading;
+    reading.preferences.start([&] { return desktop::JsonPreferences::read(files, preferencesPath); });
     reading.layout.start([&] { return LayoutStore::read(files, locations.applicationSupport); });
     reading.caches.start([&] {
         Caches caches{NamesKeeper::load(files, locations.caches, language), {}};
@@ -195,8 +199,9 @@ int main(int argc, char* argv[]) {
     // A caret that blinks would wake the processor for as long as the launcher is up.
     QGuiApplication::styleHints()->setCursorFlashTime(0);
 
-    const QString preferencesPath = locations.configuration + QStringLiteral("/Amberquill/preferences.json");
-    desktop::JsonPreferences preferences(files, preferencesPath);
+    auto storedPreferences = reading.preferences.takeBy(readingStarted + longestReading);
+    const bool preferencesAreLate = !storedPreferences;
+    desktop::JsonPreferences preferences(files, preferencesPath, std::move(storedPreferences));
     const desktop::QtSystemLanguages languages;
     L::setSystemLanguages(&languages);
     L::loadLanguage(preferences);
@@ -244,6 +249,7 @@ int main(int argc, char* argv[]) {
     windows->setActivationToken(desktop::takeStartToken(start.environment, QGuiApplication::platformName()));
 
     Preparations prepared = reading.takeBy(readingStarted + longestReading);
+    prepared.preferencesAreLate = preferencesAreLate;
     const bool layoutIsLate = prepared.layoutIsLate; // the rest is moved from
     const auto scan = [&scanServices, &first = reading.firstScan] {
         auto scanned = first.take();
@@ -306,6 +312,12 @@ int main(int argc, char* argv[]) {
     if (layoutIsLate) {
         reading.layout.whenThere(
             queue, [&delegate](StoredLayout stored) { delegate.model().takeLateLayout(std::move(stored)); });
+    }
+    if (preferencesAreLate) {
+        reading.preferences.whenThere(queue, [&](desktop::JsonPreferences::Content content) {
+            preferences.takeLate(std::move(content));
+            delegate.takeLatePreferences();
+        });
     }
     const desktop::TerminationSignals signals([] { QCoreApplication::quit(); });
     if (delegate.firstPageIsReady()) {

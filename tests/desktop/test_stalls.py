@@ -99,6 +99,25 @@ class Stalls(OnX11):
         self.assertEqual(launcher.wait(END), 0)
         self.assertTrue(json.loads(preferences.read_bytes())["showInMenuBar"])
 
+    def test_preferences_that_are_late_are_applied_when_they_come_and_never_saved_over(self):
+        preferences = self.session.config / "Amberquill" / "preferences.json"
+        preferences.parent.mkdir()
+        stored = {"gridColumns": 5, "gridRows": 4, "unknown": 1}
+        preferences.write_text(json.dumps(stored), encoding="utf-8")
+        folder = self.stalling(preferences.parent)
+        folder.stall()
+        launcher = self.show_page(self.made)
+        self.expect_end(launcher)
+        self.assertEqual(json.loads((folder.behind / preferences.name).read_bytes()), stored)
+        launcher = self.show_page(self.made)
+        self.choose(self.IN_MENU_BAR)
+        self.expect_no_other_window(launcher)
+        folder.answer()
+        merged = {**stored, "showInMenuBar": True}
+        until(lambda: json.loads(preferences.read_bytes()) == merged, "what was set, among what was stored")
+        until(lambda: self.wrong_places(self.made), "the stored grid")
+        self.end_launcher(launcher)
+
     def test_a_layout_that_is_late_is_applied_when_it_comes_and_never_saved_over(self):
         arranged = self.made[::-1]
         self.write_layout(arranged)

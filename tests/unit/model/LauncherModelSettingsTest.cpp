@@ -146,6 +146,29 @@ TEST_F(LauncherModelSettings, FollowingTheSystemIsAChoiceThatIsStoredToo) {
     EXPECT_EQ(L::language(), AppLanguage::System);
 }
 
+TEST_F(LauncherModelSettings, PreferencesThatAreReadLateAreTakenAndNotStoredAgain) {
+    LauncherModel& model = shownWith(80);
+    const QSignalSpy grid(&model, &LauncherModel::gridChanged);
+    const QSignalSpy background(&model, &LauncherModel::backgroundChanged);
+    const QSignalSpy language(&model, &LauncherModel::languageDidChange);
+    preferences_.setInteger(u"gridColumns"_s, 5);
+    preferences_.setString(u"backgroundTheme"_s, rawValue(BackgroundTheme::Green));
+    preferences_.setString(u"appLanguage"_s, rawValue(AppLanguage::French));
+    model.goToPage(2);
+    QStringList stored;
+    preferences_.onStored = [&stored](const QString& key) { stored += key; };
+    model.takeLatePreferences();
+    EXPECT_EQ(model.columns(), 5);
+    EXPECT_EQ(model.rows(), 5);
+    EXPECT_EQ(model.background(), BackgroundTheme::Green);
+    EXPECT_EQ(model.language(), AppLanguage::French);
+    EXPECT_EQ(L::language(), AppLanguage::French);
+    EXPECT_EQ(grid.size(), 1);
+    EXPECT_EQ(background.size(), 1);
+    EXPECT_EQ(language.size(), 1);
+    EXPECT_EQ(stored, QStringList());
+}
+
 TEST_F(LauncherModelSettings, OpeningAtLoginIsSwitchedByWhatTheDesktopSays) {
     const auto item = std::make_shared<FakeLoginItem>();
     loginItem_ = item;

@@ -427,6 +427,18 @@ TEST_F(AppDelegateTest, TheLayoutIsSavedAtTheEndEvenWhenNothingSavedItBefore) {
     EXPECT_EQ(preferences_.flushes, 1);
 }
 
+TEST_F(AppDelegateTest, NoUpdateIsLookedForByItselfBeforeThePreferencesAreRead) {
+    prepared_.preferencesAreLate = true;
+    for (const bool isWanted : {true, false}) {
+        makeDelegate({{u"SUFeedURL"_s, u"https://example.org/feed.xml"_s}});
+        delegate_->applicationDidFinishLaunching();
+        const auto timers = queue_.timers();
+        preferences_.setBoolean(u"SUEnableAutomaticChecks"_s, isWanted);
+        delegate_->takeLatePreferences();
+        EXPECT_EQ(queue_.timers(), timers + (isWanted ? 1 : 0));
+    }
+}
+
 TEST_F(AppDelegateTest, AnotherLanguageMakesTheMainMenuAnew) {
     L::setLanguage(AppLanguage::English);
     delegate_->applicationDidFinishLaunching();

@@ -18,13 +18,42 @@ std::optional<QJsonObject> objectIn(const QByteArray& text) {
 
 } // namespace
 
-JsonPreferences::JsonPreferences(FileSystem& files, QString path)
-    : files_(files)
-    , path_(std::move(path)) {
-    auto text = files_.readFile(path_, maximumBytes);
+JsonPreferences::Content JsonPreferences::read(const FileSystem& files, const QString& path) {
+    auto text = files.readFile(path, maximumBytes);
     if (auto object = text ? objectIn(*text) : std::nullopt) {
-        values_ = *std::move(object);
-        read_ = std::move(text);
+        return {std::move(text), *std::move(object)};
+    }
+    return {};
+}
+
+JsonPreferences::JsonPreferences(FileSystem& files, QString path, std::optional<Content> content)
+    : files_(files)
+    , path_(std::move(path))
+    , isLate_(!content) {
+    if (content) {
+        values_ = std::move(content->values);
+        read_ = std::move(content->text);
+    }
+}
+
+void JsonPreferences::takeLate(Content content) {
+    isLate_ = false;
+    read_ = std::move(content.text);
+    if (file_ && read_) {
+        file_->assumeHeld(*read_);
+    }
+    values_ = content.values;
+    const auto sets = std::exchange(sets_, {});
+    for (auto set = sets.begin(); set != sets.end(); ++set) {
+        if (set.value().isUndefined()) {
+            values_.remove(set.key());
+        } else {
+            values_.insert(set.key(), set.value());
+        }
+    }
+    isChanged_ = values_ != content.values;
+    if (isChanged_) {
+        save();
     }
 }
 
@@ -90,6 +119,9 @@ void JsonPreferences::setStringList(const QString& key, const QStringList& value
 }
 
 void JsonPreferences::remove(const QString& key) {
+    if (isLate_) {
+        sets_.insert(key, QJsonValue(QJsonValue::Undefined));
+    }
     if (values_.contains(key)) {
         values_.remove(key);
         save();
@@ -103,6 +135,9 @@ void JsonPreferences::flush() {
 }
 
 void JsonPreferences::set(const QString& key, const QJsonValue& value) {
+    if (isLate_) {
+        sets_.insert(key, value);
+    }
     if (values_.value(key) != value) {
         values_.insert(key, value);
         save();
@@ -113,7 +148,7 @@ void JsonPreferences::set(const QString& key, const QJsonValue& value) {
 
 void JsonPreferences::save() {
     isChanged_ = true;
-    if (file_) {
+    if (file_ && !isLate_) {
         file_->save(QJsonDocument(values_).toJson());
     }
 }

@@ -73,6 +73,48 @@ TEST_F(JsonPreferencesTest, OnlyWholeNumbersInRangeAreIntegers) {
     }
 }
 
+TEST_F(JsonPreferencesTest, AFileThatIsReadLateIsNotWrittenBeforeAndWhatIsSetMeanwhileIsKeptOverIt) {
+    const QByteArray stored = R"({"i": 1, "kept": 2, "removed": 3})";
+    files_.addFile(path, stored);
+    JsonPreferences preferences(files_, path, std::nullopt);
+    EXPECT_EQ(preferences.integer(u"i"_s), std::nullopt);
+    preferences.setInteger(u"before"_s, 4);
+    preferences.writeOn(queue_);
+    preferences.setInteger(u"i"_s, 5);
+    preferences.remove(u"removed"_s);
+    EXPECT_EQ(preferences.integer(u"i"_s), 5);
+    queue_.runPosted();
+    preferences.flush();
+    EXPECT_EQ(files_.file(path), stored);
+    preferences.takeLate(JsonPreferences::read(files_, path));
+    EXPECT_EQ(preferences.integer(u"i"_s), 5);
+    EXPECT_EQ(preferences.integer(u"kept"_s), 2);
+    EXPECT_EQ(written(), (QJsonObject{{u"before"_s, 4}, {u"i"_s, 5}, {u"kept"_s, 2}}));
+    EXPECT_EQ(files_.file(asidePath), std::nullopt) << "a file that was read needs no copy";
+}
+
+TEST_F(JsonPreferencesTest, AFileThatIsReadLateIsLeftAloneWhereNothingWasSet) {
+    const QByteArray stored = R"({"i": 1})";
+    files_.addFile(path, stored);
+    JsonPreferences preferences(files_, path, std::nullopt);
+    preferences.writeOn(queue_);
+    preferences.remove(u"not there"_s);
+    preferences.takeLate(JsonPreferences::read(files_, path));
+    EXPECT_EQ(preferences.integer(u"i"_s), 1);
+    queue_.runPosted();
+    EXPECT_EQ(files_.file(path), stored);
+}
+
+TEST_F(JsonPreferencesTest, AnUnreadableFileThatIsReadLateIsSetAside) {
+    files_.addFile(path, "[1]");
+    JsonPreferences preferences(files_, path, std::nullopt);
+    preferences.writeOn(queue_);
+    preferences.setInteger(u"i"_s, 5);
+    preferences.takeLate(JsonPreferences::read(files_, path));
+    EXPECT_EQ(written(), (QJsonObject{{u"i"_s, 5}}));
+    EXPECT_EQ(files_.file(asidePath), "[1]");
+}
+
 TEST_F(JsonPreferencesTest, AValueThatIsSetIsReadBackAtOnceAndWrittenWithTheOthersAfterwards) {
     JsonPreferences preferences(files_, path);
     preferences.writeOn(queue_);
