@@ -82,6 +82,20 @@ private:
     RootBundles result_;
 };
 
+// Empty: the launcher is in no bundle. The path as it is where that does not answer: then the bundle cannot
+// be listed either, other than through a link.
+QString resolvedOwnBundle(const Services& services) {
+    if (services.ownBundle.isEmpty()) {
+        return {};
+    }
+    const auto resolved =
+        readRoots<QString>(services.readers, QStringLiteral("own bundle"), {services.ownBundle},
+                           [&files = services.files](const QString& path, const RootReaders::GoOn&) {
+                               return files.resolvingSymbolicLinks(path);
+                           });
+    return resolved.front() ? *resolved.front() : services.ownBundle;
+}
+
 // Each bundle once, as it was met first.
 class DistinctBundles {
 public:
@@ -123,8 +137,7 @@ ScanResult scan(const Services& services) {
                                                  return RootVisit(services, goOn).of(root);
                                              });
     ScanResult result;
-    DistinctBundles distinct(
-        services.ownBundle.isEmpty() ? QString() : services.files.resolvingSymbolicLinks(services.ownBundle));
+    DistinctBundles distinct(resolvedOwnBundle(services));
     for (std::size_t i = 0; i < read.size(); ++i) {
         if (read[i] == nullptr) {
             result.folders.noteGivenUp(roots[static_cast<qsizetype>(i)]);

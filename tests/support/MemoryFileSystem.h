@@ -10,7 +10,7 @@
 namespace amberquill {
 
 // Files and folders in memory, listed in the order in which they were made.
-class MemoryFileSystem final : public FileSystem {
+class MemoryFileSystem : public FileSystem {
 public:
     using FileSystem::listFolder;
     using FileSystem::readFile;

@@ -1,14 +1,34 @@
 #include "data/AppScanner.h"
 
+#include "platform/RootReaders.h"
 #include "support/FixedApplications.h"
 #include "support/MemoryFileSystem.h"
 
+#include <atomic>
 #include <gtest/gtest.h>
+#include <semaphore>
 
 using namespace amberquill;
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// Where one path leads to is not told before it is allowed, or after very long.
+class StallingFiles final : public MemoryFileSystem {
+public:
+    [[nodiscard]] QString resolvingSymbolicLinks(const QString& path) const override {
+        if (path == stalls) {
+            constexpr std::chrono::seconds veryLong{10};
+            std::ignore = answer.try_acquire_for(veryLong);
+            hasAnswered = true;
+        }
+        return MemoryFileSystem::resolvingSymbolicLinks(path);
+    }
+
+    QString stalls;
+    mutable std::binary_semaphore answer{0};
+    mutable std::atomic<bool> hasAnswered = false;
+};
 
 class AppScannerTest : public testing::Test {
 protected:
@@ -104,6 +124,22 @@ TEST_F(AppScannerTest, TheLauncherStartedThroughALinkNeverListsItself) {
     files_.addFolder(u"/Applications/Amberquill.app"_s);
     files_.addLink(ownBundle_, u"/Applications/Amberquill.app"_s);
     EXPECT_EQ(paths(), QStringList());
+}
+
+TEST_F(AppScannerTest, ThePlaceOfTheLaunchersOwnBundleIsNotWaitedForForever) {
+    StallingFiles files;
+    files.stalls = u"/far/Amberquill.app"_s;
+    files.addFolder(u"/Applications/One.app"_s);
+    files.addFolder(files.stalls);
+    RootReaders readers(std::chrono::milliseconds(20));
+    std::binary_semaphore answered{0};
+    readers.setAnswered([&answered] { answered.release(); });
+    const AppScanner::Services services{files, bundles_, registered_, u"/home/me"_s, files.stalls, &readers};
+    EXPECT_EQ(AppScanner::scan(services).apps.size(), 1U);
+    EXPECT_FALSE(files.hasAnswered);
+    files.answer.release();
+    EXPECT_TRUE(answered.try_acquire_for(std::chrono::seconds(10)));
+    EXPECT_EQ(AppScanner::scan(services).apps.size(), 1U);
 }
 
 TEST_F(AppScannerTest, AnAppReachedThroughALinkIsListedOnceUnderThePathMetFirst) {
