@@ -82,8 +82,7 @@ private:
     RootBundles result_;
 };
 
-// Empty: the launcher is in no bundle. The path as it is where that does not answer: then the bundle cannot
-// be listed either, other than through a link.
+// Empty: the launcher is in no bundle. The path as it is where its folder does not answer.
 QString resolvedOwnBundle(const Services& services) {
     if (services.ownBundle.isEmpty()) {
         return {};

@@ -211,6 +211,13 @@ void AppDelegate::finishStart() {
     });
 }
 
+void AppDelegate::rootAnswered() {
+    if (controller_) {
+        live_.watch(services_.watchedFolders);
+    }
+    live_.refresh();
+}
+
 void AppDelegate::releaseMemory() {
     if (controller_) {
         controller_->window().dropUnseen();

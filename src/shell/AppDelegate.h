@@ -110,7 +110,7 @@ public:
     void toggleByPress(PressRoute route, const PressOrigin& origin);
 
     // A folder that a scan had given up can be read again.
-    void rootAnswered() { live_.refresh(); }
+    void rootAnswered();
 
     [[nodiscard]] LauncherModel& model() { return model_; }
     [[nodiscard]] const LauncherMenu& menu() const { return menu_; }

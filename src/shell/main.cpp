@@ -244,7 +244,7 @@ int main(int argc, char* argv[]) {
             start, [&] { return hasBus() ? sessionBus() : QDBusConnection(QStringLiteral("none")); },
             *notifications, queue);
     });
-    desktop::InotifyFolderWatcher watcher(queue);
+    desktop::InotifyFolderWatcher watcher(queue, &readers);
     desktop::LinuxMotionPreference motion(environment, queue, sessionBus);
     windows->setActivationToken(desktop::takeStartToken(start.environment, QGuiApplication::platformName()));
 

@@ -159,6 +159,17 @@ class Stalls(OnX11):
         self.expect_page([*self.made, self.bundle])
         self.end_launcher(launcher)
 
+    def test_a_root_that_does_not_answer_keeps_no_other_from_being_followed(self):
+        folder = self.stall_bundles()
+        launcher = self.show_page(self.made)
+        self.made.append(self.applications.add_entry("App 9", "e9"))
+        self.expect_page(self.made)
+        folder.answer()
+        self.expect_page([*self.made, self.bundle])
+        late = self.applications.add_bundle("Late", "org.example.late")
+        self.expect_page([*self.made, self.bundle, late])
+        self.end_launcher(launcher)
+
     def test_the_applications_of_a_root_that_does_not_answer_stay_where_they_are(self):
         bundle = self.applications.add_bundle("Bundle", "org.example.bundle")
         arranged = [bundle, *self.made]

@@ -1,7 +1,9 @@
 #include "platform/linux/files/InotifyFolderWatcher.h"
 
+#include "platform/RootReaders.h"
 #include "platform/linux/files/WatchWalk.h"
 
+#include <QFile>
 #include <QLoggingCategory>
 #include <QSocketNotifier>
 #include <array>
@@ -21,14 +23,39 @@ timespec systemTime() {
     return time;
 }
 
+// The roots in their order, those that do not answer empty.
+QByteArrayList answering(const QByteArrayList& roots, RootReaders* readers) {
+    if (readers == nullptr) {
+        return roots;
+    }
+    QStringList paths;
+    for (const QByteArray& root : roots) {
+        paths.append(QFile::decodeName(root));
+    }
+    const auto visits = readers->readAll<bool>(QStringLiteral("watched folders"), paths,
+                                               [](const QString& root, const RootReaders::GoOn& goOn) {
+                                                   visitFolders(QFile::encodeName(root), goOn);
+                                                   return true;
+                                               });
+    QByteArrayList result = roots;
+    for (std::size_t i = 0; i < visits.size(); ++i) {
+        if (visits[i] == nullptr) {
+            result[static_cast<qsizetype>(i)].clear();
+        }
+    }
+    return result;
+}
+
 } // namespace
 
 // One call of `watch`, until the next one. What waits in the queue on its behalf holds it weakly, so nothing
 // of a former call is ever heard of again.
 class InotifyFolderWatcher::Watching : public std::enable_shared_from_this<Watching> {
 public:
-    Watching(MainQueue& queue, const QStringList& folders, std::function<void()> changed)
+    Watching(MainQueue& queue, RootReaders* readers, const QStringList& folders,
+             std::function<void()> changed)
         : queue_(queue)
+        , readers_(readers)
         , inotify_(std::make_shared<FileDescriptor>(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)))
         , changed_(std::move(changed))
         , started_(systemTime()) {
@@ -54,13 +81,15 @@ private:
     void walk() {
         walking_ = true;
         namesMoved_ = false;
-        queue_.compute([inotify = inotify_, roots = roots_,
-                        since = started_] { return watchFolders(*inotify, roots, since); },
-                       [weak = weak_from_this()](WatchedFolders&& found) {
-                           if (const auto self = weak.lock()) {
-                               self->adopt(std::move(found));
-                           }
-                       });
+        queue_.compute(
+            [inotify = inotify_, roots = roots_, readers = readers_, since = started_] {
+                return watchFolders(*inotify, answering(roots, readers), since);
+            },
+            [weak = weak_from_this()](WatchedFolders&& found) {
+                if (const auto self = weak.lock()) {
+                    self->adopt(std::move(found));
+                }
+            });
     }
 
     void adopt(WatchedFolders&& found) {
@@ -187,6 +216,7 @@ private:
     }
 
     MainQueue& queue_;
+    RootReaders* readers_;
     std::shared_ptr<FileDescriptor> inotify_; // shared with a walk under way
     QByteArrayList roots_;
     std::function<void()> changed_;
@@ -204,13 +234,14 @@ private:
     double lastChange_ = 0;
 };
 
-InotifyFolderWatcher::InotifyFolderWatcher(MainQueue& queue)
-    : queue_(queue) {}
+InotifyFolderWatcher::InotifyFolderWatcher(MainQueue& queue, RootReaders* readers)
+    : queue_(queue)
+    , readers_(readers) {}
 
 InotifyFolderWatcher::~InotifyFolderWatcher() = default;
 
 void InotifyFolderWatcher::watch(const QStringList& folders, std::function<void()> changed) {
-    watching_ = std::make_shared<Watching>(queue_, folders, std::move(changed));
+    watching_ = std::make_shared<Watching>(queue_, readers_, folders, std::move(changed));
     watching_->start();
 }
 

@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <sys/inotify.h>
 #include <sys/stat.h>
+#include <tuple>
 #include <unistd.h>
 
 namespace amberquill::desktop {
@@ -47,12 +48,15 @@ bool isLater(const timespec& left, const timespec& right) {
 
 class Walk {
 public:
-    Walk(int inotify, timespec since)
-        : inotify_(inotify)
+    // Adds a watch for a folder that exists: its descriptor, negative where it cannot be watched.
+    using Watch = std::function<int(const QByteArray& path, std::uint32_t changes)>;
+
+    Walk(Watch watch, timespec since)
+        : watch_(std::move(watch))
         , since_(since) {}
 
     void addRoot(const QByteArray& root) {
-        const auto folder = findRoot(root);
+        const auto folder = root.isEmpty() ? std::nullopt : findRoot(root);
         struct stat status = {};
         if (folder && ::stat(folder->constData(), &status) == 0 && S_ISDIR(status.st_mode)) {
             found_.roots.push_back({status.st_dev, status.st_ino});
@@ -83,7 +87,7 @@ private:
         if (found_.byWatch.size() >= maximumWatches) {
             return nullptr;
         }
-        const int watch = ::inotify_add_watch(inotify_, path.constData(), changes | IN_ONLYDIR | IN_MASK_ADD);
+        const int watch = watch_(path, changes);
         return watch < 0 ? nullptr : &found_.byWatch[watch];
     }
 
@@ -154,7 +158,7 @@ private:
         }
     }
 
-    int inotify_;
+    Watch watch_;
     timespec since_;
     WatchedFolders found_;
     std::deque<Level> waiting_;
@@ -163,11 +167,27 @@ private:
 } // namespace
 
 WatchedFolders watchFolders(const FileDescriptor& inotify, const QByteArrayList& roots, timespec since) {
-    Walk walk(inotify.get(), since);
+    Walk walk(
+        [&inotify](const QByteArray& path, std::uint32_t changes) {
+            return ::inotify_add_watch(inotify.get(), path.constData(), changes | IN_ONLYDIR | IN_MASK_ADD);
+        },
+        since);
     for (const QByteArray& root : roots) {
         walk.addRoot(root);
     }
     return std::move(walk).run();
+}
+
+void visitFolders(const QByteArray& root, const std::function<void()>& goOn) {
+    int visited = 0;
+    Walk walk(
+        [&](const QByteArray&, std::uint32_t) {
+            goOn();
+            return ++visited;
+        },
+        {});
+    walk.addRoot(root);
+    std::ignore = std::move(walk).run();
 }
 
 } // namespace amberquill::desktop

@@ -4,6 +4,7 @@
 
 #include <QByteArrayList>
 #include <ctime>
+#include <functional>
 #include <set>
 #include <sys/types.h>
 #include <unordered_map>
@@ -40,7 +41,12 @@ struct WatchedFolders {
 // so a sub-folder that comes in between is either listed or told of. A root that is missing is awaited in
 // the nearest folder on its way that exists; a symbolic link on its way is followed and watched for being
 // replaced. Links below a root are not followed. `since` is in the system's time. Any thread.
+// Empty roots are left out.
 [[nodiscard]] WatchedFolders watchFolders(const FileDescriptor& inotify, const QByteArrayList& roots,
                                           timespec since);
+
+// Goes the way of such a walk to one root and below it without watching anything, and calls `goOn` at each
+// folder: it ends if a walk would.
+void visitFolders(const QByteArray& root, const std::function<void()>& goOn);
 
 } // namespace amberquill::desktop
