@@ -393,6 +393,8 @@ class SoakUser:
 
     def come_and_go(self):
         """By the chord, by the bus, by a click beside everything, by Escape."""
+        # A drag may have made a folder and opened it, which Escape and clicks would only close.
+        self.hide()
         self._begin()
         for _ in range(3):
             way = self._chance.choice(("chord", "Escape", "click", "bus"))
