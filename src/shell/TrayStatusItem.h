@@ -31,6 +31,9 @@ public:
     void setVisible(bool visible) override;
     [[nodiscard]] bool isVisible() const override { return isVisible_; }
 
+    // Looks at the panel's colour again, now and when everything has been drawn: what covered it may be gone.
+    void lookSoon();
+
 private:
     template<typename Object>
     void letGo(std::unique_ptr<Object>& object);
@@ -38,7 +41,6 @@ private:
     void drop();
     void refill();
     void setTone(PanelTone tone);
-    void lookSoon();
     void look();
 
     TrayHosts& hosts_;

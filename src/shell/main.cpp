@@ -319,6 +319,9 @@ int main(int argc, char* argv[]) {
             delegate.takeLatePreferences();
         });
     }
+    // Without a compositor a panel beneath the launcher is not seen.
+    QObject::connect(&delegate.model(), &LauncherModel::presentedChanged, &statusItem,
+                     &TrayStatusItem::lookSoon);
     const desktop::TerminationSignals signals([] { QCoreApplication::quit(); });
     if (delegate.firstPageIsReady()) {
         queue.hold();
