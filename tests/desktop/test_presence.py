@@ -102,7 +102,8 @@ class Presence(OnX11):
         self.assertEqual(launcher.wait(), 0)
         self.assertEqual(launcher.lines, [])
 
-    def test_the_about_panel_is_not_covered_by_the_launcher(self):
+    def begin_with_about_panel(self):
+        """Returns the tray, the launcher, which is hidden, and the panel."""
         self.write_preferences(showInMenuBar=True)
         tray = self.begin_tray()
         launcher = self.begin_shown_launcher(self.made)
@@ -110,6 +111,10 @@ class Presence(OnX11):
         tray.send("choose About Amberquill")
         panel = self.expect_dialog(launcher)
         self.expect_hidden()
+        return tray, launcher, panel
+
+    def test_the_about_panel_is_not_covered_by_the_launcher(self):
+        tray, launcher, panel = self.begin_with_about_panel()
         # Another application comes and goes.
         other = self.session.start("xmessage", "other")
         until(lambda: self.session.focused_window() != panel, "the other application's focus")
@@ -124,13 +129,7 @@ class Presence(OnX11):
         self.end_launcher(launcher)
 
     def test_the_launcher_works_above_the_about_panel(self):
-        self.write_preferences(showInMenuBar=True)
-        tray = self.begin_tray()
-        launcher = self.begin_shown_launcher(self.made)
-        tray.expect("item")
-        tray.send("choose About Amberquill")
-        panel = self.expect_dialog(launcher)
-        self.expect_hidden()
+        _, launcher, panel = self.begin_with_about_panel()
         for _ in range(2):
             self.session.press("ctrl+alt+space")
             self.window = self.session.window_of_class(WINDOW_CLASS)
@@ -220,28 +219,46 @@ class Presence(OnX11):
         self.expect_shown()
         self.assertEqual(launcher.terminate(), 0)
 
+    @staticmethod
+    def tinted(level):
+        """Options of a tray that is grey of this level."""
+        return "--transparent", "true", "--alpha", "0", "--tint", f"0x{level:02x}{level:02x}{level:02x}"
+
+    def expect_symbol(self, window, panel, symbol):
+        """Waits until the item in the tray ranges from the level of red of the panel to that of the symbol."""
+        levels = []
+
+        def is_seen():
+            item = self.expect_item_in(window)
+            area = item.x, item.y, item.width, item.height
+            levels[:] = sorted(red for red, _, _ in self.session.screenshot().colours(*area))
+            return all(abs(a - b) < 3 for a, b in zip((levels[0], levels[-1]), sorted((panel, symbol))))
+
+        try:
+            until(is_seen, f"the symbol on {panel}")
+        except AssertionError as error:
+            raise AssertionError(f"{error}; levels of red there: {levels}") from None
+
     def test_the_symbol_in_a_tray_of_the_older_kind_stands_out_from_light_and_from_dark_panels(self):
         self.write_preferences(showInMenuBar=True)
         launcher = self.begin_shown_launcher(self.made)
         self.act("hide")
         self.expect_hidden()
         for panel, symbol in ((0xF0, 0x24), (0x20, 0xFF)):
-            colour = f"0x{panel:02x}{panel:02x}{panel:02x}"
-            tray, window = self.begin_old_tray("--transparent", "true", "--alpha", "0", "--tint", colour)
-            levels = []
-
-            def is_seen():
-                item = self.expect_item_in(window)
-                area = item.x, item.y, item.width, item.height
-                levels[:] = sorted(red for red, _, _ in self.session.screenshot().colours(*area))
-                return all(abs(a - b) < 3 for a, b in zip((levels[0], levels[-1]), sorted((panel, symbol))))
-
-            try:
-                until(is_seen, f"the symbol on {colour}")
-            except AssertionError as error:
-                raise AssertionError(f"{error}; levels of red there: {levels}") from None
+            tray, window = self.begin_old_tray(*self.tinted(panel))
+            self.expect_symbol(window, panel, symbol)
             tray.kill()
             until(lambda: not self.session.windows_of_class("trayer"), "the tray's end")
+        self.end_launcher(launcher)
+
+    def test_the_symbol_stands_out_from_a_panel_that_the_launcher_covered(self):
+        self.write_preferences(showInMenuBar=True)
+        _, window = self.begin_old_tray(*self.tinted(0xF0))
+        launcher = self.begin_shown_launcher(self.made)
+        self.expect_item_in(window)
+        self.act("hide")
+        self.expect_hidden()
+        self.expect_symbol(window, 0xF0, 0x24)
         self.end_launcher(launcher)
 
     def expect_old_item_turned_off(self, choose):
