@@ -251,16 +251,6 @@ class Presence(OnX11):
             until(lambda: not self.session.windows_of_class("trayer"), "the tray's end")
         self.end_launcher(launcher)
 
-    def test_the_symbol_stands_out_from_a_panel_that_the_launcher_covered(self):
-        self.write_preferences(showInMenuBar=True)
-        _, window = self.begin_old_tray(*self.tinted(0xF0))
-        launcher = self.begin_shown_launcher(self.made)
-        self.expect_item_in(window)
-        self.act("hide")
-        self.expect_hidden()
-        self.expect_symbol(window, 0xF0, 0x24)
-        self.end_launcher(launcher)
-
     def expect_old_item_turned_off(self, choose):
         """Turns the item off in its own menu; `choose` is told where the menu is."""
         # Memory that is let go of is overwritten: a use of it after that is found out.
