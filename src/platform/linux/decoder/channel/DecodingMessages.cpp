@@ -1,0 +1,63 @@
+#include "platform/linux/decoder/channel/DecodingMessages.h"
+
+#include <array>
+#include <cstring>
+
+namespace amberquill::desktop {
+
+namespace {
+
+constexpr std::uint32_t requestMark = 0x4151'4901;
+constexpr std::uint32_t answerMark = 0x4151'4902;
+
+template<std::size_t Count>
+std::optional<std::array<std::uint32_t, Count>> wordsOf(std::span<const std::byte> message) {
+    std::array<std::uint32_t, Count> words = {};
+    if (message.size() != sizeof words) {
+        return std::nullopt;
+    }
+    std::memcpy(words.data(), message.data(), sizeof words);
+    return words;
+}
+
+} // namespace
+
+void encode(const DecodingRequest& request, std::span<std::byte, requestSize> to) {
+    const std::array words{requestMark, request.edge, request.bytes};
+    static_assert(sizeof words == requestSize);
+    std::memcpy(to.data(), words.data(), sizeof words);
+}
+
+void encode(const DecodingAnswer& answer, std::span<std::byte, answerSize> to) {
+    const std::array words{answerMark, static_cast<std::uint32_t>(answer.outcome), answer.edge,
+                           std::uint32_t{answer.isLast ? 1U : 0U}};
+    static_assert(sizeof words == answerSize);
+    std::memcpy(to.data(), words.data(), sizeof words);
+}
+
+std::optional<DecodingRequest> decodedRequest(std::span<const std::byte> message) {
+    const auto words = wordsOf<3>(message);
+    if (!words) {
+        return std::nullopt;
+    }
+    const auto [mark, edge, bytes] = *words;
+    if (mark != requestMark || edge < 1 || edge > largestIconEdge || bytes > largestIconBytes) {
+        return std::nullopt;
+    }
+    return DecodingRequest{edge, bytes};
+}
+
+std::optional<DecodingAnswer> decodedAnswer(std::span<const std::byte> message) {
+    const auto words = wordsOf<4>(message);
+    if (!words) {
+        return std::nullopt;
+    }
+    const auto [mark, outcome, edge, isLast] = *words;
+    if (mark != answerMark || outcome > static_cast<std::uint32_t>(DecodingOutcome::NeedsFonts) ||
+        edge > largestIconEdge || isLast > 1) {
+        return std::nullopt;
+    }
+    return DecodingAnswer{static_cast<DecodingOutcome>(outcome), edge, isLast == 1};
+}
+
+} // namespace amberquill::desktop
