@@ -1,10 +1,10 @@
 // How long icons take to be found and drawn. Warm caches; "first" is what a process that has just started
 // pays.
 #include "platform/linux/applications/icons/DecodingJournal.h"
-#include "platform/linux/applications/icons/IconDecoder.h"
 #include "platform/linux/applications/icons/IconLookup.h"
-#include "platform/linux/applications/icons/ImageFitting.h"
-#include "platform/linux/applications/icons/SvgInspection.h"
+#include "platform/linux/decoder/pictures/IconDecoder.h"
+#include "platform/linux/decoder/pictures/ImageFitting.h"
+#include "platform/linux/decoder/pictures/SvgInspection.h"
 #include "support/TemporaryTree.h"
 
 #include <QBuffer>

@@ -1,7 +1,7 @@
 // The binary files that icons are looked up and kept in, of any bytes: ICNS containers, dconf databases, and
 // the list of files that ended a process. Reading ends, and answers what the headers promise.
 #include "platform/linux/applications/icons/DecodingSuspects.h"
-#include "platform/linux/applications/icons/IcnsContainer.h"
+#include "platform/linux/decoder/pictures/IcnsContainer.h"
 #include "platform/linux/settings/DconfDatabase.h"
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 // SVG of any bytes: the inspection ends, and Qt's XML reader sees in what it let pass no more than it did.
-#include "platform/linux/applications/icons/SvgInspection.h"
+#include "platform/linux/decoder/pictures/SvgInspection.h"
 
 #include <QByteArray>
 #include <QXmlStreamReader>

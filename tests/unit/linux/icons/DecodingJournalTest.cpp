@@ -1,6 +1,6 @@
 #include "platform/linux/applications/icons/DecodingJournal.h"
 
-#include "IconFiles.h"
+#include "support/IconFiles.h"
 
 #include <array>
 #include <condition_variable>

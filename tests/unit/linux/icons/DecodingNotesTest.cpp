@@ -1,6 +1,6 @@
 #include "platform/linux/applications/icons/DecodingNotes.h"
 
-#include "IconFiles.h"
+#include "support/IconFiles.h"
 
 #include <csignal>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "platform/linux/applications/icons/FileState.h"
 
-#include "IconFiles.h"
+#include "support/IconFiles.h"
 
 #include <gtest/gtest.h>
 

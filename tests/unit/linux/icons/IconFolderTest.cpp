@@ -1,6 +1,6 @@
 #include "platform/linux/applications/icons/IconFolder.h"
 
-#include "IconFiles.h"
+#include "support/IconFiles.h"
 #include "support/UnknownEntryTypes.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "platform/linux/applications/icons/IconLookup.h"
 
-#include "IconFiles.h"
 #include "platform/linux/files/DataFolders.h"
+#include "support/IconFiles.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

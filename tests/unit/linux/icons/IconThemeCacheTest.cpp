@@ -1,7 +1,7 @@
 #include "platform/linux/applications/icons/IconThemeCache.h"
 
-#include "IconFiles.h"
 #include "platform/linux/files/FolderReader.h"
+#include "support/IconFiles.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
 
-#include "IconFiles.h"
+#include "support/IconFiles.h"
 #include "support/PropertyLists.h"
 #include "support/WaitUntil.h"
 

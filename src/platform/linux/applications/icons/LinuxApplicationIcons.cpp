@@ -3,7 +3,7 @@
 #include "platform/linux/applications/bundles/BundlePropertyList.h"
 #include "platform/linux/applications/entries/DesktopEntry.h"
 #include "platform/linux/applications/icons/DecoderMessages.h"
-#include "platform/linux/applications/icons/IconDecoder.h"
+#include "platform/linux/decoder/pictures/IconDecoder.h"
 #include "platform/linux/files/RegularFile.h"
 
 #include <QFile>

@@ -1,6 +1,6 @@
-#include "platform/linux/applications/icons/Inflate.h"
+#include "platform/linux/decoder/pictures/Inflate.h"
 
-#include "IconFiles.h"
+#include "support/IconFiles.h"
 
 #include <gtest/gtest.h>
 

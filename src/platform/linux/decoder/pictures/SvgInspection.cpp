@@ -1,8 +1,8 @@
-#include "platform/linux/applications/icons/SvgInspection.h"
+#include "platform/linux/decoder/pictures/SvgInspection.h"
 
-#include "platform/linux/applications/icons/MarkupScanner.h"
-#include "platform/linux/applications/icons/RasterPicture.h"
-#include "platform/linux/applications/icons/SvgReferences.h"
+#include "platform/linux/decoder/pictures/MarkupScanner.h"
+#include "platform/linux/decoder/pictures/RasterPicture.h"
+#include "platform/linux/decoder/pictures/SvgReferences.h"
 
 #include <QByteArray>
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/Inflate.h"
+#include "platform/linux/decoder/pictures/Inflate.h"
 
 #include <array>
 #include <zlib.h>

@@ -1,7 +1,7 @@
-#include "platform/linux/applications/icons/SvgDrawing.h"
+#include "platform/linux/decoder/pictures/SvgDrawing.h"
 
-#include "platform/linux/applications/icons/ImageFitting.h"
-#include "platform/linux/applications/icons/SvgInspection.h"
+#include "platform/linux/decoder/pictures/ImageFitting.h"
+#include "platform/linux/decoder/pictures/SvgInspection.h"
 
 #include <QLoggingCategory>
 #include <QPainter>

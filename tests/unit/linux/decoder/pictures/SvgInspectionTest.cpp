@@ -1,6 +1,6 @@
-#include "platform/linux/applications/icons/SvgInspection.h"
+#include "platform/linux/decoder/pictures/SvgInspection.h"
 
-#include "IconFiles.h"
+#include "support/IconFiles.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/MarkupScanner.h"
+#include "platform/linux/decoder/pictures/MarkupScanner.h"
 
 #include <gtest/gtest.h>
 #include <string>

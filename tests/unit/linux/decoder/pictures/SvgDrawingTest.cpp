@@ -1,6 +1,6 @@
-#include "platform/linux/applications/icons/SvgDrawing.h"
+#include "platform/linux/decoder/pictures/SvgDrawing.h"
 
-#include "IconFiles.h"
+#include "support/IconFiles.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "platform/linux/applications/icons/IconFormat.h"
+#include "platform/linux/decoder/pictures/IconFormat.h"
 
-#include "IconFiles.h"
+#include "support/IconFiles.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "platform/linux/applications/icons/IcnsContainer.h"
+#include "platform/linux/decoder/pictures/IcnsContainer.h"
 
-#include "IconFiles.h"
+#include "support/IconFiles.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/SvgReferences.h"
+#include "platform/linux/decoder/pictures/SvgReferences.h"
 
 #include <algorithm>
 #include <array>

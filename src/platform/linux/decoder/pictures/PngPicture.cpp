@@ -1,6 +1,6 @@
-#include "platform/linux/applications/icons/PngPicture.h"
+#include "platform/linux/decoder/pictures/PngPicture.h"
 
-#include "platform/linux/applications/icons/Inflate.h"
+#include "platform/linux/decoder/pictures/Inflate.h"
 
 #include <QColorSpace>
 #include <QtEndian>

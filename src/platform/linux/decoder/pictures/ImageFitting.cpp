@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/ImageFitting.h"
+#include "platform/linux/decoder/pictures/ImageFitting.h"
 
 #include <QColorSpace>
 #include <algorithm>

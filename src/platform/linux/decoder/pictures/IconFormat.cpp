@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/IconFormat.h"
+#include "platform/linux/decoder/pictures/IconFormat.h"
 
 #include <array>
 #include <string_view>

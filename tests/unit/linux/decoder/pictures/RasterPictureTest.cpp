@@ -1,7 +1,7 @@
-#include "platform/linux/applications/icons/RasterPicture.h"
+#include "platform/linux/decoder/pictures/RasterPicture.h"
 
-#include "IconFiles.h"
 #include "platform/linux/applications/icons/DecoderMessages.h"
+#include "support/IconFiles.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>

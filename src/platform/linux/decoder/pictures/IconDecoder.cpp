@@ -1,10 +1,10 @@
-#include "platform/linux/applications/icons/IconDecoder.h"
+#include "platform/linux/decoder/pictures/IconDecoder.h"
 
-#include "platform/linux/applications/icons/IcnsContainer.h"
-#include "platform/linux/applications/icons/ImageFitting.h"
-#include "platform/linux/applications/icons/Inflate.h"
-#include "platform/linux/applications/icons/RasterPicture.h"
-#include "platform/linux/applications/icons/SvgDrawing.h"
+#include "platform/linux/decoder/pictures/IcnsContainer.h"
+#include "platform/linux/decoder/pictures/ImageFitting.h"
+#include "platform/linux/decoder/pictures/Inflate.h"
+#include "platform/linux/decoder/pictures/RasterPicture.h"
+#include "platform/linux/decoder/pictures/SvgDrawing.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
-#include "platform/linux/applications/icons/IcnsContainer.h"
+#include "platform/linux/decoder/pictures/IcnsContainer.h"
 
-#include "platform/linux/applications/icons/PngPicture.h"
+#include "platform/linux/decoder/pictures/PngPicture.h"
 
 #include <QtEndian>
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/applications/icons/IconFormat.h"
+#include "platform/linux/decoder/pictures/IconFormat.h"
 
 #include <QByteArray>
 #include <QImage>

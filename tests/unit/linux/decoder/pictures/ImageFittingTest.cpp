@@ -1,6 +1,6 @@
-#include "platform/linux/applications/icons/ImageFitting.h"
+#include "platform/linux/decoder/pictures/ImageFitting.h"
 
-#include "IconFiles.h"
+#include "support/IconFiles.h"
 
 #include <QColorSpace>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "platform/linux/applications/icons/RasterPicture.h"
+#include "platform/linux/decoder/pictures/RasterPicture.h"
 
-#include "platform/linux/applications/icons/PngPicture.h"
+#include "platform/linux/decoder/pictures/PngPicture.h"
 
 #include <QBuffer>
 #include <QImageReader>

@@ -1,6 +1,6 @@
-#include "platform/linux/applications/icons/IconDecoder.h"
+#include "platform/linux/decoder/pictures/IconDecoder.h"
 
-#include "IconFiles.h"
+#include "support/IconFiles.h"
 
 #include <gtest/gtest.h>
 #include <thread>
