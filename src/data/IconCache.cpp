@@ -2,7 +2,6 @@
 
 #include "data/ContinuousCorners.h"
 #include "platform/ApplicationIcons.h"
-#include "platform/MainQueue.h"
 
 #include <QPainter>
 #include <algorithm>
@@ -37,7 +36,8 @@ IconCache& IconCache::shared() {
     return theCache;
 }
 
-void IconCache::serveFrom(const ApplicationIcons* source, MainQueue* queue) {
+void IconCache::serveFrom(ApplicationIcons* source, MainQueue* queue) {
+    rest_.cancel();
     source_ = source;
     queue_ = queue;
     cache_.clear();
@@ -126,19 +126,21 @@ void IconCache::request(const Key& key) {
     if (source_ == nullptr || key.edge <= 0 || underWay_.contains(key)) {
         return;
     }
+    rest_.cancel();
     underWay_.insert(key);
     const ApplicationIcons* source = source_;
     queue_->compute([source, key] { return source->image(key.path, key.edge); },
                     [this, source, key](const QImage& image) {
                         if (source == source_) {
+                            underWay_.remove(key);
                             take(key, image);
+                            restLater();
                         }
                     },
                     Lane::Icons);
 }
 
 void IconCache::take(const Key& key, const QImage& image) {
-    underWay_.remove(key);
     const auto known = cache_.constFind(key);
     const bool isNew = known == cache_.constEnd();
     if (!isNew && image.isNull() && !known->image.isNull()) {
@@ -154,6 +156,14 @@ void IconCache::take(const Key& key, const QImage& image) {
         if (!isNew || !image.isNull()) {
             Q_EMIT arrived(key.path, key.edge);
         }
+    }
+}
+
+void IconCache::restLater() {
+    if (isIdle()) {
+        rest_ = queue_->postAfter(restAfter, [this] {
+            queue_->runInBackground([source = source_] { source->rest(); }, [] {}, Lane::Icons);
+        });
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/KeptIcons.h"
+#include "platform/MainQueue.h"
 
 #include <QHash>
 #include <QImage>
@@ -14,7 +15,6 @@
 namespace amberquill {
 
 class ApplicationIcons;
-class MainQueue;
 
 // The application icons of this process, decoded once per size and kept as long as there is room: pages that
 // were seen not long ago are drawn without asking the platform again, and an application that is removed
@@ -28,13 +28,16 @@ public:
     // What it may hold beside the needed ones, in bytes: some more pages.
     static constexpr qsizetype usualLimit = qsizetype{24} * 1024 * 1024;
 
+    // Seconds without an icon under way after which `ApplicationIcons::rest` is called.
+    static constexpr double restAfter = 4;
+
     explicit IconCache(qsizetype limit = usualLimit)
         : limit_(limit) {}
 
     static IconCache& shared();
 
     // Where icons come from; both outlive their use. Until this is called, every icon is the placeholder.
-    void serveFrom(const ApplicationIcons* source, MainQueue* queue);
+    void serveFrom(ApplicationIcons* source, MainQueue* queue);
 
     // The application's icon at `edge` × `edge` device pixels. Until it is decoded, the same icon of another
     // size that is known, to be scaled; where there is none, and for an application that has no icon, the
@@ -96,13 +99,14 @@ private:
     [[nodiscard]] QImage standIn(const Key& key);
     void request(const Key& key);
     void take(const Key& key, const QImage& image);
+    void restLater();
     void put(const Key& key, const QImage& image);
     [[nodiscard]] std::vector<Key> spare() const;
     [[nodiscard]] qsizetype bytesOf(const std::vector<Key>& keys) const;
     void makeRoom(qsizetype bytes);
     void letGoOver(qsizetype limit);
 
-    const ApplicationIcons* source_ = nullptr;
+    ApplicationIcons* source_ = nullptr;
     MainQueue* queue_ = nullptr;
     QHash<Key, Icon> cache_;
     std::map<int, int> edges_; // how many icons are of each: few
@@ -112,6 +116,7 @@ private:
     quint64 uses_ = 0;    // of any icon, so far
     QHash<int, QImage> placeholders_;
     QSet<Key> underWay_;
+    DelayedWork rest_;     // waits while no icon is under way
     QSet<Key> remembered_; // still to be decoded
 };
 

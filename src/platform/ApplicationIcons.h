@@ -19,12 +19,17 @@ public:
 
     // Drops what is remembered of the icon folders' contents: the next question looks again.
     virtual void forget() = 0;
+
+    // Nothing was asked for for some seconds: gives back what was kept ready for quick answers. The next
+    // question may come at any time.
+    virtual void rest() = 0;
 };
 
 class NullApplicationIcons final : public ApplicationIcons {
 public:
     [[nodiscard]] QImage image(const QString&, int) const override { return {}; }
     void forget() override {}
+    void rest() override {}
 };
 
 } // namespace amberquill

@@ -53,7 +53,7 @@ int main(int argc, char** argv) {
     EventLoopQueue queue;
     Timeline::shared().runOn(&queue);
     const FrameDriver driver(Timeline::shared());
-    const ColourIcons icons;
+    ColourIcons icons;
     IconCache::shared().serveFrom(&icons, &queue);
     MemoryFileSystem files;
     MemoryPreferences preferences;

@@ -21,6 +21,7 @@ public:
         return icon;
     }
     void forget() override {}
+    void rest() override {}
 };
 
 } // namespace amberquill

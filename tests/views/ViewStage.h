@@ -178,7 +178,7 @@ public:
     QSize contentSize_;
     QScreen* screen_ = nullptr; // null: the one that is there
     ColourIcons icons_;
-    const ApplicationIcons* iconSource_ = &icons_;
+    ApplicationIcons* iconSource_ = &icons_;
     std::unique_ptr<LauncherWindow> window_;
 };
 

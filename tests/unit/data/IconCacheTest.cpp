@@ -22,7 +22,9 @@ public:
         return icon;
     }
     void forget() override {}
+    void rest() override { ++rests; }
 
+    int rests = 0;
     QHash<QString, QColor> colours;
     mutable QStringList asked;
 };
@@ -178,6 +180,35 @@ TEST_F(IconCacheTest, TheIconOfTheNextLargerSizeStandsInUntilItIsDecoded) {
     queue_.runPosted();
     EXPECT_EQ(cache_.icon(u"/a"_s, 60), filled(60, Qt::red));
     EXPECT_EQ(cache_.icon(u"/b"_s, 60), cache_.placeholder(60)) << "not another application's";
+}
+
+TEST_F(IconCacheTest, ThePlatformRestsOnceNoIconHasBeenUnderWayForAWhile) {
+    icons_.colours.insert(u"/a"_s, Qt::red);
+    queue_.advance(2 * IconCache::restAfter);
+    EXPECT_EQ(icons_.rests, 0) << "nothing was asked for";
+    cache_.icon(u"/a"_s, 64);
+    cache_.icon(u"/b"_s, 64);
+    queue_.advance(IconCache::restAfter - 0.1);
+    EXPECT_EQ(icons_.rests, 0);
+    cache_.icon(u"/c"_s, 64);
+    queue_.advance(IconCache::restAfter - 0.1);
+    EXPECT_EQ(icons_.rests, 0) << "a request begins the time anew";
+    cache_.icon(u"/a"_s, 64);
+    queue_.advance(0.1);
+    EXPECT_EQ(icons_.rests, 1) << "what is known is no request";
+    queue_.advance(2 * IconCache::restAfter);
+    EXPECT_EQ(icons_.rests, 1) << "once";
+    cache_.icon(u"/d"_s, 64);
+    queue_.advance(IconCache::restAfter);
+    EXPECT_EQ(icons_.rests, 2);
+}
+
+TEST_F(IconCacheTest, APlatformThatIconsNoLongerComeFromIsNotTouched) {
+    cache_.icon(u"/a"_s, 64);
+    queue_.runPosted();
+    cache_.serveFrom(nullptr, nullptr);
+    queue_.advance(2 * IconCache::restAfter);
+    EXPECT_EQ(icons_.rests, 0);
 }
 
 TEST_F(IconCacheTest, ThePlaceholderIsNeutralAndOfTheSizeAskedFor) {

@@ -41,6 +41,7 @@ public:
         return icon;
     }
     void forget() override {}
+    void rest() override {}
 
 private:
     QDir folder_;

@@ -25,6 +25,7 @@ public:
 
     [[nodiscard]] QImage image(const QString& applicationPath, int edge) const override;
     void forget() override;
+    void rest() override {}
 
     // The process is about to end, whatever is still being decoded.
     void endDecoding() { journal_.withdraw(); }
