@@ -23,6 +23,7 @@ public:
     }
     void forget() override {}
     void rest() override { ++rests; }
+    [[nodiscard]] QImage standIn(int) const override { return {}; }
 
     int rests = 0;
     QHash<QString, QColor> colours;

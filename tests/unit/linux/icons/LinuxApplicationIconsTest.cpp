@@ -126,6 +126,19 @@ TEST_F(LinuxApplicationIconsTest, WhatIsNoFileIsNotWaitedFor) {
     EXPECT_TRUE(entryImage("/dev/zero").isNull());
 }
 
+TEST_F(LinuxApplicationIconsTest, WhatStandsInForAnIconComesFromTheTheme) {
+    LinuxApplicationIcons icons(settings());
+    EXPECT_TRUE(icons.standIn(48).isNull());
+    files_.write("icons/test/48/apps/application-x-executable.png", "not a picture");
+    files_.write("icons/hicolor/96x96/mimetypes/application-x-executable.png",
+                 png(96, 96, QColor(0, 0, 255)));
+    icons.forget();
+    const auto picture = icons.standIn(75);
+    EXPECT_EQ(colour(picture), blue) << "the next best one, where a file is broken";
+    EXPECT_EQ(picture.size(), QSize(75, 75));
+    EXPECT_TRUE(entryImage("missing").isNull()) << "it is no application's own";
+}
+
 TEST_F(LinuxApplicationIconsTest, ABundlesIconStandsInItsResources) {
     const auto bundle = writeBundle({{"CFBundleIconFile", "AppIcon"}});
     EXPECT_EQ(colour(image(bundle)), none);

@@ -40,17 +40,22 @@ QImage LinuxApplicationIcons::image(const QString& applicationPath, int edge) co
     return {};
 }
 
+QImage LinuxApplicationIcons::standIn(int edge) const {
+    return namedImage(u"application-x-executable"_s, edge);
+}
+
 void LinuxApplicationIcons::forget() {
     lookup_.forget();
 }
 
 QImage LinuxApplicationIcons::entryImage(const QString& path, int edge) const {
     const auto entry = readDesktopEntry(path, locale_);
-    if (!entry || entry->icon.isEmpty()) {
-        return {};
-    }
+    return entry ? namedImage(entry->icon, edge) : QImage();
+}
+
+QImage LinuxApplicationIcons::namedImage(const QString& icon, int edge) const {
     for (int attempt = 0; attempt < maximumTries; ++attempt) {
-        const auto file = lookup_.find(entry->icon, edge, attempt);
+        const auto file = lookup_.find(icon, edge, attempt);
         if (!file) {
             break;
         }

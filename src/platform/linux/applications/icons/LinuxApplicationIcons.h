@@ -24,6 +24,8 @@ public:
     explicit LinuxApplicationIcons(const Settings& settings);
 
     [[nodiscard]] QImage image(const QString& applicationPath, int edge) const override;
+    // The theme's icon for programs.
+    [[nodiscard]] QImage standIn(int edge) const override;
     void forget() override;
     void rest() override {}
 
@@ -32,6 +34,7 @@ public:
 
 private:
     [[nodiscard]] QImage entryImage(const QString& path, int edge) const;
+    [[nodiscard]] QImage namedImage(const QString& icon, int edge) const;
     [[nodiscard]] QImage bundleImage(const QString& path, int edge) const;
     [[nodiscard]] QImage fileImage(const QString& path, int edge) const;
 
