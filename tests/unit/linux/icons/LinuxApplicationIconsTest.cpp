@@ -130,8 +130,7 @@ TEST_F(LinuxApplicationIconsTest, WhatStandsInForAnIconComesFromTheTheme) {
     LinuxApplicationIcons icons(settings());
     EXPECT_TRUE(icons.standIn(48).isNull());
     files_.write("icons/test/48/apps/application-x-executable.png", "not a picture");
-    files_.write("icons/hicolor/96x96/mimetypes/application-x-executable.png",
-                 png(96, 96, QColor(0, 0, 255)));
+    files_.write("icons/test/96/apps/application-x-executable.png", png(96, 96, QColor(0, 0, 255)));
     icons.forget();
     const auto picture = icons.standIn(75);
     EXPECT_EQ(colour(picture), blue) << "the next best one, where a file is broken";
