@@ -67,7 +67,11 @@ inline QByteArray svg(const QByteArray& body, const QByteArray& attributes = R"(
            attributes + ">" + body + "</svg>";
 }
 
-inline const QByteArray redSquare = svg(R"(<rect width="100" height="100" fill="#ff0000"/>)");
+inline QByteArray squareOf(const QByteArray& colour) {
+    return R"(<rect width="100" height="100" fill=")" + colour + R"("/>)";
+}
+
+inline const QByteArray redSquare = svg(squareOf("#ff0000"));
 
 inline QByteArray gzipped(const QByteArray& bytes) {
     z_stream stream = {};
