@@ -20,6 +20,7 @@ LANGUAGES = ("de", "es", "fr", "it", "ja", "zh")
 
 FILES = {
     "bin/amberquill",
+    "libexec/amberquill-icons",
     "share/amberquill/Info.plist",
     f"share/applications/{ID}.desktop",
     f"share/dbus-1/services/{ID}.service",

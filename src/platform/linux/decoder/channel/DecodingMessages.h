@@ -17,6 +17,14 @@ inline constexpr int decoderSocket = 0;
 // The argument with which the process reads the fonts of the system before it begins, for drawings with text.
 inline constexpr char decoderFontsArgument[] = "--fonts";
 
+// The status with which the process ends by itself.
+enum class DecoderExit {
+    Done,             // the other end is gone, or its last answer was given
+    ByHand,           // it was not started by the launcher
+    NotConfined,      // what decodes cannot be shut in on this system: nothing was decoded
+    SenselessRequest, // it was asked what cannot be answered
+};
+
 // The largest file that is handed over, in bytes, and the largest picture that is made, in device pixels each
 // way.
 inline constexpr std::int64_t largestIconBytes = std::int64_t{8} * 1024 * 1024;

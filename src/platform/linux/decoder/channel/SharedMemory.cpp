@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/mman.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace amberquill::desktop {
@@ -52,10 +51,11 @@ FileDescriptor writableMemory(std::size_t bytes) {
 
 std::optional<MappedMemory> MappedMemory::map(const FileDescriptor& memory, std::size_t bytes,
                                               Access access) {
-    struct stat status = {};
+    // The size is not asked of fstat(), which the C library may turn into a call that takes paths as well: a
+    // process that maps what it was sent may have no such call left.
     const int seals = ::fcntl(memory.get(), F_GET_SEALS);
-    if (seals < 0 || (seals & F_SEAL_SHRINK) == 0 || ::fstat(memory.get(), &status) != 0 ||
-        status.st_size != static_cast<off_t>(bytes)) {
+    if (seals < 0 || (seals & F_SEAL_SHRINK) == 0 ||
+        ::lseek(memory.get(), 0, SEEK_END) != static_cast<off_t>(bytes)) {
         return std::nullopt;
     }
     // What is sealed against writing cannot be mapped shared for it, and for reading only by newer kernels.

@@ -1,0 +1,71 @@
+#include "platform/linux/decoder/process/Confinement.h"
+
+#include <algorithm>
+#include <csignal>
+#include <malloc.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace amberquill::desktop {
+
+namespace {
+
+constexpr rlim_t mostOpenFiles = 16; // of them, it opens fonts
+// Of processor time, in seconds. A picture may keep two threads busy.
+constexpr rlim_t mostProcessorSeconds = (decoderEndurance + 2 * longestDecoding).count();
+
+bool limit(__rlimit_resource_t resource, rlim_t soft, rlim_t hard) {
+    rlimit present = {};
+    if (::getrlimit(resource, &present) != 0) {
+        return false;
+    }
+    const rlimit limits = {std::min(soft, present.rlim_max), std::min(hard, present.rlim_max)};
+    return ::setrlimit(resource, &limits) == 0;
+}
+
+bool limit(__rlimit_resource_t resource, rlim_t most) {
+    return limit(resource, most, most);
+}
+
+bool limitMemory() {
+#ifdef AMBERQUILL_SANITIZED
+    return true; // sanitizers reserve terabytes
+#else
+    return limit(RLIMIT_AS, decoderMemory);
+#endif
+}
+
+bool limitResources() {
+    // Processes and threads are not limited: all that the user runs counts. It cannot start processes.
+    // The signal at the lower limit tells who started it that it was the limit; at the higher one it is
+    // killed.
+    return limitMemory() && limit(RLIMIT_CPU, mostProcessorSeconds, mostProcessorSeconds + 1) &&
+           limit(RLIMIT_CORE, 0) && limit(RLIMIT_FSIZE, 0) && limit(RLIMIT_NOFILE, mostOpenFiles);
+}
+
+} // namespace
+
+bool dropInheritance() {
+    for (const int signal : {SIGALRM, SIGXCPU, SIGXFSZ, SIGTERM, SIGINT, SIGHUP}) {
+        std::signal(signal, SIG_DFL);
+    }
+    sigset_t none = {};
+    ::sigemptyset(&none);
+    return ::sigprocmask(SIG_SETMASK, &none, nullptr) == 0 && ::close_range(STDERR_FILENO + 1, ~0U, 0) == 0;
+}
+
+void keepLittleMemory() {
+    // One heap for all threads. In bytes: what is larger has pages of its own, and what is free at the heap's
+    // end and larger goes back as well. Both sizes would grow with the largest picture.
+    ::mallopt(M_ARENA_MAX, 1);
+    ::mallopt(M_MMAP_THRESHOLD, 256 * 1024);
+    ::mallopt(M_TRIM_THRESHOLD, 1024 * 1024);
+}
+
+bool confine(FileReading reading) {
+    // Others of the user may look at it: it knows nothing that they do not, and so the launcher can.
+    return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && limitResources() && restrictSystemCalls(reading);
+}
+
+} // namespace amberquill::desktop

@@ -1,0 +1,112 @@
+#include "platform/linux/decoder/process/Serving.h"
+
+#include "platform/linux/decoder/channel/DecodingMessages.h"
+#include "platform/linux/decoder/channel/MessageSocket.h"
+#include "platform/linux/decoder/channel/SharedMemory.h"
+
+#include <array>
+#include <cstring>
+#include <ctime>
+#include <optional>
+#include <poll.h>
+#include <thread>
+#include <unistd.h>
+
+namespace amberquill::desktop {
+
+namespace {
+
+struct Job {
+    MappedMemory file;
+    MappedMemory picture;
+    int edge = 0;
+};
+
+std::chrono::nanoseconds usedProcessorTime() {
+    timespec time = {};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+// None: a request that the launcher does not make. The descriptors are closed before anything is decoded.
+std::optional<Job> jobOf(ReceivedMessage&& received, std::span<const std::byte> bytes) {
+    const ReceivedMessage message = std::move(received);
+    if (!message.isWhole || message.descriptorCount != requestDescriptors) {
+        return std::nullopt;
+    }
+    const auto request = decodedRequest(bytes);
+    if (!request) {
+        return std::nullopt;
+    }
+    auto file = MappedMemory::map(message.descriptors[0], request->bytes, MappedMemory::Access::Read);
+    auto picture = MappedMemory::map(message.descriptors[1], pictureBytes(request->edge),
+                                     MappedMemory::Access::ReadAndWrite);
+    if (!file || !picture) {
+        return std::nullopt;
+    }
+    return Job{std::move(*file), std::move(*picture), static_cast<int>(request->edge)};
+}
+
+// The picture's rows without gaps. False: it is not what was asked for.
+bool store(const QImage& image, Job& job) {
+    if (image.size() != QSize(job.edge, job.edge) || image.format() != QImage::Format_ARGB32_Premultiplied) {
+        return false;
+    }
+    const std::size_t row = job.picture.bytes().size() / static_cast<std::size_t>(job.edge);
+    for (int y = 0; y < job.edge; ++y) {
+        std::memcpy(job.picture.bytes().data() + row * static_cast<std::size_t>(y), image.constScanLine(y),
+                    row);
+    }
+    return true;
+}
+
+DecodingOutcome carryOut(Job& job, const Decoding& decoding) {
+    const auto file = job.file.bytes();
+    const auto bytes = QByteArray::fromRawData(reinterpret_cast<const char*>(file.data()),
+                                               static_cast<qsizetype>(file.size()));
+    return store(decoding(bytes, job.edge), job) ? DecodingOutcome::Picture : DecodingOutcome::NoPicture;
+}
+
+bool answer(int socket, const DecodingAnswer& words) {
+    std::array<std::byte, answerSize> message = {};
+    encode(words, message);
+    return sendMessage(socket, message);
+}
+
+} // namespace
+
+ServingEnd serve(int socket, const Decoding& decoding, const ServingLimits& limits) {
+    if (!answer(socket, {DecodingOutcome::Ready, 0, false})) {
+        return ServingEnd::Done;
+    }
+    while (true) {
+        std::array<std::byte, requestSize> buffer = {};
+        auto message = receiveMessage(socket, buffer);
+        if (!message) {
+            return ServingEnd::Done;
+        }
+        const auto bytes = std::span(buffer).first(message->size);
+        auto job = jobOf(std::move(*message), bytes);
+        if (!job) {
+            return ServingEnd::Senseless;
+        }
+        ::alarm(static_cast<unsigned int>(limits.longest.count()));
+        const auto outcome = carryOut(*job, decoding);
+        ::alarm(0);
+        const bool isLast = usedProcessorTime() >= limits.endurance;
+        if (!answer(socket, {outcome, static_cast<std::uint32_t>(job->edge), isLast}) || isLast) {
+            return ServingEnd::Done;
+        }
+    }
+}
+
+void endWithOtherEnd(int socket) {
+    std::thread([socket] {
+        pollfd end = {socket, 0, 0}; // that it is gone is reported unasked
+        while (::poll(&end, 1, -1) < 1) {
+        }
+        ::_exit(0);
+    }).detach();
+}
+
+} // namespace amberquill::desktop

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <chrono>
+#include <functional>
+
+namespace amberquill::desktop {
+
+// Makes a picture of edge × edge pixels, premultiplied ARGB, of a file's bytes. Null: none can be made.
+using Decoding = std::function<QImage(const QByteArray& bytes, int edge)>;
+
+struct ServingLimits {
+    std::chrono::nanoseconds
+        endurance;                // the answer after which this much processor time is used up is the last
+    std::chrono::seconds longest; // for one picture; then the process ends (SIGALRM)
+};
+
+enum class ServingEnd {
+    Done,     // the other end is gone, or the last answer was given
+    Senseless // a request that the launcher does not make
+};
+
+// Says `Ready` over the socket and answers requests. Leaves nothing of a request behind but what it answered.
+[[nodiscard]] ServingEnd serve(int socket, const Decoding& decoding, const ServingLimits& limits);
+
+// Ends the process as soon as the other end of the socket is gone, whatever it is doing. Starts a thread.
+void endWithOtherEnd(int socket);
+
+} // namespace amberquill::desktop

@@ -1,0 +1,109 @@
+#pragma once
+
+#include "platform/linux/decoder/channel/DecodingMessages.h"
+#include "platform/linux/decoder/channel/MessageSocket.h"
+#include "platform/linux/decoder/channel/SharedMemory.h"
+#include "support/Places.h"
+
+#include <QByteArray>
+#include <QImage>
+#include <array>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace amberquill::desktop {
+
+// The program itself, started as the launcher starts it. It is gone with its owner.
+class StartedDecoder {
+public:
+    enum class Fonts { Absent, Present };
+
+    explicit StartedDecoder(Fonts fonts = Fonts::Absent) {
+        auto sockets = messageSockets();
+        if (!sockets) {
+            ADD_FAILURE() << "no sockets";
+            return;
+        }
+        socket_ = std::move(sockets->first);
+        std::string path = testProgram(QStringLiteral("../amberquill-icons")).toStdString();
+        std::string argument = decoderFontsArgument;
+        std::array<char*, 3> arguments{path.data(), fonts == Fonts::Present ? argument.data() : nullptr,
+                                       nullptr};
+        posix_spawn_file_actions_t actions = {};
+        ::posix_spawn_file_actions_init(&actions);
+        ::posix_spawn_file_actions_adddup2(&actions, sockets->second.get(), decoderSocket);
+        for (const int output : {STDOUT_FILENO, STDERR_FILENO}) {
+            ::posix_spawn_file_actions_addopen(&actions, output, "/dev/null", O_WRONLY, 0);
+        }
+        EXPECT_EQ(::posix_spawn(&process_, path.c_str(), &actions, nullptr, arguments.data(), environ), 0);
+        ::posix_spawn_file_actions_destroy(&actions);
+    }
+    StartedDecoder(const StartedDecoder&) = delete;
+    StartedDecoder& operator=(const StartedDecoder&) = delete;
+    ~StartedDecoder() {
+        if (process_ > 0) {
+            ::kill(process_, SIGKILL);
+            ::waitpid(process_, nullptr, 0);
+        }
+    }
+
+    [[nodiscard]] pid_t process() const { return process_; }
+    [[nodiscard]] int socket() const { return socket_.get(); }
+
+    // Waits for the next answer. None: the process is gone, or said something else.
+    std::optional<DecodingAnswer> answer() {
+        std::array<std::byte, answerSize> buffer = {};
+        const auto message = receiveMessage(socket_.get(), buffer);
+        return message ? decodedAnswer(std::span(buffer).first(message->size)) : std::nullopt;
+    }
+
+    bool isReady() { return answer() == DecodingAnswer{DecodingOutcome::Ready, 0, false}; }
+
+    bool ask(const QByteArray& bytes, std::uint32_t edge) {
+        const FileDescriptor file = sealedMemory(std::as_bytes(std::span(bytes)));
+        picture_ = writableMemory(pictureBytes(edge));
+        std::array<std::byte, requestSize> message = {};
+        encode(DecodingRequest{edge, static_cast<std::uint32_t>(bytes.size())}, message);
+        return sendMessage(socket_.get(), message, std::array{file.get(), picture_.get()});
+    }
+
+    // The picture that the last answer was about.
+    QImage picture(std::uint32_t edge) {
+        auto mapped = MappedMemory::map(picture_, pictureBytes(edge), MappedMemory::Access::Read);
+        if (!mapped) {
+            return {};
+        }
+        const auto bytes = mapped->bytes();
+        return QImage(reinterpret_cast<const uchar*>(bytes.data()), static_cast<int>(edge),
+                      static_cast<int>(edge), QImage::Format_ARGB32_Premultiplied)
+            .copy();
+    }
+
+    // One request from beginning to end. Null: no picture, for whatever reason.
+    QImage decoded(const QByteArray& bytes, std::uint32_t edge) {
+        const DecodingAnswer wanted{DecodingOutcome::Picture, edge, false};
+        return ask(bytes, edge) && answer() == wanted ? picture(edge) : QImage();
+    }
+
+    void hangUp() { socket_.close(); }
+
+    // Waits for its end. As waitpid() has it.
+    int status() {
+        int status = -1;
+        EXPECT_EQ(::waitpid(std::exchange(process_, -1), &status, 0) > 0, true);
+        return status;
+    }
+
+private:
+    FileDescriptor socket_;
+    FileDescriptor picture_;
+    pid_t process_ = -1;
+};
+
+} // namespace amberquill::desktop
