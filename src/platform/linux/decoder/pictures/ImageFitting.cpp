@@ -53,35 +53,40 @@ double cubic(double distance, double blur, double sharpness) {
     return 0.0;
 }
 
-// Which source pixels, with which weights, one target pixel is made of, along one axis.
+// Which source pixels, with which weights, the pixels of a row or a column are made of. All are made of
+// equally many: where fewer would do, the rest weigh nothing.
 struct Taps {
-    int first = 0;
-    std::vector<float> weights; // sum up to 1
+    std::vector<std::size_t> first; // of each target pixel
+    std::size_t count = 0;          // for each target pixel
+    std::vector<Channels> weights;  // so many for each target pixel: sums up to 1, the same for all channels
 };
 
-std::vector<Taps> tapsFor(int source, int target) {
+Taps tapsFor(int source, int target) {
     const double ratio = static_cast<double>(source) / target;
     const double stretch = std::max(ratio, 1.0);
     const double blur = ratio < 1.0 ? 1.0 / 3.0 : 0.0;
     const double sharpness = ratio < 1.0 ? 1.0 / 3.0 : 0.5;
-    std::vector<Taps> all(static_cast<std::size_t>(target));
+    const int count = std::min(source, static_cast<int>(std::floor(4.0 * stretch)) + 1);
+    Taps taps;
+    taps.count = static_cast<std::size_t>(count);
+    taps.first.reserve(static_cast<std::size_t>(target));
+    taps.weights.reserve(static_cast<std::size_t>(target) * taps.count);
+    std::vector<double> weights(taps.count);
     for (int i = 0; i < target; ++i) {
         const double centre = (i + 0.5) * ratio - 0.5;
-        const int first = std::max(0, static_cast<int>(std::ceil(centre - 2.0 * stretch)));
-        const int last = std::min(source - 1, static_cast<int>(std::floor(centre + 2.0 * stretch)));
-        auto& taps = all[static_cast<std::size_t>(i)];
-        taps.first = first;
+        const int first = std::clamp(static_cast<int>(std::ceil(centre - 2.0 * stretch)), 0, source - count);
         double sum = 0.0;
-        for (int k = first; k <= last; ++k) {
-            const double weight = cubic((k - centre) / stretch, blur, sharpness);
-            taps.weights.push_back(static_cast<float>(weight));
+        for (int k = 0; k < count; ++k) {
+            auto& weight = weights[static_cast<std::size_t>(k)];
+            weight = cubic((first + k - centre) / stretch, blur, sharpness);
             sum += weight;
         }
-        for (auto& weight : taps.weights) {
-            weight = static_cast<float>(weight / sum);
+        taps.first.push_back(static_cast<std::size_t>(first));
+        for (const double weight : weights) {
+            taps.weights.push_back(Channels{} + static_cast<float>(weight / sum));
         }
     }
-    return all;
+    return taps;
 }
 
 // Sharpening overshoots; a premultiplied colour must not exceed its alpha.
@@ -111,39 +116,66 @@ QImage averaged(const QImage& source, QSize target) {
                          Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
+// So many sums are made side by side: one by itself waits for each of its additions.
+constexpr std::size_t abreast = 4;
+
+// From each of so many lists `stride` apart, the sum of `count` values `step` apart, each times its weight.
+void addUp(const Channels* from, std::size_t step, std::size_t stride, const Channels* weights,
+           std::size_t count, Channels* to, std::size_t toStride) {
+    Channels one{};
+    Channels two{};
+    Channels three{};
+    Channels four{};
+    for (std::size_t k = 0; k < count; ++k) {
+        const Channels weight = weights[k];
+        const Channels* const at = from + k * step;
+        one += at[0] * weight;
+        two += at[stride] * weight;
+        three += at[2 * stride] * weight;
+        four += at[3 * stride] * weight;
+    }
+    to[0] = one;
+    to[toStride] = two;
+    to[2 * toStride] = three;
+    to[3 * toStride] = four;
+}
+
+std::size_t roundedUp(std::size_t number) {
+    return (number + abreast - 1) / abreast * abreast;
+}
+
 // Draws `source`, scaled to `size`, into `target` at `offset`. Both are premultiplied ARGB.
 void resample(const QImage& source, QImage& target, QPoint offset, QSize size) {
+    const auto sourceWidth = static_cast<std::size_t>(source.width());
+    const auto sourceHeight = static_cast<std::size_t>(source.height());
     const auto width = static_cast<std::size_t>(size.width());
+    const auto lineWidth = roundedUp(width);
     const auto columns = tapsFor(source.width(), size.width());
-    std::vector<Channels> line(static_cast<std::size_t>(source.width()));
-    std::vector<Channels> lines(width * static_cast<std::size_t>(source.height())); // of the right width
-    for (int y = 0; y < source.height(); ++y) {
-        const uchar* const pixels = source.constScanLine(y);
-        for (std::size_t x = 0; x < line.size(); ++x) {
-            line[x] = channelsOf(pixels + 4 * x);
-        }
-        Channels* const narrowed = lines.data() + width * static_cast<std::size_t>(y);
-        for (std::size_t x = 0; x < width; ++x) {
-            const auto& column = columns[x];
-            const Channels* const from = line.data() + column.first;
-            Channels sum{};
-            for (std::size_t k = 0; k < column.weights.size(); ++k) {
-                sum += from[k] * column.weights[k];
+    std::vector<Channels> wide(abreast * sourceWidth);
+    std::vector<Channels> lines(lineWidth * roundedUp(sourceHeight)); // of the right width
+    for (std::size_t y = 0; y < sourceHeight; y += abreast) {
+        for (std::size_t i = 0; i < abreast && y + i < sourceHeight; ++i) {
+            const uchar* const pixels = source.constScanLine(static_cast<int>(y + i));
+            for (std::size_t x = 0; x < sourceWidth; ++x) {
+                wide[i * sourceWidth + x] = channelsOf(pixels + 4 * x);
             }
-            narrowed[x] = sum;
+        }
+        for (std::size_t x = 0; x < width; ++x) {
+            addUp(wide.data() + columns.first[x], 1, sourceWidth, columns.weights.data() + columns.count * x,
+                  columns.count, lines.data() + lineWidth * y + x, lineWidth);
         }
     }
     const auto rows = tapsFor(source.height(), size.height());
+    std::vector<Channels> line(lineWidth);
     for (int y = 0; y < size.height(); ++y) {
-        const auto& row = rows[static_cast<std::size_t>(y)];
-        const Channels* const from = lines.data() + width * static_cast<std::size_t>(row.first);
+        const auto row = static_cast<std::size_t>(y);
+        for (std::size_t x = 0; x < width; x += abreast) {
+            addUp(lines.data() + lineWidth * rows.first[row] + x, lineWidth, 1,
+                  rows.weights.data() + rows.count * row, rows.count, line.data() + x, 1);
+        }
         uchar* const pixels = target.scanLine(offset.y() + y) + std::ptrdiff_t{4} * offset.x();
         for (std::size_t x = 0; x < width; ++x) {
-            Channels sum{};
-            for (std::size_t k = 0; k < row.weights.size(); ++k) {
-                sum += from[k * width + x] * row.weights[k];
-            }
-            store(pixels + 4 * x, sum);
+            store(pixels + 4 * x, line[x]);
         }
     }
 }
