@@ -75,9 +75,19 @@ TEST(IconOrder, DeviceRatherThanLogicalPixelsDecide) {
               (Names{"96@1", "48@2", "128@1", "64@1"}));
 }
 
-TEST(IconOrder, ADrawingStandsBetweenLargerAndSmallerPictures) {
+TEST(IconOrder, ADrawingMeantForTheSizeGoesBeforePicturesOfOtherSizes) {
     EXPECT_EQ(fullOrder({fixed(48), scalable("scalable", 128, 8, 512), fixed(256)}, 120),
-              (Names{"256@1 png", "256@1 xpm", "scalable svg", "48@1 svg", "256@1 svg", "48@1 png",
+              (Names{"scalable svg", "256@1 png", "256@1 xpm", "48@1 svg", "256@1 svg", "48@1 png",
+                     "48@1 xpm", "scalable png", "scalable xpm"}));
+}
+
+TEST(IconOrder, APictureOfTheExactSizeGoesBeforeADrawingMeantForIt) {
+    EXPECT_EQ(fullOrder({scalable("scalable", 128, 8, 512), fixed(120)}, 120).front(), "120@1 png");
+}
+
+TEST(IconOrder, ADrawingNotMeantForTheSizeStandsBetweenLargerAndSmallerPictures) {
+    EXPECT_EQ(fullOrder({fixed(48), scalable("scalable", 128, 8, 256), fixed(512)}, 300),
+              (Names{"512@1 png", "512@1 xpm", "scalable svg", "512@1 svg", "48@1 svg", "48@1 png",
                      "48@1 xpm", "scalable png", "scalable xpm"}));
 }
 
@@ -99,6 +109,16 @@ TEST(IconOrder, OfDrawingsEquallyMeantTheNearestGoesFirst) {
     EXPECT_EQ(order({scalable("16", 16, 8, 256), scalable("64", 64, 8, 256), scalable("32", 32, 8, 256)}, 120,
                     drawingEndings),
               (Names{"64", "32", "16"}));
+}
+
+TEST(IconOrder, ADrawingForAFinerScreenCountsAsTheSmallOneThatItIs) {
+    const auto wide = scalable("wide", 48, 48, 256);
+    EXPECT_EQ(order({fixed(16, 3), fixed(24, 2), wide}, 48, drawingEndings), (Names{"wide", "24@2", "16@3"}));
+    EXPECT_EQ(order({fixed(22, 3), fixed(64)}, 512, drawingEndings), (Names{"64@1", "22@3"}));
+    // At the size that it is meant for, its lines fall on whole pixels.
+    EXPECT_EQ(order({fixed(24), fixed(16, 2)}, 32, drawingEndings), (Names{"16@2", "24@1"}));
+    // A picture has the pixels that it has.
+    EXPECT_EQ(order({fixed(24, 2), fixed(64)}, 48, pngEnding), (Names{"24@2", "64@1"}));
 }
 
 TEST(IconOrder, AThresholdStretchesWhatADrawingIsMeantFor) {

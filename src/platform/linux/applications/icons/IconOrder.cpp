@@ -8,11 +8,9 @@ namespace amberquill::desktop {
 
 namespace {
 
-enum class Group { Exact, Larger, Scalable, Smaller, Unknown };
+enum class Group { Exact, Drawing, Larger, OtherDrawing, Smaller, Unknown };
 
-constexpr int notMeantForIt = 1 << 24; // further away, in pixels, than anything meant for the size
-
-// One number that sorts as IconOrder promises: the group, the distance in device pixels, the scale, whether
+// One number that sorts as IconOrder promises: the group, the distance in pixels, the scale, whether
 // it is something else than an application's icon, the directory, and the kind of icon in it.
 using Worth = std::uint64_t;
 
@@ -52,18 +50,18 @@ bool isMeantFor(const IconDirectory& directory, int edge) {
 Worth worth(const IconDirectory& directory, std::size_t index, int edge, std::size_t kind) {
     const bool isDrawing = iconKinds.at(kind) == drawingEndings;
     const bool isScalable = directory.type == IconDirectory::Type::Scalable;
-    const int pixels = directory.size * directory.scale;
-    auto distance = std::abs(pixels - edge);
+    // A picture has its pixels, but a drawing for a screen of scale 3 shows no more than the one for scale 1.
+    const int pixels = directory.size * (isDrawing ? 1 : directory.scale);
+    const int distance = std::abs(pixels - edge);
     auto group = Group::Exact;
     // Large pictures, which may be shrunk, stand in directories that call themselves scalable, too. Only in
     // one that is named so a picture may have any size.
     if (!isDrawing && isScalable && directory.path.starts_with("scalable")) {
         group = Group::Unknown;
-    } else if (pixels == edge && !(isDrawing && isScalable)) {
+    } else if (pixels == edge && !(isDrawing && (isScalable || directory.scale > 1))) {
         group = Group::Exact;
     } else if (isDrawing) {
-        group = Group::Scalable;
-        distance += isMeantFor(directory, edge) ? 0 : notMeantForIt;
+        group = isMeantFor(directory, edge) ? Group::Drawing : Group::OtherDrawing;
     } else {
         group = pixels > edge ? Group::Larger : Group::Smaller;
     }

@@ -10,13 +10,15 @@ namespace amberquill::desktop {
 // In which order a theme's directories are looked through for an icon of `edge` device pixels. What looks
 // sharpest comes first:
 //   1. drawn for exactly this size,
-//   2. the next larger picture, then ever larger ones (shrinking keeps an icon crisp),
-//   3. a scalable drawing, one meant for this size before others, then the one drawn for the nearest size,
-//   4. the largest smaller picture, then ever smaller ones (enlarging blurs),
-//   5. pictures in a directory named for scalable drawings: their size is anyone's guess.
-// Among equals: lower scale (drawn for that many logical pixels), applications' icons before others, then the
-// theme's own order. In one directory PNG goes before SVG and that before XPM, as the icon theme standard has
-// it.
+//   2. a drawing meant for this size among others, the one drawn for the nearest size first,
+//   3. the next larger picture, then ever larger ones (shrinking keeps an icon crisp),
+//   4. a drawing meant for other sizes, the nearest first,
+//   5. the largest smaller picture, then ever smaller ones (enlarging blurs),
+//   6. pictures in a directory named for scalable drawings: their size is anyone's guess.
+// How far a picture is from the size is counted in device pixels; a drawing in "16@2", meant for 32 of them,
+// counts as the simple one for 16 that it is. Among equals: lower scale (drawn for that many logical pixels),
+// applications' icons before others, then the theme's own order. In one directory PNG goes before SVG and
+// that before XPM, as the icon theme standard has it.
 class IconOrder {
 public:
     struct Place {
