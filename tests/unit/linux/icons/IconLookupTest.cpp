@@ -97,6 +97,39 @@ TEST_F(IconLookupTest, IconsWithoutAThemeAreFoundLast) {
     EXPECT_EQ(found(u"x"_s, 48, 2), u"pixmaps/x.xpm"_s);
 }
 
+TEST_F(IconLookupTest, OfIconsWithoutAThemeADrawingIsFoundFirst) {
+    writeIcon("pixmaps/x.png");
+    writeIcon("pixmaps/x.svg");
+    writeIcon("pixmaps/x.xpm");
+    EXPECT_EQ(found(u"x"_s), u"pixmaps/x.svg"_s);
+    EXPECT_EQ(found(u"x"_s, 48, 1), u"pixmaps/x.png"_s);
+    EXPECT_EQ(found(u"x"_s, 48, 2), u"pixmaps/x.xpm"_s);
+    writeIcon("icons/x.png");
+    EXPECT_EQ(found(u"x"_s), u"icons/x.png"_s); // what is wanted more goes first
+}
+
+TEST_F(IconLookupTest, WhatNoThemeAskedForHasIsLookedForInAdwaita) {
+    writeTheme("Adwaita", "hicolor,parent");
+    writeIcon("icons/Adwaita/48/apps/x.png");
+    writeIcon("icons/Adwaita/96/apps/x.png");
+    EXPECT_EQ(found(u"x"_s), u"icons/Adwaita/48/apps/x.png"_s);
+    EXPECT_EQ(found(u"x"_s, 48, 1), u"icons/Adwaita/96/apps/x.png"_s);
+    EXPECT_EQ(found(u"x"_s, 48, 2), u""_s);
+    writeIcon("pixmaps/x.png"); // a program's own goes before it
+    EXPECT_EQ(found(u"x"_s), u"pixmaps/x.png"_s);
+    EXPECT_EQ(found(u"x"_s, 48, 1), u"icons/Adwaita/48/apps/x.png"_s);
+}
+
+TEST_F(IconLookupTest, AdwaitaIsNotAskedTwiceWhereAThemeInheritsIt) {
+    writeTheme("test", "Adwaita");
+    writeTheme("Adwaita", "");
+    writeIcon("icons/Adwaita/48/apps/x.png");
+    writeIcon("icons/hicolor/48x48/apps/x.png");
+    EXPECT_EQ(found(u"x"_s), u"icons/Adwaita/48/apps/x.png"_s);
+    EXPECT_EQ(found(u"x"_s, 48, 1), u"icons/hicolor/48x48/apps/x.png"_s);
+    EXPECT_EQ(found(u"x"_s, 48, 2), u""_s);
+}
+
 TEST_F(IconLookupTest, ANameMayCarryAnEnding) {
     writeIcon("icons/test/48/apps/foo.svg");
     EXPECT_EQ(found(u"foo.png"_s), u"icons/test/48/apps/foo.svg"_s);

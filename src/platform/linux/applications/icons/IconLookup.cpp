@@ -5,6 +5,7 @@
 #include "platform/linux/files/DataFolders.h"
 
 #include <QFile>
+#include <array>
 #include <deque>
 #include <map>
 #include <unordered_set>
@@ -19,6 +20,9 @@ constexpr std::size_t maximumThemes = 32;
 constexpr std::size_t maximumAnswers = 20'000;
 constexpr qsizetype maximumPath = 4096;
 constexpr std::size_t maximumIconName = 255;
+
+// Nothing says how large an icon without a theme is, but a drawing suits any size.
+constexpr std::array unthemedEndings{IconEnding::Svg, IconEnding::Svgz, IconEnding::Png, IconEnding::Xpm};
 
 // A plain file name: nothing that could lead out of the folder it is looked for in.
 bool isPlainName(std::string_view name) {
@@ -61,6 +65,9 @@ public:
 
 private:
     static constexpr std::string_view fallbackTheme = "hicolor";
+    // GTK's programs look here for what their theme lacks, so their entries name icons that may be nowhere
+    // else.
+    static constexpr std::string_view lastTheme = "Adwaita";
 
     std::optional<std::string> search(const std::string& icon, int edge, int skip) {
         const auto stem = withoutIconEnding(icon);
@@ -77,7 +84,13 @@ private:
                 return file;
             }
         }
-        return searchUnthemed(name, skip);
+        if (auto file = searchUnthemed(name, skip)) {
+            return file;
+        }
+        if (opened_.insert(std::string(lastTheme)).second) {
+            last_.emplace(lastTheme, baseFolders_);
+        }
+        return last_ ? last_->find(name, edge, skip) : std::nullopt;
     }
 
     // Themes are read when an icon was not found in those before them: depth first, each once, the fallback
@@ -108,7 +121,7 @@ private:
         }
         for (std::size_t i = 0; i < unthemed_.size(); ++i) {
             const auto endings = unthemed_[i].endings(name);
-            for (const auto ending : iconEndings) {
+            for (const auto ending : unthemedEndings) {
                 if (!endings.contains(ending)) {
                     continue;
                 }
@@ -126,6 +139,7 @@ private:
     std::unordered_set<std::string> opened_;
     std::vector<IconTheme> themes_;
     std::vector<IconFolder> unthemed_; // one for each base folder, once they are needed
+    std::optional<IconTheme> last_;    // once it is needed; none where it is one of `themes_`
     std::map<std::pair<std::string, int>, std::optional<std::string>> answers_;
 };
 

@@ -18,8 +18,8 @@ struct DataFolders;
 // Safe on any thread.
 class IconLookup {
 public:
-    // `theme` is asked first, then what it inherits, then "hicolor", then the base folders themselves.
-    // Nothing is read here.
+    // `theme` is asked first, then what it inherits, then "hicolor", then the base folders themselves
+    // (drawings before pictures), then "Adwaita". Nothing is read here.
     IconLookup(QStringList baseFolders, QString theme);
     IconLookup(const IconLookup&) = delete;
     IconLookup& operator=(const IconLookup&) = delete;
