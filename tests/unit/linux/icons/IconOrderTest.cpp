@@ -77,7 +77,7 @@ TEST(IconOrder, DeviceRatherThanLogicalPixelsDecide) {
 
 TEST(IconOrder, ADrawingMeantForTheSizeGoesBeforePicturesOfOtherSizes) {
     EXPECT_EQ(fullOrder({fixed(48), scalable("scalable", 128, 8, 512), fixed(256)}, 120),
-              (Names{"scalable svg", "256@1 png", "256@1 xpm", "48@1 svg", "256@1 svg", "48@1 png",
+              (Names{"scalable svg", "256@1 svg", "256@1 png", "256@1 xpm", "48@1 svg", "48@1 png",
                      "48@1 xpm", "scalable png", "scalable xpm"}));
 }
 
@@ -85,10 +85,15 @@ TEST(IconOrder, APictureOfTheExactSizeGoesBeforeADrawingMeantForIt) {
     EXPECT_EQ(fullOrder({scalable("scalable", 128, 8, 512), fixed(120)}, 120).front(), "120@1 png");
 }
 
-TEST(IconOrder, ADrawingNotMeantForTheSizeStandsBetweenLargerAndSmallerPictures) {
+TEST(IconOrder, ADrawingForLargerSizesGoesBeforeLargerPicturesAndOneForSmallerSizesAfterThem) {
     EXPECT_EQ(fullOrder({fixed(48), scalable("scalable", 128, 8, 256), fixed(512)}, 300),
-              (Names{"512@1 png", "512@1 xpm", "scalable svg", "512@1 svg", "48@1 svg", "48@1 png",
+              (Names{"512@1 svg", "512@1 png", "512@1 xpm", "scalable svg", "48@1 svg", "48@1 png",
                      "48@1 xpm", "scalable png", "scalable xpm"}));
+}
+
+TEST(IconOrder, OfDrawingsNotMeantForTheSizeTheNextLargerGoesFirst) {
+    EXPECT_EQ(order({fixed(16), fixed(22), fixed(32), scalable("48", 48, 48, 256)}, 26, drawingEndings),
+              (Names{"32@1", "48", "22@1", "16@1"}));
 }
 
 TEST(IconOrder, InOneDirectoryOfTheExactSizeTheStandardsOrderOfFormatsCounts) {
@@ -111,12 +116,13 @@ TEST(IconOrder, OfDrawingsEquallyMeantTheNearestGoesFirst) {
               (Names{"64", "32", "16"}));
 }
 
-TEST(IconOrder, ADrawingForAFinerScreenCountsAsTheSmallOneThatItIs) {
+TEST(IconOrder, ADrawingForAFinerScreenIsTheSmallOneThatItWasMadeFor) {
     const auto wide = scalable("wide", 48, 48, 256);
     EXPECT_EQ(order({fixed(16, 3), fixed(24, 2), wide}, 48, drawingEndings), (Names{"wide", "24@2", "16@3"}));
+    EXPECT_EQ(order({fixed(22, 2), wide}, 44, drawingEndings), (Names{"wide", "22@2"}));
+    EXPECT_EQ(order({fixed(22, 3), fixed(64)}, 66, drawingEndings), (Names{"64@1", "22@3"}));
     EXPECT_EQ(order({fixed(22, 3), fixed(64)}, 512, drawingEndings), (Names{"64@1", "22@3"}));
-    // At the size that it is meant for, its lines fall on whole pixels.
-    EXPECT_EQ(order({fixed(24), fixed(16, 2)}, 32, drawingEndings), (Names{"16@2", "24@1"}));
+    EXPECT_EQ(order({fixed(22, 2), fixed(22)}, 22, drawingEndings), (Names{"22@1", "22@2"}));
     // A picture has the pixels that it has.
     EXPECT_EQ(order({fixed(24, 2), fixed(64)}, 48, pngEnding), (Names{"24@2", "64@1"}));
 }

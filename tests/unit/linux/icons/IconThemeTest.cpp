@@ -136,10 +136,10 @@ TEST_F(IconThemeTest, AFolderUnderTwoNamesCountsUnderBoth) {
     auto doubled = fixedSize(48);
     doubled += "\nScale=2";
     files_.write("system/test/index.theme", themeIndex({{"48/apps", fixedSize(48)}, {"48@2/apps", doubled}}));
-    files_.write("system/test/48/apps/x.svg", "x");
+    files_.write("system/test/48/apps/x.png", "x");
     files_.link("system/test/48@2", "48");
-    EXPECT_EQ(found("x", 48), "system/test/48/apps/x.svg");
-    EXPECT_EQ(found("x", 96), "system/test/48@2/apps/x.svg");
+    EXPECT_EQ(found("x", 48), "system/test/48/apps/x.png");
+    EXPECT_EQ(found("x", 96), "system/test/48@2/apps/x.png");
 }
 
 TEST_F(IconThemeTest, TheCacheIsBelievedWhereItIsNewerThanAFolder) {

@@ -8,7 +8,7 @@ namespace amberquill::desktop {
 
 namespace {
 
-enum class Group { Exact, Drawing, Larger, OtherDrawing, Smaller, Unknown };
+enum class Group { Exact, Drawing, LargerDrawing, Larger, SmallerDrawing, Smaller, Unknown };
 
 // One number that sorts as IconOrder promises: the group, the distance in pixels, the scale, whether
 // it is something else than an application's icon, the directory, and the kind of icon in it.
@@ -39,32 +39,38 @@ bool isMeantFor(const IconDirectory& directory, int edge) {
     case IconDirectory::Type::Fixed:
         break;
     case IconDirectory::Type::Scalable:
-        return edge >= directory.minimumSize * directory.scale &&
-               edge <= directory.maximumSize * directory.scale;
+        return edge >= directory.minimumSize && edge <= directory.maximumSize;
     case IconDirectory::Type::Threshold:
-        return std::abs(edge - directory.size * directory.scale) <= directory.threshold * directory.scale;
+        return std::abs(edge - directory.size) <= directory.threshold;
     }
-    return edge == directory.size * directory.scale;
+    return edge == directory.size;
+}
+
+Group groupOf(const IconDirectory& directory, int pixels, int edge, bool isDrawing) {
+    const bool isScalable = directory.type == IconDirectory::Type::Scalable;
+    // Large pictures, which may be shrunk, stand in directories that call themselves scalable, too. Only in
+    // one that is named so a picture may have any size.
+    if (!isDrawing && isScalable && directory.path.starts_with("scalable")) {
+        return Group::Unknown;
+    }
+    if (pixels == edge && !(isDrawing && isScalable)) {
+        return Group::Exact;
+    }
+    if (isDrawing && isMeantFor(directory, edge)) {
+        return Group::Drawing;
+    }
+    if (pixels > edge) {
+        return isDrawing ? Group::LargerDrawing : Group::Larger;
+    }
+    return isDrawing ? Group::SmallerDrawing : Group::Smaller;
 }
 
 Worth worth(const IconDirectory& directory, std::size_t index, int edge, std::size_t kind) {
     const bool isDrawing = iconKinds.at(kind) == drawingEndings;
-    const bool isScalable = directory.type == IconDirectory::Type::Scalable;
     // A picture has its pixels, but a drawing for a screen of scale 3 shows no more than the one for scale 1.
     const int pixels = directory.size * (isDrawing ? 1 : directory.scale);
+    const auto group = groupOf(directory, pixels, edge, isDrawing);
     const int distance = std::abs(pixels - edge);
-    auto group = Group::Exact;
-    // Large pictures, which may be shrunk, stand in directories that call themselves scalable, too. Only in
-    // one that is named so a picture may have any size.
-    if (!isDrawing && isScalable && directory.path.starts_with("scalable")) {
-        group = Group::Unknown;
-    } else if (pixels == edge && !(isDrawing && (isScalable || directory.scale > 1))) {
-        group = Group::Exact;
-    } else if (isDrawing) {
-        group = isMeantFor(directory, edge) ? Group::Drawing : Group::OtherDrawing;
-    } else {
-        group = pixels > edge ? Group::Larger : Group::Smaller;
-    }
     const bool isApplications = directory.context == "Applications" || directory.path.ends_with("/apps");
     return packed(group, distance, directory.scale, !isApplications, index, kind);
 }

@@ -11,14 +11,15 @@ namespace amberquill::desktop {
 // sharpest comes first:
 //   1. drawn for exactly this size,
 //   2. a drawing meant for this size among others, the one drawn for the nearest size first,
-//   3. the next larger picture, then ever larger ones (shrinking keeps an icon crisp),
-//   4. a drawing meant for other sizes, the nearest first,
-//   5. the largest smaller picture, then ever smaller ones (enlarging blurs),
-//   6. pictures in a directory named for scalable drawings: their size is anyone's guess.
-// How far a picture is from the size is counted in device pixels; a drawing in "16@2", meant for 32 of them,
-// counts as the simple one for 16 that it is. Among equals: lower scale (drawn for that many logical pixels),
-// applications' icons before others, then the theme's own order. In one directory PNG goes before SVG and
-// that before XPM, as the icon theme standard has it.
+//   3. the drawing made for the next larger size, then for ever larger ones,
+//   4. the next larger picture, then ever larger ones (shrinking keeps an icon crisp),
+//   5. a drawing made for smaller sizes, the largest first (themes draw small ones simpler),
+//   6. the largest smaller picture, then ever smaller ones (enlarging blurs),
+//   7. pictures in a directory named for scalable drawings: their size is anyone's guess.
+// A picture's size is in device pixels. A drawing's is what it was drawn for, whatever the scale: in "16@2"
+// stands the simple one for 16. Among equals: lower scale, applications' icons before others, then the
+// theme's own order. In one directory PNG goes before SVG and that before XPM, as the icon theme standard has
+// it.
 class IconOrder {
 public:
     struct Place {
