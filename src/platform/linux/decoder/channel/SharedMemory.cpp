@@ -58,6 +58,9 @@ std::optional<MappedMemory> MappedMemory::map(const FileDescriptor& memory, std:
         ::lseek(memory.get(), 0, SEEK_END) != static_cast<off_t>(bytes)) {
         return std::nullopt;
     }
+    if (bytes == 0) {
+        return MappedMemory({});
+    }
     // What is sealed against writing cannot be mapped shared for it, and for reading only by newer kernels.
     const bool isWritable = access == Access::ReadAndWrite;
     void* const start = ::mmap(nullptr, bytes, isWritable ? PROT_READ | PROT_WRITE : PROT_READ,

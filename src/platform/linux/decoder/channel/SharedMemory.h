@@ -21,7 +21,6 @@ public:
     enum class Access { Read, ReadAndWrite };
 
     // None: not of this size, or it could be made smaller while it is read, which would end the reader.
-    // `bytes` is not 0.
     [[nodiscard]] static std::optional<MappedMemory> map(const FileDescriptor& memory, std::size_t bytes,
                                                          Access access);
     MappedMemory(const MappedMemory&) = delete;

@@ -54,6 +54,15 @@ TEST(SharedMemory, MemoryOfAnotherSizeIsNotMapped) {
     EXPECT_FALSE(MappedMemory::map(memory, 16, Access::Read));
 }
 
+TEST(SharedMemory, NoBytesAreMappedLikeAnyOthers) {
+    const FileDescriptor memory = sealedMemory({});
+    ASSERT_TRUE(memory.isOpen());
+    const auto mapped = MappedMemory::map(memory, 0, Access::Read);
+    ASSERT_TRUE(mapped);
+    EXPECT_TRUE(mapped->bytes().empty());
+    EXPECT_FALSE(MappedMemory::map(memory, 1, Access::Read));
+}
+
 TEST(SharedMemory, MemoryThatCouldBecomeSmallerIsNotMapped) {
     const FileDescriptor memory = unsealed(8);
     EXPECT_FALSE(MappedMemory::map(memory, 8, Access::Read));

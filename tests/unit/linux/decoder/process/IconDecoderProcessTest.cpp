@@ -1,11 +1,14 @@
 #include "StartedDecoder.h"
 
+#include "platform/linux/decoder/process/Confinement.h"
 #include "support/IconFiles.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QRegularExpression>
 #include <filesystem>
 #include <map>
+#include <sys/resource.h>
 
 using namespace amberquill;
 using namespace amberquill::desktop;
@@ -75,11 +78,79 @@ TEST(IconDecoderProcess, ItHasNoDescriptorsButTheSocketAndTwoOutputsThatLeadNowh
     EXPECT_EQ(descriptorsOf(decoder.process()), before);
 }
 
+TEST(IconDecoderProcess, ItsLimitsAreTheLowestThatServe) {
+    StartedDecoder decoder;
+    ASSERT_TRUE(decoder.isReady());
+    const auto limit = [&decoder](__rlimit_resource resource) {
+        rlimit limits = {};
+        EXPECT_EQ(::prlimit(decoder.process(), resource, nullptr, &limits), 0);
+        return std::pair(limits.rlim_cur, limits.rlim_max);
+    };
+    const auto both = [](rlim_t most) { return std::pair(most, most); };
+    EXPECT_EQ(limit(RLIMIT_CORE), both(0));
+    EXPECT_EQ(limit(RLIMIT_FSIZE), both(0));
+    EXPECT_EQ(limit(RLIMIT_NOFILE), both(16));
+    // First the signal that says why.
+    EXPECT_EQ(limit(RLIMIT_CPU), std::pair(rlim_t{30}, rlim_t{31}));
+#ifndef AMBERQUILL_SANITIZED
+    EXPECT_EQ(limit(RLIMIT_AS), both(static_cast<rlim_t>(decoderMemory)));
+#endif
+}
+
 TEST(IconDecoderProcess, ItEndsWithTheLauncher) {
     StartedDecoder decoder;
     ASSERT_TRUE(decoder.isReady());
     decoder.hangUp();
-    const int status = decoder.status();
-    ASSERT_TRUE(WIFEXITED(status));
-    EXPECT_EQ(WEXITSTATUS(status), static_cast<int>(DecoderExit::Done));
+    EXPECT_EQ(decoder.exit(), DecoderExit::Done);
+}
+
+TEST(IconDecoderProcess, ItEndsWithTheLauncherInTheMiddleOfAPictureToo) {
+    TemporaryTree folder;
+    StartedDecoder busy(QStringLiteral("confinement_probe"),
+                        {"confined", "work without end", folder.path().toStdString()});
+    ASSERT_TRUE(busy.isReady());
+    ASSERT_TRUE(busy.ask("file", 8));
+    busy.hangUp();
+    EXPECT_EQ(busy.exit(), DecoderExit::Done);
+}
+
+TEST(IconDecoderProcess, ASenselessRequestEndsIt) {
+    StartedDecoder decoder;
+    ASSERT_TRUE(decoder.isReady());
+    ASSERT_TRUE(sendMessage(decoder.socket(), std::array<std::byte, 1>{}));
+    EXPECT_FALSE(decoder.answer());
+    EXPECT_EQ(decoder.exit(), DecoderExit::SenselessRequest);
+}
+
+TEST(IconDecoderProcess, StartedByHandItSaysWhatItIs) {
+    QProcess process;
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.start(testProgram(QStringLiteral("../amberquill-icons")), {});
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), static_cast<int>(DecoderExit::ByHand));
+    EXPECT_TRUE(process.readAllStandardError().contains("amberquill, which starts it"));
+}
+
+TEST(IconDecoderProcess, OfALargePictureNoMemoryIsKept) {
+#ifdef AMBERQUILL_SANITIZED
+    GTEST_SKIP() << "sanitizers keep memory";
+#endif
+    StartedDecoder decoder;
+    ASSERT_TRUE(decoder.isReady());
+    // Everything that is loaded once has been.
+    EXPECT_FALSE(decoder.decoded(png(600, 600), 64).isNull());
+    const auto kilobytes = [&decoder] { return std::stol(statusEntry(decoder.process(), "RssAnon")); };
+    const long before = kilobytes();
+    EXPECT_FALSE(decoder.decoded(png(4000, 4000), 512).isNull());
+    constexpr long keptAtMost = 10 * 1024; // of the picture's 64 MB
+    EXPECT_LT(kilobytes(), before + keptAtMost);
+}
+
+TEST(IconDecoderProcess, TheLargestPictureThatAFileMayHoldIsDecodedWithinItsMemory) {
+    StartedDecoder decoder;
+    ASSERT_TRUE(decoder.isReady());
+    QImage deep(5'792, 5'792, QImage::Format_RGBA64);
+    deep.fill(Qt::red);
+    EXPECT_FALSE(decoder.decoded(encoded(deep, "png"), 1024).isNull());
 }

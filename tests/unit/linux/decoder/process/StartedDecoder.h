@@ -8,40 +8,48 @@
 #include <QByteArray>
 #include <QImage>
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <spawn.h>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace amberquill::desktop {
 
-// The program itself, started as the launcher starts it. It is gone with its owner.
+// A program that answers requests, started as the launcher starts one. It is gone with its owner.
 class StartedDecoder {
 public:
-    enum class Fonts { Absent, Present };
+    // The program itself.
+    StartedDecoder()
+        : StartedDecoder(QStringLiteral("../amberquill-icons"), {}) {}
 
-    explicit StartedDecoder(Fonts fonts = Fonts::Absent) {
+    // One that lies beside the tests.
+    StartedDecoder(const QString& program, std::vector<std::string> arguments) {
         auto sockets = messageSockets();
         if (!sockets) {
             ADD_FAILURE() << "no sockets";
             return;
         }
         socket_ = std::move(sockets->first);
-        std::string path = testProgram(QStringLiteral("../amberquill-icons")).toStdString();
-        std::string argument = decoderFontsArgument;
-        std::array<char*, 3> arguments{path.data(), fonts == Fonts::Present ? argument.data() : nullptr,
-                                       nullptr};
+        arguments.insert(arguments.begin(), testProgram(program).toStdString());
+        std::vector<char*> words;
+        for (auto& argument : arguments) {
+            words.push_back(argument.data());
+        }
+        words.push_back(nullptr);
         posix_spawn_file_actions_t actions = {};
         ::posix_spawn_file_actions_init(&actions);
         ::posix_spawn_file_actions_adddup2(&actions, sockets->second.get(), decoderSocket);
         for (const int output : {STDOUT_FILENO, STDERR_FILENO}) {
             ::posix_spawn_file_actions_addopen(&actions, output, "/dev/null", O_WRONLY, 0);
         }
-        EXPECT_EQ(::posix_spawn(&process_, path.c_str(), &actions, nullptr, arguments.data(), environ), 0);
+        EXPECT_EQ(::posix_spawn(&process_, words.front(), &actions, nullptr, words.data(), environ), 0);
         ::posix_spawn_file_actions_destroy(&actions);
     }
     StartedDecoder(const StartedDecoder&) = delete;
@@ -61,6 +69,12 @@ public:
         std::array<std::byte, answerSize> buffer = {};
         const auto message = receiveMessage(socket_.get(), buffer);
         return message ? decodedAnswer(std::span(buffer).first(message->size)) : std::nullopt;
+    }
+
+    // False: there is none, and the process goes on.
+    bool waitForAnswer(std::chrono::milliseconds longest) {
+        pollfd socket = {socket_.get(), POLLIN, 0};
+        return ::poll(&socket, 1, static_cast<int>(longest.count())) > 0;
     }
 
     bool isReady() { return answer() == DecodingAnswer{DecodingOutcome::Ready, 0, false}; }
@@ -96,8 +110,16 @@ public:
     // Waits for its end. As waitpid() has it.
     int status() {
         int status = -1;
-        EXPECT_EQ(::waitpid(std::exchange(process_, -1), &status, 0) > 0, true);
+        EXPECT_GT(::waitpid(std::exchange(process_, -1), &status, 0), 0);
         return status;
+    }
+
+    // Waits until it ends by itself.
+    std::optional<DecoderExit> exit() {
+        const int status = this->status();
+        EXPECT_TRUE(WIFEXITED(status)) << WTERMSIG(status);
+        return WIFEXITED(status) ? std::optional(static_cast<DecoderExit>(WEXITSTATUS(status)))
+                                 : std::nullopt;
     }
 
 private:

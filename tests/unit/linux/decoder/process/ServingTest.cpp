@@ -1,0 +1,228 @@
+#include "platform/linux/decoder/process/Serving.h"
+
+#include "platform/linux/decoder/channel/DecodingMessages.h"
+#include "platform/linux/decoder/channel/MessageSocket.h"
+#include "platform/linux/decoder/channel/SharedMemory.h"
+
+#include <array>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <optional>
+#include <string_view>
+#include <thread>
+#include <unistd.h>
+
+using namespace amberquill::desktop;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr ServingLimits patient{1h, 100s};
+
+QImage greenSquare(const QByteArray&, int edge) {
+    QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::green);
+    return image;
+}
+
+// serve() on a thread of its own, and the launcher's end of the socket.
+class Serving : public testing::Test {
+protected:
+    Serving() {
+        auto sockets = messageSockets();
+        if (sockets) {
+            std::tie(near_, far_) = std::move(*sockets);
+        }
+    }
+    ~Serving() override { static_cast<void>(end()); }
+
+    void start(const Decoding& decoding, const ServingLimits& limits = patient) {
+        thread_ = std::thread([this, decoding, limits] {
+            end_ = serve(far_.get(), decoding, limits);
+            far_.close();
+        });
+        EXPECT_EQ(answer(), (DecodingAnswer{DecodingOutcome::Ready, 0, false}));
+    }
+
+    // Waits for what serve() returns, which is given no more requests.
+    std::optional<ServingEnd> end() {
+        near_.close();
+        if (thread_.joinable()) {
+            thread_.join();
+        }
+        return end_;
+    }
+
+    bool send(std::span<const std::byte> message, std::span<const int> descriptors) {
+        return sendMessage(near_.get(), message, descriptors);
+    }
+    bool send(const DecodingRequest& request, std::span<const int> descriptors) {
+        std::array<std::byte, requestSize> message = {};
+        encode(request, message);
+        return send(message, descriptors);
+    }
+    // A request as the launcher makes it, with the bytes "file".
+    bool ask(std::uint32_t edge) {
+        picture_ = writableMemory(pictureBytes(edge));
+        return send({edge, 4}, std::array{file_.get(), picture_.get()});
+    }
+
+    // None: serve() is over.
+    std::optional<DecodingAnswer> answer() {
+        std::array<std::byte, answerSize> buffer = {};
+        const auto message = receiveMessage(near_.get(), buffer);
+        return message ? decodedAnswer(std::span(buffer).first(message->size)) : std::nullopt;
+    }
+
+    FileDescriptor near_;
+    FileDescriptor far_;
+    FileDescriptor file_ = sealedMemory(std::as_bytes(std::span(std::string_view("file"))));
+    FileDescriptor picture_;
+    std::optional<ServingEnd> end_;
+    std::thread thread_;
+};
+
+// A request that is not the launcher's; the service is over after it.
+using SenselessRequest = Serving;
+
+constexpr DecodingAnswer picture(std::uint32_t edge, bool isLast = false) {
+    return {DecodingOutcome::Picture, edge, isLast};
+}
+
+constexpr DecodingAnswer noPicture(std::uint32_t edge) {
+    return {DecodingOutcome::NoPicture, edge, false};
+}
+
+} // namespace
+
+TEST_F(Serving, EachRequestIsAnsweredFromItsOwnBytes) {
+    start([](const QByteArray& bytes, int edge) {
+        EXPECT_EQ(bytes, "file");
+        return greenSquare(bytes, edge);
+    });
+    for (const std::uint32_t edge : {1U, 48U, 300U}) {
+        ASSERT_TRUE(ask(edge));
+        ASSERT_EQ(answer(), picture(edge));
+        const auto mapped = MappedMemory::map(picture_, pictureBytes(edge), MappedMemory::Access::Read);
+        ASSERT_TRUE(mapped);
+        const QImage image(reinterpret_cast<const uchar*>(mapped->bytes().data()), static_cast<int>(edge),
+                           static_cast<int>(edge), QImage::Format_ARGB32_Premultiplied);
+        EXPECT_EQ(image, greenSquare({}, static_cast<int>(edge)));
+    }
+    EXPECT_EQ(end(), ServingEnd::Done);
+}
+
+TEST_F(Serving, APictureOfAnotherSizeOrFormatIsNone) {
+    start([](const QByteArray& bytes, int edge) {
+        return edge == 10 ? greenSquare(bytes, 11)
+                          : greenSquare(bytes, edge).convertToFormat(QImage::Format_RGB888);
+    });
+    for (const std::uint32_t edge : {10U, 20U}) {
+        ASSERT_TRUE(ask(edge));
+        EXPECT_EQ(answer(), noPicture(edge));
+    }
+}
+
+TEST_F(Serving, AnEmptyFileIsDecodedLikeAnyOther) {
+    start([](const QByteArray& bytes, int) {
+        EXPECT_TRUE(bytes.isEmpty());
+        return QImage();
+    });
+    const FileDescriptor empty = sealedMemory({});
+    picture_ = writableMemory(pictureBytes(8));
+    ASSERT_TRUE(send({8, 0}, std::array{empty.get(), picture_.get()}));
+    EXPECT_EQ(answer(), noPicture(8));
+}
+
+TEST_F(Serving, NoDescriptorIsOpenWhileAPictureIsMadeButThoseOfBefore) {
+    const auto descriptorsInUse = [] {
+        int count = 0;
+        for (int i = 0; i < 1024; ++i) {
+            count += ::fcntl(i, F_GETFD) != -1 ? 1 : 0;
+        }
+        return count;
+    };
+    int during = 0;
+    start([&](const QByteArray& bytes, int edge) {
+        during = descriptorsInUse();
+        return greenSquare(bytes, edge);
+    });
+    picture_ = writableMemory(pictureBytes(8));
+    const int before = descriptorsInUse();
+    ASSERT_TRUE(send({8, 4}, std::array{file_.get(), picture_.get()}));
+    ASSERT_EQ(answer(), picture(8));
+    EXPECT_EQ(during, before);
+    EXPECT_EQ(descriptorsInUse(), before);
+}
+
+TEST_F(Serving, AnAlarmIsSetForEachPictureAndForNothingElse) {
+    unsigned int left = 0;
+    start([&left](const QByteArray& bytes, int edge) {
+        left = ::alarm(patient.longest.count()); // sets the same one again
+        return greenSquare(bytes, edge);
+    });
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(::alarm(0), 0U);
+        ASSERT_TRUE(ask(8));
+        ASSERT_EQ(answer(), picture(8));
+        EXPECT_GT(left, 0U);
+        left = 0;
+    }
+    EXPECT_EQ(end(), ServingEnd::Done);
+    EXPECT_EQ(::alarm(0), 0U);
+}
+
+TEST_F(Serving, TheAnswerAfterWhichMuchProcessorTimeIsUsedUpIsTheLast) {
+    start(greenSquare, {0s, 100s});
+    ASSERT_TRUE(ask(8));
+    EXPECT_EQ(answer(), picture(8, true));
+    EXPECT_FALSE(answer());
+    EXPECT_EQ(end(), ServingEnd::Done);
+}
+
+TEST_F(SenselessRequest, ShorterThanARequest) {
+    start(greenSquare);
+    ASSERT_TRUE(send(std::array<std::byte, 1>{}, {}));
+    EXPECT_FALSE(answer());
+    EXPECT_EQ(end(), ServingEnd::Senseless);
+}
+
+TEST_F(SenselessRequest, LongerThanARequest) {
+    start(greenSquare);
+    std::array<std::byte, requestSize + 1> message = {};
+    encode(DecodingRequest{8, 4}, std::span(message).first<requestSize>());
+    picture_ = writableMemory(pictureBytes(8));
+    ASSERT_TRUE(send(message, std::array{file_.get(), picture_.get()}));
+    EXPECT_FALSE(answer());
+    EXPECT_EQ(end(), ServingEnd::Senseless);
+}
+
+TEST_F(SenselessRequest, WithOneDescriptor) {
+    start(greenSquare);
+    ASSERT_TRUE(send({8, 4}, std::array{file_.get()}));
+    EXPECT_FALSE(answer());
+    EXPECT_EQ(end(), ServingEnd::Senseless);
+}
+
+TEST_F(SenselessRequest, AFileOfAnotherSize) {
+    start(greenSquare);
+    picture_ = writableMemory(pictureBytes(8));
+    ASSERT_TRUE(send({8, 5}, std::array{file_.get(), picture_.get()}));
+    EXPECT_FALSE(answer());
+    EXPECT_EQ(end(), ServingEnd::Senseless);
+}
+
+TEST_F(SenselessRequest, MemoryTooSmallForThePicture) {
+    start(greenSquare);
+    picture_ = writableMemory(pictureBytes(8) - 1);
+    ASSERT_TRUE(send({8, 4}, std::array{file_.get(), picture_.get()}));
+    EXPECT_FALSE(answer());
+    EXPECT_EQ(end(), ServingEnd::Senseless);
+}
+
+TEST_F(SenselessRequest, MemoryForThePictureThatCannotBeWrittenTo) {
+    start(greenSquare);
+    ASSERT_TRUE(send({1, 4}, std::array{file_.get(), file_.get()}));
+    EXPECT_FALSE(answer());
+    EXPECT_EQ(end(), ServingEnd::Senseless);
+}
