@@ -49,6 +49,9 @@ public:
         for (const int output : {STDOUT_FILENO, STDERR_FILENO}) {
             ::posix_spawn_file_actions_addopen(&actions, output, "/dev/null", O_WRONLY, 0);
         }
+        // One that it is to close.
+        constexpr int inherited = 9;
+        ::posix_spawn_file_actions_addopen(&actions, inherited, "/dev/null", O_RDONLY, 0);
         EXPECT_EQ(::posix_spawn(&process_, words.front(), &actions, nullptr, words.data(), environ), 0);
         ::posix_spawn_file_actions_destroy(&actions);
     }
