@@ -1,7 +1,5 @@
 #include "platform/linux/files/RegularFile.h"
 
-#include "platform/linux/files/FileDescriptor.h"
-
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -22,9 +20,17 @@ qsizetype readSome(int file, char* to, qsizetype size) {
 
 } // namespace
 
+FileDescriptor openForReading(int folder, const char* path) {
+    return FileDescriptor(::openat(folder, path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+}
+
 std::optional<QByteArrayView> readRegularFile(int folder, const char* path, qsizetype limit,
                                               QByteArray& buffer) {
-    const FileDescriptor file(::openat(folder, path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    return readRegularFile(openForReading(folder, path), limit, buffer);
+}
+
+std::optional<QByteArrayView> readRegularFile(const FileDescriptor& file, qsizetype limit,
+                                              QByteArray& buffer) {
     struct stat status = {};
     if (!file.isOpen() || ::fstat(file.get(), &status) != 0) {
         return std::nullopt;

@@ -1,13 +1,13 @@
 #include "platform/linux/applications/launching/HeldProcess.h"
 
 #include "platform/linux/applications/launching/ChildSetup.h"
+#include "platform/linux/files/ProcessDescriptor.h"
 
 #include <algorithm>
 #include <array>
 #include <csignal>
 #include <fcntl.h>
 #include <sys/socket.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace amberquill::desktop {
@@ -98,11 +98,6 @@ void HeldProcess::release() {
     const char word = 1;
     send(hold.get(), &word, sizeof word, MSG_NOSIGNAL);
     hold.close();
-}
-
-// Not through glibc's <sys/pidfd.h>, which C++ cannot link with before 2.37.
-FileDescriptor processDescriptor(pid_t process) {
-    return FileDescriptor(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
 }
 
 std::optional<HeldProcess> startHeld(const ProcessRequest& request) {

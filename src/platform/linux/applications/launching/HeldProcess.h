@@ -35,9 +35,6 @@ struct HeldProcess {
     void release();
 };
 
-// A descriptor of a child process that becomes readable at its end; not open on kernels without such a thing.
-[[nodiscard]] FileDescriptor processDescriptor(pid_t process);
-
 // Main thread or any other. None: the system refuses another process.
 [[nodiscard]] std::optional<HeldProcess> startHeld(const ProcessRequest& request);
 
