@@ -1,0 +1,153 @@
+#include "platform/linux/applications/icons/IconWorker.h"
+
+#include "platform/linux/decoder/channel/MessageSocket.h"
+#include "platform/linux/decoder/channel/SharedMemory.h"
+#include "platform/linux/files/ReadableBy.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace amberquill::desktop {
+
+namespace {
+
+// As premultiplied pixels are: no colour exceeds the alpha.
+void makePremultiplied(QImage& image) {
+    auto* const pixels = reinterpret_cast<QRgb*>(image.bits());
+    std::transform(pixels, pixels + image.sizeInBytes() / qsizetype{sizeof(QRgb)}, pixels, [](QRgb pixel) {
+        const int alpha = qAlpha(pixel);
+        return qRgba(std::min(qRed(pixel), alpha), std::min(qGreen(pixel), alpha),
+                     std::min(qBlue(pixel), alpha), alpha);
+    });
+}
+
+// Reads, and maps nothing: the process can still write to the memory.
+QImage readPicture(const FileDescriptor& memory, std::uint32_t edge) {
+    QImage image(static_cast<int>(edge), static_cast<int>(edge), QImage::Format_ARGB32_Premultiplied);
+    if (image.isNull()) {
+        return image;
+    }
+    auto* const bytes = reinterpret_cast<char*>(image.bits());
+    const auto size = pictureBytes(edge);
+    for (std::size_t done = 0; done < size;) {
+        const ssize_t got = ::pread(memory.get(), bytes + done, size - done, static_cast<off_t>(done));
+        if (got == 0 || (got < 0 && errno != EINTR)) {
+            return {};
+        }
+        done += got > 0 ? static_cast<std::size_t>(got) : 0;
+    }
+    makePremultiplied(image);
+    return image;
+}
+
+} // namespace
+
+std::unique_ptr<IconWorker> IconWorker::start(const WorkerProgram& program, const IconWorkerLimits& limits,
+                                              const ProcessorTime& processorTime, bool hasFonts) {
+    auto sockets = messageSockets();
+    // A process that does not read must not keep us from going on.
+    if (!sockets || ::fcntl(sockets->first.get(), F_SETFL, O_NONBLOCK) != 0) {
+        return nullptr;
+    }
+    std::vector<std::string> arguments;
+    if (hasFonts) {
+        arguments.emplace_back(decoderFontsArgument);
+    }
+    auto process = WorkerProcess::start(program, arguments, sockets->second);
+    if (!process) {
+        return nullptr;
+    }
+    return std::make_unique<IconWorker>(std::move(process), std::move(sockets->first), limits, processorTime,
+                                        hasFonts);
+}
+
+IconWorker::IconWorker(std::unique_ptr<WorkerProcess> process, FileDescriptor socket,
+                       const IconWorkerLimits& limits, ProcessorTime processorTime, bool hasFonts)
+    : socket_(std::move(socket))
+    , limits_(limits)
+    , processorTime_(std::move(processorTime))
+    , hasFonts_(hasFonts)
+    , process_(std::move(process)) {}
+
+bool IconWorker::isWell() const {
+    // That it is ready may be said at any time.
+    return !isReady_ || !isReadableBy(socket_.get(), {});
+}
+
+DecodingAttempt IconWorker::decode(const FileDescriptor& file, const DecodingRequest& request) {
+    if (!isReady_) {
+        if (const Kind failure = awaitReady(); !isReady_) {
+            return {failure, {}, false};
+        }
+    }
+    const FileDescriptor picture = writableMemory(pictureBytes(request.edge));
+    std::array<std::byte, requestSize> message = {};
+    encode(request, message);
+    const auto usedBefore = processorTime_(process_->id());
+    if (!picture.isOpen() || !sendMessage(socket_.get(), message, std::array{file.get(), picture.get()})) {
+        return {Kind::Killed, {}, false};
+    }
+    if (!isReadableBy(socket_.get(), Clock::now() + limits_.picture)) {
+        const auto used = processorTime_(process_->id()) - usedBefore;
+        process_->kill();
+        return {used * 2 >= limits_.picture ? Kind::Overran : Kind::Starved, {}, false};
+    }
+    const auto [answer, wasKilled] = receive();
+    if (!answer) {
+        return {wasKilled ? Kind::Killed : Kind::Failed, {}, false};
+    }
+    if (answer->edge != request.edge) {
+        return {};
+    }
+    switch (answer->outcome) {
+    case DecodingOutcome::Picture: {
+        auto image = readPicture(picture, request.edge);
+        // No memory for it here is nothing that the process did.
+        const Kind kind = image.isNull() ? Kind::Killed : Kind::Picture;
+        return {kind, std::move(image), !answer->isLast};
+    }
+    case DecodingOutcome::NoPicture:
+        return {Kind::NoPicture, {}, !answer->isLast};
+    case DecodingOutcome::NeedsFonts:
+        return hasFonts_ ? DecodingAttempt{} : DecodingAttempt{Kind::NeedsFonts, {}, !answer->isLast};
+    case DecodingOutcome::Ready:
+        break;
+    }
+    return {};
+}
+
+void IconWorker::interrupt() {
+    process_->kill();
+    ::shutdown(socket_.get(), SHUT_RDWR); // the system may take its time for the end of a process
+}
+
+IconWorker::Word IconWorker::receive() {
+    std::array<std::byte, answerSize> buffer = {};
+    const auto message = receiveMessage(socket_.get(), buffer);
+    if (!message) {
+        // What does not end by itself now has not been ended by anybody.
+        const auto end = process_->endBy(Clock::now() + limits_.end).value_or(WorkerProcess::End::Own);
+        return {std::nullopt, end == WorkerProcess::End::Foreign};
+    }
+    if (!message->isWhole || message->descriptorCount > 0) {
+        return {};
+    }
+    return {decodedAnswer(std::span(buffer).first(message->size)), false};
+}
+
+// What it is if it is not ready in time.
+IconWorker::Kind IconWorker::awaitReady() {
+    if (!isReadableBy(socket_.get(), started_ + limits_.start)) {
+        return Kind::StartFailed;
+    }
+    const Word word = receive();
+    isReady_ = word.answer == DecodingAnswer{DecodingOutcome::Ready, 0, false} &&
+               !isReadableBy(socket_.get(), {}); // there is nothing else to be said yet
+    return word.wasKilled ? Kind::StartKilled : Kind::StartFailed;
+}
+
+} // namespace amberquill::desktop

@@ -1,0 +1,468 @@
+#include "platform/linux/applications/icons/IconWorkers.h"
+
+#include "WorkerProcesses.h"
+#include "support/IconFiles.h"
+#include "support/Places.h"
+#include "support/WaitUntil.h"
+
+#include <QLoggingCategory>
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <latch>
+#include <random>
+#include <sys/stat.h>
+#include <thread>
+
+using namespace amberquill;
+using namespace amberquill::desktop;
+
+namespace {
+
+using Kind = DecodedFile::Kind;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+// What the stand-in program does is in StandInDecoder.cpp.
+class IconWorkersTest : public testing::Test {
+protected:
+    IconWorkersTest() {
+        settings_.program.paths = {testProgram(QStringLiteral("stand_in_decoder")).toStdString()};
+        settings_.program.environment = {"STAND_IN_FOLDER=" + files_.at().string()};
+        settings_.limits = {.start = seconds(60), .picture = seconds(60), .end = seconds(60)};
+        settings_.count = 2;
+        settings_.now = [this] { return now_.load(); };
+    }
+    ~IconWorkersTest() override {
+        EXPECT_EQ(childProcesses(), std::vector<pid_t>());
+        EXPECT_FALSE(isThere("third")) << "more than two processes at a time";
+        EXPECT_FALSE(isThere("senseless")) << "a request that makes no sense";
+    }
+
+    void startBy(const std::string& how) { settings_.program.environment.push_back("STAND_IN_START=" + how); }
+
+    bool isThere(const std::string& name) const { return std::filesystem::exists(files_.at(name)); }
+    QByteArray read(const std::string& name) const {
+        return isThere(name) ? files_.read(name) : QByteArray();
+    }
+    qsizetype starts() const { return read("started").count('\n'); }
+    qsizetype startsWithFonts() const { return read("started").count(" fonts\n"); }
+    // The processes that hang by now.
+    std::vector<pid_t> hanging() const {
+        std::vector<pid_t> result;
+        for (const auto& entry : std::filesystem::directory_iterator(files_.at())) {
+            const auto name = entry.path().filename().string();
+            if (name.starts_with("hangs-")) {
+                result.push_back(std::stoi(name.substr(6)));
+            }
+        }
+        return result;
+    }
+
+    static DecodedFile decode(IconWorkers& workers, const std::string& file, int edge = 48) {
+        return workers.decode(std::as_bytes(std::span(file)), edge);
+    }
+    static Kind outcome(IconWorkers& workers, const std::string& file) { return decode(workers, file).kind; }
+    // Gray where there is no picture.
+    static QRgb colour(IconWorkers& workers, const std::string& file) {
+        const auto image = decode(workers, file).image;
+        return image.isNull() ? qRgb(128, 128, 128) : image.pixel(image.width() / 2, image.height() / 2);
+    }
+
+    TemporaryTree files_;
+    std::atomic<std::chrono::steady_clock::time_point> now_{
+        std::chrono::steady_clock::time_point(seconds(100))};
+    IconWorkers::Settings settings_;
+};
+
+} // namespace
+
+TEST_F(IconWorkersTest, APictureComesInTheSizeAskedForAndTheNextFromTheSameProcess) {
+    IconWorkers workers(settings_);
+    EXPECT_EQ(starts(), 0);
+    const auto decoded = decode(workers, "red", 75);
+    ASSERT_EQ(decoded.kind, Kind::Picture);
+    EXPECT_EQ(decoded.image.size(), QSize(75, 75));
+    EXPECT_EQ(decoded.image.format(), QImage::Format_ARGB32_Premultiplied);
+    EXPECT_EQ(decoded.image.devicePixelRatio(), 1.0);
+    QImage wanted(75, 75, QImage::Format_ARGB32_Premultiplied);
+    wanted.fill(Qt::red);
+    EXPECT_EQ(decoded.image, wanted);
+    EXPECT_EQ(colour(workers, "green"), green);
+    EXPECT_EQ(starts(), 1);
+}
+
+TEST_F(IconWorkersTest, WhatIsNoIconIsNoneAndNobodyIsToBlame) {
+    IconWorkers workers(settings_);
+    EXPECT_EQ(outcome(workers, "none"), Kind::NoPicture);
+    EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
+    EXPECT_EQ(starts(), 1);
+}
+
+TEST_F(IconWorkersTest, WhatIsOutOfBoundsIsNotHandedOver) {
+    IconWorkers workers(settings_);
+    EXPECT_EQ(outcome(workers, ""), Kind::NoPicture);
+    EXPECT_EQ(outcome(workers, std::string(largestIconBytes + 1, ' ')), Kind::NoPicture);
+    EXPECT_EQ(decode(workers, "red", 0).kind, Kind::NoPicture);
+    EXPECT_EQ(decode(workers, "red", -5).kind, Kind::NoPicture);
+    EXPECT_EQ(decode(workers, "red", int{largestIconEdge} + 1).kind, Kind::NoPicture);
+    EXPECT_EQ(starts(), 0);
+}
+
+TEST_F(IconWorkersTest, AProcessFindsNothingOfTheLaunchersButItsSocket) {
+    settings_.program.environment.emplace_back("OTHER=x");
+    const FileDescriptor inherited(::open("/dev/zero", O_RDONLY)); // NOLINT(android-cloexec-open)
+    sigset_t blocked;
+    ::sigemptyset(&blocked);
+    ::sigaddset(&blocked, SIGUSR1);
+    sigset_t before;
+    ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
+    const auto former = std::signal(SIGUSR2, SIG_IGN);
+    IconWorkers workers(settings_);
+    EXPECT_EQ(outcome(workers, "report"), Kind::Picture);
+    std::signal(SIGUSR2, former);
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    EXPECT_EQ(read("report"), "leads a session: 1\n"
+                              "descriptor 0: socket:\n"
+                              "descriptor 1: /dev/null\n"
+                              "descriptor 2: /dev/null\n"
+                              "variable: STAND_IN_FOLDER=" +
+                                  QByteArray::fromStdString(files_.at().string()) + "\nvariable: OTHER=x\n");
+}
+
+TEST_F(IconWorkersTest, ADrawingWithTextIsLeftToAProcessWithFontsWhichServesOthersToo) {
+    settings_.count = 1;
+    IconWorkers workers(settings_);
+    EXPECT_EQ(colour(workers, "red"), red);
+    EXPECT_EQ(colour(workers, "text"), blue);
+    EXPECT_EQ(colour(workers, "green"), green);
+    EXPECT_EQ(colour(workers, "text"), blue);
+    EXPECT_EQ(starts(), 2);
+    EXPECT_EQ(startsWithFonts(), 1);
+}
+
+TEST_F(IconWorkersTest, ThereIsOneProcessWithFontsAtMost) {
+    IconWorkers workers(settings_);
+    std::atomic<int> right = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 6; ++i) {
+        threads.emplace_back([&] { right += colour(workers, "text") == blue ? 1 : 0; });
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(right, 6);
+    EXPECT_EQ(startsWithFonts(), 1);
+}
+
+TEST_F(IconWorkersTest, AFileThatEndsTwoProcessesIsToBlame) {
+    IconWorkers workers(settings_);
+    for (const int signal :
+         {SIGSEGV, SIGABRT, SIGBUS, SIGILL, SIGFPE, SIGTRAP, SIGSYS, SIGXCPU, SIGALRM, SIGPIPE}) {
+        const auto before = starts();
+        EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
+        EXPECT_EQ(outcome(workers, "signal " + std::to_string(signal)), Kind::Undecodable) << signal;
+        EXPECT_EQ(starts(), before + 2) << signal;
+    }
+    for (const char* const file : {"exit 0", "exit 1", "exit 127"}) {
+        EXPECT_EQ(outcome(workers, file), Kind::Undecodable) << file;
+    }
+    EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
+}
+
+TEST_F(IconWorkersTest, AFileAfterWhichAProcessMakesNoSenseIsToBlame) {
+    IconWorkers workers(settings_);
+    for (const char* const file : {"garbage", "short", "long", "descriptor", "smaller", "ready", "fonts"}) {
+        EXPECT_EQ(outcome(workers, file), Kind::Undecodable) << file;
+        EXPECT_EQ(colour(workers, "green"), green) << file;
+    }
+}
+
+TEST_F(IconWorkersTest, AFileAfterWhichAProcessLivesOnWithoutItsSocketIsToBlame) {
+    settings_.limits.end = milliseconds(20);
+    IconWorkers workers(settings_);
+    EXPECT_EQ(outcome(workers, "close"), Kind::Undecodable);
+}
+
+TEST_F(IconWorkersTest, AFileThatAnotherProcessDecodesIsNotToBlame) {
+    IconWorkers workers(settings_);
+    EXPECT_EQ(outcome(workers, "crashes 1"), Kind::Picture);
+    EXPECT_EQ(starts(), 2);
+}
+
+TEST_F(IconWorkersTest, AProcessThatSomebodyElseKillsIsNoFaultOfTheFile) {
+    IconWorkers workers(settings_);
+    EXPECT_EQ(outcome(workers, "killed 9"), Kind::Picture);
+    for (const int signal : {SIGKILL, SIGTERM, SIGINT, SIGHUP}) {
+        EXPECT_EQ(outcome(workers, "signal " + std::to_string(signal)), Kind::Unavailable) << signal;
+    }
+    EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
+}
+
+TEST_F(IconWorkersTest, AProcessThatIsKilledBeforeItIsReadyIsNoFaultOfTheFile) {
+    startBy("first killed");
+    IconWorkers workers(settings_);
+    EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
+    EXPECT_EQ(starts(), 2);
+}
+
+TEST_F(IconWorkersTest, AFileThatKeepsAProcessWorkingForTooLongIsToBlame) {
+    settings_.limits.picture = milliseconds(20);
+    std::atomic<int> asked = 0;
+    settings_.processorTime = [&](pid_t /*process*/) { return milliseconds(asked++ * 10); };
+    IconWorkers workers(settings_);
+    EXPECT_EQ(outcome(workers, "hang"), Kind::Undecodable);
+    EXPECT_EQ(starts(), 1);
+}
+
+TEST_F(IconWorkersTest, AProcessThatHadNoProcessorTimeIsNoFaultOfTheFile) {
+    settings_.limits.picture = milliseconds(20);
+    std::atomic<int> asked = 0;
+    settings_.processorTime = [&](pid_t /*process*/) { return milliseconds(asked++ * 9); };
+    IconWorkers workers(settings_);
+    EXPECT_EQ(outcome(workers, "hang"), Kind::Unavailable);
+    EXPECT_GT(starts(), 1);
+}
+
+TEST_F(IconWorkersTest, AProcessThatWentAfterItsAnswerIsReplaced) {
+    IconWorkers workers(settings_);
+    EXPECT_EQ(colour(workers, "gone"), red);
+    ASSERT_TRUE(waitUntil([] { return runningChildProcesses().empty(); }));
+    EXPECT_EQ(colour(workers, "green"), green);
+    EXPECT_EQ(starts(), 2);
+}
+
+TEST_F(IconWorkersTest, AProcessThatGaveItsLastAnswerIsReplaced) {
+    IconWorkers workers(settings_);
+    EXPECT_EQ(colour(workers, "last"), red);
+    EXPECT_EQ(childProcesses(), std::vector<pid_t>());
+    EXPECT_EQ(colour(workers, "green"), green);
+}
+
+TEST_F(IconWorkersTest, AnAnswerTooManyIsNotTakenForThatToTheNextQuestion) {
+    IconWorkers workers(settings_);
+    EXPECT_EQ(colour(workers, "twice"), red);
+    ASSERT_TRUE(waitUntil([&] { return isThere("twice"); }));
+    EXPECT_EQ(colour(workers, "green"), green);
+    EXPECT_EQ(starts(), 2);
+}
+
+TEST_F(IconWorkersTest, AnAnswerToNoQuestionIsNotTakenForOne) {
+    settings_.count = 1;
+    startBy("first early");
+    IconWorkers workers(settings_);
+    workers.prepare();
+    ASSERT_TRUE(waitUntil([&] { return isThere("early"); }));
+    EXPECT_EQ(colour(workers, "green"), green);
+    EXPECT_EQ(starts(), 2);
+}
+
+TEST_F(IconWorkersTest, NoPixelIsBrighterThanItsAlpha) {
+    IconWorkers workers(settings_);
+    const auto image = decode(workers, "glowing", 3).image;
+    ASSERT_EQ(image.size(), QSize(3, 3));
+    for (qsizetype i = 0; i < 9; ++i) {
+        EXPECT_EQ(reinterpret_cast<const QRgb*>(image.constBits())[i], 0x80804080U);
+    }
+}
+
+TEST_F(IconWorkersTest, ManyAreServedByTwo) {
+    IconWorkers workers(settings_);
+    constexpr int each = 20;
+    std::atomic<int> right = 0;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 6; ++thread) {
+        threads.emplace_back([&, thread] {
+            for (int i = 0; i < each; ++i) {
+                const bool isText = (i + thread) % 5 == 0;
+                right += colour(workers, isText ? "text" : "green") == (isText ? blue : green) ? 1 : 0;
+            }
+        });
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(right, 6 * each);
+    EXPECT_EQ(childProcesses().size(), 2U);
+}
+
+TEST_F(IconWorkersTest, WhileAFileKeepsOneBusyOthersGoOn) {
+    IconWorkers workers(settings_);
+    std::thread slow([&] { EXPECT_EQ(outcome(workers, "hang"), Kind::Unavailable); });
+    ASSERT_TRUE(waitUntil([&] { return hanging().size() == 1; }));
+    for (const char* const file : {"red", "exit 1", "text", "signal 11", "red"}) {
+        static_cast<void>(outcome(workers, file));
+    }
+    EXPECT_EQ(colour(workers, "green"), green);
+    EXPECT_EQ(hanging().size(), 1U);
+    workers.end();
+    slow.join();
+}
+
+TEST_F(IconWorkersTest, AProgramThatIsMissingIsLookedForAgainAfterAWhile) {
+    const auto program = std::exchange(settings_.program.paths, {files_.at("later").string()}).front();
+    QLoggingCategory::setFilterRules(QStringLiteral("amberquill.icons.warning=true"));
+    testing::internal::CaptureStderr();
+    IconWorkers workers(settings_);
+    workers.prepare();
+    EXPECT_EQ(outcome(workers, "red"), Kind::Unavailable);
+    std::filesystem::create_symlink(program, files_.at("later"));
+    EXPECT_EQ(outcome(workers, "red"), Kind::Unavailable);
+    now_ = now_.load() + settings_.pause - milliseconds(1);
+    EXPECT_EQ(outcome(workers, "red"), Kind::Unavailable);
+    std::filesystem::remove(files_.at("later"));
+    now_ = now_.load() + milliseconds(1);
+    EXPECT_EQ(outcome(workers, "red"), Kind::Unavailable);
+    std::filesystem::create_symlink(program, files_.at("later"));
+    now_ = now_.load() + settings_.pause;
+    EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
+    const auto said = testing::internal::GetCapturedStderr();
+    QLoggingCategory::setFilterRules({});
+    const std::string words = "Icons cannot be decoded";
+    EXPECT_NE(said.find(words), std::string::npos);
+    EXPECT_EQ(said.find(words), said.rfind(words)) << said;
+}
+
+TEST_F(IconWorkersTest, TheFirstOfTheProgramsThatCanBeStartedIs) {
+    settings_.program.paths.insert(settings_.program.paths.begin(), files_.at("missing").string());
+    IconWorkers workers(settings_);
+    EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
+}
+
+TEST_F(IconWorkersTest, AProgramThatIsNeverReadyIsLeftAloneForAWhile) {
+    for (const char* const how : {"exit", "picture", "close", "silent"}) {
+        auto settings = settings_;
+        settings.program.environment.push_back(std::string("STAND_IN_START=") + how);
+        if (how == std::string("silent")) {
+            settings.limits.start = milliseconds(20);
+        }
+        if (how == std::string("close")) {
+            settings.limits.end = milliseconds(20);
+        }
+        const auto before = starts();
+        IconWorkers workers(settings);
+        EXPECT_EQ(outcome(workers, "red"), Kind::Unavailable) << how;
+        const auto after = starts();
+        EXPECT_GT(after, before) << how;
+        EXPECT_LE(after, before + 3) << how;
+        EXPECT_EQ(outcome(workers, "red"), Kind::Unavailable) << how;
+        EXPECT_EQ(starts(), after) << how;
+        now_ = now_.load() + settings.pause;
+        EXPECT_EQ(outcome(workers, "red"), Kind::Unavailable) << how;
+        EXPECT_GT(starts(), after) << how;
+    }
+}
+
+TEST_F(IconWorkersTest, AProgramThatFailsOnceIsTriedAgainAtOnce) {
+    startBy("first exit");
+    IconWorkers workers(settings_);
+    EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
+    EXPECT_EQ(starts(), 2);
+}
+
+TEST_F(IconWorkersTest, WhatIsPreparedServes) {
+    IconWorkers workers(settings_);
+    workers.prepare();
+    workers.prepare();
+    EXPECT_EQ(childProcesses().size(), 2U);
+    EXPECT_EQ(colour(workers, "green"), green);
+    EXPECT_EQ(childProcesses().size(), 2U);
+}
+
+TEST_F(IconWorkersTest, ARestEndsThemUntilTheNextQuestion) {
+    IconWorkers workers(settings_);
+    workers.rest();
+    EXPECT_EQ(colour(workers, "text"), blue);
+    workers.rest();
+    EXPECT_EQ(childProcesses(), std::vector<pid_t>());
+    EXPECT_EQ(colour(workers, "green"), green);
+    EXPECT_EQ(startsWithFonts(), 1);
+}
+
+TEST_F(IconWorkersTest, ARestLeavesThoseThatAreBusy) {
+    IconWorkers workers(settings_);
+    std::thread slow([&] { static_cast<void>(outcome(workers, "hang")); });
+    ASSERT_TRUE(waitUntil([&] { return hanging().size() == 1; }));
+    EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
+    workers.rest();
+    EXPECT_EQ(runningChildProcesses(), hanging());
+    workers.end();
+    slow.join();
+}
+
+TEST_F(IconWorkersTest, AtTheEndAllWhoWaitAreAnsweredAndNothingStarts) {
+    IconWorkers workers(settings_);
+    std::vector<std::thread> threads;
+    std::latch asked(6);
+    for (int i = 0; i < 6; ++i) {
+        threads.emplace_back([&] {
+            asked.count_down();
+            EXPECT_EQ(outcome(workers, "hang"), Kind::Unavailable);
+        });
+    }
+    asked.wait();
+    ASSERT_TRUE(waitUntil([&] { return hanging().size() == 2; }));
+    workers.end();
+    for (auto& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(childProcesses(), std::vector<pid_t>());
+    workers.prepare();
+    EXPECT_EQ(outcome(workers, "red"), Kind::Unavailable);
+    EXPECT_EQ(starts(), 2);
+}
+
+TEST_F(IconWorkersTest, AtTheEndNobodyWaitsForAProcessToGetReady) {
+    startBy("silent");
+    IconWorkers workers(settings_);
+    std::thread waits([&] { EXPECT_EQ(outcome(workers, "red"), Kind::Unavailable); });
+    ASSERT_TRUE(waitUntil([&] { return hanging().size() == 1; }));
+    workers.end();
+    waits.join();
+}
+
+TEST_F(IconWorkersTest, AtTheEndAStoppedProcessKeepsNobodyWaiting) {
+    IconWorkers workers(settings_);
+    std::thread waits([&] { EXPECT_EQ(outcome(workers, "hang"), Kind::Unavailable); });
+    ASSERT_TRUE(waitUntil([&] { return hanging().size() == 1; }));
+    ASSERT_EQ(::kill(hanging().front(), SIGSTOP), 0);
+    workers.end();
+    waits.join();
+}
+
+TEST_F(IconWorkersTest, WhileProcessesAreKilledAtRandomEveryPictureComes) {
+    IconWorkers workers(settings_);
+    constexpr int each = 60;
+    std::atomic<int> right = 0;
+    std::atomic<int> left = 4;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([&, thread] {
+            for (int i = 0; i < each; ++i) {
+                const bool isText = (i + thread) % 7 == 0;
+                right += colour(workers, isText ? "text" : "green") == (isText ? blue : green) ? 1 : 0;
+            }
+            --left;
+        });
+    }
+    // One after another, at whatever it is: a process has time for several pictures, most of the time.
+    std::mt19937 random(1);
+    int killed = 0;
+    while (left > 0) {
+        const auto running = runningChildProcesses();
+        const auto before = starts();
+        if (!running.empty()) {
+            const int signal = std::array{SIGKILL, SIGTERM, SIGHUP}.at(random() % 3);
+            ::kill(running.at(random() % running.size()), signal);
+            ++killed;
+        }
+        EXPECT_TRUE(waitUntil([&] { return left == 0 || starts() > before; }));
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(right, 4 * each);
+    EXPECT_GT(killed, 0);
+}

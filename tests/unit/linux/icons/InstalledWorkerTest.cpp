@@ -1,0 +1,28 @@
+#include "platform/linux/applications/icons/InstalledWorker.h"
+
+#include "support/FixedEnvironment.h"
+
+#include <gtest/gtest.h>
+
+using namespace amberquill;
+using namespace amberquill::desktop;
+using namespace Qt::StringLiterals;
+
+TEST(InstalledWorker, ItIsBesideTheLauncherOrWhereBothAreInstalled) {
+    const auto program = installedWorker(u"/mnt/image/usr/bin/amberquill"_s, environmentOf({}));
+    ASSERT_EQ(program.paths.size(), 2U);
+    EXPECT_EQ(program.paths[0], "/mnt/image/usr/bin/amberquill-icons");
+    EXPECT_EQ(program.paths[1], "/mnt/image/usr/libexec/amberquill-icons");
+    EXPECT_TRUE(program.environment.empty());
+}
+
+TEST(InstalledWorker, ItIsNotLookedForInTheWorkingDirectory) {
+    EXPECT_TRUE(installedWorker({}, environmentOf({})).paths.empty());
+}
+
+TEST(InstalledWorker, ItIsToldOfFontsAndLanguageAndNothingElse) {
+    const auto program = installedWorker(
+        u"/usr/bin/amberquill"_s,
+        environmentOf({{"HOME", "/home/user"}, {"LANG", "de_DE.UTF-8"}, {"SECRET", "x"}, {"DISPLAY", ":0"}}));
+    EXPECT_EQ(program.environment, (std::vector<std::string>{"HOME=/home/user", "LANG=de_DE.UTF-8"}));
+}

@@ -1,0 +1,69 @@
+#include "platform/linux/applications/icons/WorkerProcess.h"
+
+#include "WorkerProcesses.h"
+#include "support/WaitUntil.h"
+
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+using namespace amberquill;
+using namespace amberquill::desktop;
+
+namespace {
+
+using End = WorkerProcess::End;
+
+const auto never = WorkerProcess::Clock::time_point::max();
+
+// A shell that does this.
+std::unique_ptr<WorkerProcess> shell(const std::string& script) {
+    const FileDescriptor nothing(::open("/dev/null", O_RDWR | O_CLOEXEC));
+    return WorkerProcess::start({.paths = {"/bin/sh"}, .environment = {}}, {"-c", script}, nothing);
+}
+
+} // namespace
+
+TEST(WorkerProcess, WhatCannotBeStartedSaysWhy) {
+    const FileDescriptor nothing(::open("/dev/null", O_RDWR | O_CLOEXEC));
+    EXPECT_EQ(WorkerProcess::start({.paths = {"/nonexistent"}, .environment = {}}, {}, nothing), nullptr);
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_EQ(WorkerProcess::start({.paths = {"/dev/null"}, .environment = {}}, {}, nothing), nullptr);
+    EXPECT_EQ(errno, EACCES);
+    EXPECT_EQ(childProcesses(), std::vector<pid_t>());
+}
+
+TEST(WorkerProcess, AnEndIsItsOwnOrSomebodyElses) {
+    EXPECT_EQ(shell("exit 0")->endBy(never), End::Own);
+    EXPECT_EQ(shell("exit 137")->endBy(never), End::Own);
+    for (const char* const signal : {"SEGV", "ABRT", "BUS", "ILL", "FPE", "TRAP", "SYS", "XCPU", "ALRM"}) {
+        EXPECT_EQ(shell(std::string("ulimit -c 0; kill -") + signal + " $$")->endBy(never), End::Own)
+            << signal;
+    }
+    for (const char* const signal : {"KILL", "TERM", "INT", "HUP"}) {
+        EXPECT_EQ(shell(std::string("kill -") + signal + " $$")->endBy(never), End::Foreign) << signal;
+    }
+    EXPECT_EQ(childProcesses(), std::vector<pid_t>());
+}
+
+TEST(WorkerProcess, WhatDoesNotEndInTimeIsKilled) {
+    const auto process = shell("while :; do :; done");
+    EXPECT_EQ(process->endBy(WorkerProcess::Clock::now()), std::nullopt);
+    EXPECT_TRUE(waitUntil([] { return runningChildProcesses().empty(); }));
+}
+
+TEST(WorkerProcess, NothingIsLeftOfOneThatIsLetGoOf) {
+    static_cast<void>(shell("while :; do :; done"));
+    auto stopped = shell("while :; do :; done");
+    ASSERT_EQ(::kill(stopped->id(), SIGSTOP), 0);
+    stopped.reset();
+    EXPECT_EQ(childProcesses(), std::vector<pid_t>());
+}
+
+TEST(WorkerProcess, ProcessorTimeIsWhatItWorked) {
+    const auto busy = shell("while :; do :; done");
+    EXPECT_TRUE(waitUntil([&] { return processorTimeOf(busy->id()) > std::chrono::milliseconds(50); }));
+    constexpr pid_t nobody = 0x400001; // above all that the system gives
+    EXPECT_EQ(processorTimeOf(nobody), std::chrono::nanoseconds(0));
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <sys/types.h>
+#include <unistd.h>
+#include <vector>
+
+namespace amberquill {
+
+// The child processes of this one, those that have ended and wait to be reaped only if asked for.
+inline std::vector<pid_t> childProcesses(bool withEnded = true) {
+    std::vector<pid_t> result;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        const auto name = entry.path().filename().string();
+        if (name.find_first_not_of("0123456789") != std::string::npos) {
+            continue;
+        }
+        std::ifstream file(entry.path() / "stat");
+        std::string text;
+        std::getline(file, text);
+        const auto rest = text.rfind(')'); // of its name, which may have anything in it
+        if (rest == std::string::npos) {
+            continue; // it has gone meanwhile
+        }
+        const char state = text.at(rest + 2);
+        if (std::stoi(text.substr(rest + 4)) == ::getpid() && (withEnded || state != 'Z')) {
+            result.push_back(std::stoi(name));
+        }
+    }
+    return result;
+}
+
+inline std::vector<pid_t> runningChildProcesses() {
+    return childProcesses(false);
+}
+
+} // namespace amberquill
