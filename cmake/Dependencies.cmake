@@ -3,11 +3,13 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui DBus Network Qml Quick Svg Wid
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 find_package(ZLIB REQUIRED)
-find_package(PNG REQUIRED)
 
 pkg_check_modules(DBUS REQUIRED IMPORTED_TARGET dbus-1)
 pkg_check_modules(FONTCONFIG REQUIRED IMPORTED_TARGET fontconfig)
 pkg_check_modules(PLIST REQUIRED IMPORTED_TARGET libplist-2.0)
+pkg_check_modules(RSVG REQUIRED IMPORTED_TARGET librsvg-2.0)
+# Without -pthread, which the precompiled header is compiled without; the C library needs it no more.
+set_property(TARGET PkgConfig::RSVG PROPERTY INTERFACE_COMPILE_OPTIONS)
 pkg_check_modules(SECCOMP REQUIRED IMPORTED_TARGET libseccomp)
 pkg_check_modules(SODIUM REQUIRED IMPORTED_TARGET libsodium)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb)

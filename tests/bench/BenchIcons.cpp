@@ -4,7 +4,6 @@
 #include "platform/linux/applications/icons/IconLookup.h"
 #include "platform/linux/decoder/pictures/IconDecoder.h"
 #include "platform/linux/decoder/pictures/ImageFitting.h"
-#include "platform/linux/decoder/pictures/SvgInspection.h"
 #include "support/TemporaryTree.h"
 
 #include <QBuffer>
@@ -129,7 +128,7 @@ QByteArray png(int size) {
 void decodePng(benchmark::State& state) {
     const auto bytes = png(static_cast<int>(state.range(0)));
     for ([[maybe_unused]] auto _ : state) {
-        benchmark::DoNotOptimize(decodedIcon(bytes, edge));
+        benchmark::DoNotOptimize(decodedIcon(bytes, edge, Fonts::Present));
     }
 }
 BENCHMARK(decodePng)->Arg(48)->Arg(120)->Arg(128)->Arg(256)->Arg(512)->Arg(1024)->Unit(
@@ -139,7 +138,7 @@ void decodeThirtyFivePng(benchmark::State& state) {
     const auto bytes = png(256);
     for ([[maybe_unused]] auto _ : state) {
         for (int i = 0; i < 35; ++i) {
-            benchmark::DoNotOptimize(decodedIcon(bytes, edge));
+            benchmark::DoNotOptimize(decodedIcon(bytes, edge, Fonts::Present));
         }
     }
 }
@@ -160,19 +159,10 @@ QByteArray drawing(int shapes) {
 void drawSvg(benchmark::State& state) {
     const auto text = drawing(static_cast<int>(state.range(0)));
     for ([[maybe_unused]] auto _ : state) {
-        benchmark::DoNotOptimize(decodedIcon(text, edge));
+        benchmark::DoNotOptimize(decodedIcon(text, edge, Fonts::Present));
     }
 }
 BENCHMARK(drawSvg)->Arg(10)->Arg(100)->Arg(1'000)->Unit(benchmark::kMillisecond);
-
-void inspect(benchmark::State& state) {
-    const auto text = drawing(static_cast<int>(state.range(0)));
-    for ([[maybe_unused]] auto _ : state) {
-        benchmark::DoNotOptimize(inspectSvg({text.constData(), static_cast<std::size_t>(text.size())}));
-    }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * text.size());
-}
-BENCHMARK(inspect)->Arg(10)->Arg(100)->Arg(1'000)->Unit(benchmark::kMicrosecond);
 
 void fit(benchmark::State& state) {
     const auto image = drawnPicture(static_cast<int>(state.range(0)));

@@ -1,15 +1,17 @@
-// The binary files that icons are looked up and kept in, of any bytes: ICNS containers, dconf databases, and
-// the list of files that ended a process. Reading ends, and answers what the headers promise.
-#include "platform/linux/applications/icons/DecodingSuspects.h"
-#include "platform/linux/decoder/pictures/IcnsContainer.h"
-#include "platform/linux/settings/DconfDatabase.h"
+// Icon files of any bytes: decoding ends, and answers a picture of the size asked for or none. Text is left
+// out: with fonts it is a matter of other libraries.
+#include "platform/linux/decoder/pictures/DecoderPreparation.h"
+#include "platform/linux/decoder/pictures/IconDecoder.h"
 
+#include <QCoreApplication>
 #include <cstdint>
 #include <cstdlib>
 
 using namespace amberquill::desktop;
 
 namespace {
+
+constexpr int edge = 16;
 
 void require(bool holds) {
     if (!holds) {
@@ -19,18 +21,17 @@ void require(bool holds) {
 
 } // namespace
 
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
+    static const QCoreApplication application(*argc, *argv); // tells Qt where its image plugins are
+    prepareDecoders();
+    return 0;
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const QByteArrayView bytes(data, static_cast<qsizetype>(size));
-    for (const auto& picture : icnsPictures(bytes)) {
-        require(picture.data.begin() >= bytes.begin() && picture.data.end() <= bytes.end());
-        if (picture.kind != IcnsPicture::Kind::Png) {
-            const auto image = unpackedIcnsPicture(picture);
-            require(image.isNull() || image.size() == QSize(picture.edge, picture.edge));
-        }
-    }
-    const auto text = dconfText({bytes.data(), size}, "/org/gnome/desktop/interface/icon-theme");
-    require(!text || text->size() <= 1024);
-    const auto suspects = DecodingSuspects::read(bytes);
-    require(DecodingSuspects::read(suspects.written()).written() == suspects.written());
+    const auto bytes =
+        QByteArray::fromRawData(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+    const auto icon = decodedIcon(bytes, edge, Fonts::Absent);
+    require(icon.image.isNull() || (!icon.needsFonts && icon.image.size() == QSize(edge, edge) &&
+                                    icon.image.format() == QImage::Format_ARGB32_Premultiplied));
     return 0;
 }

@@ -191,24 +191,6 @@ TEST_F(LinuxApplicationIconsTest, WhatIsRememberedOfFoldersIsForgottenWhenAsked)
     EXPECT_EQ(colour(icons.image(entry, 48)), blue);
 }
 
-TEST_F(LinuxApplicationIconsTest, NothingIsSaidOfBrokenFiles) {
-    testing::internal::CaptureStderr();
-    files_.write("icons/test/48/apps/a.svg",
-                 svg(R"svg(<use href="#x"/><rect fill="url(#y)"/><text font-size="-5">W</text>)svg"
-                     R"(<path stroke-width="999999" d="M0 0 L9 9 nonsense"/>)"));
-    files_.write("icons/test/48/apps/b.png", pngThatClaims(48, 48, pngChunk("IDAT", "garbage")));
-    files_.write("icons/test/48/apps/c.png", encoded(filledImage(48, 48, Qt::red), "jpeg").first(300));
-    files_.write("icons/test/48/apps/d.png", encoded(filledImage(48, 48, Qt::red), "tiff").first(100));
-    files_.write("icons/test/48/apps/e.png", "/* XPM */\nnonsense");
-    for (const auto* const name : {"a", "b", "c", "d", "e"}) {
-        static_cast<void>(entryImage(name));
-    }
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    testing::internal::CaptureStderr();
-    qWarning("somebody else");
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("somebody else"), std::string::npos);
-}
-
 TEST_F(LinuxApplicationIconsTest, ThreadsGetTheSamePictures) {
     std::vector<QString> entries;
     for (int i = 0; i < 30; ++i) {

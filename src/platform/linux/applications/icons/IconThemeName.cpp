@@ -1,7 +1,7 @@
 #include "platform/linux/applications/icons/IconThemeName.h"
 
 #include "platform/linux/applications/icons/IconThemeIndex.h"
-#include "platform/linux/decoder/pictures/MarkupScanner.h"
+#include "platform/linux/applications/icons/MarkupScanner.h"
 #include "platform/linux/files/BaseFolders.h"
 #include "platform/linux/settings/DconfDatabase.h"
 #include "platform/linux/settings/DesktopSettings.h"

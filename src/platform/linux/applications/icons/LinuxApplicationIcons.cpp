@@ -94,7 +94,7 @@ QImage LinuxApplicationIcons::fileImage(const QString& path, int edge) const {
         }
         buffer.truncate(content->size());
         const QuietDecoding quiet;
-        return decodedIcon(buffer, edge);
+        return decodedIcon(buffer, edge, Fonts::Present).image;
     });
 }
 

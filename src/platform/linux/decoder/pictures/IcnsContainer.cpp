@@ -1,6 +1,6 @@
 #include "platform/linux/decoder/pictures/IcnsContainer.h"
 
-#include "platform/linux/decoder/pictures/PngPicture.h"
+#include "platform/linux/decoder/pictures/RasterPicture.h"
 
 #include <QtEndian>
 #include <algorithm>
@@ -82,12 +82,13 @@ std::optional<IcnsPicture> pictureIn(const Chunk& chunk, const std::vector<Chunk
         }
     }
     // The types say how large a picture is; the picture knows better.
-    const auto size = pngSize(chunk.data);
-    if (!size) {
+    const auto size =
+        rasterSize(QByteArray::fromRawData(chunk.data.constData(), chunk.data.size()), IconFormat::Png);
+    if (size.isEmpty()) {
         return std::nullopt;
     }
     return IcnsPicture{.kind = IcnsPicture::Kind::Png,
-                       .edge = std::max(size->width(), size->height()),
+                       .edge = std::max(size.width(), size.height()),
                        .data = chunk.data,
                        .alpha = {}};
 }

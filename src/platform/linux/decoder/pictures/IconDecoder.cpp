@@ -1,35 +1,38 @@
 #include "platform/linux/decoder/pictures/IconDecoder.h"
 
+#include "platform/linux/decoder/pictures/Gunzip.h"
 #include "platform/linux/decoder/pictures/IcnsContainer.h"
+#include "platform/linux/decoder/pictures/IconFormat.h"
 #include "platform/linux/decoder/pictures/ImageFitting.h"
-#include "platform/linux/decoder/pictures/Inflate.h"
+#include "platform/linux/decoder/pictures/PictureChoice.h"
 #include "platform/linux/decoder/pictures/RasterPicture.h"
 #include "platform/linux/decoder/pictures/SvgDrawing.h"
-
-#include <algorithm>
-#include <utility>
+#include "platform/linux/decoder/pictures/SvgText.h"
 
 namespace amberquill::desktop {
 
 namespace {
 
-constexpr std::size_t maximumPictures = 3; // of a file's pictures, where the best ones are broken
+DecodedIcon decodedSvg(const QByteArray& document, int edge, Fonts fonts) {
+    if (fonts == Fonts::Absent && mayHoldText(document)) {
+        return {.image = {}, .needsFonts = true};
+    }
+    return {.image = drawnSvg(document, edge)};
+}
 
 QImage decodedIcns(const QByteArray& bytes, int edge) {
-    auto pictures = icnsPictures(bytes);
-    // The exact size, then larger ones from the smallest, then smaller ones from the largest.
-    const auto worth = [edge](const IcnsPicture& picture) {
-        return picture.edge >= edge ? std::pair(0, picture.edge) : std::pair(1, -picture.edge);
-    };
-    std::stable_sort(
-        pictures.begin(), pictures.end(),
-        [&worth](const IcnsPicture& one, const IcnsPicture& other) { return worth(one) < worth(other); });
-    for (std::size_t i = 0; i < std::min(pictures.size(), maximumPictures); ++i) {
+    const auto pictures = icnsPictures(bytes);
+    std::vector<int> edges;
+    edges.reserve(pictures.size());
+    for (const auto& picture : pictures) {
+        edges.push_back(picture.edge);
+    }
+    for (const auto i : bestPictures(edges, edge)) {
         const auto image = pictures[i].kind == IcnsPicture::Kind::Png
-                               ? decodedRaster(pictures[i].data.toByteArray(), IconFormat::Png)
+                               ? decodedRaster(pictures[i].data.toByteArray(), IconFormat::Png, edge)
                                : unpackedIcnsPicture(pictures[i]);
         if (!image.isNull()) {
-            return fittedImage(image, edge);
+            return image;
         }
     }
     return {};
@@ -37,7 +40,7 @@ QImage decodedIcns(const QByteArray& bytes, int edge) {
 
 } // namespace
 
-QImage decodedIcon(const QByteArray& bytes, int edge) {
+DecodedIcon decodedIcon(const QByteArray& bytes, int edge, Fonts fonts) {
     if (edge < 1 || edge > maximumIconEdge || bytes.size() > maximumIconBytes) {
         return {};
     }
@@ -47,13 +50,14 @@ QImage decodedIcon(const QByteArray& bytes, int edge) {
     }
     switch (*format) {
     case IconFormat::Svg:
-        return drawnSvg(bytes, edge);
+        return decodedSvg(bytes, edge, fonts);
     case IconFormat::CompressedSvg: {
-        const auto text = inflated(bytes, Compression::Gzip, maximumIconBytes);
-        return text && iconFormat(*text) == IconFormat::Svg ? drawnSvg(*text, edge) : QImage();
+        const auto document = gunzipped(bytes, maximumIconBytes);
+        return document && iconFormat(*document) == IconFormat::Svg ? decodedSvg(*document, edge, fonts)
+                                                                    : DecodedIcon();
     }
     case IconFormat::Icns:
-        return decodedIcns(bytes, edge);
+        return {.image = fittedImage(decodedIcns(bytes, edge), edge)};
     case IconFormat::Png:
     case IconFormat::Jpeg:
     case IconFormat::Webp:
@@ -62,7 +66,7 @@ QImage decodedIcon(const QByteArray& bytes, int edge) {
     case IconFormat::Ico:
         break;
     }
-    return fittedImage(decodedRaster(bytes, *format), edge);
+    return {.image = fittedImage(decodedRaster(bytes, *format, edge), edge)};
 }
 
 } // namespace amberquill::desktop

@@ -1,12 +1,11 @@
 #include "platform/linux/decoder/pictures/RasterPicture.h"
 
-#include "platform/linux/decoder/pictures/PngPicture.h"
+#include "platform/linux/decoder/pictures/PictureChoice.h"
 
 #include <QBuffer>
 #include <QImageReader>
-#include <cstdarg>
-#include <dlfcn.h>
-#include <mutex>
+#include <algorithm>
+#include <array>
 
 namespace amberquill::desktop {
 
@@ -14,9 +13,14 @@ namespace {
 
 constexpr qint64 maximumPixels = qint64{32} * 1024 * 1024;
 constexpr int maximumEdge = 32'000;
+constexpr int maximumMebibytes = 256; // of those pixels, where they have 16 bits for each colour
+constexpr int maximumPictures = 256;  // of a file that are looked at
 
-const char* pluginFor(IconFormat format) {
+// Null for what Qt does not read here.
+const char* readerFor(IconFormat format) {
     switch (format) {
+    case IconFormat::Png:
+        return "png";
     case IconFormat::Jpeg:
         return "jpeg";
     case IconFormat::Webp:
@@ -27,7 +31,6 @@ const char* pluginFor(IconFormat format) {
         return "xpm";
     case IconFormat::Ico:
         return "ico";
-    case IconFormat::Png:
     case IconFormat::Icns:
     case IconFormat::Svg:
     case IconFormat::CompressedSvg:
@@ -39,11 +42,11 @@ const char* pluginFor(IconFormat format) {
 // A reader that does not look for another format than the one it is told.
 class Reader {
 public:
-    Reader(const QByteArray& bytes, const char* plugin) {
+    Reader(const QByteArray& bytes, const char* format) {
         buffer_.setData(bytes);
         buffer_.open(QIODevice::ReadOnly);
         reader_.setAutoDetectImageFormat(false);
-        reader_.setFormat(plugin);
+        reader_.setFormat(format);
         reader_.setDevice(&buffer_);
     }
     QImageReader* operator->() { return &reader_; }
@@ -58,49 +61,44 @@ bool isBearable(QSize size) {
            qint64{size.width()} * size.height() <= maximumPixels;
 }
 
-// The TIFF library writes what it finds wrong to standard error, and Qt's plugin lets it. The library has
-// come with the plugin, under one of these names; it is not worth being loaded with every start.
-void quietenTiff() {
-    using Handler = void (*)(const char*, const char*, va_list);
-    using SetHandler = Handler (*)(Handler);
-    static std::once_flag once;
-    std::call_once(once, [] {
-        for (const char* const name : {"libtiff.so.6", "libtiff.so.5"}) {
-            void* const library = ::dlopen(name, RTLD_NOLOAD | RTLD_LAZY);
-            for (const char* const function : {"TIFFSetErrorHandler", "TIFFSetWarningHandler"}) {
-                void* const found = library == nullptr ? nullptr : ::dlsym(library, function);
-                if (found != nullptr) {
-                    reinterpret_cast<SetHandler>(found)(nullptr);
-                }
-            }
-        }
-    });
-}
-
 } // namespace
 
-QImage decodedRaster(const QByteArray& bytes, IconFormat format) {
-    if (format == IconFormat::Png) {
-        const auto size = pngSize(bytes);
-        return size && isBearable(*size) ? decodedPng(bytes) : QImage();
-    }
-    const char* const plugin = pluginFor(format);
-    if (plugin == nullptr) {
+QImage decodedRaster(const QByteArray& bytes, IconFormat format, int edge) {
+    const char* const name = readerFor(format);
+    if (name == nullptr) {
         return {};
     }
-    Reader reader(bytes, plugin);
-    if (format == IconFormat::Tiff && reader->canRead()) {
-        quietenTiff(); // now that its library is there
+    Reader reader(bytes, name);
+    const int count = format == IconFormat::Ico || format == IconFormat::Tiff ? reader->imageCount() : 1;
+    if (count <= 1) {
+        return isBearable(reader->size()) ? reader->read() : QImage();
     }
-    return isBearable(reader->size()) ? reader->read() : QImage();
+    std::vector<int> edges;
+    for (int i = 0; i < std::min(count, maximumPictures) && reader->jumpToImage(i); ++i) {
+        const auto size = reader->size();
+        edges.push_back(std::max(size.width(), size.height()));
+    }
+    for (const auto i : bestPictures(edges, edge)) {
+        if (reader->jumpToImage(static_cast<int>(i)) && isBearable(reader->size())) {
+            if (auto image = reader->read(); !image.isNull()) {
+                return image;
+            }
+        }
+    }
+    return {};
 }
 
-std::optional<QSize> embeddedPictureSize(const QByteArray& bytes) {
-    if (iconFormat(bytes) != IconFormat::Jpeg) {
-        return pngSize(bytes);
+QSize rasterSize(const QByteArray& bytes, IconFormat format) {
+    const char* const name = readerFor(format);
+    return name == nullptr ? QSize() : Reader(bytes, name)->size();
+}
+
+void loadRasterReaders() {
+    QImageReader::setAllocationLimit(maximumMebibytes);
+    for (const auto format : {IconFormat::Png, IconFormat::Jpeg, IconFormat::Webp, IconFormat::Tiff,
+                              IconFormat::Xpm, IconFormat::Ico}) {
+        static_cast<void>(Reader({}, readerFor(format))->canRead());
     }
-    const auto size = Reader(bytes, pluginFor(IconFormat::Jpeg))->size();
-    return size.isEmpty() ? std::nullopt : std::optional(size);
 }
 
 } // namespace amberquill::desktop

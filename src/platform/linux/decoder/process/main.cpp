@@ -1,6 +1,7 @@
 // Decodes icons for the launcher, which starts it, in a process that can do nothing else.
 
 #include "platform/linux/decoder/channel/DecodingMessages.h"
+#include "platform/linux/decoder/pictures/DecoderPreparation.h"
 #include "platform/linux/decoder/pictures/IconDecoder.h"
 #include "platform/linux/decoder/process/Confinement.h"
 #include "platform/linux/decoder/process/Landlock.h"
@@ -47,11 +48,15 @@ int main() {
     }
     keepLittleMemory();
     limitThreads();
+    prepareDecoders();
     static_cast<void>(restrictFiles({})); // a kernel without it has the system calls refused all the same
     if (!confine(FileReading::Denied)) {
         ::_exit(statusOf(DecoderExit::NotConfined));
     }
     endWithOtherEnd(decoderSocket);
-    const auto end = serve(decoderSocket, decodedIcon, {decoderEndurance, longestDecoding});
+    const auto decode = [](const QByteArray& bytes, int edge) {
+        return decodedIcon(bytes, edge, Fonts::Present).image;
+    };
+    const auto end = serve(decoderSocket, decode, {decoderEndurance, longestDecoding});
     ::_exit(statusOf(end == ServingEnd::Done ? DecoderExit::Done : DecoderExit::SenselessRequest));
 }

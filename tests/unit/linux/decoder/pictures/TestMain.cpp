@@ -1,10 +1,11 @@
-#include <QGuiApplication>
+#include "platform/linux/decoder/pictures/DecoderPreparation.h"
+
+#include <QCoreApplication>
 #include <gtest/gtest.h>
 
-// Drawings with text in them need the application object, and no display.
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argc, argv);
+    const QCoreApplication application(argc, argv); // tells Qt where its image plugins are
     testing::InitGoogleTest(&argc, argv);
+    amberquill::desktop::prepareDecoders();
     return RUN_ALL_TESTS();
 }
