@@ -64,7 +64,11 @@ DecodingOutcome carryOut(Job& job, const Decoding& decoding) {
     const auto file = job.file.bytes();
     const auto bytes = QByteArray::fromRawData(reinterpret_cast<const char*>(file.data()),
                                                static_cast<qsizetype>(file.size()));
-    return store(decoding(bytes, job.edge), job) ? DecodingOutcome::Picture : DecodingOutcome::NoPicture;
+    const auto icon = decoding(bytes, job.edge);
+    if (icon.needsFonts) {
+        return DecodingOutcome::NeedsFonts;
+    }
+    return store(icon.image, job) ? DecodingOutcome::Picture : DecodingOutcome::NoPicture;
 }
 
 bool answer(int socket, const DecodingAnswer& words) {

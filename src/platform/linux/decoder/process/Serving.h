@@ -1,14 +1,14 @@
 #pragma once
 
-#include <QByteArray>
-#include <QImage>
+#include "platform/linux/decoder/pictures/IconDecoder.h"
+
 #include <chrono>
 #include <functional>
 
 namespace amberquill::desktop {
 
-// Makes a picture of edge × edge pixels, premultiplied ARGB, of a file's bytes. Null: none can be made.
-using Decoding = std::function<QImage(const QByteArray& bytes, int edge)>;
+// Makes a picture of a file's bytes, as decodedIcon() does.
+using Decoding = std::function<DecodedIcon(const QByteArray& bytes, int edge)>;
 
 struct ServingLimits {
     std::chrono::nanoseconds

@@ -131,13 +131,14 @@ void allowMessages(Rules& rules) {
     }
 }
 
-// Libraries look for files that they can do without, and fontconfig would like to write a cache.
-void failWriting(Rules& rules) {
-    rules.fail(EACCES, {SCMP_SYS(chmod), SCMP_SYS(link), SCMP_SYS(linkat), SCMP_SYS(mkdir), SCMP_SYS(mkdirat),
-                        SCMP_SYS(rename), SCMP_SYS(renameat), SCMP_SYS(renameat2), SCMP_SYS(unlink),
-                        SCMP_SYS(unlinkat), SCMP_SYS(utimensat)});
+// Fontconfig would like to write a cache, and what librsvg aborts with names the folder it runs in.
+void failOthers(Rules& rules) {
+    rules.fail(EACCES, {SCMP_SYS(chmod), SCMP_SYS(getcwd), SCMP_SYS(link), SCMP_SYS(linkat), SCMP_SYS(mkdir),
+                        SCMP_SYS(mkdirat), SCMP_SYS(rename), SCMP_SYS(renameat), SCMP_SYS(renameat2),
+                        SCMP_SYS(unlink), SCMP_SYS(unlinkat), SCMP_SYS(utimensat)});
 }
 
+// Libraries look for files that they can do without.
 void failReading(Rules& rules) {
     rules.fail(EACCES, {SCMP_SYS(access), SCMP_SYS(faccessat), SCMP_SYS(faccessat2), SCMP_SYS(lstat),
                         SCMP_SYS(newfstatat), SCMP_SYS(open), SCMP_SYS(openat), SCMP_SYS(readlink),
@@ -149,6 +150,7 @@ void allowReading(Rules& rules) {
     constexpr int readingFlags = O_CLOEXEC | O_DIRECTORY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_LARGEFILE;
     rules.allow(SCMP_SYS(openat), {lacks(2, ~readingFlags)});
     rules.allow(SCMP_SYS(open), {lacks(1, ~readingFlags)});
+    rules.allow(SCMP_SYS(fcntl), {equals(1, F_SETFD)});
     for (const int flag : {O_WRONLY, O_RDWR, O_CREAT}) {
         rules.fail(EACCES, SCMP_SYS(openat), {has(2, flag)});
         rules.fail(EACCES, SCMP_SYS(open), {has(1, flag)});
@@ -183,7 +185,7 @@ bool restrictSystemCalls(FileReading reading) {
     allowThreads(rules);
     allowItself(rules);
     allowMessages(rules);
-    failWriting(rules);
+    failOthers(rules);
 #ifdef AMBERQUILL_SANITIZED
     allowSanitizers(rules);
 #endif

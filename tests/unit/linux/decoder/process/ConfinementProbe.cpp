@@ -180,22 +180,13 @@ Attempts attemptsAtMemory(const Prepared& prepared) {
              std::thread([&hasRun] { hasRun = true; }).join();
              return hasRun;
          }},
-        {"answer",
-         [] {
-             const auto decoding = [](const QByteArray&, int edge) {
-                 QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
-                 image.fill(Qt::green);
-                 return image;
-             };
-             return serve(0, decoding, {decoderEndurance, longestDecoding}) == ServingEnd::Done;
-         }},
         {"work without end",
          [] {
              const auto decoding = [](const QByteArray&, int) {
                  while (true) {
                      std::this_thread::yield();
                  }
-                 return QImage();
+                 return DecodedIcon();
              };
              endWithOtherEnd(0);
              return serve(0, decoding, {decoderEndurance, longestDecoding}) == ServingEnd::Done;

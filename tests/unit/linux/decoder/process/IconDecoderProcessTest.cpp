@@ -1,21 +1,42 @@
 #include "StartedDecoder.h"
 
 #include "platform/linux/decoder/process/Confinement.h"
-#include "support/IconFiles.h"
+#include "support/BadIcons.h"
 
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <sys/resource.h>
 
 using namespace amberquill;
 using namespace amberquill::desktop;
+using namespace std::chrono_literals;
 
 namespace {
 
 const QByteArray blueSquare = svg(R"(<rect width="100" height="100" fill="#0000ff"/>)");
+
+const QByteArray redSquareWithText =
+    svg(R"(<rect width="100" height="100" fill="#ff0000"/><text x="10" y="90" font-size="90">M</text>)");
+
+int blackPixels(const QImage& image) {
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            count += image.pixelColor(x, y) == QColor(Qt::black) ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+// On a kernel that does not have one of its system calls.
+std::vector<std::string> withoutCall(const std::string& call, std::vector<std::string> arguments = {}) {
+    arguments.insert(arguments.begin(), {call, testProgram(decoderProgram).toStdString()});
+    return arguments;
+}
 
 // What the kernel says of a process, by its name in /proc/PID/status.
 std::string statusEntry(pid_t process, const std::string& name) {
@@ -58,6 +79,41 @@ TEST(IconDecoderProcess, AFileThatIsNoIconGivesNoPicture) {
     EXPECT_FALSE(decoder.decoded(png(8, 8), 48).isNull());
 }
 
+TEST(IconDecoderProcess, TextIsDrawnWhereFontsAreWantedAndSentBackElsewhere) {
+    StartedDecoder plain;
+    ASSERT_TRUE(plain.isReady());
+    ASSERT_TRUE(plain.ask(redSquareWithText, 64));
+    EXPECT_EQ(plain.answer(), (DecodingAnswer{DecodingOutcome::NeedsFonts, 64, false}));
+
+    StartedDecoder withFonts(decoderProgram, {decoderFontsArgument});
+    ASSERT_TRUE(withFonts.isReady());
+    EXPECT_EQ(blackPixels(withFonts.decoded(redSquare, 64)), 0);
+    EXPECT_GT(blackPixels(withFonts.decoded(redSquareWithText, 64)), 100);
+    EXPECT_EQ(statusEntry(withFonts.process(), "Seccomp"), "2");
+    EXPECT_EQ(descriptorsOf(withFonts.process()).size(), 3U);
+}
+
+TEST(IconDecoderProcess, WithoutLandlockItServesAndLeavesOutText) {
+    StartedDecoder decoder(QStringLiteral("refused_call"),
+                           withoutCall("landlock_create_ruleset", {decoderFontsArgument}));
+    ASSERT_TRUE(decoder.isReady());
+    const auto picture = decoder.decoded(redSquareWithText, 64);
+    EXPECT_EQ(picture.pixelColor(1, 1), QColor(Qt::red));
+    EXPECT_EQ(blackPixels(picture), 0);
+}
+
+TEST(IconDecoderProcess, WithoutAnyOtherPartOfItsConfinementItDoesNotServe) {
+    std::vector<std::string> calls{"seccomp", "close_range"};
+#ifndef AMBERQUILL_SANITIZED // sanitizers do not start without it
+    calls.emplace_back("prlimit64");
+#endif
+    for (const auto& call : calls) {
+        StartedDecoder decoder(QStringLiteral("refused_call"), withoutCall(call));
+        EXPECT_FALSE(decoder.isReady()) << call;
+        EXPECT_EQ(decoder.exit(), DecoderExit::NotConfined) << call;
+    }
+}
+
 TEST(IconDecoderProcess, TheKernelRefusesItEverythingBeforeTheFirstRequest) {
     StartedDecoder decoder;
     ASSERT_TRUE(decoder.isReady());
@@ -73,7 +129,9 @@ TEST(IconDecoderProcess, ItHasNoDescriptorsButTheSocketAndTwoOutputsThatLeadNowh
     EXPECT_TRUE(before.at(decoderSocket).starts_with("socket:"));
     EXPECT_EQ(before.at(STDOUT_FILENO), "/dev/null");
     EXPECT_EQ(before.at(STDERR_FILENO), "/dev/null");
+    // Qt has a thread convert the second one.
     EXPECT_FALSE(decoder.decoded(png(32, 32), 48).isNull());
+    EXPECT_FALSE(decoder.decoded(png(1000, 1000), 48).isNull());
     EXPECT_FALSE(decoder.decoded(blueSquare, 48).isNull());
     EXPECT_EQ(descriptorsOf(decoder.process()), before);
 }
@@ -125,7 +183,7 @@ TEST(IconDecoderProcess, ASenselessRequestEndsIt) {
 TEST(IconDecoderProcess, StartedByHandItSaysWhatItIs) {
     QProcess process;
     process.setStandardInputFile(QProcess::nullDevice());
-    process.start(testProgram(QStringLiteral("../amberquill-icons")), {});
+    process.start(testProgram(decoderProgram), {});
     ASSERT_TRUE(process.waitForFinished());
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(process.exitCode(), static_cast<int>(DecoderExit::ByHand));
@@ -153,7 +211,48 @@ TEST(IconDecoderProcess, OfLargePicturesNoMemoryIsKept) {
 TEST(IconDecoderProcess, TheLargestPictureThatAFileMayHoldIsDecodedWithinItsMemory) {
     StartedDecoder decoder;
     ASSERT_TRUE(decoder.isReady());
-    QImage deep(5'792, 5'792, QImage::Format_RGBA64);
-    deep.fill(Qt::red);
-    EXPECT_FALSE(decoder.decoded(encoded(deep, "png"), 1024).isNull());
+    EXPECT_FALSE(decoder.decoded(png(5'792, 5'792), 1024).isNull());
+}
+
+TEST(IconDecoderProcess, BadFilesAreAnsweredByTheSameProcess) {
+    StartedDecoder decoder;
+    ASSERT_TRUE(decoder.isReady());
+    for (const auto& [name, bytes, ending] : badIcons()) {
+        if (ending == BadIcon::Ending::Overload) {
+            continue;
+        }
+        ASSERT_TRUE(decoder.ask(bytes, 64)) << name;
+        const auto answer = decoder.answer();
+        ASSERT_TRUE(answer) << name;
+        const bool isPicture = answer->outcome == DecodingOutcome::Picture;
+        EXPECT_TRUE(isPicture || answer->outcome == DecodingOutcome::NoPicture) << name;
+        if (ending != BadIcon::Ending::Either) {
+            EXPECT_EQ(isPicture, ending == BadIcon::Ending::Picture) << name;
+        }
+    }
+}
+
+TEST(IconDecoderProcess, OverloadsMeetTheirLimitsAndKeepNoOtherProcessFromItsWork) {
+    std::vector<std::unique_ptr<StartedDecoder>> overloaded;
+    for (const auto& [name, bytes, ending] : badIcons()) {
+        if (ending == BadIcon::Ending::Overload) {
+            overloaded.push_back(std::make_unique<StartedDecoder>());
+            ASSERT_TRUE(overloaded.back()->isReady());
+            ASSERT_TRUE(overloaded.back()->ask(bytes, 64)) << name;
+        }
+    }
+    StartedDecoder decoder;
+    ASSERT_TRUE(decoder.isReady());
+    EXPECT_FALSE(decoder.decoded(png(32, 32), 48).isNull());
+    // As long as the launcher waits, for all together; then they are killed.
+    auto longest = 2s;
+    for (const auto& each : overloaded) {
+        const bool isAnswered = each->waitForAnswer(std::exchange(longest, 0s)) && each->answer();
+        if (!isAnswered) {
+            ::kill(each->process(), SIGKILL);
+            const int status = each->status();
+            ASSERT_TRUE(WIFSIGNALED(status));
+            EXPECT_NE(WTERMSIG(status), SIGSYS) << "not even then is anything tried that is refused";
+        }
+    }
 }

@@ -19,10 +19,14 @@ namespace {
 
 constexpr ServingLimits patient{1h, 100s};
 
-QImage greenSquare(const QByteArray&, int edge) {
+QImage greenSquare(int edge) {
     QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::green);
     return image;
+}
+
+DecodedIcon greenIcon(const QByteArray&, int edge) {
+    return {greenSquare(edge)};
 }
 
 // serve() on a thread of its own, and the launcher's end of the socket.
@@ -98,7 +102,7 @@ constexpr DecodingAnswer noPicture(std::uint32_t edge) {
 TEST_F(Serving, EachRequestIsAnsweredFromItsOwnBytes) {
     start([](const QByteArray& bytes, int edge) {
         EXPECT_EQ(bytes, "file");
-        return greenSquare(bytes, edge);
+        return greenIcon(bytes, edge);
     });
     for (const std::uint32_t edge : {1U, 48U, 300U}) {
         ASSERT_TRUE(ask(edge));
@@ -107,15 +111,15 @@ TEST_F(Serving, EachRequestIsAnsweredFromItsOwnBytes) {
         ASSERT_TRUE(mapped);
         const QImage image(reinterpret_cast<const uchar*>(mapped->bytes().data()), static_cast<int>(edge),
                            static_cast<int>(edge), QImage::Format_ARGB32_Premultiplied);
-        EXPECT_EQ(image, greenSquare({}, static_cast<int>(edge)));
+        EXPECT_EQ(image, greenSquare(static_cast<int>(edge)));
     }
     EXPECT_EQ(end(), ServingEnd::Done);
 }
 
 TEST_F(Serving, APictureOfAnotherSizeOrFormatIsNone) {
-    start([](const QByteArray& bytes, int edge) {
-        return edge == 10 ? greenSquare(bytes, 11)
-                          : greenSquare(bytes, edge).convertToFormat(QImage::Format_RGB888);
+    start([](const QByteArray&, int edge) {
+        return DecodedIcon{edge == 10 ? greenSquare(11)
+                                      : greenSquare(edge).convertToFormat(QImage::Format_RGB888)};
     });
     for (const std::uint32_t edge : {10U, 20U}) {
         ASSERT_TRUE(ask(edge));
@@ -123,10 +127,16 @@ TEST_F(Serving, APictureOfAnotherSizeOrFormatIsNone) {
     }
 }
 
+TEST_F(Serving, ADrawingWithTextIsSentBackWhereThereAreNoFonts) {
+    start([](const QByteArray&, int) { return DecodedIcon{QImage(), true}; });
+    ASSERT_TRUE(ask(8));
+    EXPECT_EQ(answer(), (DecodingAnswer{DecodingOutcome::NeedsFonts, 8, false}));
+}
+
 TEST_F(Serving, AnEmptyFileIsDecodedLikeAnyOther) {
     start([](const QByteArray& bytes, int) {
         EXPECT_TRUE(bytes.isEmpty());
-        return QImage();
+        return DecodedIcon();
     });
     const FileDescriptor empty = sealedMemory({});
     picture_ = writableMemory(pictureBytes(8));
@@ -145,7 +155,7 @@ TEST_F(Serving, NoDescriptorIsOpenWhileAPictureIsMadeButThoseOfBefore) {
     int during = 0;
     start([&](const QByteArray& bytes, int edge) {
         during = descriptorsInUse();
-        return greenSquare(bytes, edge);
+        return greenIcon(bytes, edge);
     });
     picture_ = writableMemory(pictureBytes(8));
     const int before = descriptorsInUse();
@@ -159,7 +169,7 @@ TEST_F(Serving, AnAlarmIsSetForEachPictureAndForNothingElse) {
     unsigned int left = 0;
     start([&left](const QByteArray& bytes, int edge) {
         left = ::alarm(patient.longest.count()); // sets the same one again
-        return greenSquare(bytes, edge);
+        return greenIcon(bytes, edge);
     });
     for (int i = 0; i < 2; ++i) {
         EXPECT_EQ(::alarm(0), 0U);
@@ -173,7 +183,7 @@ TEST_F(Serving, AnAlarmIsSetForEachPictureAndForNothingElse) {
 }
 
 TEST_F(Serving, TheAnswerAfterWhichMuchProcessorTimeIsUsedUpIsTheLast) {
-    start(greenSquare, {0s, 100s});
+    start(greenIcon, {0s, 100s});
     ASSERT_TRUE(ask(8));
     EXPECT_EQ(answer(), picture(8, true));
     EXPECT_FALSE(answer());
@@ -181,14 +191,14 @@ TEST_F(Serving, TheAnswerAfterWhichMuchProcessorTimeIsUsedUpIsTheLast) {
 }
 
 TEST_F(SenselessRequest, ShorterThanARequest) {
-    start(greenSquare);
+    start(greenIcon);
     ASSERT_TRUE(send(std::array<std::byte, 1>{}, {}));
     EXPECT_FALSE(answer());
     EXPECT_EQ(end(), ServingEnd::Senseless);
 }
 
 TEST_F(SenselessRequest, LongerThanARequest) {
-    start(greenSquare);
+    start(greenIcon);
     std::array<std::byte, requestSize + 1> message = {};
     encode(DecodingRequest{8, 4}, std::span(message).first<requestSize>());
     picture_ = writableMemory(pictureBytes(8));
@@ -198,14 +208,14 @@ TEST_F(SenselessRequest, LongerThanARequest) {
 }
 
 TEST_F(SenselessRequest, WithOneDescriptor) {
-    start(greenSquare);
+    start(greenIcon);
     ASSERT_TRUE(send({8, 4}, std::array{file_.get()}));
     EXPECT_FALSE(answer());
     EXPECT_EQ(end(), ServingEnd::Senseless);
 }
 
 TEST_F(SenselessRequest, AFileOfAnotherSize) {
-    start(greenSquare);
+    start(greenIcon);
     picture_ = writableMemory(pictureBytes(8));
     ASSERT_TRUE(send({8, 5}, std::array{file_.get(), picture_.get()}));
     EXPECT_FALSE(answer());
@@ -213,7 +223,7 @@ TEST_F(SenselessRequest, AFileOfAnotherSize) {
 }
 
 TEST_F(SenselessRequest, MemoryTooSmallForThePicture) {
-    start(greenSquare);
+    start(greenIcon);
     picture_ = writableMemory(pictureBytes(8) - 1);
     ASSERT_TRUE(send({8, 4}, std::array{file_.get(), picture_.get()}));
     EXPECT_FALSE(answer());
@@ -221,7 +231,7 @@ TEST_F(SenselessRequest, MemoryTooSmallForThePicture) {
 }
 
 TEST_F(SenselessRequest, MemoryForThePictureThatCannotBeWrittenTo) {
-    start(greenSquare);
+    start(greenIcon);
     ASSERT_TRUE(send({1, 4}, std::array{file_.get(), file_.get()}));
     EXPECT_FALSE(answer());
     EXPECT_EQ(end(), ServingEnd::Senseless);

@@ -22,12 +22,15 @@
 
 namespace amberquill::desktop {
 
+// As seen from the tests' programs.
+inline const QString decoderProgram = QStringLiteral("../amberquill-icons");
+
 // A program that answers requests, started as the launcher starts one. It is gone with its owner.
 class StartedDecoder {
 public:
     // The program itself.
     StartedDecoder()
-        : StartedDecoder(QStringLiteral("../amberquill-icons"), {}) {}
+        : StartedDecoder(decoderProgram, {}) {}
 
     // One that lies beside the tests.
     StartedDecoder(const QString& program, std::vector<std::string> arguments) {
