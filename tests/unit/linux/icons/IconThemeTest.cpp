@@ -193,3 +193,35 @@ TEST_F(IconThemeTest, CompressedDrawingsAreFoundBesideACacheThatOmitsThem) {
     writeCache({"48/apps", "scalable/apps"}, {});
     EXPECT_EQ(found("x", 48), "system/test/scalable/apps/x.svgz");
 }
+
+TEST_F(IconThemeTest, DirectoriesBeyondAllMeasureAreLeftOut) {
+    std::vector<std::string> bases;
+    for (const std::string number : {"0", "1", "2", "3", "4"}) {
+        std::vector<std::pair<QByteArray, QByteArray>> directories;
+        for (int i = 0; i < 4096; ++i) {
+            directories.emplace_back(QByteArray::fromStdString(number) + "-" + QByteArray::number(i),
+                                     "Size=16");
+        }
+        files_.write(number + "/test/index.theme", themeIndex(directories));
+        files_.write(number + "/test/" + number + "-4095/x" + number + ".png", "x");
+        bases.push_back(files_.at(number).string());
+    }
+    IconTheme made("test", bases);
+    EXPECT_EQ(found(made, "x0", 16), "0/test/0-4095/x0.png");
+    EXPECT_EQ(found(made, "x3", 16), "3/test/3-4095/x3.png");
+    EXPECT_EQ(found(made, "x4", 16), "");
+}
+
+TEST_F(IconThemeTest, ASearchEndsWhereTooManyFilesAreNotThere) {
+    std::vector<std::pair<QByteArray, QByteArray>> directories;
+    for (int i = 1; i <= 400; ++i) {
+        const auto name = std::to_string(i);
+        directories.emplace_back(QByteArray::fromStdString(name), fixedSize(i));
+        files_.link("system/test/" + name + "/few.png", i > 200 ? "missing" : "../file");
+        files_.link("system/test/" + name + "/many.png", i > 100 ? "missing" : "../file");
+    }
+    files_.write("system/test/file", "x");
+    files_.write("system/test/index.theme", themeIndex(directories));
+    EXPECT_EQ(found("few", 201), "system/test/200/few.png");
+    EXPECT_EQ(found("many", 101), "");
+}

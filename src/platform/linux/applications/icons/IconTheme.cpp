@@ -7,6 +7,9 @@ namespace amberquill::desktop {
 namespace {
 
 constexpr std::size_t rememberedEdges = 8;
+constexpr std::size_t maximumThemeDirectories = 16'384; // of all copies of one theme
+// What indexes, caches and links promise and is not there is passed over this often.
+constexpr int maximumMissingFiles = 256;
 
 std::optional<int> takeNumber(std::string_view& text) {
     int value = 0;
@@ -58,7 +61,7 @@ std::optional<IconDirectory> directoryByName(const std::string& name) {
 IconTheme::IconTheme(std::string_view name, const std::vector<std::string>& baseFolders) {
     std::unordered_set<std::string> known;
     const auto add = [&](IconDirectory directory) {
-        if (known.insert(directory.path).second) {
+        if (directories_.size() < maximumThemeDirectories && known.insert(directory.path).second) {
             directories_.push_back(std::move(directory));
         }
     };
@@ -113,7 +116,7 @@ std::optional<std::string> IconTheme::find(std::string_view name, int edge, int&
     // From place to place, and at one place from the most wanted base folder's copy to the next.
     std::size_t position = 0;
     std::size_t firstCopy = 0;
-    while (true) {
+    for (int missing = 0; missing < maximumMissingFiles;) {
         auto found = order.places().size();
         auto foundIn = copies_.size();
         for (std::size_t i = 0; i < copies_.size(); ++i) {
@@ -131,10 +134,13 @@ std::optional<std::string> IconTheme::find(std::string_view name, int edge, int&
         firstCopy = foundIn + 1;
         auto file = copies_[foundIn].file(name, cached[foundIn], order.places()[found]);
         // Links that lead nowhere are common where exported icons were removed.
-        if (isRegularFile(file) && skip-- == 0) {
+        if (!isRegularFile(file)) {
+            ++missing;
+        } else if (skip-- == 0) {
             return file;
         }
     }
+    return std::nullopt;
 }
 
 } // namespace amberquill::desktop
