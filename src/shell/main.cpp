@@ -12,6 +12,8 @@
 #include "platform/linux/applications/bundles/PropertyListMainBundle.h"
 #include "platform/linux/applications/entries/DesktopEntryApplications.h"
 #include "platform/linux/applications/icons/IconThemeName.h"
+#include "platform/linux/applications/icons/IconWorkers.h"
+#include "platform/linux/applications/icons/InstalledWorker.h"
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
 #include "platform/linux/applications/launching/LinuxApplicationOpener.h"
 #include "platform/linux/autostart/AutostartLoginItem.h"
@@ -173,6 +175,9 @@ int main(int argc, char* argv[]) {
     const AppScanner::Services scanServices{files,   bundles, registered, locations.home, locations.ownBundle,
                                             &readers};
 
+    const QString program = desktop::runningProgram();
+    desktop::IconWorkers iconWorkers({.program = desktop::installedWorker(program, environment)});
+
     auto fonts = std::async(std::launch::async, desktop::readFontConfiguration);
     const auto readingStarted = std::chrono::steady_clock::now();
     const QString preferencesPath = locations.configuration + QStringLiteral("/Amberquill/preferences.json");
@@ -185,6 +190,9 @@ int main(int argc, char* argv[]) {
             reading.firstScan.start([&] { return AppScanner::scan(scanServices); });
         }
         caches.icons = IconKeeper::load(files, locations.caches);
+        if (caches.icons.empty()) {
+            iconWorkers.prepare();
+        }
         return caches;
     });
 
@@ -213,7 +221,6 @@ int main(int argc, char* argv[]) {
     auto backdrop = makeBackdrop(*screens, *windows, windows->screenUnderPointer(),
                                  LauncherModel::storedBackground(preferences), windows->blendsWindows());
 
-    const QString program = desktop::runningProgram();
     // Before the queue, which at its own end waits for what is done in the background.
     const auto installer =
         std::make_shared<desktop::AppImageInstaller>(start.environment.forChild({}), program);
@@ -226,7 +233,8 @@ int main(int argc, char* argv[]) {
 
     desktop::LinuxApplicationIcons icons(
         {desktop::iconBaseFolders(locations.home, entrySettings.dataFolders), desktop::iconThemeName(),
-         locations.caches + QStringLiteral("/Amberquill/decoding"), entrySettings.locale});
+         locations.caches + QStringLiteral("/Amberquill"), AMBERQUILL_VERSION, entrySettings.locale},
+        iconWorkers);
     IconCache::shared().serveFrom(&icons, &queue);
 
     const auto scrollDevices = desktop::makeScrollDevices();
@@ -286,7 +294,11 @@ int main(int argc, char* argv[]) {
                               opener.prepare();
                               queue.runInBackground(
                                   [paths = writtenFiles, &files] { removeLeftovers(files, paths); }, [] {});
-                              queue.postAfter(settledAfter, desktop::trimHeap);
+                              queue.postAfter(settledAfter, [&] {
+                                  desktop::trimHeap();
+                                  // What was started early and nobody has asked for anything.
+                                  queue.runInBackground([&] { icons.rest(); }, [] {}, Lane::Icons);
+                              });
                           },
                           [&icons] {
                               icons.forget();
@@ -352,9 +364,9 @@ int main(int argc, char* argv[]) {
     }
     delegate.applicationDidFinishLaunching();
     const int status = QApplication::exec();
+    iconWorkers.end(); // whoever waits for an icon waits no longer
     if (!queue.finish(longestFinish) || reading.isUnderWay() || !readers.isIdle()) {
         // It uses objects of this function, and would keep them from going.
-        queue.runWithin(longestFinish, {[&icons] { icons.endDecoding(); }});
         ::_exit(status);
     }
     return status;

@@ -1,6 +1,5 @@
 // How long icons take to be found and drawn. Warm caches; "first" is what a process that has just started
 // pays.
-#include "platform/linux/applications/icons/DecodingJournal.h"
 #include "platform/linux/applications/icons/IconLookup.h"
 #include "platform/linux/decoder/pictures/IconDecoder.h"
 #include "platform/linux/decoder/pictures/ImageFitting.h"
@@ -171,20 +170,6 @@ void fit(benchmark::State& state) {
     }
 }
 BENCHMARK(fit)->Arg(48)->Arg(128)->Arg(256)->Arg(512)->Arg(1024)->Unit(benchmark::kMillisecond);
-
-// What the journal adds to the decoding of a file that this process has not decoded before.
-void journal(benchmark::State& state) {
-    const TemporaryTree tree;
-    DecodingJournal kept(tree.path("decoding").toStdString());
-    FileState file{.path = "/usr/share/icons/hicolor/256x256/apps/org.example.Application.png",
-                   .modified = 0,
-                   .size = 1};
-    for ([[maybe_unused]] auto _ : state) {
-        ++file.modified;
-        benchmark::DoNotOptimize(kept.decode(file, [] { return QImage(); }));
-    }
-}
-BENCHMARK(journal)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 } // namespace amberquill::desktop

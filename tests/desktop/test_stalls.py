@@ -56,12 +56,26 @@ class Stalls(OnX11):
         until(self.layout_file.exists, "the layout")
         return launcher
 
-    def test_an_icon_that_takes_long_to_draw_does_not_delay_the_end(self):
+    def add_slow_icon(self):
         icon = self.session.home / "slow.svg"
         icon.write_text(slow_drawing(), encoding="utf-8")
         self.applications.write_entry(self.applications.entries / "slow.desktop", "Slow", icon)
+        return icon
+
+    def test_an_icon_that_takes_long_to_draw_does_not_delay_the_end(self):
+        self.add_slow_icon()
         self.expect_saved_end(self.show_page(self.made))
-        self.assertEqual(list((self.session.cache / "Amberquill" / "decoding").glob("decoding-*")), [])
+
+    def test_an_icon_that_takes_too_long_to_draw_is_given_up_and_not_tried_at_the_next_start(self):
+        icon = self.add_slow_icon()
+        undecodable = self.session.cache / "Amberquill" / "undecodable"
+        launcher = self.show_page(self.made)
+        until(lambda: undecodable.exists() and str(icon) in undecodable.read_text(), "the icon to be given up")
+        self.expect_end(launcher)
+        known = undecodable.stat().st_mtime_ns
+        launcher = self.show_page(self.made)
+        self.expect_end(launcher)
+        self.assertEqual(undecodable.stat().st_mtime_ns, known)
 
     def test_an_icon_on_a_mount_that_does_not_answer_does_not_delay_the_end(self):
         place = self.session.home / "far"

@@ -1,17 +1,13 @@
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
 
+#include "platform/linux/applications/icons/IconWorkers.h"
+#include "platform/linux/applications/icons/InstalledWorker.h"
 #include "support/IconFiles.h"
+#include "support/Places.h"
 #include "support/PropertyLists.h"
-#include "support/WaitUntil.h"
 
-#include <QDir>
-#include <QFile>
-#include <csignal>
 #include <gtest/gtest.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 
 using namespace amberquill;
 using namespace amberquill::desktop;
@@ -29,7 +25,8 @@ protected:
     LinuxApplicationIcons::Settings settings() const {
         return {.baseFolders = {files_.path("icons"), files_.path("pixmaps")},
                 .theme = u"test"_s,
-                .journalFolder = files_.path("cache/decoding"),
+                .cacheFolder = files_.path("cache/Amberquill"),
+                .version = "1.0",
                 .locale = entryLocaleFor({"de"})};
     }
 
@@ -38,10 +35,11 @@ protected:
                             "[Desktop Entry]\nType=Application\nName=X\nExec=true\nIcon=" + icon + "\n" +
                                 more);
     }
-    QImage image(const QString& path, int edge = 48) const {
-        return LinuxApplicationIcons(settings()).image(path, edge);
+    // Asked of icons that have just been made.
+    QImage image(const QString& path, int edge = 48) {
+        return LinuxApplicationIcons(settings(), workers_).image(path, edge);
     }
-    QImage entryImage(const QByteArray& icon, int edge = 48) const { return image(writeEntry(icon), edge); }
+    QImage entryImage(const QByteArray& icon, int edge = 48) { return image(writeEntry(icon), edge); }
 
     QString writeBundle(const std::map<std::string, std::string>& keys) const {
         files_.write("X.app/Contents/Info.plist", xmlDictionary(keys));
@@ -54,6 +52,10 @@ protected:
     }
 
     TemporaryTree files_;
+    // The program as it is built.
+    IconWorkers workers_{
+        {.program = installedWorker(testProgram(u"../amberquill"_s), processEnvironment()),
+         .limits = {.start = std::chrono::seconds(60), .picture = std::chrono::seconds(60)}}};
 };
 
 constexpr QRgb none = 0xFF808080U;
@@ -127,7 +129,7 @@ TEST_F(LinuxApplicationIconsTest, WhatIsNoFileIsNotWaitedFor) {
 }
 
 TEST_F(LinuxApplicationIconsTest, WhatStandsInForAnIconComesFromTheTheme) {
-    LinuxApplicationIcons icons(settings());
+    LinuxApplicationIcons icons(settings(), workers_);
     EXPECT_TRUE(icons.standIn(48).isNull());
     files_.write("icons/test/48/apps/application-x-executable.png", "not a picture");
     files_.write("icons/test/96/apps/application-x-executable.png", png(96, 96, QColor(0, 0, 255)));
@@ -179,7 +181,7 @@ TEST_F(LinuxApplicationIconsTest, ABundlesIconDoesNotLeadElsewhere) {
 }
 
 TEST_F(LinuxApplicationIconsTest, WhatIsRememberedOfFoldersIsForgottenWhenAsked) {
-    LinuxApplicationIcons icons(settings());
+    LinuxApplicationIcons icons(settings(), workers_);
     const auto entry = writeEntry("x");
     EXPECT_EQ(colour(icons.image(entry, 48)), none);
     files_.write("icons/test/48/apps/x.png", png(48, 48, QColor(255, 0, 0)));
@@ -201,7 +203,7 @@ TEST_F(LinuxApplicationIconsTest, ThreadsGetTheSamePictures) {
                                        "[Desktop Entry]\nType=Application\nName=X\nExec=true\nIcon=" +
                                            QByteArray::fromStdString(name) + "\n"));
     }
-    LinuxApplicationIcons icons(settings());
+    LinuxApplicationIcons icons(settings(), workers_);
     std::atomic<int> right = 0;
     std::vector<std::thread> threads;
     for (int thread = 0; thread < 4; ++thread) {
@@ -221,46 +223,63 @@ TEST_F(LinuxApplicationIconsTest, ThreadsGetTheSamePictures) {
     EXPECT_EQ(right, 4 * 30);
 }
 
-// A child decodes and is killed in the middle of it; the next process refuses the file.
-TEST_F(LinuxApplicationIconsTest, AnIconDuringWhichTheProcessDiedIsRefusedUntilItChanges) {
-    const auto file = files_.write("icons/test/48/apps/x.png", png(2'000, 2'000));
-    const auto entry = writeEntry("x");
-    const auto child = ::fork();
-    if (child == 0) {
-        ::prctl(PR_SET_PDEATHSIG, SIGKILL); // should the test end before it kills it
-        while (true) {                      // each time as if it had just started
-            static_cast<void>(LinuxApplicationIcons(settings()).image(entry, 48));
-        }
-    }
-    const auto isNoted = [&] {
-        const QDir folder(files_.path("cache/decoding"));
-        for (const auto& name : folder.entryList({u"decoding-*"_s}, QDir::Files)) {
-            QFile notes(folder.filePath(name));
-            const auto content = notes.open(QIODevice::ReadOnly) ? notes.readAll() : QByteArray();
-            if (content.contains(file.toUtf8()) && !content.startsWith(QByteArray(4, '\0'))) {
-                return true;
-            }
-        }
-        return false;
-    };
-    int status = 0;
-    bool isStopped = true;
-    const bool isCaught = waitUntil([&] {
-        ::kill(child, SIGSTOP);
-        isStopped = ::waitpid(child, &status, WUNTRACED) == child && WIFSTOPPED(status);
-        if (!isStopped || isNoted()) {
-            return true;
-        }
-        ::kill(child, SIGCONT);
-        return false;
-    });
-    ASSERT_TRUE(isStopped) << "the child has ended by itself: " << status;
-    ASSERT_EQ(::kill(child, SIGKILL), 0);
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFSIGNALED(status));
-    ASSERT_TRUE(isCaught) << "that an icon is being decoded is never noted";
+namespace {
 
-    EXPECT_EQ(colour(image(entry)), none);
-    files_.write("icons/test/48/apps/x.png", png(48, 48, QColor(0, 0, 255)));
-    EXPECT_EQ(colour(image(entry)), blue);
+// What the stand-in program does is in StandInDecoder.cpp.
+class UndecodableIconsTest : public LinuxApplicationIconsTest {
+protected:
+    QImage imageByStandIn(const QString& path, const std::string& version = "1.0") {
+        auto settings = this->settings();
+        settings.version = version;
+        return LinuxApplicationIcons(settings, standIns_).image(path, 48);
+    }
+    // How many processes have been started for it.
+    qsizetype starts() const {
+        return std::filesystem::exists(files_.at("started")) ? files_.read("started").count('\n') : 0;
+    }
+
+    IconWorkers standIns_{
+        {.program = {.paths = {testProgram(u"stand_in_decoder"_s).toStdString()},
+                     .environment = {"STAND_IN_FOLDER=" + files_.at().string()}},
+         .limits = {.start = std::chrono::seconds(60), .picture = std::chrono::seconds(60)}}};
+};
+
+} // namespace
+
+TEST_F(UndecodableIconsTest, AnIconThatEndsProcessesIsNotTriedAgainUntilItChanges) {
+    files_.write("icons/test/48/apps/x.png", "signal 11");
+    const auto entry = writeEntry("x");
+    EXPECT_EQ(colour(imageByStandIn(entry)), none);
+    const auto tries = starts();
+    EXPECT_EQ(tries, 2);
+    EXPECT_EQ(colour(imageByStandIn(entry)), none);
+    EXPECT_EQ(starts(), tries);
+    files_.write("icons/test/48/apps/x.png", "green");
+    EXPECT_EQ(colour(imageByStandIn(entry)), green);
+}
+
+TEST_F(UndecodableIconsTest, AnotherVersionTriesThemAgain) {
+    files_.write("icons/test/48/apps/x.png", "signal 11");
+    const auto entry = writeEntry("x");
+    EXPECT_EQ(colour(imageByStandIn(entry, "1.0")), none);
+    const auto tries = starts();
+    EXPECT_EQ(colour(imageByStandIn(entry, "1.1")), none);
+    EXPECT_GT(starts(), tries);
+}
+
+TEST_F(UndecodableIconsTest, TheNextBestFileTakesItsPlace) {
+    files_.write("icons/test/48/apps/x.png", "signal 11");
+    files_.write("icons/test/96/apps/x.png", "green");
+    const auto entry = writeEntry("x");
+    EXPECT_EQ(colour(imageByStandIn(entry)), green);
+    EXPECT_EQ(colour(imageByStandIn(entry)), green);
+}
+
+TEST_F(UndecodableIconsTest, AnIconWhoseProcessSomebodyElseKilledIsTriedAgain) {
+    files_.write("icons/test/48/apps/x.png", "signal 9");
+    const auto entry = writeEntry("x");
+    EXPECT_EQ(colour(imageByStandIn(entry)), none);
+    const auto tries = starts();
+    EXPECT_EQ(colour(imageByStandIn(entry)), none);
+    EXPECT_GT(starts(), tries);
 }

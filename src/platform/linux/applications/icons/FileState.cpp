@@ -4,9 +4,9 @@
 
 namespace amberquill::desktop {
 
-std::optional<FileState> fileState(const std::string& path) {
+std::optional<FileState> fileState(const FileDescriptor& file, const std::string& path) {
     struct stat status = {};
-    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+    if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return std::nullopt;
     }
     constexpr std::int64_t nanoseconds = 1'000'000'000;

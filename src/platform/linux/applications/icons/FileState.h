@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/linux/files/FileDescriptor.h"
+
 #include <compare>
 #include <cstdint>
 #include <optional>
@@ -17,7 +19,7 @@ struct FileState {
     auto operator<=>(const FileState&) const = default;
 };
 
-// None: there is no regular file (symbolic links are followed).
-[[nodiscard]] std::optional<FileState> fileState(const std::string& path);
+// Of the file that is open there. None: it is not a regular file.
+[[nodiscard]] std::optional<FileState> fileState(const FileDescriptor& file, const std::string& path);
 
 } // namespace amberquill::desktop

@@ -2,13 +2,15 @@
 
 #include "platform/linux/applications/bundles/BundlePropertyList.h"
 #include "platform/linux/applications/entries/DesktopEntry.h"
-#include "platform/linux/applications/icons/DecoderMessages.h"
-#include "platform/linux/decoder/pictures/IconDecoder.h"
+#include "platform/linux/applications/icons/IconWorkers.h"
+#include "platform/linux/decoder/channel/DecodingMessages.h"
 #include "platform/linux/files/RegularFile.h"
 
 #include <QFile>
 #include <array>
 #include <fcntl.h>
+#include <span>
+#include <utility>
 
 namespace amberquill::desktop {
 
@@ -23,12 +25,12 @@ constexpr std::array bundleEndings{""_L1, ".icns"_L1, ".png"_L1, ".tiff"_L1};
 
 } // namespace
 
-LinuxApplicationIcons::LinuxApplicationIcons(const Settings& settings)
+LinuxApplicationIcons::LinuxApplicationIcons(const Settings& settings, IconWorkers& workers)
     : locale_(settings.locale)
     , lookup_(settings.baseFolders, settings.theme)
-    , journal_(QFile::encodeName(settings.journalFolder).toStdString()) {
-    quietenDecoders();
-}
+    , workers_(workers)
+    , undecodable_(QFile::encodeName(settings.cacheFolder + u"/undecodable"_s).toStdString(),
+                   settings.version) {}
 
 QImage LinuxApplicationIcons::image(const QString& applicationPath, int edge) const {
     if (applicationPath.endsWith(u".desktop")) {
@@ -46,6 +48,10 @@ QImage LinuxApplicationIcons::standIn(int edge) const {
 
 void LinuxApplicationIcons::forget() {
     lookup_.forget();
+}
+
+void LinuxApplicationIcons::rest() {
+    workers_.rest();
 }
 
 QImage LinuxApplicationIcons::entryImage(const QString& path, int edge) const {
@@ -81,21 +87,26 @@ QImage LinuxApplicationIcons::bundleImage(const QString& path, int edge) const {
 }
 
 QImage LinuxApplicationIcons::fileImage(const QString& path, int edge) const {
-    const auto bytes = QFile::encodeName(path);
-    const auto state = bytes.contains('\0') ? std::nullopt : fileState(bytes.toStdString());
-    if (!state || state->size > maximumIconBytes) {
+    const auto name = QFile::encodeName(path);
+    if (name.contains('\0')) {
         return {};
     }
-    return journal_.decode(*state, [&] {
-        QByteArray buffer;
-        const auto content = readRegularFile(AT_FDCWD, bytes.constData(), maximumIconBytes, buffer);
-        if (!content) {
-            return QImage();
-        }
-        buffer.truncate(content->size());
-        const QuietDecoding quiet;
-        return decodedIcon(buffer, edge, Fonts::Present).image;
-    });
+    const auto file = openForReading(AT_FDCWD, name.constData());
+    // Of the very file that is read, so that none is blamed for what another was.
+    const auto state = file.isOpen() ? fileState(file, name.toStdString()) : std::nullopt;
+    if (!state || undecodable_.contains(*state)) {
+        return {};
+    }
+    QByteArray buffer;
+    const auto content = readRegularFile(file, largestIconBytes, buffer);
+    if (!content) {
+        return {};
+    }
+    auto decoded = workers_.decode(std::as_bytes(std::span(content->begin(), content->end())), edge);
+    if (decoded.kind == DecodedFile::Kind::Undecodable) {
+        undecodable_.add(*state);
+    }
+    return std::move(decoded.image);
 }
 
 } // namespace amberquill::desktop

@@ -2,35 +2,36 @@
 
 #include "platform/ApplicationIcons.h"
 #include "platform/linux/applications/entries/EntryLocale.h"
-#include "platform/linux/applications/icons/DecodingJournal.h"
 #include "platform/linux/applications/icons/IconLookup.h"
+#include "platform/linux/applications/icons/UndecodableFiles.h"
 
 #include <QStringList>
 
 namespace amberquill::desktop {
 
+class IconWorkers;
+
 // Pictures of applications on Linux desktops. A desktop entry's `Icon` is looked up in the icon theme or is a
 // file's absolute path; a bundle's icon stands in its own Resources folder. What cannot be decoded is passed
-// over for the next best file. Safe on any thread.
+// over for the next best file. Safe on any thread; whoever asks for a picture waits for another process.
 class LinuxApplicationIcons final : public ApplicationIcons {
 public:
     struct Settings {
         QStringList baseFolders; // iconBaseFolders
         QString theme;           // iconThemeName
-        QString journalFolder;   // in the user's cache folder; need not exist
+        QString cacheFolder;     // the program's own below the user's; need not exist
+        std::string version;     // the program's
         EntryLocale locale;      // in which `Icon` is read
     };
 
-    explicit LinuxApplicationIcons(const Settings& settings);
+    // The workers, which do the decoding, outlive it.
+    LinuxApplicationIcons(const Settings& settings, IconWorkers& workers);
 
     [[nodiscard]] QImage image(const QString& applicationPath, int edge) const override;
     // The theme's icon for programs.
     [[nodiscard]] QImage standIn(int edge) const override;
     void forget() override;
-    void rest() override {}
-
-    // The process is about to end, whatever is still being decoded.
-    void endDecoding() { journal_.withdraw(); }
+    void rest() override;
 
 private:
     [[nodiscard]] QImage entryImage(const QString& path, int edge) const;
@@ -40,7 +41,8 @@ private:
 
     const EntryLocale locale_;
     IconLookup lookup_;
-    mutable DecodingJournal journal_;
+    IconWorkers& workers_;
+    mutable UndecodableFiles undecodable_;
 };
 
 } // namespace amberquill::desktop

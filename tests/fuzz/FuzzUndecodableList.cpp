@@ -1,0 +1,24 @@
+// The list of files that cannot be decoded, with lines of any bytes: what is read of it is written and read the same.
+#include "platform/linux/applications/icons/UndecodableList.h"
+
+#include <cstdint>
+#include <cstdlib>
+
+using namespace amberquill::desktop;
+
+namespace {
+
+void require(bool holds) {
+    if (!holds) {
+        std::abort();
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const QByteArrayView bytes(data, static_cast<qsizetype>(size));
+    const auto list = UndecodableList::read(UndecodableList().written("1") + bytes.toByteArray(), "1");
+    require(UndecodableList::read(list.written("1"), "1").written("1") == list.written("1"));
+    return 0;
+}
