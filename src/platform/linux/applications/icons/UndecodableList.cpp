@@ -1,5 +1,6 @@
 #include "platform/linux/applications/icons/UndecodableList.h"
 
+#include <QList>
 #include <algorithm>
 #include <optional>
 
@@ -57,12 +58,11 @@ void UndecodableList::put(const UndecodableList& others) {
 QByteArray UndecodableList::written(const std::string& version) const {
     const auto heading = headingOf(version);
     QByteArray lines;
-    for (auto file = files_.rbegin(); file != files_.rend(); ++file) {
-        const auto line = lineOf(*file);
-        if (heading.size() + lines.size() + line.size() > mostBytes) {
-            break;
-        }
-        lines.prepend(line);
+    for (const auto& file : files_) {
+        lines += lineOf(file);
+    }
+    while (heading.size() + lines.size() > mostBytes) {
+        lines.remove(0, lines.indexOf('\n') + 1);
     }
     return heading + lines;
 }

@@ -4,6 +4,7 @@
 #include "platform/linux/files/ProcessDescriptor.h"
 #include "platform/linux/files/ReadableBy.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <ctime>
@@ -64,11 +65,8 @@ private:
 
 // As the system wants them: pointers into `texts`, and null.
 std::vector<char*> systemTexts(std::vector<std::string>& texts) {
-    std::vector<char*> result;
-    for (auto& text : texts) {
-        result.push_back(text.data());
-    }
-    result.push_back(nullptr);
+    std::vector<char*> result(texts.size() + 1, nullptr);
+    std::transform(texts.begin(), texts.end(), result.begin(), [](std::string& text) { return text.data(); });
     return result;
 }
 

@@ -15,7 +15,7 @@ namespace amberquill::desktop {
 inline constexpr int decoderSocket = 0;
 
 // The argument with which the process reads the fonts of the system before it begins, for drawings with text.
-inline constexpr char decoderFontsArgument[] = "--fonts";
+inline constexpr const char* decoderFontsArgument = "--fonts";
 
 // The status with which the process ends by itself.
 enum class DecoderExit {
