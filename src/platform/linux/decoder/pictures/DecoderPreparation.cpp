@@ -3,8 +3,9 @@
 #include "platform/linux/decoder/pictures/RasterPicture.h"
 #include "platform/linux/decoder/pictures/SvgDrawing.h"
 
-#include <QtGlobal>
+#include <QByteArrayView>
 #include <cstdio>
+#include <fontconfig/fontconfig.h>
 
 namespace amberquill::desktop {
 
@@ -23,13 +24,29 @@ void silence() {
 #endif
 }
 
+// One pixel each, as PNG and as JPEG.
+constexpr QByteArrayView drawingOfPictures =
+    R"(<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink" viewBox="0 0 1 1">)"
+    R"(<image width="1" height="1" xlink:href="data:;base64,)"
+    "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABAQAAAAA3bvkkAAAACklEQVR42mNgAAAAAgAB5Sfe/AAAAABJRU5ErkJggg=="
+    "\"/>"
+    R"(<image width="1" height="1" xlink:href="data:;base64,)"
+    "/9j/4AAQSkZJRgABAQAAAQABAAD/2wBDAP//////////////////////////////////////////////////////"
+    "////////////////////////////////wAALCAABAAEBAREA/8QAFAABAAAAAAAAAAAAAAAAAAAAA//EABQQAQAA"
+    "AAAAAAAAAAAAAAAAAAD/2gAIAQEAAD8AN//Z"
+    "\"/></svg>";
+
 } // namespace
 
 void prepareDecoders() {
     silence();
     loadRasterReaders();
+    // The renderer finds out what reads pictures in drawings with the first one.
+    static_cast<void>(drawnSvg(drawingOfPictures.toByteArray(), 1));
 }
 
-void prepareFonts() {}
+void prepareFonts() {
+    ::FcInit();
+}
 
 } // namespace amberquill::desktop

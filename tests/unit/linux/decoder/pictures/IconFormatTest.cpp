@@ -17,6 +17,8 @@ TEST(IconFormat, BytesSayWhatAFileIs) {
     EXPECT_EQ(iconFormat(icns({})), IconFormat::Icns);
     EXPECT_EQ(iconFormat(gzipped(redSquare)), IconFormat::CompressedSvg);
     EXPECT_EQ(iconFormat(redSquare), IconFormat::Svg);
+    EXPECT_EQ(iconFormat(QByteArray("\xFF\xFE<\0s\0", 6)), IconFormat::Svg);
+    EXPECT_EQ(iconFormat(QByteArray("\xFE\xFF\0<\0s", 6)), IconFormat::Svg);
     EXPECT_EQ(iconFormat("\xEF\xBB\xBF \r\n\t<?xml?>"), IconFormat::Svg);
 }
 
