@@ -2,7 +2,6 @@
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui DBus Network Qml Quick Svg Widgets)
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
-find_package(ZLIB REQUIRED)
 
 pkg_check_modules(DBUS REQUIRED IMPORTED_TARGET dbus-1)
 pkg_check_modules(FONTCONFIG REQUIRED IMPORTED_TARGET fontconfig)
@@ -19,6 +18,7 @@ pkg_check_modules(WAYLAND_CLIENT REQUIRED IMPORTED_TARGET wayland-client)
 
 if(AMBERQUILL_TESTS)
     find_package(GTest REQUIRED)
+    find_package(ZLIB REQUIRED)
     find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
     # The desktop-entry reader is ours; the tests hold its answers against GIO's.
     pkg_check_modules(GIO_UNIX REQUIRED IMPORTED_TARGET gio-unix-2.0)
