@@ -11,8 +11,19 @@ namespace {
 
 constexpr int sizeSeals = F_SEAL_SHRINK | F_SEAL_GROW;
 
+// Of newer kernels. Some systems give no other memory.
+#ifndef MFD_NOEXEC_SEAL
+#define MFD_NOEXEC_SEAL 0x0008U
+#endif
+
 FileDescriptor newMemory() {
-    return FileDescriptor(::memfd_create("amberquill-icon", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+    constexpr const char* name = "amberquill-icon";
+    constexpr unsigned int flags = MFD_CLOEXEC | MFD_ALLOW_SEALING;
+    FileDescriptor memory(::memfd_create(name, flags | MFD_NOEXEC_SEAL));
+    if (!memory.isOpen() && errno == EINVAL) {
+        memory = FileDescriptor(::memfd_create(name, flags));
+    }
+    return memory;
 }
 
 bool writeAll(int memory, std::span<const std::byte> bytes) {

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <string_view>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace amberquill::desktop;
@@ -46,6 +47,16 @@ TEST(SharedMemory, WhatIsWrittenToWritableMemoryIsSeenByAll) {
     EXPECT_EQ(other->bytes()[3], std::byte{7});
     EXPECT_NE(::ftruncate(memory.get(), 4), 0);
     EXPECT_NE(::ftruncate(memory.get(), 16), 0);
+}
+
+TEST(SharedMemory, MemoryCannotBecomeAProgram) {
+    constexpr unsigned int cannotRun = 0x0008U; // MFD_NOEXEC_SEAL
+    if (!FileDescriptor(::memfd_create("test", MFD_CLOEXEC | cannotRun)).isOpen()) {
+        GTEST_SKIP() << "this kernel's memory always can";
+    }
+    for (const FileDescriptor& memory : {sealedMemory(bytesOf("icon")), writableMemory(8)}) {
+        EXPECT_NE(::fchmod(memory.get(), 0700), 0);
+    }
 }
 
 TEST(SharedMemory, MemoryOfAnotherSizeIsNotMapped) {
