@@ -191,6 +191,7 @@ int main(int argc, char* argv[]) {
         }
         caches.icons = IconKeeper::load(files, locations.caches);
         if (caches.icons.empty()) {
+            // The first page will have to be decoded before it can be shown.
             iconWorkers.prepare();
         }
         return caches;

@@ -2,7 +2,7 @@
 
 namespace amberquill::desktop {
 
-// Keeps the threads that decode icons from having a heap each, and heaps from keeping what was let go of. For
+// Keeps the threads in the background from having a heap each, and heaps from keeping what was let go of. For
 // the start of main().
 void keepHeapSmall();
 

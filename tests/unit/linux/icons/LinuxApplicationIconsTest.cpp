@@ -1,12 +1,17 @@
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
 
+#include "WorkerProcesses.h"
 #include "platform/linux/applications/icons/IconWorkers.h"
 #include "platform/linux/applications/icons/InstalledWorker.h"
 #include "support/IconFiles.h"
 #include "support/Places.h"
 #include "support/PropertyLists.h"
+#include "support/WaitUntil.h"
 
+#include <atomic>
+#include <csignal>
 #include <gtest/gtest.h>
+#include <random>
 #include <thread>
 
 using namespace amberquill;
@@ -53,9 +58,10 @@ protected:
 
     TemporaryTree files_;
     // The program as it is built.
-    IconWorkers workers_{
-        {.program = installedWorker(testProgram(u"../amberquill"_s), processEnvironment()),
-         .limits = {.start = std::chrono::seconds(60), .picture = std::chrono::seconds(60)}}};
+    IconWorkers workers_{{.program = installedWorker(testProgram(u"../amberquill"_s), processEnvironment()),
+                          .limits = {.start = std::chrono::seconds(60),
+                                     .picture = std::chrono::seconds(60),
+                                     .end = std::chrono::seconds(60)}}};
 };
 
 constexpr QRgb none = 0xFF808080U;
@@ -223,6 +229,63 @@ TEST_F(LinuxApplicationIconsTest, ThreadsGetTheSamePictures) {
     EXPECT_EQ(right, 4 * 30);
 }
 
+TEST_F(LinuxApplicationIconsTest, ADrawingWithTextHasItsText) {
+    files_.write("icons/test/48/apps/x.svg",
+                 svg(R"svg(<text x="0" y="90" font-size="100" fill="#0000ff">MM</text>)svg"));
+    const auto picture = entryImage("x", 96);
+    ASSERT_EQ(picture.size(), QSize(96, 96));
+    int drawn = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            drawn += picture.pixel(x, y) == blue ? 1 : 0;
+        }
+    }
+    EXPECT_GT(drawn, 500);
+}
+
+TEST_F(LinuxApplicationIconsTest, WhileProcessesAreKilledAtRandomEveryPictureComes) {
+    constexpr int count = 100;
+    std::vector<QString> entries;
+    for (int i = 0; i < count; ++i) {
+        const auto name = "icon" + std::to_string(i);
+        const bool isPng = i % 2 == 0;
+        files_.write("icons/test/48/apps/" + name + (isPng ? ".png" : ".svg"),
+                     isPng ? png(300, 300, QColor(255, 0, 0)) : redSquare);
+        entries.push_back(files_.write("applications/" + name + ".desktop",
+                                       "[Desktop Entry]\nType=Application\nName=X\nExec=true\nIcon=" +
+                                           QByteArray::fromStdString(name) + "\n"));
+    }
+    const LinuxApplicationIcons icons(settings(), workers_);
+    std::atomic<int> right = 0;
+    std::atomic<int> next = 0;
+    std::atomic<int> left = 4;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([&] {
+            for (int i = next++; i < count; i = next++) {
+                right += colour(icons.image(entries[static_cast<std::size_t>(i)], 48)) == red ? 1 : 0;
+            }
+            --left;
+        });
+    }
+    std::mt19937 random(1);
+    int killed = 0;
+    while (left > 0) {
+        // So that there is one that has got ready, and no picture is hit each time.
+        const int before = next;
+        static_cast<void>(waitUntil([&] { return left == 0 || next > before + 2; }));
+        if (const auto running = runningChildProcesses(); !running.empty()) {
+            ::kill(running.at(random() % running.size()), random() % 2 == 0 ? SIGKILL : SIGTERM);
+            ++killed;
+        }
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(right, count);
+    EXPECT_GT(killed, 5);
+}
+
 namespace {
 
 // What the stand-in program does is in StandInDecoder.cpp.
@@ -238,10 +301,11 @@ protected:
         return std::filesystem::exists(files_.at("started")) ? files_.read("started").count('\n') : 0;
     }
 
-    IconWorkers standIns_{
-        {.program = {.paths = {testProgram(u"stand_in_decoder"_s).toStdString()},
-                     .environment = {"STAND_IN_FOLDER=" + files_.at().string()}},
-         .limits = {.start = std::chrono::seconds(60), .picture = std::chrono::seconds(60)}}};
+    IconWorkers standIns_{{.program = {.paths = {testProgram(u"stand_in_decoder"_s).toStdString()},
+                                       .environment = {"STAND_IN_FOLDER=" + files_.at().string()}},
+                           .limits = {.start = std::chrono::seconds(60),
+                                      .picture = std::chrono::seconds(60),
+                                      .end = std::chrono::seconds(60)}}};
 };
 
 } // namespace

@@ -53,6 +53,23 @@ TEST(WorkerProcess, WhatDoesNotEndInTimeIsKilled) {
     EXPECT_TRUE(waitUntil([] { return runningChildProcesses().empty(); }));
 }
 
+TEST(WorkerProcess, WithoutAProcessDescriptorNobodyWaitsForAnEnd) {
+    const auto child = [](const char* script) {
+        const pid_t id = ::fork();
+        if (id == 0) {
+            ::execl("/bin/sh", "sh", "-c", script, nullptr);
+            ::_exit(127);
+        }
+        return std::make_unique<WorkerProcess>(id, FileDescriptor());
+    };
+    EXPECT_EQ(child("while :; do :; done")->endBy(never), End::Foreign);
+    const auto ended = child("exit 3");
+    ASSERT_TRUE(waitUntil([] { return runningChildProcesses().empty(); }));
+    EXPECT_EQ(ended->endBy(never), End::Own);
+    child("while :; do :; done").reset();
+    EXPECT_EQ(childProcesses(), std::vector<pid_t>());
+}
+
 TEST(WorkerProcess, NothingIsLeftOfOneThatIsLetGoOf) {
     static_cast<void>(shell("while :; do :; done"));
     auto stopped = shell("while :; do :; done");

@@ -1,6 +1,7 @@
-// icons/: finds and draws the pictures of applications. A name becomes a file by the rules of the freedesktop
-// icon theme standard (IconLookup), a file becomes pixels under bounds (IconDecoder), and what once killed
-// the process is not tried again (DecodingJournal). All of it works on any thread and trusts no file.
+// icons/: finds the pictures of applications and has them drawn. A name becomes a file by the rules of the
+// freedesktop icon theme standard (IconLookup), a file becomes pixels in a process of its own (IconWorkers),
+// and what did not let that go on is not tried again (UndecodableFiles). All of it works on any thread and
+// trusts no file.
 #pragma once
 
 #include <optional>

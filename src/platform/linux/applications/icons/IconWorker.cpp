@@ -88,7 +88,10 @@ DecodingAttempt IconWorker::decode(const FileDescriptor& file, const DecodingReq
     std::array<std::byte, requestSize> message = {};
     encode(request, message);
     const auto usedBefore = processorTime_(process_->id());
-    if (!picture.isOpen() || !sendMessage(socket_.get(), message, std::array{file.get(), picture.get()})) {
+    if (!picture.isOpen()) {
+        return {Kind::Killed, {}, true};
+    }
+    if (!sendMessage(socket_.get(), message, std::array{file.get(), picture.get()})) {
         return {Kind::Killed, {}, false};
     }
     if (!isReadableBy(socket_.get(), Clock::now() + limits_.picture)) {

@@ -25,7 +25,7 @@ struct DecodingAttempt {
         Failed,      // it crashed, ended or made no sense
         Overran,     // it took too long, and worked at it
         Starved,     // it took too long, and had hardly any processor time
-        Killed,      // by somebody else, or it had gone before it was asked
+        Killed,      // by somebody else, or it had gone before it was asked, or we had no memory for it
         StartFailed, // it has never been ready
         StartKilled, // somebody else killed it before it was ready
     };

@@ -102,16 +102,16 @@ std::unique_ptr<WorkerProcess> WorkerProcess::start(const WorkerProgram& program
         error = ::posix_spawn(&id, path.c_str(), actions.get(), attributes.get(), systemTexts(words).data(),
                               environment.data());
         if (error == 0) {
-            return std::make_unique<WorkerProcess>(id);
+            return std::make_unique<WorkerProcess>(id, processDescriptor(id));
         }
     }
     errno = error;
     return nullptr;
 }
 
-WorkerProcess::WorkerProcess(pid_t id)
+WorkerProcess::WorkerProcess(pid_t id, FileDescriptor end)
     : id_(id)
-    , end_(processDescriptor(id)) {}
+    , end_(std::move(end)) {}
 
 WorkerProcess::~WorkerProcess() {
     if (isReaped_) {

@@ -35,7 +35,8 @@ public:
     [[nodiscard]] static std::unique_ptr<WorkerProcess> start(const WorkerProgram& program,
                                                               const std::vector<std::string>& arguments,
                                                               const FileDescriptor& socket);
-    explicit WorkerProcess(pid_t id);
+    // `end` is its processDescriptor().
+    WorkerProcess(pid_t id, FileDescriptor end);
     WorkerProcess(const WorkerProcess&) = delete;
     WorkerProcess& operator=(const WorkerProcess&) = delete;
     // Ends it, and leaves no zombie.
@@ -46,7 +47,8 @@ public:
 
     void kill();
 
-    // Waits no longer than that for its end. None: it has not ended by itself, and was killed now.
+    // Waits no longer than that for its end. None: it has not ended by itself, and was killed now. On kernels
+    // without process descriptors it is killed at once, and what that did not come before is Foreign.
     [[nodiscard]] std::optional<End> endBy(Clock::time_point deadline);
 
 private:
@@ -54,8 +56,8 @@ private:
     [[nodiscard]] int reap();
 
     const pid_t id_;
-    const FileDescriptor end_; // its processDescriptor()
-    std::mutex mutex_;         // what is reaped must not be killed: another may have its number
+    const FileDescriptor end_;
+    std::mutex mutex_; // what is reaped must not be killed: another may have its number
     bool isReaped_ = false;
 };
 
