@@ -22,12 +22,12 @@ DecodedIcon decodedSvg(const QByteArray& document, int edge, Fonts fonts) {
 
 QImage decodedIcns(const QByteArray& bytes, int edge) {
     const auto pictures = icnsPictures(bytes);
-    std::vector<int> edges;
-    edges.reserve(pictures.size());
+    std::vector<PictureSize> sizes;
+    sizes.reserve(pictures.size());
     for (const auto& picture : pictures) {
-        edges.push_back(picture.edge);
+        sizes.push_back({.edge = picture.edge});
     }
-    for (const auto i : bestPictures(edges, edge)) {
+    for (const auto i : bestPictures(sizes, edge)) {
         const auto image = pictures[i].kind == IcnsPicture::Kind::Png
                                ? decodedRaster(pictures[i].data.toByteArray(), IconFormat::Png, edge)
                                : unpackedIcnsPicture(pictures[i]);

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
-#include <utility>
+#include <tuple>
 
 namespace amberquill::desktop {
 
@@ -12,11 +12,12 @@ constexpr std::size_t maximumTried = 3;
 
 } // namespace
 
-std::vector<std::size_t> bestPictures(const std::vector<int>& edges, int edge) {
+std::vector<std::size_t> bestPictures(const std::vector<PictureSize>& pictures, int edge) {
     const auto worth = [&](std::size_t i) {
-        return edges[i] >= edge ? std::pair(0, edges[i]) : std::pair(1, -edges[i]);
+        const auto& [size, depth] = pictures[i];
+        return size >= edge ? std::tuple(0, size, -depth) : std::tuple(1, -size, -depth);
     };
-    std::vector<std::size_t> order(edges.size());
+    std::vector<std::size_t> order(pictures.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::stable_sort(order.begin(), order.end(),
                      [&worth](std::size_t one, std::size_t other) { return worth(one) < worth(other); });

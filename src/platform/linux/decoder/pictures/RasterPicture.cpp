@@ -73,12 +73,13 @@ QImage decodedRaster(const QByteArray& bytes, IconFormat format, int edge) {
     if (count <= 1) {
         return isBearable(reader->size()) ? reader->read() : QImage();
     }
-    std::vector<int> edges;
+    std::vector<PictureSize> sizes;
     for (int i = 0; i < std::min(count, maximumPictures) && reader->jumpToImage(i); ++i) {
         const auto size = reader->size();
-        edges.push_back(std::max(size.width(), size.height()));
+        sizes.push_back({.edge = std::max(size.width(), size.height()),
+                         .depth = QImage::toPixelFormat(reader->imageFormat()).bitsPerPixel()});
     }
-    for (const auto i : bestPictures(edges, edge)) {
+    for (const auto i : bestPictures(sizes, edge)) {
         if (reader->jumpToImage(static_cast<int>(i)) && isBearable(reader->size())) {
             if (auto image = reader->read(); !image.isNull()) {
                 return image;

@@ -54,6 +54,29 @@ QByteArray icoOf(const std::vector<std::pair<int, QByteArray>>& pictures) {
     return bytes + data;
 }
 
+// A TIFF file of white pictures of these sizes, a byte a pixel.
+QByteArray greyTiff(const std::vector<quint32>& edges) {
+    const auto littleEndian = [](quint32 number, int size) {
+        QByteArray bytes(4, '\0');
+        qToLittleEndian(number, bytes.data());
+        return bytes.first(size);
+    };
+    QByteArray bytes("II*\0", 4);
+    for (const auto size : edges) { // where the picture's list of entries lies, then its pixels and the list
+        const auto pixels = static_cast<quint32>(bytes.size()) + 4;
+        bytes +=
+            littleEndian(pixels + size * size, 4) + QByteArray(static_cast<qsizetype>(size) * size, '\xFF');
+        const std::vector<std::pair<quint32, quint32>> entries{{256, size}, {257, size}, {258, 8},
+                                                               {259, 1},    {262, 1},    {273, pixels},
+                                                               {277, 1},    {278, size}, {279, size * size}};
+        bytes += littleEndian(static_cast<quint32>(entries.size()), 2);
+        for (const auto& [tag, value] : entries) {
+            bytes += littleEndian(tag, 2) + littleEndian(4, 2) + littleEndian(1, 4) + littleEndian(value, 4);
+        }
+    }
+    return bytes + QByteArray(4, '\0');
+}
+
 } // namespace
 
 TEST(RasterPicture, EveryFormatIsRead) {
@@ -196,6 +219,27 @@ TEST(RasterPicture, OfSeveralSizesInAnIcoFileTheBestIsTaken) {
     EXPECT_EQ(decodedRaster(bytes, IconFormat::Ico, 48).size(), QSize(64, 64));
     EXPECT_EQ(decodedRaster(bytes, IconFormat::Ico, 120).size(), QSize(256, 256));
     EXPECT_EQ(decodedRaster(bytes, IconFormat::Ico, 500).size(), QSize(256, 256));
+}
+
+TEST(RasterPicture, OfTheSameSizeInAnIcoFileTheOneOfMoreColoursIsTaken) {
+    const auto single = [](const QImage& image) {
+        constexpr qsizetype listBytes = 22;
+        return encoded(image, "ico").sliced(listBytes);
+    };
+    const auto grey = single(filledImage(32, 32, Qt::gray).convertToFormat(QImage::Format_Mono));
+    const auto colours = single(filledImage(32, 32, Qt::red));
+    auto bytes = icoOf({{32, grey}, {32, colours}});
+    constexpr qsizetype depthOfFirst = 6 + 6;
+    bytes[depthOfFirst] = 1;
+    EXPECT_EQ(decodedRaster(bytes, IconFormat::Ico, edge).pixel(5, 5), red);
+}
+
+TEST(RasterPicture, OfSeveralSizesInATiffFileTheBestIsTaken) {
+    const auto bytes = greyTiff({16, 256, 64});
+    EXPECT_EQ(decodedRaster(bytes, IconFormat::Tiff, 16).size(), QSize(16, 16));
+    EXPECT_EQ(decodedRaster(bytes, IconFormat::Tiff, 48).size(), QSize(64, 64));
+    EXPECT_EQ(decodedRaster(bytes, IconFormat::Tiff, 120).size(), QSize(256, 256));
+    EXPECT_EQ(decodedRaster(bytes, IconFormat::Tiff, 500).size(), QSize(256, 256));
 }
 
 TEST(RasterPicture, ABrokenSizeInAnIcoFileGivesWayToTheNextBest) {
