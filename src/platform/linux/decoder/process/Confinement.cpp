@@ -48,7 +48,9 @@ bool limitResources() {
 
 bool dropInheritance() {
     for (const int signal : {SIGALRM, SIGXCPU, SIGXFSZ, SIGTERM, SIGINT, SIGHUP}) {
-        std::signal(signal, SIG_DFL);
+        if (std::signal(signal, SIG_DFL) == SIG_ERR) {
+            return false;
+        }
     }
     sigset_t none = {};
     ::sigemptyset(&none);

@@ -2,6 +2,7 @@
 
 #include "platform/linux/files/FileDescriptor.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <fcntl.h>

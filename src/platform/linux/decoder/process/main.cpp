@@ -53,7 +53,8 @@ bool keepFontFiles() {
 // Ends without destructors: the libraries' would need what the process has given up.
 int main(int argc, char** argv) {
     if (!isMessageSocket(decoderSocket)) {
-        std::fputs("amberquill-icons decodes icons for amberquill, which starts it by itself.\n", stderr);
+        static_cast<void>(std::fputs(
+            "amberquill-icons decodes icons for amberquill, which starts it by itself.\n", stderr));
         return statusOf(DecoderExit::ByHand);
     }
     if (!dropInheritance()) {

@@ -119,6 +119,10 @@ TEST(IconDecoderProcess, TheKernelRefusesItEverythingBeforeTheFirstRequest) {
     ASSERT_TRUE(decoder.isReady());
     EXPECT_EQ(statusEntry(decoder.process(), "Seccomp"), "2");
     EXPECT_EQ(statusEntry(decoder.process(), "NoNewPrivs"), "1");
+#ifndef AMBERQUILL_SANITIZED // which have a thread of their own
+    // The one that waits for the launcher's end. Another would be older than the rules for files.
+    EXPECT_EQ(statusEntry(decoder.process(), "Threads"), "2");
+#endif
 }
 
 TEST(IconDecoderProcess, ItHasNoDescriptorsButTheSocketAndTwoOutputsThatLeadNowhere) {
@@ -134,6 +138,24 @@ TEST(IconDecoderProcess, ItHasNoDescriptorsButTheSocketAndTwoOutputsThatLeadNowh
     EXPECT_FALSE(decoder.decoded(png(1000, 1000), 48).isNull());
     EXPECT_FALSE(decoder.decoded(blueSquare, 48).isNull());
     EXPECT_EQ(descriptorsOf(decoder.process()), before);
+}
+
+TEST(IconDecoderProcess, SignalsEndItWhateverTheLauncherMadeOfThem) {
+    sigset_t blocked = {};
+    sigset_t before = {};
+    ::sigaddset(&blocked, SIGALRM);
+    ::sigaddset(&blocked, SIGTERM);
+    ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
+    ::signal(SIGALRM, SIG_IGN);
+    StartedDecoder decoder;
+    ::signal(SIGALRM, SIG_DFL);
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    ASSERT_TRUE(decoder.isReady());
+    const auto signals = [&decoder](const char* name) {
+        return std::stoul(statusEntry(decoder.process(), name), nullptr, 16);
+    };
+    EXPECT_EQ(signals("SigIgn") & (1UL << (SIGALRM - 1)), 0U);
+    EXPECT_EQ(signals("SigBlk"), 0U);
 }
 
 TEST(IconDecoderProcess, ItsLimitsAreTheLowestThatServe) {
