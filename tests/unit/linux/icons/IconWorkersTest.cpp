@@ -208,6 +208,15 @@ TEST_F(IconWorkersTest, AProcessThatIsKilledBeforeItIsReadyIsNoFaultOfTheFile) {
     EXPECT_EQ(starts(), 2);
 }
 
+TEST_F(IconWorkersTest, AProcessThatIsKilledWhenItIsReadyIsNoFaultOfTheProgram) {
+    startBy("thrice");
+    IconWorkers workers(settings_);
+    workers.prepare();
+    ASSERT_TRUE(waitUntil([] { return runningChildProcesses().empty(); }));
+    EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
+    EXPECT_EQ(starts(), 4);
+}
+
 TEST_F(IconWorkersTest, AFileThatKeepsAProcessWorkingForTooLongIsToBlame) {
     settings_.limits.picture = milliseconds(20);
     std::atomic<int> asked = 0;

@@ -242,6 +242,9 @@ void start(const std::string& how) {
         Answers::say({DecodingOutcome::Picture, 1, false});
     }
     Answers::say({DecodingOutcome::Ready, 0, false});
+    if (word == "thrice" && timesBefore(word) < 3) {
+        endBy(SIGKILL);
+    }
     if (word == "early") {
         Answers::say({DecodingOutcome::NoPicture, 48, false});
         leave("early");

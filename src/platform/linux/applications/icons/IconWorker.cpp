@@ -80,8 +80,8 @@ bool IconWorker::isWell() const {
 
 DecodingAttempt IconWorker::decode(const FileDescriptor& file, const DecodingRequest& request) {
     if (!isReady_) {
-        if (const Kind failure = awaitReady(); !isReady_) {
-            return {failure, {}, false};
+        if (const auto failure = awaitReady()) {
+            return {*failure, {}, false};
         }
     }
     const FileDescriptor picture = writableMemory(pictureBytes(request.edge));
@@ -142,14 +142,19 @@ IconWorker::Word IconWorker::receive() {
     return {decodedAnswer(std::span(buffer).first(message->size)), false};
 }
 
-// What it is if it is not ready in time.
-IconWorker::Kind IconWorker::awaitReady() {
+// None: it is ready.
+std::optional<IconWorker::Kind> IconWorker::awaitReady() {
     if (!isReadableBy(socket_.get(), started_ + limits_.start)) {
         return Kind::StartFailed;
     }
-    const Word word = receive();
-    isReady_ = word.answer == DecodingAnswer{DecodingOutcome::Ready, 0, false} &&
-               !isReadableBy(socket_.get(), {}); // there is nothing else to be said yet
+    Word word = receive();
+    if (word.answer == DecodingAnswer{DecodingOutcome::Ready, 0, false}) {
+        if (!isReadableBy(socket_.get(), {})) {
+            isReady_ = true;
+            return std::nullopt;
+        }
+        word = receive(); // its end, or what makes no sense: there is nothing else to be said yet
+    }
     return word.wasKilled ? Kind::StartKilled : Kind::StartFailed;
 }
 

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace amberquill::desktop {
 
@@ -69,7 +70,7 @@ private:
     };
 
     [[nodiscard]] Word receive();
-    [[nodiscard]] Kind awaitReady();
+    [[nodiscard]] std::optional<Kind> awaitReady();
 
     const FileDescriptor socket_;
     const IconWorkerLimits limits_;
