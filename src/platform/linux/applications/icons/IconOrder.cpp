@@ -8,7 +8,7 @@ namespace amberquill::desktop {
 
 namespace {
 
-enum class Group { Exact, Drawing, LargerDrawing, Larger, SmallerDrawing, Smaller, Unknown };
+enum class Group { Exact, Larger, Drawing, LargerDrawing, SmallerDrawing, Smaller, Unknown };
 
 // One number that sorts as IconOrder promises: the group, the distance in pixels, the scale, whether
 // it is something else than an application's icon, the directory, and the kind of icon in it.
