@@ -1,6 +1,7 @@
 #include "data/IconCache.h"
 
 #include "data/ContinuousCorners.h"
+#include "data/IconGlyph.h"
 #include "platform/ApplicationIcons.h"
 
 #include <QPainter>
@@ -44,6 +45,8 @@ void IconCache::serveFrom(ApplicationIcons* source, MainQueue* queue) {
     edges_.clear();
     bytes_ = 0;
     underWay_.clear();
+    standIns_.clear();
+    standInsUnderWay_.clear();
     remembered_.clear();
 }
 
@@ -52,17 +55,17 @@ QImage IconCache::icon(const QString& path, int edge) {
     const auto known = cache_.find(key);
     if (known != cache_.end()) {
         known->used = ++uses_;
-        return known->image.isNull() ? placeholder(edge) : known->image;
+        return known->image.isNull() ? standIn(edge) : known->image;
     }
     request(key);
-    return standIn(key);
+    return meanwhile(key);
 }
 
 void IconCache::setNeeded(const QSet<QString>& paths) {
     needed_ = paths;
 }
 
-QImage IconCache::standIn(const Key& key) {
+QImage IconCache::meanwhile(const Key& key) {
     QImage best;
     for (const auto& [edge, count] : edges_) {
         const QImage image = cache_.value({key.path, edge}).image;
@@ -71,7 +74,72 @@ QImage IconCache::standIn(const Key& key) {
             best = image;
         }
     }
-    return best.isNull() ? placeholder(key.edge) : best;
+    if (!best.isNull()) {
+        return best;
+    }
+    return hasNone(key.path) ? standIn(key.edge) : placeholder(key.edge);
+}
+
+// Whether the application is known, at some edge, to have no icon.
+bool IconCache::hasNone(const QString& path) const {
+    return std::any_of(edges_.begin(), edges_.end(), [&](const auto& each) {
+        const auto known = cache_.constFind({path, each.first});
+        return known != cache_.constEnd() && known->image.isNull();
+    });
+}
+
+QImage IconCache::standIn(int edge) {
+    const auto known = standIns_.constFind(edge);
+    if (known != standIns_.constEnd()) {
+        return *known;
+    }
+    requestStandIn(edge);
+    return placeholder(edge);
+}
+
+void IconCache::requestStandIn(int edge) {
+    if (source_ == nullptr || edge <= 0 || standInsUnderWay_.contains(edge)) {
+        return;
+    }
+    rest_.cancel();
+    standInsUnderWay_.insert(edge);
+    const ApplicationIcons* source = source_;
+    queue_->compute(
+        [source, edge] {
+            const QImage image = source->standIn(edge);
+            return image.isNull() ? paintedIconGlyph(edge) : image;
+        },
+        [this, source, edge](const QImage& image) {
+            if (source == source_) {
+                standInsUnderWay_.remove(edge);
+                takeStandIn(edge, image);
+                restLater();
+            }
+        },
+        Lane::Icons);
+}
+
+void IconCache::refreshStandIns() {
+    const QList<int> edges = standIns_.keys();
+    for (const int edge : edges) {
+        requestStandIn(edge);
+    }
+}
+
+void IconCache::takeStandIn(int edge, const QImage& image) {
+    if (standIns_.value(edge) == image) {
+        return;
+    }
+    standIns_[edge] = image;
+    QStringList paths;
+    for (auto entry = cache_.constKeyValueBegin(); entry != cache_.constKeyValueEnd(); ++entry) {
+        if (const auto& [key, icon] = *entry; key.edge == edge && icon.image.isNull()) {
+            paths += key.path;
+        }
+    }
+    for (const QString& path : std::as_const(paths)) {
+        Q_EMIT arrived(path, edge);
+    }
 }
 
 bool IconCache::isKnown(const QString& path, int edge) const {
@@ -81,8 +149,11 @@ bool IconCache::isKnown(const QString& path, int edge) const {
 void IconCache::remember(const std::vector<KeptIcon>& icons) {
     for (const KeptIcon& icon : icons) {
         const Key key{icon.path, icon.image.width()};
+        if (icon.isStandIn && !standIns_.contains(key.edge)) {
+            standIns_[key.edge] = icon.image;
+        }
         if (!cache_.contains(key)) {
-            put(key, icon.image);
+            put(key, icon.isStandIn ? QImage() : icon.image);
             remembered_.insert(key);
         }
     }
@@ -93,15 +164,18 @@ void IconCache::refreshRemembered() {
     for (const Key& key : keys) {
         request(key);
     }
+    refreshStandIns();
 }
 
-std::vector<KeptIcon> IconCache::decoded(const QStringList& paths) const {
+std::vector<KeptIcon> IconCache::pictures(const QStringList& paths) const {
     const QSet<QString> wanted(paths.begin(), paths.end());
     std::vector<KeptIcon> icons;
     for (auto entry = cache_.constKeyValueBegin(); entry != cache_.constKeyValueEnd(); ++entry) {
         const auto& [key, icon] = *entry;
-        if (!icon.image.isNull() && wanted.contains(key.path)) {
-            icons.push_back({key.path, icon.image});
+        const bool isStandIn = icon.image.isNull();
+        const QImage shown = isStandIn ? standIns_.value(key.edge) : icon.image;
+        if (!shown.isNull() && wanted.contains(key.path)) {
+            icons.push_back({key.path, shown, isStandIn});
         }
     }
     std::sort(icons.begin(), icons.end(), [](const KeptIcon& a, const KeptIcon& b) {
@@ -120,6 +194,7 @@ void IconCache::retryMissing() {
     for (const Key& key : std::as_const(missing)) {
         request(key);
     }
+    refreshStandIns();
 }
 
 void IconCache::request(const Key& key) {
@@ -153,8 +228,10 @@ void IconCache::take(const Key& key, const QImage& image) {
     if (isNew || known->image != image) {
         makeRoom(entryBytes(key.path) + image.sizeInBytes());
         put(key, image);
-        if (!isNew || !image.isNull()) {
+        if (!image.isNull() || standIns_.contains(key.edge)) {
             Q_EMIT arrived(key.path, key.edge);
+        } else {
+            requestStandIn(key.edge);
         }
     }
 }

@@ -40,8 +40,9 @@ public:
     void serveFrom(ApplicationIcons* source, MainQueue* queue);
 
     // The application's icon at `edge` × `edge` device pixels. Until it is decoded, the same icon of another
-    // size that is known, to be scaled; where there is none, and for an application that has no icon, the
-    // placeholder. `arrived` follows when the real one takes its place.
+    // size that is known, to be scaled, or else the placeholder. For an application that has no icon, the
+    // platform's stand-in for such ones, or else a drawn glyph. `arrived` follows when another takes its
+    // place.
     QImage icon(const QString& path, int edge);
 
     // The applications that are shown or may be next. Of each, the image that was asked for last stays,
@@ -59,7 +60,7 @@ public:
     [[nodiscard]] bool isKnown(const QString& path, int edge) const;
 
     // Whether no icon is being decoded.
-    [[nodiscard]] bool isIdle() const { return underWay_.isEmpty(); }
+    [[nodiscard]] bool isIdle() const { return underWay_.isEmpty() && standInsUnderWay_.isEmpty(); }
 
     // Icons of an earlier run, shown like any other until `refreshRemembered`.
     void remember(const std::vector<KeptIcon>& icons);
@@ -67,14 +68,15 @@ public:
     // had now stays.
     void refreshRemembered();
 
-    // The icons that were decoded for these applications, at every edge, in order of path and edge.
-    [[nodiscard]] std::vector<KeptIcon> decoded(const QStringList& paths) const;
+    // What is shown for those of these applications that have been decoded, or are known to have no icon: at
+    // every edge, in order of path and edge.
+    [[nodiscard]] std::vector<KeptIcon> pictures(const QStringList& paths) const;
 
     // Asks again for the icons that were not to be had: a package's icons often come after its application.
-    // Meanwhile the remembered ones stay.
+    // Meanwhile the remembered ones stay. What stands in for icons is asked for again as well.
     void retryMissing();
 
-    // What stands in for an icon.
+    // What is shown while an icon is decoded.
     QImage placeholder(int edge);
 
 Q_SIGNALS:
@@ -96,7 +98,12 @@ private:
         quint64 used = 0;
     };
 
-    [[nodiscard]] QImage standIn(const Key& key);
+    [[nodiscard]] QImage meanwhile(const Key& key);
+    [[nodiscard]] QImage standIn(int edge);
+    [[nodiscard]] bool hasNone(const QString& path) const;
+    void requestStandIn(int edge);
+    void refreshStandIns();
+    void takeStandIn(int edge, const QImage& image);
     void request(const Key& key);
     void take(const Key& key, const QImage& image);
     void restLater();
@@ -115,6 +122,8 @@ private:
     qsizetype bytes_ = 0; // of all
     quint64 uses_ = 0;    // of any icon, so far
     QHash<int, QImage> placeholders_;
+    QHash<int, QImage> standIns_; // for applications without an icon, by edge
+    QSet<int> standInsUnderWay_;
     QSet<Key> underWay_;
     DelayedWork rest_;     // waits while no icon is under way
     QSet<Key> remembered_; // still to be decoded

@@ -9,15 +9,18 @@ namespace amberquill {
 
 namespace {
 
-// The heading, then for each icon its edge, the length of its path, the path and the pixels, all at multiples
-// of a pixel's size so that the images can lie in the file's own bytes. Numbers and pixels are in the
-// machine's own order: the file does not travel.
-constexpr QByteArrayView iconsHeading = "amberquill icons 001";
+// The heading, then for each icon its edge, its kind, the length of its path, the path and the pixels, all at
+// multiples of a pixel's size so that the images can lie in the file's own bytes. Numbers and pixels are in
+// the machine's own order: the file does not travel.
+constexpr QByteArrayView iconsHeading = "amberquill icons 002";
 constexpr qsizetype wordSize = sizeof(quint32);
 static_assert(iconsHeading.size() % wordSize == 0);
 
 constexpr quint32 largestEdge = 1024;
 constexpr quint32 longestPath = 64 * 1024;
+
+constexpr quint32 ownKind = 1;
+constexpr quint32 standInKind = 2;
 
 void appendNumber(QByteArray& content, qsizetype number) {
     const auto value = static_cast<quint32>(number);
@@ -73,8 +76,9 @@ QImage imageWithin(const QByteArray& content, QByteArrayView pixels, qsizetype e
 
 std::optional<KeptIcon> nextIcon(Reader& reader, const QByteArray& content) {
     const auto edge = reader.number(largestEdge);
+    const auto kind = reader.number(standInKind);
     const auto length = reader.number(longestPath);
-    if (!edge || !length) {
+    if (!edge || !kind || !length) {
         return std::nullopt;
     }
     const auto path = reader.bytes(*length);
@@ -83,7 +87,7 @@ std::optional<KeptIcon> nextIcon(Reader& reader, const QByteArray& content) {
     if (!path || !gap || !pixels) {
         return std::nullopt;
     }
-    return KeptIcon{QString::fromUtf8(*path), imageWithin(content, *pixels, *edge)};
+    return KeptIcon{QString::fromUtf8(*path), imageWithin(content, *pixels, *edge), *kind == standInKind};
 }
 
 } // namespace
@@ -98,6 +102,7 @@ QByteArray encodeIcons(const std::vector<KeptIcon>& icons) {
             continue;
         }
         appendNumber(content, edge);
+        appendNumber(content, icon.isStandIn ? standInKind : ownKind);
         appendNumber(content, path.size());
         content.append(path).append(padding(path.size()), '\0');
         const QImage image = icon.image.convertToFormat(QImage::Format_ARGB32_Premultiplied);

@@ -75,7 +75,7 @@ void IconKeeper::keep() {
             paths += folder->apps.first(std::min(folder->apps.size(), shownInFolder));
         }
     }
-    const std::vector<KeptIcon> icons = services_.icons.decoded(paths);
+    const std::vector<KeptIcon> icons = services_.icons.pictures(paths);
     const QList<qint64> identities = identitiesOf(icons);
     if (identities == kept_ || icons.empty()) {
         return;

@@ -12,7 +12,8 @@ class FileSystem;
 class IconCache;
 class MainQueue;
 
-// Keeps the decoded icons of the first page on the disk, so that the next start's first picture has them.
+// Keeps the pictures of the first page's applications on the disk, so that the next start's first picture has
+// them.
 class IconKeeper final : public QObject {
     Q_OBJECT
 

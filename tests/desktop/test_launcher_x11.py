@@ -188,7 +188,7 @@ class WithAwkwardApplications(OnX11):
         (nested / "Info.plist").write_bytes(b'<plist version="1.0">' + b"<array>" * (5 * 1024 * 1024 // 7))
         self.expect_listed(*(self.applications.bundles / f"{name}.app" for name in ("Bare", "Nested", "Noise")))
 
-    def test_an_icon_that_is_no_picture_gives_way_to_the_placeholder(self):
+    def test_an_icon_that_is_no_picture_gives_way_to_the_stand_in(self):
         icon = self.session.home / "text.png"
         icon.write_text("This is no picture.\n" * 100, encoding="utf-8")
         path = self.applications.entries / "text.desktop"
@@ -196,14 +196,14 @@ class WithAwkwardApplications(OnX11):
         launcher = self.begin_shown_launcher(self.made)
         slot = len(self.made)
 
-        def is_placeholder():
+        def is_stand_in():
             # A lighter plate than what is seen beside it.
             picture = self.session.screenshot()
             plate = picture.at(*self.grid.icon_points(slot)[0])
             beside = picture.at(*self.grid.points_around_icon(slot)[0])
             return all(a > b + 8 for a, b in zip(plate, beside))
 
-        until(is_placeholder, "the placeholder")
+        until(is_stand_in, "the stand-in")
         self.end_launcher(launcher)
         self.assertEqual(self.layout(), [str(application.path) for application in self.made] + [str(path)])
 

@@ -1,5 +1,7 @@
 #include "data/IconCache.h"
 
+#include "data/IconGlyph.h"
+
 #include "platform/ApplicationIcons.h"
 #include "support/ManualQueue.h"
 
@@ -23,9 +25,19 @@ public:
     }
     void forget() override {}
     void rest() override { ++rests; }
-    [[nodiscard]] QImage standIn(int) const override { return {}; }
+    [[nodiscard]] QImage standIn(int edge) const override {
+        ++standInsAsked;
+        if (!standInColour.isValid()) {
+            return {};
+        }
+        QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
+        image.fill(standInColour);
+        return image;
+    }
 
     int rests = 0;
+    mutable int standInsAsked = 0;
+    QColor standInColour;
     QHash<QString, QColor> colours;
     mutable QStringList asked;
 };
@@ -83,14 +95,102 @@ TEST_F(IconCacheTest, EachSizeIsDecodedForItself) {
     EXPECT_EQ(cache_.icon(u"/a"_s, 128).width(), 128);
 }
 
-TEST_F(IconCacheTest, AnAppWithoutAnIconKeepsThePlaceholderAndIsNotAskedAgain) {
+TEST_F(IconCacheTest, AnAppWithoutAnIconGetsThePlatformsStandInAndIsNotAskedAgain) {
+    icons_.standInColour = Qt::blue;
     cache_.icon(u"/none"_s, 64);
     queue_.runPosted();
     EXPECT_TRUE(cache_.isKnown(u"/none"_s, 64));
-    EXPECT_EQ(cache_.icon(u"/none"_s, 64), cache_.placeholder(64));
+    EXPECT_EQ(arrived_, QStringList{u"/none:64"_s});
+    EXPECT_EQ(cache_.icon(u"/none"_s, 64), filled(64, Qt::blue));
     queue_.runPosted();
     EXPECT_EQ(icons_.asked.size(), 1);
+    EXPECT_TRUE(cache_.isIdle());
+}
+
+TEST_F(IconCacheTest, WithoutAStandInOfThePlatformAnAppWithoutAnIconGetsTheGlyph) {
+    cache_.icon(u"/none"_s, 64);
+    queue_.runPosted();
+    EXPECT_EQ(arrived_, QStringList{u"/none:64"_s});
+    EXPECT_EQ(cache_.icon(u"/none"_s, 64), paintedIconGlyph(64));
+}
+
+TEST_F(IconCacheTest, NothingButThePlaceholderIsShownUntilItIsKnownThatThereIsNoIcon) {
+    icons_.standInColour = Qt::blue;
+    icons_.colours.insert(u"/a"_s, Qt::red);
+    cache_.icon(u"/none"_s, 64);
+    queue_.runPosted();
+    EXPECT_EQ(cache_.icon(u"/a"_s, 64), cache_.placeholder(64));
+}
+
+TEST_F(IconCacheTest, OneStandInServesAllAppsOfASize) {
+    icons_.standInColour = Qt::blue;
+    cache_.icon(u"/none"_s, 64);
+    cache_.icon(u"/neither"_s, 64);
+    queue_.runPosted();
+    arrived_.sort();
+    EXPECT_EQ(arrived_, (QStringList{u"/neither:64"_s, u"/none:64"_s}));
+    EXPECT_EQ(icons_.standInsAsked, 1);
+    cache_.icon(u"/nor"_s, 64);
+    queue_.runPosted();
+    EXPECT_EQ(arrived_.last(), u"/nor:64"_s);
+    EXPECT_EQ(icons_.standInsAsked, 1);
+    EXPECT_EQ(cache_.icon(u"/nor"_s, 64).cacheKey(), cache_.icon(u"/none"_s, 64).cacheKey());
+}
+
+TEST_F(IconCacheTest, AnAppKnownToHaveNoIconHasNoneAtAnotherSizeEither) {
+    icons_.standInColour = Qt::blue;
+    cache_.icon(u"/none"_s, 64);
+    cache_.icon(u"/neither"_s, 48);
+    queue_.runPosted();
+    EXPECT_EQ(cache_.icon(u"/none"_s, 48), filled(48, Qt::blue));
+}
+
+TEST_F(IconCacheTest, AStandInThatHasChangedTakesThePlaceOfTheFormerOne) {
+    icons_.standInColour = Qt::blue;
+    cache_.icon(u"/none"_s, 64);
+    queue_.runPosted();
+    arrived_.clear();
+    cache_.retryMissing();
+    queue_.runPosted();
     EXPECT_TRUE(arrived_.isEmpty());
+    icons_.standInColour = Qt::yellow;
+    cache_.retryMissing();
+    queue_.runPosted();
+    EXPECT_EQ(arrived_, QStringList{u"/none:64"_s});
+    EXPECT_EQ(cache_.icon(u"/none"_s, 64), filled(64, Qt::yellow));
+}
+
+TEST_F(IconCacheTest, AnAppWithoutAnIconIsRememberedAsSuch) {
+    icons_.standInColour = Qt::blue;
+    cache_.icon(u"/none"_s, 64);
+    queue_.runPosted();
+    const auto kept = cache_.pictures({u"/none"_s});
+    EXPECT_EQ(kept, (std::vector<KeptIcon>{{u"/none"_s, filled(64, Qt::blue), true}}));
+
+    cache_.serveFrom(&icons_, &queue_);
+    icons_.asked.clear();
+    arrived_.clear();
+    cache_.remember(kept);
+    EXPECT_EQ(cache_.icon(u"/none"_s, 64), filled(64, Qt::blue));
+    queue_.runPosted();
+    EXPECT_TRUE(icons_.asked.isEmpty());
+    cache_.refreshRemembered();
+    queue_.runPosted();
+    EXPECT_EQ(icons_.asked, QStringList{u"/none"_s});
+    EXPECT_TRUE(arrived_.isEmpty());
+    EXPECT_EQ(cache_.pictures({u"/none"_s}), kept);
+}
+
+TEST_F(IconCacheTest, ARememberedStandInGivesWayToAnIconAndToANewerStandIn) {
+    cache_.remember({{u"/none"_s, filled(64, Qt::blue), true}, {u"/late"_s, filled(64, Qt::blue), true}});
+    icons_.colours.insert(u"/late"_s, Qt::green);
+    icons_.standInColour = Qt::yellow;
+    cache_.refreshRemembered();
+    queue_.runPosted();
+    EXPECT_EQ(cache_.icon(u"/none"_s, 64), filled(64, Qt::yellow));
+    EXPECT_EQ(cache_.icon(u"/late"_s, 64), filled(64, Qt::green));
+    EXPECT_TRUE(arrived_.contains(u"/none:64"_s));
+    EXPECT_TRUE(arrived_.contains(u"/late:64"_s));
 }
 
 TEST_F(IconCacheTest, AnIconThatComesLaterIsFoundWhenAskedAgain) {
@@ -99,7 +199,7 @@ TEST_F(IconCacheTest, AnIconThatComesLaterIsFoundWhenAskedAgain) {
     icons_.colours.insert(u"/late"_s, Qt::green);
     cache_.retryMissing();
     queue_.runPosted();
-    EXPECT_EQ(arrived_, QStringList{u"/late:64"_s});
+    EXPECT_EQ(arrived_, (QStringList{u"/late:64"_s, u"/late:64"_s})) << "the stand-in, then the icon";
     EXPECT_EQ(cache_.icon(u"/late"_s, 64).pixelColor(1, 1), QColor(Qt::green));
 }
 
@@ -154,18 +254,19 @@ TEST_F(IconCacheTest, ADecodedIconIsNotReplacedByARememberedOne) {
     EXPECT_EQ(cache_.icon(u"/a"_s, 64), filled(64, Qt::blue));
 }
 
-TEST_F(IconCacheTest, TheDecodedIconsOfSomeAppsAreGivenInOrder) {
+TEST_F(IconCacheTest, ThePicturesOfSomeAppsAreGivenInOrder) {
+    icons_.standInColour = Qt::gray;
     icons_.colours = {{u"/a"_s, Qt::red}, {u"/b"_s, Qt::green}, {u"/c"_s, Qt::blue}};
     for (const QString& path : {u"/c"_s, u"/b"_s, u"/a"_s, u"/none"_s}) {
         cache_.icon(path, 64);
         cache_.icon(path, 16);
     }
     queue_.runPosted();
-    const std::vector<KeptIcon> expected{{u"/a"_s, filled(16, Qt::red)},
-                                         {u"/a"_s, filled(64, Qt::red)},
-                                         {u"/c"_s, filled(16, Qt::blue)},
-                                         {u"/c"_s, filled(64, Qt::blue)}};
-    EXPECT_EQ(cache_.decoded({u"/c"_s, u"/a"_s, u"/none"_s}), expected);
+    const std::vector<KeptIcon> expected{
+        {u"/a"_s, filled(16, Qt::red)},           {u"/a"_s, filled(64, Qt::red)},
+        {u"/c"_s, filled(16, Qt::blue)},          {u"/c"_s, filled(64, Qt::blue)},
+        {u"/none"_s, filled(16, Qt::gray), true}, {u"/none"_s, filled(64, Qt::gray), true}};
+    EXPECT_EQ(cache_.pictures({u"/c"_s, u"/a"_s, u"/none"_s}), expected);
 }
 
 TEST_F(IconCacheTest, TheIconOfTheNextLargerSizeStandsInUntilItIsDecoded) {

@@ -14,7 +14,8 @@ QImage filled(int edge, QRgb colour) {
 }
 
 const std::vector<KeptIcon> icons{{u"/a.desktop"_s, filled(3, 0xff102030)},
-                                  {u"/Über/b.desktop"_s, filled(64, 0x80402010)}};
+                                  {u"/Über/b.desktop"_s, filled(64, 0x80402010)},
+                                  {u"/none.desktop"_s, filled(2, 0xff000000), true}};
 
 } // namespace
 
@@ -56,9 +57,10 @@ TEST(KeptIcons, AFileThatEndsTooSoonHoldsNothing) {
 
 TEST(KeptIcons, MadeUpSizesAreRefused) {
     const QByteArray heading = encodeIcons({});
-    const auto withNumbers = [&](quint32 edge, quint32 length) {
+    const auto withNumbers = [&](quint32 edge, quint32 length, quint32 kind = 1) {
         QByteArray content = heading;
         content.append(reinterpret_cast<const char*>(&edge), 4);
+        content.append(reinterpret_cast<const char*>(&kind), 4);
         content.append(reinterpret_cast<const char*>(&length), 4);
         return content + QByteArray(4096, '/');
     };
@@ -66,5 +68,9 @@ TEST(KeptIcons, MadeUpSizesAreRefused) {
         EXPECT_TRUE(decodeIcons(withNumbers(number, 4)).empty()) << number;
         EXPECT_TRUE(decodeIcons(withNumbers(4, number == 2'000U ? 5'000U : number)).empty()) << number;
     }
+    // A path of 4,092 bytes and a picture of one pixel fill the content.
+    ASSERT_EQ(decodeIcons(withNumbers(1, 4092)).size(), 1U);
+    EXPECT_TRUE(decodeIcons(withNumbers(1, 4092, 0)).empty());
+    EXPECT_TRUE(decodeIcons(withNumbers(1, 4092, 3)).empty());
     EXPECT_TRUE(decodeIcons("some other file").empty());
 }

@@ -1,5 +1,6 @@
 #include "States.h"
 
+#include "data/IconCache.h"
 #include "motion/Animations.h"
 #include "motion/WithAnimation.h"
 
@@ -122,6 +123,12 @@ const std::vector<State>& states() {
              stage.open();
              stage.model_->setPresented(true);
              stage.settle();
+         }},
+        {u"without-icons"_s,
+         [](ViewStage& stage) {
+             static NullApplicationIcons none;
+             IconCache::shared().serveFrom(&none, &stage.queue_);
+             showPage(stage);
          }},
         {u"entrance"_s,
          [](ViewStage& stage) {
