@@ -1,7 +1,10 @@
 #pragma once
 
+#include <array>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <string>
 #include <sys/types.h>
 #include <unistd.h>
@@ -34,6 +37,14 @@ inline std::vector<pid_t> childProcesses(bool withEnded = true) {
 
 inline std::vector<pid_t> runningChildProcesses() {
     return childProcesses(false);
+}
+
+// As somebody else does it. False: there is none.
+inline bool killChildProcess(std::mt19937& random) {
+    constexpr std::array signals{SIGKILL, SIGTERM, SIGHUP};
+    const auto running = runningChildProcesses();
+    return !running.empty() &&
+           ::kill(running.at(random() % running.size()), signals.at(random() % signals.size())) == 0;
 }
 
 } // namespace amberquill
