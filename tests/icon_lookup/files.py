@@ -59,6 +59,7 @@ class IconFile:
     def is_applications(self):
         return self.directory is not None and self.directory.context == "Applications"
 
+    @cache
     def shows_the_same_as(self, other):
         if self.is_in_gtk or other.is_in_gtk:
             return False
@@ -90,6 +91,7 @@ def directories(index):
     return found
 
 
+@cache
 def icon_file(path, icons):
     """What `path` is, where themes are in the folder `icons`; None for an empty path."""
     if not path:

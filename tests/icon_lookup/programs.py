@@ -30,3 +30,8 @@ def answers(program, theme, sizes, names, base_folders):
     ).stdout.split("\n")[:-1]
     assert len(output) == len(names) * len(sizes), (len(output), len(names), len(sizes))
     return [output[at : at + len(sizes)] for at in range(0, len(output), len(sizes))]
+
+
+def make_cache(theme):
+    """As it is made where packages are installed."""
+    subprocess.run(["gtk-update-icon-cache", "--quiet", "--force", "--ignore-theme-index", theme], check=True)

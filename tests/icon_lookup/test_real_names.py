@@ -9,14 +9,14 @@ from pathlib import Path
 
 from files import ENDINGS, icon_file
 from kinds import KINDS, Question
-from programs import GTK, OURS, answers
+from programs import GTK, OURS, answers, make_cache
 
 HERE = Path(__file__).resolve().parent
 SYSTEM = Path("/usr/share/icons")
 THEMES = ("hicolor", "Adwaita", "breeze", "Papirus")
 # Those that themes have, those that the launcher's pages and folders get, and those of a screen of scale 2.
-SIZES = ("16", "22", "24", "26", "32", "44", "48", "50", "64", "66", "96", "107", "120", "128", "256", "512")
-FINE_SIZES = ("24@2", "48@2", "60@2", "64@2", "128@2")
+SIZES = ("16", "22", "24", "26", "32", "44", "48", "50", "64", "96", "107", "120", "128", "256", "512")
+FINE_SIZES = ("24@2", "48@2", "64@2", "128@2")
 
 
 def lines(name):
@@ -55,6 +55,7 @@ class OnRealNames(unittest.TestCase):
             file.parent.mkdir(parents=True, exist_ok=True)
             file.write_text(path)  # no two are the same
         (cls.icons / "hicolor/index.theme").symlink_to(SYSTEM / "hicolor/index.theme")
+        make_cache(cls.icons / "hicolor")
         for theme in ("Adwaita", "breeze", "Papirus"):
             assert (SYSTEM / theme).is_dir(), theme
             (cls.icons / theme).symlink_to(SYSTEM / theme)
