@@ -4,6 +4,7 @@
 #include "platform/FileSystem.h"
 #include "platform/MainQueue.h"
 
+#include <QHash>
 #include <algorithm>
 #include <span>
 
@@ -24,10 +25,18 @@ std::span<const LaunchItem> firstPage(const LauncherModel& model) {
     return std::span(model.items()).first(std::min(model.items().size(), room));
 }
 
-QList<qint64> identitiesOf(const std::vector<KeptIcon>& icons) {
-    QList<qint64> identities;
+// What stands in for icons is one image for each size, of which the file has a copy for each application.
+IconKeeper::Identities identitiesOf(const std::vector<KeptIcon>& icons) {
+    QHash<int, qint64> standIns; // by edge
+    IconKeeper::Identities identities;
     for (const KeptIcon& icon : icons) {
-        identities += icon.image.cacheKey();
+        qint64 image = icon.image.cacheKey();
+        if (icon.isStandIn) {
+            qint64& standIn = standIns[icon.image.width()];
+            standIn = standIn == 0 ? image : standIn;
+            image = standIn;
+        }
+        identities.append({icon.path, image});
     }
     return identities;
 }
@@ -76,7 +85,7 @@ void IconKeeper::keep() {
         }
     }
     const std::vector<KeptIcon> icons = services_.icons.pictures(paths);
-    const QList<qint64> identities = identitiesOf(icons);
+    const Identities identities = identitiesOf(icons);
     if (identities == kept_ || icons.empty()) {
         return;
     }

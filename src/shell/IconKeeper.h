@@ -3,8 +3,10 @@
 #include "data/KeptIcons.h"
 #include "model/LauncherModel.h"
 
+#include <QList>
 #include <QObject>
 #include <QString>
+#include <utility>
 
 namespace amberquill {
 
@@ -24,6 +26,8 @@ public:
         MainQueue& queue;
         FileSystem& files;
     };
+
+    using Identities = QList<std::pair<QString, qint64>>; // applications and their images
 
     // `caches` is the folder for what can be deleted at any time, `loaded` what `load` found in it. The
     // services outlive the keeper.
@@ -45,7 +49,7 @@ private:
 
     Services services_;
     QString path_;
-    QList<qint64> kept_; // the images that the file holds
+    Identities kept_; // what the file holds
 };
 
 } // namespace amberquill

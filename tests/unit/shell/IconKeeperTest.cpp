@@ -80,6 +80,40 @@ TEST_F(IconKeeperTest, TheyAreWrittenAgainOnlyWhenTheyChanged) {
     EXPECT_EQ(files_.writes(), writes + 1) << "what was loaded is what the file holds";
 }
 
+TEST_F(IconKeeperTest, WhatStandsInForIconsIsNotWrittenAgainEither) {
+    NullApplicationIcons none;
+    cache_.serveFrom(&none, &queue_);
+    makeKeeper();
+    decode(path(1), 64);
+    decode(path(2), 64);
+    keeper_->start();
+    queue_.runPosted();
+    const int writes = files_.writes();
+
+    cache_.serveFrom(&none, &queue_); // as another process begins
+    makeKeeper();
+    keeper_->start();
+    cache_.refreshRemembered();
+    queue_.runPosted();
+    hide();
+    EXPECT_EQ(files_.writes(), writes);
+}
+
+TEST_F(IconKeeperTest, WhatStandsInForIconsIsWrittenForAnotherApplication) {
+    NullApplicationIcons none;
+    cache_.serveFrom(&none, &queue_);
+    makeKeeper();
+    decode(path(1), 64);
+    keeper_->start();
+    queue_.runPosted();
+    cache_.shrink();
+    decode(path(2), 64);
+    hide();
+    const auto kept = IconKeeper::load(files_, u"/cache"_s);
+    ASSERT_EQ(kept.size(), 1U);
+    EXPECT_EQ(kept[0].path, path(2));
+}
+
 TEST_F(IconKeeperTest, AFirstPageIsReadyWhenNothingOfItMustBeDecoded) {
     EXPECT_FALSE(IconKeeper::prepareFirstPage(*model_, cache_, 64));
     queue_.runPosted();
