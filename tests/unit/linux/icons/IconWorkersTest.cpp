@@ -171,6 +171,13 @@ TEST_F(IconWorkersTest, AFileThatEndsTwoProcessesIsToBlame) {
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
 }
 
+TEST_F(IconWorkersTest, TheSecondTryIsWithAProcessThatHasDecodedNothing) {
+    IconWorkers workers(settings_);
+    workers.prepare();
+    EXPECT_EQ(outcome(workers, "crashes 1"), Kind::Picture);
+    EXPECT_EQ(starts(), 3);
+}
+
 TEST_F(IconWorkersTest, AFileAfterWhichAProcessMakesNoSenseIsToBlame) {
     IconWorkers workers(settings_);
     for (const char* const file : {"garbage", "short", "long", "descriptor", "smaller", "ready", "fonts"}) {
