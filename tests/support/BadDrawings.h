@@ -165,6 +165,7 @@ inline BadIcons badDrawings() {
          filtered(R"(<feConvolveMatrix order="500" kernelMatrix=")" + QByteArray("1 ").repeated(250'000) +
                   "\"/>"),
          Overload},
+        {"tile.svg", filtered(R"(<feFlood width="0" height="9"/><feTile/>)"), Overload},
         {"huge-filter.svg",
          svg(R"(<filter id="f" filterUnits="userSpaceOnUse" x="-1e6" y="-1e6" width="1e9" height="1e9">)"
              R"(<feGaussianBlur stdDeviation="30"/></filter>)"

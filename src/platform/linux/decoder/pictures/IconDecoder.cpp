@@ -28,9 +28,9 @@ QImage decodedIcns(const QByteArray& bytes, int edge) {
         sizes.push_back({.edge = picture.edge});
     }
     for (const auto i : bestPictures(sizes, edge)) {
-        const auto image = pictures[i].kind == IcnsPicture::Kind::Png
-                               ? decodedRaster(pictures[i].data.toByteArray(), IconFormat::Png, edge)
-                               : unpackedIcnsPicture(pictures[i]);
+        auto image = pictures[i].kind == IcnsPicture::Kind::Png
+                         ? decodedRaster(pictures[i].data.toByteArray(), IconFormat::Png, edge)
+                         : unpackedIcnsPicture(pictures[i]);
         if (!image.isNull()) {
             return image;
         }

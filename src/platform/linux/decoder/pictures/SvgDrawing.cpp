@@ -2,6 +2,7 @@
 
 #include "platform/linux/decoder/pictures/Owned.h"
 
+#include <QPoint>
 #include <QSizeF>
 #include <algorithm>
 #include <cairo.h>
@@ -74,7 +75,8 @@ QImage drawnSvg(const QByteArray& document, int edge) {
     };
     const int width = pixels(size.width());
     const int height = pixels(size.height());
-    ::cairo_translate(painter.get(), (edge - width) / 2, (edge - height) / 2);
+    const QPoint corner((edge - width) / 2, (edge - height) / 2);
+    ::cairo_translate(painter.get(), corner.x(), corner.y());
     ::cairo_rectangle(painter.get(), 0.0, 0.0, width, height);
     ::cairo_clip(painter.get());
     ::cairo_scale(painter.get(), scale, scale);
