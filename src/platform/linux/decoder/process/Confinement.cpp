@@ -12,8 +12,8 @@ namespace amberquill::desktop {
 namespace {
 
 constexpr rlim_t mostOpenFiles = 16; // of them, it opens fonts
-// Of processor time, in seconds. A picture may keep two threads busy.
-constexpr rlim_t mostProcessorSeconds = (decoderEndurance + 2 * longestDecoding).count();
+// Of processor time, in seconds.
+constexpr rlim_t mostProcessorSeconds = (decoderEndurance + longestDecoding).count();
 
 bool limit(__rlimit_resource_t resource, rlim_t soft, rlim_t hard) {
     rlimit present = {};
@@ -47,7 +47,7 @@ bool limitResources() {
 } // namespace
 
 bool dropInheritance() {
-    for (const int signal : {SIGALRM, SIGXCPU, SIGXFSZ, SIGTERM, SIGINT, SIGHUP}) {
+    for (const int signal : {SIGPROF, SIGXCPU, SIGXFSZ, SIGTERM, SIGINT, SIGHUP}) {
         if (std::signal(signal, SIG_DFL) == SIG_ERR) {
             return false;
         }

@@ -11,7 +11,7 @@ namespace amberquill::desktop {
 // ends it is ever met by a harmless file.
 inline constexpr std::chrono::seconds decoderEndurance{10};
 
-// The longest that it works at one picture, all else failing.
+// The most processor time that one picture takes, should the launcher not end it before.
 inline constexpr std::chrono::seconds longestDecoding{10};
 
 // The most memory it has, in bytes: its libraries, an 8 MB file, the largest picture that a file may hold (32

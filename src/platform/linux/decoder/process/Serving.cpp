@@ -9,6 +9,7 @@
 #include <ctime>
 #include <optional>
 #include <poll.h>
+#include <sys/time.h>
 #include <thread>
 #include <unistd.h>
 
@@ -71,6 +72,12 @@ DecodingOutcome carryOut(Job& job, const Decoding& decoding) {
     return store(icon.image, job) ? DecodingOutcome::Picture : DecodingOutcome::NoPicture;
 }
 
+// 0: never.
+void endProcessAfter(std::chrono::seconds longest) {
+    const itimerval timer = {.it_interval = {}, .it_value = {.tv_sec = longest.count(), .tv_usec = 0}};
+    ::setitimer(ITIMER_PROF, &timer, nullptr);
+}
+
 bool answer(int socket, const DecodingAnswer& words) {
     std::array<std::byte, answerSize> message = {};
     encode(words, message);
@@ -94,9 +101,9 @@ ServingEnd serve(int socket, const Decoding& decoding, const ServingLimits& limi
         if (!job) {
             return ServingEnd::Senseless;
         }
-        ::alarm(static_cast<unsigned int>(limits.longest.count()));
+        endProcessAfter(limits.longest);
         const auto outcome = carryOut(*job, decoding);
-        ::alarm(0);
+        endProcessAfter({});
         const bool isLast = usedProcessorTime() >= limits.endurance;
         if (!answer(socket, {outcome, static_cast<std::uint32_t>(job->edge), isLast}) || isLast) {
             return ServingEnd::Done;

@@ -10,10 +10,10 @@ namespace amberquill::desktop {
 // Makes a picture of a file's bytes, as decodedIcon() does.
 using Decoding = std::function<DecodedIcon(const QByteArray& bytes, int edge)>;
 
+// Of processor time: that the machine is busy is no picture's fault.
 struct ServingLimits {
-    std::chrono::nanoseconds
-        endurance;                // the answer after which this much processor time is used up is the last
-    std::chrono::seconds longest; // for one picture; then the process ends (SIGALRM)
+    std::chrono::nanoseconds endurance; // an answer given later than this is the last
+    std::chrono::seconds longest;       // for one picture; then the process ends (SIGPROF)
 };
 
 enum class ServingEnd {

@@ -109,8 +109,8 @@ void allowItself(Rules& rules) {
                  SCMP_SYS(gettimeofday), SCMP_SYS(nanosleep), SCMP_SYS(restart_syscall),
                  SCMP_SYS(rt_sigaction), SCMP_SYS(rt_sigprocmask), SCMP_SYS(rt_sigreturn), SCMP_SYS(sysinfo),
                  SCMP_SYS(time)});
-    // The alarm before each picture.
-    rules.allow({SCMP_SYS(alarm), SCMP_SYS(setitimer)});
+    // The limit for each picture.
+    rules.allow({SCMP_SYS(setitimer)});
     // What abort() does.
     rules.allow(SCMP_SYS(tgkill), {equals(0, ::getpid())});
     // Its own limits are read, not set.

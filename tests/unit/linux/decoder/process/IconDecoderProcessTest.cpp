@@ -143,18 +143,18 @@ TEST(IconDecoderProcess, ItHasNoDescriptorsButTheSocketAndTwoOutputsThatLeadNowh
 TEST(IconDecoderProcess, SignalsEndItWhateverTheLauncherMadeOfThem) {
     sigset_t blocked = {};
     sigset_t before = {};
-    ::sigaddset(&blocked, SIGALRM);
+    ::sigaddset(&blocked, SIGPROF);
     ::sigaddset(&blocked, SIGTERM);
     ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
-    ::signal(SIGALRM, SIG_IGN);
+    ::signal(SIGPROF, SIG_IGN);
     StartedDecoder decoder;
-    ::signal(SIGALRM, SIG_DFL);
+    ::signal(SIGPROF, SIG_DFL);
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     ASSERT_TRUE(decoder.isReady());
     const auto signals = [&decoder](const char* name) {
         return std::stoul(statusEntry(decoder.process(), name), nullptr, 16);
     };
-    EXPECT_EQ(signals("SigIgn") & (1UL << (SIGALRM - 1)), 0U);
+    EXPECT_EQ(signals("SigIgn") & (1UL << (SIGPROF - 1)), 0U);
     EXPECT_EQ(signals("SigBlk"), 0U);
 }
 
@@ -171,7 +171,7 @@ TEST(IconDecoderProcess, ItsLimitsAreTheLowestThatServe) {
     EXPECT_EQ(limit(RLIMIT_FSIZE), both(0));
     EXPECT_EQ(limit(RLIMIT_NOFILE), both(16));
     // First the signal that says why.
-    EXPECT_EQ(limit(RLIMIT_CPU), std::pair(rlim_t{30}, rlim_t{31}));
+    EXPECT_EQ(limit(RLIMIT_CPU), std::pair(rlim_t{20}, rlim_t{21}));
 #ifndef AMBERQUILL_SANITIZED
     EXPECT_EQ(limit(RLIMIT_AS), both(static_cast<rlim_t>(decoderMemory)));
 #endif
