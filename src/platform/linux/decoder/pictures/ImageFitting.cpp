@@ -1,9 +1,11 @@
 #include "platform/linux/decoder/pictures/ImageFitting.h"
 
 #include <QColorSpace>
+#include <QColorTransform>
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -180,10 +182,24 @@ void resample(const QImage& source, QImage& target, QPoint offset, QSize size) {
     }
 }
 
+// Many programs write the screen's colours into each file, in numbers that Qt does not know them by. Pure
+// colours would tell nothing: those beyond the screen's become just these.
+bool looksLikeTheScreens(const QColorSpace& space) {
+    constexpr int unseen = 3;
+    const auto transform = space.transformationToColorSpace(QColorSpace(QColorSpace::SRgb));
+    const auto stays = [&transform](QRgb colour) {
+        const QRgb mapped = transform.map(colour);
+        return std::abs(qRed(mapped) - qRed(colour)) <= unseen &&
+               std::abs(qGreen(mapped) - qGreen(colour)) <= unseen &&
+               std::abs(qBlue(mapped) - qBlue(colour)) <= unseen;
+    };
+    return stays(qRgb(200, 100, 100)) && stays(qRgb(100, 200, 100)) && stays(qRgb(100, 100, 200));
+}
+
 void convertToScreenColours(QImage& image) {
     const auto space = image.colorSpace();
     // A gamma value alone is what old programs wrote without meaning it.
-    if (space.isValid() && space.primaries() != QColorSpace::Primaries::SRgb) {
+    if (space.isValid() && space.primaries() != QColorSpace::Primaries::SRgb && !looksLikeTheScreens(space)) {
         image.convertToColorSpace(QColorSpace(QColorSpace::SRgb));
     }
     image.setColorSpace(QColorSpace());

@@ -177,6 +177,15 @@ TEST(ImageFitting, OtherColourSpacesBecomeTheScreens) {
     EXPECT_EQ(largestDifference(fittedImage(image, 24), image.pixel(0, 0)), 0);
 }
 
+// What many programs write into each PNG file.
+TEST(ImageFitting, TheScreensPrimariesWithAGammaValueAreTheScreensColours) {
+    const QColorSpace usual({0.3127, 0.3290}, {0.64, 0.33}, {0.30, 0.60}, {0.15, 0.06},
+                            QColorSpace::TransferFunction::Gamma, 1.0F / 0.45455F);
+    auto image = filledImage(32, 32, QColor(5, 20, 60));
+    image.setColorSpace(usual);
+    EXPECT_EQ(largestDifference(fittedImage(image, 24), image.pixel(0, 0)), 0);
+}
+
 TEST(ImageFitting, FormatsWithFewColoursAreFitted) {
     for (const auto format : {QImage::Format_Mono, QImage::Format_Indexed8, QImage::Format_Grayscale8,
                               QImage::Format_RGB16, QImage::Format_RGBA64}) {
