@@ -316,6 +316,20 @@ TEST_F(IconWorkersTest, WhileAFileKeepsOneBusyOthersGoOn) {
     slow.join();
 }
 
+TEST_F(IconWorkersTest, WhileOneStartsAnotherThatBecomesFreeServes) {
+    startBy("second silent");
+    settings_.limits.start = seconds(1);
+    IconWorkers workers(settings_);
+    std::thread slow([&] { EXPECT_EQ(outcome(workers, "waits"), Kind::Picture); });
+    ASSERT_TRUE(waitUntil([&] { return isThere("waits"); }));
+    std::thread asks([&] { EXPECT_EQ(colour(workers, "green"), green); });
+    ASSERT_TRUE(waitUntil([&] { return hanging().size() == 1; }));
+    files_.write("go", "");
+    slow.join();
+    asks.join();
+    EXPECT_EQ(runningChildProcesses().size(), 2U); // the one that starts was not given up
+}
+
 TEST_F(IconWorkersTest, AProgramThatIsMissingIsLookedForAgainAfterAWhile) {
     const auto program = std::exchange(settings_.program.paths, {files_.at("later").string()}).front();
     QLoggingCategory::setFilterRules(QStringLiteral("amberquill.icons.warning=true"));

@@ -218,6 +218,12 @@ void carryOut(const Command& command, const DecodingRequest& request, const Answ
         answers.picture(red, true);
     } else if (word == "glowing") {
         answers.picture(glowing);
+    } else if (word == "waits") { // for its being told to go on
+        leave(word);
+        while (!std::filesystem::exists(folder() + "/go")) {
+            ::usleep(1'000);
+        }
+        answers.picture(red);
     } else if (word == "report") {
         leave("report", report());
         answers.picture(red);
@@ -229,7 +235,7 @@ void carryOut(const Command& command, const DecodingRequest& request, const Answ
 void start(const std::string& how) {
     const bool isFirst = how.starts_with("first ") && timesBefore("start") == 0;
     const auto word = how.starts_with("first ") ? (isFirst ? how.substr(6) : std::string()) : how;
-    if (word == "silent") {
+    if (word == "silent" || (word == "second silent" && timesBefore("start") == 1)) {
         hang();
     } else if (word == "exit") {
         ::_exit(1);

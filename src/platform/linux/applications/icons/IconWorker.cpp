@@ -78,6 +78,10 @@ bool IconWorker::isWell() const {
     return !isReady_ || !isReadableBy(socket_.get(), {});
 }
 
+bool IconWorker::isStarting() const {
+    return !isReady_ && !isReadableBy(socket_.get(), {});
+}
+
 DecodingAttempt IconWorker::decode(const FileDescriptor& file, const DecodingRequest& request) {
     if (!isReady_) {
         if (const auto failure = awaitReady()) {

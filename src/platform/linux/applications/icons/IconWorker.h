@@ -52,6 +52,9 @@ public:
     // Whether it waits for a request as it should: it is there, and has said nothing unasked.
     [[nodiscard]] bool isWell() const;
 
+    // Whether it has not said anything yet. Asked while it does not decode.
+    [[nodiscard]] bool isStarting() const;
+
     // Makes a picture of the file's bytes, which are in sealed memory, and waits for it. The picture is
     // premultiplied in truth, and this process's own: nobody else can write to it.
     [[nodiscard]] DecodingAttempt decode(const FileDescriptor& file, const DecodingRequest& request);

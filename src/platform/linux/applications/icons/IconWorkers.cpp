@@ -25,16 +25,19 @@ constexpr int mostFailed = 2;
 // How often in a row a process is not ready before it is given a pause.
 constexpr int mostFailedStarts = 3;
 
-std::size_t placeCount(int wanted) {
-    const int cores = static_cast<int>(std::max(std::thread::hardware_concurrency(), 1U));
-    return static_cast<std::size_t>(std::clamp(wanted > 0 ? wanted : cores, 1, IconWorkers::most));
+std::size_t countOr(int wanted, int usual) {
+    return static_cast<std::size_t>(std::clamp(wanted > 0 ? wanted : usual, 1, IconWorkers::most));
+}
+
+int coreCount() {
+    return static_cast<int>(std::max(std::thread::hardware_concurrency(), 1U));
 }
 
 } // namespace
 
 IconWorkers::IconWorkers(Settings settings)
     : settings_(std::move(settings))
-    , places_(std::span(allPlaces_).first(placeCount(settings_.count))) {}
+    , places_(std::span(allPlaces_).first(countOr(settings_.count, coreCount()))) {}
 
 IconWorkers::~IconWorkers() {
     end();
@@ -97,7 +100,7 @@ DecodedFile IconWorkers::decode(std::span<const std::byte> file, int edge) {
 
 void IconWorkers::prepare() {
     std::unique_lock lock(mutex_);
-    for (Place& place : places_) {
+    for (Place& place : places_.first(countOr(settings_.count, coreCount() - 1))) {
         if (!hasEnded_ && !place.isTaken && place.worker == nullptr && settings_.now() >= pausedUntil_) {
             place.isTaken = true;
             startIn(lock, place);
@@ -137,6 +140,8 @@ void IconWorkers::end() {
 
 // Null: there is no process to be had.
 IconWorkers::Place* IconWorkers::take(const Need& need) {
+    // While one starts, another may become free. Nothing tells both.
+    constexpr std::chrono::milliseconds look{1};
     std::unique_lock lock(mutex_);
     while (!hasEnded_) {
         Place* const place = bestPlace(need);
@@ -149,18 +154,35 @@ IconWorkers::Place* IconWorkers::take(const Need& need) {
         if (!serves && settings_.now() < pausedUntil_) {
             break;
         }
+        const bool mayWait = !need.fresh && !need.fonts && isOneBusy();
+        if (serves && mayWait && place->worker->isStarting()) {
+            changed_.wait_for(lock, look);
+            continue;
+        }
         place->isTaken = true;
         if (!serves) {
             place->hasFonts = need.fonts;
-            if (!startIn(lock, *place)) {
+            const bool isStarted = startIn(lock, *place);
+            if (!isStarted || mayWait) {
                 place->isTaken = false;
                 changed_.notify_all();
+            }
+            if (!isStarted) {
                 break;
+            }
+            if (mayWait) {
+                continue;
             }
         }
         return place;
     }
     return nullptr;
+}
+
+// Whether a process that can be waited for is at work.
+bool IconWorkers::isOneBusy() const {
+    return std::any_of(places_.begin(), places_.end(),
+                       [](const Place& place) { return place.isTaken && place.worker != nullptr; });
 }
 
 // The best of those that are free. Null: wait.
@@ -177,11 +199,14 @@ IconWorkers::Place* IconWorkers::bestPlace(const Need& need) {
         if (place.worker == nullptr || !place.worker->isWell()) {
             return 1;
         }
+        if (!need.fresh && !need.fonts && place.worker->isStarting()) {
+            return 2;
+        }
         // One with fonts can do all that others do; when one must go, it is the one that starts fast.
         if (need.fresh || need.fonts) {
             return place.hasFonts ? -1 : 0;
         }
-        return place.hasFonts ? 2 : 3;
+        return place.hasFonts ? 3 : 4;
     };
     Place* best = nullptr;
     for (Place& place : places_) {

@@ -51,7 +51,8 @@ public:
     // Makes a picture of edge × edge device pixels of a file's bytes.
     [[nodiscard]] DecodedFile decode(std::span<const std::byte> file, int edge);
 
-    // Something will be decoded soon: starts processes and does not wait for them.
+    // Something will be decoded soon: starts processes and does not wait for them. A core is left to those
+    // who ask: with two, one process is started.
     void prepare();
 
     // Ends the processes that have nothing to do.
@@ -77,6 +78,7 @@ private:
 
     [[nodiscard]] Place* take(const Need& need);
     [[nodiscard]] Place* bestPlace(const Need& need);
+    [[nodiscard]] bool isOneBusy() const;
     bool startIn(std::unique_lock<std::mutex>& lock, Place& place);
     void giveBack(Place& place, bool isUsable);
     void noteStart(DecodingAttempt::Kind kind);
