@@ -103,6 +103,7 @@ void EventLoopQueue::runOneAtATime() {
     for (BackgroundLane& lane : lanes_) {
         lane.setWidth(1);
     }
+    lanes_.at(indexOf(Lane::Icons)).setWidth(std::max(QThread::idealThreadCount() / 2, 1));
 }
 
 void EventLoopQueue::release() {

@@ -30,8 +30,8 @@ public:
     DelayedWork postAfter(double seconds, Work work) override;
 
     // While a start is under way the processor is left to it: of each lane's background work one piece runs
-    // at a time, and after `hold` none. `release` makes up for it: from then on as much runs as there are
-    // cores.
+    // at a time, of icons half as many as there are cores, and after `hold` none. `release` makes up for it:
+    // from then on as much runs as there are cores.
     void runOneAtATime();
     void hold() { isHeld_ = true; }
     void release();
