@@ -1,8 +1,9 @@
 import os
 import tempfile
 import unittest
+from pathlib import Path
 
-from harness import DesktopTestCase, Picture, Session, X11Session, until
+from harness import DesktopTestCase, FileWatch, Picture, Session, X11Session, until
 from harness.picture import is_near
 from harness.programs import processes_marked
 from harness.session import MARK
@@ -40,6 +41,22 @@ class Waiting(unittest.TestCase):
 
     def test_returns_the_answer(self):
         self.assertEqual(until(iter([0, 0, 7]).__next__, "seven"), 7)
+
+
+class WatchedFiles(unittest.TestCase):
+    def test_are_told_when_they_are_opened_and_read(self):
+        with tempfile.TemporaryDirectory() as folder:
+            paths = [Path(folder, name) for name in ("first", "second")]
+            for path in paths:
+                path.write_text("text", encoding="utf-8")
+            with FileWatch(paths) as watch:
+                self.assertEqual((watch.opened, watch.read), ([], []))
+                paths[0].open("rb").close()
+                self.assertEqual((watch.opened, watch.read), ([paths[0]], []))
+                paths[1].read_text(encoding="utf-8")
+                self.assertEqual(watch.opened, paths)
+                self.assertIn(paths[1], watch.read)
+                self.assertNotIn(paths[0], watch.read)
 
 
 class Pictures(DesktopTestCase):

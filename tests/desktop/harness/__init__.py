@@ -10,7 +10,7 @@ from harness.picture import Picture
 from harness.programs import Program
 from harness.session import Session
 from harness.waiting import until
-from harness.watching import PixelWatch
+from harness.watching import FileWatch, PixelWatch
 from harness.wayland import SwaySession, WestonSession
 from harness.weston_window import WestonInAWindowSession
 from harness.x11 import Geometry, X11Session
@@ -18,6 +18,7 @@ from harness.xorg import XorgSession
 
 __all__ = [
     "DesktopTestCase",
+    "FileWatch",
     "Geometry",
     "KWinSession",
     "Picture",

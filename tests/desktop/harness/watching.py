@@ -1,15 +1,23 @@
-"""What is seen of single pixels while a screen changes, far more often than pictures could be taken of it."""
+"""What happens while a test looks elsewhere: to single pixels of a screen, and to files."""
 
 import ctypes
+import os
+import struct
 import threading
+from pathlib import Path
 
 from harness.xlib import open_display
 
 Z_PIXMAP = 2
+IN_ACCESS, IN_OPEN = 0x1, 0x20
+_libc = ctypes.CDLL(None, use_errno=True)
 
 
 class PixelWatch:
-    """Looks at a few points of an X screen again and again, from the moment it is entered until it is left."""
+    """Looks at a few points of an X screen again and again, from the moment it is entered until it is left.
+
+    That is far more often than pictures could be taken of it.
+    """
 
     def __init__(self, display, points):
         self._display = display
@@ -42,3 +50,47 @@ class PixelWatch:
                     if not seen or seen[-1] != colour:
                         seen.append(colour)
                 self._stop.wait(0.001)
+
+
+class FileWatch:
+    """Which files are opened and read, by anybody, from the moment it is entered until it is left."""
+
+    def __init__(self, paths):
+        self._watched = [Path(path) for path in paths]
+        self._opened, self._read = [], []
+
+    def __enter__(self):
+        self._paths = {}
+        self._file = _libc.inotify_init1(os.O_NONBLOCK | os.O_CLOEXEC)
+        for path in self._watched:
+            number = _libc.inotify_add_watch(self._file, os.fsencode(path), IN_OPEN | IN_ACCESS)
+            if number < 0:
+                raise OSError(ctypes.get_errno(), f"cannot watch {path}")
+            self._paths[number] = path
+        return self
+
+    def __exit__(self, *_):
+        os.close(self._file)
+
+    @property
+    def opened(self):
+        """Those that were opened, so far, in their order."""
+        self._take()
+        return self._opened
+
+    @property
+    def read(self):
+        """Those of which something was read."""
+        self._take()
+        return self._read
+
+    def _take(self):
+        try:
+            data = os.read(self._file, 1 << 20)
+        except BlockingIOError:
+            return
+        start = 0
+        while start < len(data):
+            number, what, _, length = struct.unpack_from("iIII", data, start)
+            (self._opened if what & IN_OPEN else self._read).append(self._paths[number])
+            start += 16 + length
