@@ -1,0 +1,95 @@
+"""The processes that decode icons for a launcher."""
+
+import os
+import random
+import signal
+import threading
+from pathlib import Path
+
+NAME = "amberquill-icons"
+NAME_SEEN = NAME[:15]  # what the kernel keeps of it
+
+
+def status(pid):
+    """What /proc says of a process, by name; nothing of one that has ended."""
+    try:
+        text = Path(f"/proc/{pid}/status").read_text(encoding="utf-8", errors="replace")
+    except OSError:
+        return {}
+    fields = dict(line.split(":\t", 1) for line in text.splitlines() if ":\t" in line)
+    return {} if fields.get("State", "Z")[0] in "ZX" else fields
+
+
+def descendants(pid):
+    """The ids of the running processes that a process started, and of those that these started."""
+    parents = {}
+    for entry in os.listdir("/proc"):
+        if entry.isdigit() and (fields := status(entry)):
+            parents.setdefault(int(fields["PPid"]), []).append(int(entry))
+    found, left = [], [pid]
+    while left:
+        children = parents.get(left.pop(), [])
+        found += children
+        left += children
+    return found
+
+
+def workers_of(launcher):
+    """The ids of the running workers of a launcher."""
+    return [pid for pid in descendants(launcher.pid) if status(pid).get("Name") == NAME_SEEN]
+
+
+def is_running(pid):
+    return bool(status(pid))
+
+
+class WorkersCounted:
+    """Looks how many workers there are, again and again, from the moment it is entered until it is left."""
+
+    def __init__(self, launcher):
+        self._launcher = launcher
+        self._stop = threading.Event()
+        self.seen = set()  # ids
+        self.most = 0  # at once
+
+    def __enter__(self):
+        self._thread = threading.Thread(target=self._watch)
+        self._thread.start()
+        return self
+
+    def __exit__(self, *_):
+        self._stop.set()
+        self._thread.join()
+
+    def _watch(self):
+        while not self._stop.is_set():
+            self.look(workers_of(self._launcher))
+            self._stop.wait(self.pause())
+
+    def pause(self):
+        return 0.01
+
+    def look(self, workers):
+        self.seen.update(workers)
+        self.most = max(self.most, len(workers))
+
+
+class WorkersKilled(WorkersCounted):
+    """Kills workers at random times, with random signals."""
+
+    def __init__(self, launcher, seed):
+        super().__init__(launcher)
+        self._random = random.Random(seed)
+        self.killed = 0
+
+    def pause(self):
+        return self._random.uniform(0, 0.4)
+
+    def look(self, workers):
+        super().look(workers)
+        if workers:
+            try:
+                os.kill(self._random.choice(workers), self._random.choice((signal.SIGKILL, signal.SIGTERM)))
+                self.killed += 1
+            except ProcessLookupError:
+                pass  # ended meanwhile
