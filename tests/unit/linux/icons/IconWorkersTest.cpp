@@ -1,6 +1,7 @@
 #include "platform/linux/applications/icons/IconWorkers.h"
 
 #include "WorkerProcesses.h"
+#include "platform/linux/decoder/IconBounds.h"
 #include "support/IconFiles.h"
 #include "support/Places.h"
 #include "support/WaitUntil.h"
@@ -106,7 +107,7 @@ TEST_F(IconWorkersTest, WhatIsOutOfBoundsIsNotHandedOver) {
     EXPECT_EQ(outcome(workers, std::string(largestIconBytes + 1, ' ')), Kind::NoPicture);
     EXPECT_EQ(decode(workers, "red", 0).kind, Kind::NoPicture);
     EXPECT_EQ(decode(workers, "red", -5).kind, Kind::NoPicture);
-    EXPECT_EQ(decode(workers, "red", int{largestIconEdge} + 1).kind, Kind::NoPicture);
+    EXPECT_EQ(decode(workers, "red", largestIconEdge + 1).kind, Kind::NoPicture);
     EXPECT_EQ(starts(), 0);
 }
 

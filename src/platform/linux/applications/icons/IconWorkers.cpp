@@ -1,5 +1,6 @@
 #include "platform/linux/applications/icons/IconWorkers.h"
 
+#include "platform/linux/decoder/IconBounds.h"
 #include "platform/linux/decoder/channel/DecodingMessages.h"
 #include "platform/linux/decoder/channel/SharedMemory.h"
 
@@ -45,8 +46,7 @@ IconWorkers::~IconWorkers() {
 
 DecodedFile IconWorkers::decode(std::span<const std::byte> file, int edge) {
     using Kind = DecodingAttempt::Kind;
-    if (file.empty() || file.size() > std::size_t{largestIconBytes} || edge < 1 ||
-        edge > int{largestIconEdge}) {
+    if (file.empty() || file.size() > std::size_t{largestIconBytes} || edge < 1 || edge > largestIconEdge) {
         return {DecodedFile::Kind::NoPicture, {}};
     }
     const FileDescriptor memory = sealedMemory(file);

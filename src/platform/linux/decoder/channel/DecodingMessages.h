@@ -9,7 +9,9 @@ namespace amberquill::desktop {
 
 // What the launcher and a process that decodes icons for it (`amberquill-icons`) say to each other, over a
 // MessageSocket. The process says `Ready` once it has given up all that it does not need. From then on each
-// request has one answer. Both ends are of one build, so numbers are in the machine's own order.
+// request has one answer. Both ends are of one build, so numbers are in the machine's own order. Only while
+// the program is upgraded may they not be: whoever changes the messages changes their marks, and neither end
+// understands the other.
 
 // The descriptor under which the process finds its end of the socket.
 inline constexpr int decoderSocket = 0;
@@ -24,11 +26,6 @@ enum class DecoderExit {
     NotConfined,      // what decodes cannot be shut in on this system: nothing was decoded
     SenselessRequest, // it was asked what cannot be answered
 };
-
-// The largest file that is handed over, in bytes, and the largest picture that is made, in device pixels each
-// way.
-inline constexpr std::int64_t largestIconBytes = std::int64_t{8} * 1024 * 1024;
-inline constexpr std::uint32_t largestIconEdge = 4096;
 
 // A request brings two descriptors: shared memory with the file's bytes, sealed against every change, and
 // shared memory for the picture, sealed against other sizes.
@@ -68,7 +65,7 @@ inline constexpr std::size_t answerSize = 4 * sizeof(std::uint32_t);
 void encode(const DecodingRequest& request, std::span<std::byte, requestSize> to);
 void encode(const DecodingAnswer& answer, std::span<std::byte, answerSize> to);
 
-// None for what `encode` does not write, and for sizes beyond the bounds.
+// None for what `encode` does not write, and for sizes beyond largestIconBytes and largestIconEdge.
 [[nodiscard]] std::optional<DecodingRequest> decodedRequest(std::span<const std::byte> message);
 [[nodiscard]] std::optional<DecodingAnswer> decodedAnswer(std::span<const std::byte> message);
 

@@ -1,5 +1,6 @@
 #include "platform/linux/decoder/pictures/IconDecoder.h"
 
+#include "platform/linux/decoder/IconBounds.h"
 #include "platform/linux/decoder/pictures/Gunzip.h"
 #include "platform/linux/decoder/pictures/IcnsContainer.h"
 #include "platform/linux/decoder/pictures/IconFormat.h"
@@ -41,7 +42,7 @@ QImage decodedIcns(const QByteArray& bytes, int edge) {
 } // namespace
 
 DecodedIcon decodedIcon(const QByteArray& bytes, int edge, Fonts fonts) {
-    if (edge < 1 || edge > maximumIconEdge || bytes.size() > maximumIconBytes) {
+    if (edge < 1 || edge > largestIconEdge || bytes.size() > largestIconBytes) {
         return {};
     }
     const auto format = iconFormat(bytes);
@@ -52,7 +53,7 @@ DecodedIcon decodedIcon(const QByteArray& bytes, int edge, Fonts fonts) {
     case IconFormat::Svg:
         return decodedSvg(bytes, edge, fonts);
     case IconFormat::CompressedSvg: {
-        const auto document = gunzipped(bytes, maximumIconBytes);
+        const auto document = gunzipped(bytes, largestIconBytes);
         return document && iconFormat(*document) == IconFormat::Svg ? decodedSvg(*document, edge, fonts)
                                                                     : DecodedIcon();
     }

@@ -5,12 +5,6 @@
 
 namespace amberquill::desktop {
 
-// The largest file that is read as an icon.
-inline constexpr qsizetype maximumIconBytes = qsizetype{8} * 1024 * 1024;
-
-// The largest picture that is made of one, in pixels each way.
-inline constexpr int maximumIconEdge = 4096;
-
 // Whether fonts can be read, which takes the file system: what is text in a drawing is drawn with them.
 enum class Fonts { Absent, Present };
 

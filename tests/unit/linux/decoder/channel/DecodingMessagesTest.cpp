@@ -1,5 +1,7 @@
 #include "platform/linux/decoder/channel/DecodingMessages.h"
 
+#include "platform/linux/decoder/IconBounds.h"
+
 #include <array>
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
 #include "support/BadIcons.h"
+#include "platform/linux/decoder/IconBounds.h"
 #include "platform/linux/decoder/pictures/IconDecoder.h"
 #include "support/TemporaryTree.h"
 
@@ -20,7 +21,7 @@ const BadIcons& all() {
 
 TEST(BadIcons, EachEndsAsItSays) {
     for (const auto& [name, bytes, ending] : all()) {
-        EXPECT_LE(bytes.size(), maximumIconBytes) << name;
+        EXPECT_LE(bytes.size(), largestIconBytes) << name;
         if (ending == BadIcon::Ending::Overload) {
             continue; // for a process with limits
         }
