@@ -5,10 +5,10 @@
 #include "platform/linux/decoder/channel/SharedMemory.h"
 
 #include <QLoggingCategory>
+#include <QThread>
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <thread>
 #include <utility>
 
 namespace amberquill::desktop {
@@ -30,15 +30,11 @@ std::size_t countOr(int wanted, int usual) {
     return static_cast<std::size_t>(std::clamp(wanted > 0 ? wanted : usual, 1, IconWorkers::most));
 }
 
-int coreCount() {
-    return static_cast<int>(std::max(std::thread::hardware_concurrency(), 1U));
-}
-
 } // namespace
 
 IconWorkers::IconWorkers(Settings settings)
     : settings_(std::move(settings))
-    , places_(std::span(allPlaces_).first(countOr(settings_.count, coreCount()))) {}
+    , places_(std::span(allPlaces_).first(countOr(settings_.count, QThread::idealThreadCount()))) {}
 
 IconWorkers::~IconWorkers() {
     end();
@@ -100,7 +96,7 @@ DecodedFile IconWorkers::decode(std::span<const std::byte> file, int edge) {
 
 void IconWorkers::prepare() {
     std::unique_lock lock(mutex_);
-    for (Place& place : places_.first(countOr(settings_.count, coreCount() - 1))) {
+    for (Place& place : places_.first(countOr(settings_.count, QThread::idealThreadCount() - 1))) {
         if (!hasEnded_ && !place.isTaken && place.worker == nullptr && settings_.now() >= pausedUntil_) {
             place.isTaken = true;
             startIn(lock, place);

@@ -34,7 +34,7 @@ public:
     struct Settings {
         WorkerProgram program;
         IconWorkerLimits limits = {};
-        int count = 0; // how many at a time, at most `most`; 0: as many as there are cores
+        int count = 0; // how many at a time, at most `most`; 0: as many as there are cores for this process
         // After the program could not be started, it is not tried again for so long.
         std::chrono::steady_clock::duration pause = std::chrono::seconds(5);
         std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
