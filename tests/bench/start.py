@@ -3,13 +3,15 @@
 
 For 200 and for 10,000 applications, under Xvfb and openbox at 1920 x 1080: the time from the process's start to the
 first frame in which every icon is a real one, the memory (PSS), also once it is hidden, and the work of the idle
-launcher. Warm file cache;
+launcher. The same time for 200 applications of which nothing was kept, so that every icon is decoded: once with PNG
+files of 256 pixels, once with SVG files of the theme Papirus. Warm file cache;
 the first start, which lays everything out, does not count. Run it on a quiet machine:
 
     tests/bench/start.py [program] [starts]
 """
 
 import re
+import shutil
 import statistics
 import struct
 import subprocess
@@ -25,6 +27,7 @@ from harness.x11 import X11Session  # noqa: E402
 
 ICON_EDGE = 256
 ICONS = 210
+DRAWINGS = Path("/usr/share/icons/Papirus/64x64/apps")
 
 
 def icon(number):
@@ -42,17 +45,30 @@ def icon(number):
     return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(bytes(rows))) + chunk(b"IEND", b"")
 
 
-def install(folder, count):
+def drawings():
+    """SVG icons from all over the theme."""
+    files = sorted(path for path in DRAWINGS.glob("*.svg") if not path.is_symlink())
+    if len(files) < ICONS:
+        raise SystemExit(f"there are too few icons in {DRAWINGS}")
+    return files[:: len(files) // ICONS][:ICONS]
+
+
+def install(folder, count, ending="png"):
+    """So many applications, with icons of one kind."""
     applications = folder / "applications"
     icons = folder / "bench-icons"
-    applications.mkdir(parents=True)
-    icons.mkdir()
-    for number in range(ICONS):
-        (icons / f"{number}.png").write_bytes(icon(number))
+    applications.mkdir(parents=True, exist_ok=True)
+    icons.mkdir(exist_ok=True)
+    if ending == "svg":
+        for number, drawing in enumerate(drawings()):
+            shutil.copyfile(drawing, icons / f"{number}.svg")
+    else:
+        for number in range(ICONS):
+            (icons / f"{number}.png").write_bytes(icon(number))
     for number in range(count):
-        (applications / f"app{number:05}.desktop").write_text(
+        (applications / f"{ending}{number:05}.desktop").write_text(
             f"[Desktop Entry]\nType=Application\nName=Application {number}\nExec=true\n"
-            f"Icon={icons}/{number % ICONS}.png\n"
+            f"Icon={icons}/{number % ICONS}.{ending}\n"
         )
 
 
@@ -92,6 +108,13 @@ def one_start(program, environment):
     raise SystemExit("the program ended before it was on the screen")
 
 
+def end(process):
+    process.terminate()
+    process.stderr.read()
+    if process.wait() != 0:
+        raise SystemExit("the program did not end well")
+
+
 def measure(program, count, starts):
     with X11Session(1920, 1080) as session:
         install(Path(session.environment["XDG_DATA_HOME"]), count)
@@ -107,10 +130,7 @@ def measure(program, count, starts):
                 idle_cpu = cpu_seconds(process.pid) - cpu
                 idle_wake_ups = wake_ups(process.pid) - switches
                 hidden = pss_hidden(session, program, process.pid)
-            process.terminate()
-            process.stderr.read()
-            if process.wait() != 0:
-                raise SystemExit("the program did not end well")
+            end(process)
             if number > 0:
                 firsts.append(first)
                 completes.append(complete)
@@ -122,11 +142,32 @@ def measure(program, count, starts):
     )
 
 
+def measure_unkept(program, ending, starts):
+    """Starts with nothing in the cache folder."""
+    with X11Session(1920, 1080) as session:
+        install(Path(session.environment["XDG_DATA_HOME"]), 200, ending)
+        environment = dict(session.environment, QT_LOGGING_RULES="amberquill.frames=true", LANG="C.UTF-8")
+        firsts, completes = [], []
+        for _ in range(starts + 1):
+            shutil.rmtree(Path(environment["XDG_CACHE_HOME"]) / "Amberquill", ignore_errors=True)
+            process, first, complete = one_start(program, environment)
+            time.sleep(1)
+            end(process)
+            firsts.append(first)
+            completes.append(complete)
+    print(
+        f"   200 applications, nothing kept, {ending} files: first frame {statistics.median(firsts[1:]):.0f} ms, complete "
+        f"{statistics.median(completes[1:]):.0f} ms (best {min(completes[1:]):.0f}, worst {max(completes[1:]):.0f})"
+    )
+
+
 def main():
     program = sys.argv[1] if len(sys.argv) > 1 else str(ROOT / "build" / "release" / "amberquill")
     starts = int(sys.argv[2]) if len(sys.argv) > 2 else 15
     for count in (200, 10_000):
         measure(program, count, starts)
+    for ending in ("png", "svg"):
+        measure_unkept(program, ending, starts)
 
 
 if __name__ == "__main__":
