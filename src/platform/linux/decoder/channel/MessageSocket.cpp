@@ -48,6 +48,7 @@ bool sendMessage(int socket, std::span<const std::byte> message, std::span<const
     if (message.empty() || descriptors.size() > mostDescriptors) {
         return false;
     }
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): what is sent is not written to
     iovec part = {const_cast<std::byte*>(message.data()), message.size()};
     alignas(cmsghdr) std::array<char, controlBytes> control = {};
     msghdr header = {};
@@ -81,8 +82,7 @@ std::optional<ReceivedMessage> receiveMessage(int socket, std::span<std::byte> b
     ReceivedMessage message;
     message.size = static_cast<std::size_t>(size);
     message.isWhole = (header.msg_flags & MSG_TRUNC) == 0;
-    for (const cmsghdr* each = CMSG_FIRSTHDR(&header); each != nullptr;
-         each = CMSG_NXTHDR(&header, const_cast<cmsghdr*>(each))) {
+    for (cmsghdr* each = CMSG_FIRSTHDR(&header); each != nullptr; each = CMSG_NXTHDR(&header, each)) {
         if (each->cmsg_level == SOL_SOCKET && each->cmsg_type == SCM_RIGHTS) {
             takeDescriptors(*each, message);
         }
