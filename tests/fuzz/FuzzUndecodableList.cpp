@@ -1,4 +1,5 @@
-// The list of files that cannot be decoded, with lines of any bytes: what is read of it is written and read the same.
+// The list of files that cannot be decoded, with lines of any bytes: what is read of it is written and read
+// the same.
 #include "platform/linux/applications/icons/UndecodableList.h"
 
 #include <cstdint>
