@@ -76,9 +76,10 @@ std::optional<ReceivedMessage> receiveMessage(int socket, std::span<std::byte> b
     header.msg_control = control.data();
     header.msg_controllen = control.size();
     const ssize_t size = untilDone([&] { return ::recvmsg(socket, &header, MSG_CMSG_CLOEXEC); });
-    if (size <= 0) {
+    if (size < 0) {
         return std::nullopt;
     }
+    // An empty message, which looks like the other end's end, may bring descriptors as well.
     ReceivedMessage message;
     message.size = static_cast<std::size_t>(size);
     message.isWhole = (header.msg_flags & MSG_TRUNC) == 0;
@@ -87,7 +88,7 @@ std::optional<ReceivedMessage> receiveMessage(int socket, std::span<std::byte> b
             takeDescriptors(*each, message);
         }
     }
-    if ((header.msg_flags & MSG_CTRUNC) != 0) {
+    if (size == 0 || (header.msg_flags & MSG_CTRUNC) != 0) {
         return std::nullopt;
     }
     return message;

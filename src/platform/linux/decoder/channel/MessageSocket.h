@@ -28,8 +28,8 @@ struct ReceivedMessage {
 [[nodiscard]] bool sendMessage(int socket, std::span<const std::byte> message,
                                std::span<const int> descriptors = {});
 
-// Waits for the next message. None: the other end is gone, or sent more descriptors than it may (none of
-// which stays open).
+// Waits for the next message. None: the other end is gone, or sent an empty message or more descriptors than
+// it may (none of which stays open).
 [[nodiscard]] std::optional<ReceivedMessage> receiveMessage(int socket, std::span<std::byte> buffer);
 
 } // namespace amberquill::desktop

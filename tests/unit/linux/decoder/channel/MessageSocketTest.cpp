@@ -5,6 +5,8 @@
 #include <cstring>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <span>
+#include <string>
 #include <string_view>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -42,6 +44,23 @@ int descriptorsInUse() {
         count += isOpen(i) ? 1 : 0;
     }
     return count;
+}
+
+// Sends what sendMessage() does not, as a program that was taken over may. At most three descriptors.
+bool sendAnything(int socket, std::string text, std::span<const int> descriptors) {
+    alignas(cmsghdr) std::array<char, CMSG_SPACE(3 * sizeof(int))> control = {};
+    iovec part = {text.data(), text.size()};
+    msghdr header = {};
+    header.msg_iov = &part;
+    header.msg_iovlen = 1;
+    header.msg_control = control.data();
+    header.msg_controllen = CMSG_SPACE(descriptors.size_bytes());
+    cmsghdr* const rights = CMSG_FIRSTHDR(&header);
+    rights->cmsg_level = SOL_SOCKET;
+    rights->cmsg_type = SCM_RIGHTS;
+    rights->cmsg_len = CMSG_LEN(descriptors.size_bytes());
+    std::memcpy(CMSG_DATA(rights), descriptors.data(), descriptors.size_bytes());
+    return ::sendmsg(socket, &header, MSG_NOSIGNAL) == static_cast<ssize_t>(text.size());
 }
 
 } // namespace
@@ -89,23 +108,16 @@ TEST_F(MessageSocketTest, DescriptorsComeWithAMessageAndAreNotInherited) {
 
 TEST_F(MessageSocketTest, MoreDescriptorsThanMayComeAreClosed) {
     const int before = descriptorsInUse();
-    std::array<int, 3> descriptors{near_.get(), near_.get(), near_.get()};
+    const std::array descriptors{near_.get(), near_.get(), near_.get()};
     EXPECT_FALSE(sendMessage(near_.get(), bytesOf("x"), descriptors));
-    // As somebody else might send them.
-    alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof descriptors)> control = {};
-    char letter = 'x';
-    iovec part = {&letter, 1};
-    msghdr header = {};
-    header.msg_iov = &part;
-    header.msg_iovlen = 1;
-    header.msg_control = control.data();
-    header.msg_controllen = control.size();
-    cmsghdr* const rights = CMSG_FIRSTHDR(&header);
-    rights->cmsg_level = SOL_SOCKET;
-    rights->cmsg_type = SCM_RIGHTS;
-    rights->cmsg_len = CMSG_LEN(sizeof descriptors);
-    std::memcpy(CMSG_DATA(rights), descriptors.data(), sizeof descriptors);
-    ASSERT_EQ(::sendmsg(near_.get(), &header, MSG_NOSIGNAL), 1);
+    ASSERT_TRUE(sendAnything(near_.get(), "x", descriptors));
+    EXPECT_FALSE(receive());
+    EXPECT_EQ(descriptorsInUse(), before);
+}
+
+TEST_F(MessageSocketTest, DescriptorsOfAnEmptyMessageAreClosed) {
+    const int before = descriptorsInUse();
+    ASSERT_TRUE(sendAnything(near_.get(), "", std::array{near_.get(), near_.get()}));
     EXPECT_FALSE(receive());
     EXPECT_EQ(descriptorsInUse(), before);
 }
