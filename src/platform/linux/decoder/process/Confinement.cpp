@@ -54,7 +54,8 @@ bool dropInheritance() {
     }
     sigset_t none = {};
     ::sigemptyset(&none);
-    return ::sigprocmask(SIG_SETMASK, &none, nullptr) == 0 && ::close_range(STDERR_FILENO + 1, ~0U, 0) == 0;
+    ::closefrom(STDERR_FILENO + 1); // older kernels have no call for it: it then looks in /proc, or aborts
+    return ::sigprocmask(SIG_SETMASK, &none, nullptr) == 0;
 }
 
 void keepLittleMemory() {

@@ -19,7 +19,8 @@ inline constexpr std::chrono::seconds longestDecoding{10};
 inline constexpr std::int64_t decoderMemory = std::int64_t{1024} * 1024 * 1024;
 
 // The signals that end it do so, whatever the program that started it made of them; and it has no descriptors
-// but the socket and the two outputs. For the start of main(). False: it may have others.
+// but the socket and the two outputs. For the start of main(). False: some signals may still be handled,
+// ignored or blocked.
 [[nodiscard]] bool dropInheritance();
 
 // Has what was used for one picture go back to the system before the next.
