@@ -335,6 +335,13 @@ int main(int argc, char* argv[]) {
     // Without a compositor a panel beneath the launcher is not seen.
     QObject::connect(&delegate.model(), &LauncherModel::presentedChanged, &statusItem,
                      &TrayStatusItem::lookSoon);
+    // Icons that no process could be had for are asked for again when the launcher is hidden, and when it is
+    // shown.
+    QObject::connect(&delegate.model(), &LauncherModel::presentedChanged, &delegate.model(), [&icons] {
+        if (icons.takeUnavailable()) {
+            IconCache::shared().retryMissing();
+        }
+    });
     const desktop::TerminationSignals signals([] { QCoreApplication::quit(); });
     if (delegate.firstPageIsReady()) {
         queue.hold();

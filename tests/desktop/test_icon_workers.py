@@ -218,6 +218,26 @@ class Elsewhere(Icons):
         self.expect_decoded(0)
         self.end_launcher(launcher)
 
+    def test_icons_come_with_a_later_showing_once_its_worker_is_back(self):
+        worker = self.copy()
+        away = worker.rename(worker.with_suffix(".away"))
+        launcher = self.begin_shown()
+        self.expect_idle(launcher)
+        self.assertEqual(len(self.wrong_on_page(0)), len(self.made))
+        away.rename(worker)
+        until(lambda: self.asks_when_shown_again(launcher), "a worker")
+        self.expect_decoded(0)
+        self.end_launcher(launcher)
+
+    def asks_when_shown_again(self, launcher):
+        """Whether a worker was started by then. It stays for some seconds."""
+        self.act("hide")
+        self.expect_hidden()
+        self.act("show")
+        self.window = self.session.window_of_class(WINDOW_CLASS)
+        self.expect_focus()
+        return workers_of(launcher)
+
     def test_with_a_worker_that_does_not_work_it_shows_stand_ins_and_rests(self):
         worker = self.copy()
         for what in ("exit 0", "exit 1", "exec cat", "kill -SEGV $$", "exec sleep 1000"):

@@ -335,3 +335,26 @@ TEST_F(UndecodableIconsTest, AnIconWhoseProcessSomebodyElseKilledIsTriedAgain) {
     EXPECT_EQ(colour(imageByStandIn(entry)), none);
     EXPECT_GT(starts(), tries);
 }
+
+TEST_F(LinuxApplicationIconsTest, ThatNoProcessCouldBeHadForAnIconIsToldOnce) {
+    files_.write("icons/test/48/apps/x.png", png(48, 48, QColor(255, 0, 0)));
+    const auto entry = writeEntry("x");
+    IconWorkers missing({.program = {.paths = {files_.at("missing").string()}, .environment = {}}});
+    LinuxApplicationIcons icons(settings(), missing);
+    EXPECT_FALSE(icons.takeUnavailable());
+    EXPECT_TRUE(icons.image(entry, 48).isNull());
+    EXPECT_TRUE(icons.takeUnavailable());
+    EXPECT_FALSE(icons.takeUnavailable());
+    EXPECT_TRUE(icons.standIn(48).isNull());
+    EXPECT_FALSE(icons.takeUnavailable()) << "there is no such file";
+}
+
+TEST_F(UndecodableIconsTest, AnIconThatHasNoPictureIsNotOneThatNoProcessCouldBeHadFor) {
+    files_.write("icons/test/48/apps/none.png", "none");
+    files_.write("icons/test/48/apps/x.png", "signal 11");
+    LinuxApplicationIcons icons(settings(), standIns_);
+    for (const char* const name : {"none", "x", "missing"}) {
+        EXPECT_TRUE(icons.image(writeEntry(name), 48).isNull());
+    }
+    EXPECT_FALSE(icons.takeUnavailable());
+}

@@ -54,6 +54,10 @@ void LinuxApplicationIcons::rest() {
     workers_.rest();
 }
 
+bool LinuxApplicationIcons::takeUnavailable() {
+    return wasUnavailable_.exchange(false);
+}
+
 QImage LinuxApplicationIcons::entryImage(const QString& path, int edge) const {
     const auto entry = readDesktopEntry(path, locale_);
     return entry ? namedImage(entry->icon, edge) : QImage();
@@ -92,7 +96,7 @@ QImage LinuxApplicationIcons::fileImage(const QString& path, int edge) const {
         return {};
     }
     const auto file = openForReading(AT_FDCWD, name.constData());
-    // Of the very file that is read, so that none is blamed for what another was.
+    // Of the very file that is read: another may have its path by now.
     const auto state = file.isOpen() ? fileState(file, name.toStdString()) : std::nullopt;
     if (!state || undecodable_.contains(*state)) {
         return {};
@@ -105,6 +109,8 @@ QImage LinuxApplicationIcons::fileImage(const QString& path, int edge) const {
     auto decoded = workers_.decode(std::as_bytes(std::span(content->begin(), content->end())), edge);
     if (decoded.kind == DecodedFile::Kind::Undecodable) {
         undecodable_.add(*state);
+    } else if (decoded.kind == DecodedFile::Kind::Unavailable) {
+        wasUnavailable_ = true;
     }
     return std::move(decoded.image);
 }

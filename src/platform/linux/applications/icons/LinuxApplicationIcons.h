@@ -6,6 +6,7 @@
 #include "platform/linux/applications/icons/UndecodableFiles.h"
 
 #include <QStringList>
+#include <atomic>
 
 namespace amberquill::desktop {
 
@@ -33,6 +34,10 @@ public:
     void forget() override;
     void rest() override;
 
+    // Whether a file could not be decoded because no process could be had for it, since this was last asked.
+    // Its application may be without a picture only because of that, so that it is worth asking again.
+    [[nodiscard]] bool takeUnavailable();
+
 private:
     [[nodiscard]] QImage entryImage(const QString& path, int edge) const;
     [[nodiscard]] QImage namedImage(const QString& icon, int edge) const;
@@ -43,6 +48,7 @@ private:
     IconLookup lookup_;
     IconWorkers& workers_;
     mutable UndecodableFiles undecodable_;
+    mutable std::atomic<bool> wasUnavailable_ = false;
 };
 
 } // namespace amberquill::desktop
