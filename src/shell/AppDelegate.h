@@ -1,5 +1,5 @@
-// shell/: builds the house. `main` makes the desktop's answers, the delegate the objects that live as long as
-// the process.
+// shell/: makes the objects and connects them. `main` makes the desktop's answers, the delegate the objects
+// that live as long as the process.
 #pragma once
 
 #include "model/LauncherModel.h"

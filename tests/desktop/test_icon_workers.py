@@ -89,7 +89,7 @@ class Workers(Icons):
         self.assertEqual(self.undecodable(), "")
         self.end_launcher(launcher)
 
-    def test_stopped_they_are_replaced_and_no_file_is_to_blame(self):
+    def test_stopped_they_are_replaced_and_no_file_is_undecodable(self):
         self.add_drawings(SLOTS)
         launcher = self.begin_launcher()
         for pid in until(lambda: workers_of(launcher), "a worker"):

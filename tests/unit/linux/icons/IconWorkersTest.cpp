@@ -94,7 +94,7 @@ TEST_F(IconWorkersTest, APictureComesInTheSizeAskedForAndTheNextFromTheSameProce
     EXPECT_EQ(starts(), 1);
 }
 
-TEST_F(IconWorkersTest, WhatIsNoIconIsNoneAndNobodyIsToBlame) {
+TEST_F(IconWorkersTest, WhatIsNoIconGivesNoPictureAndEndsNoProcess) {
     IconWorkers workers(settings_);
     EXPECT_EQ(outcome(workers, "none"), Kind::NoPicture);
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
@@ -157,7 +157,7 @@ TEST_F(IconWorkersTest, ThereIsOneProcessWithFontsAtMost) {
     EXPECT_EQ(startsWithFonts(), 1);
 }
 
-TEST_F(IconWorkersTest, AFileThatEndsTwoProcessesIsToBlame) {
+TEST_F(IconWorkersTest, AFileThatEndsTwoProcessesIsUndecodable) {
     IconWorkers workers(settings_);
     for (const int signal :
          {SIGSEGV, SIGABRT, SIGBUS, SIGILL, SIGFPE, SIGTRAP, SIGSYS, SIGXCPU, SIGALRM, SIGPIPE}) {
@@ -179,7 +179,7 @@ TEST_F(IconWorkersTest, TheSecondTryIsWithAProcessThatHasDecodedNothing) {
     EXPECT_EQ(starts(), 3);
 }
 
-TEST_F(IconWorkersTest, AFileAfterWhichAProcessMakesNoSenseIsToBlame) {
+TEST_F(IconWorkersTest, AFileAfterWhichTwoProcessesAnswerNonsenseIsUndecodable) {
     IconWorkers workers(settings_);
     for (const char* const file : {"garbage", "short", "long", "descriptor", "smaller", "ready", "fonts"}) {
         EXPECT_EQ(outcome(workers, file), Kind::Undecodable) << file;
@@ -187,19 +187,19 @@ TEST_F(IconWorkersTest, AFileAfterWhichAProcessMakesNoSenseIsToBlame) {
     }
 }
 
-TEST_F(IconWorkersTest, AFileAfterWhichAProcessLivesOnWithoutItsSocketIsToBlame) {
+TEST_F(IconWorkersTest, AFileAfterWhichTwoProcessesLiveOnWithoutTheirSocketIsUndecodable) {
     settings_.limits.end = milliseconds(20);
     IconWorkers workers(settings_);
     EXPECT_EQ(outcome(workers, "close"), Kind::Undecodable);
 }
 
-TEST_F(IconWorkersTest, AFileThatAnotherProcessDecodesIsNotToBlame) {
+TEST_F(IconWorkersTest, AFileThatEndsOneProcessAndIsDecodedByTheNextHasItsPicture) {
     IconWorkers workers(settings_);
     EXPECT_EQ(outcome(workers, "crashes 1"), Kind::Picture);
     EXPECT_EQ(starts(), 2);
 }
 
-TEST_F(IconWorkersTest, AProcessThatSomebodyElseKillsIsNoFaultOfTheFile) {
+TEST_F(IconWorkersTest, AFileWhoseProcessSomebodyElseKillsIsNotUndecodable) {
     IconWorkers workers(settings_);
     EXPECT_EQ(outcome(workers, "killed 9"), Kind::Picture);
     for (const int signal : {SIGKILL, SIGTERM, SIGINT, SIGHUP}) {
@@ -208,14 +208,14 @@ TEST_F(IconWorkersTest, AProcessThatSomebodyElseKillsIsNoFaultOfTheFile) {
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
 }
 
-TEST_F(IconWorkersTest, AProcessThatIsKilledBeforeItIsReadyIsNoFaultOfTheFile) {
+TEST_F(IconWorkersTest, AProcessThatIsKilledBeforeItIsReadyIsReplaced) {
     startBy("first killed");
     IconWorkers workers(settings_);
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
     EXPECT_EQ(starts(), 2);
 }
 
-TEST_F(IconWorkersTest, AProcessThatIsKilledWhenItIsReadyIsNoFaultOfTheProgram) {
+TEST_F(IconWorkersTest, AProgramWhoseProcessesAreKilledOnceTheyAreReadyIsStartedAgainAtOnce) {
     startBy("thrice");
     IconWorkers workers(settings_);
     workers.prepare();
@@ -224,7 +224,7 @@ TEST_F(IconWorkersTest, AProcessThatIsKilledWhenItIsReadyIsNoFaultOfTheProgram) 
     EXPECT_EQ(starts(), 4);
 }
 
-TEST_F(IconWorkersTest, AFileThatKeepsAProcessWorkingForTooLongIsToBlame) {
+TEST_F(IconWorkersTest, AFileThatKeepsAProcessWorkingForTooLongIsUndecodable) {
     settings_.limits.picture = milliseconds(20);
     std::atomic<int> asked = 0;
     settings_.processorTime = [&](pid_t /*process*/) { return milliseconds(asked++ * 10); };
@@ -233,7 +233,7 @@ TEST_F(IconWorkersTest, AFileThatKeepsAProcessWorkingForTooLongIsToBlame) {
     EXPECT_EQ(starts(), 1);
 }
 
-TEST_F(IconWorkersTest, AProcessThatHadNoProcessorTimeIsNoFaultOfTheFile) {
+TEST_F(IconWorkersTest, AFileWhoseProcessHadNoProcessorTimeIsNotUndecodable) {
     settings_.limits.picture = milliseconds(20);
     std::atomic<int> asked = 0;
     settings_.processorTime = [&](pid_t /*process*/) { return milliseconds(asked++ * 9); };

@@ -2,7 +2,6 @@
 
 #include "platform/linux/files/FileDescriptor.h"
 
-#include <compare>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -15,8 +14,7 @@ struct FileState {
     std::int64_t modified = 0; // nanoseconds since 1970
     std::int64_t size = 0;     // bytes
 
-    // NOLINTNEXTLINE(modernize-use-nullptr): the check takes what the compiler makes here for a null pointer
-    auto operator<=>(const FileState&) const = default;
+    bool operator==(const FileState&) const = default;
 };
 
 // Of the file that is open there. None: it is not a regular file.

@@ -11,8 +11,7 @@ namespace amberquill::desktop {
 // sharpest comes first, but for 2:
 //   1. drawn for exactly this size,
 //   2. the next larger picture, then ever larger ones (measured on 34 programs that have both: shrunk, it is
-//   91
-//      to 97 % as sharp as the drawing, and takes a tenth of the time),
+//      91 to 97 % as sharp as the drawing, and takes a tenth of the time),
 //   3. a drawing meant for this size among others, the one drawn for the nearest size first,
 //   4. the drawing made for the next larger size, then for ever larger ones,
 //   5. a drawing made for smaller sizes, the largest first (themes draw small ones simpler),

@@ -17,11 +17,11 @@ namespace {
 
 Q_LOGGING_CATEGORY(iconLog, "amberquill.icons", QtCriticalMsg)
 
-// How often one file is tried, after what is not its fault.
+// How often one file is tried where that it failed says nothing about the file.
 constexpr int mostStarved = 5;
 constexpr int mostKilled = 10;
 constexpr int mostStarts = 30; // that come to nothing
-// How often a process dies of a file before that is the file's fault.
+// How many processes a file ends before it is undecodable.
 constexpr int mostFailed = 2;
 // How often in a row a process is not ready before it is given a pause.
 constexpr int mostFailedStarts = 3;

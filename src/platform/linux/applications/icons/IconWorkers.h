@@ -25,8 +25,8 @@ struct DecodedFile {
 
 // The processes that decode icons: two at most, started when there is something to decode. One of the two may
 // be one that reads fonts, for drawings with text in them. Safe on any thread; those who ask wait until a
-// process is free and has answered. A process that dies takes nothing with it: the file is tried again with
-// another, and is to blame when that one dies of it as well, or when it keeps a process working for too long.
+// process is free and has answered. When a process ends during a file, the file is tried again with another.
+// It is undecodable when that one ends as well, or when it keeps a process working for too long.
 class IconWorkers {
 public:
     static constexpr int most = 2;

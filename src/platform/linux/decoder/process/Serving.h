@@ -10,7 +10,7 @@ namespace amberquill::desktop {
 // Makes a picture of a file's bytes, as decodedIcon() does.
 using Decoding = std::function<DecodedIcon(const QByteArray& bytes, int edge)>;
 
-// Of processor time: that the machine is busy is no picture's fault.
+// Of processor time: a busy machine makes no picture too slow.
 struct ServingLimits {
     std::chrono::nanoseconds endurance; // an answer given later than this is the last
     std::chrono::seconds longest;       // for one picture; then the process ends (SIGPROF)
