@@ -51,6 +51,7 @@
 #include <QStyleHints>
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <future>
@@ -157,6 +158,9 @@ int main(int argc, char* argv[]) {
     desktop::doNotLaunchSessionBus(environment);
     desktop::avoidInputMethodWithoutSeat(environment);
     desktop::keepHeapSmall();
+    // Where the one who started us ignores it, the system forgets how our child processes end, and another
+    // process may have such a one's number.
+    std::signal(SIGCHLD, SIG_DFL);
 
     // Whether the program runs already is asked while it starts. If so, that one shows itself, and this
     // process ends at once: nothing in it has been on the screen or written to a file.

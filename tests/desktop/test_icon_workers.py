@@ -142,6 +142,13 @@ class Workers(Icons):
         lines = Path(f"/proc/{pid}/limits").read_text(encoding="utf-8").splitlines()
         return {line[:25].strip(): line[25:].strip() for line in lines}
 
+    def test_how_they_end_is_known_though_who_started_the_launcher_ignores_its_children(self):
+        self.add_good()
+        launcher = self.session.start("env", "--ignore-signal=CHLD", self.program)
+        self.session.window_of_class(WINDOW_CLASS)
+        self.assertFalse(int(status(launcher.pid)["SigIgn"], 16) & 1 << (signal.SIGCHLD - 1))
+        self.end_launcher(launcher)
+
     def test_they_end_with_the_launcher_that_has_just_come_up(self):
         self.add_slow(8)
         launcher = self.begin_launcher()
