@@ -160,7 +160,7 @@ int main(int argc, char* argv[]) {
     desktop::keepHeapSmall();
     // Where the one who started us ignores it, the system forgets how our child processes end, and another
     // process may have such a one's number.
-    std::signal(SIGCHLD, SIG_DFL);
+    static_cast<void>(std::signal(SIGCHLD, SIG_DFL));
 
     // Whether the program runs already is asked while it starts. If so, that one shows itself, and this
     // process ends at once: nothing in it has been on the screen or written to a file.
@@ -301,7 +301,7 @@ int main(int argc, char* argv[]) {
                                   [paths = writtenFiles, &files] { removeLeftovers(files, paths); }, [] {});
                               queue.postAfter(settledAfter, [&] {
                                   desktop::trimHeap();
-                                  // What was started early and nobody has asked for anything.
+                                  // Processes that were started early, where no icon was asked for.
                                   queue.runInBackground([&] { icons.rest(); }, [] {}, Lane::Icons);
                               });
                           },
