@@ -1,7 +1,7 @@
 // icons/: finds the pictures of applications and has them drawn. A name becomes a file by the rules of the
 // freedesktop icon theme standard (IconLookup), a file becomes pixels in a process of its own (IconWorkers),
-// and what did not let that go on is not tried again (UndecodableFiles). All of it works on any thread and
-// trusts no file.
+// and a file that ends that process or keeps it busy is not tried again (UndecodableFiles). All of it works
+// on any thread and trusts no file.
 #pragma once
 
 #include <optional>

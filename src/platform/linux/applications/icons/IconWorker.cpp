@@ -136,7 +136,7 @@ IconWorker::Word IconWorker::receive() {
     std::array<std::byte, answerSize> buffer = {};
     const auto message = receiveMessage(socket_.get(), buffer);
     if (!message) {
-        // What does not end by itself now has not been ended by anybody.
+        // A process that is still there has not been killed by anybody.
         const auto end = process_->endBy(Clock::now() + limits_.end).value_or(WorkerProcess::End::Own);
         return {std::nullopt, end == WorkerProcess::End::Foreign};
     }

@@ -55,8 +55,8 @@ public:
     // Whether it has not said anything yet. Asked while it does not decode.
     [[nodiscard]] bool isStarting() const;
 
-    // Makes a picture of the file's bytes, which are in sealed memory, and waits for it. The picture is
-    // premultiplied in truth, and this process's own: nobody else can write to it.
+    // Makes a picture of the file's bytes, which are in sealed memory, and waits for it. No colour of the
+    // picture exceeds its alpha, and no other process can write to it.
     [[nodiscard]] DecodingAttempt decode(const FileDescriptor& file, const DecodingRequest& request);
 
     // Kills it. Whoever waits for it does so no longer.

@@ -136,7 +136,7 @@ void IconWorkers::end() {
 
 // Null: there is no process to be had.
 IconWorkers::Place* IconWorkers::take(const Need& need) {
-    // While one starts, another may become free. Nothing tells both.
+    // While one starts, another may become free. No call waits for both.
     constexpr std::chrono::milliseconds look{1};
     std::unique_lock lock(mutex_);
     while (!hasEnded_) {

@@ -48,7 +48,7 @@ public:
     void kill();
 
     // Waits no longer than that for its end. None: it has not ended by itself, and was killed now. On kernels
-    // without process descriptors it is killed at once, and what that did not come before is Foreign.
+    // without process descriptors it is killed at once, and its end is Foreign unless it had ended before.
     [[nodiscard]] std::optional<End> endBy(Clock::time_point deadline);
 
 private:

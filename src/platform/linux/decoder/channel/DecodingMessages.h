@@ -24,7 +24,7 @@ enum class DecoderExit {
     Done,             // the other end is gone, or its last answer was given
     ByHand,           // it was not started by the launcher
     NotConfined,      // what decodes cannot be shut in on this system: nothing was decoded
-    SenselessRequest, // it was asked what cannot be answered
+    SenselessRequest, // it got a request that the launcher does not make
 };
 
 // A request brings two descriptors: shared memory with the file's bytes, sealed against every change, and

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int sizeSeals = F_SEAL_SHRINK | F_SEAL_GROW;
 
-// Of newer kernels. Some systems give no other memory.
+// Newer kernels know it. Some systems refuse memory without it.
 #ifndef MFD_NOEXEC_SEAL
 #define MFD_NOEXEC_SEAL 0x0008U
 #endif
@@ -72,7 +72,8 @@ std::optional<MappedMemory> MappedMemory::map(const FileDescriptor& memory, std:
     if (bytes == 0) {
         return MappedMemory({});
     }
-    // What is sealed against writing cannot be mapped shared for it, and for reading only by newer kernels.
+    // Memory that is sealed against writing cannot be mapped shared for writing. Older kernels do not map it
+    // shared for reading either.
     const bool isWritable = access == Access::ReadAndWrite;
     void* const start = ::mmap(nullptr, bytes, isWritable ? PROT_READ | PROT_WRITE : PROT_READ,
                                isWritable ? MAP_SHARED : MAP_PRIVATE, memory.get(), 0);

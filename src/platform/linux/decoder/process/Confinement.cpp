@@ -11,7 +11,7 @@ namespace amberquill::desktop {
 
 namespace {
 
-constexpr rlim_t mostOpenFiles = 16; // of them, it opens fonts
+constexpr rlim_t mostOpenFiles = 16; // where it may read fonts, it opens files
 // Of processor time, in seconds.
 constexpr rlim_t mostProcessorSeconds = (decoderEndurance + longestDecoding).count();
 
@@ -68,7 +68,8 @@ void keepLittleMemory() {
 }
 
 bool confine(FileReading reading) {
-    // Others of the user may look at it: it knows nothing that they do not, and so the launcher can.
+    // The user's other programs may look into it through /proc: it holds nothing that they cannot read
+    // anyway.
     return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && limitResources() && restrictSystemCalls(reading);
 }
 

@@ -81,7 +81,7 @@ private:
 
 void allowMemory(Rules& rules) {
     rules.allow({SCMP_SYS(brk), SCMP_SYS(madvise), SCMP_SYS(mremap), SCMP_SYS(munmap)});
-    // Memory that is run as a program is there already.
+    // All code has been loaded by now.
     rules.allow(SCMP_SYS(mmap), {lacks(2, PROT_EXEC)});
     rules.allow(SCMP_SYS(mprotect), {lacks(2, PROT_EXEC)});
 }
@@ -131,7 +131,7 @@ void allowMessages(Rules& rules) {
     }
 }
 
-// Fontconfig would like to write a cache, and what librsvg aborts with names the folder it runs in.
+// Fontconfig tries to write a cache, and the message with which librsvg aborts names the working directory.
 void failOthers(Rules& rules) {
     rules.fail(EACCES, {SCMP_SYS(chmod), SCMP_SYS(getcwd), SCMP_SYS(link), SCMP_SYS(linkat), SCMP_SYS(mkdir),
                         SCMP_SYS(mkdirat), SCMP_SYS(rename), SCMP_SYS(renameat), SCMP_SYS(renameat2),
@@ -175,7 +175,7 @@ bool restrictSystemCalls(FileReading reading) {
     if (!filter) {
         return false;
     }
-    // Calls as other processors make them end the process too, and all threads are in.
+    // Calls of other architectures end the process too. The rules hold for all threads.
     if (seccomp_attr_set(filter.get(), SCMP_FLTATR_ACT_BADARCH, SCMP_ACT_KILL_PROCESS) != 0 ||
         seccomp_attr_set(filter.get(), SCMP_FLTATR_CTL_TSYNC, 1) != 0) {
         return false;

@@ -25,8 +25,8 @@ bool isMessageSocket(int descriptor) {
     return ::getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &size) == 0 && type == SOCK_SEQPACKET;
 }
 
-// Two such processes are what the launcher has the processors do: libraries get no more of them. Qt's threads
-// need no descriptors of GLib's, one of which would stay.
+// The launcher runs two such processes, so libraries start as few threads as they can. Qt's threads do
+// without GLib, of whose descriptors one would stay open.
 void limitThreads() {
     ::setenv("RAYON_NUM_THREADS", "1", 1);
     ::setenv("QT_NO_GLIB", "1", 1);
@@ -37,10 +37,10 @@ int statusOf(DecoderExit exit) {
     return static_cast<int>(exit);
 }
 
-// Leaves the process the files that drawing text takes. False: on this system it can only be left none or
-// all.
+// Lets the process read the files that drawing text takes, and no others. False: this system cannot allow
+// some files only.
 bool keepFontFiles() {
-    // What Pango starts threads for comes after, so that they are kept from all other files too.
+    // Before Pango starts threads, so that the same holds for them.
     if (!restrictFiles(fontPaths())) {
         return false;
     }
