@@ -20,9 +20,14 @@ TEST(InstalledWorker, ItIsNotLookedForInTheWorkingDirectory) {
     EXPECT_TRUE(installedWorker({}, environmentOf({})).paths.empty());
 }
 
-TEST(InstalledWorker, ItIsToldOfFontsAndLanguageAndNothingElse) {
+TEST(InstalledWorker, ItIsToldOfFontsLanguageAndLibrariesAndNothingElse) {
     const auto program = installedWorker(
-        u"/usr/bin/amberquill"_s,
-        environmentOf({{"HOME", "/home/user"}, {"LANG", "de_DE.UTF-8"}, {"SECRET", "x"}, {"DISPLAY", ":0"}}));
-    EXPECT_EQ(program.environment, (std::vector<std::string>{"HOME=/home/user", "LANG=de_DE.UTF-8"}));
+        u"/usr/bin/amberquill"_s, environmentOf({{"HOME", "/home/user"},
+                                                 {"LANG", "de_DE.UTF-8"},
+                                                 {"GDK_PIXBUF_MODULE_FILE", "/mnt/image/loaders.cache"},
+                                                 {"SECRET", "x"},
+                                                 {"DISPLAY", ":0"}}));
+    EXPECT_EQ(program.environment,
+              (std::vector<std::string>{"HOME=/home/user", "LANG=de_DE.UTF-8",
+                                        "GDK_PIXBUF_MODULE_FILE=/mnt/image/loaders.cache"}));
 }

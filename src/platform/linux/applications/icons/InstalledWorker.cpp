@@ -24,7 +24,8 @@ constexpr std::array workerVariables{
     "LANG",
     "LC_ALL",
     "LC_CTYPE",
-    // Libraries.
+    // Libraries, and what reads pictures in drawings.
+    "GDK_PIXBUF_MODULE_FILE",
     "LD_LIBRARY_PATH",
     "QT_PLUGIN_PATH",
 };
