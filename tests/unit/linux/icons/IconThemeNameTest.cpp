@@ -100,4 +100,8 @@ TEST_F(IconThemeNameTest, BrokenSettingsAreAsIfThereWereNone) {
     EXPECT_EQ(chosen("KDE"), u"breeze"_s);
     EXPECT_EQ(chosen("GNOME"), u"Adwaita"_s);
     EXPECT_EQ(chosen("XFCE"), u"hicolor"_s);
+    files_.write("config/xfce4/xfconf/xfce-perchannel-xml/xsettings.xml",
+                 "<!DOCTYPE channel [<!ENTITY n 'IconThemeName'>]><channel><property name='&n;' "
+                 "value='x'/></channel>");
+    EXPECT_EQ(chosen("XFCE"), u"hicolor"_s);
 }

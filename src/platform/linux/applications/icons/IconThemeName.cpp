@@ -1,14 +1,15 @@
 #include "platform/linux/applications/icons/IconThemeName.h"
 
 #include "platform/linux/applications/icons/IconThemeIndex.h"
-#include "platform/linux/applications/icons/MarkupScanner.h"
 #include "platform/linux/files/BaseFolders.h"
 #include "platform/linux/settings/DconfDatabase.h"
 #include "platform/linux/settings/DesktopSettings.h"
 #include "platform/linux/settings/SettingsFile.h"
 
+#include <QByteArrayView>
 #include <QIcon>
 #include <QStringList>
+#include <QXmlStreamReader>
 #include <array>
 #include <optional>
 #include <string_view>
@@ -20,18 +21,13 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // A theme's name, if that is what the text can be.
-QString themeName(std::string_view text) {
-    skipSpace(text);
-    while (!text.empty() && (text.back() == ' ' || text.back() == '\t' || text.back() == '\r')) {
-        text.remove_suffix(1);
-    }
+QString themeName(QByteArrayView text) {
+    text = text.trimmed();
     if (text.size() >= 2 && text.front() == '"' && text.back() == '"') {
-        text = text.substr(1, text.size() - 2);
+        text = text.sliced(1, text.size() - 2);
     }
-    if (!isIconThemeName(text)) {
-        return {};
-    }
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    return isIconThemeName({text.data(), static_cast<std::size_t>(text.size())}) ? QString::fromUtf8(text)
+                                                                                 : QString();
 }
 
 QString settingsName(const QString& path, std::string_view group, std::string_view key) {
@@ -49,16 +45,15 @@ QString dconfName(const QString& configuration, std::string_view key) {
 QString xfceName(const QString& configuration) {
     const auto content =
         settingsContent(pathBelow(configuration, u"xfce4/xfconf/xfce-perchannel-xml/xsettings.xml"));
-    MarkupScanner scanner(content ? std::string_view(*content) : std::string_view());
-    while (const auto piece = scanner.next()) {
-        std::string_view name;
-        std::string_view value;
-        for (const auto& attribute : piece->attributes) {
-            name = attribute.name == "name" ? attribute.value : name;
-            value = attribute.name == "value" ? attribute.value : value;
+    QXmlStreamReader reader(content ? QByteArrayView(*content).toByteArray() : QByteArray());
+    while (!reader.atEnd()) {
+        const auto token = reader.readNext();
+        if (token == QXmlStreamReader::DTD) {
+            break; // Xfce writes none
         }
-        if (name == "IconThemeName") {
-            return themeName(value);
+        const auto attributes = reader.attributes();
+        if (token == QXmlStreamReader::StartElement && attributes.value("name"_L1) == "IconThemeName"_L1) {
+            return themeName(attributes.value("value"_L1).toUtf8());
         }
     }
     return {};
