@@ -1,8 +1,12 @@
 #include "platform/linux/decoder/process/Confinement.h"
 
+#include "platform/linux/files/FileDescriptor.h"
+
 #include <algorithm>
 #include <csignal>
+#include <fcntl.h>
 #include <malloc.h>
+#include <string_view>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -56,6 +60,14 @@ bool dropInheritance() {
     ::sigemptyset(&none);
     ::closefrom(STDERR_FILENO + 1); // older kernels have no call for it: it then looks in /proc, or aborts
     return ::sigprocmask(SIG_SETMASK, &none, nullptr) == 0;
+}
+
+void offerMemoryFirst() {
+    const FileDescriptor score(::open("/proc/self/oom_score_adj", O_WRONLY | O_CLOEXEC));
+    constexpr std::string_view highest = "1000";
+    if (score.isOpen()) {
+        static_cast<void>(::write(score.get(), highest.data(), highest.size()));
+    }
 }
 
 void keepLittleMemory() {

@@ -23,6 +23,9 @@ inline constexpr std::int64_t decoderMemory = std::int64_t{1024} * 1024 * 1024;
 // ignored or blocked.
 [[nodiscard]] bool dropInheritance();
 
+// Has the kernel end this process rather than any other when memory runs short. It can be started again.
+void offerMemoryFirst();
+
 // Has what was used for one picture go back to the system before the next.
 void keepLittleMemory();
 

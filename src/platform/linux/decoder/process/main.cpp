@@ -60,6 +60,7 @@ int main(int argc, char** argv) {
     if (!dropInheritance()) {
         ::_exit(statusOf(DecoderExit::NotConfined));
     }
+    offerMemoryFirst();
     keepLittleMemory();
     limitThreads();
     prepareDecoders();

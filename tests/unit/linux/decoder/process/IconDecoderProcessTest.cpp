@@ -184,6 +184,14 @@ TEST(IconDecoderProcess, ItsLimitsAreTheLowestThatServe) {
 #endif
 }
 
+TEST(IconDecoderProcess, WhenMemoryRunsShortTheKernelEndsItFirst) {
+    StartedDecoder decoder;
+    ASSERT_TRUE(decoder.isReady());
+    QFile file(QStringLiteral("/proc/%1/oom_score_adj").arg(decoder.process()));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "1000\n");
+}
+
 TEST(IconDecoderProcess, ItEndsWithTheLauncher) {
     StartedDecoder decoder;
     ASSERT_TRUE(decoder.isReady());
