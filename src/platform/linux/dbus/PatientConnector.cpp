@@ -43,6 +43,10 @@ PatientConnector::~PatientConnector() {
 
 void PatientConnector::connect(Connected then) {
     std::thread([late = late_, address = address_, name = name_, then = std::move(then)]() mutable {
+        // One at a time, to the end of `bus`: Qt does not bear one thread letting go of a connection while
+        // another makes one of the same name.
+        static std::mutex turn;
+        const std::scoped_lock mine(turn);
         const QDBusConnection bus = connectTo(address, name);
         const std::scoped_lock lock(late->mutex);
         if (late->queue == nullptr) {
