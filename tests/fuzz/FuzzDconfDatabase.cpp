@@ -1,20 +1,10 @@
 // A dconf database of any bytes: looking a text up ends, and answers one of bearable length.
+#include "Require.h"
 #include "platform/linux/settings/DconfDatabase.h"
 
 #include <cstdint>
-#include <cstdlib>
 
 using namespace amberquill::desktop;
-
-namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);

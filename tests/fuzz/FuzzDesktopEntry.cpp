@@ -1,19 +1,13 @@
 // Desktop entries of any bytes: the reader ends, and what it answers keeps what its header promises.
+#include "Require.h"
 #include "platform/linux/applications/entries/DesktopEntry.h"
 #include "platform/linux/applications/entries/EntryTokens.h"
 
 #include <cstdint>
-#include <cstdlib>
 
 using namespace amberquill::desktop;
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 // A text that was read is text: it comes back from UTF-8 as it was, and a C string holds all of it.
 void requireText(const QString& text) {

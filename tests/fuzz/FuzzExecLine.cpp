@@ -1,19 +1,13 @@
 // `Exec` lines of any text: what is answered can be handed to a program, and says the same when it is quoted
 // and read again.
+#include "Require.h"
 #include "platform/linux/applications/launching/ExecLine.h"
 
 #include <cstdint>
-#include <cstdlib>
 
 using namespace amberquill::desktop;
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 // An argument as a careful author of an entry would write it.
 QString quoted(const QString& argument) {

@@ -1,22 +1,16 @@
 // Feeds of any bytes: each is refused, or items that keep what their header promises. What the reader takes
 // is read the same by another of its kind that goes about it otherwise: all of it at once, by its paths.
+#include "Require.h"
 #include "updates/Feed.h"
 #include "updates/FeedAddress.h"
 #include "updates/Version.h"
 
 #include <QXmlStreamReader>
 #include <cstdint>
-#include <cstdlib>
 
 using namespace amberquill;
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 void requirePlain(const QString& text, qsizetype limit, bool hasLines) {
     require(text.size() <= limit && text.isValidUtf16() && text == text.trimmed());

@@ -1,22 +1,12 @@
 // index.theme of any bytes: the reader ends, and what it answers keeps what its header promises.
+#include "Require.h"
 #include "platform/linux/applications/icons/IconOrder.h"
 #include "platform/linux/applications/icons/IconThemeIndex.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <set>
 
 using namespace amberquill::desktop;
-
-namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto index = parseIconThemeIndex({reinterpret_cast<const char*>(data), size});

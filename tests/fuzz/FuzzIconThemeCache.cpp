@@ -1,10 +1,10 @@
 // icon-theme.cache of any bytes: opening it and asking it end, and what it answers keeps what its header
 // promises.
+#include "Require.h"
 #include "platform/linux/applications/icons/IconThemeCache.h"
 
 #include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,12 +12,6 @@
 using namespace amberquill::desktop;
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 // A folder that holds the cache and is gone with the program.
 class CacheFolder {

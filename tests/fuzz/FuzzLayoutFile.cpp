@@ -1,23 +1,17 @@
 // Exchange files of any bytes: each is refused, or a layout that is written and read back unchanged. What the
 // reader takes for JSON, Qt's does too, but for its bounds: on nesting, and on numbers, where a value that
 // nobody reads may be larger than any that a machine counts with.
+#include "Require.h"
 #include "data/HomePaths.h"
 #include "data/LayoutFile.h"
 
 #include <QJsonDocument>
 #include <QRegularExpression>
 #include <cstdint>
-#include <cstdlib>
 
 using namespace amberquill;
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 const HomeFolders& homes() {
     static const HomeFolders theHomes{QStringLiteral("/home/me"), [](const QString& user) {

@@ -1,21 +1,11 @@
 // The list of files that cannot be decoded, with lines of any bytes: what is read of it is written and read
 // the same.
+#include "Require.h"
 #include "platform/linux/applications/icons/UndecodableList.h"
 
 #include <cstdint>
-#include <cstdlib>
 
 using namespace amberquill::desktop;
-
-namespace {
-
-void require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const QByteArrayView bytes(data, static_cast<qsizetype>(size));

@@ -112,11 +112,7 @@ void IconWorkers::rest() {
         if (!place.isTaken && place.worker != nullptr) {
             // It keeps its place until it is gone.
             place.isTaken = true;
-            auto worker = std::move(place.worker);
-            lock.unlock();
-            worker.reset();
-            lock.lock();
-            place.hasFonts = false;
+            clear(lock, place);
             place.isTaken = false;
         }
     }
@@ -234,14 +230,19 @@ bool IconWorkers::startIn(std::unique_lock<std::mutex>& lock, Place& place) {
     return true;
 }
 
+// The place is taken. Others go on while its process ends.
+void IconWorkers::clear(std::unique_lock<std::mutex>& lock, Place& place) {
+    auto worker = std::move(place.worker);
+    lock.unlock();
+    worker.reset();
+    lock.lock();
+    place.hasFonts = false;
+}
+
 void IconWorkers::giveBack(Place& place, bool isUsable) {
     std::unique_lock lock(mutex_);
     if (!isUsable) {
-        auto worker = std::move(place.worker);
-        lock.unlock();
-        worker.reset();
-        lock.lock();
-        place.hasFonts = false;
+        clear(lock, place);
     }
     place.isTaken = false;
     changed_.notify_all();

@@ -80,6 +80,7 @@ private:
     [[nodiscard]] Place* bestPlace(const Need& need);
     [[nodiscard]] bool isOneBusy() const;
     bool startIn(std::unique_lock<std::mutex>& lock, Place& place);
+    static void clear(std::unique_lock<std::mutex>& lock, Place& place);
     void giveBack(Place& place, bool isUsable);
     void noteStart(DecodingAttempt::Kind kind);
     void pause(const char* why);
