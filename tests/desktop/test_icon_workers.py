@@ -3,7 +3,6 @@
 import os
 import shutil
 import signal
-import subprocess
 import tempfile
 from pathlib import Path
 
@@ -170,10 +169,7 @@ class Elsewhere(Icons):
     @classmethod
     def setUpClass(cls):
         cls.mount = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
-        cmake = os.environ.get("AMBERQUILL_CMAKE", "cmake")
-        subprocess.run(
-            [cmake, "--install", cls.build, "--prefix", cls.mount / "usr"], check=True, capture_output=True
-        )
+        cls.install(cls.mount / "usr")
 
     def setUp(self):
         super().setUp()

@@ -4,7 +4,6 @@ import os
 import re
 import shutil
 import signal
-import subprocess
 import tempfile
 from pathlib import Path
 
@@ -20,8 +19,7 @@ class InstalledCase(OnX11):
     @classmethod
     def setUpClass(cls):
         cls.prefix = Path(cls.enterClassContext(tempfile.TemporaryDirectory())) / "a prefix"
-        cmake = os.environ.get("AMBERQUILL_CMAKE", "cmake")
-        subprocess.run([cmake, "--install", cls.build, "--prefix", cls.prefix], check=True, capture_output=True)
+        cls.install(cls.prefix)
 
     def setUp(self):
         self.begin_session(1280, 720)

@@ -2,7 +2,6 @@
 
 import json
 import os
-import subprocess
 import tempfile
 from pathlib import Path
 
@@ -20,10 +19,7 @@ class Updates(ReadAloud):
     def setUpClass(cls):
         # As an image is mounted.
         cls.mount = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
-        cmake = os.environ.get("AMBERQUILL_CMAKE", "cmake")
-        subprocess.run(
-            [cmake, "--install", cls.build, "--prefix", cls.mount / "usr"], check=True, capture_output=True
-        )
+        cls.install(cls.mount / "usr")
 
     def setUp(self):
         self.begin_session(1280, 720)

@@ -10,7 +10,7 @@ from harness.picture import Picture
 from harness.programs import Program
 from harness.session import Session
 from harness.waiting import until
-from harness.watching import FileWatch, PixelWatch
+from harness.watching import FileWatch, PixelWatch, Watch
 from harness.wayland import SwaySession, WestonSession
 from harness.weston_window import WestonInAWindowSession
 from harness.x11 import Geometry, X11Session
@@ -26,6 +26,7 @@ __all__ = [
     "Program",
     "Session",
     "SwaySession",
+    "Watch",
     "WestonInAWindowSession",
     "WestonSession",
     "X11Session",

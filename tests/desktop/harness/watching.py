@@ -13,17 +13,11 @@ IN_ACCESS, IN_OPEN = 0x1, 0x20
 _libc = ctypes.CDLL(None, use_errno=True)
 
 
-class PixelWatch:
-    """Looks at a few points of an X screen again and again, from the moment it is entered until it is left.
+class Watch:
+    """Looks at something again and again on a thread of its own, from the moment it is entered until it is left."""
 
-    That is far more often than pictures could be taken of it.
-    """
-
-    def __init__(self, display, points):
-        self._display = display
-        self._points = points
+    def __init__(self):
         self._stop = threading.Event()
-        self.seen = [[] for _ in points]  # for each point the colours in their order, without repetitions
 
     def __enter__(self):
         self._thread = threading.Thread(target=self._watch)
@@ -33,6 +27,20 @@ class PixelWatch:
     def __exit__(self, *_):
         self._stop.set()
         self._thread.join()
+
+    def _watch(self):
+        """Goes on until `_stop` is set."""
+        raise NotImplementedError
+
+
+class PixelWatch(Watch):
+    """Looks at a few points of an X screen, far more often than pictures could be taken of it."""
+
+    def __init__(self, display, points):
+        super().__init__()
+        self._display = display
+        self._points = points
+        self.seen = [[] for _ in points]  # for each point the colours in their order, without repetitions
 
     def _watch(self):
         with open_display(self._display) as (x11, connection):

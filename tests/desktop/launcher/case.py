@@ -1,6 +1,8 @@
 """The launcher in a session, and what is seen of it."""
 
 import json
+import os
+import subprocess
 
 from harness import DesktopTestCase, until
 from harness.picture import is_near
@@ -18,6 +20,11 @@ def is_shown(picture, grid, slot, colour):
 
 class LauncherTestCase(DesktopTestCase):
     """Sets `session` and `applications` in its setUp."""
+
+    @classmethod
+    def install(cls, prefix):
+        cmake = os.environ.get("AMBERQUILL_CMAKE", "cmake")
+        subprocess.run([cmake, "--install", cls.build, "--prefix", prefix], check=True, capture_output=True)
 
     def begin_launcher(self, **settings):
         """Starts it in the session's environment, with settings of its own."""

@@ -3,8 +3,9 @@
 import os
 import random
 import signal
-import threading
 from pathlib import Path
+
+from harness import Watch
 
 NAME = "amberquill-icons"
 NAME_SEEN = NAME[:15]  # what the kernel keeps of it
@@ -43,23 +44,14 @@ def is_running(pid):
     return bool(status(pid))
 
 
-class WorkersCounted:
-    """Looks how many workers there are, again and again, from the moment it is entered until it is left."""
+class WorkersCounted(Watch):
+    """Looks how many workers there are."""
 
     def __init__(self, launcher):
+        super().__init__()
         self._launcher = launcher
-        self._stop = threading.Event()
         self.seen = set()  # ids
         self.most = 0  # at once
-
-    def __enter__(self):
-        self._thread = threading.Thread(target=self._watch)
-        self._thread.start()
-        return self
-
-    def __exit__(self, *_):
-        self._stop.set()
-        self._thread.join()
 
     def _watch(self):
         while not self._stop.is_set():
