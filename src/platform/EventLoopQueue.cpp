@@ -88,15 +88,14 @@ void EventLoopQueue::customEvent(QEvent* event) {
     }
 }
 
-DelayedWork EventLoopQueue::postAfter(double seconds, Work work) {
-    auto cancelled = std::make_shared<bool>(false);
+void EventLoopQueue::wait(double seconds, Work work, std::shared_ptr<const bool> cancelled) {
     const auto delay = std::chrono::milliseconds(std::llround(std::max(seconds, 0.0) * slowdown_ * 1000.0));
-    QTimer::singleShot(delay, Qt::PreciseTimer, this, [work = std::move(work), cancelled] {
-        if (!*cancelled) {
-            work();
-        }
-    });
-    return DelayedWork(std::move(cancelled));
+    QTimer::singleShot(delay, Qt::PreciseTimer, this,
+                       [work = std::move(work), cancelled = std::move(cancelled)] {
+                           if (!*cancelled) {
+                               work();
+                           }
+                       });
 }
 
 void EventLoopQueue::runOneAtATime() {

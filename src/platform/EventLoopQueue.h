@@ -27,7 +27,6 @@ public:
     [[nodiscard]] double now() const override;
     [[nodiscard]] std::chrono::sys_seconds date() const override;
     void post(Work work) override;
-    DelayedWork postAfter(double seconds, Work work) override;
 
     // While a start is under way the processor is left to it: of each lane's background work one piece runs
     // at a time, of icons half as many as there are cores, and after `hold` none. `release` makes up for it:
@@ -48,6 +47,7 @@ protected:
     void customEvent(QEvent* event) override;
 
 private:
+    void wait(double seconds, Work work, std::shared_ptr<const bool> cancelled) override;
     void start(Lane lane, Work work, Work thenOnMain) override;
     void run(Lane lane, Work task);
     void passStuck();

@@ -3,6 +3,8 @@
 // they run.
 #pragma once
 
+#include "platform/Context.h"
+
 #include <chrono>
 #include <cstddef>
 #include <functional>
@@ -11,12 +13,24 @@
 
 namespace amberquill {
 
-// Work that waits on the main queue. Copies refer to the same work; letting go of it does not cancel it.
-class DelayedWork {
+// Work that waits on the main queue for its time. It does not run once this handle is gone, or has been given
+// other work. Main thread only.
+class [[nodiscard]] DelayedWork {
 public:
     DelayedWork() = default;
     explicit DelayedWork(std::shared_ptr<bool> cancelled)
         : cancelled_(std::move(cancelled)) {}
+    DelayedWork(const DelayedWork&) = delete;
+    DelayedWork& operator=(const DelayedWork&) = delete;
+    DelayedWork(DelayedWork&&) = default;
+    DelayedWork& operator=(DelayedWork&& other) noexcept {
+        if (this != &other) {
+            cancel();
+            cancelled_ = std::move(other.cancelled_);
+        }
+        return *this;
+    }
+    ~DelayedWork() { cancel(); }
 
     // The work will not run. Harmless when it has run already.
     void cancel() {
@@ -59,10 +73,27 @@ public:
     // Runs the work on the main thread after what is running now. May be called on any thread.
     virtual void post(Work work) = 0;
 
-    // Runs the work on the main thread once `seconds` have passed.
-    virtual DelayedWork postAfter(double seconds, Work work) = 0;
+    // The same, unless the context is gone by then.
+    template<typename Bound>
+    void then(const Context& context, Bound work) {
+        post(context.bind(std::move(work)));
+    }
+
+    // Runs the work on the main thread once `seconds` have passed, unless the handle is gone by then.
+    [[nodiscard]] DelayedWork postAfter(double seconds, Work work) {
+        auto cancelled = std::make_shared<bool>(false);
+        wait(seconds, std::move(work), cancelled);
+        return DelayedWork(std::move(cancelled));
+    }
+
+    // The same for work that nothing cancels but the end of its context.
+    template<typename Bound>
+    void thenAfter(const Context& context, double seconds, Bound work) {
+        wait(seconds, context.bind(std::move(work)), std::make_shared<bool>(false));
+    }
 
     // Runs `work` away from the main thread, then `thenOnMain` on it. `work` gets values and shares nothing.
+    // What `thenOnMain` uses outlives the queue, or it is bound to a context.
     void runInBackground(Work work, Work thenOnMain, Lane lane = Lane::General) {
         start(lane, std::move(work), std::move(thenOnMain));
     }
@@ -76,7 +107,20 @@ public:
                         [then = std::move(then), value]() mutable { then(std::move(*value)); }, lane);
     }
 
+    // The same for work that answers with a value: `then(value)` runs on the main thread, unless the context
+    // is gone by then.
+    template<typename Task, typename Then>
+    void compute(const Context& context, Task task, Then then, Lane lane = Lane::General) {
+        using Value = decltype(task());
+        auto value = std::make_shared<Value>();
+        runInBackground([task = std::move(task), value]() mutable { *value = task(); },
+                        context.bind([then = std::move(then), value]() mutable { then(std::move(*value)); }),
+                        lane);
+    }
+
 private:
+    // `cancelled` is looked at when the time has come.
+    virtual void wait(double seconds, Work work, std::shared_ptr<const bool> cancelled) = 0;
     virtual void start(Lane lane, Work work, Work thenOnMain) = 0;
 };
 

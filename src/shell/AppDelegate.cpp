@@ -200,14 +200,12 @@ void AppDelegate::finishStart() {
     visibility_.updateStatusItem();
     services_.motion.follow(
         [&motion = services_.motion] { Timeline::shared().setReduced(motion.isReduced()); });
-    services_.queue.postAfter(settledAfter, [self = QPointer(this)] {
-        if (self != nullptr) {
-            const QIcon icon = applicationIcon();
-            QGuiApplication::setWindowIcon(icon);
-            self->controller_->window().setIcon(icon);
-            IconCache::shared().refreshRemembered();
-            self->icons_.start();
-        }
+    services_.queue.thenAfter(context_, settledAfter, [this] {
+        const QIcon icon = applicationIcon();
+        QGuiApplication::setWindowIcon(icon);
+        controller_->window().setIcon(icon);
+        IconCache::shared().refreshRemembered();
+        icons_.start();
     });
 }
 

@@ -157,6 +157,7 @@ private:
     bool awaitsFocus_ = false; // the window system was asked for it and has not given it yet
     bool mayReturn_ = false;   // lost with a window of ours that closed, and nobody has it
     bool startsHidden_ = false;
+    Context context_;
 };
 
 } // namespace amberquill

@@ -5,7 +5,6 @@
 
 #include <QEvent>
 #include <QGuiApplication>
-#include <QPointer>
 #include <QWindow>
 #include <utility>
 
@@ -42,11 +41,7 @@ bool FocusKeeper::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void FocusKeeper::lookLater() {
-    queue_.postAfter(pause, [self = QPointer(this)] {
-        if (self != nullptr) {
-            self->look();
-        }
-    });
+    nextLook_ = queue_.postAfter(pause, [this] { look(); });
 }
 
 void FocusKeeper::look() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/MainQueue.h"
+
 #include <QObject>
 #include <functional>
 
@@ -7,7 +9,6 @@ class QWindow;
 
 namespace amberquill {
 
-class MainQueue;
 class WindowSystem;
 
 // Where several windows of one program close at a time, some window managers give the focus to one of them
@@ -37,6 +38,7 @@ private:
     WindowSystem& windows_;
     MainQueue& queue_;
     Actions actions_;
+    DelayedWork nextLook_;
     int looksLeft_ = 0; // 0: no window of ours has just closed
 };
 

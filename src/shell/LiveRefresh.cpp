@@ -30,11 +30,7 @@ void LiveRefresh::refresh() {
     changedDuringScan_ = services_.model.isScanning();
     services_.model.refreshApps();
     for (const double seconds : iconRetries) {
-        services_.queue.postAfter(seconds, [self = QPointer(this)] {
-            if (self != nullptr) {
-                self->services_.retryIcons();
-            }
-        });
+        services_.queue.thenAfter(context_, seconds, [this] { services_.retryIcons(); });
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/LauncherModel.h"
+#include "platform/Context.h"
 
 #include <QObject>
 #include <QStringList>
@@ -40,6 +41,7 @@ public:
 private:
     Services services_;
     bool changedDuringScan_ = false;
+    Context context_;
 };
 
 } // namespace amberquill

@@ -52,11 +52,7 @@ void VisibilityController::setShowsInDock(bool on) {
     services_.preferences.setBoolean(dockKey, on);
     services_.windows.setListedInTaskBars(on);
     if (wasShown) {
-        services_.queue.postAfter(settling, [self = QPointer(this)] {
-            if (self != nullptr) {
-                self->showLauncher();
-            }
-        });
+        services_.queue.thenAfter(context_, settling, [this] { showLauncher(); });
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Context.h"
+
 #include <QObject>
 #include <functional>
 
@@ -56,6 +58,7 @@ public:
 
 private:
     Services services_;
+    Context context_;
 };
 
 } // namespace amberquill

@@ -281,6 +281,7 @@ int main(int argc, char* argv[]) {
     auto shortcut = desktop::makeGlobalShortcut(
         queue, [&](desktop::PatientConnector::Connected then) { shortcutsBus.connect(std::move(then)); });
     GlobalShortcut& shortcuts = *shortcut;
+    const Context running;
     AppDelegate delegate({queue,
                           files,
                           preferences,
@@ -299,7 +300,7 @@ int main(int argc, char* argv[]) {
                               opener.prepare();
                               queue.runInBackground(
                                   [paths = writtenFiles, &files] { removeLeftovers(files, paths); }, [] {});
-                              queue.postAfter(settledAfter, [&] {
+                              queue.thenAfter(running, settledAfter, [&] {
                                   desktop::trimHeap();
                                   // Processes that were started early, where no icon was asked for.
                                   queue.runInBackground([&] { icons.rest(); }, [] {}, Lane::Icons);
@@ -349,7 +350,7 @@ int main(int argc, char* argv[]) {
     const desktop::TerminationSignals signals([] { QCoreApplication::quit(); });
     if (delegate.firstPageIsReady()) {
         queue.hold();
-        queue.postAfter(longestHold, [&queue] { queue.release(); });
+        queue.thenAfter(running, longestHold, [&queue] { queue.release(); });
     }
     if (wish.request.kind == desktop::ApplicationRequest::Kind::Hide) {
         delegate.hideLauncher();

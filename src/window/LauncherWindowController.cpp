@@ -63,7 +63,7 @@ void LauncherWindowController::show() {
     }
     const bool wasShown = std::exchange(isShown_, true);
     if (!wasShown) {
-        ++showings_;
+        showing_.reset();
         opening_.reset();
         services_.model.willShow();
         fade_.jumpTo(0);
@@ -131,11 +131,7 @@ void LauncherWindowController::hide(const std::optional<QString>& thenOpen) {
     closeMenus();
     withAnimation(motion::hide, [this] { services_.model.setPresented(false); });
     withAnimation(motion::windowFadeOut, [this] { fade_.setTarget(0); });
-    services_.queue.postAfter(motion::windowFadeOut.seconds, [self = QPointer(this), showing = showings_] {
-        if (self != nullptr && self->showings_ == showing) {
-            self->fadeEnded();
-        }
-    });
+    services_.queue.thenAfter(showing_, motion::windowFadeOut.seconds, [this] { fadeEnded(); });
 }
 
 void LauncherWindowController::showMenu() {
@@ -168,24 +164,21 @@ QSet<QString>& LauncherWindowController::auxiliaryFlows() {
 
 void LauncherWindowController::requestToken(const QString& path) {
     opening_ = Opening{path, std::nullopt, false};
-    services_.tokens.request(window_, path,
-                             [self = QPointer(this), showing = showings_](const QString& token) {
-                                 if (self != nullptr && self->showings_ == showing && self->opening_) {
-                                     self->opening_->token = token;
-                                     self->openWhenReady();
-                                 }
-                             });
+    services_.tokens.request(window_, path, showing_.bind([this](const QString& token) {
+        if (opening_) {
+            opening_->token = token;
+            openWhenReady();
+        }
+    }));
 }
 
 void LauncherWindowController::fadeEnded() {
     services_.windows.withdraw(window_);
     withdrawnAt_ = services_.queue.now();
     window_.forgetBackdrop();
-    services_.queue.postAfter(settled, [self = QPointer(this), showing = showings_] {
-        if (self != nullptr && self->showings_ == showing) {
-            self->backdrop_.reset();
-            qCDebug(backdropLog, "the earlier picture serves no more");
-        }
+    services_.queue.thenAfter(showing_, settled, [this] {
+        backdrop_.reset();
+        qCDebug(backdropLog, "the earlier picture serves no more");
     });
     if (opening_) {
         opening_->fadeIsOver = true;

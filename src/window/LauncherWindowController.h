@@ -116,8 +116,8 @@ private:
     KeyEquivalents keyEquivalents_;
     bool isShown_ = false;
     double withdrawnAt_ = -1; // on the queue's clock; negative: not yet
-    unsigned showings_ = 0;   // tells a fade that a later show() has overtaken it
     std::optional<Opening> opening_;
+    Context showing_; // of what ends the latest showing: a later one overtakes it
 };
 
 } // namespace amberquill

@@ -19,19 +19,6 @@ public:
 
     void post(Work work) override { add(now_, std::move(work)); }
 
-    DelayedWork postAfter(double seconds, Work work) override {
-        auto cancelled = std::make_shared<bool>(false);
-        add(
-            now_ + std::max(seconds, 0.0),
-            [cancelled, work = std::move(work)] {
-                if (!*cancelled) {
-                    work();
-                }
-            },
-            cancelled);
-        return DelayedWork(std::move(cancelled));
-    }
-
     // Runs everything that is due now, and what that posts.
     void runPosted() { advance(0); }
 
@@ -77,8 +64,19 @@ private:
         double due;
         std::size_t serial;
         Work work;
-        std::shared_ptr<bool> cancelled; // of delayed work
+        std::shared_ptr<const bool> cancelled; // of delayed work
     };
+
+    void wait(double seconds, Work work, std::shared_ptr<const bool> cancelled) override {
+        add(
+            now_ + std::max(seconds, 0.0),
+            [cancelled, work = std::move(work)] {
+                if (!*cancelled) {
+                    work();
+                }
+            },
+            cancelled);
+    }
 
     void start(Lane /*lane*/, Work work, Work thenOnMain) override {
         post([work = std::move(work), then = std::move(thenOnMain)] {
@@ -87,7 +85,7 @@ private:
         });
     }
 
-    void add(double due, Work work, std::shared_ptr<bool> cancelled = nullptr) {
+    void add(double due, Work work, std::shared_ptr<const bool> cancelled = nullptr) {
         waiting_.push_back({due, nextSerial_++, std::move(work), std::move(cancelled)});
     }
 

@@ -177,7 +177,7 @@ private:
     // One delayed work at a time, however many changes come: it looks again when it wakes too early.
     void waitFor(double seconds) {
         waits_ = true;
-        queue_.postAfter(seconds, [weak = weak_from_this()] {
+        wake_ = queue_.postAfter(seconds, [weak = weak_from_this()] {
             if (const auto self = weak.lock()) {
                 self->wake();
             }
@@ -232,6 +232,7 @@ private:
     bool waits_ = false;
     double firstChange_ = 0; // of those waited for
     double lastChange_ = 0;
+    DelayedWork wake_;
 };
 
 InotifyFolderWatcher::InotifyFolderWatcher(MainQueue& queue, RootReaders* readers)

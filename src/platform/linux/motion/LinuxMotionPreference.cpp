@@ -67,11 +67,7 @@ void LinuxMotionPreference::readFilesSoon() {
         return;
     }
     isReading_ = true;
-    queue_.postAfter(settleTime, [self = QPointer(this)] {
-        if (self != nullptr) {
-            self->readFiles();
-        }
-    });
+    queue_.thenAfter(context_, settleTime, [this] { readFiles(); });
 }
 
 void LinuxMotionPreference::readFiles() {

@@ -48,6 +48,7 @@ private:
     bool isReading_ = false; // or about to
     bool hasChangedMeanwhile_ = false;
     bool isReduced_ = false;
+    Context context_;
 };
 
 } // namespace amberquill::desktop

@@ -208,7 +208,7 @@ TEST_F(InotifyFolderWatcherTest, AFolderThatComesDuringAWalkIsToldOfAgainOnceItI
     tree_.makeFolder("root/one");
     deliver();
     // Comes between the end of the quiet time and the walk that it brings about.
-    queue_.postAfter(quiet, [this] {
+    const DelayedWork later = queue_.postAfter(quiet, [this] {
         tree_.makeFolder("root/two");
         deliver();
     });

@@ -2,7 +2,6 @@
 
 #include "platform/MainQueue.h"
 
-#include <QPointer>
 #include <QSocketNotifier>
 #include <cerrno>
 #include <memory>
@@ -49,11 +48,7 @@ void ChildReaper::watchByLooking(pid_t child) {
     if (reaped(child)) {
         return;
     }
-    queue_.postAfter(secondsBetweenLooks, [self = QPointer<ChildReaper>(this), child] {
-        if (self) {
-            self->watchByLooking(child);
-        }
-    });
+    queue_.thenAfter(context_, secondsBetweenLooks, [this, child] { watchByLooking(child); });
 }
 
 } // namespace amberquill::desktop

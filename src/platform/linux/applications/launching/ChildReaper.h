@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Context.h"
 #include "platform/linux/files/FileDescriptor.h"
 
 #include <QObject>
@@ -27,6 +28,7 @@ private:
     void watchByLooking(pid_t child);
 
     MainQueue& queue_;
+    Context context_;
 };
 
 } // namespace amberquill::desktop

@@ -6,7 +6,6 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QLoggingCategory>
-#include <QPointer>
 #include <QRandomGenerator>
 #include <utility>
 
@@ -84,23 +83,19 @@ SystemdScope::SystemdScope(CurrentBus sessionBus, MainQueue& queue)
 
 void SystemdScope::place(pid_t process, const QString& applicationId, const QString& description,
                          std::function<void()> then) {
-    if (waiting_.isEmpty()) {
+    if (waiting_.empty()) {
         bus_ = sessionBus_();
     }
     if (!bus_.isConnected()) {
         then();
         return;
     }
-    if (waiting_.isEmpty()) {
+    if (waiting_.empty()) {
         listen(true); // before the request, so that no answer is missed
     }
     const QString unit = scopeName(applicationId, QRandomGenerator::global()->generate64());
-    const DelayedWork limit = queue_.postAfter(longestWait, [self = QPointer<SystemdScope>(this), unit] {
-        if (self) {
-            self->finish(unit);
-        }
-    });
-    waiting_.insert(unit, {std::move(then), limit});
+    waiting_.emplace(unit,
+                     Waiting{std::move(then), queue_.postAfter(longestWait, [this, unit] { finish(unit); })});
 
     auto* const call = new QDBusPendingCallWatcher(bus_.asyncCall(request(unit, process, description)), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call, unit] {
@@ -133,9 +128,9 @@ void SystemdScope::finish(const QString& unit) {
     if (found == waiting_.end()) {
         return;
     }
-    Waiting done = std::move(*found);
+    Waiting done = std::move(found->second);
     waiting_.erase(found);
-    if (waiting_.isEmpty()) {
+    if (waiting_.empty()) {
         listen(false);
     }
     done.limit.cancel();

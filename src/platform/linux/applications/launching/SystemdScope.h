@@ -5,11 +5,11 @@
 
 #include <QDBusConnection>
 #include <QDBusObjectPath>
-#include <QHash>
 #include <QObject>
 #include <QString>
 #include <QStringView>
 #include <functional>
+#include <map>
 #include <sys/types.h>
 
 namespace amberquill::desktop {
@@ -51,7 +51,7 @@ private:
     CurrentBus sessionBus_;
     QDBusConnection bus_; // while somebody waits
     MainQueue& queue_;
-    QHash<QString, Waiting> waiting_; // by unit
+    std::map<QString, Waiting> waiting_; // by unit
 };
 
 } // namespace amberquill::desktop
