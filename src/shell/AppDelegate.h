@@ -17,7 +17,7 @@
 #include "shell/Preparations.h"
 #include "shell/PressMerger.h"
 #include "shell/VisibilityController.h"
-#include "updates/ProgramUpdates.h"
+#include "updates/dialogs/ProgramUpdates.h"
 #include "window/LauncherMenu.h"
 #include "window/LauncherWindowController.h"
 #include "window/LayoutDialogs.h"

@@ -1,9 +1,9 @@
 // Feeds of any bytes: each is refused, or items that keep what their header promises. What the reader takes
 // is read the same by another of its kind that goes about it otherwise: all of it at once, by its paths.
 #include "Require.h"
-#include "updates/Feed.h"
-#include "updates/FeedAddress.h"
-#include "updates/Version.h"
+#include "updates/updater/AddressPolicy.h"
+#include "updates/updater/Feed.h"
+#include "updates/updater/Version.h"
 
 #include <QXmlStreamReader>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "updates/Signature.h"
+#include "updates/updater/Signature.h"
 
 #include <QByteArray>
 #include <QString>

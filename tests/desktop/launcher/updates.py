@@ -9,7 +9,7 @@ from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 from pathlib import Path
 from xml.sax.saxutils import escape, quoteattr
 
-READER = Path(__file__).parents[3] / "src" / "updates" / "Feed.cpp"
+READER = Path(__file__).parents[3] / "src" / "updates" / "updater" / "Feed.cpp"
 # What describes a version has its names in a space of its own, as the reader of feeds knows.
 NAMES = re.search(r'versionNamespace\("([^"]*)"\)', READER.read_text(encoding="utf-8"))[1]
 

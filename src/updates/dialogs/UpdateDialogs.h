@@ -1,0 +1,76 @@
+#pragma once
+
+#include "updates/updater/UpdaterUserInterface.h"
+#include "window/DialogPresentation.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QUrl>
+#include <functional>
+#include <memory>
+
+class QDialog;
+class QWindow;
+
+namespace amberquill {
+
+// The updater's windows. Of what the updater shows there is one at a time; the alert that there is nothing
+// new stands apart from it. Main thread only.
+class UpdateDialogs final : public QObject, public UpdaterUserInterface {
+    Q_OBJECT
+
+public:
+    struct Services {
+        std::function<QWindow*()> launcher; // the window to stand above; null: it is not on the screen
+        // Shows a page of the web; `from` is where it was asked for.
+        std::function<void(const QUrl& page, QWindow& from)> openPage;
+    };
+
+    // What the user says, of the updater's functions of these names.
+    struct Answers {
+        std::function<void()> install;
+        std::function<void()> later;
+        std::function<void()> skip;
+        std::function<void()> acknowledge;
+        std::function<void()> pause;
+        std::function<void()> resume;
+        std::function<void()> cancel;
+        std::function<void()> restart;
+    };
+
+    explicit UpdateDialogs(Services services);
+    ~UpdateDialogs() override;
+
+    UpdateDialogs(const UpdateDialogs&) = delete;
+    UpdateDialogs& operator=(const UpdateDialogs&) = delete;
+
+    void setAnswers(Answers answers) { answers_ = std::move(answers); }
+
+    // The alert that this version is the latest one. `closed` is called once it is answered. While it is up,
+    // another call brings it to the front and is answered with it.
+    void alertUpToDate(const QString& version, std::function<void()> closed);
+
+    void showChecking() override;
+    void showUpdateFound(const UpdateOffer& offer) override;
+    void showNoUpdate(const QString& installedVersion) override;
+    void showError(UpdateError error) override;
+    void showProgress(qint64 receivedBytes, qint64 length) override;
+    void showPaused(qint64 receivedBytes, qint64 length) override;
+    void showInstalling() override;
+    void showReadyToRestart(const FeedItem& update) override;
+    void bringToFront() override;
+    void dismiss() override;
+
+private:
+    template<typename Dialog>
+    Dialog& put(std::unique_ptr<Dialog> dialog, DialogAttention attention);
+    class UpdateProgressDialog& progress();
+
+    Services services_;
+    Answers answers_;
+    QPointer<QDialog> dialog_;
+    QPointer<QDialog> alert_;
+};
+
+} // namespace amberquill

@@ -1,0 +1,61 @@
+#include "updates/updater/Version.h"
+
+#include <algorithm>
+
+namespace amberquill {
+namespace {
+
+enum class Kind { letters, number }; // in the order in which they make a version newer
+
+struct Part {
+    Kind kind = Kind::number;
+    QStringView text; // of a number without leading zeros: empty for zero
+};
+
+bool isDigit(QChar letter) {
+    return letter >= QLatin1Char('0') && letter <= QLatin1Char('9');
+}
+
+// Takes the next part off the text; what is missing at its end is a zero.
+Part takePart(QStringView& rest) {
+    const auto* const start =
+        std::find_if(rest.begin(), rest.end(), [](QChar c) { return isDigit(c) || c.isLetter(); });
+    if (start == rest.end()) {
+        rest = {};
+        return {};
+    }
+    const Kind kind = isDigit(*start) ? Kind::number : Kind::letters;
+    const auto* const end = std::find_if_not(
+        start, rest.end(), [kind](QChar c) { return kind == Kind::number ? isDigit(c) : c.isLetter(); });
+    QStringView text(start, end);
+    rest = QStringView(end, rest.end());
+    while (kind == Kind::number && text.startsWith(QLatin1Char('0'))) {
+        text = text.mid(1);
+    }
+    return {kind, text};
+}
+
+std::weak_ordering compareParts(const Part& a, const Part& b) {
+    if (a.kind != b.kind) {
+        return a.kind <=> b.kind;
+    }
+    if (a.kind == Kind::number && a.text.size() != b.text.size()) {
+        return a.text.size() <=> b.text.size();
+    }
+    return a.text.compare(b.text, Qt::CaseInsensitive) <=> 0;
+}
+
+} // namespace
+
+std::weak_ordering compareVersions(QStringView a, QStringView b) {
+    while (!a.isEmpty() || !b.isEmpty()) {
+        const Part partOfA = takePart(a);
+        const Part partOfB = takePart(b);
+        if (const auto order = compareParts(partOfA, partOfB); std::is_neq(order)) {
+            return order;
+        }
+    }
+    return std::weak_ordering::equivalent;
+}
+
+} // namespace amberquill

@@ -1,0 +1,172 @@
+#include "updates/updater/Fetch.h"
+
+#include "platform/EventLoopQueue.h"
+#include "support/LoopbackServer.h"
+#include "support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+#include <optional>
+
+using namespace amberquill;
+
+namespace {
+
+constexpr qint64 limit = qint64{5} * 1024 * 1024;
+
+class FetchTest : public testing::Test {
+protected:
+    Fetched fetched(const QUrl& address, const TimeOuts& timeOuts = {}) {
+        Fetch fetch(queue, timeOuts);
+        std::optional<Fetched> result;
+        fetch.get(address, limit, [&result](const Fetched& what) { result = what; });
+        EXPECT_FALSE(result) << "answered from within";
+        EXPECT_TRUE(waitUntil([&result] { return result.has_value(); }));
+        EXPECT_FALSE(fetch.isUnderWay());
+        return result.value_or(QByteArray("nothing came"));
+    }
+
+    EventLoopQueue queue;
+    LoopbackServer server;
+};
+
+} // namespace
+
+TEST_F(FetchTest, AnswersTheBody) {
+    server.serve("/feed", LoopbackServer::ok("hello"));
+    EXPECT_EQ(fetched(server.address("/feed")), Fetched(QByteArray("hello")));
+    ASSERT_EQ(server.requests().size(), 1U);
+    EXPECT_EQ(server.requests().front().headers.value("accept-encoding"), "identity");
+    EXPECT_FALSE(server.requests().front().headers.contains("cookie"));
+}
+
+TEST_F(FetchTest, AnswersABodyWhoseLengthWasNotAnnounced) {
+    server.serve("/feed", LoopbackServer::Answer{"HTTP/1.1 200 OK\r\nConnection: close\r\n\r\nhello"});
+    EXPECT_EQ(fetched(server.address("/feed")), Fetched(QByteArray("hello")));
+}
+
+TEST_F(FetchTest, AnswersAnEmptyBody) {
+    server.serve("/feed", LoopbackServer::ok({}));
+    EXPECT_EQ(fetched(server.address("/feed")), Fetched(QByteArray()));
+}
+
+TEST_F(FetchTest, AnswersNothingOfAnotherStatus) {
+    server.serve("/broken", LoopbackServer::answer("500 Internal Server Error", "sorry"));
+    server.serve("/none", LoopbackServer::answer("204 No Content", {}));
+    server.serve("/part", LoopbackServer::answer("206 Partial Content", "hel"));
+    server.serve("/moved", LoopbackServer::answer("302 Found", "nowhere"));
+    for (const char* const path : {"/missing", "/broken", "/none", "/part", "/moved"}) {
+        EXPECT_EQ(fetched(server.address(path)), Fetched(FetchError::badStatus)) << path;
+    }
+}
+
+TEST_F(FetchTest, FollowsRedirects) {
+    server.serve("/a", LoopbackServer::redirect("/b"));
+    server.serve("/b", LoopbackServer::redirect(server.address("/c").toEncoded(), "301 Moved Permanently"));
+    server.serve("/c", LoopbackServer::redirect("d?e=f", "307 Temporary Redirect"));
+    server.serve("/d?e=f", LoopbackServer::ok("hello"));
+    EXPECT_EQ(fetched(server.address("/a")), Fetched(QByteArray("hello")));
+}
+
+TEST_F(FetchTest, DoesNotFollowRedirectsInACircle) {
+    server.serve("/a", LoopbackServer::redirect("/b"));
+    server.serve("/b", LoopbackServer::redirect("/a"));
+    EXPECT_EQ(fetched(server.address("/a")), Fetched(FetchError::tooManyRedirects));
+    EXPECT_EQ(server.requests().size(), 2U);
+}
+
+TEST_F(FetchTest, FollowsTenRedirectsAndNoMore) {
+    for (int step = 0; step < 11; ++step) {
+        server.serve("/" + QByteArray::number(step),
+                     LoopbackServer::redirect("/" + QByteArray::number(step + 1)));
+    }
+    server.serve("/11", LoopbackServer::ok("hello"));
+    EXPECT_EQ(fetched(server.address("/1")), Fetched(QByteArray("hello")));
+    EXPECT_EQ(fetched(server.address("/0")), Fetched(FetchError::tooManyRedirects));
+}
+
+TEST_F(FetchTest, DoesNotFollowARedirectToPlainHttpElsewhere) {
+    server.serve("/a", LoopbackServer::redirect("http://example.invalid/feed"));
+    EXPECT_EQ(fetched(server.address("/a")), Fetched(FetchError::refusedAddress));
+}
+
+TEST_F(FetchTest, DoesNotFollowARedirectToAnotherScheme) {
+    server.serve("/a", LoopbackServer::redirect("file:///etc/hostname"));
+    EXPECT_EQ(fetched(server.address("/a")), Fetched(FetchError::refusedAddress));
+}
+
+TEST_F(FetchTest, AsksNobodyOverPlainHttpElsewhere) {
+    EXPECT_EQ(fetched(QUrl(QStringLiteral("http://example.invalid/feed"))),
+              Fetched(FetchError::refusedAddress));
+    EXPECT_EQ(fetched(QUrl()), Fetched(FetchError::refusedAddress));
+}
+
+TEST_F(FetchTest, TakesAsMuchAsItsLimitAndNoMore) {
+    server.serve("/five", LoopbackServer::ok(QByteArray(limit, 'x')));
+    server.serve("/more", LoopbackServer::ok(QByteArray(limit + 1, 'x')));
+    server.serve("/six", LoopbackServer::ok(QByteArray(qsizetype{6} * 1024 * 1024, 'x')));
+    server.serve("/unsaid", LoopbackServer::Answer{"HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n" +
+                                                   QByteArray(qsizetype{6} * 1024 * 1024, 'x')});
+    EXPECT_EQ(fetched(server.address("/five")), Fetched(QByteArray(limit, 'x')));
+    for (const char* const path : {"/more", "/six", "/unsaid"}) {
+        EXPECT_EQ(fetched(server.address(path)), Fetched(FetchError::tooLarge)) << path;
+    }
+}
+
+TEST_F(FetchTest, IsNotKeptWaitingForAnAnswer) {
+    server.serve("/silent", LoopbackServer::Answer{{}, false});
+    EXPECT_EQ(fetched(server.address("/silent"), {.silence = 0.1}), Fetched(FetchError::timedOut));
+}
+
+TEST_F(FetchTest, IsNotKeptWaitingForTheRest) {
+    const auto whole = LoopbackServer::ok(QByteArray(1000, 'x'));
+    server.serve("/stops", LoopbackServer::hanging(whole, whole.bytes.size() - 10));
+    EXPECT_EQ(fetched(server.address("/stops"), {.silence = 0.1}), Fetched(FetchError::timedOut));
+}
+
+TEST_F(FetchTest, IsOverAfterItsWholeTimeWhateverStillComes) {
+    server.serve("/silent", LoopbackServer::Answer{{}, false});
+    EXPECT_EQ(fetched(server.address("/silent"), {.silence = 60, .whole = 0.1}),
+              Fetched(FetchError::timedOut));
+}
+
+TEST_F(FetchTest, AnswersNothingOfAConnectionThatIsCut) {
+    server.serve("/cut", LoopbackServer::cut(LoopbackServer::ok(QByteArray(1000, 'x')), 10));
+    server.serve("/closed", LoopbackServer::Answer{});
+    EXPECT_EQ(fetched(server.address("/cut")), Fetched(FetchError::connectionLost));
+    EXPECT_EQ(fetched(server.address("/closed")), Fetched(FetchError::connectionLost));
+}
+
+TEST_F(FetchTest, AnswersNothingWhereNobodyListens) {
+    QUrl nobody;
+    {
+        const LoopbackServer gone;
+        nobody = gone.address("/feed");
+    }
+    EXPECT_EQ(fetched(nobody), Fetched(FetchError::connectionLost));
+}
+
+TEST_F(FetchTest, SaysNothingOnceItIsCancelled) {
+    server.serve("/feed", LoopbackServer::ok("hello"));
+    server.serve("/silent", LoopbackServer::Answer{{}, false});
+    Fetch fetch(queue);
+    int answers = 0;
+    fetch.get(server.address("/silent"), limit, [&answers](const Fetched&) { ++answers; });
+    ASSERT_TRUE(waitUntil([this] { return server.requests().size() == 1; }));
+    fetch.cancel();
+    EXPECT_FALSE(fetch.isUnderWay());
+    EXPECT_EQ(fetched(server.address("/feed")), Fetched(QByteArray("hello")));
+    EXPECT_EQ(answers, 0);
+}
+
+TEST_F(FetchTest, IsBegunAnewInItsOwnAnswer) {
+    server.serve("/feed", LoopbackServer::ok("hello"));
+    Fetch fetch(queue);
+    std::vector<Fetched> answers;
+    fetch.get(server.address("/missing"), limit, [&](const Fetched& first) {
+        answers.push_back(first);
+        fetch.get(server.address("/feed"), limit, [&](const Fetched& second) { answers.push_back(second); });
+    });
+    ASSERT_TRUE(waitUntil([&answers] { return answers.size() == 2; }));
+    EXPECT_EQ(answers.front(), Fetched(FetchError::badStatus));
+    EXPECT_EQ(answers.back(), Fetched(QByteArray("hello")));
+}
