@@ -1,7 +1,7 @@
 #include "data/LayoutCoding.h"
 
 #include "data/JsonReader.h"
-#include "data/JsonText.h"
+#include "data/JsonWriter.h"
 
 #include <optional>
 #include <utility>

@@ -2,8 +2,8 @@
 
 #include "data/IsoDate.h"
 #include "data/JsonReader.h"
+#include "data/JsonWriter.h"
 #include "data/LayoutCoding.h"
-#include "data/PrettyJson.h"
 
 #include <utility>
 
@@ -11,7 +11,7 @@ namespace amberquill {
 
 namespace {
 
-void writeFolder(PrettyJson& json, const Folder& folder) {
+void writeFolder(PrettyJsonWriter& json, const Folder& folder) {
     json.beginObject();
     json.key("apps");
     json.beginArray();
@@ -26,7 +26,7 @@ void writeFolder(PrettyJson& json, const Folder& folder) {
     json.endObject();
 }
 
-void writeItem(PrettyJson& json, const LaunchItem& item) {
+void writeItem(PrettyJsonWriter& json, const LaunchItem& item) {
     json.beginObject();
     json.key(item.isFolder() ? "folder" : "app");
     json.beginObject();
@@ -70,7 +70,7 @@ std::optional<LaunchItems> readList(JsonReader& reader) {
 } // namespace
 
 QByteArray encodeLayoutFile(const LayoutFile& file) {
-    PrettyJson json;
+    PrettyJsonWriter json;
     json.beginObject();
     json.key("columns");
     json.integer(file.columns);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/LaunchItem.h"
+#include "data/RememberedItem.h"
 
 #include <QHash>
 #include <chrono>
@@ -9,20 +10,6 @@
 #include <vector>
 
 namespace amberquill {
-
-// Where an application stood that is gone from the layout, or a folder that such applications stood in. Items
-// are named by their identities.
-struct RememberedItem {
-    QString id = {};
-    std::optional<QUuid> folder = {}; // that an application stood in; none: it stood on the pages
-    QString folderName = {};          // of a folder
-    QString after = {};               // the item before it, gone ones included; empty: it was the first
-    QString before = {};              // the next item behind it that was there; empty: none
-    qsizetype index = 0;              // its place, gone ones counted
-    std::chrono::sys_seconds since = {};
-
-    bool operator==(const RememberedItem&) const = default;
-};
 
 // Remembers where applications stood that are gone from the layout, so that those that come back (with the
 // end of an upgrade, with a mount, in the next session) take their places again: in the same folder, which is

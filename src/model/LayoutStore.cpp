@@ -1,7 +1,7 @@
 #include "model/LayoutStore.h"
 
 #include "data/LayoutCoding.h"
-#include "data/PlaceCoding.h"
+#include "data/RememberedItem.h"
 #include "model/LayoutEdits.h"
 
 #include <utility>

@@ -1,6 +1,6 @@
 #include "data/JsonReader.h"
 
-#include "data/JsonText.h"
+#include "data/JsonWriter.h"
 
 #include <QJsonDocument>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #include "data/LayoutFile.h"
-#include "data/PlaceCoding.h"
+#include "data/RememberedItem.h"
 #include "localization/L.h"
 #include "support/ModelFixture.h"
 

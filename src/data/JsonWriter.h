@@ -1,13 +1,19 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QStringView>
 
 namespace amberquill {
 
+// Appends `text` as a JSON string (RFC 8259): UTF-8 as it is, control characters, quotes, backslashes and
+// every "/" escaped. A surrogate without its partner is written as an escape, so that any text can be read
+// back unchanged.
+void appendJsonString(QByteArray& json, QStringView text);
+
 // Writes JSON (RFC 8259) for people to read: two spaces for each level, " : " between a key and its value, a
 // line for each member. The caller writes the keys of an object in the order they are to have.
-class PrettyJson {
+class PrettyJsonWriter {
 public:
     void beginObject() { begin('{'); }
     void endObject() { end('}'); }

@@ -1,8 +1,8 @@
-#include "data/PlaceCoding.h"
+#include "data/RememberedItem.h"
 
 #include "data/IsoDate.h"
 #include "data/JsonReader.h"
-#include "data/JsonText.h"
+#include "data/JsonWriter.h"
 
 #include <utility>
 

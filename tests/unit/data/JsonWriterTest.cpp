@@ -1,4 +1,4 @@
-#include "data/JsonText.h"
+#include "data/JsonWriter.h"
 
 #include <QString>
 #include <gtest/gtest.h>
@@ -16,21 +16,21 @@ QByteArray json(const QString& text) {
 
 } // namespace
 
-TEST(JsonText, SlashesQuotesAndBackslashesAreEscaped) {
+TEST(JsonString, SlashesQuotesAndBackslashesAreEscaped) {
     EXPECT_EQ(json(u"/a\"b\\c"_s), R"("\/a\"b\\c")");
 }
 
-TEST(JsonText, ControlCharactersAreEscapedTheShortWayWhereThereIsOne) {
+TEST(JsonString, ControlCharactersAreEscapedTheShortWayWhereThereIsOne) {
     EXPECT_EQ(json(u"\b\f\n\r\t"_s), R"("\b\f\n\r\t")");
     EXPECT_EQ(json(u"\u0000\u0001\u001f"_s), R"("\u0000\u0001\u001f")");
     EXPECT_EQ(json(u"\u007f"_s), "\"\x7f\"");
 }
 
-TEST(JsonText, OtherTextIsWrittenAsItIs) {
+TEST(JsonString, OtherTextIsWrittenAsItIs) {
     EXPECT_EQ(json(u"Ünïcode 日本 🙂"_s), "\"Ünïcode 日本 🙂\"");
 }
 
-TEST(JsonText, ALoneSurrogateBecomesAnEscape) {
+TEST(JsonString, ALoneSurrogateBecomesAnEscape) {
     EXPECT_EQ(json(QString(QChar(0xD83D))), R"("\ud83d")");
     EXPECT_EQ(json(QString(QChar(0xDE42)) + u"x"_s), R"("\ude42x")");
 }

@@ -1,4 +1,4 @@
-#include "data/PlaceCoding.h"
+#include "data/RememberedItem.h"
 
 #include <gtest/gtest.h>
 
@@ -18,18 +18,18 @@ std::vector<RememberedItem> somePlaces() {
 
 } // namespace
 
-TEST(PlaceCoding, PlacesAreReadAsTheyWereWritten) {
+TEST(RememberedItem, PlacesAreReadAsTheyWereWritten) {
     EXPECT_EQ(decodePlaces(encodePlaces(somePlaces())), somePlaces());
     EXPECT_EQ(decodePlaces(encodePlaces({})), std::vector<RememberedItem>());
 }
 
-TEST(PlaceCoding, TheTextIsAsItIsDocumented) {
+TEST(RememberedItem, TheTextIsAsItIsDocumented) {
     EXPECT_EQ(encodePlaces({somePlaces()[1]}),
               R"({"places":[{"app":"\/x.app","after":"a:\/w.app","before":"a:\/y.app","index":3,)"
               R"("since":"2023-11-14T22:13:20Z"}]})");
 }
 
-TEST(PlaceCoding, WhatIsNoSuchTextIsNone) {
+TEST(RememberedItem, WhatIsNoSuchTextIsNone) {
     const QByteArray whole = encodePlaces(somePlaces());
     for (const QByteArray& text :
          {QByteArray(), QByteArray("[]"), QByteArray("{}"), QByteArray("7"), whole + "x", whole.chopped(1)}) {
@@ -37,7 +37,7 @@ TEST(PlaceCoding, WhatIsNoSuchTextIsNone) {
     }
 }
 
-TEST(PlaceCoding, PlacesThatMakeNoSenseAreLeftOut) {
+TEST(RememberedItem, PlacesThatMakeNoSenseAreLeftOut) {
     const char* const text =
         R"({"places":[{"app":"/a","since":"yesterday"},{"app":"/b"},{"since":"2023-11-14T22:13:20Z"},7,[],
            {"folder":"no","since":"2023-11-14T22:13:20Z"},{"app":"","since":"2023-11-14T22:13:20Z"},

@@ -1,8 +1,9 @@
-#include "data/JsonText.h"
+#include "data/JsonWriter.h"
 
 #include <QChar>
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace amberquill {
 
@@ -94,6 +95,55 @@ void appendJsonString(QByteArray& json, QStringView text) {
         ++i;
     }
     json += '"';
+}
+
+void PrettyJsonWriter::startLine() {
+    text_ += '\n';
+    text_.append(static_cast<qsizetype>(depth_) * 2, ' ');
+}
+
+void PrettyJsonWriter::startValue() {
+    const bool isFirst = std::exchange(isFirst_, false);
+    if (std::exchange(afterKey_, false) || depth_ == 0) {
+        return;
+    }
+    if (!isFirst) {
+        text_ += ',';
+    }
+    startLine();
+}
+
+void PrettyJsonWriter::begin(char bracket) {
+    startValue();
+    text_ += bracket;
+    ++depth_;
+    isFirst_ = true;
+}
+
+void PrettyJsonWriter::end(char bracket) {
+    --depth_;
+    if (!std::exchange(isFirst_, false)) {
+        startLine();
+    }
+    text_ += bracket;
+}
+
+void PrettyJsonWriter::key(QByteArrayView key) {
+    startValue();
+    text_ += '"';
+    text_ += key;
+    text_ += "\" : ";
+    afterKey_ = true;
+}
+
+void PrettyJsonWriter::string(QStringView text) {
+    startValue();
+    appendJsonString(text_, text);
+}
+
+void PrettyJsonWriter::integer(qint64 value) {
+    startValue();
+    text_ += QByteArray::number(value);
 }
 
 } // namespace amberquill
