@@ -9,9 +9,9 @@
 #include "platform/EventLoopQueue.h"
 #include "platform/ScrollDevices.h"
 #include "platform/linux/windows/WindowSystems.h"
-#include "support/ColourIcons.h"
 #include "support/MemoryFileSystem.h"
 #include "support/MemoryPreferences.h"
+#include "support/PlatformFakes.h"
 #include "window/LauncherWindowController.h"
 
 #include <QElapsedTimer>

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "support/BadIcon.h"
 #include "support/IconFiles.h"
 
 #include <QList>
@@ -72,7 +71,7 @@ inline QByteArray styledByMany(int rules) {
 // Drawings that show a red square beside what they refer to. `place` begins the references: "file:///folder/"
 // or "http://127.0.0.1:80/".
 inline BadIcons drawingsThatReferTo(const QByteArray& place, const std::string& name) {
-    using enum BadIcon::Ending;
+    using enum BadIcon::Outcome;
     const QByteArray square = squareOf("red");
     return {
         {name + "-image.svg",
@@ -128,7 +127,7 @@ inline QByteArray compressedBomb() {
 }
 
 inline BadIcons badDrawings() {
-    using enum BadIcon::Ending;
+    using enum BadIcon::Outcome;
     BadIcons all{
         {"entities-of-text.svg", entityBomb("lol"), NoPicture},
         {"entities-of-shapes.svg", entityBomb("<path d='M0 0h9v9z'/>"), NoPicture},

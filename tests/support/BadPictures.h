@@ -1,6 +1,5 @@
 #pragma once
 
-#include "support/BadIcon.h"
 #include "support/IconFiles.h"
 
 #include <QtEndian>
@@ -125,7 +124,7 @@ inline QByteArray jpegThatClaims(quint32 edge) {
 }
 
 inline BadIcons badPictures() {
-    using enum BadIcon::Ending;
+    using enum BadIcon::Outcome;
     const auto truncated = [](const QByteArray& bytes) { return bytes.first(bytes.size() * 2 / 3); };
     // Of many colours: the rest of one colour is guessed right.
     QImage picture(64, 64, QImage::Format_ARGB32);

@@ -203,4 +203,19 @@ inline QByteArray fixedSize(int size) {
     return "Size=" + QByteArray::number(size) + "\nContext=Applications\nType=Fixed";
 }
 
+// A file that no application's icon should be, and some are.
+struct BadIcon {
+    // What becomes of it. Overload: it keeps a processor busy for seconds, takes gigabytes of memory, or
+    // ends the process that decodes it, depoutcome on the libraries' versions; within the limits of an icon
+    // no picture comes of it. All others are answered at once: Either, with or without a picture, depoutcome
+    // on the libraries' versions.
+    enum class Outcome { Picture, NoPicture, Either, Overload };
+
+    std::string name; // as the file would be called
+    QByteArray bytes;
+    Outcome outcome = Outcome::NoPicture;
+};
+
+using BadIcons = std::vector<BadIcon>;
+
 } // namespace amberquill

@@ -9,9 +9,9 @@
 
 namespace {
 
-const char* nameOf(amberquill::BadIcon::Ending ending) {
-    using enum amberquill::BadIcon::Ending;
-    switch (ending) {
+const char* nameOf(amberquill::BadIcon::Outcome outcome) {
+    using enum amberquill::BadIcon::Outcome;
+    switch (outcome) {
     case Picture:
         return "picture";
     case NoPicture:
@@ -39,7 +39,7 @@ int main(int argc, char** argv) {
             std::fprintf(stderr, "cannot write %s\n", icon.name.c_str());
             return 1;
         }
-        std::printf("%s %s\n", icon.name.c_str(), nameOf(icon.ending));
+        std::printf("%s %s\n", icon.name.c_str(), nameOf(icon.outcome));
     }
     return 0;
 }

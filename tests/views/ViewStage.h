@@ -1,8 +1,8 @@
 #pragma once
 
 #include "data/IconCache.h"
-#include "support/ColourIcons.h"
 #include "support/ModelStage.h"
+#include "support/PlatformFakes.h"
 #include "window/LauncherWindow.h"
 
 #include <QGuiApplication>

@@ -1,9 +1,11 @@
 #include "data/AppScanner.h"
 
+#include "platform/BundleInformation.h"
+#include "platform/RegisteredApplications.h"
 #include "platform/RootReaders.h"
-#include "support/FixedApplications.h"
 #include "support/MemoryFileSystem.h"
 
+#include <QHash>
 #include <atomic>
 #include <gtest/gtest.h>
 #include <semaphore>
@@ -12,6 +14,39 @@ using namespace amberquill;
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// Bundles whose identifiers are what a test says.
+class FixedBundles final : public BundleInformation {
+public:
+    void setIdentifier(const QString& path, const QString& identifier) {
+        identifiers_.insert(path, identifier);
+    }
+
+    [[nodiscard]] std::optional<QString> bundleIdentifier(const QString& bundlePath) const override {
+        const auto found = identifiers_.constFind(bundlePath);
+        return found == identifiers_.constEnd() ? std::nullopt : std::optional(*found);
+    }
+
+private:
+    QHash<QString, QString> identifiers_;
+};
+
+// A desktop whose registered applications are what a test says.
+class FixedApplications final : public RegisteredApplications {
+public:
+    std::vector<RegisteredApplication> applications;
+    ScannedFolders folders; // that the list tells of
+
+    using RegisteredApplications::list;
+
+    [[nodiscard]] std::vector<RegisteredApplication> list(ScannedFolders& scanned) const override {
+        scanned.roots += folders.roots;
+        scanned.missing += folders.missing;
+        scanned.unreadable += folders.unreadable;
+        return applications;
+    }
+    [[nodiscard]] QStringList watchedFolders() const override { return {}; }
+};
 
 // Where one path leads to is not told before it is allowed, or after very long.
 class StallingFiles final : public MemoryFileSystem {

@@ -1,6 +1,6 @@
 #include "localization/AppLanguage.h"
 
-#include "support/FixedSystemLanguages.h"
+#include "support/PlatformFakes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "localization/FrameworkLanguage.h"
 
-#include "support/FixedSystemLanguages.h"
 #include "support/MemoryPreferences.h"
+#include "support/PlatformFakes.h"
 
 #include <QCoreApplication>
 #include <QKeySequence>

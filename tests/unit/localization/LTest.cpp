@@ -1,8 +1,8 @@
 #include "localization/L.h"
 
-#include "support/FixedSystemLanguages.h"
 #include "support/MemoryPreferences.h"
-#include "support/Places.h"
+#include "support/PlatformFakes.h"
+#include "support/TestPaths.h"
 
 #include <QFile>
 #include <gtest/gtest.h>

@@ -10,10 +10,10 @@
 #include "platform/ScrollDevices.h"
 #include "platform/StatusItem.h"
 #include "platform/WindowSystem.h"
-#include "support/HandWatcher.h"
 #include "support/ManualQueue.h"
 #include "support/MemoryFileSystem.h"
 #include "support/MemoryPreferences.h"
+#include "support/PlatformFakes.h"
 
 #include <QApplication>
 #include <QHash>
@@ -157,7 +157,7 @@ protected:
     TokenWindowSystem windows_;
     NullActivationTokens tokens_;
     NullApplicationOpener opener_;
-    HandWatcher watcher_;
+    ManualFolderWatcher watcher_;
     KeptStatusItem statusItem_;
     Preparations prepared_;
     NullScrollDevices devices_;

@@ -1,8 +1,8 @@
 #include "shell/IconKeeper.h"
 
 #include "data/IconCache.h"
-#include "support/ColourIcons.h"
 #include "support/ModelFixture.h"
+#include "support/PlatformFakes.h"
 
 using namespace amberquill;
 using namespace Qt::StringLiterals;

@@ -1,7 +1,7 @@
 #include "shell/LiveRefresh.h"
 
-#include "support/HandWatcher.h"
 #include "support/ModelFixture.h"
+#include "support/PlatformFakes.h"
 
 using namespace amberquill;
 using namespace Qt::StringLiterals;
@@ -23,7 +23,7 @@ protected:
         ModelFixture::TearDown();
     }
 
-    HandWatcher watcher_;
+    ManualFolderWatcher watcher_;
     int retries_ = 0;
     std::unique_ptr<LiveRefresh> live_;
 };

@@ -1,8 +1,8 @@
 #include "views/WantedIcons.h"
 
 #include "data/IconCache.h"
-#include "support/ColourIcons.h"
 #include "support/ModelFixture.h"
+#include "support/PlatformFakes.h"
 #include "views/TileModel.h"
 
 #include <cmath>

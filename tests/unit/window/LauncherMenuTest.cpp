@@ -1,8 +1,8 @@
 #include "window/LauncherMenu.h"
 
 #include "localization/L.h"
-#include "support/FixedSystemLanguages.h"
 #include "support/ModelFixture.h"
+#include "support/PlatformFakes.h"
 #include "window/LayoutDialogs.h"
 
 #include <QActionGroup>

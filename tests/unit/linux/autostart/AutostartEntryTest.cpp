@@ -2,7 +2,7 @@
 
 #include "platform/linux/applications/entries/DesktopEntry.h"
 #include "platform/linux/applications/launching/ExecLine.h"
-#include "support/Places.h"
+#include "support/TestPaths.h"
 
 #include <QFile>
 #include <gtest/gtest.h>

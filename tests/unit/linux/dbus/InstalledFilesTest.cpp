@@ -3,7 +3,7 @@
 #include "platform/linux/dbus/ApplicationRequest.h"
 #include "platform/linux/dbus/StartWish.h"
 #include "support/FixedEnvironment.h"
-#include "support/Places.h"
+#include "support/TestPaths.h"
 
 #include <QFile>
 #include <QMap>

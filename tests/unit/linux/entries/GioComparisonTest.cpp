@@ -3,8 +3,8 @@
 #include "platform/linux/applications/entries/DesktopEntryApplications.h"
 
 #include "support/FixedEnvironment.h"
-#include "support/Places.h"
 #include "support/TemporaryTree.h"
+#include "support/TestPaths.h"
 
 #include <QProcess>
 #include <gtest/gtest.h>

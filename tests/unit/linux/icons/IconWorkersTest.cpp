@@ -3,7 +3,7 @@
 #include "WorkerProcesses.h"
 #include "platform/linux/decoder/IconBounds.h"
 #include "support/IconFiles.h"
-#include "support/Places.h"
+#include "support/TestPaths.h"
 #include "support/WaitUntil.h"
 
 #include <QLoggingCategory>

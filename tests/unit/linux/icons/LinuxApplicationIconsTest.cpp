@@ -4,8 +4,8 @@
 #include "platform/linux/applications/icons/IconWorkers.h"
 #include "platform/linux/applications/icons/InstalledWorker.h"
 #include "support/IconFiles.h"
-#include "support/Places.h"
 #include "support/PropertyLists.h"
+#include "support/TestPaths.h"
 
 #include <atomic>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "platform/linux/installation/AppImageInstaller.h"
 
 #include "support/OrdinaryUser.h"
-#include "support/Places.h"
 #include "support/TemporaryTree.h"
+#include "support/TestPaths.h"
 #include "support/WaitUntil.h"
 
 #include <QDir>

@@ -1,7 +1,7 @@
 // What becomes of an application when the launcher ends.
 #include "LaunchFiles.h"
 #include "Report.h"
-#include "support/Places.h"
+#include "support/TestPaths.h"
 #include "support/WaitUntil.h"
 
 #include <QProcess>

@@ -1,6 +1,6 @@
 #include "Report.h"
 
-#include "support/Places.h"
+#include "support/TestPaths.h"
 #include "support/WaitUntil.h"
 
 #include <QFile>

@@ -20,19 +20,19 @@ const BadIcons& all() {
 } // namespace
 
 TEST(BadIcons, EachEndsAsItSays) {
-    for (const auto& [name, bytes, ending] : all()) {
+    for (const auto& [name, bytes, outcome] : all()) {
         EXPECT_LE(bytes.size(), largestIconBytes) << name;
-        if (ending == BadIcon::Ending::Overload) {
+        if (outcome == BadIcon::Outcome::Overload) {
             continue; // for a process with limits
         }
         const auto icon = decodedIcon(bytes, badEdge, Fonts::Absent);
         EXPECT_FALSE(icon.needsFonts) << name;
-        if (ending == BadIcon::Ending::Picture) {
+        if (outcome == BadIcon::Outcome::Picture) {
             ASSERT_EQ(icon.image.size(), QSize(badEdge, badEdge)) << name;
             const auto pixel = icon.image.pixelColor(badEdge / 2, badEdge / 2);
             EXPECT_GT(pixel.red(), 240) << name;
             EXPECT_LT(pixel.blue(), 15) << name;
-        } else if (ending == BadIcon::Ending::NoPicture) {
+        } else if (outcome == BadIcon::Outcome::NoPicture) {
             EXPECT_TRUE(icon.image.isNull()) << name;
         } else {
             EXPECT_TRUE(icon.image.isNull() || icon.image.size() == QSize(badEdge, badEdge)) << name;
@@ -43,7 +43,7 @@ TEST(BadIcons, EachEndsAsItSays) {
 TEST(BadIcons, NothingIsSaidAboutThem) {
     testing::internal::CaptureStderr();
     for (const auto& icon : all()) {
-        if (icon.ending != BadIcon::Ending::Overload) {
+        if (icon.outcome != BadIcon::Outcome::Overload) {
             static_cast<void>(decodedIcon(icon.bytes, badEdge, Fonts::Absent));
         }
     }

@@ -254,8 +254,8 @@ TEST(IconDecoderProcess, TheLargestPictureThatAFileMayHoldIsDecodedWithinItsMemo
 TEST(IconDecoderProcess, BadFilesAreAnsweredByTheSameProcess) {
     StartedDecoder decoder;
     ASSERT_TRUE(decoder.isReady());
-    for (const auto& [name, bytes, ending] : badIcons()) {
-        if (ending == BadIcon::Ending::Overload) {
+    for (const auto& [name, bytes, outcome] : badIcons()) {
+        if (outcome == BadIcon::Outcome::Overload) {
             continue;
         }
         ASSERT_TRUE(decoder.ask(bytes, 64)) << name;
@@ -263,16 +263,16 @@ TEST(IconDecoderProcess, BadFilesAreAnsweredByTheSameProcess) {
         ASSERT_TRUE(answer) << name;
         const bool isPicture = answer->outcome == DecodingOutcome::Picture;
         EXPECT_TRUE(isPicture || answer->outcome == DecodingOutcome::NoPicture) << name;
-        if (ending != BadIcon::Ending::Either) {
-            EXPECT_EQ(isPicture, ending == BadIcon::Ending::Picture) << name;
+        if (outcome != BadIcon::Outcome::Either) {
+            EXPECT_EQ(isPicture, outcome == BadIcon::Outcome::Picture) << name;
         }
     }
 }
 
 TEST(IconDecoderProcess, OverloadsMeetTheirLimitsAndKeepNoOtherProcessFromItsWork) {
     std::vector<std::unique_ptr<StartedDecoder>> overloaded;
-    for (const auto& [name, bytes, ending] : badIcons()) {
-        if (ending == BadIcon::Ending::Overload) {
+    for (const auto& [name, bytes, outcome] : badIcons()) {
+        if (outcome == BadIcon::Outcome::Overload) {
             overloaded.push_back(std::make_unique<StartedDecoder>());
             ASSERT_TRUE(overloaded.back()->isReady());
             ASSERT_TRUE(overloaded.back()->ask(bytes, 64)) << name;

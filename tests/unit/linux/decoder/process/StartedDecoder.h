@@ -3,7 +3,7 @@
 #include "platform/linux/decoder/channel/DecodingMessages.h"
 #include "platform/linux/decoder/channel/MessageSocket.h"
 #include "platform/linux/decoder/channel/SharedMemory.h"
-#include "support/Places.h"
+#include "support/TestPaths.h"
 
 #include <QByteArray>
 #include <QImage>

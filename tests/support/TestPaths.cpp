@@ -1,4 +1,4 @@
-#include "support/Places.h"
+#include "support/TestPaths.h"
 
 namespace amberquill {
 
