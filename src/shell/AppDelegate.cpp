@@ -38,9 +38,9 @@ constexpr std::uint32_t hotKeyId = 1;
 AppDelegate::AppDelegate(Services services)
     : services_(std::move(services))
     , model_({services_.queue, services_.files, services_.preferences, services_.applicationSupport,
-              services_.scan, std::move(services_.prepared.names), std::move(services_.prepared.layout),
+              services_.scan, std::move(services_.startupData.names), std::move(services_.startupData.layout),
               services_.homes, services_.applyToFrameworks, services_.loginItem,
-              services_.prepared.layoutIsLate})
+              services_.startupData.layoutIsLate})
     , dialogs_({model_, services_.files, QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
                 [this] { return shownWindow(); }})
     , visibility_({services_.preferences, services_.queue, services_.windows, services_.statusItem})
@@ -58,11 +58,11 @@ AppDelegate::AppDelegate(Services services)
              [this](QMenu& menu) { visibility_.addItems(menu, true); }})
     , names_(services_.queue, services_.files, services_.caches, services_.language)
     , icons_({model_, IconCache::shared(), services_.queue, services_.files}, services_.caches,
-             services_.prepared.icons)
+             services_.startupData.icons)
     , live_({model_, services_.queue, services_.watcher, services_.retryIcons})
     , memory_(model_, services_.queue, [this] { releaseMemory(); }) {
     names_.follow(model_);
-    IconCache::shared().remember(std::exchange(services_.prepared.icons, {}));
+    IconCache::shared().remember(std::exchange(services_.startupData.icons, {}));
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
@@ -81,7 +81,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     startUpdates();
     hotKey_.emplace(*services_.shortcut, launcherChord, hotKeyId, [self = QPointer(this)] {
         if (self != nullptr) {
-            self->toggleByPress(PressRoute::hotKey, self->services_.shortcut->origin());
+            self->toggleByPress(PressRoute::HotKey, self->services_.shortcut->origin());
         }
     });
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, &AppDelegate::applicationStateChanged);
@@ -142,13 +142,13 @@ void AppDelegate::startUpdates() {
         }
     };
     // Who does not want automatic checks has said so in the preferences.
-    if (!services_.prepared.preferencesAreLate) {
+    if (!services_.startupData.preferencesAreLate) {
         updates_.start();
     }
 }
 
 void AppDelegate::takeLatePreferences() {
-    services_.prepared.preferencesAreLate = false;
+    services_.startupData.preferencesAreLate = false;
     model_.takeLatePreferences();
     if (controller_) {
         visibility_.apply();
@@ -190,7 +190,7 @@ bool AppDelegate::firstPageIsReady() {
     const double ratio = screen->devicePixelRatio();
     const GridMetrics metrics{screen->size(), model_.columns(), model_.rows()};
     const int edge = static_cast<int>(std::lround(TileLayout::of(metrics, ratio).icon.width() * ratio));
-    return IconKeeper::prepareFirstPage(model_, IconCache::shared(), edge);
+    return IconDiskCache::prepareFirstPage(model_, IconCache::shared(), edge);
 }
 
 // What nobody waits for is done once the launcher is on the screen.

@@ -2,31 +2,33 @@
 // that live as long as the process.
 #pragma once
 
+#include "data/KeptIcons.h"
 #include "model/LauncherModel.h"
+#include "model/LayoutStore.h"
 #include "platform/GlobalShortcut.h"
 #include "platform/MainBundle.h"
 #include "platform/ProgramInstaller.h"
 #include "shell/FocusKeeper.h"
 #include "shell/FrameLog.h"
 #include "shell/HotKey.h"
-#include "shell/IconKeeper.h"
+#include "shell/IconDiskCache.h"
 #include "shell/LiveRefresh.h"
 #include "shell/MainMenu.h"
 #include "shell/MemoryRelease.h"
-#include "shell/NamesKeeper.h"
-#include "shell/Preparations.h"
-#include "shell/PressMerger.h"
+#include "shell/NameDiskCache.h"
 #include "shell/VisibilityController.h"
 #include "updates/dialogs/ProgramUpdates.h"
 #include "window/LauncherMenu.h"
 #include "window/LauncherWindowController.h"
 #include "window/LayoutDialogs.h"
 
+#include <QHash>
 #include <QObject>
 #include <QSessionManager>
 #include <QStringList>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace amberquill {
 
@@ -42,6 +44,15 @@ class StatusItem;
 class ScreenCapture;
 class ScrollDevices;
 class WindowSystem;
+
+// What the first frame needs from the disk.
+struct StartupData {
+    StoredLayout layout;
+    bool layoutIsLate = false;       // the layout is still being read; the model gets it later
+    bool preferencesAreLate = false; // see takeLatePreferences()
+    QHash<QString, QString> names;   // by path
+    std::vector<KeptIcon> icons;
+};
 
 // Owns the model and the window's controller and ties them to what happens to the application.
 class AppDelegate final : public QObject {
@@ -65,7 +76,7 @@ public:
         std::function<ScanResult()> scan;
         std::function<void()> prepareOpening; // called once the launcher is on the screen
         std::function<void()> retryIcons;
-        Preparations prepared;
+        StartupData startupData;
         QString applicationSupport;
         QString caches;
         QString language;
@@ -146,12 +157,12 @@ private:
     std::unique_ptr<MainMenu> mainMenu_;
     std::unique_ptr<FrameLog> frameLog_;
     std::optional<FocusKeeper> focus_;
-    NamesKeeper names_;
-    IconKeeper icons_;
+    NameDiskCache names_;
+    IconDiskCache icons_;
     LiveRefresh live_;
     MemoryRelease memory_;
     std::optional<HotKey> hotKey_;
-    PressMerger presses_;
+    PressDeduplicator presses_;
     bool isActive_ = false;
     bool hadFocus_ = false;    // since the launcher was last brought up from hiding
     bool awaitsFocus_ = false; // the window system was asked for it and has not given it yet

@@ -6,7 +6,7 @@ namespace amberquill {
 
 namespace {
 
-// Of all hot keys, also of those that are gone: no press asks for these.
+// Also of hot keys that no longer exist: the service delivers none of their presses.
 std::map<std::uint32_t, HotKey::Action>& actions() {
     static std::map<std::uint32_t, HotKey::Action> byId;
     return byId;

@@ -3,8 +3,6 @@
 #include "platform/FolderWatcher.h"
 #include "platform/MainQueue.h"
 
-#include <QPointer>
-
 namespace amberquill {
 
 LiveRefresh::LiveRefresh(Services services, QObject* parent)
@@ -18,15 +16,11 @@ LiveRefresh::LiveRefresh(Services services, QObject* parent)
 }
 
 void LiveRefresh::watch(const QStringList& folders) {
-    services_.watcher.watch(folders, [self = QPointer(this)] {
-        if (self != nullptr) {
-            self->refresh();
-        }
-    });
+    services_.watcher.watch(folders, context_.bind([this] { refresh(); }));
 }
 
 void LiveRefresh::refresh() {
-    // A scan that is under way may have passed the place of the change already.
+    // A scan under way may have read the changed folder already.
     changedDuringScan_ = services_.model.isScanning();
     services_.model.refreshApps();
     for (const double seconds : iconRetries) {

@@ -13,8 +13,8 @@ namespace amberquill {
 class FolderWatcher;
 class MainQueue;
 
-// Keeps the launcher in step with what is installed while it runs: asks the model to scan when the
-// application folders have changed, and for missing icons once more when they have had time to arrive.
+// Follows installations while the launcher runs: has the model scan when the application folders have
+// changed, and looks for missing icons again after a while.
 class LiveRefresh final : public QObject {
     Q_OBJECT
 
@@ -23,19 +23,18 @@ public:
         LauncherModel& model;
         MainQueue& queue;
         FolderWatcher& watcher;
-        std::function<void()> retryIcons; // looks again for the icons that were not to be had
+        std::function<void()> retryIcons; // looks again for icons that were missing
     };
 
-    // Seconds after a change at which missing icons are looked for again: packages install them after the
-    // entries.
+    // Seconds after a change at which missing icons are looked for again: packages install icons after their
+    // desktop entries.
     static constexpr std::array iconRetries = {1.0, 4.0, 15.0};
 
     explicit LiveRefresh(Services services, QObject* parent = nullptr);
 
-    // Begins to watch these folders.
     void watch(const QStringList& folders);
 
-    // As after a change of theirs.
+    // Scans as after a change in a watched folder.
     void refresh();
 
 private:

@@ -60,7 +60,7 @@ MainMenu::MainMenu(const Actions& actions) {
 MainMenu::~MainMenu() = default;
 
 bool MainMenu::performKeyEquivalent(const QKeyEvent& event) const {
-    // Which of the keyboard's layouts is on is no part of a combination.
+    // Qt reports the active keyboard layout as a modifier.
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::GroupSwitchModifier;
     const QKeySequence pressed(QKeyCombination(modifiers, static_cast<Qt::Key>(combinationKey(event))));
     for (const Menu& menu : menus_) {

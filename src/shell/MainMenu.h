@@ -12,12 +12,12 @@ class QKeyEvent;
 
 namespace amberquill {
 
-// The program's main menu, in the language in which it was made. Nothing shows it, as there is no bar over a
-// full-screen window: it holds the key equivalents that work while the launcher is up. Its entries are plain
-// actions and no widgets, because Qt finds the shortcuts of menus only while a widget's window has the focus.
+// The program's main menu, in the interface language at its construction. It is never shown: a full-screen
+// window has no menu bar. It holds the key equivalents that work while the launcher is up. The entries are
+// plain actions, because Qt handles the shortcuts of QMenu only while a widget's window has the focus.
 class MainMenu {
 public:
-    // What its entries do.
+    // One for each entry.
     struct Actions {
         std::function<void()> about;
         std::function<void()> hide;
@@ -39,7 +39,7 @@ public:
 
     [[nodiscard]] const std::vector<Menu>& menus() const { return menus_; }
 
-    // Does what the entry with these keys does; whether there is one.
+    // Triggers the entry with these keys. Returns whether there is one.
     [[nodiscard]] bool performKeyEquivalent(const QKeyEvent& event) const;
 
 private:

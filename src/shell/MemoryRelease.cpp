@@ -2,14 +2,12 @@
 
 #include "model/LauncherModel.h"
 
-#include <QPointer>
-
 namespace amberquill {
 
 namespace {
 
-// Seconds. Whoever hides the launcher only to show it again at once is not made to wait for anything.
-constexpr double restsAfter = 3;
+// Seconds. Showing the launcher again soon after hiding it finds everything still in memory.
+constexpr double idleTime = 3;
 
 } // namespace
 
@@ -19,20 +17,15 @@ MemoryRelease::MemoryRelease(const LauncherModel& model, MainQueue& queue, std::
     , model_(model)
     , queue_(queue)
     , release_(std::move(release)) {
-    connect(&model, &LauncherModel::presentedChanged, this, &MemoryRelease::wait);
-    connect(&model, &LauncherModel::scanned, this, &MemoryRelease::wait);
+    connect(&model, &LauncherModel::presentedChanged, this, &MemoryRelease::restart);
+    connect(&model, &LauncherModel::scanned, this, &MemoryRelease::restart);
 }
 
-void MemoryRelease::wait() {
-    waiting_.cancel();
-    if (model_.presented()) {
-        return;
+void MemoryRelease::restart() {
+    nextRelease_.cancel();
+    if (!model_.presented()) {
+        nextRelease_ = queue_.postAfter(idleTime, [this] { release_(); });
     }
-    waiting_ = queue_.postAfter(restsAfter, [self = QPointer(this)] {
-        if (self != nullptr) {
-            self->release_();
-        }
-    });
 }
 
 } // namespace amberquill

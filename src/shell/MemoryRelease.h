@@ -9,23 +9,23 @@ namespace amberquill {
 
 class LauncherModel;
 
-// Has memory given back once the launcher is hidden and nothing has happened for a while: a launcher that is
-// used all day is seen for moments only.
+// Releases memory once the launcher has been hidden and idle for a while: a launcher that runs all day is
+// visible for moments only.
 class MemoryRelease final : public QObject {
     Q_OBJECT
 
 public:
-    // All outlive it. `release` gives back what the next showing can do without.
+    // Model and queue outlive this object. `release` frees what the next showing does not need at once.
     MemoryRelease(const LauncherModel& model, MainQueue& queue, std::function<void()> release,
                   QObject* parent = nullptr);
 
 private:
-    void wait();
+    void restart();
 
     const LauncherModel& model_;
     MainQueue& queue_;
     std::function<void()> release_;
-    DelayedWork waiting_;
+    DelayedWork nextRelease_;
 };
 
 } // namespace amberquill

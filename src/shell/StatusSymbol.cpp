@@ -17,12 +17,12 @@ constexpr QColor lightInk(0xFF, 0xFF, 0xFF);
 
 constexpr int squaresInRow = 3;
 
-// Parts of the symbol's edge.
+// Fractions of the symbol's edge.
 constexpr double squareShare = 5.0 / 24;
 constexpr double allSquaresShare = 18.5 / 24;
 constexpr double roundingShare = 1.4 / 24;
 
-// The squares, on the pixel grid and in the middle. In device pixels.
+// Aligns the squares to the pixel grid and centres them. In device pixels.
 struct SquareGrid {
     int square;
     int gap;
@@ -30,7 +30,7 @@ struct SquareGrid {
 
     static SquareGrid of(int edge) {
         int square = static_cast<int>(std::lround(edge * squareShare));
-        // What is left beside them is the same on both sides.
+        // The remaining width is even, so both margins are equal.
         square = std::max(square - (edge - square) % 2, 1);
         const double left = edge * allSquaresShare - squaresInRow * square;
         const int gap = std::max(static_cast<int>(std::lround(left / (squaresInRow - 1))), 1);
@@ -100,7 +100,7 @@ private:
     std::function<void()> drawn_;
 };
 
-// The mean of the outermost pixels, as far as the picture itself is seen: brightness and opacity from 0 to 1.
+// The means of the outermost pixels, from 0 to 1. Brightness is premultiplied by opacity.
 struct Surroundings {
     double brightness;
     double opacity;

@@ -7,16 +7,16 @@ class QImage;
 
 namespace amberquill {
 
-// Whether a symbol on a panel has to be dark or light.
+// The brightness of a panel's background.
 enum class PanelTone { Unknown, Light, Dark };
 
-// The panel's, from a picture of a symbol on it: by the outermost pixels, which the symbol leaves free. Where
-// they are transparent, what is behind them may be anything.
+// Determines a panel's tone from a picture of the symbol on it, by the outermost pixels, which the symbol
+// leaves free. Unknown where they are too transparent to tell.
 [[nodiscard]] PanelTone panelTone(const QImage& symbolOnPanel);
 
-// The status item's symbol: dark on a light panel, light on a dark one, and with an edge of the other kind
-// where that is unknown. It has the name of the symbol of the icon theme, which hosts draw in a colour of
-// their own, where the theme has that. `drawn` is called each time that it has been drawn.
+// The status item's symbol: dark on a light panel, light on a dark one, light with a dark outline where the
+// tone is unknown. If the icon theme has the program's symbolic icon, the symbol carries its name, so that
+// hosts can draw that icon in a colour of their own. `drawn` is called after each drawing.
 [[nodiscard]] QIcon statusSymbol(PanelTone tone, std::function<void()> drawn);
 
 } // namespace amberquill

@@ -5,15 +5,14 @@
 
 #include <QGuiApplication>
 #include <QMenu>
-#include <QPointer>
 #include <QSystemTrayIcon>
 
 namespace amberquill {
 
 namespace {
 
-// Seconds after which a panel has drawn itself anew that another window was put into.
-constexpr double settledPanel = 1;
+// Seconds in which a panel redraws itself around a new item.
+constexpr double panelRedraw = 1;
 
 } // namespace
 
@@ -23,9 +22,9 @@ TrayStatusItem::TrayStatusItem(TrayHosts& hosts, MainQueue& queue)
 
 TrayStatusItem::~TrayStatusItem() = default;
 
-// What turns the item off may be its own menu, which goes on working with itself after that.
+// Not at once: the item's own menu may be what turns the item off.
 template<typename Object>
-void TrayStatusItem::letGo(std::unique_ptr<Object>& object) {
+void TrayStatusItem::deleteLater(std::unique_ptr<Object>& object) {
     if (object != nullptr) {
         object->disconnect(this);
         object.release()->deleteLater();
@@ -35,7 +34,7 @@ void TrayStatusItem::letGo(std::unique_ptr<Object>& object) {
 void TrayStatusItem::setVisible(bool visible) {
     isVisible_ = visible;
     if (!visible) {
-        drop();
+        destroy();
         return;
     }
     hosts_.follow(
@@ -44,18 +43,18 @@ void TrayStatusItem::setVisible(bool visible) {
                 make();
             }
         },
-        [this] { drop(); });
+        [this] { destroy(); });
 }
 
-void TrayStatusItem::drop() {
-    letGo(icon_);
-    letGo(menu_);
+void TrayStatusItem::destroy() {
+    deleteLater(icon_);
+    deleteLater(menu_);
 }
 
 void TrayStatusItem::make() {
     menu_ = std::make_unique<QMenu>();
     connect(menu_.get(), &QMenu::aboutToShow, this, [this] { refill(); });
-    refill(); // a host asks for the entries before it asks to show them
+    refill(); // some hosts read the entries before they open the menu
     icon_ = std::make_unique<QSystemTrayIcon>();
     setTone(PanelTone::Unknown);
     icon_->setToolTip(QStringLiteral("Amberquill"));
@@ -73,27 +72,16 @@ void TrayStatusItem::make() {
 
 void TrayStatusItem::setTone(PanelTone tone) {
     tone_ = tone;
-    icon_->setIcon(statusSymbol(tone, [self = QPointer(this)] {
-        if (self != nullptr) {
-            self->lookSoon();
-        }
-    }));
+    icon_->setIcon(statusSymbol(tone, context_.bind([this] { updateToneSoon(); })));
 }
 
-// Panels tell nothing of their colours. What changes them has the symbol drawn anew, as a rule.
-void TrayStatusItem::lookSoon() {
-    const auto look = [self = QPointer(this)] {
-        if (self != nullptr) {
-            self->look();
-        }
-    };
-    soon_.cancel();
-    soon_ = queue_.postAfter(0, look);
-    later_.cancel();
-    later_ = queue_.postAfter(settledPanel, look);
+// Trays do not announce their colours. A change of colour usually redraws the symbol.
+void TrayStatusItem::updateToneSoon() {
+    earlyUpdate_ = queue_.postAfter(0, [this] { updateTone(); });
+    lateUpdate_ = queue_.postAfter(panelRedraw, [this] { updateTone(); });
 }
 
-void TrayStatusItem::look() {
+void TrayStatusItem::updateTone() {
     if (icon_ == nullptr) {
         return;
     }
@@ -106,10 +94,10 @@ void TrayStatusItem::look() {
 void TrayStatusItem::refill() {
     const auto submenus = menu_->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly);
     menu_->clear();
-    qDeleteAll(submenus); // the entries that stood for them went with the others
+    qDeleteAll(submenus); // clear() deletes only their entries
     actions_.fillMenu(*menu_);
     MenuStyle::applyTo(*menu_);
-    lookSoon();
+    updateToneSoon();
 }
 
 } // namespace amberquill

@@ -14,8 +14,8 @@ namespace amberquill {
 
 class TrayHosts;
 
-// The status item in whatever tray the desktop has. Made when it is to be seen and there is a tray: most
-// desktops never need it.
+// The status item in the desktop's tray. The Qt objects are made only when the item is turned on and there is
+// a tray.
 class TrayStatusItem final : public QObject, public StatusItem {
     Q_OBJECT
 
@@ -31,27 +31,28 @@ public:
     void setVisible(bool visible) override;
     [[nodiscard]] bool isVisible() const override { return isVisible_; }
 
-    // Looks at the panel's colour again, now and when everything has been drawn: what covered it may be gone.
-    void lookSoon();
+    // Reads the panel's colour again, soon and once more when the panel has been redrawn.
+    void updateToneSoon();
 
 private:
     template<typename Object>
-    void letGo(std::unique_ptr<Object>& object);
+    void deleteLater(std::unique_ptr<Object>& object);
     void make();
-    void drop();
+    void destroy();
     void refill();
     void setTone(PanelTone tone);
-    void look();
+    void updateTone();
 
     TrayHosts& hosts_;
     MainQueue& queue_;
     bool isVisible_ = false;
     Actions actions_;
-    std::unique_ptr<QMenu> menu_; // the tray shows it by itself: it is filled anew before each opening
+    std::unique_ptr<QMenu> menu_; // filled again before each opening
     std::unique_ptr<QSystemTrayIcon> icon_;
-    PanelTone tone_ = PanelTone::Unknown; // as the symbol is drawn for
-    DelayedWork soon_;
-    DelayedWork later_;
+    PanelTone tone_ = PanelTone::Unknown; // that the symbol is drawn for
+    DelayedWork earlyUpdate_;
+    DelayedWork lateUpdate_;
+    Context context_;
 };
 
 } // namespace amberquill

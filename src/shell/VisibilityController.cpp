@@ -9,7 +9,6 @@
 
 #include <QKeySequence>
 #include <QMenu>
-#include <QPointer>
 
 namespace amberquill {
 
@@ -18,8 +17,8 @@ namespace {
 const QString dockKey = QStringLiteral("showInDock");
 const QString menuBarKey = QStringLiteral("showInMenuBar");
 
-// Seconds that a change of the task-bar entry takes to settle.
-constexpr double settling = 0.2;
+// Seconds until a change of the task-bar entry has taken effect.
+constexpr double taskBarDelay = 0.2;
 
 ClosureMenuItem& add(QMenu& menu, const QString& title, std::function<void()> handler) {
     auto* item = new ClosureMenuItem(title, std::move(handler), &menu);
@@ -52,7 +51,7 @@ void VisibilityController::setShowsInDock(bool on) {
     services_.preferences.setBoolean(dockKey, on);
     services_.windows.setListedInTaskBars(on);
     if (wasShown) {
-        services_.queue.thenAfter(context_, settling, [this] { showLauncher(); });
+        services_.queue.thenAfter(context_, taskBarDelay, [this] { showLauncher(); });
     }
 }
 
@@ -92,16 +91,10 @@ void VisibilityController::addItems(QMenu& menu, bool withHeader) {
         }
     };
     menu.setToolTipsVisible(true);
-    addSwitch(L::showInDock(), dock, menuBar || !dock, [self = QPointer(this)] {
-        if (self != nullptr) {
-            self->setShowsInDock(!self->showsInDock());
-        }
-    });
-    addSwitch(L::showInMenuBar(), menuBar, dock || !menuBar, [self = QPointer(this)] {
-        if (self != nullptr) {
-            self->toggleShowsInMenuBar();
-        }
-    });
+    addSwitch(L::showInDock(), dock, menuBar || !dock,
+              context_.bind([this] { setShowsInDock(!showsInDock()); }));
+    addSwitch(L::showInMenuBar(), menuBar, dock || !menuBar,
+              context_.bind([this] { toggleShowsInMenuBar(); }));
 }
 
 void VisibilityController::addStatusMenu(QMenu& menu) {

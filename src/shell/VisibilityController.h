@@ -14,9 +14,8 @@ class Preferences;
 class StatusItem;
 class WindowSystem;
 
-// How the program can be reached beside its chord: the task-bar entry, the status item or both; never
-// neither. Keeps the two switches and knows nothing of the launcher: what it does to it are closures, which
-// do nothing until they are set.
+// The two ways to reach the program beside its keys: the task-bar entry and the status item. At least one of
+// them is always on. Knows nothing of the launcher: the closures below do nothing until they are set.
 class VisibilityController final : public QObject {
     Q_OBJECT
 
@@ -42,15 +41,15 @@ public:
     [[nodiscard]] bool showsInDock() const;
     [[nodiscard]] bool showsInMenuBar() const;
 
-    // Refused where it would turn off the last way in.
+    // Both refuse to turn off the last one.
     void setShowsInDock(bool on);
     void toggleShowsInMenuBar();
 
-    // Makes task-bar entry and status item what the switches say: at the start.
+    // Applies both stored switches.
     void apply();
     void updateStatusItem();
 
-    // Appends the two switches, the last one on disabled; under a heading if asked for.
+    // Appends the two switches, under a heading if asked for. The only one that is on is disabled.
     void addItems(QMenu& menu, bool withHeader);
 
     // Appends the status item's menu.

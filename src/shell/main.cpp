@@ -38,8 +38,8 @@
 #include "platform/linux/wayland/SeatlessCompositor.h"
 #include "platform/linux/windows/WindowSystems.h"
 #include "shell/AppDelegate.h"
-#include "shell/DeferredOpener.h"
 #include "shell/EarlyReading.h"
+#include "shell/LazyApplicationOpener.h"
 #include "shell/TrayStatusItem.h"
 #include "window/Backdrops.h"
 
@@ -99,19 +99,19 @@ struct Reading {
     EarlyReading<Caches> caches;
     EarlyReading<ScanResult> firstScan;
 
-    Preparations takeBy(std::chrono::steady_clock::time_point deadline) {
-        Preparations prepared;
+    StartupData takeBy(std::chrono::steady_clock::time_point deadline) {
+        StartupData data;
         auto read = layout.takeBy(deadline);
-        prepared.layoutIsLate = !read;
+        data.layoutIsLate = !read;
         if (read) {
-            prepared.layout = std::move(*read);
+            data.layout = std::move(*read);
         }
         if (auto cached = caches.takeBy(deadline)) {
-            prepared.names = std::move(cached->names);
-            prepared.icons = std::move(cached->icons);
+            data.names = std::move(cached->names);
+            data.icons = std::move(cached->icons);
         }
         firstScan.waitUntil(deadline);
-        return prepared;
+        return data;
     }
 
     [[nodiscard]] bool isUnderWay() const {
@@ -140,7 +140,7 @@ void carryOut(const desktop::ApplicationRequest& request, AppDelegate& delegate)
         delegate.hideLauncher();
         break;
     case Kind::Toggle:
-        delegate.toggleByPress(PressRoute::bus, {token, 0});
+        delegate.toggleByPress(PressRoute::Bus, {token, 0});
         break;
     }
 }
@@ -189,11 +189,11 @@ int main(int argc, char* argv[]) {
     reading.preferences.start([&] { return desktop::JsonPreferences::read(files, preferencesPath); });
     reading.layout.start([&] { return LayoutStore::read(files, locations.applicationSupport); });
     reading.caches.start([&] {
-        Caches caches{NamesKeeper::load(files, locations.caches, language), {}};
+        Caches caches{NameDiskCache::load(files, locations.caches, language), {}};
         if (caches.names.isEmpty()) {
             reading.firstScan.start([&] { return AppScanner::scan(scanServices); });
         }
-        caches.icons = IconKeeper::load(files, locations.caches);
+        caches.icons = IconDiskCache::load(files, locations.caches);
         if (caches.icons.empty()) {
             // The first page will have to be decoded before it can be shown.
             iconWorkers.prepare();
@@ -252,7 +252,7 @@ int main(int argc, char* argv[]) {
     const desktop::CurrentBus sessionBus = [&nextBus] {
         return nextBus ? *nextBus : QDBusConnection::sessionBus();
     };
-    DeferredOpener opener([&]() -> std::unique_ptr<ApplicationOpener> {
+    LazyApplicationOpener opener([&]() -> std::unique_ptr<ApplicationOpener> {
         return std::make_unique<desktop::LinuxApplicationOpener>(
             start, [&] { return hasBus() ? sessionBus() : QDBusConnection(QStringLiteral("none")); },
             *notifications, queue);
@@ -261,9 +261,9 @@ int main(int argc, char* argv[]) {
     desktop::LinuxMotionPreference motion(environment, queue, sessionBus);
     windows->setActivationToken(desktop::takeStartToken(start.environment, QGuiApplication::platformName()));
 
-    Preparations prepared = reading.takeBy(readingStarted + longestReading);
-    prepared.preferencesAreLate = preferencesAreLate;
-    const bool layoutIsLate = prepared.layoutIsLate; // the rest is moved from
+    StartupData startupData = reading.takeBy(readingStarted + longestReading);
+    startupData.preferencesAreLate = preferencesAreLate;
+    const bool layoutIsLate = startupData.layoutIsLate; // the rest is moved from
     const auto scan = [&scanServices, &first = reading.firstScan] {
         auto scanned = first.take();
         return scanned ? std::move(*scanned) : AppScanner::scan(scanServices);
@@ -310,7 +310,7 @@ int main(int argc, char* argv[]) {
                               icons.forget();
                               IconCache::shared().retryMissing();
                           },
-                          std::move(prepared),
+                          std::move(startupData),
                           locations.applicationSupport,
                           locations.caches,
                           language,
@@ -339,7 +339,7 @@ int main(int argc, char* argv[]) {
     }
     // Without a compositor a panel beneath the launcher is not seen.
     QObject::connect(&delegate.model(), &LauncherModel::presentedChanged, &statusItem,
-                     &TrayStatusItem::lookSoon);
+                     &TrayStatusItem::updateToneSoon);
     // Icons that no process could be had for are asked for again when the launcher is hidden, and when it is
     // shown.
     QObject::connect(&delegate.model(), &LauncherModel::presentedChanged, &delegate.model(), [&icons] {

@@ -31,8 +31,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A preference that the test changes.
-class HandMotion final : public MotionPreference {
+class FakeMotionPreference final : public MotionPreference {
 public:
     [[nodiscard]] bool isReduced() const override { return reduced_; }
     void follow(std::function<void()> changed) override { changed_ = std::move(changed); }
@@ -48,7 +47,7 @@ private:
     std::function<void()> changed_;
 };
 
-class TokenWindowSystem final : public WindowSystem {
+class FakeWindowSystem final : public WindowSystem {
 public:
     [[nodiscard]] QScreen* screenUnderPointer() const override { return nullptr; }
     void setActivationToken(const QString& token) override { token_ = token; }
@@ -64,8 +63,7 @@ private:
     QString token_;
 };
 
-// Keeps what it would do in a tray.
-class KeptStatusItem final : public StatusItem {
+class FakeStatusItem final : public StatusItem {
 public:
     void setActions(Actions actions) override { actions_ = std::move(actions); }
     void setVisible(bool) override {}
@@ -77,9 +75,9 @@ private:
     Actions actions_;
 };
 
-class FixedBundle final : public MainBundle {
+class FakeBundle final : public MainBundle {
 public:
-    explicit FixedBundle(QHash<QString, QString> texts)
+    explicit FakeBundle(QHash<QString, QString> texts)
         : texts_(std::move(texts)) {}
 
     [[nodiscard]] std::optional<QString> text(const QString& key) const override {
@@ -93,40 +91,43 @@ private:
 class AppDelegateTest : public testing::Test {
 protected:
     void SetUp() override {
-        prepared_.names = {{u"/Applications/1.app"_s, u"Remembered"_s}};
+        startupData_.names = {{u"/Applications/1.app"_s, u"Remembered"_s}};
         delegate_ = std::make_unique<AppDelegate>(services());
     }
 
-    // Another one, whose bundle says this.
+    // Replaces the delegate. The bundle has these texts.
     void makeDelegate(const QHash<QString, QString>& bundle) {
         AppDelegate::Services withBundle = services();
-        withBundle.bundle = std::make_shared<FixedBundle>(bundle);
+        withBundle.bundle = std::make_shared<FakeBundle>(bundle);
         delegate_ = std::make_unique<AppDelegate>(std::move(withBundle));
     }
 
     AppDelegate::Services services() {
-        return {queue_,
-                files_,
-                preferences_,
-                windows_,
-                tokens_,
-                opener_,
-                watcher_,
-                statusItem_,
-                devices_,
-                screens_,
-                nullptr,
-                motion_,
+        return {
+            .queue = queue_,
+            .files = files_,
+            .preferences = preferences_,
+            .windows = windows_,
+            .tokens = tokens_,
+            .opener = opener_,
+            .watcher = watcher_,
+            .statusItem = statusItem_,
+            .scrollDevices = devices_,
+            .screens = screens_,
+            .firstBackdrop = nullptr,
+            .motion = motion_,
+            .scan =
                 [] {
                     return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};
                 },
-                [] {},
-                [] {},
-                prepared_,
-                u"/data"_s,
-                u"/cache"_s,
-                u"en"_s,
-                {u"/Applications"_s}};
+            .prepareOpening = [] {},
+            .retryIcons = [] {},
+            .startupData = startupData_,
+            .applicationSupport = u"/data"_s,
+            .caches = u"/cache"_s,
+            .language = u"en"_s,
+            .watchedFolders = {u"/Applications"_s},
+        };
     }
 
     // The entry of the launcher's menu with this title.
@@ -154,15 +155,15 @@ protected:
     ManualQueue queue_;
     MemoryFileSystem files_;
     MemoryPreferences preferences_;
-    TokenWindowSystem windows_;
+    FakeWindowSystem windows_;
     NullActivationTokens tokens_;
     NullApplicationOpener opener_;
     ManualFolderWatcher watcher_;
-    KeptStatusItem statusItem_;
-    Preparations prepared_;
+    FakeStatusItem statusItem_;
+    StartupData startupData_;
     NullScrollDevices devices_;
     NullScreenCapture screens_;
-    HandMotion motion_;
+    FakeMotionPreference motion_;
     std::unique_ptr<AppDelegate> delegate_;
 };
 
@@ -397,29 +398,8 @@ TEST_F(AppDelegateTest, BecomingActiveCoversNoOtherWindow) {
 
 TEST_F(AppDelegateTest, TheLayoutIsSavedAtTheEndEvenWhenNothingSavedItBefore) {
     files_.addFile(u"/data/Amberquill/layout.json"_s, "[ {\"app\" : {\"_0\" : \"/Applications/1.app\"}} ]");
-    delegate_ = std::make_unique<AppDelegate>(
-        AppDelegate::Services{queue_,
-                              files_,
-                              preferences_,
-                              windows_,
-                              tokens_,
-                              opener_,
-                              watcher_,
-                              statusItem_,
-                              devices_,
-                              screens_,
-                              nullptr,
-                              motion_,
-                              [] {
-                                  return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};
-                              },
-                              [] {},
-                              [] {},
-                              Preparations::read(files_, {{}, u"/data"_s, {}, {}, {}}, u"en"_s),
-                              u"/data"_s,
-                              u"/cache"_s,
-                              u"en"_s,
-                              {}});
+    startupData_.layout = LayoutStore::read(files_, u"/data"_s);
+    makeDelegate({});
     delegate_->applicationDidFinishLaunching();
     Q_EMIT qGuiApp->aboutToQuit({});
     EXPECT_EQ(files_.file(u"/data/Amberquill/layout.json"_s),
@@ -428,7 +408,7 @@ TEST_F(AppDelegateTest, TheLayoutIsSavedAtTheEndEvenWhenNothingSavedItBefore) {
 }
 
 TEST_F(AppDelegateTest, NoUpdateIsLookedForByItselfBeforeThePreferencesAreRead) {
-    prepared_.preferencesAreLate = true;
+    startupData_.preferencesAreLate = true;
     for (const bool isWanted : {true, false}) {
         makeDelegate({{u"SUFeedURL"_s, u"https://example.org/feed.xml"_s}});
         delegate_->applicationDidFinishLaunching();
@@ -485,16 +465,16 @@ TEST_F(AppDelegateTest, TheWishForLessMotionIsFollowedOnceTheLauncherIsOnTheScre
 TEST_F(AppDelegateTest, OnePressIsOneToggleHoweverManyRoutesItTakes) {
     delegate_->applicationDidFinishLaunching();
     setState(Qt::ApplicationActive);
-    delegate_->toggleByPress(PressRoute::hotKey, {});
+    delegate_->toggleByPress(PressRoute::HotKey, {});
     EXPECT_FALSE(delegate_->model().presented());
     queue_.advance(0.02);
-    delegate_->toggleByPress(PressRoute::bus, {});
+    delegate_->toggleByPress(PressRoute::Bus, {});
     EXPECT_FALSE(delegate_->model().presented()) << "the same press once more";
     queue_.advance(0.02);
-    delegate_->toggleByPress(PressRoute::hotKey, {});
+    delegate_->toggleByPress(PressRoute::HotKey, {});
     EXPECT_TRUE(delegate_->model().presented()) << "a second press";
     queue_.advance(1);
-    delegate_->toggleByPress(PressRoute::bus, {});
+    delegate_->toggleByPress(PressRoute::Bus, {});
     EXPECT_FALSE(delegate_->model().presented());
 }
 
@@ -596,7 +576,7 @@ TEST_F(AppDelegateTest, NoUpdateIsLookedForDuringADrag) {
     const QString lastCheck = u"SULastCheckTime"_s;
     queue_.setDate(queue_.date() + std::chrono::hours(24 * 365));
     files_.addFile(u"/data/Amberquill/layout.json"_s, "[ {\"app\" : {\"_0\" : \"/Applications/1.app\"}} ]");
-    prepared_ = Preparations::read(files_, {{}, u"/data"_s, {}, {}, {}}, u"en"_s);
+    startupData_.layout = LayoutStore::read(files_, u"/data"_s);
     makeDelegate({{u"SUFeedURL"_s, u"http://127.0.0.1:1/feed"_s}});
     delegate_->applicationDidFinishLaunching();
     LauncherModel& model = delegate_->model();

@@ -10,12 +10,12 @@ namespace {
 constexpr KeyChord space{Qt::Key_Space, Qt::ControlModifier | Qt::AltModifier};
 constexpr KeyChord letter{Qt::Key_A, Qt::ControlModifier};
 
-class HandShortcut final : public GlobalShortcut {
+class FakeGlobalShortcut final : public GlobalShortcut {
 public:
     void add(std::uint32_t id, const KeyChord& chord) override { chords[id] = chord; }
     void remove(std::uint32_t id) override { chords.erase(id); }
 
-    // As the system delivers it: only what is registered.
+    // Delivers registered chords only, as the system does.
     void press(const KeyChord& chord) {
         for (const auto& [id, registered] : std::map(chords)) {
             if (registered == chord) {
@@ -29,8 +29,8 @@ public:
 
 } // namespace
 
-TEST(HotKey, RunsItsActionAtEachPress) {
-    HandShortcut service;
+TEST(HotKey, EachPressRunsTheAction) {
+    FakeGlobalShortcut service;
     int pressed = 0;
     const HotKey key(service, space, 1, [&] { ++pressed; });
     service.press(space);
@@ -39,8 +39,8 @@ TEST(HotKey, RunsItsActionAtEachPress) {
     EXPECT_EQ(pressed, 2);
 }
 
-TEST(HotKey, EachRunsItsOwnAction) {
-    HandShortcut service;
+TEST(HotKey, EachHotKeyRunsItsOwnAction) {
+    FakeGlobalShortcut service;
     int first = 0;
     int second = 0;
     const HotKey one(service, space, 1, [&] { ++first; });
@@ -53,23 +53,23 @@ TEST(HotKey, EachRunsItsOwnAction) {
     EXPECT_EQ(second, 1);
 }
 
-TEST(HotKey, TheHandlerIsInstalledOnceAndStays) {
-    HandShortcut service;
+TEST(HotKey, TheHandlerIsInstalledOnceAndKept) {
+    FakeGlobalShortcut service;
     int pressed = 0;
     {
         const HotKey one(service, space, 1, [] {});
         EXPECT_TRUE(service.hasHandler());
     }
     EXPECT_TRUE(service.hasHandler());
-    // Somebody else's handler is left in place.
+    // An existing handler is left in place.
     service.setHandler([&](std::uint32_t) { pressed += 10; });
     const HotKey two(service, letter, 2, [&] { ++pressed; });
     service.press(letter);
     EXPECT_EQ(pressed, 10);
 }
 
-TEST(HotKey, ItsEndIsTheEndOfItsPresses) {
-    HandShortcut service;
+TEST(HotKey, ADestroyedHotKeyIsUnregistered) {
+    FakeGlobalShortcut service;
     int pressed = 0;
     {
         const HotKey key(service, space, 1, [&] { ++pressed; });
@@ -80,8 +80,8 @@ TEST(HotKey, ItsEndIsTheEndOfItsPresses) {
     EXPECT_EQ(pressed, 0);
 }
 
-TEST(HotKey, ALaterOneOfTheSameIdReplacesTheAction) {
-    HandShortcut service;
+TEST(HotKey, ALaterHotKeyWithTheSameIdReplacesTheAction) {
+    FakeGlobalShortcut service;
     int first = 0;
     int second = 0;
     {
@@ -93,8 +93,8 @@ TEST(HotKey, ALaterOneOfTheSameIdReplacesTheAction) {
     EXPECT_EQ(second, 1);
 }
 
-TEST(HotKey, AnActionMayEndItsOwnHotKey) {
-    HandShortcut service;
+TEST(HotKey, AnActionMayDestroyItsOwnHotKey) {
+    FakeGlobalShortcut service;
     std::unique_ptr<HotKey> key;
     int pressed = 0;
     key = std::make_unique<HotKey>(service, space, 1, [&] {
@@ -104,4 +104,30 @@ TEST(HotKey, AnActionMayEndItsOwnHotKey) {
     service.press(space);
     service.press(space);
     EXPECT_EQ(pressed, 1);
+}
+
+TEST(PressDeduplicator, APressThatArrivesByTwoRoutesCountsOnce) {
+    PressDeduplicator presses;
+    EXPECT_TRUE(presses.isNewPress(PressRoute::HotKey, 1000));
+    EXPECT_FALSE(presses.isNewPress(PressRoute::Bus, 1000.05));
+}
+
+TEST(PressDeduplicator, TwoFastPressesByOneRouteCountTwice) {
+    PressDeduplicator presses;
+    EXPECT_TRUE(presses.isNewPress(PressRoute::HotKey, 1000));
+    EXPECT_TRUE(presses.isNewPress(PressRoute::HotKey, 1000.01));
+}
+
+TEST(PressDeduplicator, TwoFastPressesByBothRoutesCountTwiceInAnyOrder) {
+    PressDeduplicator presses;
+    EXPECT_TRUE(presses.isNewPress(PressRoute::Bus, 1000));
+    EXPECT_FALSE(presses.isNewPress(PressRoute::HotKey, 1000.02));
+    EXPECT_TRUE(presses.isNewPress(PressRoute::HotKey, 1000.15));
+    EXPECT_FALSE(presses.isNewPress(PressRoute::Bus, 1000.17));
+}
+
+TEST(PressDeduplicator, ALateDeliveryIsANewPress) {
+    PressDeduplicator presses;
+    EXPECT_TRUE(presses.isNewPress(PressRoute::HotKey, 1000));
+    EXPECT_TRUE(presses.isNewPress(PressRoute::Bus, 1000.01 + PressDeduplicator::longestDelay));
 }

@@ -30,18 +30,18 @@ protected:
 
 } // namespace
 
-TEST_F(LiveRefreshTest, WatchesTheFoldersItIsGiven) {
+TEST_F(LiveRefreshTest, TheGivenFoldersAreWatched) {
     EXPECT_EQ(watcher_.watched, QStringList{u"/Applications"_s});
 }
 
-TEST_F(LiveRefreshTest, AChangeIsFollowedByAScan) {
+TEST_F(LiveRefreshTest, AChangeStartsAScan) {
     installed_ = apps(5);
     watcher_.change();
     queue_.runPosted();
     EXPECT_EQ(model_->items().size(), 5U);
 }
 
-TEST_F(LiveRefreshTest, AChangeDuringAScanIsFollowedByAnotherOne) {
+TEST_F(LiveRefreshTest, AChangeDuringAScanStartsAnotherScan) {
     const int scans = scans_;
     model_->refreshApps();
     watcher_.change();
@@ -50,7 +50,7 @@ TEST_F(LiveRefreshTest, AChangeDuringAScanIsFollowedByAnotherOne) {
     EXPECT_FALSE(model_->isScanning());
 }
 
-TEST_F(LiveRefreshTest, MissingIconsAreLookedForAgainAFewTimes) {
+TEST_F(LiveRefreshTest, MissingIconsAreLookedForThreeTimes) {
     watcher_.change();
     queue_.runPosted();
     EXPECT_EQ(retries_, 0);
@@ -60,5 +60,5 @@ TEST_F(LiveRefreshTest, MissingIconsAreLookedForAgainAFewTimes) {
     EXPECT_EQ(retries_, 2);
     queue_.advance(60);
     EXPECT_EQ(retries_, 3);
-    EXPECT_EQ(queue_.waiting(), 0U) << "and then nothing runs any more";
+    EXPECT_EQ(queue_.waiting(), 0U) << "no timer is left";
 }

@@ -26,7 +26,7 @@ protected:
         });
     }
 
-    // Its entries as "title keys".
+    // The entries as "title keys".
     static QStringList entries(const MainMenu::Menu& menu) {
         QStringList result;
         for (const auto& item : menu.items) {
@@ -47,7 +47,7 @@ protected:
 
 } // namespace
 
-TEST_F(MainMenuTest, ItsEntriesStandInOrderWithTheirKeys) {
+TEST_F(MainMenuTest, TheEntriesStandInOrderWithTheirKeys) {
     const MainMenu menu = make();
     ASSERT_EQ(menu.menus().size(), 2U);
     EXPECT_EQ(menu.menus()[0].title, QString());
@@ -60,7 +60,7 @@ TEST_F(MainMenuTest, ItsEntriesStandInOrderWithTheirKeys) {
                            u"Select All Ctrl+A"_s, u"-"_s, u"Close Ctrl+W"_s}));
 }
 
-TEST_F(MainMenuTest, ItIsInTheLanguageInEffectWhenItIsMade) {
+TEST_F(MainMenuTest, TheMenuIsInTheLanguageAtItsConstruction) {
     L::setLanguage(AppLanguage::German);
     const MainMenu german = make();
     L::setLanguage(AppLanguage::Japanese);
@@ -69,7 +69,7 @@ TEST_F(MainMenuTest, ItIsInTheLanguageInEffectWhenItIsMade) {
     EXPECT_EQ(make().menus()[1].title, u"編集"_s);
 }
 
-TEST_F(MainMenuTest, ItsKeysDoWhatItsEntriesSay) {
+TEST_F(MainMenuTest, TheKeysTriggerTheirEntries) {
     const MainMenu menu = make();
     for (const int key :
          {Qt::Key_H, Qt::Key_Q, Qt::Key_Z, Qt::Key_X, Qt::Key_C, Qt::Key_V, Qt::Key_A, Qt::Key_W}) {
@@ -79,7 +79,7 @@ TEST_F(MainMenuTest, ItsKeysDoWhatItsEntriesSay) {
                                   u"edit 4"_s, u"close"_s}));
 }
 
-TEST_F(MainMenuTest, OtherKeysAreNotItsOwn) {
+TEST_F(MainMenuTest, OtherKeysTriggerNothing) {
     const MainMenu menu = make();
     EXPECT_FALSE(press(menu, Qt::Key_Q, {}));
     EXPECT_FALSE(press(menu, Qt::Key_Q, Qt::ControlModifier | Qt::ShiftModifier));
@@ -89,12 +89,12 @@ TEST_F(MainMenuTest, OtherKeysAreNotItsOwn) {
     EXPECT_TRUE(done_.isEmpty());
 }
 
-TEST_F(MainMenuTest, ItsKeysWorkInEveryLayoutOfTheKeyboard) {
+TEST_F(MainMenuTest, TheKeysWorkInEveryKeyboardLayout) {
     EXPECT_TRUE(press(make(), Qt::Key_W, Qt::ControlModifier | Qt::GroupSwitchModifier));
     EXPECT_EQ(done_, QStringList{u"close"_s});
 }
 
-TEST_F(MainMenuTest, TheAboutPanelHasNoKeys) {
+TEST_F(MainMenuTest, TheAboutEntryWorksWithoutKeys) {
     const MainMenu menu = make();
     menu.menus()[0].items[0]->trigger();
     EXPECT_EQ(done_, QStringList{u"about"_s});

@@ -26,17 +26,17 @@ protected:
 
 } // namespace
 
-TEST_F(MemoryReleaseTest, MemoryIsGivenBackOnceTheLauncherHasBeenHiddenForAWhile) {
+TEST_F(MemoryReleaseTest, MemoryIsReleasedOnceTheLauncherHasBeenHiddenForAWhile) {
     model_->setPresented(false);
     queue_.advance(2.9);
     EXPECT_EQ(releases_, 0);
     queue_.advance(0.2);
     EXPECT_EQ(releases_, 1);
     queue_.advance(60);
-    EXPECT_EQ(releases_, 1) << "nothing wakes the processor afterwards";
+    EXPECT_EQ(releases_, 1) << "no timer runs afterwards";
 }
 
-TEST_F(MemoryReleaseTest, NothingIsGivenBackWhileTheLauncherIsShown) {
+TEST_F(MemoryReleaseTest, NothingIsReleasedWhileTheLauncherIsShown) {
     queue_.advance(60);
     model_->setPresented(false);
     queue_.advance(2);
@@ -45,7 +45,7 @@ TEST_F(MemoryReleaseTest, NothingIsGivenBackWhileTheLauncherIsShown) {
     EXPECT_EQ(releases_, 0);
 }
 
-TEST_F(MemoryReleaseTest, WhatAScanOfAHiddenLauncherNeededIsGivenBackAsWell) {
+TEST_F(MemoryReleaseTest, MemoryIsReleasedAgainAfterAScanOfTheHiddenLauncher) {
     model_->setPresented(false);
     queue_.advance(10);
     model_->refreshApps();

@@ -25,7 +25,7 @@ QImage symbolOn(const QColor& colour, PanelTone tone, int edge = 22) {
     return image;
 }
 
-// How much the darkest and the brightest pixel differ, of 255.
+// The difference of the darkest and the brightest pixel, from 0 to 255.
 int contrast(const QImage& image) {
     int darkest = 255;
     int brightest = 0;
@@ -39,7 +39,7 @@ int contrast(const QImage& image) {
     return brightest - darkest;
 }
 
-// The rectangle around all that is drawn on a transparent ground.
+// The bounding rectangle of the drawing on a transparent image.
 QRect coveredPart(const QImage& image) {
     QRect covered;
     for (int y = 0; y < image.height(); ++y) {
@@ -54,7 +54,7 @@ QRect coveredPart(const QImage& image) {
 
 } // namespace
 
-TEST(StatusSymbol, APanelIsAsBrightAsWhatIsAroundTheSymbol) {
+TEST(StatusSymbol, ThePixelsAroundTheSymbolTellThePanelsTone) {
     EXPECT_EQ(panelTone(panel(Qt::white)), PanelTone::Light);
     EXPECT_EQ(panelTone(panel(Qt::black)), PanelTone::Dark);
     for (const PanelTone tone : allTones) {
@@ -63,7 +63,7 @@ TEST(StatusSymbol, APanelIsAsBrightAsWhatIsAroundTheSymbol) {
     }
 }
 
-TEST(StatusSymbol, BehindATransparentPanelMayBeAnything) {
+TEST(StatusSymbol, TheToneOfATransparentPanelIsUnknown) {
     EXPECT_EQ(panelTone({}), PanelTone::Unknown);
     EXPECT_EQ(panelTone(panel(Qt::transparent)), PanelTone::Unknown);
     EXPECT_EQ(panelTone(panel(QColor(0, 0, 0, 100))), PanelTone::Unknown);
@@ -71,14 +71,14 @@ TEST(StatusSymbol, BehindATransparentPanelMayBeAnything) {
     EXPECT_EQ(panelTone(panel(QColor(255, 255, 255, 200))), PanelTone::Light);
 }
 
-TEST(StatusSymbol, ItStandsOutFromItsPanel) {
+TEST(StatusSymbol, TheSymbolContrastsWithItsPanel) {
     EXPECT_GT(contrast(symbolOn(Qt::white, PanelTone::Light)), 200);
     EXPECT_GT(contrast(symbolOn(Qt::black, PanelTone::Dark)), 200);
     EXPECT_GT(contrast(symbolOn(Qt::white, PanelTone::Unknown)), 200);
     EXPECT_GT(contrast(symbolOn(Qt::black, PanelTone::Unknown)), 200);
 }
 
-TEST(StatusSymbol, ItStandsInTheMiddleAndLeavesTheOutermostPixelsFree) {
+TEST(StatusSymbol, TheSymbolIsCentredAndLeavesTheOutermostPixelsFree) {
     for (int edge = 16; edge <= 64; ++edge) {
         for (const PanelTone tone : allTones) {
             const QImage image = symbolOn(Qt::transparent, tone, edge);
@@ -91,12 +91,12 @@ TEST(StatusSymbol, ItStandsInTheMiddleAndLeavesTheOutermostPixelsFree) {
     }
 }
 
-TEST(StatusSymbol, HostsThatDrawItThemselvesGetPicturesOfIt) {
+TEST(StatusSymbol, HostsThatDrawTheItemThemselvesGetPixmaps) {
     int drawn = 0;
     const QIcon icon = statusSymbol(PanelTone::Unknown, [&drawn] { ++drawn; });
     const QImage picture = icon.pixmap(22).toImage();
     EXPECT_EQ(drawn, 1);
     EXPECT_EQ(picture.pixelColor(0, 0).alpha(), 0);
     EXPECT_EQ(picture.pixelColor(11, 11), QColor(Qt::white));
-    EXPECT_TRUE(icon.name().isEmpty()) << "it is in no theme here";
+    EXPECT_TRUE(icon.name().isEmpty()) << "no theme here has the symbolic icon";
 }

@@ -25,7 +25,7 @@ protected:
         item_.setVisible(true);
     }
 
-    // Those that there are, submenus included.
+    // All menus, submenus included.
     static QList<QMenu*> menus() {
         QList<QMenu*> found;
         for (QWidget* widget : QApplication::allWidgets()) {
@@ -53,7 +53,7 @@ protected:
 
 } // namespace
 
-TEST_F(TrayStatusItemTest, TurnedOffInItsOwnMenuItIsThereUntilThatHasDoneItsWork) {
+TEST_F(TrayStatusItemTest, TurnedOffFromItsOwnMenuItLivesUntilTheHandlerReturns) {
     const QPointer<QMenu> shown = menu();
     ASSERT_NE(shown, nullptr);
     bool wasThere = false;
@@ -67,7 +67,7 @@ TEST_F(TrayStatusItemTest, TurnedOffInItsOwnMenuItIsThereUntilThatHasDoneItsWork
     EXPECT_EQ(menus(), QList<QMenu*>());
 }
 
-TEST_F(TrayStatusItemTest, ItsMenuLooksLikeTheLaunchers) {
+TEST_F(TrayStatusItemTest, TheMenuHasTheLaunchersStyle) {
     for (int openings = 0; openings < 2; ++openings) {
         Q_EMIT menu()->aboutToShow();
         for (const QMenu* each : menus()) {
@@ -76,7 +76,7 @@ TEST_F(TrayStatusItemTest, ItsMenuLooksLikeTheLaunchers) {
     }
 }
 
-TEST_F(TrayStatusItemTest, TheMenuOfEachOpeningTakesThePlaceOfTheOneBefore) {
+TEST_F(TrayStatusItemTest, EachOpeningReplacesTheEntries) {
     const auto atFirst = menus().size();
     for (int openings = 0; openings < 3; ++openings) {
         Q_EMIT menu()->aboutToShow();

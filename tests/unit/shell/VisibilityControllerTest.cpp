@@ -30,7 +30,7 @@ private:
     bool isVisible_ = false;
 };
 
-class RecordingWindows final : public WindowSystem {
+class RecordingWindowSystem final : public WindowSystem {
 public:
     [[nodiscard]] QScreen* screenUnderPointer() const override { return nullptr; }
     void setListedInTaskBars(bool listed) override { isListed = listed; }
@@ -52,7 +52,7 @@ protected:
     }
     void TearDown() override { L::setLanguage(AppLanguage::System); }
 
-    // Dock switch and menu-bar switch as a menu offers them.
+    // A menu with the dock switch and the menu-bar switch.
     [[nodiscard]] std::unique_ptr<QMenu> switches() {
         auto menu = std::make_unique<QMenu>();
         controller_.addItems(*menu, false);
@@ -61,9 +61,10 @@ protected:
 
     ManualQueue queue_;
     MemoryPreferences preferences_;
-    RecordingWindows windows_;
+    RecordingWindowSystem windows_;
     RecordingStatusItem statusItem_;
-    VisibilityController controller_{{preferences_, queue_, windows_, statusItem_}};
+    VisibilityController controller_{
+        {.preferences = preferences_, .queue = queue_, .windows = windows_, .statusItem = statusItem_}};
     bool isShown_ = false;
     int shows_ = 0;
     int toggles_ = 0;
@@ -79,14 +80,14 @@ TEST_F(VisibilityControllerTest, AFirstStartHasATaskBarEntryAndNoStatusItem) {
     EXPECT_EQ(statusItem_.changes, 0);
 }
 
-TEST_F(VisibilityControllerTest, AValueThatIsNoBooleanIsAbsent) {
+TEST_F(VisibilityControllerTest, AStoredValueOfAnotherTypeCountsAsAbsent) {
     preferences_.setString(u"showInDock"_s, u"no"_s);
     preferences_.setInteger(u"showInMenuBar"_s, 1);
     EXPECT_TRUE(controller_.showsInDock());
     EXPECT_FALSE(controller_.showsInMenuBar());
 }
 
-TEST_F(VisibilityControllerTest, TheLastWayInIsNotTurnedOff) {
+TEST_F(VisibilityControllerTest, TheLastSwitchThatIsOnCannotBeTurnedOff) {
     controller_.setShowsInDock(false);
     EXPECT_TRUE(controller_.showsInDock());
     const auto menu = switches();
@@ -102,7 +103,7 @@ TEST_F(VisibilityControllerTest, TheLastWayInIsNotTurnedOff) {
     EXPECT_FALSE(switches()->actions().at(1)->isEnabled());
 }
 
-TEST_F(VisibilityControllerTest, TheSwitchesShowAndTurnWhatIsOn) {
+TEST_F(VisibilityControllerTest, TheSwitchesShowAndToggleTheirSettings) {
     auto menu = switches();
     EXPECT_EQ(menu->actions().at(0)->text(), L::showInDock());
     EXPECT_TRUE(menu->actions().at(0)->isChecked());
@@ -116,7 +117,7 @@ TEST_F(VisibilityControllerTest, TheSwitchesShowAndTurnWhatIsOn) {
     EXPECT_EQ(statusItem_.changes, 1);
 }
 
-TEST_F(VisibilityControllerTest, ALauncherThatIsUpComesBackAfterTheChange) {
+TEST_F(VisibilityControllerTest, AShownLauncherIsShownAgainAfterTheChange) {
     controller_.toggleShowsInMenuBar();
     isShown_ = true;
     controller_.setShowsInDock(false);
@@ -135,7 +136,7 @@ TEST_F(VisibilityControllerTest, AClickOnTheStatusItemTogglesTheLauncher) {
     EXPECT_EQ(toggles_, 1);
 }
 
-TEST_F(VisibilityControllerTest, TheStatusMenuStandsInOrder) {
+TEST_F(VisibilityControllerTest, TheStatusMenusEntriesStandInOrder) {
     controller_.addSettingsItems = [](QMenu& menu) { menu.addAction(u"setting"_s); };
     controller_.addUpdateItems = [](QMenu& menu) { menu.addAction(u"update"_s); };
     QMenu menu;

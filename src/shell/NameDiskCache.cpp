@@ -1,10 +1,8 @@
-#include "shell/NamesKeeper.h"
+#include "shell/NameDiskCache.h"
 
 #include "data/NamesCache.h"
 #include "platform/FileSystem.h"
 #include "platform/MainQueue.h"
-
-#include <QPointer>
 
 namespace amberquill {
 
@@ -18,27 +16,27 @@ QString namesPath(const QString& caches) {
 
 } // namespace
 
-NamesKeeper::NamesKeeper(MainQueue& queue, FileSystem& files, const QString& caches, QString language,
-                         QObject* parent)
+NameDiskCache::NameDiskCache(MainQueue& queue, FileSystem& files, const QString& caches, QString language,
+                             QObject* parent)
     : QObject(parent)
     , queue_(queue)
     , files_(files)
     , path_(namesPath(caches))
     , language_(std::move(language)) {}
 
-QHash<QString, QString> NamesKeeper::load(const FileSystem& files, const QString& caches,
-                                          const QString& language) {
+QHash<QString, QString> NameDiskCache::load(const FileSystem& files, const QString& caches,
+                                            const QString& language) {
     const auto content = files.readFile(namesPath(caches), largestNames);
     return content ? decodeNames(*content, language) : QHash<QString, QString>();
 }
 
-void NamesKeeper::follow(const LauncherModel& model) const {
-    connect(&model, &LauncherModel::scanned, this, &NamesKeeper::keep);
+void NameDiskCache::follow(const LauncherModel& model) const {
+    connect(&model, &LauncherModel::scanned, this, &NameDiskCache::save);
 }
 
-void NamesKeeper::keep(const std::vector<AppInfo>& installed) {
-    // A scan that comes while the last one's names are being written is left to the next.
-    if (std::exchange(writing_, true)) {
+void NameDiskCache::save(const std::vector<AppInfo>& installed) {
+    // While a write is under way the scan is skipped: the next one writes.
+    if (std::exchange(isWriting_, true)) {
         return;
     }
     queue_.runInBackground(
@@ -48,12 +46,7 @@ void NamesKeeper::keep(const std::vector<AppInfo>& installed) {
                 files.writeAtomically(path, content);
             }
         },
-        [self = QPointer(this)] {
-            if (self != nullptr) {
-                self->writing_ = false;
-            }
-        },
-        Lane::Save);
+        context_.bind([this] { isWriting_ = false; }), Lane::Save);
 }
 
 } // namespace amberquill

@@ -7,11 +7,11 @@
 
 namespace amberquill {
 
-// Opens applications by an opener that is made when it is first needed, so that its connections do not delay
-// the first frame. Main thread only.
-class DeferredOpener final : public ApplicationOpener {
+// Makes the real opener when it is first needed, so that its connections do not delay the first frame. Main
+// thread only.
+class LazyApplicationOpener final : public ApplicationOpener {
 public:
-    explicit DeferredOpener(std::function<std::unique_ptr<ApplicationOpener>()> make)
+    explicit LazyApplicationOpener(std::function<std::unique_ptr<ApplicationOpener>()> make)
         : make_(std::move(make)) {}
 
     void open(const QString& path, const QString& token, std::function<void(bool started)> done) override {
@@ -22,7 +22,7 @@ public:
         opener().openPage(address, token, std::move(done));
     }
 
-    // Makes the opener now, while nobody waits for it.
+    // Makes the opener now, before the first use has to wait for it.
     void prepare() { opener(); }
 
 private:

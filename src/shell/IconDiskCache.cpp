@@ -1,4 +1,4 @@
-#include "shell/IconKeeper.h"
+#include "shell/IconDiskCache.h"
 
 #include "data/IconCache.h"
 #include "platform/FileSystem.h"
@@ -13,22 +13,22 @@ namespace amberquill {
 namespace {
 
 constexpr qint64 largestIcons = 64LL * 1024 * 1024;
-constexpr qsizetype shownInFolder = 9;
+constexpr qsizetype iconsOnFolderTile = 9;
 
 QString iconsPath(const QString& caches) {
     return caches + QStringLiteral("/Amberquill/icons");
 }
 
-// The first page's items.
 std::span<const LaunchItem> firstPage(const LauncherModel& model) {
     const auto room = static_cast<std::size_t>(model.columns()) * static_cast<std::size_t>(model.rows());
     return std::span(model.items()).first(std::min(model.items().size(), room));
 }
 
-// What stands in for icons is one image for each size, of which the file has a copy for each application.
-IconKeeper::Identities identitiesOf(const std::vector<KeptIcon>& icons) {
+// In memory all stand-ins of one size are one image; the file stores a copy for each application. So loaded
+// stand-ins of one size count as the same image.
+IconDiskCache::Identities identitiesOf(const std::vector<KeptIcon>& icons) {
     QHash<int, qint64> standIns; // by edge
-    IconKeeper::Identities identities;
+    IconDiskCache::Identities identities;
     for (const KeptIcon& icon : icons) {
         qint64 image = icon.image.cacheKey();
         if (icon.isStandIn) {
@@ -43,19 +43,19 @@ IconKeeper::Identities identitiesOf(const std::vector<KeptIcon>& icons) {
 
 } // namespace
 
-IconKeeper::IconKeeper(const Services& services, const QString& caches, const std::vector<KeptIcon>& loaded,
-                       QObject* parent)
+IconDiskCache::IconDiskCache(const Services& services, const QString& caches,
+                             const std::vector<KeptIcon>& loaded, QObject* parent)
     : QObject(parent)
     , services_(services)
     , path_(iconsPath(caches))
-    , kept_(identitiesOf(loaded)) {}
+    , stored_(identitiesOf(loaded)) {}
 
-std::vector<KeptIcon> IconKeeper::load(const FileSystem& files, const QString& caches) {
+std::vector<KeptIcon> IconDiskCache::load(const FileSystem& files, const QString& caches) {
     const auto content = files.readFile(iconsPath(caches), largestIcons);
     return content ? decodeIcons(*content) : std::vector<KeptIcon>();
 }
 
-bool IconKeeper::prepareFirstPage(const LauncherModel& model, IconCache& icons, int edge) {
+bool IconDiskCache::prepareFirstPage(const LauncherModel& model, IconCache& icons, int edge) {
     bool isReady = true;
     for (const LaunchItem& item : firstPage(model)) {
         if (const QString* path = item.asApp(); path != nullptr && !icons.isKnown(*path, edge)) {
@@ -66,30 +66,30 @@ bool IconKeeper::prepareFirstPage(const LauncherModel& model, IconCache& icons, 
     return isReady;
 }
 
-void IconKeeper::start() {
+void IconDiskCache::start() {
     connect(&services_.model, &LauncherModel::presentedChanged, this, [this] {
         if (!services_.model.presented()) {
-            keep();
+            save();
         }
     });
-    keep();
+    save();
 }
 
-void IconKeeper::keep() {
+void IconDiskCache::save() {
     QStringList paths;
     for (const LaunchItem& item : firstPage(services_.model)) {
         if (const QString* path = item.asApp()) {
             paths += *path;
         } else if (const Folder* folder = item.asFolder()) {
-            paths += folder->apps.first(std::min(folder->apps.size(), shownInFolder));
+            paths += folder->apps.first(std::min(folder->apps.size(), iconsOnFolderTile));
         }
     }
     const std::vector<KeptIcon> icons = services_.icons.pictures(paths);
     const Identities identities = identitiesOf(icons);
-    if (identities == kept_ || icons.empty()) {
+    if (identities == stored_ || icons.empty()) {
         return;
     }
-    kept_ = identities;
+    stored_ = identities;
     services_.queue.runInBackground(
         [icons, &files = services_.files, path = path_] { files.writeAtomically(path, encodeIcons(icons)); },
         [] {}, Lane::Save);
