@@ -1,8 +1,8 @@
 #include "model/LauncherModel.h"
 
 #include "localization/L.h"
+#include "motion/Animation.h"
 #include "motion/Animations.h"
-#include "motion/WithAnimation.h"
 #include "platform/MainQueue.h"
 #include "platform/Preferences.h"
 

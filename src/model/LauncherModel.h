@@ -17,12 +17,11 @@
 #include "model/InvalidLayoutFile.h"
 #include "model/LayoutHistory.h"
 #include "model/LayoutStore.h"
-#include "model/PageTurns.h"
+#include "model/MissingApplications.h"
+#include "model/Pages.h"
 #include "model/PendingIntent.h"
 #include "model/PointerGesture.h"
 #include "model/RememberedPlace.h"
-#include "model/VanishedApplications.h"
-#include "model/VisibleEntries.h"
 #include "platform/LoginItem.h"
 #include "platform/MainQueue.h"
 
@@ -362,8 +361,8 @@ private:
 
     std::optional<LayoutFile> waitingImport_; // for the first scan
     PlaceMemory places_;
-    VanishedApplications vanished_;
-    DelayedWork nextDecision_; // about those of `vanished_` that stay
+    MissingApplications missing_;
+    DelayedWork nextDecision_; // about those of `missing_` that stay
     bool scanning_ = false;
     bool hasScanned_ = false;
     PageTurns pageTurns_;

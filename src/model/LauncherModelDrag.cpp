@@ -1,7 +1,7 @@
 #include "model/LauncherModel.h"
 #include "model/LayoutEdits.h"
+#include "motion/Animation.h"
 #include "motion/Animations.h"
-#include "motion/WithAnimation.h"
 
 #include <QPointer>
 #include <utility>

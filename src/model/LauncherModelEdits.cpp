@@ -2,8 +2,8 @@
 #include "model/LauncherController.h"
 #include "model/LauncherModel.h"
 #include "model/LayoutEdits.h"
+#include "motion/Animation.h"
 #include "motion/Animations.h"
-#include "motion/WithAnimation.h"
 
 #include <QPointer>
 #include <algorithm>

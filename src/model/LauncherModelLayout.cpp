@@ -4,8 +4,8 @@
 #include "localization/L.h"
 #include "model/LauncherModel.h"
 #include "model/LayoutEdits.h"
+#include "motion/Animation.h"
 #include "motion/Animations.h"
-#include "motion/WithAnimation.h"
 #include "platform/MainQueue.h"
 
 #include <algorithm>

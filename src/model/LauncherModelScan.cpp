@@ -41,11 +41,11 @@ void LauncherModel::refreshApps() {
 // What a scan does not find may still stay for a while: another scan decides about it.
 void LauncherModel::takeScan(const ScanResult& scan) {
     std::vector<AppInfo> installed = scan.apps;
-    for (const QString& path : vanished_.staying(items_, scan, services_.queue.now())) {
+    for (const QString& path : missing_.staying(items_, scan, services_.queue.now())) {
         installed.push_back({path, appName(path)});
     }
     nextDecision_.cancel();
-    if (const auto decision = vanished_.nextDecision()) {
+    if (const auto decision = missing_.nextDecision()) {
         nextDecision_ = services_.queue.postAfter(*decision - services_.queue.now(), [self = QPointer(this)] {
             if (self != nullptr) {
                 self->refreshApps();

@@ -2,6 +2,7 @@
 
 #include <QEasingCurve>
 #include <QPointF>
+#include <QScopedValueRollback>
 
 namespace amberquill {
 
@@ -11,6 +12,11 @@ QEasingCurve bezier(const QPointF& first, const QPointF& second) {
     QEasingCurve curve(QEasingCurve::BezierSpline);
     curve.addCubicBezierSegment(first, second, {1, 1});
     return curve;
+}
+
+std::optional<Animation>& current() {
+    static std::optional<Animation> theCurrent;
+    return theCurrent;
 }
 
 } // namespace
@@ -30,6 +36,15 @@ double easeProgress(Animation::Curve curve, double part) {
         break;
     }
     return part;
+}
+
+void withAnimation(const Animation& animation, const std::function<void()>& change) {
+    const QScopedValueRollback<std::optional<Animation>> restore(current(), animation);
+    change();
+}
+
+std::optional<Animation> currentAnimation() {
+    return current();
 }
 
 } // namespace amberquill

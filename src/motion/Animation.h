@@ -2,6 +2,9 @@
 // every `Animated` that it reaches; nothing else starts a motion.
 #pragma once
 
+#include <functional>
+#include <optional>
+
 namespace amberquill {
 
 // How a value gets from where it is to where it should be.
@@ -38,5 +41,12 @@ constexpr Animation easeBoth(double seconds) {
 
 // How far an ease has come (0 … 1) after a part (0 … 1) of its time.
 double easeProgress(Animation::Curve curve, double part);
+
+// Runs `change`: every value that it changes moves on `animation`. Calls nest, the inner one counts. Main
+// thread only.
+void withAnimation(const Animation& animation, const std::function<void()>& change);
+
+// The animation of the innermost `withAnimation` that is running; none outside, where values jump.
+std::optional<Animation> currentAnimation();
 
 } // namespace amberquill

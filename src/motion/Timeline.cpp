@@ -47,4 +47,15 @@ void Timeline::advance() {
     }
 }
 
+FrameDriver::FrameDriver(Timeline& timeline, QObject* parent)
+    : QAbstractAnimation(parent)
+    , timeline_(timeline) {
+    connect(&timeline, &Timeline::started, this, [this] { start(); });
+    connect(&timeline, &Timeline::stopped, this, &QAbstractAnimation::stop);
+}
+
+void FrameDriver::updateCurrentTime(int /*milliseconds*/) {
+    timeline_.advance();
+}
+
 } // namespace amberquill

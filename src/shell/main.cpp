@@ -2,7 +2,6 @@
 #include "data/IconCache.h"
 #include "localization/FrameworkLanguage.h"
 #include "localization/L.h"
-#include "motion/FrameDriver.h"
 #include "motion/Timeline.h"
 #include "platform/EventLoopQueue.h"
 #include "platform/RootReaders.h"

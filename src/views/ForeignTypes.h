@@ -2,7 +2,6 @@
 
 #include "model/LauncherModel.h"
 #include "motion/Animated.h"
-#include "motion/AnimatedPoint.h"
 
 #include <QtQml/qqmlregistration.h>
 

@@ -1,7 +1,7 @@
 #include "window/LauncherWindowController.h"
 
+#include "motion/Animation.h"
 #include "motion/Animations.h"
-#include "motion/WithAnimation.h"
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"
 #include "platform/WindowSystem.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/PageTurns.h"
+#include "model/Pages.h"
 #include "platform/MainQueue.h"
 #include "platform/ScrollDevices.h"
 #include "window/WheelNotches.h"

@@ -2,8 +2,8 @@
 
 #include "localization/L.h"
 #include "model/LauncherModel.h"
+#include "motion/Animation.h"
 #include "motion/Animations.h"
-#include "motion/WithAnimation.h"
 #include "window/ClosureMenuItem.h"
 #include "window/LanguageFlag.h"
 #include "window/LayoutDialogs.h"

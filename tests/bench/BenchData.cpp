@@ -6,7 +6,7 @@
 #include "data/SearchIndex.h"
 #include "model/LauncherModel.h"
 #include "model/LayoutStore.h"
-#include "model/VisibleEntries.h"
+#include "model/Pages.h"
 #include "platform/EventLoopQueue.h"
 #include "platform/Preferences.h"
 #include "support/MemoryFileSystem.h"

@@ -2,7 +2,6 @@
 // server, best with a window manager; starts on the display it is called on.
 #include "data/IconCache.h"
 #include "model/LauncherModel.h"
-#include "motion/FrameDriver.h"
 #include "motion/Timeline.h"
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"

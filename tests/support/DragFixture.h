@@ -1,7 +1,7 @@
 #pragma once
 
 #include "data/FolderMetrics.h"
-#include "motion/WithAnimation.h"
+#include "motion/Animation.h"
 #include "support/ModelFixture.h"
 
 #include <optional>

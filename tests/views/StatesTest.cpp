@@ -1,8 +1,8 @@
 #include "RootViewFixture.h"
 
 #include "data/FolderMetrics.h"
+#include "motion/Animation.h"
 #include "motion/Animations.h"
-#include "motion/WithAnimation.h"
 
 using namespace amberquill;
 using namespace Qt::StringLiterals;

@@ -2,8 +2,8 @@
 #include "data/FolderMetrics.h"
 #include "data/LayoutCoding.h"
 #include "model/LauncherModel.h"
+#include "motion/Animation.h"
 #include "motion/Animations.h"
-#include "motion/WithAnimation.h"
 #include "support/ManualQueue.h"
 #include "support/MemoryFileSystem.h"
 #include "support/MemoryPreferences.h"
@@ -167,7 +167,7 @@ private:
         require(!live || holding_, u"a drag is in a hand"_s);
         require(queue_.timers() <= (model_->pendingKey().isEmpty() ? 0U : 1U) +
                                        (model_->drag() && !live ? 1U : 0U) + (opens() ? 1U : 0U) +
-                                       (hasVanished() ? 1U : 0U),
+                                       (hasMissing() ? 1U : 0U),
                 u"nothing runs late but what waits, glides, opens or vanishes"_s);
         const bool ended = wasLive_ && !live;
         if (ended) {
@@ -182,7 +182,7 @@ private:
     [[nodiscard]] bool opens() const { return queue_.now() < opensUntil_ + 1e-6; }
 
     // Whether an application is shown that is not installed: another scan decides about it.
-    [[nodiscard]] bool hasVanished() const {
+    [[nodiscard]] bool hasMissing() const {
         const QHash<QString, AppInfo>& shown = model_->apps();
         return std::count_if(installed_.begin(), installed_.end(), [&shown](const AppInfo& app) {
                    return shown.contains(app.path);
@@ -192,7 +192,7 @@ private:
     void checkTakenAway(bool hidden) {
         require(!model_->drag(), u"a gesture taken away leaves no drag"_s);
         require(model_->pressedID().isEmpty(), u"a gesture taken away leaves nothing pressed"_s);
-        require(queue_.timers() <= (opens() && !hidden ? 1U : 0U) + (hasVanished() ? 1U : 0U),
+        require(queue_.timers() <= (opens() && !hidden ? 1U : 0U) + (hasMissing() ? 1U : 0U),
                 u"a gesture taken away leaves no timer"_s);
     }
 
@@ -438,7 +438,7 @@ private:
             checkAlways();
         }
         note(u"rest"_s);
-        queue_.advance(VanishedApplications::patience + 2);
+        queue_.advance(MissingApplications::gracePeriod + 2);
         checkAlways();
         require(!model_->drag(), u"at rest nothing is dragged"_s);
         require(model_->pressedID().isEmpty(), u"at rest nothing is pressed"_s);

@@ -1,6 +1,6 @@
 #include "localization/L.h"
+#include "motion/Animation.h"
 #include "motion/Animations.h"
-#include "motion/WithAnimation.h"
 #include "support/ModelFixture.h"
 
 #include <QSignalSpy>

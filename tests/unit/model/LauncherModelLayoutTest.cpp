@@ -1,7 +1,7 @@
 #include "data/LayoutFile.h"
 #include "localization/L.h"
+#include "motion/Animation.h"
 #include "motion/Animations.h"
-#include "motion/WithAnimation.h"
 #include "support/ModelFixture.h"
 
 #include <QJsonArray>

@@ -1,5 +1,5 @@
+#include "motion/Animation.h"
 #include "motion/Animations.h"
-#include "motion/WithAnimation.h"
 #include "support/ModelFixture.h"
 
 using namespace amberquill;

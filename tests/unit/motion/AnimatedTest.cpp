@@ -1,8 +1,7 @@
 #include "motion/Animated.h"
-#include "motion/AnimatedPoint.h"
 
+#include "motion/Animation.h"
 #include "motion/Animations.h"
-#include "motion/WithAnimation.h"
 #include "support/ManualQueue.h"
 
 #include <cmath>

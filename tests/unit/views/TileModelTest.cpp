@@ -1,8 +1,8 @@
 #include "views/TileModel.h"
 
 #include "motion/Animated.h"
+#include "motion/Animation.h"
 #include "motion/Animations.h"
-#include "motion/WithAnimation.h"
 #include "support/ModelFixture.h"
 #include "support/WaitUntil.h"
 

@@ -1,6 +1,6 @@
 #include "window/LauncherWindowController.h"
 
-#include "motion/WithAnimation.h"
+#include "motion/Animation.h"
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"
 #include "platform/ScreenCapture.h"

@@ -1,8 +1,8 @@
 #include "States.h"
 
 #include "data/IconCache.h"
+#include "motion/Animation.h"
 #include "motion/Animations.h"
-#include "motion/WithAnimation.h"
 
 using namespace Qt::StringLiterals;
 

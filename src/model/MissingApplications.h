@@ -16,11 +16,11 @@ namespace amberquill {
 // In the first scan of a process all are gone at once, but for those below a folder that could not be read.
 // From then on they stay for a moment; those of a root that is not there although it had applications stay
 // until it is; and a root that is there and empty has to be found so twice.
-class VanishedApplications {
+class MissingApplications {
 public:
-    static constexpr double patience = 5;
+    static constexpr double gracePeriod = 5;
     // So far apart two scans find a root empty before that is believed.
-    static constexpr double emptyFor = 10;
+    static constexpr double emptyRootDelay = 10;
 
     // The paths of the layout's applications that the scan lacks and that stay, in the layout's order. An
     // application whose file name the scan has in a new place has moved, and does not stay.

@@ -1,4 +1,4 @@
-#include "model/VanishedApplications.h"
+#include "model/MissingApplications.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@ namespace {
 const QString system = u"/usr/share/applications"_s;
 const QString own = u"/home/me/.local/share/applications"_s;
 
-class VanishedApplicationsTest : public testing::Test {
+class MissingApplicationsTest : public testing::Test {
 protected:
     [[nodiscard]] static QString systemPath(const QString& name) { return system + u"/"_s + name; }
     [[nodiscard]] static QString ownPath(const QString& name) { return own + u"/"_s + name; }
@@ -36,97 +36,97 @@ protected:
     [[nodiscard]] static ScanResult systemOnly() { return found({systemPath(u"a"_s), systemPath(u"b"_s)}); }
 
     QStringList stayingAt(double now, const ScanResult& scan) {
-        return vanished_.staying(layout(), scan, now);
+        return missing_.staying(layout(), scan, now);
     }
 
     const QStringList ownApps_ = {ownPath(u"c"_s), ownPath(u"d"_s)};
-    VanishedApplications vanished_;
+    MissingApplications missing_;
 };
 
 } // namespace
 
-TEST_F(VanishedApplicationsTest, WhatIsFoundNeedsNotStay) {
+TEST_F(MissingApplicationsTest, WhatIsFoundNeedsNotStay) {
     EXPECT_EQ(stayingAt(0, all()), QStringList());
     EXPECT_EQ(stayingAt(1, all()), QStringList());
-    EXPECT_EQ(vanished_.nextDecision(), std::nullopt);
+    EXPECT_EQ(missing_.nextDecision(), std::nullopt);
 }
 
-TEST_F(VanishedApplicationsTest, AtTheStartWhatIsGoneIsGoneAtOnce) {
+TEST_F(MissingApplicationsTest, AtTheStartWhatIsGoneIsGoneAtOnce) {
     EXPECT_EQ(stayingAt(0, found({systemPath(u"a"_s)})), QStringList());
-    EXPECT_EQ(vanished_.nextDecision(), std::nullopt);
+    EXPECT_EQ(missing_.nextDecision(), std::nullopt);
 }
 
-TEST_F(VanishedApplicationsTest, LaterItStaysForFiveSeconds) {
+TEST_F(MissingApplicationsTest, LaterItStaysForFiveSeconds) {
     std::ignore = stayingAt(0, all());
     const ScanResult without = found({systemPath(u"a"_s), ownPath(u"c"_s), ownPath(u"d"_s)});
     EXPECT_EQ(stayingAt(100, without), QStringList{systemPath(u"b"_s)});
-    EXPECT_EQ(vanished_.nextDecision(), 105);
+    EXPECT_EQ(missing_.nextDecision(), 105);
     EXPECT_EQ(stayingAt(104.9, without), QStringList{systemPath(u"b"_s)});
-    EXPECT_EQ(vanished_.nextDecision(), 105);
+    EXPECT_EQ(missing_.nextDecision(), 105);
     EXPECT_EQ(stayingAt(105, without), QStringList());
-    EXPECT_EQ(vanished_.nextDecision(), std::nullopt);
+    EXPECT_EQ(missing_.nextDecision(), std::nullopt);
 }
 
-TEST_F(VanishedApplicationsTest, OneThatWasBackInBetweenStaysForFiveSecondsAgain) {
+TEST_F(MissingApplicationsTest, OneThatWasBackInBetweenStaysForFiveSecondsAgain) {
     std::ignore = stayingAt(0, all());
     const ScanResult without = found({systemPath(u"a"_s), ownPath(u"c"_s), ownPath(u"d"_s)});
     std::ignore = stayingAt(100, without);
     std::ignore = stayingAt(103, all());
     EXPECT_EQ(stayingAt(106, without), QStringList{systemPath(u"b"_s)});
-    EXPECT_EQ(vanished_.nextDecision(), 111);
+    EXPECT_EQ(missing_.nextDecision(), 111);
 }
 
-TEST_F(VanishedApplicationsTest, OneThatHasMovedDoesNotStay) {
+TEST_F(MissingApplicationsTest, OneThatHasMovedDoesNotStay) {
     std::ignore = stayingAt(0, all());
     ScanResult moved = found({systemPath(u"a"_s), ownPath(u"b"_s), ownPath(u"c"_s), ownPath(u"d"_s)});
     EXPECT_EQ(stayingAt(100, moved), QStringList());
 }
 
-TEST_F(VanishedApplicationsTest, BelowAnUnreadableRootAllStayAsLongAsItIs) {
+TEST_F(MissingApplicationsTest, BelowAnUnreadableRootAllStayAsLongAsItIs) {
     ScanResult unreadable = systemOnly();
     unreadable.folders.unreadable = QStringList{own};
     EXPECT_EQ(stayingAt(0, unreadable), ownApps_) << "at the start, too";
     EXPECT_EQ(stayingAt(100000, unreadable), ownApps_);
-    EXPECT_EQ(vanished_.nextDecision(), std::nullopt);
+    EXPECT_EQ(missing_.nextDecision(), std::nullopt);
 }
 
-TEST_F(VanishedApplicationsTest, BelowAnUnreadableFolderOfARootTheyStayToo) {
+TEST_F(MissingApplicationsTest, BelowAnUnreadableFolderOfARootTheyStayToo) {
     LaunchItems items = {LaunchItem::app(ownPath(u"kde/e"_s)), LaunchItem::app(ownPath(u"kdeother"_s))};
     ScanResult scan = systemOnly();
     scan.folders.unreadable = QStringList{own + u"/kde"_s};
-    EXPECT_EQ(vanished_.staying(items, scan, 0), QStringList{ownPath(u"kde/e"_s)});
+    EXPECT_EQ(missing_.staying(items, scan, 0), QStringList{ownPath(u"kde/e"_s)});
 }
 
-TEST_F(VanishedApplicationsTest, OfARootThatIsGoneAllStayUntilItIsBack) {
+TEST_F(MissingApplicationsTest, OfARootThatIsGoneAllStayUntilItIsBack) {
     std::ignore = stayingAt(0, all());
     ScanResult gone = systemOnly();
     gone.folders.missing = QStringList{own};
     EXPECT_EQ(stayingAt(100, gone), ownApps_);
     EXPECT_EQ(stayingAt(100000, gone), ownApps_);
-    EXPECT_EQ(vanished_.nextDecision(), std::nullopt);
+    EXPECT_EQ(missing_.nextDecision(), std::nullopt);
 }
 
-TEST_F(VanishedApplicationsTest, ARootThatIsGoneAtTheStartIsGone) {
+TEST_F(MissingApplicationsTest, ARootThatIsGoneAtTheStartIsGone) {
     ScanResult gone = systemOnly();
     gone.folders.missing = QStringList{own};
     EXPECT_EQ(stayingAt(0, gone), QStringList());
 }
 
-TEST_F(VanishedApplicationsTest, AnEmptyRootIsBelievedInTheSecondScanTenSecondsLater) {
+TEST_F(MissingApplicationsTest, AnEmptyRootIsBelievedInTheSecondScanTenSecondsLater) {
     std::ignore = stayingAt(0, all());
     EXPECT_EQ(stayingAt(100, systemOnly()), ownApps_);
-    EXPECT_EQ(vanished_.nextDecision(), 110);
+    EXPECT_EQ(missing_.nextDecision(), 110);
     EXPECT_EQ(stayingAt(109.9, systemOnly()), ownApps_);
     EXPECT_EQ(stayingAt(110, systemOnly()), QStringList());
-    EXPECT_EQ(vanished_.nextDecision(), std::nullopt);
+    EXPECT_EQ(missing_.nextDecision(), std::nullopt);
 }
 
-TEST_F(VanishedApplicationsTest, ARootThatWasUnreadableInBetweenHasToBeEmptyTwiceAgain) {
+TEST_F(MissingApplicationsTest, ARootThatWasUnreadableInBetweenHasToBeEmptyTwiceAgain) {
     std::ignore = stayingAt(0, all());
     std::ignore = stayingAt(100, systemOnly());
     ScanResult unreadable = systemOnly();
     unreadable.folders.unreadable = QStringList{own};
     EXPECT_EQ(stayingAt(105, unreadable), ownApps_);
     EXPECT_EQ(stayingAt(111, systemOnly()), ownApps_);
-    EXPECT_EQ(vanished_.nextDecision(), 121);
+    EXPECT_EQ(missing_.nextDecision(), 121);
 }

@@ -1,4 +1,4 @@
-#include "model/VanishedApplications.h"
+#include "model/MissingApplications.h"
 
 #include <QSet>
 #include <algorithm>
@@ -71,7 +71,7 @@ QStringList emptyRoots(const ScanResult& scan) {
 
 } // namespace
 
-QStringList VanishedApplications::staying(const LaunchItems& items, const ScanResult& scan, double now) {
+QStringList MissingApplications::staying(const LaunchItems& items, const ScanResult& scan, double now) {
     const bool isFirst = !std::exchange(hasScanned_, true);
     const QHash<QString, double> missingBefore = std::exchange(missingSince_, {});
     const QHash<QString, double> emptyBefore = std::exchange(emptySince_, {});
@@ -96,7 +96,7 @@ QStringList VanishedApplications::staying(const LaunchItems& items, const ScanRe
                                        [&path](const QString& folder) { return isBelow(path, folder); });
         const bool ofEmptyRoot = root != empty.end();
         const double since = ofEmptyRoot ? emptyBefore.value(*root, now) : missingBefore.value(path, now);
-        if (isWithin(since, ofEmptyRoot ? emptyFor : patience, now)) {
+        if (isWithin(since, ofEmptyRoot ? emptyRootDelay : gracePeriod, now)) {
             (ofEmptyRoot ? emptySince_[*root] : missingSince_[path]) = since;
             staying.append(path);
         }
@@ -104,7 +104,7 @@ QStringList VanishedApplications::staying(const LaunchItems& items, const ScanRe
     return staying;
 }
 
-bool VanishedApplications::isWithin(double since, double span, double now) {
+bool MissingApplications::isWithin(double since, double span, double now) {
     const double decision = since + span;
     if (now > decision - timerError) {
         return false;

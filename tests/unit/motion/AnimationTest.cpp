@@ -1,4 +1,4 @@
-#include "motion/WithAnimation.h"
+#include "motion/Animation.h"
 
 #include "motion/Animations.h"
 
