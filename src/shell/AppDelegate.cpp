@@ -9,7 +9,7 @@
 #include "platform/MotionPreference.h"
 #include "platform/Preferences.h"
 #include "platform/WindowSystem.h"
-#include "views/TileLayout.h"
+#include "views/TileRows.h"
 #include "window/ApplicationIcon.h"
 #include "window/SettingsItems.h"
 

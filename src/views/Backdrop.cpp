@@ -1,8 +1,7 @@
 #include "views/Backdrop.h"
 
 #include "views/BackgroundWash.h"
-#include "views/Blur.h"
-#include "views/FillFromAround.h"
+#include "views/ImageEffects.h"
 
 #include <algorithm>
 #include <cmath>

@@ -38,4 +38,18 @@ TextureItem::Painted BackgroundLayer::paintTexture(double devicePixelRatio) {
     return {backdrop_ ? backdrop_->picture(look) : paintBackground(look, {}), rect};
 }
 
+void DesktopPicture::setImage(const QImage& image) {
+    image_ = image;
+    repaint();
+}
+
+void DesktopPicture::forget() {
+    image_ = {};
+    forgetPainted();
+}
+
+TextureItem::Painted DesktopPicture::paintTexture(double /*devicePixelRatio*/) {
+    return {image_, QRectF({}, size())};
+}
+
 } // namespace amberquill

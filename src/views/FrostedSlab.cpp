@@ -3,8 +3,7 @@
 #include "data/ContinuousCorners.h"
 #include "data/IconCache.h"
 #include "views/BackgroundLayer.h"
-#include "views/Blur.h"
-#include "views/Enlarge.h"
+#include "views/ImageEffects.h"
 
 #include <QPainter>
 #include <QPainterPath>

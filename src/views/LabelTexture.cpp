@@ -1,7 +1,6 @@
 #include "views/LabelTexture.h"
 
-#include "views/Blur.h"
-#include "views/Brightness.h"
+#include "views/ImageEffects.h"
 
 #include <QFont>
 #include <QFontMetricsF>

@@ -1,7 +1,6 @@
 #include "window/LauncherWindow.h"
 
 #include "data/IconCache.h"
-#include "views/BackgroundLayer.h"
 
 #include <QPixmapCache>
 #include <QQmlEngine>

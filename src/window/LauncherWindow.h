@@ -4,7 +4,7 @@
 
 #include "model/LauncherModel.h"
 #include "views/Backdrop.h"
-#include "views/DesktopPicture.h"
+#include "views/BackgroundLayer.h"
 #include "views/DragView.h"
 #include "views/FolderTiles.h"
 #include "views/TileModel.h"

@@ -1,5 +1,6 @@
 #include "window/SettingsItems.h"
 
+#include "data/BackgroundTheme.h"
 #include "localization/L.h"
 #include "model/LauncherModel.h"
 #include "motion/Animation.h"
@@ -7,16 +8,48 @@
 #include "window/ClosureMenuItem.h"
 #include "window/LanguageFlag.h"
 #include "window/LayoutDialogs.h"
-#include "window/ThemeNames.h"
 
 #include <QActionGroup>
 #include <QIcon>
 #include <QMenu>
 #include <QPixmap>
+#include <array>
 
 namespace amberquill {
 
 namespace {
+
+struct ThemeNames {
+    const char16_t* blue;
+    const char16_t* purple;
+    const char16_t* green;
+};
+
+// In the order of AppLanguage, without `System`.
+constexpr std::array<ThemeNames, allAppLanguages.size() - 1> themeNames = {{
+    {u"Blue", u"Purple", u"Green"},
+    {u"Blu", u"Viola", u"Verde"},
+    {u"Azul", u"Morado", u"Verde"},
+    {u"Bleu", u"Violet", u"Vert"},
+    {u"Blau", u"Lila", u"Grün"},
+    {u"蓝色", u"紫色", u"绿色"},
+    {u"ブルー", u"パープル", u"グリーン"},
+}};
+
+// What a background theme is called in the interface language.
+QString themeName(BackgroundTheme theme) {
+    const ThemeNames& names = themeNames.at(static_cast<std::size_t>(L::effectiveLanguage()) -
+                                            static_cast<std::size_t>(AppLanguage::English));
+    switch (theme) {
+    case BackgroundTheme::Purple:
+        return QString::fromUtf16(names.purple);
+    case BackgroundTheme::Green:
+        return QString::fromUtf16(names.green);
+    case BackgroundTheme::Blue:
+        break;
+    }
+    return QString::fromUtf16(names.blue);
+}
 
 QString literally(QString title) {
     return title.replace(QLatin1Char('&'), QStringLiteral("&&"));

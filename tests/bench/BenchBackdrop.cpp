@@ -2,7 +2,7 @@
 // server; reads the one it is called on.
 #include "platform/linux/x11/X11ScreenCapture.h"
 #include "views/BackgroundWash.h"
-#include "views/Blur.h"
+#include "views/ImageEffects.h"
 
 #include <QColor>
 #include <benchmark/benchmark.h>

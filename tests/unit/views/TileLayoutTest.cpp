@@ -1,4 +1,4 @@
-#include "views/TileLayout.h"
+#include "views/TileRows.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

@@ -1,6 +1,8 @@
-#include "views/Blur.h"
+#include "views/ImageEffects.h"
 
 #include <QColor>
+#include <QRgba64>
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <numbers>
@@ -28,6 +30,20 @@ double sum(const QImage& image) {
         }
     }
     return total;
+}
+
+QImage filled(const QColor& colour) {
+    QImage image(2, 2, QImage::Format_ARGB32_Premultiplied);
+    image.fill(colour);
+    return image;
+}
+
+constexpr QRgb hole = 0xFFFF00FF;
+
+QImage plain(const QSize& size, QRgb colour) {
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(colour);
+    return image;
 }
 
 } // namespace
@@ -128,4 +144,99 @@ TEST(ColourBlur, SmallImagesAreSurvived) {
     blurColours(line, 30);
     EXPECT_GT(qRed(line.pixel(0, 8)), 0);
     EXPECT_GE(qRed(line.pixel(0, 0)), qRed(line.pixel(0, 8)));
+}
+
+TEST(Brightness, DarkensEachComponentByTheSameAmount) {
+    const QColor dark = withBrightness(filled(QColor(200, 100, 20)), -0.3).pixelColor(0, 0);
+    EXPECT_NEAR(dark.red(), 200 - 76.5, 1);
+    EXPECT_NEAR(dark.green(), 100 - 76.5, 1);
+    EXPECT_EQ(dark.blue(), 0);
+    EXPECT_EQ(dark.alpha(), 255);
+}
+
+TEST(Brightness, LeavesTransparencyAsItIs) {
+    const QColor dark = withBrightness(filled(QColor(200, 100, 200, 128)), -0.3).pixelColor(1, 1);
+    EXPECT_EQ(dark.alpha(), 128);
+    EXPECT_NEAR(dark.red(), 200 - 76.5, 3);
+    EXPECT_EQ(withBrightness(filled(Qt::transparent), -0.3).pixelColor(0, 0).alpha(), 0);
+}
+
+TEST(Brightness, ZeroIsTheImageItself) {
+    const QImage image = filled(Qt::red);
+    EXPECT_EQ(withBrightness(image, 0).cacheKey(), image.cacheKey());
+}
+
+TEST(Enlarge, APlainColourStaysItselfUpToTheEdges) {
+    for (const QColor& colour : {QColor(Qt::white), QColor(Qt::black), QColor(Qt::transparent)}) {
+        QImage image(3, 2, QImage::Format_RGBA64_Premultiplied);
+        image.fill(colour);
+        QImage wanted(13, 9, QImage::Format_ARGB32_Premultiplied);
+        wanted.fill(colour);
+        EXPECT_EQ(enlarged(image, wanted.size()), wanted) << colour.name(QColor::HexArgb).toStdString();
+    }
+}
+
+TEST(Enlarge, BetweenTwoLevelsAsManyPixelsAreBrighterAsTheColourIs) {
+    QImage image(2, 2, QImage::Format_RGBA64_Premultiplied);
+    constexpr quint16 level = 100 * 257 + 64; // a quarter of the way to the next level
+    image.fill(QColor(QRgba64::fromRgba64(level, level, level, 65535)));
+    const QImage large = enlarged(image, {16, 16});
+    int brighter = 0;
+    for (int y = 0; y < large.height(); ++y) {
+        for (int x = 0; x < large.width(); ++x) {
+            ASSERT_GE(qRed(large.pixel(x, y)), 100);
+            ASSERT_LE(qRed(large.pixel(x, y)), 101);
+            brighter += qRed(large.pixel(x, y)) - 100;
+        }
+    }
+    EXPECT_NEAR(brighter, 16 * 16 / 4, 4);
+}
+
+TEST(Enlarge, NoComponentExceedsTheAlpha) {
+    QImage image(2, 1, QImage::Format_RGBA64_Premultiplied);
+    image.setPixelColor(0, 0, QColor(255, 128, 0, 90));
+    image.setPixelColor(1, 0, QColor(0, 255, 255, 3));
+    const QImage large = enlarged(image, {40, 10});
+    for (int y = 0; y < large.height(); ++y) {
+        const auto* line = reinterpret_cast<const QRgb*>(large.constScanLine(y));
+        for (int x = 0; x < large.width(); ++x) {
+            ASSERT_LE(std::max({qRed(line[x]), qGreen(line[x]), qBlue(line[x])}), qAlpha(line[x]));
+        }
+    }
+}
+
+TEST(FillFromAround, GoesFromOneSideToTheOther) {
+    QImage image = plain({5, 1}, hole);
+    image.setPixel(0, 0, 0xFF000000);
+    image.setPixel(4, 0, 0xFF808080);
+    fillFromAround(image, {QRect(1, 0, 3, 1)});
+    EXPECT_EQ(image.pixel(0, 0), 0xFF000000);
+    EXPECT_EQ(image.pixel(1, 0), 0xFF202020);
+    EXPECT_EQ(image.pixel(2, 0), 0xFF404040);
+    EXPECT_EQ(image.pixel(3, 0), 0xFF606060);
+    EXPECT_EQ(image.pixel(4, 0), 0xFF808080);
+}
+
+TEST(FillFromAround, AtAnEdgeOnlyWhatIsInTheImageCounts) {
+    QImage image = plain({4, 4}, 0xFF102030);
+    image.setPixel(3, 3, hole);
+    image.setPixel(3, 2, hole);
+    fillFromAround(image, {QRect(3, 2, 10, 10)});
+    EXPECT_EQ(image, plain({4, 4}, 0xFF102030));
+}
+
+TEST(FillFromAround, PartsThatTouchAreFilledAsOne) {
+    QImage image = plain({7, 1}, 0xFF102030);
+    for (int x = 1; x < 6; ++x) {
+        image.setPixel(x, 0, hole);
+    }
+    fillFromAround(image, {QRect(1, 0, 2, 1), QRect(4, 0, 2, 1), QRect(3, 0, 1, 1)});
+    EXPECT_EQ(image, plain({7, 1}, 0xFF102030));
+}
+
+TEST(FillFromAround, WhatIsOutsideOrEverythingIsLeftAsItIs) {
+    QImage image = plain({3, 3}, hole);
+    fillFromAround(image, {QRect(5, 5, 2, 2), QRect(-9, -9, 2, 2), QRect()});
+    fillFromAround(image, {QRect(-1, -1, 9, 9)});
+    EXPECT_EQ(image, plain({3, 3}, hole));
 }

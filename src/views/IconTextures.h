@@ -37,4 +37,31 @@ private:
     double brightness_ = 0;
 };
 
+// The soft shadow of an icon that is held above the page. The item has the icon's place and size; the shadow
+// reaches beyond it.
+class IconShadow : public amberquill::TextureItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString path READ path WRITE setPath NOTIFY changed FINAL) // of an application
+    Q_PROPERTY(bool isFolder READ isFolder WRITE setIsFolder NOTIFY changed FINAL)
+
+public:
+    using TextureItem::TextureItem;
+
+    [[nodiscard]] QString path() const { return path_; }
+    void setPath(const QString& path);
+    [[nodiscard]] bool isFolder() const { return isFolder_; }
+    void setIsFolder(bool isFolder);
+
+Q_SIGNALS:
+    void changed();
+
+protected:
+    Painted paintTexture(double devicePixelRatio) override;
+
+private:
+    QString path_;
+    bool isFolder_ = false;
+};
+
 } // namespace amberquill
