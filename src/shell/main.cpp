@@ -15,27 +15,28 @@
 #include "platform/linux/applications/icons/InstalledWorker.h"
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
 #include "platform/linux/applications/launching/LinuxApplicationOpener.h"
-#include "platform/linux/autostart/AutostartLoginItem.h"
-#include "platform/linux/dbus/PatientConnector.h"
-#include "platform/linux/dbus/SingleInstance.h"
-#include "platform/linux/files/BaseFolders.h"
-#include "platform/linux/files/EnvironmentLocations.h"
+#include "platform/linux/capture/ScreenCaptures.h"
+#include "platform/linux/dbus/AsyncBusConnector.h"
+#include "platform/linux/environment/BaseFolders.h"
+#include "platform/linux/environment/EnvironmentLocations.h"
+#include "platform/linux/environment/QtSystemLanguages.h"
 #include "platform/linux/files/InotifyFolderWatcher.h"
 #include "platform/linux/files/JsonPreferences.h"
 #include "platform/linux/files/PosixFileSystem.h"
-#include "platform/linux/files/QtSystemLanguages.h"
 #include "platform/linux/files/TemporaryFile.h"
-#include "platform/linux/gpu/HardwareGpu.h"
+#include "platform/linux/graphics/HardwareGpu.h"
+#include "platform/linux/input/InputDevices.h"
 #include "platform/linux/installation/AppImageInstaller.h"
-#include "platform/linux/motion/LinuxMotionPreference.h"
-#include "platform/linux/process/Fonts.h"
-#include "platform/linux/process/Heap.h"
-#include "platform/linux/process/SessionBus.h"
-#include "platform/linux/process/TerminationSignals.h"
-#include "platform/linux/shortcuts/GlobalShortcuts.h"
+#include "platform/linux/session/AutostartLoginItem.h"
+#include "platform/linux/session/Fonts.h"
+#include "platform/linux/session/Heap.h"
+#include "platform/linux/session/SessionBus.h"
+#include "platform/linux/session/SingleInstance.h"
+#include "platform/linux/session/TerminationSignals.h"
+#include "platform/linux/settings/LinuxMotionPreference.h"
 #include "platform/linux/tray/LinuxTrayHosts.h"
-#include "platform/linux/wayland/SeatlessCompositor.h"
 #include "platform/linux/windows/WindowSystems.h"
+#include "platform/linux/windows/wayland/SeatlessCompositor.h"
 #include "shell/AppDelegate.h"
 #include "shell/EarlyReading.h"
 #include "shell/LazyApplicationOpener.h"
@@ -156,17 +157,17 @@ int main(int argc, char* argv[]) {
     const desktop::Environment environment = start.environment.lookup();
     desktop::doNotLaunchSessionBus(environment);
     desktop::avoidInputMethodWithoutSeat(environment);
-    desktop::keepHeapSmall();
+    desktop::limitMallocArenas();
     // Where the one who started us ignores it, the system forgets how our child processes end, and another
     // process may have such a one's number.
     static_cast<void>(std::signal(SIGCHLD, SIG_DFL));
 
     // Whether the program runs already is asked while it starts. If so, that one shows itself, and this
     // process ends at once: nothing in it has been on the screen or written to a file.
-    const desktop::StartWish wish =
-        desktop::startWish(environment, QList<QByteArray>(argv + std::min(argc, 1), argv + argc));
+    const desktop::StartupRequest startup =
+        desktop::startupRequest(environment, QList<QByteArray>(argv + std::min(argc, 1), argv + argc));
     const QByteArray busAddress = desktop::sessionBusAddress(environment).value_or(QByteArray());
-    desktop::NameClaim claim(busAddress, wish, {}, [] { ::_exit(0); });
+    desktop::NameClaim claim(busAddress, startup, {}, [] { ::_exit(0); });
 
     const Locations locations = desktop::locationsFromEnvironment(environment);
     const QString language = QLocale::system().name();
@@ -267,7 +268,7 @@ int main(int argc, char* argv[]) {
         auto scanned = first.take();
         return scanned ? std::move(*scanned) : AppScanner::scan(scanServices);
     };
-    desktop::PatientConnector shortcutsBus(busAddress, QStringLiteral("shortcuts"), queue);
+    desktop::AsyncBusConnector shortcutsBus(busAddress, QStringLiteral("shortcuts"), queue);
     desktop::LinuxTrayHosts trayHosts(sessionBus);
     TrayStatusItem statusItem(trayHosts, queue);
     const desktop::AutostartLoginItem::Settings autostart{desktop::autostartFolders(environment), program,
@@ -278,7 +279,7 @@ int main(int argc, char* argv[]) {
         preferencesPath, locations.caches + QStringLiteral("/Amberquill/names"),
         autostart.folders.first() + QStringLiteral("/org.amberquill.Amberquill.desktop")};
     auto shortcut = desktop::makeGlobalShortcut(
-        queue, [&](desktop::PatientConnector::Connected then) { shortcutsBus.connect(std::move(then)); });
+        queue, [&](desktop::AsyncBusConnector::Connected then) { shortcutsBus.connect(std::move(then)); });
     GlobalShortcut& shortcuts = *shortcut;
     const Context running;
     AppDelegate delegate({queue,
@@ -351,10 +352,10 @@ int main(int argc, char* argv[]) {
         queue.hold();
         queue.thenAfter(running, longestHold, [&queue] { queue.release(); });
     }
-    if (wish.request.kind == desktop::ApplicationRequest::Kind::Hide) {
+    if (startup.request.kind == desktop::ApplicationRequest::Kind::Hide) {
         delegate.hideLauncher();
     }
-    desktop::PatientConnector nextBusConnector(busAddress, QStringLiteral("next session bus"), queue);
+    desktop::AsyncBusConnector nextBusConnector(busAddress, QStringLiteral("next session bus"), queue);
     const auto takeUp = [&](const QDBusConnection& bus) {
         if (bus.isConnected()) {
             nextBus = bus;

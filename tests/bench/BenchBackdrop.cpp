@@ -1,6 +1,6 @@
 // What a backdrop costs: reading a screen while making it smaller, and blurring what is left. Needs an X
 // server; reads the one it is called on.
-#include "platform/linux/x11/X11ScreenCapture.h"
+#include "platform/linux/capture/x11/X11ScreenCapture.h"
 #include "views/BackgroundWash.h"
 #include "views/ImageEffects.h"
 

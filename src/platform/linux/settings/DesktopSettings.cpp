@@ -1,8 +1,10 @@
 #include "platform/linux/settings/DesktopSettings.h"
 
-#include "platform/linux/files/BaseFolders.h"
+#include "platform/linux/environment/BaseFolders.h"
 
 namespace amberquill::desktop {
+
+Q_LOGGING_CATEGORY(settingsLog, "amberquill.settings", QtCriticalMsg)
 
 using namespace Qt::StringLiterals;
 

@@ -1,11 +1,14 @@
 // platform/linux/settings/: how desktops keep their users' settings in files.
 #pragma once
 
-#include "platform/linux/files/Environment.h"
+#include "platform/linux/environment/Environment.h"
 
+#include <QLoggingCategory>
 #include <QStringList>
 
 namespace amberquill::desktop {
+
+Q_DECLARE_LOGGING_CATEGORY(settingsLog)
 
 // The names of the running desktop, the most particular first ($XDG_CURRENT_DESKTOP).
 [[nodiscard]] QStringList currentDesktops(const Environment& environment);

@@ -1,6 +1,6 @@
 #include "platform/linux/tray/EmbeddedPicture.h"
 
-#include "platform/linux/x11/RootImage.h"
+#include "platform/linux/capture/x11/RootImage.h"
 #include "platform/linux/x11/XcbReply.h"
 
 #include <QRect>

@@ -53,7 +53,7 @@ void LinuxTrayHosts::follow(std::function<void()> came, std::function<void()> go
     if (!watcher_) {
         followBus();
         if (xcb_connection_t* connection = xConnection()) {
-            olderTrays_ = std::make_unique<OlderTrays>(connection, [this] { ask(); });
+            olderTrays_ = std::make_unique<XEmbedTrays>(connection, [this] { ask(); });
             qGuiApp->installNativeEventFilter(olderTrays_.get());
         }
     }

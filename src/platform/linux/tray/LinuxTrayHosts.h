@@ -2,7 +2,7 @@
 
 #include "platform/TrayHosts.h"
 #include "platform/linux/dbus/CurrentBus.h"
-#include "platform/linux/tray/OlderTrays.h"
+#include "platform/linux/tray/XEmbedTrays.h"
 
 #include <QObject>
 #include <memory>
@@ -44,7 +44,7 @@ private:
     std::function<void()> came_;
     std::function<void()> gone_;
     std::unique_ptr<QDBusServiceWatcher> watcher_;
-    std::unique_ptr<OlderTrays> olderTrays_;
+    std::unique_ptr<XEmbedTrays> olderTrays_;
 };
 
 } // namespace amberquill::desktop

@@ -2,7 +2,7 @@
 
 #include "platform/ActivationTokens.h"
 #include "platform/linux/activation/wayland/XdgActivation.h"
-#include "platform/linux/files/DataFolders.h"
+#include "platform/linux/environment/DataFolders.h"
 
 namespace amberquill {
 class MainQueue;

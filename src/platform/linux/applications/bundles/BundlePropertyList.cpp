@@ -2,7 +2,7 @@
 
 #include "platform/Utf8.h"
 #include "platform/linux/applications/bundles/PropertyListGuard.h"
-#include "platform/linux/files/BaseFolders.h"
+#include "platform/linux/environment/BaseFolders.h"
 #include "platform/linux/files/RegularFile.h"
 
 #include <cstdint>

@@ -4,7 +4,7 @@
 #include "platform/linux/applications/entries/EntryIndex.h"
 #include "platform/linux/applications/entries/EntryTokens.h"
 #include "platform/linux/applications/entries/ProgramLookup.h"
-#include "platform/linux/files/BaseFolders.h"
+#include "platform/linux/environment/BaseFolders.h"
 #include "platform/linux/files/FolderReader.h"
 #include "platform/linux/files/RegularFile.h"
 

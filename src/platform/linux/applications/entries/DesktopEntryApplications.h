@@ -4,7 +4,7 @@
 #include "platform/RegisteredApplications.h"
 #include "platform/RootReaders.h"
 #include "platform/linux/applications/entries/DesktopEntry.h"
-#include "platform/linux/files/DataFolders.h"
+#include "platform/linux/environment/DataFolders.h"
 
 namespace amberquill::desktop {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/files/Environment.h"
+#include "platform/linux/environment/Environment.h"
 
 #include <QByteArray>
 #include <optional>

@@ -1,6 +1,6 @@
 #include "platform/linux/applications/entries/ProgramLookup.h"
 
-#include "platform/linux/files/BaseFolders.h"
+#include "platform/linux/environment/BaseFolders.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

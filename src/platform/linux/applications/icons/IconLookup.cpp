@@ -1,8 +1,8 @@
 #include "platform/linux/applications/icons/IconLookup.h"
 
 #include "platform/linux/applications/icons/IconTheme.h"
-#include "platform/linux/files/BaseFolders.h"
-#include "platform/linux/files/DataFolders.h"
+#include "platform/linux/environment/BaseFolders.h"
+#include "platform/linux/environment/DataFolders.h"
 
 #include <QFile>
 #include <array>

@@ -1,7 +1,7 @@
 #include "platform/linux/applications/icons/IconThemeName.h"
 
 #include "platform/linux/applications/icons/IconThemeIndex.h"
-#include "platform/linux/files/BaseFolders.h"
+#include "platform/linux/environment/BaseFolders.h"
 #include "platform/linux/settings/DconfDatabase.h"
 #include "platform/linux/settings/DesktopSettings.h"
 #include "platform/linux/settings/SettingsFile.h"

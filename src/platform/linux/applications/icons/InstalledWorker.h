@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/linux/applications/icons/WorkerProcess.h"
-#include "platform/linux/files/Environment.h"
+#include "platform/linux/environment/Environment.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/files/DataFolders.h"
+#include "platform/linux/environment/DataFolders.h"
 
 #include <QString>
 #include <QStringView>

@@ -5,7 +5,7 @@
 #include "platform/linux/applications/launching/ExecLine.h"
 #include "platform/linux/applications/launching/ProgramPath.h"
 #include "platform/linux/applications/launching/Terminal.h"
-#include "platform/linux/files/BaseFolders.h"
+#include "platform/linux/environment/BaseFolders.h"
 
 #include <QFile>
 #include <QFileInfo>

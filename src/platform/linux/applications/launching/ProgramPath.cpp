@@ -1,6 +1,6 @@
 #include "platform/linux/applications/launching/ProgramPath.h"
 
-#include "platform/linux/files/BaseFolders.h"
+#include "platform/linux/environment/BaseFolders.h"
 
 #include <QFile>
 #include <algorithm>

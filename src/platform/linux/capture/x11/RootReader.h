@@ -1,0 +1,74 @@
+#pragma once
+
+#include "platform/linux/capture/ScreenRows.h"
+#include "platform/linux/capture/x11/RootImage.h"
+#include "platform/linux/capture/x11/SharedPixels.h"
+#include "platform/linux/x11/TimedReplies.h"
+
+#include <QByteArray>
+#include <QRect>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace amberquill::desktop {
+
+// Reads pixels of an X server's root window, on a connection of its own.
+class RootReader {
+public:
+    // `display` as X11ScreenCapture's.
+    explicit RootReader(const QByteArray& display);
+
+    struct Wanted {
+        int shrink;
+        bool alsoWhole;
+    };
+
+    // How long the server is waited for: for each of its answers, and for all of a reading.
+    struct Patience {
+        std::chrono::milliseconds forEach;
+        std::chrono::milliseconds forAll;
+    };
+
+    // The area as far as the root window has it, or as many of its rows as come in time: none while the
+    // server still owes answers to an earlier reading.
+    [[nodiscard]] ScreenRows read(const QRect& area, const Wanted& wanted, bool sharesMemory,
+                                  const Patience& patience);
+
+    // What the desktop shows under all windows in the area, small, from the pixmap that who painted it has
+    // left with the root window. A few of its rows, which come soon. Waits for what is owed. Null: there is
+    // none, or it does not come in time.
+    [[nodiscard]] QImage wallpaper(const QRect& area, std::chrono::milliseconds patience);
+
+    // Whether there is no server any more.
+    [[nodiscard]] bool isGone() const { return xcb_connection_has_error(get()) != 0; }
+
+private:
+    [[nodiscard]] xcb_connection_t* get() const { return connection_.get(); }
+    [[nodiscard]] bool isFree();
+    void end(const TimedReplies& replies);
+    [[nodiscard]] std::optional<xcb_pixmap_t> rootPixmap(TimedReplies& replies) const;
+    [[nodiscard]] QImage readWallpaper(const QRect& area, TimedReplies& replies);
+    [[nodiscard]] const QRgb* unpacked(const unsigned char* bytes, int width);
+    [[nodiscard]] bool isReadable(TimedReplies& replies);
+    [[nodiscard]] bool shares(const QRect& area, TimedReplies& replies);
+    [[nodiscard]] bool takesDescriptors(TimedReplies& replies) const;
+    [[nodiscard]] bool isAttached(TimedReplies& replies) const;
+    [[nodiscard]] int rowsIn(std::size_t bytes, int width) const;
+    [[nodiscard]] xcb_shm_get_image_cookie_t getShared(const QRect& part, std::size_t offset) const;
+    void readShared(const QRect& area, ScreenRows& screen, TimedReplies& replies);
+    void readPlain(const QRect& area, ScreenRows& screen, TimedReplies& replies);
+    void add(ScreenRows& screen, const unsigned char* bytes, int height, int width);
+
+    int screenNumber_ = 0;
+    std::unique_ptr<xcb_connection_t, void (*)(xcb_connection_t*)> connection_;
+    std::unique_ptr<SharedPixels> pixels_;
+    std::optional<bool> sharesMemory_; // none: not known yet
+    std::optional<bool> isReadable_;   // none: not known yet
+    xcb_window_t root_ = XCB_WINDOW_NONE;
+    std::optional<RootImage> format_;
+    std::optional<unsigned> unanswered_;
+    std::vector<QRgb> unpacked_; // a row
+};
+
+} // namespace amberquill::desktop

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDBusConnection>
+#include <QString>
+#include <functional>
+#include <memory>
+
+namespace amberquill {
+class MainQueue;
+}
+
+namespace amberquill::desktop {
+
+// Connects to a bus while the main thread goes on: one that hangs keeps whoever connects to it waiting. Main
+// thread only.
+class AsyncBusConnector {
+public:
+    // Where the bus is, and what Qt is to call the connection.
+    AsyncBusConnector(QByteArray address, QString name, MainQueue& queue);
+    AsyncBusConnector(const AsyncBusConnector&) = delete;
+    AsyncBusConnector& operator=(const AsyncBusConnector&) = delete;
+    ~AsyncBusConnector();
+
+    using Connected = std::function<void(const QDBusConnection&)>;
+
+    // Makes the connection, in place of an earlier one. `then` is called later with one that is connected, or
+    // with one that is not where there is no bus that answers in time; not at all if this is destroyed first.
+    void connect(Connected then);
+
+private:
+    // What an answer finds, or does not find any more.
+    struct Late;
+
+    QByteArray address_;
+    QString name_;
+    std::shared_ptr<Late> late_;
+};
+
+} // namespace amberquill::desktop

@@ -1,0 +1,51 @@
+#include "platform/linux/graphics/HardwareGpu.h"
+
+#include "platform/linux/graphics/GraphicsEnvironment.h"
+#include "platform/linux/graphics/RenderNodes.h"
+#include "platform/linux/graphics/ServerOffers.h"
+
+#include <unistd.h>
+
+namespace amberquill::desktop {
+namespace {
+
+[[nodiscard]] ServerOffers ask(DisplayServer server, const Environment& environment) {
+    switch (server) {
+    case DisplayServer::x11:
+        return isLocalDisplay(environment("DISPLAY").value_or(QByteArray())) ? askX11Server()
+                                                                             : ServerOffers{};
+    case DisplayServer::wayland:
+        // A connection that was handed to us is good for one client, and that is Qt.
+        return !environment("WAYLAND_SOCKET") ? askWaylandCompositor()
+                                              : ServerOffers{.reached = true, .takesGpuBuffers = true};
+    case DisplayServer::other:
+        break;
+    }
+    return {.reached = true};
+}
+
+} // namespace
+
+bool hasHardwareGpu() {
+    const Environment environment = processEnvironment();
+    GraphicsFindings findings{
+        .softwareAskedFor = asksForSoftware(environment),
+        .renderNodes = renderNodes("/dev/dri", "/sys/class/drm"),
+        .hasNvidiaDevice = access("/dev/nvidiactl", R_OK | W_OK) == 0,
+    };
+    if (findings.softwareAskedFor || (findings.renderNodes.empty() && !findings.hasNvidiaDevice)) {
+        return false; // no need to ask the server
+    }
+    for (const auto server : displayServers(environment)) {
+        const auto offers = ask(server, environment);
+        if (offers.reached) {
+            findings.server = server;
+            findings.serverTakesGpuBuffers = offers.takesGpuBuffers;
+            findings.serverHasNvidiaGlx = offers.hasNvidiaGlx;
+            break;
+        }
+    }
+    return drawsOnHardware(findings);
+}
+
+} // namespace amberquill::desktop

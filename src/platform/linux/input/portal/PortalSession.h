@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/linux/input/portal/PortalTypes.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QObject>
+#include <functional>
+#include <map>
+
+namespace amberquill::desktop {
+
+// One session with the portal org.freedesktop.portal.GlobalShortcuts, from the asking to its end. It asks
+// once; what the user refuses is not asked for again. Thrown away once it has ended.
+class PortalSession final : public QObject {
+    Q_OBJECT
+
+public:
+    // The connection is the program's own for this portal. `serial` differs from all earlier ones of it.
+    PortalSession(QDBusConnection bus, std::map<std::uint32_t, KeyChord> shortcuts, int serial);
+    ~PortalSession() override;
+    PortalSession(const PortalSession&) = delete;
+    PortalSession& operator=(const PortalSession&) = delete;
+
+Q_SIGNALS:
+    void pressed(std::uint32_t id, const QString& activationToken);
+    void ended();       // by the portal
+    void unavailable(); // there is no such portal
+
+private Q_SLOTS:
+    void responded(uint code, const QVariantMap& results, const QDBusMessage& message);
+    void activated(const QDBusObjectPath& session, const QString& shortcut, qulonglong time,
+                   const QVariantMap& options);
+
+private:
+    using Response = std::function<void(const QVariantMap& results)>;
+
+    [[nodiscard]] PortalShortcutList wanted() const;
+    void registerProgram();
+    void createSession();
+    void listShortcuts();
+    void bindShortcuts();
+
+    // Calls a method that answers by a request object. `then` runs when the user or the portal has agreed.
+    void request(const QString& method, QVariantList arguments, QVariantMap options, Response then);
+
+    QDBusConnection bus_;
+    std::map<std::uint32_t, KeyChord> shortcuts_;
+    QString token_;  // begins those of its requests
+    QString handle_; // the session's path; empty: not there yet
+    int requests_ = 0;
+    QString requestPath_; // of the request that is under way
+    Response response_;
+};
+
+} // namespace amberquill::desktop

@@ -1,0 +1,142 @@
+#include "platform/linux/input/portal/PortalShortcuts.h"
+
+#include <QPointer>
+#include <utility>
+
+namespace amberquill::desktop {
+
+using namespace Qt::StringLiterals;
+
+PortalShortcuts::PortalShortcuts(MainQueue& queue, Connect connect)
+    : queue_(queue)
+    , connect_(std::move(connect)) {
+    registerPortalTypes();
+}
+
+PortalShortcuts::~PortalShortcuts() {
+    due_.cancel();
+}
+
+// A session takes shortcuts once, so that another set is another session's.
+void PortalShortcuts::add(std::uint32_t id, const KeyChord& chord) {
+    shortcuts_.insert_or_assign(id, chord);
+    dropSession();
+    ask(untilAsked);
+}
+
+void PortalShortcuts::remove(std::uint32_t id) {
+    if (shortcuts_.erase(id) == 0) {
+        return;
+    }
+    dropSession();
+    due_.cancel();
+    if (!shortcuts_.empty()) {
+        ask(untilAsked);
+    }
+}
+
+// The bus, which has only now begun: its portal may take a while.
+void PortalShortcuts::serviceCameBack() {
+    if (!shortcuts_.empty() && !session_) {
+        repetitions_ = 1;
+        ask(0);
+    }
+}
+
+void PortalShortcuts::ask(double secondsFromNow) {
+    due_.cancel();
+    due_ = queue_.postAfter(secondsFromNow, [self = QPointer(this)] {
+        if (self != nullptr) {
+            self->begin();
+        }
+    });
+}
+
+void PortalShortcuts::askAgain(double secondsFromNow) {
+    if (queue_.now() - begun_ >= lasting) {
+        repetitions_ = 0;
+    }
+    due_.cancel();
+    if (!shortcuts_.empty() && repetitions_ < mostRepetitions) {
+        ++repetitions_;
+        ask(secondsFromNow);
+    }
+}
+
+void PortalShortcuts::begin() {
+    begun_ = queue_.now();
+    if (bus_) {
+        openSession();
+    } else if (!std::exchange(isConnecting_, true)) {
+        connect_([self = QPointer(this)](const QDBusConnection& bus) {
+            if (self != nullptr) {
+                self->connected(bus);
+            }
+        });
+    }
+}
+
+void PortalShortcuts::connected(const QDBusConnection& bus) {
+    isConnecting_ = false;
+    if (!bus.isConnected()) {
+        // One that has been there may come back.
+        if (repetitions_ > 0) {
+            askAgain(untilAskedAgain);
+        }
+        return;
+    }
+    bus_ = bus;
+    bus_->connect(QString(), u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s,
+                  u"Disconnected"_s, this, SLOT(busLost()));
+    watcher_ = std::make_unique<QDBusServiceWatcher>(u"org.freedesktop.portal.Desktop"_s, *bus_,
+                                                     QDBusServiceWatcher::WatchForOwnerChange);
+    connect(watcher_.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString& /*name*/, const QString& before, const QString& now) {
+                portalChanged(before, now);
+            });
+    openSession();
+}
+
+// With the shortcuts of now: they may have gone while the bus was looked for.
+void PortalShortcuts::openSession() {
+    if (shortcuts_.empty()) {
+        return;
+    }
+    session_ = std::make_unique<PortalSession>(*bus_, shortcuts_, ++sessions_);
+    connect(session_.get(), &PortalSession::pressed, this, [this](std::uint32_t id, const QString& token) {
+        deliver(id, {token, 0});
+    });
+    connect(session_.get(), &PortalSession::ended, this, [this] {
+        dropSession();
+        askAgain(untilAskedAgain);
+    });
+    connect(session_.get(), &PortalSession::unavailable, this, &PortalShortcuts::dropSession);
+}
+
+void PortalShortcuts::portalChanged(const QString& before, const QString& now) {
+    if (!before.isEmpty()) {
+        dropSession();
+    }
+    if (session_) {
+        // It has come because we asked.
+        return;
+    }
+    askAgain(now.isEmpty() ? untilAskedAgain : 0);
+}
+
+void PortalShortcuts::busLost() {
+    dropSession();
+    watcher_.reset();
+    bus_.reset();
+    askAgain(untilAskedAgain);
+}
+
+// It may be what is calling us.
+void PortalShortcuts::dropSession() {
+    if (session_) {
+        session_->disconnect(this);
+        session_.release()->deleteLater();
+    }
+}
+
+} // namespace amberquill::desktop

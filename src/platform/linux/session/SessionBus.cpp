@@ -1,0 +1,37 @@
+#include "platform/linux/session/SessionBus.h"
+
+#include <QtGlobal>
+#include <sys/stat.h>
+
+namespace amberquill::desktop {
+
+std::optional<QByteArray> sessionBusAddress(const Environment& environment) {
+    if (auto address = environment("DBUS_SESSION_BUS_ADDRESS"); address && !address->isEmpty()) {
+        return address;
+    }
+    const auto runtimeFolder = environment("XDG_RUNTIME_DIR");
+    if (!runtimeFolder || !runtimeFolder->startsWith('/')) {
+        return std::nullopt;
+    }
+    const QByteArray socket = *runtimeFolder + "/bus";
+    struct stat status = {};
+    if (::stat(socket.constData(), &status) != 0 || !S_ISSOCK(status.st_mode)) {
+        return std::nullopt;
+    }
+    // An address escapes all characters but these, in the way of URLs.
+    return "unix:path=" + socket.toPercentEncoding("/*\\", "~");
+}
+
+void doNotLaunchSessionBus(const Environment& environment) {
+    if (!sessionBusAddress(environment)) {
+        // Without any address, the reference library launches a bus.
+        leaveSessionBusAlone();
+    }
+}
+
+void leaveSessionBusAlone() {
+    // An address that leads nowhere.
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+}
+
+} // namespace amberquill::desktop

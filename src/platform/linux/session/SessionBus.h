@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/linux/environment/Environment.h"
+
+namespace amberquill::desktop {
+
+// The address of the session bus: the one that is given, or that of the socket at the usual place. None:
+// there is no bus to connect to.
+[[nodiscard]] std::optional<QByteArray> sessionBusAddress(const Environment& environment);
+
+// Where there is none, keeps the D-Bus libraries in this process from starting one of their own: the program
+// does without. For the start of main(), before any other thread.
+void doNotLaunchSessionBus(const Environment& environment);
+
+// Keeps the D-Bus libraries in this process from waiting for a session bus that does not answer. For when
+// none of them has tried yet.
+void leaveSessionBusAlone();
+
+} // namespace amberquill::desktop

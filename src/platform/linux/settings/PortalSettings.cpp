@@ -1,0 +1,84 @@
+#include "platform/linux/settings/PortalSettings.h"
+
+#include "platform/linux/settings/DesktopSettings.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+
+namespace amberquill::desktop {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString service = u"org.freedesktop.portal.Desktop"_s;
+const QString object = u"/org/freedesktop/portal/desktop"_s;
+const QString interface = u"org.freedesktop.portal.Settings"_s;
+
+// The value itself: Read puts it into two variants, other calls and the signal into one.
+QVariant unwrapped(QVariant value) {
+    constexpr int deepest = 4;
+    for (int depth = 0; depth < deepest && value.canConvert<QDBusVariant>(); ++depth) {
+        value = value.value<QDBusVariant>().variant();
+    }
+    return value;
+}
+
+} // namespace
+
+PortalSettings::PortalSettings(QDBusConnection bus, QList<PortalKey> keys, Handler handler, int patience)
+    : bus_(std::move(bus))
+    , keys_(std::move(keys))
+    , handler_(std::move(handler))
+    , patience_(patience)
+    , watcher_(service, bus_, QDBusServiceWatcher::WatchForRegistration) {
+    if (!bus_.isConnected()) {
+        return;
+    }
+    qRegisterMetaType<QDBusVariant>(); // Qt finds a slot's types by their names, once it has met them
+    connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] { ask(); });
+    bus_.connect(service, object, interface, u"SettingChanged"_s, this,
+                 SLOT(settingChanged(QString, QString, QDBusVariant)));
+    ask();
+}
+
+void PortalSettings::ask() {
+    ++asked_;
+    changed_.clear();
+    for (const PortalKey& key : std::as_const(keys_)) {
+        ask(key);
+    }
+}
+
+void PortalSettings::ask(const PortalKey& key) {
+    QDBusMessage message = QDBusMessage::createMethodCall(service, object, interface, u"Read"_s);
+    message.setAutoStartService(false);
+    message << key.space << key.name;
+    auto* const pending = new QDBusPendingCallWatcher(bus_.asyncCall(message, patience_), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, key, asked = asked_, pending] {
+        pending->deleteLater();
+        const QDBusPendingReply<QDBusVariant> reply = *pending;
+        if (asked != asked_ || changed_.contains(key)) {
+            return;
+        }
+        if (reply.isError()) {
+            qCDebug(settingsLog) << "no" << key.space << key.name << reply.error().name();
+            handler_(key, std::nullopt);
+            return;
+        }
+        handler_(key, unwrapped(QVariant::fromValue(reply.value())));
+    });
+}
+
+void PortalSettings::settingChanged(const QString& space, const QString& name, const QDBusVariant& value) {
+    const PortalKey key{space, name};
+    if (keys_.contains(key)) {
+        if (!changed_.contains(key)) {
+            changed_.push_back(key);
+        }
+        handler_(key, unwrapped(value.variant()));
+    }
+}
+
+} // namespace amberquill::desktop

@@ -1,0 +1,55 @@
+#include "platform/linux/windows/wayland/DialogFocus.h"
+
+#include <QGuiApplication>
+#include <QWindow>
+#include <private/qguiapplication_p.h>
+
+namespace amberquill::desktop {
+namespace {
+
+using SystemEvents = QWindowSystemInterfacePrivate;
+
+// The dialog that is to be answered before the window, or the window itself.
+QWindow* answering(QWindow* window) {
+    QWindow* dialog = nullptr;
+    const bool isBlocked =
+        window != nullptr && QGuiApplicationPrivate::instance()->isWindowBlocked(window, &dialog);
+    return isBlocked && dialog != nullptr ? dialog : window;
+}
+
+} // namespace
+
+DialogFocus::DialogFocus() {
+    SystemEvents::installWindowSystemEventHandler(this);
+}
+
+DialogFocus::~DialogFocus() {
+    SystemEvents::removeWindowSystemEventhandler(this);
+}
+
+bool DialogFocus::sendEvent(SystemEvents::WindowSystemEvent* event) {
+    if (event->type == SystemEvents::ActivatedWindow) {
+        auto& activation = static_cast<SystemEvents::ActivatedWindowEvent&>(*event);
+        given_ = activation.activated;
+        activation.activated = answering(given_);
+    } else if (event->type == SystemEvents::Key) {
+        auto& key = static_cast<SystemEvents::KeyEvent&>(*event);
+        key.window = answering(key.window);
+    }
+    const bool taken = QWindowSystemEventHandler::sendEvent(event);
+    if (event->type == SystemEvents::Expose) {
+        // A dialog may have come or gone. Not now: it may be in the middle of that.
+        QMetaObject::invokeMethod(this, &DialogFocus::follow, Qt::QueuedConnection);
+    }
+    return taken;
+}
+
+void DialogFocus::follow() {
+    QWindow* wanted = answering(given_);
+    if (wanted != QGuiApplication::focusWindow() && given_ != nullptr) {
+        SystemEvents::ActivatedWindowEvent activation(wanted, Qt::OtherFocusReason);
+        QWindowSystemEventHandler::sendEvent(&activation);
+    }
+}
+
+} // namespace amberquill::desktop

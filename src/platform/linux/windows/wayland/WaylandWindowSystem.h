@@ -1,0 +1,50 @@
+// platform/linux/wayland/: the launcher's window under Wayland compositors, through the protocols they offer.
+#pragma once
+
+#include "platform/WindowSystem.h"
+#include "platform/linux/wayland/EventQueue.h"
+#include "platform/linux/wayland/Globals.h"
+#include "platform/linux/windows/wayland/blur/BlurBehind.h"
+
+#include <QString>
+#include <memory>
+
+struct wl_display;
+
+namespace amberquill::desktop {
+
+class DialogFocus;
+
+// A full-screen toplevel by xdg-shell. Which screen it covers, what lies above it and whether task bars list
+// it are the compositor's to decide.
+class WaylandWindowSystem final : public WindowSystem {
+public:
+    // Made after the application object, on its connection.
+    explicit WaylandWindowSystem(wl_display* display);
+    ~WaylandWindowSystem() override;
+
+    WaylandWindowSystem(const WaylandWindowSystem&) = delete;
+    WaylandWindowSystem& operator=(const WaylandWindowSystem&) = delete;
+
+    [[nodiscard]] QScreen* screenUnderPointer() const override { return nullptr; }
+    [[nodiscard]] bool blendsWindows() const override;
+    [[nodiscard]] bool blursBehindWindows() const override;
+    [[nodiscard]] bool tellsPlaces() const override { return false; }
+    void setActivationToken(const QString& token) override;
+    void present(QWindow& window, QScreen* screen) override;
+    void withdraw(QWindow& window) override;
+    // Silent: no protocol that Debian 12's compositors speak rings a bell.
+    void beep() override {}
+
+private:
+    void follow() const;
+
+    QString token_;
+    // What the compositor offers is learned as it is asked for.
+    mutable EventQueue events_;
+    Globals globals_;
+    mutable BlurBehind blur_;
+    std::unique_ptr<DialogFocus> dialogFocus_;
+};
+
+} // namespace amberquill::desktop

@@ -1,0 +1,335 @@
+#include "platform/linux/windows/x11/X11WindowSystem.h"
+
+#include "platform/linux/windows/x11/BlurRegion.h"
+#include "platform/linux/windows/x11/ScreenChoice.h"
+#include "platform/linux/x11/XcbReply.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <array>
+#include <qpa/qplatformscreen.h>
+#include <qpa/qplatformwindow.h>
+#include <span>
+// The time that Qt puts into its requests to the window manager is that of the last event it saw itself.
+// A launcher is shown on behalf of events that others saw, and only this private header can tell Qt of them.
+#include <cstdint>
+#include <private/qtx11extras_p.h>
+#include <string_view>
+
+namespace amberquill::desktop {
+namespace {
+
+constexpr uint32_t onEveryDesktop = 0xFFFFFFFF;
+constexpr uint32_t keepCompositing = 2;
+constexpr uint32_t sourceApplication = 1;
+
+[[nodiscard]] xcb_window_t handle(const QWindow& window) {
+    return static_cast<xcb_window_t>(window.winId());
+}
+
+void writeProperty(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property, xcb_atom_t type,
+                   std::span<const uint32_t> values) {
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, property, type, 32,
+                        static_cast<uint32_t>(values.size()), values.data());
+}
+
+[[nodiscard]] std::optional<xcb_window_t> windowProperty(xcb_connection_t* connection, xcb_window_t window,
+                                                         xcb_atom_t property) {
+    const XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        connection, xcb_get_property(connection, 0, window, property, XCB_ATOM_WINDOW, 0, 1), nullptr));
+    if (!reply || reply->format != 32 || xcb_get_property_value_length(reply.get()) != sizeof(xcb_window_t)) {
+        return std::nullopt;
+    }
+    return *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
+}
+
+} // namespace
+
+X11WindowSystem::X11WindowSystem(xcb_connection_t* connection)
+    : connection_(connection)
+    , root_(QX11Info::appRootWindow())
+    , atoms_(connection)
+    , focusFilter_(atoms_[AtomName::activeWindow]) {
+    for (QScreen* screen : QGuiApplication::screens()) {
+        watch(screen);
+    }
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, [this](QScreen* screen) {
+        watch(screen);
+        keepOnLivingScreen();
+    });
+    // Queued: Qt is still taking the screen down.
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &X11WindowSystem::keepOnLivingScreen,
+            Qt::QueuedConnection);
+}
+
+QScreen* X11WindowSystem::screenUnderPointer() const {
+    const XcbReply<xcb_query_pointer_reply_t> pointer(
+        xcb_query_pointer_reply(connection_, xcb_query_pointer(connection_, root_), nullptr));
+    const auto screens = QGuiApplication::screens();
+    if (!pointer || pointer->same_screen == 0) {
+        return QGuiApplication::primaryScreen();
+    }
+    std::vector<QRect> areas;
+    areas.reserve(static_cast<std::size_t>(screens.size()));
+    for (const QScreen* screen : screens) {
+        // Not QScreen::geometry(): at a fractional scale its size is rounded, and the pointer on the edge of
+        // one screen would count as on the next.
+        areas.push_back(screen->handle()->geometry());
+    }
+    const auto index = screenFor({pointer->root_x, pointer->root_y}, areas);
+    return index ? screens.at(static_cast<qsizetype>(*index)) : nullptr;
+}
+
+void X11WindowSystem::setActivationToken(const QString& startupId) {
+    startupId_ = startupId;
+}
+
+void X11WindowSystem::setListedInTaskBars(bool listed) {
+    listedInTaskBars_ = listed;
+    if (window_) {
+        askForState(handle(*window_), !listed, AtomName::stateSkipTaskbar, AtomName::stateSkipPager);
+    }
+}
+
+void X11WindowSystem::present(QWindow& window, QScreen* screen) {
+    QScreen* const wanted = screen != nullptr ? screen : screenUnderPointer();
+    const bool managed = hasWindowManager();
+    noteUserTime();
+    if (!window.isVisible()) {
+        earlierFocus_ = managed ? std::nullopt : focusOwner();
+        window.setFlags(window.flags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+        window.setWindowStates(Qt::WindowFullScreen);
+        if (wanted != nullptr) {
+            window.setScreen(wanted);
+        }
+        window.create();
+        describe(window);
+        if (wanted != nullptr) {
+            place(window, *wanted);
+        }
+        window.installEventFilter(this); // again and again is as once
+        window.setVisible(true);
+    } else if (wanted != nullptr && window.screen() != wanted) {
+        move(window, *wanted);
+    }
+    window_ = &window;
+    if (!managed) {
+        window.raise();
+        setFocus(handle(window));
+    }
+    window.requestActivate();
+}
+
+void X11WindowSystem::withdraw(QWindow& window) {
+    const bool ours = window.isVisible() && focusOwner() == handle(window);
+    window_.clear();
+    window.hide();
+    if (ours) {
+        giveFocusBack();
+    }
+    earlierFocus_.reset();
+}
+
+void X11WindowSystem::beep() {
+    xcb_bell(connection_, 0);
+    xcb_flush(connection_);
+}
+
+void X11WindowSystem::watch(QScreen* screen) const {
+    connect(screen, &QScreen::geometryChanged, this, &X11WindowSystem::keepOnLivingScreen,
+            Qt::QueuedConnection);
+}
+
+void X11WindowSystem::keepOnLivingScreen() {
+    if (window_ && window_->screen() != nullptr) {
+        move(*window_, *window_->screen());
+    }
+}
+
+// What a window manager and a compositor read when the window is mapped. A window manager takes the states
+// and the desktop off a window that is withdrawn, so they are set each time. Qt adds full screen to the
+// states.
+void X11WindowSystem::describe(QWindow& window) {
+    std::vector<uint32_t> states{atoms_[AtomName::stateAbove], atoms_[AtomName::stateSticky]};
+    if (!listedInTaskBars_) {
+        states.push_back(atoms_[AtomName::stateSkipTaskbar]);
+        states.push_back(atoms_[AtomName::stateSkipPager]);
+    }
+    const auto id = handle(window);
+    writeProperty(connection_, id, atoms_[AtomName::state], XCB_ATOM_ATOM, states);
+    writeProperty(connection_, id, atoms_[AtomName::desktop], XCB_ATOM_CARDINAL, std::array{onEveryDesktop});
+    // A full-screen window may switch the compositor off, and with it what is seen through the window.
+    writeProperty(connection_, id, atoms_[AtomName::bypassCompositor], XCB_ATOM_CARDINAL,
+                  std::array{keepCompositing});
+    writeProperty(connection_, id, atoms_[AtomName::kdeSkipCloseAnimation], XCB_ATOM_CARDINAL,
+                  std::array{uint32_t{1}});
+    // Desktops find the application's entry, and so its icon and name, by the window's class.
+    const auto desktopId = QGuiApplication::desktopFileName().toUtf8();
+    if (!desktopId.isEmpty()) {
+        const QByteArray classes =
+            QCoreApplication::applicationName().toUtf8().toLower() + '\0' + desktopId + '\0';
+        xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, id, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
+                            static_cast<uint32_t>(classes.size()), classes.constData());
+    }
+}
+
+// A window manager puts a full-screen window on the monitor where it finds it.
+void X11WindowSystem::place(QWindow& window, QScreen& screen) {
+    window.setGeometry(screen.geometry());
+    // Once more behind Qt's back: it asks for nothing when it believes the window to be there, and does not
+    // hear of it when a window manager moves a window that is withdrawn.
+    const QRect area = screen.handle()->geometry();
+    const std::array<int32_t, 4> values{area.x(), area.y(), area.width(), area.height()};
+    xcb_configure_window(connection_, handle(window),
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                             XCB_CONFIG_WINDOW_HEIGHT,
+                         values.data());
+    const auto blurRegion = atoms_[AtomName::kdeBlurBehindRegion];
+    if (blursBehindWindows()) {
+        setBlurRegion(connection_, handle(window), blurRegion, area.size());
+    } else {
+        xcb_delete_property(connection_, handle(window), blurRegion);
+    }
+}
+
+// Moves a window that is up. Window managers keep a full-screen window on its monitor, so it stops being one
+// for the move; without a window manager the geometry alone counts.
+void X11WindowSystem::move(QWindow& window, QScreen& screen) {
+    window.setWindowStates(Qt::WindowNoState);
+    window.setScreen(&screen);
+    place(window, screen);
+    window.setWindowStates(Qt::WindowFullScreen);
+}
+
+bool X11WindowSystem::eventFilter(QObject* watched, QEvent* event) {
+    // It has been mapped; window managers have put it in its place by then.
+    if (event->type() == QEvent::Expose && watched == window_ && window_->isExposed()) {
+        tellPlace(*window_);
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+// Some window managers take a window over into a frame elsewhere, move the frame to where the window wished
+// to be, and say nothing, as the window has got its wish. Qt, which may have asked for the place in between,
+// would open menus there. So it is told as by a window manager.
+void X11WindowSystem::tellPlace(QWindow& window) const {
+    const auto id = handle(window);
+    const XcbReply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
+        connection_, xcb_translate_coordinates(connection_, id, root_, 0, 0), nullptr));
+    const QRect known = window.handle()->geometry();
+    if (!origin || known.topLeft() == QPoint(origin->dst_x, origin->dst_y)) {
+        return;
+    }
+    // An event is sent in 32 bytes, whatever its kind takes of them.
+    union {
+        xcb_configure_notify_event_t event;
+        std::array<char, 32> bytes;
+    } message{};
+    message.event.response_type = XCB_CONFIGURE_NOTIFY;
+    message.event.event = id;
+    message.event.window = id;
+    message.event.x = origin->dst_x;
+    message.event.y = origin->dst_y;
+    message.event.width = static_cast<std::uint16_t>(known.width());
+    message.event.height = static_cast<std::uint16_t>(known.height());
+    xcb_send_event(connection_, 0, id, XCB_EVENT_MASK_STRUCTURE_NOTIFY, message.bytes.data());
+    xcb_flush(connection_);
+}
+
+// Window managers refuse the focus to a window whose user did something later in another one. Whatever the
+// user did to see the launcher, it is answered at once: where its time is not known, it is now.
+void X11WindowSystem::noteUserTime() {
+    const std::uint32_t told = std::exchange(userTime_, 0);
+    QX11Info::setAppTime(told != 0 ? told : QX11Info::getTimestamp());
+    if (!startupId_.isEmpty()) {
+        // Qt tells whoever shows a busy pointer for this start that it is complete.
+        QX11Info::setNextStartupId(startupId_.toUtf8());
+        startupId_.clear();
+    }
+}
+
+void X11WindowSystem::giveFocusBack() {
+    if (!earlierFocus_) {
+        return;
+    }
+    const XcbReply<xcb_generic_error_t> refusal(
+        xcb_request_check(connection_, xcb_set_input_focus_checked(connection_, XCB_INPUT_FOCUS_POINTER_ROOT,
+                                                                   *earlierFocus_, XCB_CURRENT_TIME)));
+    if (refusal) {
+        // Its owner has gone meanwhile.
+        setFocus(XCB_INPUT_FOCUS_POINTER_ROOT);
+    }
+}
+
+// A property that a dead window manager left behind does not count: the window it names must say the same.
+// A compositing manager owns a selection named after the screen.
+bool X11WindowSystem::blendsWindows() const {
+    constexpr std::string_view name = "_NET_WM_CM_S0";
+    const XcbReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
+        connection_, xcb_intern_atom(connection_, 1, static_cast<std::uint16_t>(name.size()), name.data()),
+        nullptr));
+    if (!atom || atom->atom == XCB_ATOM_NONE) {
+        return false;
+    }
+    const XcbReply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
+        connection_, xcb_get_selection_owner(connection_, atom->atom), nullptr));
+    return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
+// The root window keeps the property of one that died: it must be there, too.
+bool X11WindowSystem::blursBehindWindows() const {
+    return blendsWindows() &&
+           understandsBlurRegion(connection_, root_, atoms_[AtomName::kdeBlurBehindRegion]);
+}
+
+// A window manager keeps the focus on a window of its own then, or on none.
+bool X11WindowSystem::nobodyHasFocus() const {
+    const auto managers = windowProperty(connection_, root_, atoms_[AtomName::supportingWmCheck]);
+    const auto owner = focusOwner();
+    if (!managers || !owner) {
+        return false;
+    }
+    const auto clientOf = [mask = xcb_get_setup(connection_)->resource_id_mask](xcb_window_t window) {
+        return window & ~mask;
+    };
+    return *owner == XCB_INPUT_FOCUS_NONE || *owner == XCB_INPUT_FOCUS_POINTER_ROOT || *owner == root_ ||
+           clientOf(*owner) == clientOf(*managers);
+}
+
+bool X11WindowSystem::hasWindowManager() const {
+    const auto property = atoms_[AtomName::supportingWmCheck];
+    const auto check = windowProperty(connection_, root_, property);
+    return check && windowProperty(connection_, *check, property) == check;
+}
+
+std::optional<xcb_window_t> X11WindowSystem::focusOwner() const {
+    const XcbReply<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+    return reply ? std::optional(reply->focus) : std::nullopt;
+}
+
+// A refusal, as of a window that is not mapped yet, is nobody's concern.
+void X11WindowSystem::setFocus(xcb_window_t owner) {
+    const auto request =
+        xcb_set_input_focus_checked(connection_, XCB_INPUT_FOCUS_POINTER_ROOT, owner, XCB_CURRENT_TIME);
+    xcb_discard_reply(connection_, request.sequence);
+    xcb_flush(connection_);
+}
+
+void X11WindowSystem::askForState(xcb_window_t window, bool wanted, AtomName first, AtomName second) {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atoms_[AtomName::state];
+    message.data.data32[0] = wanted ? 1 : 0;
+    message.data.data32[1] = atoms_[first];
+    message.data.data32[2] = atoms_[second];
+    message.data.data32[3] = sourceApplication;
+    xcb_send_event(connection_, 0, root_,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&message));
+    xcb_flush(connection_);
+}
+
+} // namespace amberquill::desktop
