@@ -1,21 +1,24 @@
 #include "platform/linux/files/AtomicWriter.h"
 
-#include "platform/linux/files/FileDescriptor.h"
 #include "platform/linux/files/FolderReader.h"
-#include "platform/linux/files/TemporaryFile.h"
 
+#include <QRandomGenerator>
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
-#include <optional>
+#include <string_view>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace amberquill::desktop {
 namespace {
+
+using namespace std::string_view_literals;
 
 constexpr mode_t folderMode = 0700;
 constexpr mode_t privateMode = 0600;
@@ -28,14 +31,14 @@ QByteArray folderOf(const QByteArray& path) {
     return slash <= 0 ? QByteArray("/") : path.left(slash);
 }
 
-// Where `path` leads when it is a symbolic link, whether or not anything is there; itself when it is none.
-// None: the links do not end.
+// The end of a chain of symbolic links, whether or not it exists; `path` itself if it is no link. None: the
+// links form a loop.
 std::optional<QByteArray> linkTarget(QByteArray path) {
     for (int links = 0; links <= maximumLinks; ++links) {
         std::array<char, PATH_MAX> target = {};
         const ssize_t size = ::readlink(path.constData(), target.data(), target.size());
         if (size < 0) {
-            return path; // not a link, or not there
+            return path; // no link, or missing
         }
         const QByteArray next(target.data(), size);
         path = next.startsWith('/') ? next : folderOf(path) + '/' + next;
@@ -48,7 +51,7 @@ bool isFolder(const QByteArray& path) {
     return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// False: errno says why not.
+// False: errno says why.
 bool makeFolders(const QByteArray& path) {
     if (isFolder(path)) {
         return true;
@@ -62,10 +65,10 @@ bool makeFolders(const QByteArray& path) {
     if (errno != EEXIST) {
         return false;
     }
-    // Somebody else may have made it at the same time: what counts is that it is there.
-    const bool isThere = isFolder(path);
+    // Another process may have made it at the same time.
+    const bool exists = isFolder(path);
     errno = ENOTDIR;
-    return isThere;
+    return exists;
 }
 
 bool writeAll(int file, const QByteArray& content) {
@@ -80,8 +83,7 @@ bool writeAll(int file, const QByteArray& content) {
     return true;
 }
 
-// The names in a folder are on the disk. Some file systems cannot promise that; the file is in place all the
-// same.
+// Writes the names in a folder to the disk. A failure changes nothing: the file has been replaced.
 void flushFolder(const QByteArray& folder) {
     const FileDescriptor opened = openFolder(AT_FDCWD, folder.constData());
     if (opened.isOpen()) {
@@ -89,12 +91,12 @@ void flushFolder(const QByteArray& folder) {
     }
 }
 
-// Why the last call of the system's failed.
+// Why the last system call failed.
 std::error_code lastError() {
     return {errno, std::generic_category()};
 }
 
-// Renames without ever replacing a file: false with EEXIST where the name is taken.
+// Renames without replacing a file. False with EEXIST: the name is taken.
 bool renameWithoutReplacing(const QByteArray& from, const QByteArray& to) {
     if (::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0) {
         return true;
@@ -102,8 +104,52 @@ bool renameWithoutReplacing(const QByteArray& from, const QByteArray& to) {
     if (errno != EINVAL && errno != ENOSYS) {
         return false;
     }
-    // A file system that cannot: a second name takes no other file's place either.
+    // The file system has no such rename. A hard link does not replace a file either.
     return ::link(from.constData(), to.constData()) == 0 && ::unlink(from.constData()) == 0;
+}
+
+constexpr auto temporaryPrefix = ".amberquill-"sv;
+constexpr std::size_t randomDigits = 16;
+constexpr int mostAttempts = 100;
+constexpr int mostNamesLookedAt = 100'000;
+
+bool isHexDigit(char byte) {
+    return (byte >= '0' && byte <= '9') || (byte >= 'a' && byte <= 'f');
+}
+
+bool isLowerCaseLetter(char byte) {
+    return byte >= 'a' && byte <= 'z';
+}
+
+bool isLetterOrDigit(char byte) {
+    return isLowerCaseLetter(byte) || (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z');
+}
+
+bool isTemporaryName(std::string_view name) {
+    if (!name.starts_with(temporaryPrefix)) {
+        return false;
+    }
+    const std::string_view rest = name.substr(temporaryPrefix.size());
+    if (rest.size() == randomDigits) {
+        return std::all_of(rest.begin(), rest.end(), isHexDigit);
+    }
+    // Version 0.1.0 used six random letters and digits. Six small letters may be a word: they do not count.
+    constexpr std::size_t olderDigits = 6;
+    return rest.size() == olderDigits && std::all_of(rest.begin(), rest.end(), isLetterOrDigit) &&
+           !std::all_of(rest.begin(), rest.end(), isLowerCaseLetter);
+}
+
+QByteArray temporaryName() {
+    const QByteArray digits = QByteArray::number(QRandomGenerator::system()->generate64(), 16);
+    return QByteArray(temporaryPrefix.data(), temporaryPrefix.size()) +
+           digits.rightJustified(static_cast<qsizetype>(randomDigits), '0');
+}
+
+// Whether no process writes this file. Takes its lock, which lasts until the file is closed.
+bool isLeftOver(int file) {
+    struct stat status = {};
+    return ::flock(file, LOCK_EX | LOCK_NB) == 0 && ::fstat(file, &status) == 0 && S_ISREG(status.st_mode) &&
+           status.st_uid == ::geteuid() && status.st_nlink == 1;
 }
 
 } // namespace
@@ -129,7 +175,7 @@ std::error_code replaceFile(const QByteArray& path, const QByteArray& content, N
     if (!makeFolders(folder)) {
         return lastError();
     }
-    // Until it takes the place of a file that others may not read, they cannot read this one either.
+    // Others must not read the content before the old file's mode is set.
     auto temporary =
         makeTemporaryFile(folder, newFile == NewFile::ByUmask && !replaces ? sharedMode : privateMode);
     if (!temporary) {
@@ -137,7 +183,7 @@ std::error_code replaceFile(const QByteArray& path, const QByteArray& content, N
     }
     const int file = temporary->file.get();
     constexpr mode_t permissions = 07777;
-    // It stays open, and so locked, until it has its name.
+    // It stays open, and so locked, until it is renamed.
     if (!writeAll(file, content) || (replaces && ::fchmod(file, old.st_mode & permissions) != 0) ||
         ::fsync(file) != 0 || ::rename(temporary->path.constData(), target->constData()) != 0) {
         const std::error_code error = lastError();
@@ -165,6 +211,50 @@ bool renameToFreeName(const QByteArray& path) {
         }
     }
     return false;
+}
+
+std::optional<TemporaryFile> makeTemporaryFile(const QByteArray& folder, mode_t mode) {
+    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+        TemporaryFile made{folder + '/' + temporaryName(), {}};
+        made.file =
+            FileDescriptor(::open(made.path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+        if (!made.file.isOpen()) {
+            if (errno == EEXIST) {
+                continue;
+            }
+            return std::nullopt;
+        }
+        // Another process may have removed it as a leftover before it was locked. On file systems without
+        // locks no leftovers are removed.
+        static_cast<void>(::flock(made.file.get(), LOCK_EX));
+        struct stat status = {};
+        if (::fstat(made.file.get(), &status) == 0 && status.st_nlink > 0) {
+            return made;
+        }
+    }
+    errno = EEXIST;
+    return std::nullopt;
+}
+
+void removeLeftoverFiles(const QByteArray& folder) {
+    FolderReader reader(openFolder(AT_FDCWD, folder.constData()));
+    if (!reader.isOpen()) {
+        return;
+    }
+    for (int looked = 0; looked < mostNamesLookedAt; ++looked) {
+        const auto child = reader.next();
+        if (!child) {
+            return;
+        }
+        if (!isTemporaryName(child->nameView()) || reader.typeOf(*child) != DT_REG) {
+            continue;
+        }
+        const FileDescriptor file(
+            ::openat(reader.descriptor(), child->name, O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
+        if (file.isOpen() && isLeftOver(file.get())) {
+            ::unlinkat(reader.descriptor(), child->name, 0);
+        }
+    }
 }
 
 } // namespace amberquill::desktop

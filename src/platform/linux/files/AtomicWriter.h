@@ -1,23 +1,43 @@
+// Files that are replaced whole, the temporary files that this takes, and files renamed out of the way. Paths
+// are absolute and UTF-8. Any thread.
+//
+// Not QSaveFile: it ignores a failed flush to the disk, refuses a read-only file, reports no error code, and
+// a killed process leaves a file "layout.json.XXXXXX" that could as well be the user's, so that no later
+// start may remove it.
 #pragma once
 
 #include "platform/FileSystem.h"
+#include "platform/linux/files/FileDescriptor.h"
 
 #include <QByteArray>
 #include <QString>
+#include <optional>
+#include <sys/types.h>
 #include <system_error>
 
-// How PosixFileSystem replaces and renames files. Paths are absolute and UTF-8. Any thread.
 namespace amberquill::desktop {
 
-// Whether a path can be handed to the system: absolute and without a NUL.
+// Whether the system can open the path: it is absolute and has no NUL.
 [[nodiscard]] bool isUsablePath(const QString& path);
 
-// FileSystem::writeAtomically: none, or why it failed. Then nothing has changed, and no temporary file is
-// left.
+// FileSystem::writeAtomically. An error: nothing has changed, and no temporary file is left.
 [[nodiscard]] std::error_code replaceFile(const QByteArray& path, const QByteArray& content,
                                           NewFile newFile = NewFile::UserOnly);
 
 // FileSystem::setAside.
 [[nodiscard]] bool renameToFreeName(const QByteArray& path);
+
+// A new file with a hidden, random name. It is locked while it is open: `removeLeftoverFiles` keeps it.
+struct TemporaryFile {
+    QByteArray path;
+    FileDescriptor file;
+};
+
+// Makes one in `folder`. The umask applies to `mode`. None: errno says why.
+[[nodiscard]] std::optional<TemporaryFile> makeTemporaryFile(const QByteArray& folder, mode_t mode);
+
+// Removes the temporary files that killed processes have left in `folder`: the user's files of such a name
+// that no process has locked. In a folder with very many files, some wait for the next call.
+void removeLeftoverFiles(const QByteArray& folder);
 
 } // namespace amberquill::desktop

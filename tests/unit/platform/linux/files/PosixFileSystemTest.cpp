@@ -1,8 +1,8 @@
 #include "platform/linux/files/PosixFileSystem.h"
 
+#include "support/FaultySystemCalls.h"
 #include "support/OrdinaryUser.h"
 #include "support/TemporaryTree.h"
-#include "support/UnknownEntryTypes.h"
 #include "support/WaitUntil.h"
 
 #include <atomic>
@@ -382,6 +382,27 @@ TEST_F(WriteAtomically, AFailureLeavesTheOldContentAndNoTemporaryFile) {
     EXPECT_FALSE(written);
     EXPECT_EQ(tree_.read("file"), "old");
     EXPECT_EQ(namesIn(tree_.at()), QStringList{u"file"_s});
+}
+
+TEST_F(WriteAtomically, AFailedFlushToTheDiskIsAFailure) {
+    const QString path = tree_.write("file", "old");
+    const FailingFlush flush;
+    std::error_code error;
+    EXPECT_FALSE(files_.writeAtomically(path, "new", NewFile::UserOnly, error));
+    EXPECT_EQ(error, std::errc::io_error);
+    EXPECT_EQ(tree_.read("file"), "old");
+    EXPECT_EQ(namesIn(tree_.at()), QStringList{u"file"_s});
+}
+
+TEST_F(WriteAtomically, AReadOnlyFileIsReplacedAndStaysReadOnly) {
+    openToAll();
+    const QString path = tree_.write("folder/file", "old");
+    fs::permissions(tree_.at("folder"), fs::perms{0777});
+    fs::permissions(tree_.at("folder/file"), fs::perms{0444});
+    const OrdinaryUser user;
+    EXPECT_TRUE(files_.writeAtomically(path, "new"));
+    EXPECT_EQ(tree_.read("folder/file"), "new");
+    EXPECT_EQ(modeOf(tree_.at("folder/file")), 0444U);
 }
 
 TEST_F(WriteAtomically, WhereNothingMayBeWrittenNothingChanges) {

@@ -1,7 +1,7 @@
 #include "platform/linux/files/WatchWalk.h"
 
+#include "support/FaultySystemCalls.h"
 #include "support/TemporaryTree.h"
-#include "support/UnknownEntryTypes.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "platform/linux/applications/entries/EntryIndex.h"
 
+#include "support/FaultySystemCalls.h"
 #include "support/OrdinaryUser.h"
 #include "support/TemporaryTree.h"
-#include "support/UnknownEntryTypes.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "platform/linux/applications/icons/IconFolder.h"
 
+#include "support/FaultySystemCalls.h"
 #include "support/IconFiles.h"
-#include "support/UnknownEntryTypes.h"
 
 #include <gtest/gtest.h>
 

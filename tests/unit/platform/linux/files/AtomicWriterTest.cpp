@@ -1,4 +1,4 @@
-#include "platform/linux/files/TemporaryFile.h"
+#include "platform/linux/files/AtomicWriter.h"
 
 #include "platform/linux/files/PosixFileSystem.h"
 #include "support/TemporaryTree.h"

@@ -1,13 +1,16 @@
-#include "support/UnknownEntryTypes.h"
+#include "support/FaultySystemCalls.h"
 
+#include <cerrno>
 #include <dirent.h>
 #include <dlfcn.h>
+#include <unistd.h>
 
 namespace amberquill {
 
 namespace {
 
 thread_local bool typesAreUnknown = false;
+thread_local bool flushFails = false;
 
 } // namespace
 
@@ -19,9 +22,18 @@ UnknownEntryTypes::~UnknownEntryTypes() {
     typesAreUnknown = false;
 }
 
+FailingFlush::FailingFlush() {
+    flushFails = true;
+}
+
+FailingFlush::~FailingFlush() {
+    flushFails = false;
+}
+
 } // namespace amberquill
 
-// Takes the place of the C library's function in the whole executable.
+// These replace the C library's functions in the whole executable.
+
 extern "C" dirent* readdir(DIR* stream) {
     using Function = dirent* (*)(DIR*);
     static const auto original = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "readdir"));
@@ -30,4 +42,14 @@ extern "C" dirent* readdir(DIR* stream) {
         entry->d_type = DT_UNKNOWN;
     }
     return entry;
+}
+
+extern "C" int fsync(int file) {
+    using Function = int (*)(int);
+    static const auto original = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "fsync"));
+    if (amberquill::flushFails) {
+        errno = EIO;
+        return -1;
+    }
+    return original(file);
 }
