@@ -1,7 +1,7 @@
 #include "platform/linux/applications/icons/IconWorkers.h"
 
-#include "platform/linux/decoder/IconBounds.h"
 #include "platform/linux/decoder/channel/DecodingMessages.h"
+#include "platform/linux/decoder/channel/IconBounds.h"
 #include "platform/linux/decoder/channel/SharedMemory.h"
 
 #include <QLoggingCategory>

@@ -3,7 +3,7 @@
 #include "platform/linux/applications/bundles/BundlePropertyList.h"
 #include "platform/linux/applications/entries/DesktopEntry.h"
 #include "platform/linux/applications/icons/IconWorkers.h"
-#include "platform/linux/decoder/IconBounds.h"
+#include "platform/linux/decoder/channel/IconBounds.h"
 #include "platform/linux/files/RegularFile.h"
 
 #include <QFile>

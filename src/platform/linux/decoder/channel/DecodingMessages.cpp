@@ -1,6 +1,6 @@
 #include "platform/linux/decoder/channel/DecodingMessages.h"
 
-#include "platform/linux/decoder/IconBounds.h"
+#include "platform/linux/decoder/channel/IconBounds.h"
 
 #include <array>
 #include <cstring>

@@ -1,7 +1,7 @@
 #include "platform/linux/applications/icons/IconWorkers.h"
 
 #include "WorkerProcesses.h"
-#include "platform/linux/decoder/IconBounds.h"
+#include "platform/linux/decoder/channel/IconBounds.h"
 #include "support/IconFiles.h"
 #include "support/TestPaths.h"
 #include "support/WaitUntil.h"

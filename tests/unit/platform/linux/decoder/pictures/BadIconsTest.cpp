@@ -1,5 +1,5 @@
 #include "support/BadIcons.h"
-#include "platform/linux/decoder/IconBounds.h"
+#include "platform/linux/decoder/channel/IconBounds.h"
 #include "platform/linux/decoder/pictures/IconDecoder.h"
 #include "support/TemporaryTree.h"
 

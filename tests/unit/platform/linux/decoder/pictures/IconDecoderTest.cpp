@@ -1,6 +1,6 @@
 #include "platform/linux/decoder/pictures/IconDecoder.h"
 
-#include "platform/linux/decoder/IconBounds.h"
+#include "platform/linux/decoder/channel/IconBounds.h"
 #include "support/IconFiles.h"
 
 #include <gtest/gtest.h>
