@@ -1,4 +1,4 @@
-# One static library per floor of src/. A floor links the floors it names and so can use no other.
+# One static library per floor of src/. A floor uses the floors it names and no other: scripts/floors.py checks that.
 
 set(AMBERQUILL_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Werror)
 
