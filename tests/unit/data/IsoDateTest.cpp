@@ -21,37 +21,50 @@ TEST(IsoDate, IsWrittenInUtcWithoutAFraction) {
 }
 
 TEST(IsoDate, IsReadInUtcOrAtItsDistanceFromIt) {
-    EXPECT_EQ(dateFromIsoText(u"2026-11-15T03:24:07Z"), novemberNight);
-    EXPECT_EQ(dateFromIsoText(u"2026-11-15T04:54:07+01:30"), novemberNight);
-    EXPECT_EQ(dateFromIsoText(u"2026-11-14T23:24:07-04:00"), novemberNight);
-    EXPECT_EQ(dateFromIsoText(u"2024-02-29T00:00:00Z"), sys_days(2024y / 2 / 29));
+    EXPECT_EQ(dateFromIsoText(u"2026-11-15T03:24:07Z"_s), novemberNight);
+    EXPECT_EQ(dateFromIsoText(u"2026-11-15T04:54:07+01:30"_s), novemberNight);
+    EXPECT_EQ(dateFromIsoText(u"2026-11-14T23:24:07-04:00"_s), novemberNight);
+    EXPECT_EQ(dateFromIsoText(u"2024-02-29T00:00:00Z"_s), sys_days(2024y / 2 / 29));
 }
 
 TEST(IsoDate, ADayThatIsNotInTheCalendarIsRefused) {
-    for (const auto* text : {u"2026-02-30T00:00:00Z", u"2025-02-29T00:00:00Z", u"2026-13-01T00:00:00Z",
-                             u"2026-00-01T00:00:00Z", u"2026-01-00T00:00:00Z", u"0000-01-01T00:00:00Z"}) {
-        EXPECT_EQ(dateFromIsoText(text), std::nullopt) << QStringView(text).toString().toStdString();
+    for (const QString& text :
+         {u"2026-02-30T00:00:00Z"_s, u"2025-02-29T00:00:00Z"_s, u"2026-13-01T00:00:00Z"_s,
+          u"2026-00-01T00:00:00Z"_s, u"2026-01-00T00:00:00Z"_s, u"0000-01-01T00:00:00Z"_s}) {
+        EXPECT_EQ(dateFromIsoText(text), std::nullopt) << text.toStdString();
     }
 }
 
 TEST(IsoDate, AFractionOfASecondIsRefused) {
-    EXPECT_EQ(dateFromIsoText(u"2026-11-15T03:24:07.5Z"), std::nullopt);
-    EXPECT_EQ(dateFromIsoText(u"2026-11-15T03:24:07,5Z"), std::nullopt);
+    EXPECT_EQ(dateFromIsoText(u"2026-11-15T03:24:07.5Z"_s), std::nullopt);
+    EXPECT_EQ(dateFromIsoText(u"2026-11-15T03:24:07,5Z"_s), std::nullopt);
 }
 
 TEST(IsoDate, AMissingZoneIsRefused) {
-    EXPECT_EQ(dateFromIsoText(u"2026-11-15T03:24:07"), std::nullopt);
+    EXPECT_EQ(dateFromIsoText(u"2026-11-15T03:24:07"_s), std::nullopt);
 }
 
 TEST(IsoDate, AnyOtherFormIsRefused) {
-    for (const auto* text :
-         {u"", u"2026-11-15", u"2026-11-15T03:24Z", u"2026-11-15 03:24:07Z", u"2026-11-15T24:00:00Z",
-          u"2026-11-15T03:60:00Z", u"2026-11-15T03:24:60Z", u"20261115T032407Z", u"2026-11-15T03:24:07Zx",
-          u" 2026-11-15T03:24:07Z", u"2026-11-15T03:24:07+25:00", u"2026-11-15T03:24:07+0100",
-          u"+2026-11-15T03:24:07Z", u"-026-11-15T03:24:07Z", u"２026-11-15T03:24:07Z",
-          u"2026-11-15T03:24:07z"}) {
-        EXPECT_EQ(dateFromIsoText(text), std::nullopt) << QStringView(text).toString().toStdString();
+    for (const QString& text :
+         {u""_s, u"2026-11-15"_s, u"2026-11-15T03:24Z"_s, u"2026-11-15 03:24:07Z"_s,
+          u"2026-11-15T24:00:00Z"_s, u"2026-11-15T03:60:00Z"_s, u"2026-11-15T03:24:60Z"_s,
+          u"20261115T032407Z"_s, u"2026-11-15T03:24:07Zx"_s, u" 2026-11-15T03:24:07Z"_s,
+          u"2026-11-15T03:24:07+25:00"_s, u"2026-11-15T03:24:07+0100"_s, u"+2026-11-15T03:24:07Z"_s,
+          u"-026-11-15T03:24:07Z"_s, u"２026-11-15T03:24:07Z"_s, u"2026-11-15T03:24:07z"_s}) {
+        EXPECT_EQ(dateFromIsoText(text), std::nullopt) << text.toStdString();
     }
+}
+
+TEST(IsoDate, ATimeAtTheDistanceZeroIsInUtc) {
+    EXPECT_EQ(dateFromIsoText(u"2026-11-15T03:24:07+00:00"_s), novemberNight);
+    EXPECT_EQ(dateFromIsoText(u"2026-11-15T03:24:07-00:00"_s), novemberNight);
+}
+
+// Such a date could not be written again.
+TEST(IsoDate, AYearBeyondFourDigitsInUtcIsRefused) {
+    EXPECT_EQ(dateFromIsoText(u"0001-01-01T00:00:00+01:00"_s), std::nullopt);
+    EXPECT_EQ(dateFromIsoText(u"9999-12-31T23:59:59-01:00"_s), std::nullopt);
+    EXPECT_EQ(dateFromIsoText(u"9999-12-31T23:59:59Z"_s), sys_days(9999y / 12 / 31) + 23h + 59min + 59s);
 }
 
 TEST(IsoDate, EveryDateIsReadBackAsItWasWritten) {
