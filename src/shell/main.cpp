@@ -48,7 +48,6 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QQuickWindow>
-#include <QStyleHints>
 #include <algorithm>
 #include <chrono>
 #include <csignal>
@@ -209,8 +208,6 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setDesktopFileName(QStringLiteral("org.amberquill.Amberquill"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const QApplication application(argc, argv);
-    // A caret that blinks would wake the processor for as long as the launcher is up.
-    QGuiApplication::styleHints()->setCursorFlashTime(0);
 
     auto storedPreferences = reading.preferences.takeBy(readingStarted + longestReading);
     const bool preferencesAreLate = !storedPreferences;

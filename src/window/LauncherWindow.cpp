@@ -2,9 +2,11 @@
 
 #include "data/IconCache.h"
 
+#include <QGuiApplication>
 #include <QPixmapCache>
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QStyleHints>
 #include <QSurfaceFormat>
 #include <QVariant>
 
@@ -47,6 +49,8 @@ LauncherWindow::LauncherWindow(LauncherModel& model, bool translucent)
     , folder_(model)
     , drag_(model) {
     loadViews();
+    // A caret that blinks would wake the processor for as long as the launcher is up.
+    QGuiApplication::styleHints()->setCursorFlashTime(0);
     connect(&model, &LauncherModel::languageDidChange, &texts_, &ViewTexts::retranslate);
     setTitle(QStringLiteral("Amberquill")); // what screen readers call it
     setFlags(Qt::Window | Qt::FramelessWindowHint);
