@@ -141,6 +141,16 @@ protected:
         return **found;
     }
 
+    // The about panel; null: it is not up.
+    static QMessageBox* aboutPanel() {
+        for (QWidget* each : QApplication::topLevelWidgets()) {
+            if (each->isVisible() && each->windowTitle() == L::about()) {
+                return qobject_cast<QMessageBox*>(each);
+            }
+        }
+        return nullptr;
+    }
+
     static QMessageBox* alert() { return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()); }
 
     static void closeADialog() {
@@ -205,17 +215,37 @@ TEST_F(AppDelegateTest, TheAboutPanelShowsTheVersionOfTheBundleAsTheUpdateAlertD
             entry->trigger();
         }
     }
-    const auto isAbout = [](QWidget* each) { return each->isVisible() && each->windowTitle() == L::about(); };
-    const QWidgetList widgets = QApplication::topLevelWidgets();
-    const auto panel = std::find_if(widgets.begin(), widgets.end(), isAbout);
-    ASSERT_NE(panel, widgets.end());
-    EXPECT_EQ(qobject_cast<QMessageBox*>(*panel)->informativeText(), u"7.5"_s);
+    QMessageBox* panel = aboutPanel();
+    ASSERT_NE(panel, nullptr);
+    EXPECT_EQ(panel->informativeText(), u"7.5"_s);
     item(*delegate_->menu().make(), L::checkForUpdates()).trigger();
     ASSERT_NE(alert(), nullptr);
     EXPECT_EQ(alert()->informativeText(), L::upToDateMessage(u"7.5"_s));
     alert()->close();
-    (*panel)->close();
+    panel->close();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+TEST_F(AppDelegateTest, TheAboutPanelHidesTheLauncherAndKeepsItHiddenUntilItIsClosed) {
+    delegate_->applicationDidFinishLaunching();
+    setState(Qt::ApplicationActive);
+    QMenu status;
+    statusItem_.fill(status);
+    item(status, L::about()).trigger();
+    EXPECT_FALSE(delegate_->model().presented());
+    EXPECT_EQ(LauncherWindowController::auxiliaryFlows(), QSet{u"about"_s});
+    QMessageBox* panel = aboutPanel();
+    ASSERT_NE(panel, nullptr);
+    panel->hide(); // no window of its own: the flow alone keeps the launcher away
+    setState(Qt::ApplicationInactive);
+    setState(Qt::ApplicationActive);
+    EXPECT_FALSE(delegate_->model().presented());
+    panel->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(LauncherWindowController::auxiliaryFlows(), QSet<QString>());
+    setState(Qt::ApplicationInactive);
+    setState(Qt::ApplicationActive);
+    EXPECT_TRUE(delegate_->model().presented());
 }
 
 TEST_F(AppDelegateTest, LosingTheFocusToAnotherApplicationHides) {

@@ -103,6 +103,20 @@ TEST_F(VisibilityControllerTest, TheLastSwitchThatIsOnCannotBeTurnedOff) {
     EXPECT_FALSE(switches()->actions().at(1)->isEnabled());
 }
 
+TEST_F(VisibilityControllerTest, AToolTipSaysWhyASwitchCannotBeTurnedOff) {
+    const auto expectToolTips = [this](const QString& dock, const QString& menuBar) {
+        const auto menu = switches();
+        EXPECT_TRUE(menu->toolTipsVisible());
+        EXPECT_EQ(menu->actions().at(0)->toolTip(), dock);
+        EXPECT_EQ(menu->actions().at(1)->toolTip(), menuBar);
+    };
+    expectToolTips(L::visibilityHint(), L::showInMenuBar());
+    controller_.toggleShowsInMenuBar();
+    expectToolTips(L::showInDock(), L::showInMenuBar());
+    controller_.setShowsInDock(false);
+    expectToolTips(L::showInDock(), L::visibilityHint());
+}
+
 TEST_F(VisibilityControllerTest, TheSwitchesShowAndToggleTheirSettings) {
     auto menu = switches();
     EXPECT_EQ(menu->actions().at(0)->text(), L::showInDock());
@@ -148,4 +162,16 @@ TEST_F(VisibilityControllerTest, TheStatusMenusEntriesStandInOrder) {
     EXPECT_EQ(titles, (QStringList{L::toggleLauncher(), u"-"_s, L::showInDock(), L::showInMenuBar(),
                                    L::settings(), u"-"_s, L::about(), u"update"_s, u"-"_s, L::quit()}));
     EXPECT_EQ(menu.actions().at(4)->menu()->actions().constFirst()->text(), u"setting"_s);
+}
+
+TEST_F(VisibilityControllerTest, TheStatusMenusFirstEntryShowsTheChordOfTheLauncher) {
+    controller_.addSettingsItems = [](QMenu&) {};
+    controller_.addUpdateItems = [](QMenu&) {};
+    QMenu menu;
+    statusItem_.actions.fillMenu(menu);
+    QAction& toggle = *menu.actions().constFirst();
+    EXPECT_EQ(toggle.shortcut(), QKeySequence(u"Ctrl+Alt+Space"_s));
+    EXPECT_EQ(toggle.shortcutContext(), Qt::WidgetShortcut) << "the chord is not this menu's";
+    toggle.trigger();
+    EXPECT_EQ(toggles_, 1);
 }

@@ -1,11 +1,15 @@
 #include "window/LauncherMenu.h"
 
 #include "localization/L.h"
+#include "motion/Animation.h"
 #include "support/ModelFixture.h"
 #include "support/PlatformFakes.h"
 #include "window/LayoutDialogs.h"
+#include "window/MenuStyle.h"
 
 #include <QActionGroup>
+#include <QApplication>
+#include <QWindow>
 
 using namespace amberquill;
 using namespace Qt::StringLiterals;
@@ -85,6 +89,30 @@ TEST_F(LauncherMenuTest, TheSixGridsAreOfferedAndTheCurrentOneIsChecked) {
     EXPECT_EQ(model_->columns(), 8);
     EXPECT_EQ(model_->rows(), 5);
     EXPECT_EQ(checked(submenu(*menu(), 0)), QStringList{u"8 × 5"_s});
+}
+
+TEST_F(LauncherMenuTest, TheTilesTravelToTheirPlacesInAnotherGrid) {
+    std::vector<std::optional<Animation>> carried;
+    QObject::connect(model_.get(), &LauncherModel::gridChanged,
+                     [&carried] { carried.push_back(currentAnimation()); });
+    submenu(*menu(), 0).actions().at(0)->trigger();
+    EXPECT_EQ(carried, (std::vector<std::optional<Animation>>(2, spring(0.4, 0.85))))
+        << "the columns, then the rows";
+}
+
+TEST_F(LauncherMenuTest, TheShownMenuAndItsSubmenusHaveTheLaunchersStyle) {
+    QWindow launcher;
+    LauncherMenu shown({*model_, *dialogs_, [] {}, [] {}, {}, {}});
+    shown.popUp(launcher, QPoint(10, 10));
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(menu->windowHandle()->transientParent(), &launcher);
+    EXPECT_EQ(menu->activeAction(), menu->actions().constFirst()) << "opened by a key";
+    const QList<QMenu*> submenus = menu->findChildren<QMenu*>();
+    ASSERT_EQ(submenus.size(), 3);
+    for (const QMenu* each : submenus + QList{menu}) {
+        EXPECT_NE(qobject_cast<MenuStyle*>(each->style()), nullptr) << each->title().toStdString();
+    }
 }
 
 TEST_F(LauncherMenuTest, AGridThatIsNotOfferedChecksNone) {

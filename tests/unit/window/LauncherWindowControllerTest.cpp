@@ -18,6 +18,7 @@
 #include <QMenu>
 #include <QQuickItem>
 #include <QScreen>
+#include <QStyleHints>
 #include <QWheelEvent>
 #include <QWindow>
 
@@ -214,6 +215,28 @@ TEST_F(LauncherWindowControllerTest, TheContentComesOnItsSpringAndLeavesOnItsCur
     EXPECT_EQ(carried, spring(0.35, 0.9));
     shower_->hide(std::nullopt);
     EXPECT_EQ(carried, easeIn(0.15));
+}
+
+TEST_F(LauncherWindowControllerTest, TheWindowFadesInForAFifthOfASecond) {
+    shower_->show();
+    pass(0.05);
+    EXPECT_NEAR(alpha(), easeProgress(Animation::Curve::EaseBoth, 0.25), 0.001);
+    pass(0.1);
+    EXPECT_NEAR(alpha(), easeProgress(Animation::Curve::EaseBoth, 0.75), 0.001);
+    pass(0.05);
+    EXPECT_NEAR(alpha(), 1, 0.001);
+}
+
+TEST_F(LauncherWindowControllerTest, TheWindowFadesOutFaster) {
+    shower_->show();
+    pass(0.5);
+    shower_->hide(std::nullopt);
+    pass(0.05);
+    EXPECT_NEAR(alpha(), 1 - easeProgress(Animation::Curve::EaseBoth, 1.0 / 3), 0.001);
+    pass(0.05);
+    EXPECT_NEAR(alpha(), 1 - easeProgress(Animation::Curve::EaseBoth, 2.0 / 3), 0.001);
+    pass(0.05);
+    EXPECT_NEAR(alpha(), 0, 0.001);
 }
 
 TEST_F(LauncherWindowControllerTest, AskedToCloseItHides) {
@@ -439,6 +462,27 @@ TEST_F(LauncherWindowEditing, WhatIsTypedWithNoFieldFocusedSearchesTooFromTheFir
     EXPECT_FALSE(shower_->window().isEditing()) << "keys that write nothing";
     type(u"ab"_s);
     EXPECT_EQ(model_->searchText(), u"ab"_s);
+}
+
+TEST_F(LauncherWindowEditing, HidingTakesTheFocusFromTheSearchField) {
+    const QQuickItem* field = shower_->window().activeFocusItem();
+    shower_->hide(std::nullopt);
+    EXPECT_FALSE(field->hasFocus());
+    shower_->show();
+    EXPECT_FALSE(shower_->window().isEditing()) << "not before the field is asked for again";
+    queue_.runPosted();
+    EXPECT_EQ(shower_->window().activeFocusItem(), field);
+}
+
+TEST_F(LauncherWindowEditing, HidingEndsTheEditingOfAFoldersTitle) {
+    openFolderTitle();
+    const QQuickItem* title = shower_->window().activeFocusItem();
+    shower_->hide(std::nullopt);
+    EXPECT_FALSE(title->hasFocus());
+}
+
+TEST_F(LauncherWindowControllerTest, NoCaretBlinks) {
+    EXPECT_EQ(QGuiApplication::styleHints()->cursorFlashTime(), 0) << "each blink would wake the processor";
 }
 
 TEST_F(LauncherWindowEditing, WhatIsTypedInAFoldersTitleIsItsName) {

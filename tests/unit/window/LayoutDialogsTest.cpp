@@ -128,6 +128,40 @@ TEST_F(LayoutDialogsTest, AnExportIsWrittenWhereItWasAskedFor) {
     EXPECT_TRUE(files_.isReadableByOthers(u"/desktop/layout.json"_s)) << "as far as the umask lets";
 }
 
+TEST_F(LayoutDialogsTest, TheFileDialogsAreForJsonFiles) {
+    const auto expectJson = [] {
+        auto* dialog = shown<QFileDialog>();
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_EQ(dialog->nameFilters(), QStringList{u"JSON (*.json)"_s});
+        EXPECT_EQ(dialog->defaultSuffix(), u"json"_s);
+        dialog->close();
+    };
+    dialogs_->exportLayout();
+    expectJson();
+    dialogs_->importLayout();
+    expectJson();
+}
+
+TEST_F(LayoutDialogsTest, AnExportToANameWithoutSuffixIsAJsonFile) {
+    dialogs_->exportLayout();
+    auto* dialog = shown<QFileDialog>();
+    ASSERT_NE(dialog, nullptr);
+    dialog->selectFile(u"mine"_s);
+    EXPECT_EQ(dialog->selectedFiles(), QStringList{folder_.filePath(u"mine.json"_s)});
+}
+
+TEST_F(LayoutDialogsTest, WithoutADesktopFolderTheFileDialogsBeginInTheHomeFolder) {
+    dialogs_ = std::make_unique<LayoutDialogs>(
+        LayoutDialogs::Services{*model_, files_, folder_.filePath(u"missing"_s), [] { return nullptr; }});
+    for (const auto open : {&LayoutDialogs::exportLayout, &LayoutDialogs::importLayout}) {
+        (*dialogs_.*open)();
+        auto* dialog = shown<QFileDialog>();
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_EQ(dialog->directory().path(), QDir::homePath());
+        dialog->close();
+    }
+}
+
 TEST_F(LayoutDialogsTest, AnExportThatCannotBeWrittenIsSaid) {
     dialogs_->exportLayout();
     files_.refuseWrites(true);
