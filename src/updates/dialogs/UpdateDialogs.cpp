@@ -17,28 +17,28 @@ namespace {
 
 UpdateText reason(UpdateError error) {
     switch (error) {
-    case UpdateError::noFeed:
-    case UpdateError::feedContent:
+    case UpdateError::NoFeed:
+    case UpdateError::FeedContent:
         return UpdateText::FeedUnreadable;
-    case UpdateError::feedConnection:
+    case UpdateError::FeedConnection:
         return UpdateText::FeedNotFetched;
-    case UpdateError::noDownload:
+    case UpdateError::NoDownload:
         return UpdateText::NoDownload;
-    case UpdateError::noPublicKey:
+    case UpdateError::NoPublicKey:
         return UpdateText::NoKey;
-    case UpdateError::noSignature:
+    case UpdateError::NoSignature:
         return UpdateText::NoSignature;
-    case UpdateError::download:
+    case UpdateError::Download:
         return UpdateText::DownloadFailed;
-    case UpdateError::wrongLength:
+    case UpdateError::WrongLength:
         return UpdateText::WrongLength;
-    case UpdateError::wrongSignature:
+    case UpdateError::WrongSignature:
         return UpdateText::WrongSignature;
-    case UpdateError::file:
+    case UpdateError::File:
         return UpdateText::NotStored;
-    case UpdateError::notNewer:
+    case UpdateError::NotNewer:
         return UpdateText::OlderVersion;
-    case UpdateError::installation:
+    case UpdateError::Installation:
         break;
     }
     return UpdateText::NotReplaceable;

@@ -36,18 +36,18 @@ QByteArray readTag(const QString& path) {
 std::optional<DownloadError> errorIn(const QString& path, const Download::Request& wanted) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        return DownloadError::file;
+        return DownloadError::File;
     }
     if (file.size() != wanted.length) {
-        return DownloadError::wrongLength;
+        return DownloadError::WrongLength;
     }
     const uchar* const bytes = file.map(0, wanted.length);
     if (bytes == nullptr) {
-        return DownloadError::file;
+        return DownloadError::File;
     }
     return isSignedBy(wanted.publicKey, QByteArrayView(bytes, wanted.length), wanted.signature)
                ? std::nullopt
-               : std::optional(DownloadError::wrongSignature);
+               : std::optional(DownloadError::WrongSignature);
 }
 
 } // namespace
@@ -78,9 +78,9 @@ void Download::start() {
         return;
     }
     if (wanted_.length < 1 || wanted_.length > maximumDownloadBytes) {
-        refuseLater(DownloadError::wrongLength);
+        refuseLater(DownloadError::WrongLength);
     } else if (!prepareFolder() || !openFile()) {
-        refuseLater(DownloadError::file);
+        refuseLater(DownloadError::File);
     } else if (received_ == wanted_.length) {
         verify();
     } else {
@@ -181,11 +181,11 @@ bool Download::acceptHead(const HttpGet::Head& head) {
 
 bool Download::acceptWhole(const HttpGet::Head& head) {
     if (head.length && *head.length != wanted_.length) {
-        refusal_ = DownloadError::wrongLength;
+        refusal_ = DownloadError::WrongLength;
         return false;
     }
     if (!startOver()) {
-        refusal_ = DownloadError::file;
+        refusal_ = DownloadError::File;
         return false;
     }
     if (isStrongTag(head.entityTag)) {
@@ -200,11 +200,11 @@ bool Download::acceptWhole(const HttpGet::Head& head) {
 
 bool Download::acceptBytes(const QByteArray& bytes) {
     if (bytes.size() > wanted_.length - received_) {
-        refusal_ = DownloadError::wrongLength;
+        refusal_ = DownloadError::WrongLength;
         return false;
     }
     if (file_->write(bytes) != bytes.size() || !file_->flush()) {
-        refusal_ = DownloadError::file;
+        refusal_ = DownloadError::File;
         return false;
     }
     received_ += bytes.size();
@@ -216,7 +216,7 @@ void Download::ended() {
     if (received_ == wanted_.length) {
         verify();
     } else {
-        refuse(DownloadError::wrongLength);
+        refuse(DownloadError::WrongLength);
     }
 }
 
@@ -228,11 +228,11 @@ void Download::stopped() {
         if (startOver()) {
             fetch();
         } else {
-            refuse(DownloadError::file);
+            refuse(DownloadError::File);
         }
     } else {
         pause();
-        Q_EMIT failed(DownloadError::connection);
+        Q_EMIT failed(DownloadError::Connection);
     }
 }
 

@@ -15,10 +15,10 @@ namespace amberquill {
 inline constexpr qint64 maximumDownloadBytes = qint64{1024} * 1024 * 1024;
 
 enum class DownloadError {
-    connection,     // not fetched, or not all of it: what came is kept, and the next attempt goes on there
-    wrongLength,    // not as long as announced: deleted
-    wrongSignature, // not signed by whom it should be: deleted
-    file,           // could not be written or read: deleted
+    Connection,     // not fetched, or not all of it: what came is kept, and the next attempt goes on there
+    WrongLength,    // not as long as announced: deleted
+    WrongSignature, // not signed by whom it should be: deleted
+    File,           // could not be written or read: deleted
 };
 
 // Downloads one file to a private folder and makes sure that it is the one that was announced. What has come
@@ -44,7 +44,7 @@ public:
     Download(const Download&) = delete;
     Download& operator=(const Download&) = delete;
 
-    // Begins, or goes on after pause() or DownloadError::connection.
+    // Begins, or goes on after pause() or DownloadError::Connection.
     void start();
     void pause();
 

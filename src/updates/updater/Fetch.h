@@ -25,7 +25,7 @@ public:
     Fetch& operator=(const Fetch&) = delete;
 
     // `done` is called once and later, never from within, unless the fetch is cancelled, destroyed or begun
-    // anew. A body of more than `limit` bytes is FetchError::tooLarge; it may be empty.
+    // anew. A body of more than `limit` bytes is FetchError::TooLarge; it may be empty.
     void get(const QUrl& address, qint64 limit, std::function<void(Fetched)> done);
 
     void cancel();

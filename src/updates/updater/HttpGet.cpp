@@ -53,7 +53,7 @@ HttpGet::HttpGet(MainQueue& queue, const QUrl& address, Headers headers, double 
     if (!mayFetch(address)) {
         queue_.post([self] {
             if (self) {
-                self->fail(FetchError::refusedAddress);
+                self->fail(FetchError::RefusedAddress);
             }
         });
         return;
@@ -61,7 +61,7 @@ HttpGet::HttpGet(MainQueue& queue, const QUrl& address, Headers headers, double 
     if (wholeSeconds) {
         whole_ = queue_.postAfter(*wholeSeconds, [self] {
             if (self) {
-                self->fail(FetchError::timedOut);
+                self->fail(FetchError::TimedOut);
             }
         });
     }
@@ -90,7 +90,7 @@ void HttpGet::watchSilence() {
     silence_.cancel();
     silence_ = queue_.postAfter(heardAt_ + silenceSeconds_ - queue_.now(), [self = QPointer(this)] {
         if (self && self->queue_.now() >= self->heardAt_ + self->silenceSeconds_) {
-            self->fail(FetchError::timedOut);
+            self->fail(FetchError::TimedOut);
         } else if (self) {
             self->watchSilence();
         }
@@ -120,15 +120,15 @@ void HttpGet::readHead() {
     const auto began = callbacks_.began;
     const QPointer<HttpGet> self(this);
     if (!began(head) && self) {
-        fail(FetchError::badStatus);
+        fail(FetchError::BadStatus);
     }
 }
 
 void HttpGet::follow(const QUrl& address) {
     if (!mayLeadTo(reply_->url(), address)) {
-        fail(FetchError::refusedAddress);
+        fail(FetchError::RefusedAddress);
     } else if (visited_.size() > maximumRedirects || visited_.contains(address)) {
-        fail(FetchError::tooManyRedirects);
+        fail(FetchError::TooManyRedirects);
     } else {
         request(address);
     }
@@ -147,7 +147,7 @@ void HttpGet::readBody() {
     const auto received = callbacks_.received;
     const QPointer<HttpGet> self(this);
     if (!received(bytes) && self) {
-        fail(FetchError::tooLarge);
+        fail(FetchError::TooLarge);
     }
 }
 
@@ -167,7 +167,7 @@ void HttpGet::finish() {
     }
     const bool isWhole = !expectedBytes_ || *expectedBytes_ == receivedBytes_;
     if (!hasBegun_ || !isWhole || reply_->error() != QNetworkReply::NoError) {
-        fail(FetchError::connectionLost);
+        fail(FetchError::ConnectionLost);
         return;
     }
     reply_.reset();

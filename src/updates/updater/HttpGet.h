@@ -18,12 +18,12 @@ namespace amberquill {
 
 // Why nothing, or not all of it, was fetched.
 enum class FetchError {
-    refusedAddress,   // it, or where it leads to, may not be fetched
-    tooManyRedirects, // more than ten, or in a circle
-    badStatus,        // answered, but not with what was asked for
-    tooLarge,
-    timedOut,
-    connectionLost, // or never made
+    RefusedAddress,   // it, or where it leads to, may not be fetched
+    TooManyRedirects, // more than ten, or in a circle
+    BadStatus,        // answered, but not with what was asked for
+    TooLarge,
+    TimedOut,
+    ConnectionLost, // or never made
 };
 
 // Seconds.

@@ -21,30 +21,30 @@ std::chrono::seconds rounded(double seconds) {
 
 UpdateError errorFor(DownloadError error) {
     switch (error) {
-    case DownloadError::connection:
-        return UpdateError::download;
-    case DownloadError::wrongLength:
-        return UpdateError::wrongLength;
-    case DownloadError::wrongSignature:
-        return UpdateError::wrongSignature;
-    case DownloadError::file:
+    case DownloadError::Connection:
+        return UpdateError::Download;
+    case DownloadError::WrongLength:
+        return UpdateError::WrongLength;
+    case DownloadError::WrongSignature:
+        return UpdateError::WrongSignature;
+    case DownloadError::File:
         break;
     }
-    return UpdateError::file;
+    return UpdateError::File;
 }
 
 // Why the item cannot be installed, whatever comes of its download; none: nothing speaks against it yet.
 std::optional<UpdateError> errorIn(const FeedItem& item, const BundleKeys& keys) {
     if (!item.enclosure || !item.enclosure->address.isValid() || item.enclosure->length < 1) {
-        return UpdateError::noDownload;
+        return UpdateError::NoDownload;
     }
     if (item.enclosure->length > maximumDownloadBytes) {
-        return UpdateError::wrongLength;
+        return UpdateError::WrongLength;
     }
     if (!keys.publicKey) {
-        return UpdateError::noPublicKey;
+        return UpdateError::NoPublicKey;
     }
-    return item.enclosure->signature ? std::nullopt : std::optional(UpdateError::noSignature);
+    return item.enclosure->signature ? std::nullopt : std::optional(UpdateError::NoSignature);
 }
 
 // The item without the addresses that the feed, being where it is, may not name.
@@ -81,7 +81,7 @@ bool Updater::automaticallyChecksForUpdates() const {
 
 void Updater::setAutomaticallyChecksForUpdates(bool on) {
     services_.preferences.setBoolean(automaticKey, on);
-    if (!on && !isShown_ && state_ != State::idle) {
+    if (!on && !isShown_ && state_ != State::Idle) {
         endSession();
     } else {
         schedule();
@@ -113,7 +113,7 @@ double Updater::secondsUntilDue() const {
 // The date may leap, by the user's hand or while the machine sleeps, so it is looked at now and then.
 void Updater::lookAtDate() {
     const double wait = secondsUntilDue();
-    if (state_ != State::idle) {
+    if (state_ != State::Idle) {
         return; // at the end of the session the next check is scheduled
     }
     if (wait > checkInterval + spread) {
@@ -123,7 +123,7 @@ void Updater::lookAtDate() {
     } else if (services_.isBusy()) {
         wakeAfter(busyRetry);
     } else {
-        check(UpdateCheck::scheduled);
+        check(UpdateCheck::Scheduled);
     }
 }
 
@@ -147,15 +147,15 @@ void Updater::compute(Task task, Then then) {
 }
 
 void Updater::checkForUpdates() {
-    const bool isUnseen = state_ != State::idle && !isShown_;
-    if (state_ == State::idle) {
-        check(UpdateCheck::userInitiated);
-    } else if (isUnseen && state_ == State::checking) {
+    const bool isUnseen = state_ != State::Idle && !isShown_;
+    if (state_ == State::Idle) {
+        check(UpdateCheck::UserInitiated);
+    } else if (isUnseen && state_ == State::Checking) {
         // Anew: what the user has skipped is of interest now.
         endSession();
-        check(UpdateCheck::userInitiated);
+        check(UpdateCheck::UserInitiated);
     } else if (isUnseen) {
-        check_ = UpdateCheck::userInitiated;
+        check_ = UpdateCheck::UserInitiated;
         showFound();
     } else {
         services_.userInterface.bringToFront();
@@ -164,14 +164,14 @@ void Updater::checkForUpdates() {
 
 void Updater::check(UpdateCheck check) {
     timer_.cancel();
-    state_ = State::checking;
+    state_ = State::Checking;
     check_ = check;
-    if (check == UpdateCheck::userInitiated) {
+    if (check == UpdateCheck::UserInitiated) {
         isShown_ = true;
         services_.userInterface.showChecking();
     }
     if (!services_.keys.feedAddress) {
-        refuse(UpdateError::noFeed);
+        refuse(UpdateError::NoFeed);
         return;
     }
     services_.preferences.setString(lastCheckKey, isoText(services_.queue.date()));
@@ -183,26 +183,26 @@ void Updater::feedArrived(const Fetched& fetched) {
     if (const auto* const bytes = std::get_if<QByteArray>(&fetched)) {
         compute([bytes = *bytes] { return readFeed(bytes); }, &Updater::decide);
     } else {
-        refuse(UpdateError::feedConnection);
+        refuse(UpdateError::FeedConnection);
     }
 }
 
 void Updater::decide(const std::optional<std::vector<FeedItem>>& items) {
     if (!items) {
-        refuse(UpdateError::feedContent);
+        refuse(UpdateError::FeedContent);
         return;
     }
     const auto skipped =
-        check_ == UpdateCheck::scheduled ? services_.preferences.string(skippedKey) : std::nullopt;
+        check_ == UpdateCheck::Scheduled ? services_.preferences.string(skippedKey) : std::nullopt;
     auto update = chooseUpdate(*items, services_.keys.version, services_.systemVersion, {}, skipped);
     if (update && installed_ && !isNewer(update->version, installed_->version)) {
         awaitRestart();
     } else if (update) {
         update_ = confined(std::move(*update), *services_.keys.feedAddress);
-        state_ = State::found;
+        state_ = State::Found;
         showFound();
     } else if (isShown_) {
-        state_ = State::nothing;
+        state_ = State::Nothing;
         services_.userInterface.showNoUpdate(services_.keys.shownVersion);
     } else {
         endSession();
@@ -211,7 +211,7 @@ void Updater::decide(const std::optional<std::vector<FeedItem>>& items) {
 
 void Updater::showFound() {
     retry_.cancel();
-    if (check_ == UpdateCheck::scheduled && services_.isBusy()) {
+    if (check_ == UpdateCheck::Scheduled && services_.isBusy()) {
         retry_ = services_.queue.postAfter(busyRetry, [self = QPointer(this)] {
             if (self) {
                 self->showFound();
@@ -232,20 +232,20 @@ void Updater::refuse(UpdateError error) {
         endSession();
         return;
     }
-    state_ = State::refused;
+    state_ = State::Refused;
     services_.userInterface.showError(error);
 }
 
 void Updater::install() {
-    if (state_ != State::found || !isShown_) {
+    if (state_ != State::Found || !isShown_) {
         return;
     }
     if (const auto error = errorIn(update_, services_.keys)) {
         refuse(*error);
     } else if (services_.installer.kind() != InstallKind::image) {
-        refuse(UpdateError::installation);
+        refuse(UpdateError::Installation);
     } else {
-        state_ = State::downloading;
+        state_ = State::Downloading;
         download();
     }
 }
@@ -261,7 +261,7 @@ void Updater::download() {
         services_.userInterface.showProgress(received, length);
     });
     connect(download_.get(), &Download::verifying, this, [this] {
-        state_ = State::installing;
+        state_ = State::Installing;
         services_.userInterface.showInstalling();
     });
     connect(download_.get(), &Download::verified, this, &Updater::stage);
@@ -278,11 +278,11 @@ void Updater::stage() {
 void Updater::staged(const std::optional<QString>& version) {
     if (!version) {
         download_->remove();
-        refuse(UpdateError::installation);
+        refuse(UpdateError::Installation);
     } else if (!isNewer(*version, services_.keys.version)) {
         services_.installer.discard();
         download_->remove();
-        refuse(UpdateError::notNewer);
+        refuse(UpdateError::NotNewer);
     } else {
         compute([&installer = services_.installer] { return installer.replace(); }, &Updater::replaced);
     }
@@ -291,7 +291,7 @@ void Updater::staged(const std::optional<QString>& version) {
 void Updater::replaced(bool done) {
     download_->remove();
     if (!done) {
-        refuse(UpdateError::installation);
+        refuse(UpdateError::Installation);
         return;
     }
     installed_ = update_;
@@ -304,54 +304,54 @@ void Updater::awaitRestart() {
         endSession();
         return;
     }
-    state_ = State::installed;
+    state_ = State::Installed;
     services_.userInterface.showReadyToRestart(*installed_);
 }
 
 void Updater::later() {
-    if ((state_ == State::found && isShown_) || state_ == State::installed) {
+    if ((state_ == State::Found && isShown_) || state_ == State::Installed) {
         endSession();
     }
 }
 
 void Updater::skip() {
-    if (state_ == State::found && isShown_) {
+    if (state_ == State::Found && isShown_) {
         services_.preferences.setString(skippedKey, update_.version);
         endSession();
     }
 }
 
 void Updater::acknowledge() {
-    if (state_ == State::nothing || state_ == State::refused) {
+    if (state_ == State::Nothing || state_ == State::Refused) {
         endSession();
     }
 }
 
 void Updater::pause() {
-    if (state_ == State::downloading && download_->isUnderWay()) {
+    if (state_ == State::Downloading && download_->isUnderWay()) {
         download_->pause();
         services_.userInterface.showPaused(download_->receivedBytes(), download_->length());
     }
 }
 
 void Updater::resume() {
-    if (state_ != State::downloading || download_->isUnderWay()) {
+    if (state_ != State::Downloading || download_->isUnderWay()) {
         return;
     }
     download_->start();
-    if (state_ == State::downloading) {
+    if (state_ == State::Downloading) {
         services_.userInterface.showProgress(download_->receivedBytes(), download_->length());
     }
 }
 
 void Updater::cancel() {
-    if ((state_ == State::checking && isShown_) || state_ == State::downloading) {
+    if ((state_ == State::Checking && isShown_) || state_ == State::Downloading) {
         endSession();
     }
 }
 
 void Updater::restart() {
-    if (state_ != State::installed) {
+    if (state_ != State::Installed) {
         return;
     }
     const bool starts = services_.installer.startAgainAfterExit();
@@ -366,7 +366,7 @@ void Updater::endSession() {
     retry_.cancel();
     fetch_.cancel();
     download_.reset();
-    state_ = State::idle;
+    state_ = State::Idle;
     const auto error = std::exchange(error_, std::nullopt);
     if (std::exchange(isShown_, false)) {
         services_.userInterface.dismiss();

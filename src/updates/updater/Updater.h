@@ -32,14 +32,14 @@ public:
     static constexpr double busyRetry = 60;
 
     enum class State {
-        idle,
-        checking,
-        found,       // shown, or waiting until the user is not busy
-        nothing,     // no update: shown
-        refused,     // an error: shown
-        downloading, // also while paused
-        installing,  // all is here: checked, then put in place
-        installed,   // the new program waits for a restart
+        Idle,
+        Checking,
+        Found,       // shown, or waiting until the user is not busy
+        Nothing,     // no update: shown
+        Refused,     // an error: shown
+        Downloading, // also while paused
+        Installing,  // all is here: checked, then put in place
+        Installed,   // the new program waits for a restart
     };
 
     // All of it outlives the updater, and the installer the queue's background work too.
@@ -114,8 +114,8 @@ private:
 
     Services services_;
     Fetch fetch_;
-    State state_ = State::idle;
-    UpdateCheck check_ = UpdateCheck::scheduled;
+    State state_ = State::Idle;
+    UpdateCheck check_ = UpdateCheck::Scheduled;
     FeedItem update_;                   // from `found` on
     std::optional<FeedItem> installed_; // what has taken this program's place
     std::optional<UpdateError> error_;

@@ -7,22 +7,22 @@
 namespace amberquill {
 
 // Who asked for a check.
-enum class UpdateCheck { userInitiated, scheduled };
+enum class UpdateCheck { UserInitiated, Scheduled };
 
 // Why there is no update, or why it was refused. What was downloaded is deleted, but for `download`.
 enum class UpdateError {
-    noFeed,         // the bundle names no feed
-    feedConnection, // the feed could not be fetched
-    feedContent,    // what was fetched is no feed
-    noDownload,     // the version has nothing to download, or does not say how much
-    noPublicKey,    // the bundle has no key to check with
-    noSignature,    // the version is not signed
-    download,       // the connection failed; the next attempt goes on where this one ended
-    wrongLength,
-    wrongSignature,
-    file,        // it could not be kept
-    notNewer,    // what came is not newer than what is installed, whatever the feed says
-    installation // the program could not be replaced
+    NoFeed,         // the bundle names no feed
+    FeedConnection, // the feed could not be fetched
+    FeedContent,    // what was fetched is no feed
+    NoDownload,     // the version has nothing to download, or does not say how much
+    NoPublicKey,    // the bundle has no key to check with
+    NoSignature,    // the version is not signed
+    Download,       // the connection failed; the next attempt goes on where this one ended
+    WrongLength,
+    WrongSignature,
+    File,        // it could not be kept
+    NotNewer,    // what came is not newer than what is installed, whatever the feed says
+    Installation // the program could not be replaced
 };
 
 // Is told when the updater's windows come and go. Called on the main thread.

@@ -5,10 +5,10 @@
 namespace amberquill {
 namespace {
 
-enum class Kind { letters, number }; // in the order in which they make a version newer
+enum class Kind { Letters, Number }; // in the order in which they make a version newer
 
 struct Part {
-    Kind kind = Kind::number;
+    Kind kind = Kind::Number;
     QStringView text; // of a number without leading zeros: empty for zero
 };
 
@@ -24,12 +24,12 @@ Part takePart(QStringView& rest) {
         rest = {};
         return {};
     }
-    const Kind kind = isDigit(*start) ? Kind::number : Kind::letters;
+    const Kind kind = isDigit(*start) ? Kind::Number : Kind::Letters;
     const auto* const end = std::find_if_not(
-        start, rest.end(), [kind](QChar c) { return kind == Kind::number ? isDigit(c) : c.isLetter(); });
+        start, rest.end(), [kind](QChar c) { return kind == Kind::Number ? isDigit(c) : c.isLetter(); });
     QStringView text(start, end);
     rest = QStringView(end, rest.end());
-    while (kind == Kind::number && text.startsWith(QLatin1Char('0'))) {
+    while (kind == Kind::Number && text.startsWith(QLatin1Char('0'))) {
         text = text.mid(1);
     }
     return {kind, text};
@@ -39,7 +39,7 @@ std::weak_ordering compareParts(const Part& a, const Part& b) {
     if (a.kind != b.kind) {
         return a.kind <=> b.kind;
     }
-    if (a.kind == Kind::number && a.text.size() != b.text.size()) {
+    if (a.kind == Kind::Number && a.text.size() != b.text.size()) {
         return a.text.size() <=> b.text.size();
     }
     return a.text.compare(b.text, Qt::CaseInsensitive) <=> 0;

@@ -100,15 +100,15 @@ TEST_F(UpdateCheckerTest, AFeedThatIsThereIsHandedToTheUpdater) {
     fetched_(QByteArray("<rss/>"));
     EXPECT_EQ(events_, asked + QStringList{u"updater"_s});
     EXPECT_TRUE(isFlowOn()) << "until the updater says that it is over";
-    checker_->didFinishUpdateCycle(UpdateCheck::userInitiated, std::nullopt);
+    checker_->didFinishUpdateCycle(UpdateCheck::UserInitiated, std::nullopt);
     EXPECT_FALSE(isFlowOn());
 }
 
 TEST_F(UpdateCheckerTest, AnythingElseIsReportedAsUpToDate) {
     for (const Fetched& answer :
-         {Fetched(QByteArray()), Fetched(FetchError::badStatus), Fetched(FetchError::connectionLost),
-          Fetched(FetchError::timedOut), Fetched(FetchError::tooManyRedirects),
-          Fetched(FetchError::refusedAddress), Fetched(FetchError::tooLarge)}) {
+         {Fetched(QByteArray()), Fetched(FetchError::BadStatus), Fetched(FetchError::ConnectionLost),
+          Fetched(FetchError::TimedOut), Fetched(FetchError::TooManyRedirects),
+          Fetched(FetchError::RefusedAddress), Fetched(FetchError::TooLarge)}) {
         events_.clear();
         checker_->checkNow();
         fetched_(answer);
@@ -131,13 +131,13 @@ TEST_F(UpdateCheckerTest, WithoutAFeedTheAlertComesAtOnce) {
 TEST_F(UpdateCheckerTest, WithoutALauncherThereIsNothingToHide) {
     checker_->hideLauncher = nullptr;
     checker_->checkNow();
-    checker_->standardUserDriverWillHandleShowingUpdate(true, {}, UpdateCheck::scheduled);
+    checker_->standardUserDriverWillHandleShowingUpdate(true, {}, UpdateCheck::Scheduled);
     EXPECT_FALSE(events_.contains(u"hide"_s));
     EXPECT_TRUE(isFlowOn());
 }
 
 TEST_F(UpdateCheckerTest, AnUpdateThatIsAboutToBeShownHidesTheLauncher) {
-    checker_->standardUserDriverWillHandleShowingUpdate(true, {}, UpdateCheck::scheduled);
+    checker_->standardUserDriverWillHandleShowingUpdate(true, {}, UpdateCheck::Scheduled);
     EXPECT_EQ(events_, QStringList{u"hide"_s});
     EXPECT_TRUE(isFlowOn());
     checker_->standardUserDriverWillFinishUpdateSession();
@@ -147,14 +147,14 @@ TEST_F(UpdateCheckerTest, AnUpdateThatIsAboutToBeShownHidesTheLauncher) {
 }
 
 TEST_F(UpdateCheckerTest, OneThatIsNotShownChangesNothing) {
-    checker_->standardUserDriverWillHandleShowingUpdate(false, {}, UpdateCheck::scheduled);
+    checker_->standardUserDriverWillHandleShowingUpdate(false, {}, UpdateCheck::Scheduled);
     EXPECT_TRUE(events_.isEmpty());
     EXPECT_FALSE(isFlowOn());
 }
 
 TEST_F(UpdateCheckerTest, TheEndOfACycleEndsTheFlowWhateverCameOfIt) {
-    for (const auto& error : {std::optional<UpdateError>(), std::optional(UpdateError::wrongSignature)}) {
-        for (const UpdateCheck check : {UpdateCheck::userInitiated, UpdateCheck::scheduled}) {
+    for (const auto& error : {std::optional<UpdateError>(), std::optional(UpdateError::WrongSignature)}) {
+        for (const UpdateCheck check : {UpdateCheck::UserInitiated, UpdateCheck::Scheduled}) {
             checker_->standardUserDriverWillHandleShowingUpdate(true, {}, check);
             checker_->didFinishUpdateCycle(check, error);
             EXPECT_FALSE(isFlowOn());

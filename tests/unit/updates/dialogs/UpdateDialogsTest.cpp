@@ -146,7 +146,7 @@ TEST_F(UpdateDialogsTest, WhatIsReplacedIsNotAnswered) {
     dialogs_->showUpdateFound(offer_);
     dialogs_->showProgress(1, 4);
     dialogs_->showReadyToRestart(offer_.item);
-    dialogs_->showError(UpdateError::download);
+    dialogs_->showError(UpdateError::Download);
     dialogs_->showNoUpdate(u"1.2"_s);
     dialogs_->dismiss();
     EXPECT_EQ(shown(), nullptr);
@@ -194,9 +194,9 @@ TEST_F(UpdateDialogsTest, NothingNewIsSaidInTheAlertsWords) {
 TEST_F(UpdateDialogsTest, EveryErrorIsSaidInItsOwnWords) {
     QSet<QString> said;
     for (const UpdateError error :
-         {UpdateError::feedConnection, UpdateError::feedContent, UpdateError::noDownload,
-          UpdateError::noPublicKey, UpdateError::noSignature, UpdateError::download, UpdateError::wrongLength,
-          UpdateError::wrongSignature, UpdateError::file, UpdateError::notNewer, UpdateError::installation}) {
+         {UpdateError::FeedConnection, UpdateError::FeedContent, UpdateError::NoDownload,
+          UpdateError::NoPublicKey, UpdateError::NoSignature, UpdateError::Download, UpdateError::WrongLength,
+          UpdateError::WrongSignature, UpdateError::File, UpdateError::NotNewer, UpdateError::Installation}) {
         answers_.clear();
         dialogs_->showError(error);
         ASSERT_NE(message(), nullptr);

@@ -144,21 +144,21 @@ TEST_F(DownloadTest, AFolderThatOthersCouldEnterIsClosedToThem) {
 TEST_F(DownloadTest, AWrongSignatureIsRefusedAndTheFileDeleted) {
     auto wanted = request();
     wanted.signature.front() ^= 1U;
-    EXPECT_EQ(run(wanted), DownloadError::wrongSignature);
+    EXPECT_EQ(run(wanted), DownloadError::WrongSignature);
     EXPECT_EQ(filesLeft(), QStringList());
 }
 
 TEST_F(DownloadTest, ASignatureOfAnotherKeyIsRefused) {
     auto wanted = request();
     wanted.signature = SigningKey(2).sign(program);
-    EXPECT_EQ(run(wanted), DownloadError::wrongSignature);
+    EXPECT_EQ(run(wanted), DownloadError::WrongSignature);
     EXPECT_EQ(filesLeft(), QStringList());
 }
 
 TEST_F(DownloadTest, AnotherFileOfTheSameLengthIsRefused) {
     const auto wanted = request();
     program[1000] = '?';
-    EXPECT_EQ(run(wanted), DownloadError::wrongSignature);
+    EXPECT_EQ(run(wanted), DownloadError::WrongSignature);
     EXPECT_EQ(filesLeft(), QStringList());
 }
 
@@ -168,7 +168,7 @@ TEST_F(DownloadTest, AnotherLengthIsRefusedAsSoonAsItIsSaid) {
         wanted.length += difference;
         Download download(queue, folder(), wanted, silence);
         QObject::connect(&download, &Download::progressed, [](qint64, qint64) { ADD_FAILURE(); });
-        EXPECT_EQ(run(download), DownloadError::wrongLength);
+        EXPECT_EQ(run(download), DownloadError::WrongLength);
         EXPECT_EQ(filesLeft(), QStringList());
     }
 }
@@ -180,7 +180,7 @@ TEST_F(DownloadTest, AnotherLengthIsRefusedWhereNoneWasSaid) {
     for (const qint64 difference : {-1, 1}) {
         auto wanted = request();
         wanted.length += difference;
-        EXPECT_EQ(run(wanted), DownloadError::wrongLength);
+        EXPECT_EQ(run(wanted), DownloadError::WrongLength);
         EXPECT_EQ(filesLeft(), QStringList());
     }
 }
@@ -189,7 +189,7 @@ TEST_F(DownloadTest, ALengthThatIsNoneOrTooMuchIsRefusedUnasked) {
     for (const qint64 length : {qint64{0}, qint64{-1}, maximumDownloadBytes + 1}) {
         auto wanted = request();
         wanted.length = length;
-        EXPECT_EQ(run(wanted), DownloadError::wrongLength);
+        EXPECT_EQ(run(wanted), DownloadError::WrongLength);
     }
     EXPECT_TRUE(server.requests().empty());
 }
@@ -197,7 +197,7 @@ TEST_F(DownloadTest, ALengthThatIsNoneOrTooMuchIsRefusedUnasked) {
 TEST_F(DownloadTest, GoesOnWhereTheConnectionWasCut) {
     serveCut(100'000);
     Download download(queue, folder(), request(), silence);
-    EXPECT_EQ(run(download), DownloadError::connection);
+    EXPECT_EQ(run(download), DownloadError::Connection);
     const qint64 first = download.receivedBytes();
     EXPECT_EQ(first, program.size() - 100'000);
     serveWhole();
@@ -211,7 +211,7 @@ TEST_F(DownloadTest, GoesOnWhereTheConnectionWasCut) {
 
 TEST_F(DownloadTest, GoesOnAfterTheProgramHasEnded) {
     serveCut(100'000);
-    EXPECT_EQ(run(request()), DownloadError::connection);
+    EXPECT_EQ(run(request()), DownloadError::Connection);
     serveWhole();
     Download next(queue, folder(), request(), silence);
     EXPECT_EQ(run(next), std::nullopt);
@@ -242,7 +242,7 @@ TEST_F(DownloadTest, IsNotKeptWaitingForTheRest) {
         return LoopbackServer::hanging(answer(asked), 1000);
     });
     Download download(queue, folder(), request(), 0.1);
-    EXPECT_EQ(run(download), DownloadError::connection);
+    EXPECT_EQ(run(download), DownloadError::Connection);
 }
 
 TEST_F(DownloadTest, IsCheckedAtOnceWhereAllOfItIsThere) {
@@ -256,7 +256,7 @@ TEST_F(DownloadTest, IsCheckedAtOnceWhereAllOfItIsThere) {
 TEST_F(DownloadTest, StartsOverWhereTheServerHasAnotherFile) {
     serveCut(100'000);
     Download download(queue, folder(), request(), silence);
-    EXPECT_EQ(run(download), DownloadError::connection);
+    EXPECT_EQ(run(download), DownloadError::Connection);
     tag = "\"two\"";
     serveWhole();
     EXPECT_EQ(run(download), std::nullopt);
@@ -266,7 +266,7 @@ TEST_F(DownloadTest, StartsOverWhereTheServerHasAnotherFile) {
 TEST_F(DownloadTest, StartsOverWhereTheServerSendsAnotherPart) {
     serveCut(100'000);
     Download download(queue, folder(), request(), silence);
-    EXPECT_EQ(run(download), DownloadError::connection);
+    EXPECT_EQ(run(download), DownloadError::Connection);
     for (const char* const range : {"bytes 0-9/10", "bytes 5-", "", "nonsense"}) {
         server.serve("/program", [this, range](const LoopbackServer::Request& asked) {
             return asked.headers.contains("range")
@@ -278,14 +278,14 @@ TEST_F(DownloadTest, StartsOverWhereTheServerSendsAnotherPart) {
         EXPECT_EQ(contentOf(download.path()), program);
         download.remove();
         serveCut(100'000);
-        EXPECT_EQ(run(download), DownloadError::connection);
+        EXPECT_EQ(run(download), DownloadError::Connection);
     }
 }
 
 TEST_F(DownloadTest, StartsOverWhereThereIsNoSuchPart) {
     serveCut(100'000);
     Download download(queue, folder(), request(), silence);
-    EXPECT_EQ(run(download), DownloadError::connection);
+    EXPECT_EQ(run(download), DownloadError::Connection);
     server.serve("/program", [this](const LoopbackServer::Request& asked) {
         return asked.headers.contains("range") ? LoopbackServer::answer("416 Range Not Satisfiable", {})
                                                : answer(asked);
@@ -299,7 +299,7 @@ TEST_F(DownloadTest, StartsOverWhereNothingTellsThatItIsTheSameFile) {
         tag = weak;
         serveCut(100'000);
         Download download(queue, folder(), request(), silence);
-        EXPECT_EQ(run(download), DownloadError::connection);
+        EXPECT_EQ(run(download), DownloadError::Connection);
         serveWhole();
         EXPECT_EQ(run(download), std::nullopt);
         EXPECT_EQ(contentOf(download.path()), program);
@@ -312,21 +312,21 @@ TEST_F(DownloadTest, WhatWasPutTogetherWrongIsRefused) {
     serveCut(100'000);
     const auto wanted = request();
     Download download(queue, folder(), wanted, silence);
-    EXPECT_EQ(run(download), DownloadError::connection);
+    EXPECT_EQ(run(download), DownloadError::Connection);
     program.fill('?'); // under the same tag
     serveWhole();
-    EXPECT_EQ(run(download), DownloadError::wrongSignature);
+    EXPECT_EQ(run(download), DownloadError::WrongSignature);
     EXPECT_EQ(filesLeft(), QStringList());
 }
 
 TEST_F(DownloadTest, AnotherStatusKeepsWhatHasCome) {
     serveCut(100'000);
     Download download(queue, folder(), request(), silence);
-    EXPECT_EQ(run(download), DownloadError::connection);
+    EXPECT_EQ(run(download), DownloadError::Connection);
     server.serve("/program", LoopbackServer::answer("503 Service Unavailable", "later"));
-    EXPECT_EQ(run(download), DownloadError::connection);
+    EXPECT_EQ(run(download), DownloadError::Connection);
     server.serve("/program", LoopbackServer::redirect("http://example.invalid/program"));
-    EXPECT_EQ(run(download), DownloadError::connection);
+    EXPECT_EQ(run(download), DownloadError::Connection);
     serveWhole();
     EXPECT_EQ(run(download), std::nullopt);
     EXPECT_TRUE(server.requests().back().headers.contains("range"));
@@ -356,7 +356,7 @@ TEST_F(DownloadTest, ALinkInItsPlaceIsNotFollowed) {
 
 TEST_F(DownloadTest, AFolderThatCannotBeMadeIsSaid) {
     tree.write("cache", "a file in its place");
-    EXPECT_EQ(run(request()), DownloadError::file);
+    EXPECT_EQ(run(request()), DownloadError::File);
     EXPECT_TRUE(server.requests().empty());
 }
 

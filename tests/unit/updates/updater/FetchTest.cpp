@@ -55,7 +55,7 @@ TEST_F(FetchTest, AnswersNothingOfAnotherStatus) {
     server.serve("/part", LoopbackServer::answer("206 Partial Content", "hel"));
     server.serve("/moved", LoopbackServer::answer("302 Found", "nowhere"));
     for (const char* const path : {"/missing", "/broken", "/none", "/part", "/moved"}) {
-        EXPECT_EQ(fetched(server.address(path)), Fetched(FetchError::badStatus)) << path;
+        EXPECT_EQ(fetched(server.address(path)), Fetched(FetchError::BadStatus)) << path;
     }
 }
 
@@ -70,7 +70,7 @@ TEST_F(FetchTest, FollowsRedirects) {
 TEST_F(FetchTest, DoesNotFollowRedirectsInACircle) {
     server.serve("/a", LoopbackServer::redirect("/b"));
     server.serve("/b", LoopbackServer::redirect("/a"));
-    EXPECT_EQ(fetched(server.address("/a")), Fetched(FetchError::tooManyRedirects));
+    EXPECT_EQ(fetched(server.address("/a")), Fetched(FetchError::TooManyRedirects));
     EXPECT_EQ(server.requests().size(), 2U);
 }
 
@@ -81,23 +81,23 @@ TEST_F(FetchTest, FollowsTenRedirectsAndNoMore) {
     }
     server.serve("/11", LoopbackServer::ok("hello"));
     EXPECT_EQ(fetched(server.address("/1")), Fetched(QByteArray("hello")));
-    EXPECT_EQ(fetched(server.address("/0")), Fetched(FetchError::tooManyRedirects));
+    EXPECT_EQ(fetched(server.address("/0")), Fetched(FetchError::TooManyRedirects));
 }
 
 TEST_F(FetchTest, DoesNotFollowARedirectToPlainHttpElsewhere) {
     server.serve("/a", LoopbackServer::redirect("http://example.invalid/feed"));
-    EXPECT_EQ(fetched(server.address("/a")), Fetched(FetchError::refusedAddress));
+    EXPECT_EQ(fetched(server.address("/a")), Fetched(FetchError::RefusedAddress));
 }
 
 TEST_F(FetchTest, DoesNotFollowARedirectToAnotherScheme) {
     server.serve("/a", LoopbackServer::redirect("file:///etc/hostname"));
-    EXPECT_EQ(fetched(server.address("/a")), Fetched(FetchError::refusedAddress));
+    EXPECT_EQ(fetched(server.address("/a")), Fetched(FetchError::RefusedAddress));
 }
 
 TEST_F(FetchTest, AsksNobodyOverPlainHttpElsewhere) {
     EXPECT_EQ(fetched(QUrl(QStringLiteral("http://example.invalid/feed"))),
-              Fetched(FetchError::refusedAddress));
-    EXPECT_EQ(fetched(QUrl()), Fetched(FetchError::refusedAddress));
+              Fetched(FetchError::RefusedAddress));
+    EXPECT_EQ(fetched(QUrl()), Fetched(FetchError::RefusedAddress));
 }
 
 TEST_F(FetchTest, TakesAsMuchAsItsLimitAndNoMore) {
@@ -108,32 +108,32 @@ TEST_F(FetchTest, TakesAsMuchAsItsLimitAndNoMore) {
                                                    QByteArray(qsizetype{6} * 1024 * 1024, 'x')});
     EXPECT_EQ(fetched(server.address("/five")), Fetched(QByteArray(limit, 'x')));
     for (const char* const path : {"/more", "/six", "/unsaid"}) {
-        EXPECT_EQ(fetched(server.address(path)), Fetched(FetchError::tooLarge)) << path;
+        EXPECT_EQ(fetched(server.address(path)), Fetched(FetchError::TooLarge)) << path;
     }
 }
 
 TEST_F(FetchTest, IsNotKeptWaitingForAnAnswer) {
     server.serve("/silent", LoopbackServer::Answer{{}, false});
-    EXPECT_EQ(fetched(server.address("/silent"), {.silence = 0.1}), Fetched(FetchError::timedOut));
+    EXPECT_EQ(fetched(server.address("/silent"), {.silence = 0.1}), Fetched(FetchError::TimedOut));
 }
 
 TEST_F(FetchTest, IsNotKeptWaitingForTheRest) {
     const auto whole = LoopbackServer::ok(QByteArray(1000, 'x'));
     server.serve("/stops", LoopbackServer::hanging(whole, whole.bytes.size() - 10));
-    EXPECT_EQ(fetched(server.address("/stops"), {.silence = 0.1}), Fetched(FetchError::timedOut));
+    EXPECT_EQ(fetched(server.address("/stops"), {.silence = 0.1}), Fetched(FetchError::TimedOut));
 }
 
 TEST_F(FetchTest, IsOverAfterItsWholeTimeWhateverStillComes) {
     server.serve("/silent", LoopbackServer::Answer{{}, false});
     EXPECT_EQ(fetched(server.address("/silent"), {.silence = 60, .whole = 0.1}),
-              Fetched(FetchError::timedOut));
+              Fetched(FetchError::TimedOut));
 }
 
 TEST_F(FetchTest, AnswersNothingOfAConnectionThatIsCut) {
     server.serve("/cut", LoopbackServer::cut(LoopbackServer::ok(QByteArray(1000, 'x')), 10));
     server.serve("/closed", LoopbackServer::Answer{});
-    EXPECT_EQ(fetched(server.address("/cut")), Fetched(FetchError::connectionLost));
-    EXPECT_EQ(fetched(server.address("/closed")), Fetched(FetchError::connectionLost));
+    EXPECT_EQ(fetched(server.address("/cut")), Fetched(FetchError::ConnectionLost));
+    EXPECT_EQ(fetched(server.address("/closed")), Fetched(FetchError::ConnectionLost));
 }
 
 TEST_F(FetchTest, AnswersNothingWhereNobodyListens) {
@@ -142,7 +142,7 @@ TEST_F(FetchTest, AnswersNothingWhereNobodyListens) {
         const LoopbackServer gone;
         nobody = gone.address("/feed");
     }
-    EXPECT_EQ(fetched(nobody), Fetched(FetchError::connectionLost));
+    EXPECT_EQ(fetched(nobody), Fetched(FetchError::ConnectionLost));
 }
 
 TEST_F(FetchTest, SaysNothingOnceItIsCancelled) {
@@ -167,6 +167,6 @@ TEST_F(FetchTest, IsBegunAnewInItsOwnAnswer) {
         fetch.get(server.address("/feed"), limit, [&](const Fetched& second) { answers.push_back(second); });
     });
     ASSERT_TRUE(waitUntil([&answers] { return answers.size() == 2; }));
-    EXPECT_EQ(answers.front(), Fetched(FetchError::badStatus));
+    EXPECT_EQ(answers.front(), Fetched(FetchError::BadStatus));
     EXPECT_EQ(answers.back(), Fetched(QByteArray("hello")));
 }

@@ -74,7 +74,7 @@ private:
     void add(const char* what) { add(QString::fromLatin1(what)); }
     void add(const QString& what) { log += what; }
     static QString nameOf(UpdateCheck check) {
-        return check == UpdateCheck::userInitiated ? QStringLiteral(", asked for")
+        return check == UpdateCheck::UserInitiated ? QStringLiteral(", asked for")
                                                    : QStringLiteral(", scheduled");
     }
 };
@@ -147,8 +147,8 @@ protected:
     // network has a time of its own.
     void pass(double seconds) {
         constexpr double some = 10;
-        const bool wasIdle = updater().state() == Updater::State::idle;
-        const auto begins = [&] { return wasIdle && updater().state() != Updater::State::idle; };
+        const bool wasIdle = updater().state() == Updater::State::Idle;
+        const auto begins = [&] { return wasIdle && updater().state() != Updater::State::Idle; };
         for (double left = seconds; left > 0 && !begins(); left -= some) {
             const double step = std::min(left, some);
             queue.setDate(queue.date() + std::chrono::seconds(static_cast<qint64>(step)));
@@ -195,7 +195,7 @@ protected:
     // Goes as far as the offer of version 2.0.
     void findUpdate() {
         updater().checkForUpdates();
-        ASSERT_TRUE(settleAt(Updater::State::found));
+        ASSERT_TRUE(settleAt(Updater::State::Found));
         interface.take();
     }
 
@@ -203,9 +203,9 @@ protected:
     std::optional<UpdateError> errorOfInstalling() {
         findUpdate();
         updater().install();
-        EXPECT_TRUE(settleAt(Updater::State::refused));
+        EXPECT_TRUE(settleAt(Updater::State::Refused));
         updater().acknowledge();
-        EXPECT_EQ(updater().state(), Updater::State::idle);
+        EXPECT_EQ(updater().state(), Updater::State::Idle);
         EXPECT_EQ(installer.program, "the old program");
         return std::exchange(interface.lastError, std::nullopt);
     }

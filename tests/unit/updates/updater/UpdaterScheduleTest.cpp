@@ -17,8 +17,8 @@ class UpdaterScheduleTest : public UpdaterFixture {
 protected:
     // A check that finds nothing, through to its end.
     void finishCheck() {
-        ASSERT_EQ(updater().state(), State::checking);
-        ASSERT_TRUE(settleAt(State::idle));
+        ASSERT_EQ(updater().state(), State::Checking);
+        ASSERT_TRUE(settleAt(State::Idle));
     }
 };
 
@@ -31,9 +31,9 @@ TEST_F(UpdaterScheduleTest, TheFirstCheckComesWithinTheHour) {
         random = part;
         restartUpdater();
         updater().start();
-        EXPECT_EQ(updater().state(), State::idle);
+        EXPECT_EQ(updater().state(), State::Idle);
         pass(part * hour - 1);
-        EXPECT_EQ(updater().state(), State::idle) << part;
+        EXPECT_EQ(updater().state(), State::Idle) << part;
         pass(61);
         finishCheck();
         EXPECT_EQ(interface.take(), QStringList{u"cycle over, scheduled"_s});
@@ -49,7 +49,7 @@ TEST_F(UpdaterScheduleTest, OneComesADayAfterTheLastAndUpToAnHourLater) {
     const auto first = updater().lastCheck();
     ASSERT_TRUE(first);
     pass(day - hour);
-    EXPECT_EQ(updater().state(), State::idle);
+    EXPECT_EQ(updater().state(), State::Idle);
     EXPECT_EQ(updater().lastCheck(), first);
     pass(2 * hour);
     finishCheck();
@@ -70,7 +70,7 @@ TEST_F(UpdaterScheduleTest, TheLastCheckIsRememberedOverTheProgramsEnd) {
     restartUpdater();
     updater().start();
     pass(day - hour);
-    EXPECT_EQ(updater().state(), State::idle);
+    EXPECT_EQ(updater().state(), State::Idle);
     pass(2 * hour);
     finishCheck();
     EXPECT_EQ(feedsAskedFor(), 2U);
@@ -80,10 +80,10 @@ TEST_F(UpdaterScheduleTest, ACheckByHandCountsToo) {
     serveVersion("1.0");
     updater().start();
     updater().checkForUpdates();
-    ASSERT_TRUE(settleAt(State::nothing));
+    ASSERT_TRUE(settleAt(State::Nothing));
     updater().acknowledge();
     pass(day);
-    EXPECT_EQ(updater().state(), State::idle);
+    EXPECT_EQ(updater().state(), State::Idle);
     pass(hour);
     finishCheck();
 }
@@ -129,13 +129,13 @@ TEST_F(UpdaterScheduleTest, NothingIsCheckedOnceItIsOff) {
     EXPECT_EQ(preferences.boolean(u"SUEnableAutomaticChecks"_s), false);
     EXPECT_EQ(queue.timers(), 0U);
     pass(3 * day);
-    EXPECT_EQ(updater().state(), State::idle);
+    EXPECT_EQ(updater().state(), State::Idle);
     restartUpdater();
     updater().start();
     EXPECT_FALSE(updater().automaticallyChecksForUpdates());
     EXPECT_EQ(queue.timers(), 0U);
     pass(3 * day);
-    EXPECT_EQ(updater().state(), State::idle);
+    EXPECT_EQ(updater().state(), State::Idle);
     EXPECT_EQ(feedsAskedFor(), 0U);
     updater().setAutomaticallyChecksForUpdates(true);
     EXPECT_TRUE(updater().automaticallyChecksForUpdates());
@@ -147,9 +147,9 @@ TEST_F(UpdaterScheduleTest, SwitchedOffInTheMiddleACheckEnds) {
     serveVersion("2.0");
     updater().start();
     pass(random * hour);
-    ASSERT_EQ(updater().state(), State::checking);
+    ASSERT_EQ(updater().state(), State::Checking);
     updater().setAutomaticallyChecksForUpdates(false);
-    EXPECT_EQ(updater().state(), State::idle);
+    EXPECT_EQ(updater().state(), State::Idle);
     EXPECT_EQ(queue.timers(), 0U);
     EXPECT_EQ(interface.take(), QStringList{u"cycle over, scheduled"_s});
 }
@@ -158,9 +158,9 @@ TEST_F(UpdaterScheduleTest, SwitchedOffWhatIsShownStays) {
     serveVersion("2.0");
     updater().start();
     pass(random * hour);
-    ASSERT_TRUE(settleAt(State::found));
+    ASSERT_TRUE(settleAt(State::Found));
     updater().setAutomaticallyChecksForUpdates(false);
-    EXPECT_EQ(updater().state(), State::found);
+    EXPECT_EQ(updater().state(), State::Found);
     updater().later();
     EXPECT_EQ(queue.timers(), 0U);
 }
@@ -182,7 +182,7 @@ TEST_F(UpdaterScheduleTest, WhileTheUserIsBusyNothingIsChecked) {
     isBusy = true;
     updater().start();
     pass(5 * hour);
-    EXPECT_EQ(updater().state(), State::idle);
+    EXPECT_EQ(updater().state(), State::Idle);
     isBusy = false;
     pass(Updater::busyRetry);
     finishCheck();
@@ -192,9 +192,9 @@ TEST_F(UpdaterScheduleTest, WhileTheUserIsBusyNothingIsShown) {
     serveVersion("2.0");
     updater().start();
     pass(random * hour);
-    ASSERT_EQ(updater().state(), State::checking);
+    ASSERT_EQ(updater().state(), State::Checking);
     isBusy = true;
-    ASSERT_TRUE(settleAt(State::found));
+    ASSERT_TRUE(settleAt(State::Found));
     pass(hour);
     EXPECT_EQ(interface.take(), QStringList());
     isBusy = false;
@@ -210,7 +210,7 @@ TEST_F(UpdaterScheduleTest, WhatWaitsIsShownToWhoAsks) {
     updater().start();
     pass(random * hour);
     isBusy = true;
-    ASSERT_TRUE(settleAt(State::found));
+    ASSERT_TRUE(settleAt(State::Found));
     updater().checkForUpdates();
     EXPECT_EQ(interface.take(),
               (QStringList{u"will show 2.0 itself, asked for"_s, u"found 2.0 over 1.0 shown"_s}));
@@ -224,9 +224,9 @@ TEST_F(UpdaterScheduleTest, WhoAsksInTheMiddleOfACheckSeesIt) {
     serveVersion("1.0");
     updater().start();
     pass(random * hour);
-    ASSERT_EQ(updater().state(), State::checking);
+    ASSERT_EQ(updater().state(), State::Checking);
     updater().checkForUpdates();
-    ASSERT_TRUE(settleAt(State::nothing));
+    ASSERT_TRUE(settleAt(State::Nothing));
     EXPECT_EQ(interface.take(),
               (QStringList{u"cycle over, scheduled"_s, u"checking"_s, u"none over 1.0 shown"_s}));
 }
@@ -238,27 +238,27 @@ TEST_F(UpdaterScheduleTest, WhatFailsUnseenIsNotShown) {
     finishCheck();
     EXPECT_EQ(interface.take(), QStringList{u"cycle over, scheduled with error"_s});
     pass(2 * hour);
-    EXPECT_EQ(updater().state(), State::idle);
+    EXPECT_EQ(updater().state(), State::Idle);
 }
 
 TEST_F(UpdaterScheduleTest, WhatWasSkippedIsShownToWhoAsksAlone) {
     serveVersion("2.0");
     updater().start();
     pass(random * hour);
-    ASSERT_TRUE(settleAt(State::found));
+    ASSERT_TRUE(settleAt(State::Found));
     updater().skip();
     EXPECT_EQ(preferences.string(u"SUSkippedVersion"_s), u"2.0"_s);
-    EXPECT_EQ(updater().state(), State::idle);
+    EXPECT_EQ(updater().state(), State::Idle);
     interface.take();
     pass(day + random * hour + 60);
     finishCheck();
     EXPECT_EQ(interface.take(), QStringList{u"cycle over, scheduled"_s});
     updater().checkForUpdates();
-    ASSERT_TRUE(settleAt(State::found));
+    ASSERT_TRUE(settleAt(State::Found));
     updater().later();
     serveVersion("2.1");
     pass(day + hour);
-    ASSERT_TRUE(settleAt(State::found));
+    ASSERT_TRUE(settleAt(State::Found));
     EXPECT_EQ(interface.lastOffer->item.version, u"2.1"_s);
 }
 
@@ -266,9 +266,9 @@ TEST_F(UpdaterScheduleTest, WhatIsInstalledIsNotShownByItselfAgain) {
     serveVersion("2.0");
     updater().start();
     pass(random * hour);
-    ASSERT_TRUE(settleAt(State::found));
+    ASSERT_TRUE(settleAt(State::Found));
     updater().install();
-    ASSERT_TRUE(settleAt(State::installed));
+    ASSERT_TRUE(settleAt(State::Installed));
     updater().later();
     interface.take();
     pass(day + hour);

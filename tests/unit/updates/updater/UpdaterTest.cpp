@@ -17,7 +17,7 @@ protected:
         interface.take();
         updater().checkForUpdates();
         EXPECT_TRUE(settle(
-            [this] { return updater().state() != State::checking && updater().state() != State::idle; }));
+            [this] { return updater().state() != State::Checking && updater().state() != State::Idle; }));
         return interface.take();
     }
 };
@@ -28,12 +28,12 @@ TEST_F(UpdaterTest, ANewerVersionIsOffered) {
     serveVersion("2.0");
     EXPECT_EQ(check(), (QStringList{u"checking"_s, u"will show 2.0 itself, asked for"_s,
                                     u"found 2.0 over 1.0 shown"_s}));
-    EXPECT_EQ(updater().state(), State::found);
+    EXPECT_EQ(updater().state(), State::Found);
     EXPECT_EQ(interface.lastOffer->installKind, InstallKind::image);
     EXPECT_EQ(interface.lastOffer->page(), QUrl(u"https://example.org/"_s));
     updater().later();
     EXPECT_EQ(interface.take(), (QStringList{u"dismiss"_s, u"session over"_s, u"cycle over, asked for"_s}));
-    EXPECT_EQ(updater().state(), State::idle);
+    EXPECT_EQ(updater().state(), State::Idle);
 }
 
 TEST_F(UpdaterTest, AnEqualOrOlderVersionIsNotOffered) {
@@ -57,16 +57,16 @@ TEST_F(UpdaterTest, AFeedThatCannotBeHadIsSaid) {
     server.serve("/loop", LoopbackServer::redirect("/loop"));
     server.serve("/elsewhere", LoopbackServer::redirect("http://example.invalid/feed"));
     const std::vector<std::pair<QUrl, UpdateError>> feeds = {
-        {server.address("/empty"), UpdateError::feedContent},
-        {server.address("/broken"), UpdateError::feedContent},
-        {server.address("/bomb"), UpdateError::feedContent},
-        {server.address("/large"), UpdateError::feedConnection},
-        {server.address("/500"), UpdateError::feedConnection},
-        {server.address("/404"), UpdateError::feedConnection},
-        {server.address("/cut"), UpdateError::feedConnection},
-        {server.address("/loop"), UpdateError::feedConnection},
-        {server.address("/elsewhere"), UpdateError::feedConnection},
-        {QUrl(u"http://example.invalid/feed"_s), UpdateError::feedConnection}};
+        {server.address("/empty"), UpdateError::FeedContent},
+        {server.address("/broken"), UpdateError::FeedContent},
+        {server.address("/bomb"), UpdateError::FeedContent},
+        {server.address("/large"), UpdateError::FeedConnection},
+        {server.address("/500"), UpdateError::FeedConnection},
+        {server.address("/404"), UpdateError::FeedConnection},
+        {server.address("/cut"), UpdateError::FeedConnection},
+        {server.address("/loop"), UpdateError::FeedConnection},
+        {server.address("/elsewhere"), UpdateError::FeedConnection},
+        {QUrl(u"http://example.invalid/feed"_s), UpdateError::FeedConnection}};
     for (const auto& [address, error] : feeds) {
         keys.feedAddress = address;
         restartUpdater();
@@ -82,17 +82,17 @@ TEST_F(UpdaterTest, AFeedThatDoesNotAnswerIsNotWaitedFor) {
     server.serve("/feed", LoopbackServer::Answer{{}, false});
     updater().checkForUpdates();
     ASSERT_TRUE(settle([this] { return feedsAskedFor() == 1; }));
-    EXPECT_EQ(updater().state(), State::checking);
+    EXPECT_EQ(updater().state(), State::Checking);
     pass(TimeOuts().silence);
-    EXPECT_EQ(updater().state(), State::refused);
-    EXPECT_EQ(interface.lastError, UpdateError::feedConnection);
+    EXPECT_EQ(updater().state(), State::Refused);
+    EXPECT_EQ(interface.lastError, UpdateError::FeedConnection);
 }
 
 TEST_F(UpdaterTest, WithoutAFeedThatIsSaidAtOnce) {
     keys.feedAddress.reset();
     updater().checkForUpdates();
     EXPECT_EQ(interface.take(), (QStringList{u"checking"_s, u"error"_s}));
-    EXPECT_EQ(interface.lastError, UpdateError::noFeed);
+    EXPECT_EQ(interface.lastError, UpdateError::NoFeed);
 }
 
 TEST_F(UpdaterTest, ACheckCanBeCancelled) {
@@ -102,7 +102,7 @@ TEST_F(UpdaterTest, ACheckCanBeCancelled) {
     updater().cancel();
     EXPECT_EQ(interface.take(), (QStringList{u"checking"_s, u"front"_s, u"dismiss"_s, u"session over"_s,
                                              u"cycle over, asked for"_s}));
-    EXPECT_EQ(updater().state(), State::idle);
+    EXPECT_EQ(updater().state(), State::Idle);
     // What was on its way is of no interest to the next one.
     serveVersion("2.0");
     EXPECT_EQ(check().size(), 3);
@@ -120,8 +120,8 @@ TEST_F(UpdaterTest, AnUpdateIsDownloadedCheckedAndInstalled) {
     serveVersion("2.0");
     findUpdate();
     updater().install();
-    EXPECT_EQ(updater().state(), State::downloading);
-    ASSERT_TRUE(settleAt(State::installed));
+    EXPECT_EQ(updater().state(), State::Downloading);
+    ASSERT_TRUE(settleAt(State::Installed));
     EXPECT_EQ(interface.take(), (QStringList{u"progress"_s, u"installing"_s, u"ready 2.0"_s}));
     EXPECT_EQ(interface.lastReceived, program.size());
     EXPECT_EQ(interface.lastLength, program.size());
@@ -137,18 +137,18 @@ TEST_F(UpdaterTest, TheProgramStaysWhereTheNewOneCannotBeStarted) {
     serveVersion("2.0");
     findUpdate();
     updater().install();
-    ASSERT_TRUE(settleAt(State::installed));
+    ASSERT_TRUE(settleAt(State::Installed));
     installer.canStart = false;
     updater().restart();
     EXPECT_EQ(quits, 0);
-    EXPECT_EQ(updater().state(), State::idle);
+    EXPECT_EQ(updater().state(), State::Idle);
 }
 
 TEST_F(UpdaterTest, WhatIsInstalledIsNotDownloadedAgain) {
     serveVersion("2.0");
     findUpdate();
     updater().install();
-    ASSERT_TRUE(settleAt(State::installed));
+    ASSERT_TRUE(settleAt(State::Installed));
     updater().later();
     EXPECT_EQ(quits, 0);
     EXPECT_EQ(check(), (QStringList{u"checking"_s, u"ready 2.0"_s}));
@@ -161,7 +161,7 @@ TEST_F(UpdaterTest, WhatIsInstalledIsNotDownloadedAgain) {
 TEST_F(UpdaterTest, WithoutAKeyNothingIsDownloaded) {
     serveVersion("2.0");
     keys.publicKey.reset();
-    EXPECT_EQ(errorOfInstalling(), UpdateError::noPublicKey);
+    EXPECT_EQ(errorOfInstalling(), UpdateError::NoPublicKey);
     EXPECT_EQ(server.requests().size(), 1U);
 }
 
@@ -169,7 +169,7 @@ TEST_F(UpdaterTest, WithoutASignatureNothingIsDownloaded) {
     const QByteArray plain = "url='" + server.address("/program").toEncoded() + "' length='5'";
     for (const QByteArray& enclosure : {plain, plain + " sparkle:edSignature='c2hvcnQ='"}) {
         serveFeed(itemOf("2.0", enclosure));
-        EXPECT_EQ(errorOfInstalling(), UpdateError::noSignature);
+        EXPECT_EQ(errorOfInstalling(), UpdateError::NoSignature);
     }
     EXPECT_EQ(server.requests().size(), 2U);
 }
@@ -181,20 +181,20 @@ TEST_F(UpdaterTest, WithoutSomethingToDownloadThatIsSaid) {
           QByteArray(good).replace("url=", "href="),
           QByteArray(good).replace("http://127.0.0.1", "http://example.invalid")}) {
         serveFeed(itemOf("2.0", enclosure));
-        EXPECT_EQ(errorOfInstalling(), UpdateError::noDownload) << enclosure.toStdString();
+        EXPECT_EQ(errorOfInstalling(), UpdateError::NoDownload) << enclosure.toStdString();
     }
 }
 
 TEST_F(UpdaterTest, MoreThanAnyProgramNeedsIsNotDownloaded) {
     serveFeed(itemOf("2.0", enclosureOf(program).replace(QByteArray::number(program.size()), "1073741825")));
-    EXPECT_EQ(errorOfInstalling(), UpdateError::wrongLength);
+    EXPECT_EQ(errorOfInstalling(), UpdateError::WrongLength);
     EXPECT_EQ(server.requests().size(), 1U);
 }
 
 TEST_F(UpdaterTest, AWrongSignatureIsRefusedAndTheDownloadDeleted) {
     serveVersion("2.0");
     keys.publicKey = SigningKey(2).publicKey();
-    EXPECT_EQ(errorOfInstalling(), UpdateError::wrongSignature);
+    EXPECT_EQ(errorOfInstalling(), UpdateError::WrongSignature);
     EXPECT_EQ(filesLeft(), QStringList());
     EXPECT_EQ(installer.staged, QByteArray());
 }
@@ -202,7 +202,7 @@ TEST_F(UpdaterTest, AWrongSignatureIsRefusedAndTheDownloadDeleted) {
 TEST_F(UpdaterTest, AWrongLengthIsRefusedAndTheDownloadDeleted) {
     serveVersion("2.0");
     server.serve("/program", LoopbackServer::ok(program + '!'));
-    EXPECT_EQ(errorOfInstalling(), UpdateError::wrongLength);
+    EXPECT_EQ(errorOfInstalling(), UpdateError::WrongLength);
     EXPECT_EQ(filesLeft(), QStringList());
 }
 
@@ -210,7 +210,7 @@ TEST_F(UpdaterTest, AProgramThatIsNotNewerIsRefusedWhateverTheFeedSays) {
     serveVersion("2.0");
     for (const QString& said : {u"1.0"_s, u"0.9"_s, u"1.0.0"_s, u"1.0b"_s}) {
         installer.versionSaid = said;
-        EXPECT_EQ(errorOfInstalling(), UpdateError::notNewer) << said.toStdString();
+        EXPECT_EQ(errorOfInstalling(), UpdateError::NotNewer) << said.toStdString();
         EXPECT_EQ(filesLeft(), QStringList());
         EXPECT_EQ(installer.staged, QByteArray());
     }
@@ -219,17 +219,17 @@ TEST_F(UpdaterTest, AProgramThatIsNotNewerIsRefusedWhateverTheFeedSays) {
 TEST_F(UpdaterTest, AProgramThatCannotBeReplacedStays) {
     serveVersion("2.0");
     installer.replaces = false;
-    EXPECT_EQ(errorOfInstalling(), UpdateError::installation);
+    EXPECT_EQ(errorOfInstalling(), UpdateError::Installation);
     EXPECT_EQ(filesLeft(), QStringList());
     installer.versionSaid.reset();
-    EXPECT_EQ(errorOfInstalling(), UpdateError::installation);
+    EXPECT_EQ(errorOfInstalling(), UpdateError::Installation);
     EXPECT_EQ(filesLeft(), QStringList());
 }
 
 TEST_F(UpdaterTest, ADownloadThatCannotBeKeptIsSaid) {
     serveVersion("2.0");
     tree.write("updates", "a file in its place");
-    EXPECT_EQ(errorOfInstalling(), UpdateError::file);
+    EXPECT_EQ(errorOfInstalling(), UpdateError::File);
 }
 
 TEST_F(UpdaterTest, WhereAPackageManagerLooksAfterTheProgramNothingIsDownloaded) {
@@ -239,7 +239,7 @@ TEST_F(UpdaterTest, WhereAPackageManagerLooksAfterTheProgramNothingIsDownloaded)
         findUpdate();
         EXPECT_EQ(interface.lastOffer->installKind, kind);
         updater().later();
-        EXPECT_EQ(errorOfInstalling(), UpdateError::installation);
+        EXPECT_EQ(errorOfInstalling(), UpdateError::Installation);
     }
     EXPECT_EQ(feedsAskedFor(), server.requests().size());
 }
@@ -256,7 +256,7 @@ TEST_F(UpdaterTest, ADownloadIsPausedAndGoneOnWith) {
     updater().pause();
     updater().pause();
     EXPECT_EQ(interface.take(), (QStringList{u"progress"_s, u"paused"_s}));
-    EXPECT_EQ(updater().state(), State::downloading);
+    EXPECT_EQ(updater().state(), State::Downloading);
     server.serve("/program", [this](const LoopbackServer::Request& request) {
         EXPECT_EQ(request.headers.value("range"), "bytes=" + QByteArray::number(program.size() - 1000) + '-');
         return LoopbackServer::answer(
@@ -266,7 +266,7 @@ TEST_F(UpdaterTest, ADownloadIsPausedAndGoneOnWith) {
                                    QByteArray::number(program.size())}});
     });
     updater().resume();
-    ASSERT_TRUE(settleAt(State::installed));
+    ASSERT_TRUE(settleAt(State::Installed));
     EXPECT_EQ(interface.take(), (QStringList{u"progress"_s, u"installing"_s, u"ready 2.0"_s}));
     EXPECT_EQ(installer.program, program);
 }
@@ -286,7 +286,7 @@ TEST_F(UpdaterTest, ACancelledDownloadIsGoneOnWithNextTime) {
               (QStringList{u"progress"_s, u"dismiss"_s, u"session over"_s, u"cycle over, asked for"_s}));
     EXPECT_FALSE(filesLeft().isEmpty());
     restartUpdater();
-    EXPECT_EQ(errorOfInstalling(), UpdateError::download);
+    EXPECT_EQ(errorOfInstalling(), UpdateError::Download);
     EXPECT_EQ(server.requests().back().headers.value("range"),
               "bytes=" + QByteArray::number(program.size() - 1000) + '-');
     EXPECT_FALSE(filesLeft().isEmpty());
@@ -297,7 +297,7 @@ TEST_F(UpdaterTest, MayBeCancelledByWhoShowsTheProgress) {
     findUpdate();
     interface.progressed = [this] { updater().cancel(); };
     updater().install();
-    EXPECT_EQ(updater().state(), State::idle);
+    EXPECT_EQ(updater().state(), State::Idle);
     interface.progressed = [this] {
         if (interface.lastReceived > 0) {
             updater().cancel();
@@ -305,7 +305,7 @@ TEST_F(UpdaterTest, MayBeCancelledByWhoShowsTheProgress) {
     };
     findUpdate();
     updater().install();
-    ASSERT_TRUE(settleAt(State::idle));
+    ASSERT_TRUE(settleAt(State::Idle));
 }
 
 TEST_F(UpdaterTest, AnswersToWhatWasNotAskedChangeNothing) {
@@ -326,7 +326,7 @@ TEST_F(UpdaterTest, AnswersToWhatWasNotAskedChangeNothing) {
     answerEverything();
     updater().cancel();
     EXPECT_EQ(interface.take(), QStringList());
-    EXPECT_EQ(updater().state(), State::found);
+    EXPECT_EQ(updater().state(), State::Found);
     EXPECT_FALSE(preferences.contains(u"SUSkippedVersion"_s));
     EXPECT_EQ(quits, 0);
 }
