@@ -1,6 +1,6 @@
 #include "views/TileRows.h"
 
-#include "localization/SpokenTexts.h"
+#include "localization/TranslatedTexts.h"
 
 #include <QSet>
 #include <cmath>

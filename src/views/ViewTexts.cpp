@@ -1,7 +1,7 @@
 #include "views/ViewTexts.h"
 
 #include "localization/L.h"
-#include "localization/SpokenTexts.h"
+#include "localization/TranslatedTexts.h"
 
 namespace amberquill {
 

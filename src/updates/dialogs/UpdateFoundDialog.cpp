@@ -1,6 +1,6 @@
 #include "updates/dialogs/UpdateFoundDialog.h"
 
-#include "localization/UpdateTexts.h"
+#include "localization/TranslatedTexts.h"
 #include "updates/dialogs/DialogParts.h"
 
 #include <QHBoxLayout>

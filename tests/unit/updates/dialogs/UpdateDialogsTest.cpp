@@ -1,7 +1,7 @@
 #include "updates/dialogs/UpdateDialogs.h"
 
 #include "localization/L.h"
-#include "localization/UpdateTexts.h"
+#include "localization/TranslatedTexts.h"
 #include "updates/dialogs/UpdateFoundDialog.h"
 #include "updates/dialogs/UpdateProgressDialog.h"
 

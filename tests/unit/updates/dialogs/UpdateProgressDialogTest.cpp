@@ -1,7 +1,7 @@
 #include "updates/dialogs/UpdateProgressDialog.h"
 
 #include "localization/L.h"
-#include "localization/UpdateTexts.h"
+#include "localization/TranslatedTexts.h"
 
 #include <QApplication>
 #include <QLabel>
