@@ -3,7 +3,7 @@
 #include "platform/BundleInformation.h"
 #include "platform/FileSystem.h"
 #include "platform/RegisteredApplications.h"
-#include "platform/RootReaders.h"
+#include "platform/common/RootReaders.h"
 
 #include <QSet>
 #include <optional>

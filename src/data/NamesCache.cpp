@@ -1,6 +1,6 @@
 #include "data/NamesCache.h"
 
-#include "platform/Utf8.h"
+#include "platform/common/Utf8.h"
 
 #include <QByteArrayView>
 #include <algorithm>

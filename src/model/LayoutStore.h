@@ -3,7 +3,7 @@
 #include "data/LaunchItem.h"
 #include "data/PlaceMemory.h"
 #include "platform/FileSystem.h"
-#include "platform/WriteBehind.h"
+#include "platform/common/WriteBehind.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,6 +1,7 @@
-// platform/: what the launcher asks of a desktop. Abstract classes only, each with a null object for "this
-// desktop has none"; the answers stand in platform/linux/. Callers never test for null and never ask where
-// they run.
+// platform/: the services that the launcher asks of a desktop, as abstract classes. Where a desktop may have
+// no such service, there is a null object: callers never test for null and never ask where they run.
+// platform/linux/ implements them. platform/common/ holds the few classes that any desktop's implementation
+// shares with the floors above.
 #pragma once
 
 #include "platform/Context.h"
@@ -9,6 +10,9 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <tuple>
+#include <type_traits>
 #include <utility>
 
 namespace amberquill {
@@ -50,8 +54,9 @@ enum class Lane {
     Launch, // reading what is to be opened
     Icons,  // decoding
     Save,   // writing what is kept
+    Apart,  // on a thread of its own for each piece: it may hang, and the program's end does not wait for it
 };
-inline constexpr std::size_t laneCount = 5;
+inline constexpr std::size_t sharedLaneCount = 5; // all but the last
 
 // The main thread's clock and queue: the only way in the program to learn the time or to do something later.
 // All operations but `post` are called on the main thread.
@@ -98,27 +103,40 @@ public:
         start(lane, std::move(work), std::move(thenOnMain));
     }
 
-    // The same for work that answers with a value: `then(value)` runs on the main thread.
-    template<typename Task, typename Then>
-    void compute(Task task, Then then, Lane lane = Lane::General) {
-        using Value = decltype(task());
-        auto value = std::make_shared<Value>();
-        runInBackground([task = std::move(task), value]() mutable { *value = task(); },
-                        [then = std::move(then), value]() mutable { then(std::move(*value)); }, lane);
-    }
-
     // The same for work that answers with a value: `then(value)` runs on the main thread, unless the context
     // is gone by then.
     template<typename Task, typename Then>
     void compute(const Context& context, Task task, Then then, Lane lane = Lane::General) {
-        using Value = decltype(task());
-        auto value = std::make_shared<Value>();
-        runInBackground([task = std::move(task), value]() mutable { *value = task(); },
-                        context.bind([then = std::move(then), value]() mutable { then(std::move(*value)); }),
+        auto value = std::make_shared<std::optional<decltype(task())>>();
+        runInBackground([task = std::move(task), value]() mutable { value->emplace(task()); },
+                        context.bind([then = std::move(then), value]() mutable { then(std::move(**value)); }),
                         lane);
     }
 
+    // The same with nothing that it ends with: what `then` uses outlives the queue.
+    template<typename Task, typename Then>
+    void compute(Task task, Then then, Lane lane = Lane::General) {
+        auto value = std::make_shared<std::optional<decltype(task())>>();
+        runInBackground([task = std::move(task), value]() mutable { value->emplace(task()); },
+                        [then = std::move(then), value]() mutable { then(std::move(**value)); }, lane);
+    }
+
+    // `work` as a function that may be called on any thread, also when this queue is gone: it posts the work,
+    // which runs with the values that the function was given, unless the context is gone by then.
+    template<typename Bound>
+    [[nodiscard]] auto answer(const Context& context, Bound work) const {
+        auto bound = std::make_shared<decltype(context.bind(std::move(work)))>(context.bind(std::move(work)));
+        return [post = poster(), bound](auto&&... values) {
+            auto kept = std::make_shared<std::tuple<std::decay_t<decltype(values)>...>>(
+                std::forward<decltype(values)>(values)...);
+            post([bound, kept] { std::apply(*bound, std::move(*kept)); });
+        };
+    }
+
 private:
+    // What `post` does, as a function that may outlive the queue and then does nothing. Called on any thread.
+    [[nodiscard]] virtual std::function<void(Work)> poster() const = 0;
+
     // `cancelled` is looked at when the time has come.
     virtual void wait(double seconds, Work work, std::shared_ptr<const bool> cancelled) = 0;
     virtual void start(Lane lane, Work work, Work thenOnMain) = 0;

@@ -3,8 +3,9 @@
 #include "localization/FrameworkLanguage.h"
 #include "localization/L.h"
 #include "motion/Timeline.h"
-#include "platform/EventLoopQueue.h"
-#include "platform/RootReaders.h"
+#include "platform/common/AsyncValue.h"
+#include "platform/common/RootReaders.h"
+#include "platform/common/Thread.h"
 #include "platform/linux/activation/Activation.h"
 #include "platform/linux/activation/StartToken.h"
 #include "platform/linux/applications/bundles/PropertyListBundles.h"
@@ -27,6 +28,7 @@
 #include "platform/linux/graphics/HardwareGpu.h"
 #include "platform/linux/input/InputDevices.h"
 #include "platform/linux/installation/AppImageInstaller.h"
+#include "platform/linux/queue/EventLoopQueue.h"
 #include "platform/linux/session/AutostartLoginItem.h"
 #include "platform/linux/session/Fonts.h"
 #include "platform/linux/session/Heap.h"
@@ -38,13 +40,13 @@
 #include "platform/linux/windows/WindowSystems.h"
 #include "platform/linux/windows/wayland/SeatlessCompositor.h"
 #include "shell/AppDelegate.h"
-#include "shell/EarlyReading.h"
 #include "shell/LazyApplicationOpener.h"
 #include "shell/TrayStatusItem.h"
 #include "window/Backdrops.h"
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QDeadlineTimer>
 #include <QFileInfo>
 #include <QLocale>
 #include <QQuickWindow>
@@ -53,7 +55,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <future>
 #include <optional>
 #include <string_view>
 #include <unistd.h>
@@ -93,12 +94,12 @@ struct Caches {
 // What is read while Qt starts. A first scan is among it where nothing is remembered that could be shown
 // before.
 struct Reading {
-    EarlyReading<desktop::JsonPreferences::Content> preferences;
-    EarlyReading<StoredLayout> layout;
-    EarlyReading<Caches> caches;
-    EarlyReading<ScanResult> firstScan;
+    AsyncValue<desktop::JsonPreferences::Content> preferences;
+    AsyncValue<StoredLayout> layout;
+    AsyncValue<Caches> caches;
+    AsyncValue<ScanResult> firstScan;
 
-    StartupData takeBy(std::chrono::steady_clock::time_point deadline) {
+    StartupData takeBy(QDeadlineTimer deadline) {
         StartupData data;
         auto read = layout.takeBy(deadline);
         data.layoutIsLate = !read;
@@ -181,8 +182,9 @@ int main(int argc, char* argv[]) {
     const QString program = desktop::runningProgram();
     desktop::IconWorkers iconWorkers({.program = desktop::installedWorker(program, environment)});
 
-    auto fonts = std::async(std::launch::async, desktop::readFontConfiguration);
-    const auto readingStarted = std::chrono::steady_clock::now();
+    // Without it Qt reads them itself.
+    static_cast<void>(startThread(desktop::readFontConfiguration));
+    const QDeadlineTimer readingEnds(longestReading);
     const QString preferencesPath = locations.configuration + QStringLiteral("/Amberquill/preferences.json");
     Reading reading;
     reading.preferences.start([&] { return desktop::JsonPreferences::read(files, preferencesPath); });
@@ -209,7 +211,7 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const QApplication application(argc, argv);
 
-    auto storedPreferences = reading.preferences.takeBy(readingStarted + longestReading);
+    auto storedPreferences = reading.preferences.takeBy(readingEnds);
     const bool preferencesAreLate = !storedPreferences;
     desktop::JsonPreferences preferences(files, preferencesPath, std::move(storedPreferences));
     const desktop::QtSystemLanguages languages;
@@ -258,7 +260,7 @@ int main(int argc, char* argv[]) {
     desktop::LinuxMotionPreference motion(environment, queue, sessionBus);
     windows->setActivationToken(desktop::takeStartToken(start.environment, QGuiApplication::platformName()));
 
-    StartupData startupData = reading.takeBy(readingStarted + longestReading);
+    StartupData startupData = reading.takeBy(readingEnds);
     startupData.preferencesAreLate = preferencesAreLate;
     const bool layoutIsLate = startupData.layoutIsLate; // the rest is moved from
     const auto scan = [&scanServices, &first = reading.firstScan] {
@@ -323,13 +325,14 @@ int main(int argc, char* argv[]) {
                               queue.runWithin(longestFlush, std::move(flushes));
                           },
                           desktop::trimHeap});
-    readers.setAnswered([&queue, &delegate] { queue.post([&delegate] { delegate.rootAnswered(); }); });
+    readers.setAnswered(queue.answer(running, [&delegate] { delegate.rootAnswered(); }));
     if (layoutIsLate) {
-        reading.layout.whenThere(
-            queue, [&delegate](StoredLayout stored) { delegate.model().takeLateLayout(std::move(stored)); });
+        reading.layout.whenThere(queue, running, [&delegate](StoredLayout stored) {
+            delegate.model().takeLateLayout(std::move(stored));
+        });
     }
     if (preferencesAreLate) {
-        reading.preferences.whenThere(queue, [&](desktop::JsonPreferences::Content content) {
+        reading.preferences.whenThere(queue, running, [&](desktop::JsonPreferences::Content content) {
             preferences.takeLate(std::move(content));
             delegate.takeLatePreferences();
         });

@@ -29,27 +29,24 @@ int backdropShrink(double devicePixelRatio) {
 
 Backdrop::Backdrop(Read read, const BackgroundLook& look, Sheet sheet, std::vector<QRect> hidden)
     : look_(look) {
-    auto whole = std::make_shared<std::promise<QImage>>();
-    whole_ = whole->get_future().share();
-    made_ = std::async(std::launch::async, [read = std::move(read), look, whole, sheet,
-                                            hidden = std::move(hidden)] {
-                ScreenPicture screen = read();
-                const bool isMissing = sheet == Sheet::Opaque && screen.whole.isNull();
-                if (!isMissing) {
-                    whole->set_value(std::exchange(screen.whole, {}));
-                }
-                if (!screen.shrunk.isNull()) {
-                    fillFromAround(screen.shrunk, hidden);
-                    screen.shrunk.convertTo(QImage::Format_RGBX64);
-                    blurColours(screen.shrunk,
-                                blurSigma * look.devicePixelRatio / backdropShrink(look.devicePixelRatio));
-                }
-                Made made{screen.shrunk, paintBackground(look, screen.shrunk)};
-                if (isMissing) {
-                    whole->set_value(made.picture);
-                }
-                return made;
-            }).share();
+    made_.start([read = std::move(read), look, whole = whole_, sheet, hidden = std::move(hidden)] {
+        ScreenPicture screen = read();
+        const bool isMissing = sheet == Sheet::Opaque && screen.whole.isNull();
+        if (!isMissing) {
+            whole.give(std::exchange(screen.whole, {}));
+        }
+        if (!screen.shrunk.isNull()) {
+            fillFromAround(screen.shrunk, hidden);
+            screen.shrunk.convertTo(QImage::Format_RGBX64);
+            blurColours(screen.shrunk,
+                        blurSigma * look.devicePixelRatio / backdropShrink(look.devicePixelRatio));
+        }
+        Made made{screen.shrunk, paintBackground(look, screen.shrunk)};
+        if (isMissing) {
+            whole.give(made.picture);
+        }
+        return made;
+    });
 }
 
 QImage Backdrop::picture(const BackgroundLook& look) const {

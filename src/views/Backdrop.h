@@ -2,11 +2,11 @@
 
 #include "data/BackgroundTheme.h"
 #include "platform/ScreenCapture.h"
+#include "platform/common/AsyncValue.h"
 
 #include <QImage>
 #include <QSize>
 #include <functional>
-#include <future>
 #include <vector>
 
 namespace amberquill {
@@ -41,6 +41,10 @@ public:
     // parts of what is read, in its shrunk pixels, that are not to be seen in the background.
     Backdrop(Read read, const BackgroundLook& look, Sheet sheet = Sheet::Glass,
              std::vector<QRect> hidden = {});
+    Backdrop(const Backdrop&) = delete;
+    Backdrop& operator=(const Backdrop&) = delete;
+    // Waits until the screen has been read.
+    ~Backdrop() { made_.waitUntil(QDeadlineTimer(QDeadlineTimer::Forever)); }
 
     // Waits until the screen has been read: from then on the launcher may cover it. The screen as it is, for
     // a window that nothing shows through: it is black where nothing is drawn, so where the screen cannot be
@@ -60,8 +64,8 @@ private:
     };
 
     BackgroundLook look_;
-    std::shared_future<QImage> whole_;
-    std::shared_future<Made> made_;
+    AsyncValue<QImage> whole_;
+    AsyncValue<Made> made_;
 };
 
 } // namespace amberquill

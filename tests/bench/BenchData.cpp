@@ -7,8 +7,8 @@
 #include "model/LauncherModel.h"
 #include "model/LayoutStore.h"
 #include "model/Pages.h"
-#include "platform/EventLoopQueue.h"
 #include "platform/Preferences.h"
+#include "platform/linux/queue/EventLoopQueue.h"
 #include "support/MemoryFileSystem.h"
 #include "views/BackgroundWash.h"
 

@@ -3,7 +3,7 @@
 #include "data/FolderMetrics.h"
 #include "data/LayoutCoding.h"
 #include "model/LauncherModel.h"
-#include "platform/EventLoopQueue.h"
+#include "platform/linux/queue/EventLoopQueue.h"
 #include "support/MemoryFileSystem.h"
 #include "support/MemoryPreferences.h"
 

@@ -1,9 +1,9 @@
 // How long the icons of a first page take: from the applications' paths to the pictures on the main thread,
 // by as many threads as the launcher uses.
-#include "platform/EventLoopQueue.h"
 #include "platform/linux/applications/icons/IconWorkers.h"
 #include "platform/linux/applications/icons/InstalledWorker.h"
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
+#include "platform/linux/queue/EventLoopQueue.h"
 #include "support/TemporaryTree.h"
 
 #include <QCoreApplication>

@@ -67,6 +67,14 @@ private:
         std::shared_ptr<const bool> cancelled; // of delayed work
     };
 
+    [[nodiscard]] std::function<void(Work)> poster() const override {
+        return [weak = std::weak_ptr(self_)](Work work) {
+            if (const auto self = weak.lock()) {
+                (*self)->post(std::move(work));
+            }
+        };
+    }
+
     void wait(double seconds, Work work, std::shared_ptr<const bool> cancelled) override {
         add(
             now_ + std::max(seconds, 0.0),
@@ -89,6 +97,7 @@ private:
         waiting_.push_back({due, nextSerial_++, std::move(work), std::move(cancelled)});
     }
 
+    std::shared_ptr<ManualQueue*> self_ = std::make_shared<ManualQueue*>(this);
     double now_ = 1000.0;
     std::chrono::sys_seconds date_ = {};
     std::size_t nextSerial_ = 0;

@@ -2,7 +2,7 @@
 
 #include "platform/BundleInformation.h"
 #include "platform/RegisteredApplications.h"
-#include "platform/RootReaders.h"
+#include "platform/common/RootReaders.h"
 #include "support/MemoryFileSystem.h"
 
 #include <QHash>

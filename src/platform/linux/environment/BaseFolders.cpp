@@ -1,6 +1,6 @@
 #include "platform/linux/environment/BaseFolders.h"
 
-#include "platform/Utf8.h"
+#include "platform/common/Utf8.h"
 #include <pwd.h>
 #include <unistd.h>
 #include <vector>

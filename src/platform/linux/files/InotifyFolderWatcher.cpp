@@ -1,6 +1,6 @@
 #include "platform/linux/files/InotifyFolderWatcher.h"
 
-#include "platform/RootReaders.h"
+#include "platform/common/RootReaders.h"
 #include "platform/linux/files/WatchWalk.h"
 
 #include <QFile>

@@ -2,7 +2,7 @@
 
 #include "platform/FileSystem.h"
 #include "platform/Preferences.h"
-#include "platform/WriteBehind.h"
+#include "platform/common/WriteBehind.h"
 
 #include <QHash>
 #include <QJsonObject>

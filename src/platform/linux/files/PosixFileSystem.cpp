@@ -1,6 +1,6 @@
 #include "platform/linux/files/PosixFileSystem.h"
 
-#include "platform/Utf8.h"
+#include "platform/common/Utf8.h"
 #include "platform/linux/files/AtomicWriter.h"
 #include "platform/linux/files/FolderReader.h"
 #include "platform/linux/files/RegularFile.h"

@@ -1,6 +1,6 @@
 #include "updates/updater/Download.h"
 
-#include "platform/EventLoopQueue.h"
+#include "platform/linux/queue/EventLoopQueue.h"
 #include "support/LoopbackServer.h"
 #include "support/SigningKey.h"
 #include "support/TemporaryTree.h"

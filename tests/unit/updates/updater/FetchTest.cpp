@@ -1,6 +1,6 @@
 #include "updates/updater/Fetch.h"
 
-#include "platform/EventLoopQueue.h"
+#include "platform/linux/queue/EventLoopQueue.h"
 #include "support/LoopbackServer.h"
 #include "support/WaitUntil.h"
 

@@ -1,6 +1,6 @@
 #include "platform/linux/applications/bundles/BundlePropertyList.h"
 
-#include "platform/Utf8.h"
+#include "platform/common/Utf8.h"
 #include "platform/linux/applications/bundles/PropertyListGuard.h"
 #include "platform/linux/environment/BaseFolders.h"
 #include "platform/linux/files/RegularFile.h"

@@ -1,6 +1,6 @@
 #include "platform/linux/applications/entries/DesktopEntryApplications.h"
 
-#include "platform/Utf8.h"
+#include "platform/common/Utf8.h"
 #include "platform/linux/applications/entries/EntryIndex.h"
 #include "platform/linux/applications/entries/EntryTokens.h"
 #include "platform/linux/applications/entries/ProgramLookup.h"

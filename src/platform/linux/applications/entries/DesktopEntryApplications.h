@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/RegisteredApplications.h"
-#include "platform/RootReaders.h"
+#include "platform/common/RootReaders.h"
 #include "platform/linux/applications/entries/DesktopEntry.h"
 #include "platform/linux/environment/DataFolders.h"
 

@@ -1,6 +1,6 @@
 #include "platform/linux/applications/entries/EntryTokens.h"
 
-#include "platform/Utf8.h"
+#include "platform/common/Utf8.h"
 #include "platform/linux/applications/entries/DesktopEntry.h"
 
 #include <cstring>

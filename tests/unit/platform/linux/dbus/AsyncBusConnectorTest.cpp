@@ -1,6 +1,6 @@
 #include "platform/linux/dbus/AsyncBusConnector.h"
 
-#include "platform/EventLoopQueue.h"
+#include "platform/linux/queue/EventLoopQueue.h"
 #include "support/PrivateBus.h"
 #include "support/WaitUntil.h"
 

@@ -1,7 +1,7 @@
 #include "platform/linux/session/SingleInstance.h"
 
-#include "platform/EventLoopQueue.h"
 #include "platform/linux/dbus/BusSocketFolder.h"
+#include "platform/linux/queue/EventLoopQueue.h"
 #include "support/PrivateBus.h"
 #include "support/WaitUntil.h"
 

@@ -1,7 +1,7 @@
 #include "platform/linux/settings/LinuxMotionPreference.h"
 
 #include "MockPortal.h"
-#include "platform/EventLoopQueue.h"
+#include "platform/linux/queue/EventLoopQueue.h"
 #include "support/DconfFiles.h"
 #include "support/FixedEnvironment.h"
 #include "support/PrivateBus.h"

@@ -4,7 +4,7 @@
 #include "MockApplication.h"
 #include "MockManager.h"
 #include "Report.h"
-#include "platform/EventLoopQueue.h"
+#include "platform/linux/queue/EventLoopQueue.h"
 #include "support/ManualQueue.h"
 #include "support/PrivateBus.h"
 #include "support/WaitUntil.h"

@@ -1,7 +1,7 @@
 // A launcher that the tests can lose: it opens the application at its second argument and then ends in the
 // way its first one says.
-#include "platform/EventLoopQueue.h"
 #include "platform/linux/applications/launching/LinuxApplicationOpener.h"
+#include "platform/linux/queue/EventLoopQueue.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "platform/WriteBehind.h"
+#include "platform/common/WriteBehind.h"
 
 #include "support/ManualQueue.h"
 #include "support/MemoryFileSystem.h"

@@ -1,4 +1,4 @@
-#include "platform/EventLoopQueue.h"
+#include "platform/linux/queue/EventLoopQueue.h"
 
 #include "support/WaitUntil.h"
 

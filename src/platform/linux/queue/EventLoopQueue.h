@@ -1,12 +1,13 @@
 #pragma once
 
-#include "platform/BackgroundLane.h"
 #include "platform/MainQueue.h"
+#include "platform/linux/queue/BackgroundLane.h"
 
 #include <QObject>
-#include <QTimer>
 #include <array>
 #include <chrono>
+#include <functional>
+#include <memory>
 #include <vector>
 
 namespace amberquill {
@@ -47,10 +48,13 @@ protected:
     void customEvent(QEvent* event) override;
 
 private:
+    struct Mailbox;
+
+    [[nodiscard]] std::function<void(Work)> poster() const override;
     void wait(double seconds, Work work, std::shared_ptr<const bool> cancelled) override;
     void start(Lane lane, Work work, Work thenOnMain) override;
     void run(Lane lane, Work task);
-    void passStuck();
+    void lookForStuck();
 
     struct Held {
         Lane lane;
@@ -60,9 +64,10 @@ private:
     double slowdown_;
     bool isHeld_ = false;
     std::vector<Held> held_;
-    std::array<BackgroundLane, laneCount> lanes_;
+    std::shared_ptr<Mailbox> mailbox_; // shared with other threads
+    std::array<BackgroundLane, sharedLaneCount> lanes_;
     BackgroundLane flushes_;
-    QTimer stuckCheck_; // runs while work waits
+    bool looksForStuck_ = false; // while work waits
 };
 
 } // namespace amberquill

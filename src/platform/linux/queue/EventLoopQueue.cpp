@@ -1,12 +1,16 @@
-#include "platform/EventLoopQueue.h"
+#include "platform/linux/queue/EventLoopQueue.h"
 
-#include "platform/HandedOver.h"
+#include "platform/common/Thread.h"
 
 #include <QCoreApplication>
 #include <QEvent>
 #include <QThread>
+#include <QTimer>
 #include <algorithm>
 #include <cmath>
+#include <deque>
+#include <mutex>
+#include <utility>
 
 namespace amberquill {
 
@@ -30,6 +34,7 @@ int usualWidth(Lane lane) {
         return launches;
     case Lane::Scan:
     case Lane::Save:
+    case Lane::Apart:
         break;
     }
     return 1;
@@ -40,34 +45,55 @@ std::array<BackgroundLane, sizeof...(Index)> makeLanes(std::index_sequence<Index
     return {BackgroundLane({usualWidth(static_cast<Lane>(Index)), mostThreads})...};
 }
 
-class WorkEvent final : public QEvent {
-public:
-    explicit WorkEvent(MainQueue::Work work)
-        : QEvent(kind())
-        , work_(std::move(work)) {}
-
-    static Type kind() {
-        static const int registered = QEvent::registerEventType();
-        return static_cast<Type>(registered);
-    }
-
-    void run() { work_.run(); }
-
-private:
-    HandedOver work_;
-};
+QEvent::Type workEvent() {
+    static const int registered = QEvent::registerEventType();
+    return static_cast<QEvent::Type>(registered);
+}
 
 } // namespace
 
+// Work on its way to the main thread. Each piece has an event of its own, so it takes its turn among Qt's.
+// The lock orders the hand-over for the thread sanitizer, which does not see Qt's own.
+struct EventLoopQueue::Mailbox {
+    std::mutex mutex;
+    std::deque<Work> works;
+    QObject* receiver = nullptr; // null: the queue is gone
+
+    // Any thread.
+    void post(Work work) {
+        const std::scoped_lock lock(mutex);
+        if (receiver != nullptr) {
+            works.push_back(std::move(work));
+            QCoreApplication::postEvent(receiver, new QEvent(workEvent()));
+        }
+    }
+
+    [[nodiscard]] Work next() {
+        const std::scoped_lock lock(mutex);
+        Work work = std::move(works.front());
+        works.pop_front();
+        return work;
+    }
+
+    void close() {
+        std::deque<Work> dropped; // declared first: it goes without the lock
+        const std::scoped_lock lock(mutex);
+        receiver = nullptr;
+        dropped.swap(works);
+    }
+};
+
 EventLoopQueue::EventLoopQueue(double slowdown)
     : slowdown_(slowdown)
-    , lanes_(makeLanes(std::make_index_sequence<laneCount>()))
+    , mailbox_(std::make_shared<Mailbox>())
+    , lanes_(makeLanes(std::make_index_sequence<sharedLaneCount>()))
     , flushes_({mostThreads, mostThreads}) {
-    stuckCheck_.setInterval(BackgroundLane::patience);
-    connect(&stuckCheck_, &QTimer::timeout, this, &EventLoopQueue::passStuck);
+    mailbox_->receiver = this;
 }
 
-EventLoopQueue::~EventLoopQueue() = default;
+EventLoopQueue::~EventLoopQueue() {
+    mailbox_->close();
+}
 
 double EventLoopQueue::now() const {
     const std::chrono::duration<double> passed = std::chrono::steady_clock::now().time_since_epoch();
@@ -79,12 +105,16 @@ std::chrono::sys_seconds EventLoopQueue::date() const {
 }
 
 void EventLoopQueue::post(Work work) {
-    QCoreApplication::postEvent(this, new WorkEvent(std::move(work)));
+    mailbox_->post(std::move(work));
+}
+
+std::function<void(MainQueue::Work)> EventLoopQueue::poster() const {
+    return [mailbox = mailbox_](Work work) { mailbox->post(std::move(work)); };
 }
 
 void EventLoopQueue::customEvent(QEvent* event) {
-    if (event->type() == WorkEvent::kind()) {
-        static_cast<WorkEvent*>(event)->run();
+    if (event->type() == workEvent()) {
+        mailbox_->next()();
     }
 }
 
@@ -107,7 +137,7 @@ void EventLoopQueue::runOneAtATime() {
 
 void EventLoopQueue::release() {
     isHeld_ = false;
-    for (std::size_t lane = 0; lane < laneCount; ++lane) {
+    for (std::size_t lane = 0; lane < sharedLaneCount; ++lane) {
         lanes_.at(lane).setWidth(usualWidth(static_cast<Lane>(lane)));
     }
     for (Held& held : std::exchange(held_, {})) {
@@ -119,14 +149,14 @@ bool EventLoopQueue::runWithin(std::chrono::milliseconds longest, std::vector<Wo
     for (Work& work : works) {
         flushes_.start(std::move(work));
     }
-    return flushes_.waitUntil(BackgroundLane::Clock::now() + longest);
+    return flushes_.waitUntil(QDeadlineTimer(longest));
 }
 
 bool EventLoopQueue::finish(std::chrono::milliseconds longest) {
-    const auto deadline = BackgroundLane::Clock::now() + longest;
+    const QDeadlineTimer deadline(longest);
     held_.clear();
     flushes_.dropWaiting();
-    for (std::size_t lane = 0; lane < laneCount; ++lane) {
+    for (std::size_t lane = 0; lane < sharedLaneCount; ++lane) {
         lanes_.at(lane).dropWaiting();
     }
     return flushes_.waitUntil(deadline) &&
@@ -135,11 +165,15 @@ bool EventLoopQueue::finish(std::chrono::milliseconds longest) {
 }
 
 void EventLoopQueue::start(Lane lane, Work work, Work thenOnMain) {
-    Work task = [this, work = std::move(work), then = std::move(thenOnMain)]() mutable {
+    Work task = [mailbox = mailbox_, work = std::move(work), then = std::move(thenOnMain)]() mutable {
         work();
-        post(std::move(then));
+        mailbox->post(std::move(then));
     };
-    if (isHeld_ && lane != Lane::Launch) {
+    if (lane == Lane::Apart) {
+        if (!startThread(task)) {
+            task();
+        }
+    } else if (isHeld_ && lane != Lane::Launch) {
         held_.push_back({lane, std::move(task)});
     } else {
         run(lane, std::move(task));
@@ -149,20 +183,23 @@ void EventLoopQueue::start(Lane lane, Work work, Work thenOnMain) {
 void EventLoopQueue::run(Lane lane, Work task) {
     BackgroundLane& own = lanes_.at(indexOf(lane));
     own.start(std::move(task));
-    if (own.isCrowded() && !stuckCheck_.isActive()) {
-        stuckCheck_.start();
+    if (own.isCrowded() && !looksForStuck_) {
+        looksForStuck_ = true;
+        lookForStuck();
     }
 }
 
-void EventLoopQueue::passStuck() {
-    bool isNeeded = false;
-    for (BackgroundLane& lane : lanes_) {
-        lane.passStuck();
-        isNeeded = isNeeded || lane.isCrowded();
-    }
-    if (!isNeeded) {
-        stuckCheck_.stop();
-    }
+void EventLoopQueue::lookForStuck() {
+    QTimer::singleShot(BackgroundLane::patience, this, [this] {
+        looksForStuck_ = false;
+        for (BackgroundLane& lane : lanes_) {
+            lane.passStuck();
+            looksForStuck_ = looksForStuck_ || lane.isCrowded();
+        }
+        if (looksForStuck_) {
+            lookForStuck();
+        }
+    });
 }
 
 } // namespace amberquill

@@ -1,4 +1,4 @@
-#include "platform/RootReaders.h"
+#include "platform/common/RootReaders.h"
 
 #include <atomic>
 #include <gtest/gtest.h>

@@ -1,19 +1,19 @@
-#include "platform/RootReaders.h"
+#include "platform/common/RootReaders.h"
 
+#include "platform/common/Thread.h"
+
+#include <QDeadlineTimer>
 #include <QHash>
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
-#include <thread>
 #include <utility>
 
 namespace amberquill {
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 // A reading that takes so long is given up whether it gets on or not.
 constexpr std::chrono::seconds longestReading{5};
@@ -27,9 +27,9 @@ struct RootReaders::Job {
     bool isGivenUp = false;
     std::shared_ptr<void> result;
 
-    // As last seen by who waits.
+    // As last seen by the waiting thread.
     unsigned seen = 0;
-    Clock::time_point seenAt = Clock::now();
+    QDeadlineTimer standstillEnds;
 };
 
 struct RootReaders::State {
@@ -87,23 +87,29 @@ std::vector<std::shared_ptr<void>> RootReaders::run(std::vector<Reading> reading
             job->isGivenUp = true;
         } else {
             state_->underWay.insert(reading.key, job);
-            std::thread([state = state_, job, reading = std::move(reading)] {
+            const bool isStarted = startThread([state = state_, job, reading] {
                 state->end(reading.key, *job, reading.read([&job] { ++job->progress; }));
-            }).detach();
+            });
+            if (!isStarted) {
+                state_->underWay.remove(reading.key);
+                job->isGivenUp = true;
+            }
         }
         jobs.push_back(std::move(job));
     }
-    const auto end = Clock::now() + longestReading;
+    const QDeadlineTimer end(longestReading);
+    for (const auto& job : jobs) {
+        job->standstillEnds = QDeadlineTimer(longestStandstill_);
+    }
     const auto isOver = [](const std::shared_ptr<Job>& job) { return job->isDone || job->isGivenUp; };
     const auto allAreOver = [&] { return std::all_of(jobs.begin(), jobs.end(), isOver); };
     while (!state_->ended.wait_for(lock, lookEvery, allAreOver)) {
-        const auto now = Clock::now();
         for (const auto& job : jobs) {
             if (const unsigned progress = job->progress; progress != job->seen) {
                 job->seen = progress;
-                job->seenAt = now;
+                job->standstillEnds = QDeadlineTimer(longestStandstill_);
             }
-            if (!job->isDone && (now >= end || now - job->seenAt >= longestStandstill_)) {
+            if (!job->isDone && (end.hasExpired() || job->standstillEnds.hasExpired())) {
                 job->isGivenUp = true;
             }
         }

@@ -1,4 +1,4 @@
-#include "platform/WriteBehind.h"
+#include "platform/common/WriteBehind.h"
 
 #include "platform/FileSystem.h"
 #include "platform/MainQueue.h"

@@ -1,0 +1,143 @@
+#include "platform/linux/queue/BackgroundLane.h"
+
+#include "platform/common/Thread.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <deque>
+#include <list>
+#include <mutex>
+#include <utility>
+
+namespace amberquill {
+
+namespace {
+
+// A thread without work ends after so long: the lanes of a launcher at rest have none.
+constexpr std::chrono::seconds longestIdle{5};
+
+} // namespace
+
+struct BackgroundLane::State {
+    std::mutex mutex; // guards what follows
+    std::condition_variable changed;
+    std::deque<Work> waiting;          // for a place
+    std::deque<Work> ready;            // has a place, and a thread on its way
+    std::list<QDeadlineTimer> running; // until each piece counts as stuck
+    int places = 1;                    // pieces that may run at a time, stuck ones among them
+    int threads = 0;
+    int idle = 0;        // of the threads
+    bool isOver = false; // idle threads end at once
+
+    [[nodiscard]] bool isDone() const { return waiting.empty() && ready.empty() && running.empty(); }
+
+    // A thread's life.
+    static void serve(const std::shared_ptr<State>& state) {
+        std::unique_lock lock(state->mutex);
+        while (state->waitForWork(lock)) {
+            runNext(state, lock);
+        }
+        --state->threads;
+        state->changed.notify_all();
+    }
+
+    // False: there was none for so long that the thread is not needed.
+    bool waitForWork(std::unique_lock<std::mutex>& lock) {
+        ++idle;
+        changed.wait_for(lock, longestIdle, [this] { return !ready.empty() || isOver; });
+        --idle;
+        return !ready.empty();
+    }
+
+    // The lock is given up while the work runs.
+    static void runNext(const std::shared_ptr<State>& state, std::unique_lock<std::mutex>& lock) {
+        Work work = std::move(state->ready.front());
+        state->ready.pop_front();
+        const auto self = state->running.insert(state->running.end(), QDeadlineTimer(patience));
+        lock.unlock();
+        work();
+        work = nullptr; // what it holds goes before its end is told
+        lock.lock();
+        state->running.erase(self);
+        ++state->idle; // it takes the next piece itself
+        assignPlaces(state, lock);
+        --state->idle;
+    }
+
+    // Gives free places to waiting work, and has as many threads as that takes.
+    static void assignPlaces(const std::shared_ptr<State>& state, std::unique_lock<std::mutex>& lock) {
+        auto taken = static_cast<int>(state->ready.size() + state->running.size());
+        for (; !state->waiting.empty() && taken < state->places; ++taken) {
+            state->ready.push_back(std::move(state->waiting.front()));
+            state->waiting.pop_front();
+        }
+        for (int missing = static_cast<int>(state->ready.size()) - state->idle; missing > 0; --missing) {
+            ++state->threads;
+            if (!startThread([state] { serve(state); })) {
+                --state->threads;
+                break;
+            }
+        }
+        state->changed.notify_all();
+        // Where the system has no thread to give, the work is done on this one.
+        while (state->threads == 0 && !state->ready.empty()) {
+            runNext(state, lock);
+        }
+    }
+};
+
+BackgroundLane::BackgroundLane(const Bounds& bounds)
+    : bounds_(bounds)
+    , state_(std::make_shared<State>()) {
+    state_->places = bounds_.width;
+}
+
+BackgroundLane::~BackgroundLane() {
+    std::unique_lock lock(state_->mutex);
+    state_->changed.wait(lock, [this] { return state_->isDone(); });
+    state_->isOver = true;
+    state_->changed.notify_all();
+    state_->changed.wait(lock, [this] { return state_->threads == 0; });
+}
+
+void BackgroundLane::start(Work work) {
+    {
+        const std::scoped_lock lock(state_->mutex);
+        state_->waiting.push_back(std::move(work));
+    }
+    passStuck();
+}
+
+void BackgroundLane::setWidth(int width) {
+    bounds_.width = width;
+    passStuck();
+}
+
+bool BackgroundLane::isCrowded() const {
+    const std::scoped_lock lock(state_->mutex);
+    const auto all = state_->waiting.size() + state_->ready.size() + state_->running.size();
+    return static_cast<int>(all) > bounds_.width && !state_->waiting.empty();
+}
+
+void BackgroundLane::passStuck() {
+    std::unique_lock lock(state_->mutex);
+    const auto stuck =
+        std::count_if(state_->running.begin(), state_->running.end(),
+                      [](const QDeadlineTimer& patienceEnds) { return patienceEnds.hasExpired(); });
+    state_->places = std::min(bounds_.width + static_cast<int>(stuck), std::max(bounds_.most, bounds_.width));
+    State::assignPlaces(state_, lock);
+}
+
+void BackgroundLane::dropWaiting() {
+    std::deque<Work> dropped; // declared first: it goes without the lock
+    const std::scoped_lock lock(state_->mutex);
+    dropped.swap(state_->waiting);
+}
+
+bool BackgroundLane::waitUntil(QDeadlineTimer deadline) {
+    std::unique_lock lock(state_->mutex);
+    return state_->changed.wait_for(lock, deadline.remainingTimeAsDuration(),
+                                    [this] { return state_->isDone(); });
+}
+
+} // namespace amberquill

@@ -1,0 +1,111 @@
+#include "platform/common/AsyncValue.h"
+
+#include "support/ManualQueue.h"
+
+#include <chrono>
+#include <gtest/gtest.h>
+#include <memory>
+#include <optional>
+#include <semaphore>
+
+namespace amberquill {
+
+namespace {
+
+// Keeps a maker from ending until the test says so.
+class Gate {
+public:
+    void open() const { gate_->release(); }
+
+    [[nodiscard]] std::function<int()> heldUp(int value) const {
+        return [gate = gate_, value] {
+            gate->acquire();
+            return value;
+        };
+    }
+
+private:
+    std::shared_ptr<std::binary_semaphore> gate_ = std::make_shared<std::binary_semaphore>(0);
+};
+
+// Runs what is posted until there is something, or for long enough that there would have been.
+template<typename Condition>
+bool runUntil(ManualQueue& queue, const AsyncValue<int>& value, Condition condition) {
+    value.waitUntil(QDeadlineTimer(std::chrono::seconds(30)));
+    queue.runPosted();
+    return condition();
+}
+
+TEST(AsyncValue, IsTakenOnce) {
+    AsyncValue<int> value;
+    value.start([] { return 3; });
+    EXPECT_EQ(value.take(), 3);
+    EXPECT_EQ(value.take(), std::nullopt);
+}
+
+TEST(AsyncValue, OneThatWasNotStartedIsNotWaitedFor) {
+    const AsyncValue<int> value;
+    EXPECT_EQ(value.take(), std::nullopt);
+}
+
+TEST(AsyncValue, OneThatIsNotThereInTimeIsNotTakenAndStaysUnderWay) {
+    const Gate gate;
+    AsyncValue<int> value;
+    value.start(gate.heldUp(3));
+    EXPECT_EQ(value.takeBy(QDeadlineTimer(0)), std::nullopt);
+    EXPECT_TRUE(value.isUnderWay());
+    gate.open();
+    EXPECT_EQ(value.take(), 3);
+    EXPECT_FALSE(value.isUnderWay());
+}
+
+TEST(AsyncValue, CopiesReferToTheSameValue) {
+    const AsyncValue<int> value;
+    const AsyncValue<int> copy = value;
+    copy.give(4);
+    EXPECT_EQ(value.get(), 4);
+}
+
+TEST(AsyncValue, ALateOneIsToldOnTheMainThreadOnce) {
+    const Gate gate;
+    ManualQueue queue;
+    const Context context;
+    AsyncValue<int> value;
+    value.start(gate.heldUp(3));
+    int told = 0;
+    value.whenThere(queue, context, [&told](int each) { told += each; });
+    queue.runPosted();
+    EXPECT_EQ(told, 0);
+    gate.open();
+    EXPECT_TRUE(runUntil(queue, value, [&told] { return told == 3; })) << told;
+    EXPECT_EQ(value.take(), std::nullopt);
+}
+
+TEST(AsyncValue, OneThatIsThereAlreadyIsTold) {
+    ManualQueue queue;
+    const Context context;
+    const AsyncValue<int> value;
+    value.give(5);
+    int told = 0;
+    value.whenThere(queue, context, [&told](int each) { told += each; });
+    EXPECT_EQ(told, 0);
+    queue.runPosted();
+    EXPECT_EQ(told, 5);
+}
+
+TEST(AsyncValue, AContextThatIsGoneIsNotTold) {
+    const Gate gate;
+    ManualQueue queue;
+    auto context = std::make_optional<Context>();
+    AsyncValue<int> value;
+    value.start(gate.heldUp(3));
+    int told = 0;
+    value.whenThere(queue, *context, [&told](int each) { told += each; });
+    context.reset();
+    gate.open();
+    EXPECT_FALSE(runUntil(queue, value, [&told] { return told > 0; }));
+}
+
+} // namespace
+
+} // namespace amberquill
