@@ -14,11 +14,9 @@
 #include "window/SettingsItems.h"
 
 #include <QApplication>
-#include <QPointer>
+#include <QLoggingCategory>
 #include <QScreen>
 #include <QStandardPaths>
-#include <QWidget>
-#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -26,40 +24,72 @@ namespace amberquill {
 
 namespace {
 
-// Seconds after the first frame by which the pages beside the first one are made and their icons decoded.
+// Seconds after the first frame. By then the neighbouring pages exist and their icons are decoded.
 constexpr double settledAfter = 1.5;
 
 // Control-Alt-Space toggles the launcher, whatever window has the focus.
 constexpr KeyChord launcherChord{Qt::Key_Space, Qt::ControlModifier | Qt::AltModifier};
 constexpr std::uint32_t hotKeyId = 1;
 
+Q_LOGGING_CATEGORY(shellLog, "amberquill.shell", QtCriticalMsg)
+
 } // namespace
 
 AppDelegate::AppDelegate(Services services)
     : services_(std::move(services))
-    , model_({services_.queue, services_.files, services_.preferences, services_.applicationSupport,
-              services_.scan, std::move(services_.startupData.names), std::move(services_.startupData.layout),
-              services_.homes, services_.applyToFrameworks, services_.loginItem,
-              services_.startupData.layoutIsLate})
-    , dialogs_({model_, services_.files, QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
-                [this] { return shownWindow(); }})
-    , visibility_({services_.preferences, services_.queue, services_.windows, services_.statusItem})
-    , updates_({services_.queue,
-                services_.preferences,
-                *services_.installer,
-                *services_.bundle,
-                services_.caches + QStringLiteral("/Amberquill/updates"),
-                [this] { return isUserBusy(); },
-                {[this] { return shownWindow(); },
-                 [this](const QUrl& page, QWindow& from) { openPage(page, from); }},
-                [] { QCoreApplication::quit(); }})
-    , menu_({model_, dialogs_, [this] { controller_->hide(std::nullopt); }, [] { QCoreApplication::quit(); },
-             [this](QMenu& menu) { updates_.checker().addItems(menu); },
-             [this](QMenu& menu) { visibility_.addItems(menu, true); }})
+    , model_({
+          .queue = services_.queue,
+          .files = services_.files,
+          .preferences = services_.preferences,
+          .applicationSupport = services_.applicationSupport,
+          .scan = services_.scan,
+          .rememberedNames = std::move(services_.startupData.names),
+          .layout = std::move(services_.startupData.layout),
+          .homes = services_.homes,
+          .applyToFrameworks = services_.applyToFrameworks,
+          .loginItem = services_.loginItem,
+          .layoutIsLate = services_.startupData.layoutIsLate,
+      })
+    , dialogs_({
+          .model = model_,
+          .files = services_.files,
+          .startFolder = QStandardPaths::writableLocation(QStandardPaths::DesktopLocation),
+          .above = [this] { return shownWindow(); },
+      })
+    , visibility_({
+          .preferences = services_.preferences,
+          .queue = services_.queue,
+          .windows = services_.windows,
+          .statusItem = services_.statusItem,
+      })
+    , updates_({
+          .queue = services_.queue,
+          .preferences = services_.preferences,
+          .installer = *services_.installer,
+          .bundle = *services_.bundle,
+          .downloadFolder = services_.caches + QStringLiteral("/Amberquill/updates"),
+          .isBusy = [this] { return isUserBusy(); },
+          .dialogs = {.launcher = [this] { return shownWindow(); },
+                      .openPage = [this](const QUrl& page, QWindow& from) { openPage(page, from); }},
+          .quit = [] { QCoreApplication::quit(); },
+      })
+    , menu_({
+          .model = model_,
+          .dialogs = dialogs_,
+          .hideLauncher = [this] { hideLauncher(); },
+          .quit = [] { QCoreApplication::quit(); },
+          .addUpdateItems = [this](QMenu& menu) { updates_.checker().addItems(menu); },
+          .addPresenceItems = [this](QMenu& menu) { visibility_.addItems(menu, true); },
+      })
+    , focus_(services_.windows, services_.queue)
     , names_(services_.queue, services_.files, services_.caches, services_.language)
-    , icons_({model_, IconCache::shared(), services_.queue, services_.files}, services_.caches,
-             services_.startupData.icons)
-    , live_({model_, services_.queue, services_.watcher, services_.retryIcons})
+    , icons_(
+          {.model = model_, .icons = IconCache::shared(), .queue = services_.queue, .files = services_.files},
+          services_.caches, services_.startupData.icons)
+    , live_({.model = model_,
+             .queue = services_.queue,
+             .watcher = services_.watcher,
+             .retryIcons = services_.retryIcons})
     , memory_(model_, services_.queue, [this] { releaseMemory(); }) {
     names_.follow(model_);
     IconCache::shared().remember(std::exchange(services_.startupData.icons, {}));
@@ -68,44 +98,40 @@ AppDelegate::AppDelegate(Services services)
 void AppDelegate::applicationDidFinishLaunching() {
     mainMenu_ = makeMainMenu();
     connect(&model_, &LauncherModel::languageDidChange, this, [this] { mainMenu_ = makeMainMenu(); });
+    const bool startsHidden = focus_.startsHidden();
     controller_ = std::make_shared<LauncherWindowController>(LauncherWindowController::Services{
-        model_, services_.queue, services_.windows, services_.tokens, services_.opener,
-        services_.scrollDevices, services_.screens, startsHidden_ ? nullptr : services_.firstBackdrop});
+        .model = model_,
+        .queue = services_.queue,
+        .windows = services_.windows,
+        .tokens = services_.tokens,
+        .opener = services_.opener,
+        .scrollDevices = services_.scrollDevices,
+        .screens = services_.screens,
+        .firstBackdrop = startsHidden ? nullptr : services_.firstBackdrop,
+    });
     services_.firstBackdrop.reset();
-    wireVisibility();
+    connectVisibility();
     controller_->setMenu(
         [this](QWindow& window, const std::optional<QPoint>& place) { menu_.popUp(window, place); });
     controller_->setKeyEquivalents(
         [this](const QKeyEvent& event) { return mainMenu_->performKeyEquivalent(event); });
     model_.setController(controller_);
     startUpdates();
-    hotKey_.emplace(*services_.shortcut, launcherChord, hotKeyId, [self = QPointer(this)] {
-        if (self != nullptr) {
-            self->toggleByPress(PressRoute::HotKey, self->services_.shortcut->origin());
-        }
-    });
-    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, &AppDelegate::applicationStateChanged);
-    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
-            [this](const QWindow* focused) { hadFocus_ = hadFocus_ || focused != nullptr; });
+    hotKey_.emplace(*services_.shortcut, launcherChord, hotKeyId, context_.bind([this] {
+        toggleByPress(PressRoute::HotKey, services_.shortcut->origin());
+    }));
     connect(qGuiApp, &QGuiApplication::aboutToQuit, this, &AppDelegate::applicationWillTerminate);
-    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &AppDelegate::sessionSaves);
-    connect(qGuiApp, &QGuiApplication::saveStateRequest, this, &AppDelegate::sessionSaves);
-    focus_.emplace(
-        services_.windows, services_.queue,
-        FocusKeeper::Actions{.heir = [this] { return windowOfFocus(); }, .ended = [this] { giveFocusUp(); }});
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &AppDelegate::saveForSession);
+    connect(qGuiApp, &QGuiApplication::saveStateRequest, this, &AppDelegate::saveForSession);
     frameLog_ = std::make_unique<FrameLog>(controller_->window());
-    if (startsHidden_) {
-        // There is no frame to wait for.
-        services_.queue.post([self = QPointer(this)] {
-            if (self != nullptr) {
-                self->finishStart();
-            }
-        });
-        return;
+    if (startsHidden) {
+        // No frame will be drawn.
+        services_.queue.then(context_, [this] { finishStart(); });
+    } else {
+        connect(&controller_->window(), &QQuickWindow::frameSwapped, this, &AppDelegate::finishStart,
+                Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
     }
-    connect(&controller_->window(), &QQuickWindow::frameSwapped, this, &AppDelegate::finishStart,
-            Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
-    bringUp();
+    focus_.launch(*controller_);
 }
 
 std::unique_ptr<MainMenu> AppDelegate::makeMainMenu() {
@@ -118,9 +144,9 @@ std::unique_ptr<MainMenu> AppDelegate::makeMainMenu() {
     });
 }
 
-void AppDelegate::wireVisibility() {
+void AppDelegate::connectVisibility() {
     visibility_.isLauncherShown = [this] { return controller_->isShown(); };
-    visibility_.showLauncher = [this] { bringUp(); };
+    visibility_.showLauncher = [this] { showLauncher(); };
     visibility_.toggleLauncher = [this] { toggleLauncher(); };
     visibility_.addSettingsItems = [this](QMenu& menu) {
         amberquill::addSettingsItems(menu, model_, dialogs_);
@@ -136,12 +162,8 @@ QWindow* AppDelegate::shownWindow() const {
 }
 
 void AppDelegate::startUpdates() {
-    updates_.checker().hideLauncher = [self = QPointer(this)] {
-        if (self != nullptr) {
-            self->hideLauncher();
-        }
-    };
-    // Who does not want automatic checks has said so in the preferences.
+    updates_.checker().hideLauncher = context_.bind([this] { hideLauncher(); });
+    // The preferences say whether automatic checks are wanted.
     if (!services_.startupData.preferencesAreLate) {
         updates_.start();
     }
@@ -156,22 +178,21 @@ void AppDelegate::takeLatePreferences() {
     }
 }
 
-// An update that is found by itself waits until the user has nothing in hand.
+// Updates found by an automatic check are not shown while this is true.
 bool AppDelegate::isUserBusy() const {
     return model_.drag().has_value() || controller_->hasOtherWindow() ||
            QApplication::activePopupWidget() != nullptr;
 }
 
 void AppDelegate::openPage(const QUrl& page, QWindow& from) {
-    services_.tokens.request(from, {}, [self = QPointer(this), page](const QString& token) {
-        if (self != nullptr) {
-            self->services_.opener.openPage(page, token, [self](bool started) {
-                if (!started && self != nullptr) {
-                    self->services_.windows.beep();
-                }
-            });
-        }
-    });
+    services_.tokens.request(from, {}, context_.bind([this, page](const QString& token) {
+        services_.opener.openPage(page, token, context_.bind([this, page](bool started) {
+            if (!started) {
+                qCDebug(shellLog) << "cannot open" << page;
+                services_.windows.beep();
+            }
+        }));
+    }));
 }
 
 void AppDelegate::showAbout() {
@@ -193,7 +214,7 @@ bool AppDelegate::firstPageIsReady() {
     return IconDiskCache::prepareFirstPage(model_, IconCache::shared(), edge);
 }
 
-// What nobody waits for is done once the launcher is on the screen.
+// Work that the first frame does not need.
 void AppDelegate::finishStart() {
     live_.watch(services_.watchedFolders);
     services_.prepareOpening();
@@ -220,94 +241,23 @@ void AppDelegate::releaseMemory() {
     if (controller_) {
         controller_->window().dropUnseen();
     }
-    // Once it has been freed, which gives the icons free that only it held.
-    services_.queue.post([self = QPointer(this)] {
-        if (self != nullptr) {
-            IconCache::shared().shrink();
-            self->services_.trimHeap();
-        }
+    // Posted, so that the window has released its icons by then.
+    services_.queue.then(context_, [this] {
+        IconCache::shared().shrink();
+        services_.trimHeap();
     });
-}
-
-void AppDelegate::applicationStateChanged(Qt::ApplicationState state) {
-    // A focus that the window manager has not given yet is not one that was lost.
-    const bool wasActive = std::exchange(isActive_, state == Qt::ApplicationActive);
-    // So is the end of one from before the launcher was hidden, told when it is up again.
-    const bool isLost = std::exchange(hadFocus_, isActive_) && wasActive && !isActive_;
-    mayReturn_ = isLost && focus_->expectsFocus();
-    if (isLost && !mayReturn_) {
-        controller_->hide(std::nullopt);
-    } else if (!wasActive && isActive_ && !std::exchange(awaitsFocus_, false)) {
-        // A focus that was asked for by a showing is no wish for another one: it may arrive when the launcher
-        // has been hidden again.
-        applicationDidBecomeActive();
-    }
-}
-
-void AppDelegate::bringUp() {
-    awaitsFocus_ = !isActive_;
-    mayReturn_ = false;
-    hadFocus_ = hadFocus_ && controller_->isShown();
-    controller_->show();
-}
-
-// The focus that was expected back after its loss has not come.
-void AppDelegate::giveFocusUp() {
-    if (std::exchange(mayReturn_, false)) {
-        controller_->hide(std::nullopt);
-    }
-}
-
-QWindow* AppDelegate::windowOfFocus() const {
-    if (const QWidget* dialog = QApplication::activeModalWidget()) {
-        return dialog->windowHandle();
-    }
-    if (controller_->isShown()) {
-        return &controller_->window();
-    }
-    // Such as the about panel, which nobody need answer.
-    const QWindowList windows = QGuiApplication::topLevelWindows();
-    const auto dialog = std::find_if(windows.begin(), windows.end(), [](const QWindow* window) {
-        return window->isVisible() && window->type() == Qt::Dialog;
-    });
-    return dialog != windows.end() ? *dialog : nullptr;
-}
-
-void AppDelegate::applicationDidBecomeActive() {
-    // A window manager may give the focus back to the launcher as it leaves: nobody wished to see it.
-    const bool leaves = controller_->window().isVisible();
-    if (!controller_->isShown() && !leaves && !controller_->hasOtherWindow()) {
-        bringUp();
-        hadFocus_ = true;
-    }
 }
 
 void AppDelegate::showLauncher(const QString& token) {
-    if (!token.isEmpty()) {
-        services_.windows.setActivationToken(token);
-    }
-    startsHidden_ = false;
-    if (controller_) {
-        bringUp();
-    }
+    focus_.show(token);
 }
 
 void AppDelegate::hideLauncher() {
-    startsHidden_ = true;
-    if (controller_) {
-        controller_->hide(std::nullopt);
-    }
+    focus_.hide();
 }
 
 void AppDelegate::toggleLauncher(const PressOrigin& origin) {
-    if (controller_ && controller_->isShown() && isActive_) {
-        hideLauncher();
-        return;
-    }
-    if (origin.time != 0) {
-        services_.windows.setUserTime(origin.time);
-    }
-    showLauncher(origin.token);
+    focus_.toggle(origin);
 }
 
 void AppDelegate::toggleByPress(PressRoute route, const PressOrigin& origin) {
@@ -321,9 +271,9 @@ void AppDelegate::applicationWillTerminate() {
     services_.runFlushes({[this] { model_.flushSaves(); }, [this] { services_.preferences.flush(); }});
 }
 
-// What the session manager does next may be to end the process. Whether the next session begins with the
-// launcher is for its login item to say.
-void AppDelegate::sessionSaves(QSessionManager& manager) {
+// The session manager may end the process next. The login item decides whether the next session starts the
+// launcher, so the session manager must not.
+void AppDelegate::saveForSession(QSessionManager& manager) {
     applicationWillTerminate();
     manager.setRestartHint(QSessionManager::RestartNever);
 }

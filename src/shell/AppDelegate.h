@@ -1,5 +1,5 @@
-// shell/: makes the objects and connects them. `main` makes the desktop's answers, the delegate the objects
-// that live as long as the process.
+// shell/: creates the program's objects and connects them. `main` creates the implementations of platform/,
+// AppDelegate creates everything that lives as long as the process.
 #pragma once
 
 #include "data/KeptIcons.h"
@@ -8,7 +8,7 @@
 #include "platform/GlobalShortcut.h"
 #include "platform/MainBundle.h"
 #include "platform/ProgramInstaller.h"
-#include "shell/FocusKeeper.h"
+#include "shell/FocusController.h"
 #include "shell/FrameLog.h"
 #include "shell/HotKey.h"
 #include "shell/IconDiskCache.h"
@@ -54,12 +54,12 @@ struct StartupData {
     std::vector<KeptIcon> icons;
 };
 
-// Owns the model and the window's controller and ties them to what happens to the application.
+// Owns the model and the window's controller, and connects them to the application's events.
 class AppDelegate final : public QObject {
     Q_OBJECT
 
 public:
-    // What the desktop answers; all of it outlives the delegate.
+    // All of it outlives the delegate.
     struct Services {
         MainQueue& queue;
         FileSystem& files;
@@ -71,10 +71,10 @@ public:
         StatusItem& statusItem;
         const ScrollDevices& scrollDevices;
         ScreenCapture& screens;
-        std::shared_ptr<const Backdrop> firstBackdrop; // null: there is none
+        std::shared_ptr<const Backdrop> firstBackdrop; // may be null
         MotionPreference& motion;
         std::function<ScanResult()> scan;
-        std::function<void()> prepareOpening; // called once the launcher is on the screen
+        std::function<void()> prepareOpening; // called when the first frame is on the screen
         std::function<void()> retryIcons;
         StartupData startupData;
         QString applicationSupport;
@@ -87,65 +87,58 @@ public:
         std::shared_ptr<GlobalShortcut> shortcut = std::make_shared<NullGlobalShortcut>();
         std::shared_ptr<const MainBundle> bundle = std::make_shared<NullMainBundle>();
         std::shared_ptr<ProgramInstaller> installer = std::make_shared<NullProgramInstaller>();
-        // Runs what writes everything that waits to be saved, each piece of it on a thread of its own or one
-        // after the other. May let go of them when they take too long; they use the delegate until they end.
+        // Runs the functions that write everything unsaved, in parallel or one after the other. May return
+        // before slow ones end; those use the delegate until they end.
         std::function<void(std::vector<std::function<void()>> flushes)> runFlushes = [](const auto& flushes) {
             for (const auto& flush : flushes) {
                 flush();
             }
         };
-        std::function<void()> trimHeap = [] {}; // gives what was freed back to the system
+        std::function<void()> trimHeap = [] {}; // returns freed memory to the system
     };
 
     explicit AppDelegate(Services services);
 
-    // Has the first page's icons decoded where they were not kept; whether there are none of these.
+    // Requests those of the first page's icons that the cache lacks. Returns whether it lacks none.
     [[nodiscard]] bool firstPageIsReady();
 
-    // What was read late has been given to the preferences.
+    // The preferences have been read and set, later than the start could wait for.
     void takeLatePreferences();
 
-    // Once the event loop is about to run: makes the window and shows the launcher.
+    // Creates the window and shows the launcher. Called just before the event loop runs.
     void applicationDidFinishLaunching();
 
-    // What others ask for from outside, with the activation token or startup id that came along; empty: none.
-    // While the program is still starting, the start itself is the answer: it shows the launcher, unless the
-    // last that was asked for is to hide it.
+    // Requests from outside, with the activation token or startup id that came along, if any. Until
+    // applicationDidFinishLaunching() they only decide whether that shows the launcher: the last one counts.
     void showLauncher(const QString& token = {});
     void hideLauncher();
-    // Hides the launcher where it is shown and active; else shows it.
+    // Hides the launcher if it is shown and active, else shows it.
     void toggleLauncher(const PressOrigin& origin = {});
 
-    // The same for a press of the launcher's keys, which a desktop may deliver by more than one route: only
-    // the first of them counts.
+    // The same for a press of the launcher's keys. A desktop may deliver it by several routes: the first
+    // delivery counts.
     void toggleByPress(PressRoute route, const PressOrigin& origin);
 
-    // A folder that a scan had given up can be read again.
+    // A folder on a mount that did not answer can be read again.
     void rootAnswered();
 
     [[nodiscard]] LauncherModel& model() { return model_; }
     [[nodiscard]] const LauncherMenu& menu() const { return menu_; }
-    // In the interface language; another one for each language that comes into effect.
+    // Replaced when the interface language changes.
     [[nodiscard]] const MainMenu& mainMenu() const { return *mainMenu_; }
 
 private:
-    void bringUp();
-    void applicationStateChanged(Qt::ApplicationState state);
     [[nodiscard]] std::unique_ptr<MainMenu> makeMainMenu();
-    void wireVisibility();
+    void connectVisibility();
     [[nodiscard]] QWindow* shownWindow() const;
     void startUpdates();
     [[nodiscard]] bool isUserBusy() const;
     void openPage(const QUrl& page, QWindow& from);
     void showAbout();
-    void giveFocusUp();
-    // The one of ours that should have the focus; null: none.
-    [[nodiscard]] QWindow* windowOfFocus() const;
-    void applicationDidBecomeActive();
     void finishStart();
     void releaseMemory();
     void applicationWillTerminate();
-    void sessionSaves(QSessionManager& manager);
+    void saveForSession(QSessionManager& manager);
 
     Services services_;
     LauncherModel model_;
@@ -156,18 +149,13 @@ private:
     LauncherMenu menu_;
     std::unique_ptr<MainMenu> mainMenu_;
     std::unique_ptr<FrameLog> frameLog_;
-    std::optional<FocusKeeper> focus_;
+    FocusController focus_;
     NameDiskCache names_;
     IconDiskCache icons_;
     LiveRefresh live_;
     MemoryRelease memory_;
     std::optional<HotKey> hotKey_;
     PressDeduplicator presses_;
-    bool isActive_ = false;
-    bool hadFocus_ = false;    // since the launcher was last brought up from hiding
-    bool awaitsFocus_ = false; // the window system was asked for it and has not given it yet
-    bool mayReturn_ = false;   // lost with a window of ours that closed, and nobody has it
-    bool startsHidden_ = false;
     Context context_;
 };
 
