@@ -135,13 +135,15 @@ void AppDelegate::applicationDidFinishLaunching() {
 }
 
 std::unique_ptr<MainMenu> AppDelegate::makeMainMenu() {
-    return std::make_unique<MainMenu>(MainMenu::Actions{
-        .about = [this] { showAbout(); },
-        .hide = [this] { hideLauncher(); },
-        .quit = [] { QCoreApplication::quit(); },
-        .edit = [this](EditCommand command) { controller_->window().edit(command); },
-        .close = [this] { hideLauncher(); },
-    });
+    return std::make_unique<MainMenu>(
+        MainMenu::Actions{
+            .about = [this] { showAbout(); },
+            .hide = [this] { hideLauncher(); },
+            .quit = [] { QCoreApplication::quit(); },
+            .edit = [this](EditCommand command) { controller_->window().edit(command); },
+            .close = [this] { hideLauncher(); },
+        },
+        services_.keyboard);
 }
 
 void AppDelegate::connectVisibility() {

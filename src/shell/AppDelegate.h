@@ -37,6 +37,7 @@ class ApplicationOpener;
 class Backdrop;
 class FileSystem;
 class FolderWatcher;
+class Keyboard;
 class MainQueue;
 class MotionPreference;
 class Preferences;
@@ -70,6 +71,7 @@ public:
         FolderWatcher& watcher;
         StatusItem& statusItem;
         const ScrollDevices& scrollDevices;
+        const Keyboard& keyboard;
         ScreenCapture& screens;
         std::shared_ptr<const Backdrop> firstBackdrop; // may be null
         MotionPreference& motion;

@@ -1,9 +1,10 @@
 #include "shell/MainMenu.h"
 
 #include "localization/L.h"
-#include "shell/LatinKeys.h"
+#include "platform/Keyboard.h"
 #include "window/ClosureMenuItem.h"
 
+#include <QChar>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <utility>
@@ -23,6 +24,15 @@ void addSeparator(MainMenu::Menu& menu) {
     auto item = std::make_unique<QAction>();
     item->setSeparator(true);
     menu.items.push_back(std::move(item));
+}
+
+bool isForeignLetter(int key) {
+    constexpr int firstWithoutText = Qt::Key_Escape;
+    if (key <= 0 || key >= firstWithoutText) {
+        return false;
+    }
+    const auto letter = static_cast<char32_t>(key);
+    return QChar::isLetter(letter) && QChar::script(letter) != QChar::Script_Latin;
 }
 
 MainMenu::Menu applicationMenu(const MainMenu::Actions& actions) {
@@ -52,17 +62,27 @@ MainMenu::Menu editMenu(const MainMenu::Actions& actions) {
 
 } // namespace
 
-MainMenu::MainMenu(const Actions& actions) {
+MainMenu::MainMenu(const Actions& actions, const Keyboard& keyboard)
+    : keyboard_(keyboard) {
     menus_.push_back(applicationMenu(actions));
     menus_.push_back(editMenu(actions));
 }
 
 MainMenu::~MainMenu() = default;
 
+int MainMenu::latinKey(const QKeyEvent& event) const {
+    if (isForeignLetter(event.key())) {
+        if (const char letter = keyboard_.americanLetter(event.nativeScanCode()); letter != 0) {
+            return letter;
+        }
+    }
+    return event.key();
+}
+
 bool MainMenu::performKeyEquivalent(const QKeyEvent& event) const {
     // Qt reports the active keyboard layout as a modifier.
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::GroupSwitchModifier;
-    const QKeySequence pressed(QKeyCombination(modifiers, static_cast<Qt::Key>(combinationKey(event))));
+    const QKeySequence pressed(QKeyCombination(modifiers, static_cast<Qt::Key>(latinKey(event))));
     for (const Menu& menu : menus_) {
         for (const auto& item : menu.items) {
             if (!item->shortcut().isEmpty() && item->shortcut() == pressed) {

@@ -12,6 +12,8 @@ class QKeyEvent;
 
 namespace amberquill {
 
+class Keyboard;
+
 // The program's main menu, in the interface language at its construction. It is never shown: a full-screen
 // window has no menu bar. It holds the key equivalents that work while the launcher is up. The entries are
 // plain actions, because Qt handles the shortcuts of QMenu only while a widget's window has the focus.
@@ -31,7 +33,8 @@ public:
         std::vector<std::unique_ptr<QAction>> items;
     };
 
-    explicit MainMenu(const Actions& actions);
+    // The keyboard outlives the menu.
+    MainMenu(const Actions& actions, const Keyboard& keyboard);
     ~MainMenu();
 
     MainMenu(const MainMenu&) = delete;
@@ -39,11 +42,15 @@ public:
 
     [[nodiscard]] const std::vector<Menu>& menus() const { return menus_; }
 
-    // Triggers the entry with these keys. Returns whether there is one.
+    // Triggers the entry with these keys. Returns whether there is one. Letters of other scripts count as the
+    // Latin letters on the same keys of an American keyboard.
     [[nodiscard]] bool performKeyEquivalent(const QKeyEvent& event) const;
 
 private:
+    [[nodiscard]] int latinKey(const QKeyEvent& event) const;
+
     std::vector<Menu> menus_;
+    const Keyboard& keyboard_;
 };
 
 } // namespace amberquill

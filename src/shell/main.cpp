@@ -27,6 +27,7 @@
 #include "platform/linux/files/PosixFileSystem.h"
 #include "platform/linux/graphics/HardwareGpu.h"
 #include "platform/linux/input/InputDevices.h"
+#include "platform/linux/input/XkbKeyboard.h"
 #include "platform/linux/installation/AppImageInstaller.h"
 #include "platform/linux/queue/EventLoopQueue.h"
 #include "platform/linux/session/AutostartLoginItem.h"
@@ -242,6 +243,7 @@ int main(int argc, char* argv[]) {
     IconCache::shared().serveFrom(&icons, &queue);
 
     const auto scrollDevices = desktop::makeScrollDevices();
+    const desktop::XkbKeyboard keyboard;
     const auto tokens = desktop::makeActivationTokens(queue);
     const auto notifications = desktop::makeStartupNotifications();
     // A bus that does not answer is not asked to start applications either: that would wait for it.
@@ -290,6 +292,7 @@ int main(int argc, char* argv[]) {
                           watcher,
                           statusItem,
                           *scrollDevices,
+                          keyboard,
                           *screens,
                           std::move(backdrop),
                           motion,

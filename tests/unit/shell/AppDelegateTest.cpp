@@ -5,6 +5,7 @@
 #include "motion/Timeline.h"
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"
+#include "platform/Keyboard.h"
 #include "platform/MotionPreference.h"
 #include "platform/ScreenCapture.h"
 #include "platform/ScrollDevices.h"
@@ -75,6 +76,11 @@ private:
     Actions actions_;
 };
 
+class PlainKeyboard final : public Keyboard {
+public:
+    [[nodiscard]] char americanLetter(std::uint32_t) const override { return 0; }
+};
+
 class FakeBundle final : public MainBundle {
 public:
     explicit FakeBundle(QHash<QString, QString> texts)
@@ -113,6 +119,7 @@ protected:
             .watcher = watcher_,
             .statusItem = statusItem_,
             .scrollDevices = devices_,
+            .keyboard = keyboard_,
             .screens = screens_,
             .firstBackdrop = nullptr,
             .motion = motion_,
@@ -172,6 +179,7 @@ protected:
     FakeStatusItem statusItem_;
     StartupData startupData_;
     NullScrollDevices devices_;
+    PlainKeyboard keyboard_;
     NullScreenCapture screens_;
     FakeMotionPreference motion_;
     std::unique_ptr<AppDelegate> delegate_;

@@ -1,6 +1,7 @@
 #include "shell/MainMenu.h"
 
 #include "localization/L.h"
+#include "platform/Keyboard.h"
 
 #include <QAction>
 #include <QKeyEvent>
@@ -11,19 +12,31 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+// Has the letter W on one key, and none elsewhere.
+class FakeKeyboard final : public Keyboard {
+public:
+    static constexpr std::uint32_t keyOfW = 7;
+
+    [[nodiscard]] char americanLetter(std::uint32_t scanCode) const override {
+        return scanCode == keyOfW ? 'W' : '\0';
+    }
+};
+
 class MainMenuTest : public testing::Test {
 protected:
     void SetUp() override { L::setLanguage(AppLanguage::English); }
     void TearDown() override { L::setLanguage(AppLanguage::System); }
 
     [[nodiscard]] MainMenu make() {
-        return MainMenu({
-            .about = [this] { done_ += u"about"_s; },
-            .hide = [this] { done_ += u"hide"_s; },
-            .quit = [this] { done_ += u"quit"_s; },
-            .edit = [this](EditCommand command) { done_ += u"edit %1"_s.arg(static_cast<int>(command)); },
-            .close = [this] { done_ += u"close"_s; },
-        });
+        return MainMenu(
+            {
+                .about = [this] { done_ += u"about"_s; },
+                .hide = [this] { done_ += u"hide"_s; },
+                .quit = [this] { done_ += u"quit"_s; },
+                .edit = [this](EditCommand command) { done_ += u"edit %1"_s.arg(static_cast<int>(command)); },
+                .close = [this] { done_ += u"close"_s; },
+            },
+            keyboard_);
     }
 
     // The entries as "title keys".
@@ -42,6 +55,13 @@ protected:
         return menu.performKeyEquivalent(QKeyEvent(QEvent::KeyPress, key, modifiers));
     }
 
+    // With Control, on the key with this scan code.
+    static bool pressAt(const MainMenu& menu, std::uint32_t scanCode, int key) {
+        return menu.performKeyEquivalent(
+            QKeyEvent(QEvent::KeyPress, key, Qt::ControlModifier, scanCode, 0, 0, QString(), false, 1));
+    }
+
+    const FakeKeyboard keyboard_;
     QStringList done_;
 };
 
@@ -98,4 +118,33 @@ TEST_F(MainMenuTest, TheAboutEntryWorksWithoutKeys) {
     const MainMenu menu = make();
     menu.menus()[0].items[0]->trigger();
     EXPECT_EQ(done_, QStringList{u"about"_s});
+}
+
+TEST_F(MainMenuTest, ALetterOfAnotherScriptCountsAsTheLatinOneOnItsKey) {
+    const MainMenu menu = make();
+    for (const int letter : {0x426, 0x3a3, 0x635}) { // Cyrillic, Greek, Arabic
+        EXPECT_TRUE(pressAt(menu, FakeKeyboard::keyOfW, letter)) << letter;
+    }
+    EXPECT_EQ(done_, (QStringList{u"close"_s, u"close"_s, u"close"_s}));
+}
+
+TEST_F(MainMenuTest, ALetterOfAnotherScriptOnAnotherKeyTriggersNothing) {
+    const MainMenu menu = make();
+    EXPECT_FALSE(pressAt(menu, 0, 0x426));
+    EXPECT_FALSE(pressAt(menu, FakeKeyboard::keyOfW + 1, 0x426));
+}
+
+TEST_F(MainMenuTest, ALatinLetterCountsAsItselfOnEveryKey) {
+    const MainMenu menu = make();
+    EXPECT_FALSE(pressAt(menu, FakeKeyboard::keyOfW, Qt::Key_Comma)) << "Dvorak";
+    EXPECT_FALSE(pressAt(menu, FakeKeyboard::keyOfW, 0x11e)) << "Turkish F";
+    EXPECT_TRUE(pressAt(menu, FakeKeyboard::keyOfW, Qt::Key_Z)) << "French";
+    EXPECT_EQ(done_, QStringList{u"edit 0"_s});
+}
+
+TEST_F(MainMenuTest, AKeyWithoutALetterCountsAsItself) {
+    const MainMenu menu = make();
+    for (const int key : {static_cast<int>(Qt::Key_Escape), static_cast<int>(Qt::Key_unknown), 0}) {
+        EXPECT_FALSE(pressAt(menu, FakeKeyboard::keyOfW, key)) << key;
+    }
 }
