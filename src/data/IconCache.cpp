@@ -1,10 +1,8 @@
 #include "data/IconCache.h"
 
-#include "data/ContinuousCorners.h"
-#include "data/IconGlyph.h"
+#include "data/PaintedIcons.h"
 #include "platform/ApplicationIcons.h"
 
-#include <QPainter>
 #include <algorithm>
 #include <iterator>
 #include <numeric>
@@ -14,20 +12,9 @@ namespace amberquill {
 
 namespace {
 
-// About what an entry takes beside its image.
+// About the size of an entry without its image.
 qsizetype entryBytes(const QString& path) {
     return 128 + path.size() * static_cast<qsizetype>(sizeof(QChar));
-}
-
-QImage paintedPlaceholder(int edge) {
-    QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const double inset = edge * 0.09;
-    const QRectF body = QRectF(0, 0, edge, edge).adjusted(inset, inset, -inset, -inset);
-    painter.fillPath(continuousRoundedRect(body, body.width() * 0.225), QColor(255, 255, 255, 41));
-    return image;
 }
 
 } // namespace
@@ -38,16 +25,17 @@ IconCache& IconCache::shared() {
 }
 
 void IconCache::serveFrom(ApplicationIcons* source, MainQueue* queue) {
+    context_.reset();
     rest_.cancel();
     source_ = source;
     queue_ = queue;
     cache_.clear();
     edges_.clear();
     bytes_ = 0;
-    underWay_.clear();
-    standIns_.clear();
-    standInsUnderWay_.clear();
-    remembered_.clear();
+    decoding_.clear();
+    genericIcons_.clear();
+    decodingGeneric_.clear();
+    restored_.clear();
 }
 
 QImage IconCache::icon(const QString& path, int edge) {
@@ -55,21 +43,21 @@ QImage IconCache::icon(const QString& path, int edge) {
     const auto known = cache_.find(key);
     if (known != cache_.end()) {
         known->used = ++uses_;
-        return known->image.isNull() ? standIn(edge) : known->image;
+        return known->image.isNull() ? genericIcon(edge) : known->image;
     }
     request(key);
-    return meanwhile(key);
+    return bestKnown(key);
 }
 
 void IconCache::setNeeded(const QSet<QString>& paths) {
     needed_ = paths;
 }
 
-QImage IconCache::meanwhile(const Key& key) {
+QImage IconCache::bestKnown(const Key& key) {
     QImage best;
     for (const auto& [edge, count] : edges_) {
         const QImage image = cache_.value({key.path, edge}).image;
-        // The next larger one, or else the largest.
+        // The next larger size, or else the largest.
         if (!image.isNull() && best.width() < key.edge) {
             best = image;
         }
@@ -77,60 +65,58 @@ QImage IconCache::meanwhile(const Key& key) {
     if (!best.isNull()) {
         return best;
     }
-    return hasNone(key.path) ? standIn(key.edge) : placeholder(key.edge);
+    return hasNoIcon(key.path) ? genericIcon(key.edge) : placeholder(key.edge);
 }
 
-// Whether the application is known, at some edge, to have no icon.
-bool IconCache::hasNone(const QString& path) const {
+// Whether the application is known, by a request at any edge, to have no icon.
+bool IconCache::hasNoIcon(const QString& path) const {
     return std::any_of(edges_.begin(), edges_.end(), [&](const auto& each) {
         const auto known = cache_.constFind({path, each.first});
         return known != cache_.constEnd() && known->image.isNull();
     });
 }
 
-QImage IconCache::standIn(int edge) {
-    const auto known = standIns_.constFind(edge);
-    if (known != standIns_.constEnd()) {
+QImage IconCache::genericIcon(int edge) {
+    const auto known = genericIcons_.constFind(edge);
+    if (known != genericIcons_.constEnd()) {
         return *known;
     }
-    requestStandIn(edge);
+    requestGeneric(edge);
     return placeholder(edge);
 }
 
-void IconCache::requestStandIn(int edge) {
-    if (source_ == nullptr || edge <= 0 || standInsUnderWay_.contains(edge)) {
+void IconCache::requestGeneric(int edge) {
+    if (source_ == nullptr || edge <= 0 || decodingGeneric_.contains(edge)) {
         return;
     }
     rest_.cancel();
-    standInsUnderWay_.insert(edge);
-    const ApplicationIcons* source = source_;
+    decodingGeneric_.insert(edge);
     queue_->compute(
-        [source, edge] {
-            const QImage image = source->standIn(edge);
-            return image.isNull() ? paintedIconGlyph(edge) : image;
+        context_,
+        [source = source_, edge] {
+            const QImage image = source->genericIcon(edge);
+            return image.isNull() ? paintedGenericIcon(edge) : image;
         },
-        [this, source, edge](const QImage& image) {
-            if (source == source_) {
-                standInsUnderWay_.remove(edge);
-                takeStandIn(edge, image);
-                restLater();
-            }
+        [this, edge](const QImage& image) {
+            decodingGeneric_.remove(edge);
+            takeGeneric(edge, image);
+            restWhenIdle();
         },
         Lane::Icons);
 }
 
-void IconCache::refreshStandIns() {
-    const QList<int> edges = standIns_.keys();
+void IconCache::refreshGeneric() {
+    const QList<int> edges = genericIcons_.keys();
     for (const int edge : edges) {
-        requestStandIn(edge);
+        requestGeneric(edge);
     }
 }
 
-void IconCache::takeStandIn(int edge, const QImage& image) {
-    if (standIns_.value(edge) == image) {
+void IconCache::takeGeneric(int edge, const QImage& image) {
+    if (genericIcons_.value(edge) == image) {
         return;
     }
-    standIns_[edge] = image;
+    genericIcons_[edge] = image;
     QStringList paths;
     for (auto entry = cache_.constKeyValueBegin(); entry != cache_.constKeyValueEnd(); ++entry) {
         if (const auto& [key, icon] = *entry; key.edge == edge && icon.image.isNull()) {
@@ -146,46 +132,46 @@ bool IconCache::isKnown(const QString& path, int edge) const {
     return cache_.contains({path, edge});
 }
 
-void IconCache::remember(const std::vector<KeptIcon>& icons) {
-    for (const KeptIcon& icon : icons) {
+void IconCache::restore(const std::vector<StoredIcon>& icons) {
+    for (const StoredIcon& icon : icons) {
         const Key key{icon.path, icon.image.width()};
-        if (icon.isStandIn && !standIns_.contains(key.edge)) {
-            standIns_[key.edge] = icon.image;
+        if (icon.isGeneric && !genericIcons_.contains(key.edge)) {
+            genericIcons_[key.edge] = icon.image;
         }
         if (!cache_.contains(key)) {
-            put(key, icon.isStandIn ? QImage() : icon.image);
-            remembered_.insert(key);
+            put(key, icon.isGeneric ? QImage() : icon.image);
+            restored_.insert(key);
         }
     }
 }
 
-void IconCache::refreshRemembered() {
-    const QSet<Key> keys = std::exchange(remembered_, {});
+void IconCache::refreshRestored() {
+    const QSet<Key> keys = std::exchange(restored_, {});
     for (const Key& key : keys) {
         request(key);
     }
-    refreshStandIns();
+    refreshGeneric();
 }
 
-std::vector<KeptIcon> IconCache::pictures(const QStringList& paths) const {
+std::vector<StoredIcon> IconCache::snapshot(const QStringList& paths) const {
     const QSet<QString> wanted(paths.begin(), paths.end());
-    std::vector<KeptIcon> icons;
+    std::vector<StoredIcon> icons;
     for (auto entry = cache_.constKeyValueBegin(); entry != cache_.constKeyValueEnd(); ++entry) {
         const auto& [key, icon] = *entry;
-        const bool isStandIn = icon.image.isNull();
-        const QImage shown = isStandIn ? standIns_.value(key.edge) : icon.image;
+        const bool isGeneric = icon.image.isNull();
+        const QImage shown = isGeneric ? genericIcons_.value(key.edge) : icon.image;
         if (!shown.isNull() && wanted.contains(key.path)) {
-            icons.push_back({key.path, shown, isStandIn});
+            icons.push_back({key.path, shown, isGeneric});
         }
     }
-    std::sort(icons.begin(), icons.end(), [](const KeptIcon& a, const KeptIcon& b) {
+    std::sort(icons.begin(), icons.end(), [](const StoredIcon& a, const StoredIcon& b) {
         return std::pair(a.path, a.image.width()) < std::pair(b.path, b.image.width());
     });
     return icons;
 }
 
 void IconCache::retryMissing() {
-    QList<Key> missing(remembered_.cbegin(), remembered_.cend());
+    QList<Key> missing(restored_.cbegin(), restored_.cend());
     for (auto entry = cache_.constKeyValueBegin(); entry != cache_.constKeyValueEnd(); ++entry) {
         if (entry->second.image.isNull()) {
             missing.append(entry->first);
@@ -194,49 +180,46 @@ void IconCache::retryMissing() {
     for (const Key& key : std::as_const(missing)) {
         request(key);
     }
-    refreshStandIns();
+    refreshGeneric();
 }
 
 void IconCache::request(const Key& key) {
-    if (source_ == nullptr || key.edge <= 0 || underWay_.contains(key)) {
+    if (source_ == nullptr || key.edge <= 0 || decoding_.contains(key)) {
         return;
     }
     rest_.cancel();
-    underWay_.insert(key);
-    const ApplicationIcons* source = source_;
-    queue_->compute([source, key] { return source->image(key.path, key.edge); },
-                    [this, source, key](const QImage& image) {
-                        if (source == source_) {
-                            underWay_.remove(key);
-                            take(key, image);
-                            restLater();
-                        }
-                    },
-                    Lane::Icons);
+    decoding_.insert(key);
+    queue_->compute(
+        context_, [source = source_, key] { return source->image(key.path, key.edge); },
+        [this, key](const QImage& image) {
+            decoding_.remove(key);
+            take(key, image);
+            restWhenIdle();
+        },
+        Lane::Icons);
 }
 
 void IconCache::take(const Key& key, const QImage& image) {
     const auto known = cache_.constFind(key);
     const bool isNew = known == cache_.constEnd();
     if (!isNew && image.isNull() && !known->image.isNull()) {
-        // Its file is away for now, as applications are at times. It is asked for again with the missing
-        // ones.
-        remembered_.insert(key);
+        // Its file is missing, perhaps for a moment. `retryMissing` requests it again.
+        restored_.insert(key);
         return;
     }
-    // What looks the same stays, with all that was made of it.
+    // An image that looks the same is not replaced: textures have been made of it.
     if (isNew || known->image != image) {
         makeRoom(entryBytes(key.path) + image.sizeInBytes());
         put(key, image);
-        if (!image.isNull() || standIns_.contains(key.edge)) {
+        if (!image.isNull() || genericIcons_.contains(key.edge)) {
             Q_EMIT arrived(key.path, key.edge);
         } else {
-            requestStandIn(key.edge);
+            requestGeneric(key.edge);
         }
     }
 }
 
-void IconCache::restLater() {
+void IconCache::restWhenIdle() {
     if (isIdle()) {
         rest_ = queue_->postAfter(restAfter, [this] {
             queue_->runInBackground([source = source_] { source->rest(); }, [] {}, Lane::Icons);
@@ -254,9 +237,9 @@ void IconCache::put(const Key& key, const QImage& image) {
     icon = {image, ++uses_};
 }
 
-// Those that could be let go of, the one that was asked for longest ago first.
-std::vector<IconCache::Key> IconCache::spare() const {
-    QHash<QString, quint64> lastUse; // of needed applications
+// The least recently requested one comes first.
+std::vector<IconCache::Key> IconCache::evictable() const {
+    QHash<QString, quint64> lastUse; // by needed application
     for (auto entry = cache_.constKeyValueBegin(); entry != cache_.constKeyValueEnd(); ++entry) {
         if (const QString& path = entry->first.path; needed_.contains(path)) {
             lastUse[path] = std::max(lastUse.value(path), entry->second.used);
@@ -265,8 +248,8 @@ std::vector<IconCache::Key> IconCache::spare() const {
     std::vector<std::pair<quint64, Key>> found;
     for (auto entry = cache_.constKeyValueBegin(); entry != cache_.constKeyValueEnd(); ++entry) {
         const auto& [key, icon] = *entry;
-        const bool isHeld = !icon.image.isNull() && !icon.image.isDetached();
-        if (!isHeld && lastUse.value(key.path) != icon.used) {
+        const bool isShared = !icon.image.isNull() && !icon.image.isDetached();
+        if (!isShared && lastUse.value(key.path) != icon.used) {
             found.emplace_back(icon.used, key);
         }
     }
@@ -283,18 +266,18 @@ qsizetype IconCache::bytesOf(const std::vector<Key>& keys) const {
     });
 }
 
-qsizetype IconCache::spareBytes() const {
-    return bytesOf(spare());
+qsizetype IconCache::evictableBytes() const {
+    return bytesOf(evictable());
 }
 
 void IconCache::makeRoom(qsizetype bytes) {
     if (bytes_ + bytes > limit_) {
-        letGoOver(limit_ - bytes);
+        evictDownTo(limit_ - bytes);
     }
 }
 
-void IconCache::letGoOver(qsizetype limit) {
-    const std::vector<Key> keys = spare();
+void IconCache::evictDownTo(qsizetype limit) {
+    const std::vector<Key> keys = evictable();
     qsizetype rest = bytesOf(keys);
     for (auto key = keys.begin(); key != keys.end() && rest > limit; ++key) {
         const qsizetype bytes = entryBytes(key->path) + cache_.take(*key).image.sizeInBytes();

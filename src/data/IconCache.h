@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/KeptIcons.h"
+#include "data/CacheFiles.h"
 #include "platform/MainQueue.h"
 
 #include <QHash>
@@ -16,19 +16,18 @@ namespace amberquill {
 
 class ApplicationIcons;
 
-// The application icons of this process, decoded once per size and kept as long as there is room: pages that
-// were seen not long ago are drawn without asking the platform again, and an application that is removed
-// keeps its icon. Over its limit the cache lets go of the icons that were asked for longest ago, and decodes
-// them anew when they are asked for again; what somebody else holds as well stays, since letting go of it
-// would free nothing. Decoding happens away from the main thread; everything here is called on it.
+// The application icons of this process. Each is decoded once per size, away from the main thread, and kept
+// while there is room, even after its application is removed. Over the limit, the icons that were requested
+// least recently are evicted; an image that other objects share stays, since evicting it would free nothing.
+// Main thread only.
 class IconCache final : public QObject {
     Q_OBJECT
 
 public:
-    // What it may hold beside the needed ones, in bytes: some more pages.
+    // The limit of the evictable icons, in bytes: some more pages.
     static constexpr qsizetype usualLimit = qsizetype{24} * 1024 * 1024;
 
-    // Seconds without an icon under way after which `ApplicationIcons::rest` is called.
+    // `ApplicationIcons::rest` is called after so many seconds without a request.
     static constexpr double restAfter = 4;
 
     explicit IconCache(qsizetype limit = usualLimit)
@@ -36,47 +35,42 @@ public:
 
     static IconCache& shared();
 
-    // Where icons come from; both outlive their use. Until this is called, every icon is the placeholder.
+    // Sets the source of the icons and empties the cache. Both objects outlive their use. Without a source,
+    // every icon is the placeholder.
     void serveFrom(ApplicationIcons* source, MainQueue* queue);
 
-    // The application's icon at `edge` × `edge` device pixels. Until it is decoded, the same icon of another
-    // size that is known, to be scaled, or else the placeholder. For an application that has no icon, the
-    // platform's stand-in for such ones, or else a drawn glyph. `arrived` follows when another takes its
-    // place.
+    // The application's icon at `edge` × `edge` device pixels. Until it is decoded: the same icon at another
+    // known size, to be scaled, or else the placeholder. For an application without an icon: the platform's
+    // generic icon, or else a painted one. `arrived` reports each change.
     QImage icon(const QString& path, int edge);
 
-    // The applications that are shown or may be next. Of each, the image that was asked for last stays,
-    // beside what the limit leaves room for.
+    // The applications that are visible or may be next. The latest requested size of each is not evicted.
     void setNeeded(const QSet<QString>& paths);
 
-    // Lets go of all icons but those of needed applications and those that somebody else holds as well: for
-    // when nobody looks.
-    void shrink() { letGoOver(0); }
+    // Evicts all that can be evicted. For the hidden launcher.
+    void shrink() { evictDownTo(0); }
 
-    // What the cache could let go of, in bytes.
-    [[nodiscard]] qsizetype spareBytes() const;
+    [[nodiscard]] qsizetype evictableBytes() const;
 
-    // Whether the icon has been decoded, or is known not to exist.
+    // Whether the icon has been decoded, or the application is known to have none.
     [[nodiscard]] bool isKnown(const QString& path, int edge) const;
 
     // Whether no icon is being decoded.
-    [[nodiscard]] bool isIdle() const { return underWay_.isEmpty() && standInsUnderWay_.isEmpty(); }
+    [[nodiscard]] bool isIdle() const { return decoding_.isEmpty() && decodingGeneric_.isEmpty(); }
 
-    // Icons of an earlier run, shown like any other until `refreshRemembered`.
-    void remember(const std::vector<KeptIcon>& icons);
-    // Decodes what was remembered again; `arrived` follows for what looks different now. What is not to be
-    // had now stays.
-    void refreshRemembered();
+    // Takes the icons of an earlier run. They count as decoded until `refreshRestored` decodes them anew;
+    // `arrived` then reports those that look different. An icon that cannot be decoded now stays.
+    void restore(const std::vector<StoredIcon>& icons);
+    void refreshRestored();
 
-    // What is shown for those of these applications that have been decoded, or are known to have no icon: at
-    // every edge, in order of path and edge.
-    [[nodiscard]] std::vector<KeptIcon> pictures(const QStringList& paths) const;
+    // The known icons of these applications at every edge, in order of path and edge.
+    [[nodiscard]] std::vector<StoredIcon> snapshot(const QStringList& paths) const;
 
-    // Asks again for the icons that were not to be had: a package's icons often come after its application.
-    // Meanwhile the remembered ones stay. What stands in for icons is asked for again as well.
+    // Requests missing icons again, since a package's icons are often installed after its application. The
+    // generic icons are requested again too.
     void retryMissing();
 
-    // What is shown while an icon is decoded.
+    // The image for an icon that is being decoded.
     QImage placeholder(int edge);
 
 Q_SIGNALS:
@@ -94,39 +88,42 @@ private:
     }
 
     struct Icon {
-        QImage image; // null: known to have none
+        QImage image; // null: the application has no icon
         quint64 used = 0;
     };
 
-    [[nodiscard]] QImage meanwhile(const Key& key);
-    [[nodiscard]] QImage standIn(int edge);
-    [[nodiscard]] bool hasNone(const QString& path) const;
-    void requestStandIn(int edge);
-    void refreshStandIns();
-    void takeStandIn(int edge, const QImage& image);
+    [[nodiscard]] QImage bestKnown(const Key& key);
+    [[nodiscard]] bool hasNoIcon(const QString& path) const;
     void request(const Key& key);
     void take(const Key& key, const QImage& image);
-    void restLater();
+
+    [[nodiscard]] QImage genericIcon(int edge);
+    void requestGeneric(int edge);
+    void refreshGeneric();
+    void takeGeneric(int edge, const QImage& image);
+
+    void restWhenIdle();
     void put(const Key& key, const QImage& image);
-    [[nodiscard]] std::vector<Key> spare() const;
+    [[nodiscard]] std::vector<Key> evictable() const;
     [[nodiscard]] qsizetype bytesOf(const std::vector<Key>& keys) const;
     void makeRoom(qsizetype bytes);
-    void letGoOver(qsizetype limit);
+    void evictDownTo(qsizetype limit);
 
     ApplicationIcons* source_ = nullptr;
     MainQueue* queue_ = nullptr;
     QHash<Key, Icon> cache_;
-    std::map<int, int> edges_; // how many icons are of each: few
+    std::map<int, int> edges_; // the number of icons of each edge; there are few edges
     QSet<QString> needed_;
     qsizetype limit_;
-    qsizetype bytes_ = 0; // of all
-    quint64 uses_ = 0;    // of any icon, so far
+    qsizetype bytes_ = 0; // of all icons
+    quint64 uses_ = 0;    // the number of requests so far
     QHash<int, QImage> placeholders_;
-    QHash<int, QImage> standIns_; // for applications without an icon, by edge
-    QSet<int> standInsUnderWay_;
-    QSet<Key> underWay_;
-    DelayedWork rest_;     // waits while no icon is under way
-    QSet<Key> remembered_; // still to be decoded
+    QHash<int, QImage> genericIcons_; // by edge
+    QSet<int> decodingGeneric_;
+    QSet<Key> decoding_;
+    QSet<Key> restored_; // not yet decoded in this run
+    DelayedWork rest_;
+    Context context_; // of the current source
 };
 
 } // namespace amberquill

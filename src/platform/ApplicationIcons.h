@@ -17,9 +17,9 @@ public:
     // 1; an icon that is not square is centred). A null image: it has none, or none that can be read.
     [[nodiscard]] virtual QImage image(const QString& applicationPath, int edge) const = 0;
 
-    // The picture of applications that have none of their own, in the same form. A null image: this desktop
-    // has no such picture.
-    [[nodiscard]] virtual QImage standIn(int edge) const = 0;
+    // The icon for applications that have none of their own, in the same form. A null image: this desktop has
+    // no such icon.
+    [[nodiscard]] virtual QImage genericIcon(int edge) const = 0;
 
     // Drops what is remembered of the icon folders' contents: the next question looks again.
     virtual void forget() = 0;
@@ -32,7 +32,7 @@ public:
 class NullApplicationIcons final : public ApplicationIcons {
 public:
     [[nodiscard]] QImage image(const QString&, int) const override { return {}; }
-    [[nodiscard]] QImage standIn(int) const override { return {}; }
+    [[nodiscard]] QImage genericIcon(int) const override { return {}; }
     void forget() override {}
     void rest() override {}
 };

@@ -92,7 +92,7 @@ AppDelegate::AppDelegate(Services services)
              .retryIcons = services_.retryIcons})
     , memory_(model_, services_.queue, [this] { releaseMemory(); }) {
     names_.follow(model_);
-    IconCache::shared().remember(std::exchange(services_.startupData.icons, {}));
+    IconCache::shared().restore(std::exchange(services_.startupData.icons, {}));
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
@@ -227,7 +227,7 @@ void AppDelegate::finishStart() {
         const QIcon icon = applicationIcon();
         QGuiApplication::setWindowIcon(icon);
         controller_->window().setIcon(icon);
-        IconCache::shared().refreshRemembered();
+        IconCache::shared().refreshRestored();
         icons_.start();
     });
 }

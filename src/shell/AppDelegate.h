@@ -2,7 +2,7 @@
 // AppDelegate creates everything that lives as long as the process.
 #pragma once
 
-#include "data/KeptIcons.h"
+#include "data/CacheFiles.h"
 #include "model/LauncherModel.h"
 #include "model/LayoutStore.h"
 #include "platform/GlobalShortcut.h"
@@ -52,7 +52,7 @@ struct StartupData {
     bool layoutIsLate = false;       // the layout is still being read; the model gets it later
     bool preferencesAreLate = false; // see takeLatePreferences()
     QHash<QString, QString> names;   // by path
-    std::vector<KeptIcon> icons;
+    std::vector<StoredIcon> icons;
 };
 
 // Owns the model and the window's controller, and connects them to the application's events.

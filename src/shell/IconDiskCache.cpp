@@ -24,17 +24,17 @@ std::span<const LaunchItem> firstPage(const LauncherModel& model) {
     return std::span(model.items()).first(std::min(model.items().size(), room));
 }
 
-// In memory all stand-ins of one size are one image; the file stores a copy for each application. So loaded
-// stand-ins of one size count as the same image.
-IconDiskCache::Identities identitiesOf(const std::vector<KeptIcon>& icons) {
-    QHash<int, qint64> standIns; // by edge
+// In memory all generic icons of one size are one image; the file stores a copy for each application. So
+// loaded generic icons of one size count as the same image.
+IconDiskCache::Identities identitiesOf(const std::vector<StoredIcon>& icons) {
+    QHash<int, qint64> genericIcons; // by edge
     IconDiskCache::Identities identities;
-    for (const KeptIcon& icon : icons) {
+    for (const StoredIcon& icon : icons) {
         qint64 image = icon.image.cacheKey();
-        if (icon.isStandIn) {
-            qint64& standIn = standIns[icon.image.width()];
-            standIn = standIn == 0 ? image : standIn;
-            image = standIn;
+        if (icon.isGeneric) {
+            qint64& generic = genericIcons[icon.image.width()];
+            generic = generic == 0 ? image : generic;
+            image = generic;
         }
         identities.append({icon.path, image});
     }
@@ -44,15 +44,15 @@ IconDiskCache::Identities identitiesOf(const std::vector<KeptIcon>& icons) {
 } // namespace
 
 IconDiskCache::IconDiskCache(const Services& services, const QString& caches,
-                             const std::vector<KeptIcon>& loaded, QObject* parent)
+                             const std::vector<StoredIcon>& loaded, QObject* parent)
     : QObject(parent)
     , services_(services)
     , path_(iconsPath(caches))
     , stored_(identitiesOf(loaded)) {}
 
-std::vector<KeptIcon> IconDiskCache::load(const FileSystem& files, const QString& caches) {
+std::vector<StoredIcon> IconDiskCache::load(const FileSystem& files, const QString& caches) {
     const auto content = files.readFile(iconsPath(caches), largestIcons);
-    return content ? decodeIcons(*content) : std::vector<KeptIcon>();
+    return content ? decodeIcons(*content) : std::vector<StoredIcon>();
 }
 
 bool IconDiskCache::prepareFirstPage(const LauncherModel& model, IconCache& icons, int edge) {
@@ -84,7 +84,7 @@ void IconDiskCache::save() {
             paths += folder->apps.first(std::min(folder->apps.size(), iconsOnFolderTile));
         }
     }
-    const std::vector<KeptIcon> icons = services_.icons.pictures(paths);
+    const std::vector<StoredIcon> icons = services_.icons.snapshot(paths);
     const Identities identities = identitiesOf(icons);
     if (identities == stored_ || icons.empty()) {
         return;

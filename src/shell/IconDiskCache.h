@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/KeptIcons.h"
+#include "data/CacheFiles.h"
 #include "model/LauncherModel.h"
 
 #include <QList>
@@ -31,11 +31,11 @@ public:
 
     // `caches` is the folder for deletable files; `loaded` is what `load` found there. The services outlive
     // the cache.
-    IconDiskCache(const Services& services, const QString& caches, const std::vector<KeptIcon>& loaded,
+    IconDiskCache(const Services& services, const QString& caches, const std::vector<StoredIcon>& loaded,
                   QObject* parent = nullptr);
 
     // The icons that the last run stored. Safe on any thread.
-    [[nodiscard]] static std::vector<KeptIcon> load(const FileSystem& files, const QString& caches);
+    [[nodiscard]] static std::vector<StoredIcon> load(const FileSystem& files, const QString& caches);
 
     // Requests the first page's icons of `edge` device pixels that have not been decoded yet. Returns whether
     // all of them had been.

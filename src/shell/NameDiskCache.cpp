@@ -1,6 +1,6 @@
 #include "shell/NameDiskCache.h"
 
-#include "data/NamesCache.h"
+#include "data/CacheFiles.h"
 #include "platform/FileSystem.h"
 #include "platform/MainQueue.h"
 

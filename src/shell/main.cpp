@@ -89,7 +89,7 @@ constexpr std::chrono::milliseconds longestReading{300};
 // What an earlier run left for the first picture.
 struct Caches {
     QHash<QString, QString> names;
-    std::vector<KeptIcon> icons;
+    std::vector<StoredIcon> icons;
 };
 
 // What is read while Qt starts. A first scan is among it where nothing is remembered that could be shown

@@ -24,7 +24,7 @@ public:
         icon.fill(colour(digits.toInt()));
         return icon;
     }
-    [[nodiscard]] QImage standIn(int) const override { return {}; }
+    [[nodiscard]] QImage genericIcon(int) const override { return {}; }
     void forget() override {}
     void rest() override {}
 };

@@ -22,7 +22,7 @@ protected:
 
     void makeDiskCache() {
         const auto loaded = IconDiskCache::load(files_, u"/cache"_s);
-        cache_.remember(loaded);
+        cache_.restore(loaded);
         diskCache_ = std::make_unique<IconDiskCache>(IconDiskCache::Services{*model_, cache_, queue_, files_},
                                                      u"/cache"_s, loaded);
     }
@@ -80,7 +80,7 @@ TEST_F(IconDiskCacheTest, IconsAreWrittenOnlyWhenTheyHaveChanged) {
     EXPECT_EQ(files_.writes(), writes + 1) << "the file holds the loaded icons already";
 }
 
-TEST_F(IconDiskCacheTest, UnchangedStandInsAreNotWrittenAgain) {
+TEST_F(IconDiskCacheTest, UnchangedGenericIconsAreNotWrittenAgain) {
     NullApplicationIcons none;
     cache_.serveFrom(&none, &queue_);
     makeDiskCache();
@@ -93,13 +93,13 @@ TEST_F(IconDiskCacheTest, UnchangedStandInsAreNotWrittenAgain) {
     cache_.serveFrom(&none, &queue_); // as in another process
     makeDiskCache();
     diskCache_->start();
-    cache_.refreshRemembered();
+    cache_.refreshRestored();
     queue_.runPosted();
     hide();
     EXPECT_EQ(files_.writes(), writes);
 }
 
-TEST_F(IconDiskCacheTest, TheStandInOfAnotherApplicationIsWritten) {
+TEST_F(IconDiskCacheTest, TheGenericIconOfAnotherApplicationIsWritten) {
     NullApplicationIcons none;
     cache_.serveFrom(&none, &queue_);
     makeDiskCache();

@@ -40,7 +40,7 @@ public:
         drawing.render(&painter);
         return icon;
     }
-    [[nodiscard]] QImage standIn(int) const override { return {}; }
+    [[nodiscard]] QImage genericIcon(int) const override { return {}; }
     void forget() override {}
     void rest() override {}
 

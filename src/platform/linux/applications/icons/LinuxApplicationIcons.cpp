@@ -42,7 +42,7 @@ QImage LinuxApplicationIcons::image(const QString& applicationPath, int edge) co
     return {};
 }
 
-QImage LinuxApplicationIcons::standIn(int edge) const {
+QImage LinuxApplicationIcons::genericIcon(int edge) const {
     return namedImage(u"application-x-executable"_s, edge);
 }
 

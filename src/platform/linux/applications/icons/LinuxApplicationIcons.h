@@ -30,7 +30,7 @@ public:
 
     [[nodiscard]] QImage image(const QString& applicationPath, int edge) const override;
     // The theme's icon for programs.
-    [[nodiscard]] QImage standIn(int edge) const override;
+    [[nodiscard]] QImage genericIcon(int edge) const override;
     void forget() override;
     void rest() override;
 

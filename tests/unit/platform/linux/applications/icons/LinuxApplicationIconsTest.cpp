@@ -134,11 +134,11 @@ TEST_F(LinuxApplicationIconsTest, WhatIsNoFileIsNotWaitedFor) {
 
 TEST_F(LinuxApplicationIconsTest, WhatStandsInForAnIconComesFromTheTheme) {
     LinuxApplicationIcons icons(settings(), workers_);
-    EXPECT_TRUE(icons.standIn(48).isNull());
+    EXPECT_TRUE(icons.genericIcon(48).isNull());
     files_.write("icons/test/48/apps/application-x-executable.png", "not a picture");
     files_.write("icons/test/96/apps/application-x-executable.png", png(96, 96, QColor(0, 0, 255)));
     icons.forget();
-    const auto picture = icons.standIn(75);
+    const auto picture = icons.genericIcon(75);
     EXPECT_EQ(colour(picture), blue) << "the next best one, where a file is broken";
     EXPECT_EQ(picture.size(), QSize(75, 75));
     EXPECT_TRUE(entryImage("missing").isNull()) << "it is no application's own";
@@ -345,7 +345,7 @@ TEST_F(LinuxApplicationIconsTest, ThatNoProcessCouldBeHadForAnIconIsToldOnce) {
     EXPECT_TRUE(icons.image(entry, 48).isNull());
     EXPECT_TRUE(icons.takeUnavailable());
     EXPECT_FALSE(icons.takeUnavailable());
-    EXPECT_TRUE(icons.standIn(48).isNull());
+    EXPECT_TRUE(icons.genericIcon(48).isNull());
     EXPECT_FALSE(icons.takeUnavailable()) << "there is no such file";
 }
 

@@ -1,4 +1,4 @@
-#include "data/IconGlyph.h"
+#include "data/PaintedIcons.h"
 
 #include "data/ContinuousCorners.h"
 
@@ -12,8 +12,10 @@ namespace amberquill {
 
 namespace {
 
-// All as parts of the tile's edge but for the first, which is one of the icon's.
+// Parts of the icon's edge.
 constexpr double tileInset = 0.09;
+
+// Parts of the tile's edge.
 constexpr double tileRadius = 0.225;
 constexpr double windowWidth = 0.6;
 constexpr double windowHeight = 0.48;
@@ -26,12 +28,12 @@ constexpr QColor tileTop{0x82, 0x90, 0xA6};
 constexpr QColor tileBottom{0x4B, 0x57, 0x6C};
 constexpr QColor dots{0x5C, 0x69, 0x7F};
 
-// Whole pixels, one at least.
+// Rounded to whole pixels, at least one.
 int pixels(double length) {
     return std::max(1, static_cast<int>(std::lround(length)));
 }
 
-// A length of about this much that lies in the middle of `whole` pixels.
+// The length nearest to `length` that leaves the same number of pixels on both sides of `whole`.
 int centred(double length, int whole) {
     return whole - 2 * pixels((whole - length) / 2);
 }
@@ -57,7 +59,7 @@ void paintWindow(QPainter& painter, const QRect& tile) {
     const int dot = pixels(edge * dotSize);
     const int top = window.top() + (bar - dot) / 2;
     if (dot < 3) {
-        return; // too small to be told from each other
+        return; // too small to be seen apart
     }
     for (int i = 0; i < 3; ++i) {
         painter.fillPath(roundedRect(QRect(content.left() + dot / 2 + i * 2 * dot, top, dot, dot), dot / 2.0),
@@ -67,7 +69,18 @@ void paintWindow(QPainter& painter, const QRect& tile) {
 
 } // namespace
 
-QImage paintedIconGlyph(int edge) {
+QImage paintedPlaceholder(int edge) {
+    QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double inset = edge * tileInset;
+    const QRectF body = QRectF(0, 0, edge, edge).adjusted(inset, inset, -inset, -inset);
+    painter.fillPath(continuousRoundedRect(body, body.width() * tileRadius), QColor(255, 255, 255, 41));
+    return image;
+}
+
+QImage paintedGenericIcon(int edge) {
     QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);

@@ -1,6 +1,9 @@
-#include "data/KeptIcons.h"
+#include "data/CacheFiles.h"
+
+#include "platform/common/Utf8.h"
 
 #include <QByteArrayView>
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <optional>
@@ -9,9 +12,9 @@ namespace amberquill {
 
 namespace {
 
-// The heading, then for each icon its edge, its kind, the length of its path, the path and the pixels, all at
-// multiples of a pixel's size so that the images can lie in the file's own bytes. Numbers and pixels are in
-// the machine's own order: the file does not travel.
+// The icon file: a heading, then for each icon its edge, its kind, the length of its path, the path and the
+// pixels. All of them are aligned to the size of a pixel, so that an image can use the file's bytes in place.
+// Numbers and pixels have the machine's byte order: the file stays on one machine.
 constexpr QByteArrayView iconsHeading = "amberquill icons 002";
 constexpr qsizetype wordSize = sizeof(quint32);
 static_assert(iconsHeading.size() % wordSize == 0);
@@ -19,8 +22,8 @@ static_assert(iconsHeading.size() % wordSize == 0);
 constexpr quint32 largestEdge = 1024;
 constexpr quint32 longestPath = 64 * 1024;
 
-constexpr quint32 ownKind = 1;
-constexpr quint32 standInKind = 2;
+constexpr quint32 ownIcon = 1;
+constexpr quint32 genericIcon = 2;
 
 void appendNumber(QByteArray& content, qsizetype number) {
     const auto value = static_cast<quint32>(number);
@@ -31,9 +34,9 @@ qsizetype padding(qsizetype size) {
     return (wordSize - size % wordSize) % wordSize;
 }
 
-class Reader {
+class IconReader {
 public:
-    explicit Reader(QByteArrayView rest)
+    explicit IconReader(QByteArrayView rest)
         : rest_(rest) {}
 
     [[nodiscard]] bool atEnd() const { return rest_.isEmpty(); }
@@ -61,7 +64,7 @@ private:
     QByteArrayView rest_;
 };
 
-// An image over a part of `content`, which it keeps alive.
+// An image whose pixels are a part of `content`, which it keeps alive.
 QImage imageWithin(const QByteArray& content, QByteArrayView pixels, qsizetype edge) {
     auto owner = std::make_unique<QByteArray>(content);
     const auto side = static_cast<int>(edge);
@@ -74,9 +77,9 @@ QImage imageWithin(const QByteArray& content, QByteArrayView pixels, qsizetype e
             owner.release()};
 }
 
-std::optional<KeptIcon> nextIcon(Reader& reader, const QByteArray& content) {
+std::optional<StoredIcon> nextIcon(IconReader& reader, const QByteArray& content) {
     const auto edge = reader.number(largestEdge);
-    const auto kind = reader.number(standInKind);
+    const auto kind = reader.number(genericIcon);
     const auto length = reader.number(longestPath);
     if (!edge || !kind || !length) {
         return std::nullopt;
@@ -87,14 +90,37 @@ std::optional<KeptIcon> nextIcon(Reader& reader, const QByteArray& content) {
     if (!path || !gap || !pixels) {
         return std::nullopt;
     }
-    return KeptIcon{QString::fromUtf8(*path), imageWithin(content, *pixels, *edge), *kind == standInKind};
+    return StoredIcon{QString::fromUtf8(*path), imageWithin(content, *pixels, *edge), *kind == genericIcon};
+}
+
+// The name file: a heading, the language, the number of applications, then the path and the name of each.
+// Every field ends with NUL, which no path and no name contains. The number shows whether the file is whole.
+const QByteArrayView namesHeading = "amberquill names 1";
+
+void appendField(QByteArray& content, const QByteArray& field) {
+    content += field;
+    content += '\0';
+}
+
+std::optional<QByteArrayView> takeField(QByteArrayView& rest) {
+    const qsizetype end = rest.indexOf('\0');
+    if (end < 0) {
+        return std::nullopt;
+    }
+    const QByteArrayView field = rest.first(end);
+    rest = rest.sliced(end + 1);
+    return field;
+}
+
+QByteArray field(const QString& text) {
+    return text.toUtf8().replace('\0', ' ');
 }
 
 } // namespace
 
-QByteArray encodeIcons(const std::vector<KeptIcon>& icons) {
+QByteArray encodeIcons(const std::vector<StoredIcon>& icons) {
     QByteArray content = iconsHeading.toByteArray();
-    for (const KeptIcon& icon : icons) {
+    for (const StoredIcon& icon : icons) {
         const int edge = icon.image.width();
         const QByteArray path = icon.path.toUtf8();
         if (edge == 0 || edge != icon.image.height() || edge > static_cast<int>(largestEdge) ||
@@ -102,7 +128,7 @@ QByteArray encodeIcons(const std::vector<KeptIcon>& icons) {
             continue;
         }
         appendNumber(content, edge);
-        appendNumber(content, icon.isStandIn ? standInKind : ownKind);
+        appendNumber(content, icon.isGeneric ? genericIcon : ownIcon);
         appendNumber(content, path.size());
         content.append(path).append(padding(path.size()), '\0');
         const QImage image = icon.image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
@@ -113,12 +139,12 @@ QByteArray encodeIcons(const std::vector<KeptIcon>& icons) {
     return content;
 }
 
-std::vector<KeptIcon> decodeIcons(const QByteArray& content) {
-    Reader reader(content);
+std::vector<StoredIcon> decodeIcons(const QByteArray& content) {
+    IconReader reader(content);
     if (reader.bytes(iconsHeading.size()) != iconsHeading) {
         return {};
     }
-    std::vector<KeptIcon> icons;
+    std::vector<StoredIcon> icons;
     while (!reader.atEnd()) {
         auto icon = nextIcon(reader, content);
         if (!icon) {
@@ -127,6 +153,42 @@ std::vector<KeptIcon> decodeIcons(const QByteArray& content) {
         icons.push_back(std::move(*icon));
     }
     return icons;
+}
+
+QByteArray encodeNames(const QString& language, const std::vector<AppInfo>& apps) {
+    QByteArray content;
+    appendField(content, namesHeading.toByteArray());
+    appendField(content, field(language));
+    appendField(content, QByteArray::number(static_cast<qulonglong>(apps.size())));
+    for (const AppInfo& app : apps) {
+        appendField(content, field(app.path));
+        appendField(content, field(app.name));
+    }
+    return content;
+}
+
+QHash<QString, QString> decodeNames(const QByteArray& content, const QString& language) {
+    QByteArrayView rest = content;
+    const auto head = takeField(rest);
+    const auto writtenFor = takeField(rest);
+    const auto countText = takeField(rest);
+    if (!countText || *head != namesHeading || QString::fromUtf8(*writtenFor) != language) {
+        return {};
+    }
+    const qulonglong count = countText->toByteArray().toULongLong();
+    QHash<QString, QString> names;
+    // An entry has two bytes at least: a wrong count does not reserve more than the file can hold.
+    names.reserve(
+        static_cast<qsizetype>(std::min<qulonglong>(count, static_cast<qulonglong>(rest.size()) / 2)));
+    for (qulonglong i = 0; i < count; ++i) {
+        const auto path = takeField(rest);
+        const auto name = takeField(rest);
+        if (!name) {
+            return {};
+        }
+        names.insert(textOfUtf8(*path), textOfUtf8(*name));
+    }
+    return rest.isEmpty() ? names : QHash<QString, QString>();
 }
 
 } // namespace amberquill
