@@ -1,30 +1,29 @@
 import QtQuick
 import Amberquill.Views
 
-// The icon that follows the pointer during a drag, and glides into its place at the end of it.
+// The icon that follows the pointer during a drag, and glides into its place when it is dropped.
 Item {
     id: icon
 
     required property DragView drag
     required property double iconEdge // on the page, in points
-    required property double ratio // device pixels in a point
 
-    // Painted at the size that it has in the hand, so that it is sharp there.
-    readonly property double held: Math.round(iconEdge * 1.1 * ratio) / ratio
+    // Painted as large as it is while it is dragged, so that it is sharp then.
+    readonly property double held: PixelGrid.snapped(iconEdge * 1.1)
 
-    x: Math.round((place.value.x - held / 2) * ratio) / ratio
-    y: Math.round((place.value.y - held / 2) * ratio) / ratio
+    x: PixelGrid.snapped(place.value.x - held / 2)
+    y: PixelGrid.snapped(place.value.y - held / 2)
     width: held
     height: held
 
     AnimatedPoint {
         id: place
         target: icon.drag.center
-        precision: 0.5 / icon.ratio
+        precision: 0.5 / PixelGrid.ratio
     }
 
     Animated {
-        id: lift // 1 while it is held
+        id: lift // 1 while the icon is dragged
         target: icon.drag.dropping ? 0 : 1
     }
 
@@ -41,7 +40,6 @@ Item {
 
         ItemIcon {
             size: icon.held
-            ratio: icon.ratio
             isFolder: icon.drag.isFolder
             path: icon.drag.path
             appPaths: icon.drag.appPaths

@@ -9,10 +9,9 @@ Item {
 
     required property var appPaths
     required property double size
-    required property double ratio
     property double brightness: 0
 
-    readonly property double body: size * 0.82
+    readonly property double body: size * Theme.folderBody
     readonly property double mini: body * 0.28
     readonly property double gap: body * 0.02
     readonly property double inset: (body - 3 * mini - 2 * gap) * 0.5
@@ -20,25 +19,17 @@ Item {
     width: size
     height: size
 
-    function snapped(value: double): double {
-        return Math.round(value * ratio) / ratio;
-    }
-
-    function white(opacity: double): color {
-        const component = Math.max(0, Math.min(1, 1 + brightness));
-        return Qt.rgba(component, component, component, opacity);
-    }
-
     RoundedShape {
         id: slab
-        x: icon.snapped((icon.size - icon.body) / 2)
+        x: PixelGrid.snapped((icon.size - icon.body) / 2)
         y: x
-        width: icon.snapped(icon.body)
+        width: PixelGrid.snapped(icon.body)
         height: width
-        radius: icon.body * 0.225
-        fill: icon.white(0.2)
-        outline: icon.white(0.22)
-        outlineWidth: 1
+        radius: icon.body * Theme.folderRadius
+        fill: Theme.folderFill
+        outline: Theme.folderOutline
+        outlineWidth: Theme.outlineWidth
+        brightness: icon.brightness
     }
 
     Repeater {
@@ -48,9 +39,9 @@ Item {
             required property string modelData
             required property int index
 
-            x: slab.x + icon.snapped(icon.inset + (index % 3) * (icon.mini + icon.gap))
-            y: slab.y + icon.snapped(icon.inset + Math.floor(index / 3) * (icon.mini + icon.gap))
-            width: icon.snapped(icon.mini)
+            x: slab.x + PixelGrid.snapped(icon.inset + (index % 3) * (icon.mini + icon.gap))
+            y: slab.y + PixelGrid.snapped(icon.inset + Math.floor(index / 3) * (icon.mini + icon.gap))
+            width: PixelGrid.snapped(icon.mini)
             height: width
             path: modelData
             brightness: icon.brightness

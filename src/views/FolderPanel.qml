@@ -11,16 +11,11 @@ Item {
     required property LauncherModel launcher
     required property BackgroundLayer background
     required property ViewTexts texts
-    required property double ratio // device pixels in a point
 
     // How visible the page is behind the panel.
     readonly property double dimming: 0.2
 
     readonly property bool isVisible: opening.value > 0
-
-    function snapped(value: double): double {
-        return Math.round(value * ratio) / ratio;
-    }
 
     visible: isVisible
     opacity: opening.value
@@ -53,7 +48,7 @@ Item {
         background: panel.background
         dimming: panel.dimming
         isShown: panel.isVisible
-        radius: 30
+        radius: Theme.panelRadius
     }
 
     Repeater {
@@ -66,11 +61,11 @@ Item {
     }
 
     Text {
-        x: panel.snapped(panel.folder.panelRect.x + (panel.folder.panelRect.width - width) / 2)
-        y: panel.snapped(panel.folder.panelRect.y + (panel.folder.panelRect.height - height) / 2)
+        x: PixelGrid.snapped(panel.folder.panelRect.x + (panel.folder.panelRect.width - width) / 2)
+        y: PixelGrid.snapped(panel.folder.panelRect.y + (panel.folder.panelRect.height - height) / 2)
         visible: panel.folder.isEmpty
-        color: Qt.rgba(1, 1, 1, 0.6)
-        font.pixelSize: 15
+        color: Theme.emptyFolderText
+        font.pixelSize: Theme.emptyFolderTextSize
         text: panel.texts.emptyFolder
         textFormat: Text.PlainText
         renderType: Text.NativeRendering

@@ -10,11 +10,11 @@ TextLine {
 
     required property FolderTiles folder
 
-    x: snapped(folder.titleBand.x)
-    y: snapped(folder.titleBand.y - height / 2)
+    x: PixelGrid.snapped(folder.titleBand.x)
+    y: PixelGrid.snapped(folder.titleBand.y - height / 2)
     width: folder.titleBand.width
     enabled: folder.isOpen
-    font.pixelSize: 24
+    font.pixelSize: Theme.folderTitleSize
     font.weight: Font.DemiBold
     horizontalAlignment: TextInput.AlignHCenter
 

@@ -4,6 +4,7 @@
 #include "data/IconCache.h"
 #include "views/BackgroundLayer.h"
 #include "views/ImageEffects.h"
+#include "views/Theme.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -19,13 +20,6 @@ namespace {
 constexpr double frostRadius = 60;
 constexpr double slabShadowRadius = 30;
 constexpr double slabShadowDrop = 10;
-constexpr double slabShadowOpacity = 0.25;
-constexpr double outlineWidth = 1;
-
-// White over what lies behind: the frost itself, the slab's fill and its outline.
-constexpr double frostWhite = 0.05;
-constexpr double fillWhite = 0.06;
-constexpr double outlineWhite = 0.18;
 
 // A slab over a translucent wash hides what shines through the wash this much at least: frost lets no
 // outline through.
@@ -33,10 +27,6 @@ constexpr double leastOpacity = 0.98;
 
 // What is blurred has no detail: it is worked on this many times smaller.
 constexpr int coarseness = 4;
-
-QColor white(double opacity) {
-    return QColor::fromRgbF(1, 1, 1, static_cast<float>(opacity));
-}
 
 // The colours at the opacity of frost.
 void thicken(QImage& image) {
@@ -60,7 +50,7 @@ QImage shadowOf(const QPainterPath& shape, const QSize& size, double ratio) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(1.0 / coarseness, 1.0 / coarseness);
     painter.translate(0, slabShadowDrop * ratio);
-    painter.fillPath(shape, QColor::fromRgbF(0, 0, 0, static_cast<float>(slabShadowOpacity)));
+    painter.fillPath(shape, Theme::black(Theme::panelShadow));
     painter.end();
     shadow = shadow.convertToFormat(QImage::Format_Alpha8);
     blurAlpha(shadow, slabShadowRadius * ratio / 2 / coarseness);
@@ -104,10 +94,10 @@ TextureItem::Painted FrostedSlab::paintTexture(double devicePixelRatio) {
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.fillPath(shape, frost);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    const double line = outlineWidth * devicePixelRatio;
+    const double line = Theme::outlineWidth * devicePixelRatio;
     painter.strokePath(continuousRoundedRect(body.adjusted(line / 2, line / 2, -line / 2, -line / 2),
                                              radius_ * devicePixelRatio - line / 2),
-                       QPen(white(outlineWhite), line));
+                       QPen(Theme::white(Theme::panelOutline), line));
     painter.end();
     const QPointF corner = QPointF(-margin, -margin) / devicePixelRatio;
     return {image, QRectF(corner, QSizeF(image.size()) / devicePixelRatio)};
@@ -137,8 +127,8 @@ QImage FrostedSlab::behind(double devicePixelRatio) const {
     image = image.copy(QRectF(QPointF(margin, margin) * scale, size() * scale).toRect());
     thicken(image);
     painter.begin(&image);
-    painter.fillRect(image.rect(), white(frostWhite));
-    painter.fillRect(image.rect(), white(fillWhite));
+    painter.fillRect(image.rect(), Theme::white(Theme::panelFrost));
+    painter.fillRect(image.rect(), Theme::white(Theme::panelFill));
     painter.end();
     return image;
 }
@@ -153,7 +143,7 @@ void FrostedSlab::drawPage(QPainter& painter) const {
         if (const QString* path = entry.item.asApp()) {
             painter.drawImage(icon, IconCache::shared().icon(*path, pixels));
         } else {
-            painter.fillRect(icon, white(0.2));
+            painter.fillRect(icon, Theme::white(Theme::folderWhite));
         }
     }
 }

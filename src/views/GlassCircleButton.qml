@@ -7,7 +7,6 @@ Item {
 
     required property string symbol
     required property string label
-    required property double ratio // device pixels in a point
 
     signal triggered
 
@@ -26,15 +25,15 @@ Item {
         id: circle
         anchors.fill: parent
         radius: width / 2
-        fill: Qt.rgba(1, 1, 1, pointer.hovered ? 0.28 : 0.18)
-        outline: Qt.rgba(1, 1, 1, 0.15)
-        outlineWidth: 1
+        fill: pointer.hovered ? Theme.hoveredControlFill : Theme.controlFill
+        outline: Theme.controlOutline
+        outlineWidth: Theme.outlineWidth
     }
 
     SymbolTexture {
-        x: Math.round((button.width - width) / 2 * button.ratio) / button.ratio
+        x: PixelGrid.snapped((button.width - width) / 2)
         y: x
-        width: Math.round(20 * button.ratio) / button.ratio
+        width: PixelGrid.snapped(20)
         height: width
         name: button.symbol
     }

@@ -3,6 +3,7 @@
 #include "data/ContinuousCorners.h"
 #include "data/IconCache.h"
 #include "views/ImageEffects.h"
+#include "views/Theme.h"
 
 #include <QPainter>
 #include <cmath>
@@ -12,13 +13,8 @@ namespace amberquill {
 namespace {
 
 // In points: black, a Gaussian whose blur dies out at its radius, below the icon.
-constexpr double iconShadowOpacity = 0.35;
 constexpr double blurRadius = 12;
 constexpr double drop = 6;
-
-// Of a folder's body, as parts of the icon's and of the body's edge.
-constexpr double bodyPart = 0.82;
-constexpr double cornerPart = 0.225;
 
 } // namespace
 
@@ -81,11 +77,12 @@ TextureItem::Painted IconShadow::paintTexture(double devicePixelRatio) {
     shadow.fill(Qt::transparent);
     QPainter painter(&shadow);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    painter.setOpacity(iconShadowOpacity);
+    painter.setOpacity(Theme::iconShadow);
     if (isFolder_) {
-        const double body = edge * bodyPart;
+        const double body = edge * Theme::folderBody;
         const double inset = margin + (edge - body) / 2;
-        painter.fillPath(continuousRoundedRect({inset, inset, body, body}, body * cornerPart), Qt::black);
+        painter.fillPath(continuousRoundedRect({inset, inset, body, body}, body * Theme::folderRadius),
+                         Qt::black);
     } else {
         painter.drawImage(QRectF(margin, margin, edge, edge), IconCache::shared().icon(path_, edge));
     }

@@ -41,27 +41,22 @@ Item {
             activated(itemId);
     }
 
-    function snapped(value: double): double {
-        const ratio = tiles.devicePixelRatio;
-        return Math.round(value * ratio) / ratio;
-    }
-
     AnimatedPoint {
         id: motion
         target: tile.place
-        precision: 0.5 / tile.tiles.devicePixelRatio
+        precision: 0.5 / PixelGrid.ratio
     }
 
-    Repeater {
-        model: tile.highlighted ? 1 : 0
+    OptionalItem {
+        isNeeded: tile.highlighted
 
         RoundedShape {
             x: tile.tiles.layout.label.x - 8
             y: -8
             width: tile.tiles.layout.label.width + 16
             height: tile.height + 16
-            radius: 18
-            fill: Qt.rgba(1, 1, 1, 0.16)
+            radius: Theme.highlightRadius
+            fill: Theme.highlight
         }
     }
 
@@ -70,17 +65,15 @@ Item {
         x: tile.tiles.layout.icon.x
         y: tile.tiles.layout.icon.y
         edge: tile.tiles.layout.icon.width
-        ratio: tile.tiles.devicePixelRatio
         isOn: tile.mergeTarget
         isFolder: tile.isFolder
     }
 
     ItemIcon {
-        x: tile.snapped(tile.tiles.layout.icon.x + (target.edge - size) / 2)
-        y: tile.snapped(tile.tiles.layout.icon.y + (target.edge - size) / 2)
+        x: PixelGrid.snapped(tile.tiles.layout.icon.x + (target.edge - size) / 2)
+        y: PixelGrid.snapped(tile.tiles.layout.icon.y + (target.edge - size) / 2)
         scale: target.iconScale * target.edge / size
         size: target.paintedEdge
-        ratio: tile.tiles.devicePixelRatio
         isFolder: tile.isFolder
         path: tile.path
         appPaths: tile.appPaths

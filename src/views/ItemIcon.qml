@@ -11,7 +11,6 @@ Item {
     required property string path
     required property var appPaths
     required property double size // points
-    required property double ratio // device pixels in a point
     property double brightness: 0
 
     width: size
@@ -24,13 +23,12 @@ Item {
         brightness: icon.brightness
     }
 
-    Repeater {
-        model: icon.isFolder ? 1 : 0
+    OptionalItem {
+        isNeeded: icon.isFolder
 
         FolderIcon {
             appPaths: icon.appPaths
             size: icon.size
-            ratio: icon.ratio
             brightness: icon.brightness
         }
     }

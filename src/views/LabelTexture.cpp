@@ -1,6 +1,7 @@
 #include "views/LabelTexture.h"
 
 #include "views/ImageEffects.h"
+#include "views/Theme.h"
 
 #include <QFont>
 #include <QFontMetricsF>
@@ -13,7 +14,6 @@ namespace amberquill {
 namespace {
 
 // The shadow, in points: black, a Gaussian whose blur dies out at its radius, just below the text.
-constexpr double labelShadowOpacity = 0.45;
 constexpr double labelShadowRadius = 2;
 constexpr double labelShadowDrop = 1;
 
@@ -60,7 +60,7 @@ QImage withShadow(const QImage& text, double ratio) {
     QImage result(text.size(), QImage::Format_ARGB32_Premultiplied);
     result.fill(Qt::transparent);
     QPainter painter(&result);
-    painter.setOpacity(labelShadowOpacity);
+    painter.setOpacity(Theme::labelShadow);
     painter.drawImage(0, static_cast<int>(std::lround(labelShadowDrop * ratio)), shadow);
     painter.setOpacity(1);
     painter.drawImage(0, 0, text);

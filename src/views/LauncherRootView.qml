@@ -15,12 +15,8 @@ ContentItem {
 
     readonly property size contentSize: Qt.size(width, height)
 
-    // The nearest whole device pixel to a position in points.
-    function snapped(value: double): double {
-        return Math.round(value * devicePixelRatio) / devicePixelRatio;
-    }
-
     function adoptRatio() {
+        PixelGrid.ratio = devicePixelRatio;
         tiles.devicePixelRatio = devicePixelRatio;
         folder.devicePixelRatio = devicePixelRatio;
     }
@@ -63,14 +59,14 @@ ContentItem {
 
         Item {
             id: strip
-            x: root.snapped(stripPlace.value)
+            x: PixelGrid.snapped(stripPlace.value)
             height: parent.height
             opacity: dimming.value
 
             Animated {
                 id: stripPlace
                 target: root.launcher.scrollOffset - root.launcher.page * root.launcher.size.width
-                precision: 0.5 / root.devicePixelRatio
+                precision: 0.5 / PixelGrid.ratio
             }
 
             Animated {
@@ -91,11 +87,11 @@ ContentItem {
         }
 
         Text {
-            x: root.snapped(root.tiles.gridCenter.x - width / 2)
-            y: root.snapped(root.tiles.gridCenter.y - height / 2)
+            x: PixelGrid.snapped(root.tiles.gridCenter.x - width / 2)
+            y: PixelGrid.snapped(root.tiles.gridCenter.y - height / 2)
             visible: root.launcher.findsNothing
-            color: Qt.rgba(1, 1, 1, 0.7)
-            font.pixelSize: 22
+            color: Theme.noResultsText
+            font.pixelSize: Theme.noResultsTextSize
             text: root.texts.noResults
             textFormat: Text.PlainText
             renderType: Text.NativeRendering
@@ -108,35 +104,31 @@ ContentItem {
             launcher: root.launcher
             background: background
             texts: root.texts
-            ratio: root.devicePixelRatio
         }
 
-        Repeater {
-            model: root.drag.isActive ? 1 : 0
+        OptionalItem {
+            isNeeded: root.drag.isActive
 
             FloatingIcon {
                 drag: root.drag
                 iconEdge: root.tiles.layout.icon.width
-                ratio: root.devicePixelRatio
             }
         }
 
         Row {
-            x: root.snapped((parent.width - width) / 2)
-            y: root.snapped(40)
+            x: PixelGrid.snapped((parent.width - width) / 2)
+            y: PixelGrid.snapped(40)
             spacing: 12
 
             GlassCircleButton {
                 objectName: "menuButton"
                 symbol: "line.3.horizontal"
-                ratio: root.devicePixelRatio
                 label: root.texts.settings
                 onTriggered: root.launcher.showMenu()
             }
 
             GlassCircleButton {
                 symbol: "plus"
-                ratio: root.devicePixelRatio
                 label: root.texts.newFolder
                 onTriggered: root.launcher.newEmptyFolder()
             }
@@ -144,28 +136,25 @@ ContentItem {
             SearchCapsule {
                 launcher: root.launcher
                 texts: root.texts
-                ratio: root.devicePixelRatio
             }
         }
 
         PageDots {
-            x: root.snapped((parent.width - width) / 2)
-            y: root.snapped(parent.height - 26 - height)
+            x: PixelGrid.snapped((parent.width - width) / 2)
+            y: PixelGrid.snapped(parent.height - 26 - height)
             visible: !root.launcher.folderIsOpen && !root.launcher.isSearching
             count: root.launcher.pageCount
             current: root.launcher.page
             texts: root.texts
-            ratio: root.devicePixelRatio
             onSelected: page => root.launcher.turnToPage(page)
         }
 
-        Repeater {
-            model: folderPanel.isVisible ? 1 : 0
+        OptionalItem {
+            isNeeded: folderPanel.isVisible
 
             FolderTitle {
                 opacity: folderPanel.opacity
                 folder: root.folder
-                ratio: root.devicePixelRatio
             }
         }
     }

@@ -9,21 +9,20 @@ Item {
     id: target
 
     required property double edge // points
-    required property double ratio // device pixels in a point
     required property bool isOn
     required property bool isFolder
 
     readonly property double iconScale: scaling.value
 
     // What the icon is painted at, in points: a swollen one as large as it is drawn, so that it is sharp there.
-    readonly property double paintedEdge: isOn && isFolder ? Math.round(edge * swollen * ratio) / ratio : edge
+    readonly property double paintedEdge: isOn && isFolder ? PixelGrid.snapped(edge * swollen) : edge
 
     readonly property double swollen: 1.12
 
     Animated {
         id: scaling
         target: !target.isOn ? 1 : target.isFolder ? target.swollen : 0.78
-        precision: 0.5 / (target.edge * target.ratio)
+        precision: 0.5 / (target.edge * PixelGrid.ratio)
     }
 
     Animated {
@@ -32,16 +31,16 @@ Item {
         isFade: true
     }
 
-    Repeater {
-        model: fading.value > 0 ? 1 : 0
+    OptionalItem {
+        isNeeded: fading.value > 0
 
         RoundedShape {
-            x: Math.round((target.edge - width) / 2 * target.ratio) / target.ratio
+            x: PixelGrid.snapped((target.edge - width) / 2)
             y: x
-            width: Math.round(target.edge * 0.95 * target.ratio) / target.ratio
+            width: PixelGrid.snapped(target.edge * 0.95)
             height: width
-            radius: target.edge * 0.2
-            fill: Qt.rgba(1, 1, 1, 0.26)
+            radius: target.edge * Theme.mergeTargetRadius
+            fill: Theme.mergeTarget
             opacity: fading.value
         }
     }

@@ -10,7 +10,6 @@ Row {
     required property int count
     required property int current
     required property ViewTexts texts
-    required property double ratio // device pixels in a point
 
     signal selected(int page)
 
@@ -37,12 +36,12 @@ Row {
             }
 
             RoundedShape {
-                x: Math.round(5 * dots.ratio) / dots.ratio
+                x: PixelGrid.snapped(5)
                 y: x
-                width: Math.round(8 * dots.ratio) / dots.ratio
+                width: PixelGrid.snapped(8)
                 height: width
                 radius: width / 2
-                fill: Qt.rgba(1, 1, 1, dot.index === dots.current ? 0.95 : 0.35)
+                fill: dot.index === dots.current ? Theme.currentDot : Theme.otherDot
             }
 
             TapHandler {

@@ -16,6 +16,8 @@ class RoundedShape : public amberquill::TextureItem {
     Q_PROPERTY(QColor fill READ fill WRITE setFill NOTIFY changed FINAL)
     Q_PROPERTY(QColor outline READ outline WRITE setOutline NOTIFY changed FINAL)
     Q_PROPERTY(double outlineWidth READ outlineWidth WRITE setOutlineWidth NOTIFY changed FINAL) // points
+    // Added to every component of both colours: -0.3 darkens, 0 leaves them as they are.
+    Q_PROPERTY(double brightness READ brightness WRITE setBrightness NOTIFY changed FINAL)
 
 public:
     using TextureItem::TextureItem;
@@ -28,6 +30,9 @@ public:
     void setOutline(const QColor& outline) { set(outline_, outline); }
     [[nodiscard]] double outlineWidth() const { return outlineWidth_; }
     void setOutlineWidth(double outlineWidth) { set(outlineWidth_, outlineWidth); }
+
+    [[nodiscard]] double brightness() const { return brightness_; }
+    void setBrightness(double brightness) { set(brightness_, brightness); }
 
     // Whether the point, in the item's points, is inside of the shape.
     [[nodiscard]] bool contains(const QPointF& point) const override;
@@ -52,6 +57,7 @@ private:
     QColor fill_ = Qt::transparent;
     QColor outline_ = Qt::transparent;
     double outlineWidth_ = 0;
+    double brightness_ = 0;
 };
 
 } // namespace amberquill

@@ -7,23 +7,18 @@ Item {
 
     required property LauncherModel launcher
     required property ViewTexts texts
-    required property double ratio // device pixels in a point
 
     width: 280
     height: 44
     containmentMask: shape
 
-    function snapped(value: double): double {
-        return Math.round(value * ratio) / ratio;
-    }
-
     RoundedShape {
         id: shape
         anchors.fill: parent
         radius: height / 2
-        fill: Qt.rgba(1, 1, 1, 0.18)
-        outline: Qt.rgba(1, 1, 1, 0.15)
-        outlineWidth: 1
+        fill: Theme.controlFill
+        outline: Theme.controlOutline
+        outlineWidth: Theme.outlineWidth
     }
 
     TapHandler {
@@ -33,9 +28,9 @@ Item {
 
     SymbolTexture {
         id: glass
-        x: capsule.snapped(16)
-        y: capsule.snapped((capsule.height - height) / 2)
-        width: capsule.snapped(18)
+        x: PixelGrid.snapped(16)
+        y: PixelGrid.snapped((capsule.height - height) / 2)
+        width: PixelGrid.snapped(18)
         height: width
         opacity: 0.8
         name: "magnifyingglass"
@@ -44,13 +39,12 @@ Item {
     TextLine {
         id: field
         objectName: "searchField"
-        ratio: capsule.ratio
         anchors.left: glass.right
         anchors.leftMargin: 8 - padding
         anchors.right: clear.visible ? clear.left : parent.right
         anchors.rightMargin: (clear.visible ? 8 : 16) - padding
-        y: capsule.snapped((capsule.height - height) / 2)
-        font.pixelSize: 16
+        y: PixelGrid.snapped((capsule.height - height) / 2)
+        font.pixelSize: Theme.searchTextSize
         focus: true
 
         onTextEdited: capsule.launcher.searchText = text
@@ -76,7 +70,7 @@ Item {
         anchors.fill: field
         anchors.margins: field.padding
         visible: field.text === "" && field.preeditText === ""
-        color: Qt.rgba(1, 1, 1, 0.55)
+        color: Theme.placeholderText
         font: field.font
         elide: Text.ElideRight
         text: capsule.texts.search
@@ -87,7 +81,7 @@ Item {
     SymbolTexture {
         id: clear
         objectName: "clearButton"
-        x: capsule.snapped(capsule.width - 16 - width)
+        x: PixelGrid.snapped(capsule.width - 16 - width)
         y: glass.y
         width: glass.width
         height: width
