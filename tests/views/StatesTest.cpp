@@ -569,11 +569,11 @@ TEST_P(StatesTest, AButtonUnderThePointerIsBrighter) {
     showWith(3);
     const double left = (contentSize_.width() - 392) / 2.0;
     const QPointF point(left + 22, 46);
-    EXPECT_TRUE(isAbout(at(picture(), point), lightened(under(point), 0.18), 3));
+    EXPECT_TRUE(isAbout(at(picture(), point), lightened(under(point), 0.18), 1));
     QTest::mouseMove(window_.get(), QPoint(static_cast<int>(left) + 22, 62));
-    EXPECT_TRUE(isAbout(at(picture(), point), lightened(under(point), 0.28), 3));
+    EXPECT_TRUE(isAbout(at(picture(), point), lightened(under(point), 0.28), 1));
     QTest::mouseMove(window_.get(), QPoint(5, 300));
-    EXPECT_TRUE(isAbout(at(picture(), point), lightened(under(point), 0.18), 3));
+    EXPECT_TRUE(isAbout(at(picture(), point), lightened(under(point), 0.18), 1));
 }
 
 TEST_P(StatesTest, AWholeDotsSquareTakesClicks) {
