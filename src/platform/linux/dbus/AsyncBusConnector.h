@@ -1,14 +1,11 @@
 #pragma once
 
+#include "platform/MainQueue.h"
+
 #include <QByteArray>
 #include <QDBusConnection>
 #include <QString>
 #include <functional>
-#include <memory>
-
-namespace amberquill {
-class MainQueue;
-}
 
 namespace amberquill::desktop {
 
@@ -20,7 +17,7 @@ public:
     AsyncBusConnector(QByteArray address, QString name, MainQueue& queue);
     AsyncBusConnector(const AsyncBusConnector&) = delete;
     AsyncBusConnector& operator=(const AsyncBusConnector&) = delete;
-    ~AsyncBusConnector();
+    ~AsyncBusConnector() = default;
 
     using Connected = std::function<void(const QDBusConnection&)>;
 
@@ -29,12 +26,10 @@ public:
     void connect(Connected then);
 
 private:
-    // What an answer finds, or does not find any more.
-    struct Late;
-
     QByteArray address_;
     QString name_;
-    std::shared_ptr<Late> late_;
+    MainQueue& queue_;
+    Context context_;
 };
 
 } // namespace amberquill::desktop

@@ -1,5 +1,6 @@
 #include "platform/linux/dbus/BusConnection.h"
 
+#include <QDeadlineTimer>
 #include <QtGlobal>
 
 namespace amberquill::desktop {
@@ -11,13 +12,10 @@ constexpr long largestMessage = 1024L * 1024;
 
 // Waits until both sides know each other, no longer than that. Sending waits for it without an end.
 bool authenticate(DBusConnection& connection, std::chrono::milliseconds longest) {
-    using std::chrono::milliseconds;
-    using Clock = std::chrono::steady_clock;
-    const auto end = Clock::now() + longest;
+    const QDeadlineTimer end(longest);
     while (dbus_connection_get_is_authenticated(&connection) == FALSE) {
-        const auto left = std::chrono::ceil<milliseconds>(end - Clock::now());
-        if (left <= milliseconds::zero() ||
-            dbus_connection_read_write(&connection, static_cast<int>(left.count())) == FALSE) {
+        const auto left = static_cast<int>(end.remainingTime());
+        if (left <= 0 || dbus_connection_read_write(&connection, left) == FALSE) {
             return false;
         }
     }

@@ -5,17 +5,15 @@
 
 namespace amberquill::desktop {
 
-bool isReadableBy(int descriptor, std::chrono::steady_clock::time_point deadline) {
+bool isReadableBy(int descriptor, QDeadlineTimer deadline) {
     while (true) {
-        const auto left =
-            std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-        constexpr std::chrono::milliseconds none{0};
-        constexpr std::chrono::milliseconds most{60'000};
+        constexpr qint64 most = 60'000;
+        const qint64 left = deadline.remainingTime();
         pollfd entry{descriptor, POLLIN, 0};
-        if (::poll(&entry, 1, static_cast<int>(std::clamp(left, none, most).count())) > 0) {
+        if (::poll(&entry, 1, static_cast<int>(std::min(left, most))) > 0) {
             return true;
         }
-        if (left <= none) {
+        if (left == 0) {
             return false;
         }
     }

@@ -1,14 +1,15 @@
 #include "platform/linux/session/NameClaim.h"
 
+#include "platform/common/Thread.h"
+
+#include <QDeadlineTimer>
 #include <condition_variable>
 #include <mutex>
-#include <thread>
 
 namespace amberquill::desktop {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 enum class HandOver {
@@ -36,7 +37,7 @@ ClaimResult claimName(const QByteArray& address, const StartupRequest& startup, 
     if (!bus) {
         return {};
     }
-    std::optional<Clock::time_point> end;
+    std::optional<QDeadlineTimer> end;
     while (true) {
         const std::optional<bool> isOurs = takeName(*bus, applicationBusName, bounds.bus);
         if (!isOurs) {
@@ -52,9 +53,9 @@ ClaimResult claimName(const QByteArray& address, const StartupRequest& startup, 
             if (!mayHandOver()) {
                 return {ClaimResult::Kind::Stranger, nullptr};
             }
-            end = Clock::now() + bounds.owner;
+            end = QDeadlineTimer(bounds.owner);
         }
-        const auto left = std::chrono::duration_cast<milliseconds>(*end - Clock::now());
+        const milliseconds left(end->remainingTime());
         if (left <= milliseconds::zero()) {
             return {ClaimResult::Kind::Stranger, nullptr};
         }
@@ -72,8 +73,8 @@ ClaimResult claimName(const QByteArray& address, const StartupRequest& startup, 
 struct NameClaim::State {
     std::mutex mutex;
     std::condition_variable changed;
-    Clock::time_point startEnds;
-    Clock::time_point ownerEnds;
+    QDeadlineTimer startEnds;
+    QDeadlineTimer ownerEnds;
     bool handsOver = false;
     bool startWentOn = false; // with no answer
     std::optional<ClaimResult> result;
@@ -83,17 +84,17 @@ struct NameClaim::State {
 NameClaim::NameClaim(const QByteArray& address, StartupRequest startup, const ClaimBounds& bounds,
                      std::function<void()> handedOver)
     : state_(std::make_shared<State>()) {
-    state_->startEnds = Clock::now() + bounds.start;
+    state_->startEnds = QDeadlineTimer(bounds.start);
     const auto mayHandOver = [state = state_, bounds] {
         const std::scoped_lock lock(state->mutex);
         state->handsOver = !state->startWentOn;
         // The bus has to answer once more when the owner has not.
-        state->ownerEnds = Clock::now() + bounds.owner + bounds.start;
+        state->ownerEnds = QDeadlineTimer(bounds.owner + bounds.start);
         state->changed.notify_all();
         return state->handsOver;
     };
-    std::thread([state = state_, address, startup = std::move(startup), bounds, mayHandOver,
-                 handedOver = std::move(handedOver)] {
+    const auto claim = [state = state_, address, startup = std::move(startup), bounds, mayHandOver,
+                        handedOver = std::move(handedOver)] {
         ClaimResult result = claimName(address, startup, bounds, mayHandOver);
         const std::scoped_lock lock(state->mutex);
         if (result.kind == ClaimResult::Kind::HandedOver && !state->startWentOn) {
@@ -105,7 +106,10 @@ NameClaim::NameClaim(const QByteArray& address, StartupRequest startup, const Cl
             state->result = std::move(result);
         }
         state->changed.notify_all();
-    }).detach();
+    };
+    if (!startThread(claim)) {
+        claim();
+    }
 }
 
 NameClaim::~NameClaim() {
@@ -117,8 +121,8 @@ NameClaim::~NameClaim() {
 std::optional<ClaimResult> NameClaim::settle(std::function<void(ClaimResult)> then) {
     std::unique_lock lock(state_->mutex);
     const auto end = [this] { return state_->handsOver ? state_->ownerEnds : state_->startEnds; };
-    while (!state_->result && Clock::now() < end()) {
-        state_->changed.wait_until(lock, end());
+    while (!state_->result && !end().hasExpired()) {
+        state_->changed.wait_for(lock, end().remainingTimeAsDuration());
     }
     if (state_->result) {
         return std::exchange(state_->result, std::nullopt);

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <mutex>
 #include <thread>
 
 namespace amberquill::desktop {
@@ -39,56 +38,25 @@ ClaimResult claimAnew(const QByteArray& address, int attempts) {
 
 } // namespace
 
-struct SingleInstance::Late {
-    std::mutex mutex;
-    SingleInstance* instance = nullptr;
-    MainQueue* queue = nullptr;
-
-    // From any thread: has the instance do that on the main thread, where the instance ends too.
-    static void tell(const std::shared_ptr<Late>& late, std::function<void(SingleInstance&)> what) {
-        const std::scoped_lock lock(late->mutex);
-        if (late->instance == nullptr) {
-            return;
-        }
-        late->queue->post([late, what = std::move(what)] {
-            if (late->instance != nullptr) {
-                what(*late->instance);
-            }
-        });
-    }
-};
-
 SingleInstance::SingleInstance(NameClaim& claim, QByteArray address, MainQueue& queue,
                                std::function<void(const ApplicationRequest&)> carryOut,
                                std::function<void()> cameBack)
     : address_(std::move(address))
     , queue_(queue)
     , carryOut_(std::move(carryOut))
-    , cameBack_(std::move(cameBack))
-    , late_(std::make_shared<Late>()) {
-    late_->instance = this;
-    late_->queue = &queue;
-    auto result = claim.settle([late = late_](ClaimResult answer) {
-        Late::tell(late, [answer = std::make_shared<ClaimResult>(std::move(answer))](
-                             SingleInstance& instance) { instance.settled(std::move(*answer)); });
-    });
+    , cameBack_(std::move(cameBack)) {
+    auto result =
+        claim.settle(queue_.answer(context_, [this](ClaimResult late) { settled(std::move(late)); }));
     if (result) {
         settled(std::move(*result));
     }
 }
 
-SingleInstance::~SingleInstance() {
-    const std::scoped_lock lock(late_->mutex);
-    late_->instance = nullptr;
-}
-
 void SingleInstance::settled(ClaimResult result) {
     hasBus_ = result.kind != ClaimResult::Kind::NoBus;
     if (result.connection) {
-        object_ =
-            std::make_unique<ApplicationObject>(std::move(result.connection), carryOut_, [late = late_] {
-                Late::tell(late, [](SingleInstance& instance) { instance.lost(); });
-            });
+        object_ = std::make_unique<ApplicationObject>(std::move(result.connection), carryOut_,
+                                                      queue_.answer(context_, [this] { lost(); }));
     }
 }
 
@@ -107,12 +75,7 @@ void SingleInstance::lost() {
 }
 
 void SingleInstance::claimAgainAfter(double seconds) {
-    nextClaim_.cancel();
-    nextClaim_ = queue_.postAfter(seconds, [late = late_] {
-        if (late->instance != nullptr) {
-            late->instance->claimAgain(1);
-        }
-    });
+    nextClaim_ = queue_.postAfter(seconds, [this] { claimAgain(1); });
 }
 
 void SingleInstance::claimAgain(int attempts) {
@@ -122,10 +85,9 @@ void SingleInstance::claimAgain(int attempts) {
     }
     nextClaim_.cancel();
     hasChangedMeanwhile_ = false;
-    std::thread([late = late_, address = address_, attempts] {
-        auto result = std::make_shared<ClaimResult>(claimAnew(address, attempts));
-        Late::tell(late, [result](SingleInstance& instance) { instance.claimedAgain(std::move(*result)); });
-    }).detach();
+    queue_.compute(
+        context_, [address = address_, attempts] { return claimAnew(address, attempts); },
+        [this](ClaimResult result) { claimedAgain(std::move(result)); }, Lane::Apart);
 }
 
 void SingleInstance::claimedAgain(ClaimResult result) {

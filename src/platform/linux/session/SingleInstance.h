@@ -21,15 +21,12 @@ public:
         std::function<void(const ApplicationRequest&)> carryOut, std::function<void()> cameBack = [] {});
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
-    ~SingleInstance();
+    ~SingleInstance() = default;
 
     // Whether the session has a bus, and that answers.
     [[nodiscard]] bool hasBus() const { return hasBus_; }
 
 private:
-    // What a late answer finds, or does not find any more.
-    struct Late;
-
     void settled(ClaimResult result);
     void lost();
     void claimAgainAfter(double seconds);
@@ -48,7 +45,7 @@ private:
     bool isClaiming_ = false;
     bool hasChangedMeanwhile_ = false;
     std::unique_ptr<ApplicationObject> object_;
-    std::shared_ptr<Late> late_;
+    Context context_;
 };
 
 } // namespace amberquill::desktop

@@ -6,17 +6,6 @@
 
 namespace amberquill::desktop {
 
-namespace {
-
-// In milliseconds, rounded up: a wait of nothing would not wait for the last part of one.
-int left(EventQueue::Deadline deadline) {
-    const auto rest =
-        std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-    return rest.count() > 0 ? static_cast<int>(rest.count()) : 0;
-}
-
-} // namespace
-
 EventQueue::EventQueue(wl_display* display)
     : display_(display)
     , queue_(wl_display_create_queue(display), &wl_event_queue_destroy)
@@ -34,10 +23,10 @@ void EventQueue::handle() {
     wl_display_dispatch_queue_pending(display_, queue_.get());
 }
 
-bool EventQueue::handleUntil(const std::function<bool()>& isSo, Deadline deadline) {
+bool EventQueue::handleUntil(const std::function<bool()>& isSo, QDeadlineTimer deadline) {
     wl_display_dispatch_queue_pending(display_, queue_.get());
     while (!isSo()) {
-        const int time = left(deadline);
+        const auto time = static_cast<int>(deadline.remainingTime());
         if (time == 0 || !readMore(time)) {
             return false;
         }
@@ -61,7 +50,7 @@ bool EventQueue::readMore(int milliseconds) {
            wl_display_dispatch_queue_pending(display_, queue_.get()) >= 0;
 }
 
-bool EventQueue::roundTrip(Deadline deadline) {
+bool EventQueue::roundTrip(QDeadlineTimer deadline) {
     bool answered = false;
     const std::unique_ptr<wl_callback, void (*)(wl_callback*)> callback(
         wl_display_sync(wrapper_.get()), [](wl_callback* it) { wl_callback_destroy(it); });

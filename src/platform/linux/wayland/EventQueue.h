@@ -1,6 +1,6 @@
 #pragma once
 
-#include <chrono>
+#include <QDeadlineTimer>
 #include <functional>
 #include <memory>
 
@@ -14,8 +14,6 @@ namespace amberquill::desktop {
 // and by nobody else: on one thread at a time.
 class EventQueue {
 public:
-    using Deadline = std::chrono::steady_clock::time_point;
-
     // `display` outlives this, and this outlives the objects.
     explicit EventQueue(wl_display* display);
 
@@ -27,10 +25,10 @@ public:
 
     // Sends what is to be sent and handles what comes until something is so. False: it did not become so in
     // time, or the compositor has gone.
-    [[nodiscard]] bool handleUntil(const std::function<bool()>& isSo, Deadline deadline);
+    [[nodiscard]] bool handleUntil(const std::function<bool()>& isSo, QDeadlineTimer deadline);
 
     // Waits until the compositor has answered everything that was sent before.
-    [[nodiscard]] bool roundTrip(Deadline deadline);
+    [[nodiscard]] bool roundTrip(QDeadlineTimer deadline);
 
 private:
     [[nodiscard]] bool readMore(int milliseconds);

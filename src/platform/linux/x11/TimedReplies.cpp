@@ -11,7 +11,7 @@ TimedReplies::TimedReplies(xcb_connection_t* connection, std::chrono::millisecon
                            std::chrono::milliseconds forAll)
     : connection_(connection)
     , forEach_(forEach)
-    , deadline_(std::chrono::steady_clock::now() + forAll) {}
+    , deadline_(forAll) {}
 
 void* TimedReplies::await(unsigned sequence) {
     if (unanswered_) {
@@ -20,7 +20,7 @@ void* TimedReplies::await(unsigned sequence) {
         return nullptr;
     }
     xcb_flush(connection_);
-    const auto deadline = std::min(deadline_, std::chrono::steady_clock::now() + forEach_);
+    const auto deadline = std::min(deadline_, QDeadlineTimer(forEach_));
     while (true) {
         void* reply = nullptr;
         xcb_generic_error_t* error = nullptr;
@@ -28,10 +28,9 @@ void* TimedReplies::await(unsigned sequence) {
             const XcbReply<xcb_generic_error_t> refusal(error);
             return reply;
         }
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-            deadline - std::chrono::steady_clock::now());
+        const auto left = static_cast<int>(deadline.remainingTime());
         pollfd socket{xcb_get_file_descriptor(connection_), POLLIN, 0};
-        if (left.count() <= 0 || (::poll(&socket, 1, static_cast<int>(left.count())) < 0 && errno != EINTR)) {
+        if (left <= 0 || (::poll(&socket, 1, left) < 0 && errno != EINTR)) {
             unanswered_ = sequence;
             return nullptr;
         }

@@ -2,6 +2,7 @@
 
 #include "platform/linux/x11/XcbReply.h"
 
+#include <QDeadlineTimer>
 #include <chrono>
 #include <optional>
 
@@ -35,7 +36,7 @@ private:
 
     xcb_connection_t* connection_;
     std::chrono::milliseconds forEach_;
-    std::chrono::steady_clock::time_point deadline_;
+    QDeadlineTimer deadline_;
     std::optional<unsigned> unanswered_;
 };
 

@@ -71,6 +71,7 @@ IconWorker::IconWorker(std::unique_ptr<WorkerProcess> process, FileDescriptor so
     , limits_(limits)
     , processorTime_(std::move(processorTime))
     , hasFonts_(hasFonts)
+    , startEnds_(limits_.start)
     , process_(std::move(process)) {}
 
 bool IconWorker::isWell() const {
@@ -98,7 +99,7 @@ DecodingAttempt IconWorker::decode(const FileDescriptor& file, const DecodingReq
     if (!sendMessage(socket_.get(), message, std::array{file.get(), picture.get()})) {
         return {Kind::Killed, {}, false};
     }
-    if (!isReadableBy(socket_.get(), Clock::now() + limits_.picture)) {
+    if (!isReadableBy(socket_.get(), QDeadlineTimer(limits_.picture))) {
         const auto used = processorTime_(process_->id()) - usedBefore;
         process_->kill();
         return {used * 2 >= limits_.picture ? Kind::Overran : Kind::Starved, {}, false};
@@ -137,7 +138,7 @@ IconWorker::Word IconWorker::receive() {
     const auto message = receiveMessage(socket_.get(), buffer);
     if (!message) {
         // A process that is still there has not been killed by anybody.
-        const auto end = process_->endBy(Clock::now() + limits_.end).value_or(WorkerProcess::End::Own);
+        const auto end = process_->endBy(QDeadlineTimer(limits_.end)).value_or(WorkerProcess::End::Own);
         return {std::nullopt, end == WorkerProcess::End::Foreign};
     }
     if (!message->isWhole || message->descriptorCount > 0) {
@@ -148,7 +149,7 @@ IconWorker::Word IconWorker::receive() {
 
 // None: it is ready.
 std::optional<IconWorker::Kind> IconWorker::awaitReady() {
-    if (!isReadableBy(socket_.get(), started_ + limits_.start)) {
+    if (!isReadableBy(socket_.get(), startEnds_)) {
         return Kind::StartFailed;
     }
     Word word = receive();

@@ -3,6 +3,7 @@
 #include "platform/linux/applications/icons/WorkerProcess.h"
 #include "platform/linux/decoder/channel/DecodingMessages.h"
 
+#include <QDeadlineTimer>
 #include <QImage>
 #include <chrono>
 #include <functional>
@@ -63,7 +64,6 @@ public:
     void interrupt();
 
 private:
-    using Clock = WorkerProcess::Clock;
     using Kind = DecodingAttempt::Kind;
 
     // What it said.
@@ -79,7 +79,7 @@ private:
     const IconWorkerLimits limits_;
     const ProcessorTime processorTime_;
     const bool hasFonts_;
-    const Clock::time_point started_ = Clock::now();
+    const QDeadlineTimer startEnds_;
     bool isReady_ = false;
     const std::unique_ptr<WorkerProcess> process_;
 };

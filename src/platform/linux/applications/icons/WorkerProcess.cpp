@@ -1,5 +1,6 @@
 #include "platform/linux/applications/icons/WorkerProcess.h"
 
+#include "platform/common/Thread.h"
 #include "platform/linux/decoder/channel/DecodingMessages.h"
 #include "platform/linux/files/ProcessDescriptor.h"
 #include "platform/linux/files/ReadableBy.h"
@@ -11,7 +12,6 @@
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
-#include <thread>
 
 namespace amberquill::desktop {
 
@@ -118,10 +118,11 @@ WorkerProcess::~WorkerProcess() {
         return;
     }
     kill();
-    if (isSeenToEndBy(Clock::now() + longestDeath)) {
+    if (isSeenToEndBy(QDeadlineTimer(longestDeath))) {
         static_cast<void>(reap());
     } else {
-        std::thread([id = id_] { ::waitpid(id, nullptr, 0); }).detach();
+        // Without a thread the zombie stays until this program ends.
+        static_cast<void>(startThread([id = id_] { ::waitpid(id, nullptr, 0); }));
     }
 }
 
@@ -132,7 +133,7 @@ void WorkerProcess::kill() {
     }
 }
 
-std::optional<WorkerProcess::End> WorkerProcess::endBy(Clock::time_point deadline) {
+std::optional<WorkerProcess::End> WorkerProcess::endBy(QDeadlineTimer deadline) {
     if (!end_.isOpen()) {
         kill(); // it has to be brought about: nothing says when it comes by itself
     } else if (!isReadableBy(end_.get(), deadline)) {
@@ -143,7 +144,7 @@ std::optional<WorkerProcess::End> WorkerProcess::endBy(Clock::time_point deadlin
 }
 
 // True where it cannot be seen.
-bool WorkerProcess::isSeenToEndBy(Clock::time_point deadline) const {
+bool WorkerProcess::isSeenToEndBy(QDeadlineTimer deadline) const {
     return !end_.isOpen() || isReadableBy(end_.get(), deadline);
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/linux/files/FileDescriptor.h"
 
+#include <QDeadlineTimer>
 #include <chrono>
 #include <memory>
 #include <mutex>
@@ -24,8 +25,6 @@ struct WorkerProgram {
 // Any thread, but one at a time; kill() at any time.
 class WorkerProcess {
 public:
-    using Clock = std::chrono::steady_clock;
-
     enum class End {
         Own,     // by itself: a fault, a limit of its own, an exit whatever it says
         Foreign, // by a signal of those that somebody ends processes with
@@ -49,10 +48,10 @@ public:
 
     // Waits no longer than that for its end. None: it has not ended by itself, and was killed now. On kernels
     // without process descriptors it is killed at once, and its end is Foreign unless it had ended before.
-    [[nodiscard]] std::optional<End> endBy(Clock::time_point deadline);
+    [[nodiscard]] std::optional<End> endBy(QDeadlineTimer deadline);
 
 private:
-    [[nodiscard]] bool isSeenToEndBy(Clock::time_point deadline) const;
+    [[nodiscard]] bool isSeenToEndBy(QDeadlineTimer deadline) const;
     [[nodiscard]] int reap();
 
     const pid_t id_;

@@ -56,7 +56,7 @@ OutputChoice::OutputChoice(EventQueue& events, const Globals& globals, wl_shm* s
 
 OutputChoice::~OutputChoice() = default;
 
-const wl_output* OutputChoice::ask(EventQueue::Deadline deadline) {
+const wl_output* OutputChoice::ask(QDeadlineTimer deadline) {
     const auto pixel = StoredFrame::of(WL_SHM_FORMAT_ARGB8888, 1, 1, 4);
     if (!compositor_ || !layers_ || !pixel) {
         return nullptr;

@@ -2,6 +2,7 @@
 
 #include "platform/linux/wayland/EventQueue.h"
 
+#include <QDeadlineTimer>
 #include <memory>
 
 struct wl_compositor;
@@ -25,7 +26,7 @@ public:
     ~OutputChoice();
 
     // Null: it is not to be found out, or not in time.
-    [[nodiscard]] const wl_output* ask(EventQueue::Deadline deadline);
+    [[nodiscard]] const wl_output* ask(QDeadlineTimer deadline);
 
 private:
     EventQueue& events_;

@@ -110,7 +110,7 @@ OutputReader::~OutputReader() = default;
 
 ScreenPicture OutputReader::read(const QString& output, const Wanted& wanted,
                                  std::chrono::milliseconds patience) {
-    const auto deadline = std::chrono::steady_clock::now() + patience;
+    const QDeadlineTimer deadline(patience);
     if (!isReady(deadline)) {
         return {};
     }
@@ -122,7 +122,7 @@ bool OutputReader::isGone() const {
     return !display_ || wl_display_get_error(display_.get()) != 0;
 }
 
-bool OutputReader::isReady(EventQueue::Deadline deadline) {
+bool OutputReader::isReady(QDeadlineTimer deadline) {
     if (!display_) {
         return false;
     }
@@ -135,7 +135,7 @@ bool OutputReader::isReady(EventQueue::Deadline deadline) {
 }
 
 // What is offered now. Where nothing can be copied, one answer is all that is waited for.
-bool OutputReader::takeUp(EventQueue::Deadline deadline) {
+bool OutputReader::takeUp(QDeadlineTimer deadline) {
     if (!manager_ && !events_->roundTrip(deadline)) {
         return false;
     }
@@ -169,7 +169,7 @@ void OutputReader::followOutputs() {
     }
 }
 
-const OutputReader::Output* OutputReader::find(const QString& name, EventQueue::Deadline deadline) {
+const OutputReader::Output* OutputReader::find(const QString& name, QDeadlineTimer deadline) {
     if (name.isEmpty() && outputs_.size() == 1) {
         return outputs_.front().get();
     }
@@ -186,7 +186,7 @@ const OutputReader::Output* OutputReader::find(const QString& name, EventQueue::
     return found != outputs_.end() ? found->get() : nullptr;
 }
 
-ScreenPicture OutputReader::copy(const Output& output, const Wanted& wanted, EventQueue::Deadline deadline) {
+ScreenPicture OutputReader::copy(const Output& output, const Wanted& wanted, QDeadlineTimer deadline) {
     constexpr std::int32_t withoutPointer = 0;
     owed_ = std::make_unique<Frame>(
         zwlr_screencopy_manager_v1_capture_output(manager_.get(), withoutPointer, output.object.get()));

@@ -5,6 +5,7 @@
 #include "platform/linux/wayland/Globals.h"
 
 #include <QByteArray>
+#include <QDeadlineTimer>
 #include <QString>
 #include <chrono>
 #include <cstdint>
@@ -51,12 +52,11 @@ private:
         void operator()(zwlr_screencopy_manager_v1* manager) const;
     };
 
-    [[nodiscard]] bool isReady(EventQueue::Deadline deadline);
-    [[nodiscard]] bool takeUp(EventQueue::Deadline deadline);
+    [[nodiscard]] bool isReady(QDeadlineTimer deadline);
+    [[nodiscard]] bool takeUp(QDeadlineTimer deadline);
     void followOutputs();
-    [[nodiscard]] const Output* find(const QString& name, EventQueue::Deadline deadline);
-    [[nodiscard]] ScreenPicture copy(const Output& output, const Wanted& wanted,
-                                     EventQueue::Deadline deadline);
+    [[nodiscard]] const Output* find(const QString& name, QDeadlineTimer deadline);
+    [[nodiscard]] ScreenPicture copy(const Output& output, const Wanted& wanted, QDeadlineTimer deadline);
 
     std::unique_ptr<wl_display, Delete> display_; // null: nobody answers
     std::unique_ptr<EventQueue> events_;

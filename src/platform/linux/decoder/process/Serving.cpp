@@ -1,16 +1,17 @@
 #include "platform/linux/decoder/process/Serving.h"
 
+#include "platform/common/Thread.h"
 #include "platform/linux/decoder/channel/DecodingMessages.h"
 #include "platform/linux/decoder/channel/MessageSocket.h"
 #include "platform/linux/decoder/channel/SharedMemory.h"
 
 #include <array>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <optional>
 #include <poll.h>
 #include <sys/time.h>
-#include <thread>
 #include <unistd.h>
 
 namespace amberquill::desktop {
@@ -112,12 +113,15 @@ ServingEnd serve(int socket, const Decoding& decoding, const ServingLimits& limi
 }
 
 void endWithOtherEnd(int socket) {
-    std::thread([socket] {
+    const bool isStarted = startThread([socket] {
         pollfd end = {socket, 0, 0}; // that it is gone is reported unasked
         while (::poll(&end, 1, -1) < 1) {
         }
         ::_exit(0);
-    }).detach();
+    });
+    if (!isStarted) {
+        ::_exit(EXIT_FAILURE); // it could outlive the launcher
+    }
 }
 
 } // namespace amberquill::desktop

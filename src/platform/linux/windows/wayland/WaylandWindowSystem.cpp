@@ -2,6 +2,7 @@
 
 #include "platform/linux/windows/wayland/DialogFocus.h"
 
+#include <QDeadlineTimer>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWindow>
@@ -40,7 +41,7 @@ WaylandWindowSystem::WaylandWindowSystem(wl_display* display)
     , globals_(events_)
     , blur_(globals_)
     , dialogFocus_(std::make_unique<DialogFocus>()) {
-    const auto deadline = std::chrono::steady_clock::now() + compositorPatience;
+    const QDeadlineTimer deadline(compositorPatience);
     if (events_.roundTrip(deadline)) {
         blur_.follow();
         // Where it is told whether it can blur after it has been taken up.

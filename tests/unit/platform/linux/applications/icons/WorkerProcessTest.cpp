@@ -3,6 +3,7 @@
 #include "WorkerProcesses.h"
 #include "support/WaitUntil.h"
 
+#include <QDeadlineTimer>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -15,7 +16,7 @@ namespace {
 
 using End = WorkerProcess::End;
 
-const auto never = WorkerProcess::Clock::time_point::max();
+const QDeadlineTimer never(QDeadlineTimer::Forever);
 
 // A shell that does this.
 std::unique_ptr<WorkerProcess> shell(const std::string& script) {
@@ -49,7 +50,7 @@ TEST(WorkerProcess, AnEndIsItsOwnOrSomebodyElses) {
 
 TEST(WorkerProcess, WhatDoesNotEndInTimeIsKilled) {
     const auto process = shell("while :; do :; done");
-    EXPECT_EQ(process->endBy(WorkerProcess::Clock::now()), std::nullopt);
+    EXPECT_EQ(process->endBy(QDeadlineTimer(0)), std::nullopt);
     EXPECT_TRUE(waitUntil([] { return runningChildProcesses().empty(); }));
 }
 
