@@ -2,17 +2,17 @@
 
 #include <QUrl>
 
-// From where anything may be fetched.
+// Which addresses the updater may fetch.
 namespace amberquill {
 
 // Whether the address names this machine: a loopback address, or "localhost".
 [[nodiscard]] bool isLoopback(const QUrl& address);
 
-// HTTPS, or plain HTTP from this machine; a host, and neither a user's name nor a password.
+// HTTPS from any host, plain HTTP from this machine only; never with a user name or a password.
 [[nodiscard]] bool mayFetch(const QUrl& address);
 
-// Whether what came from `from` may lead to `to`, by a redirect or by naming it: one that may be fetched, and
-// on this machine only where the first was. A stranger has no business with what listens here.
+// Whether `from` may redirect or link to `to`: `to` may be fetched, and only this machine leads to this
+// machine. Otherwise a remote server could make requests to services that listen here.
 [[nodiscard]] bool mayLeadTo(const QUrl& from, const QUrl& to);
 
 } // namespace amberquill

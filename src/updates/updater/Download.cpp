@@ -3,36 +3,53 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
-#include <QPointer>
+#include <QLoggingCategory>
 
 namespace amberquill {
 namespace {
 
+Q_LOGGING_CATEGORY(downloadLog, "amberquill.updates", QtCriticalMsg)
+
 constexpr auto folderPermissions = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
 constexpr auto filePermissions = QFile::ReadOwner | QFile::WriteOwner;
-constexpr qint64 maximumTagBytes = 1024;
+constexpr qint64 maximumEntityTagBytes = 1024;
 
-// The same download has the same name after the next start of the program.
-QString nameOf(const Download::Request& request) {
-    constexpr qsizetype letters = 32;
+// The same for the same request, also after a restart of the program.
+QString fileName(const Download::Request& request) {
+    constexpr qsizetype nameLength = 32;
     QCryptographicHash hash(QCryptographicHash::Sha256);
     hash.addData(request.address.toEncoded() + '\n' + QByteArray::number(request.length) + '\n');
     hash.addData(QByteArrayView(request.signature));
-    return QString::fromLatin1(hash.result().toHex().first(letters));
+    return QString::fromLatin1(hash.result().toHex().first(nameLength));
 }
 
-// What tells for certain whether the server still has the same bytes (RFC 9110, section 8.8.3.2).
-bool isStrongTag(const QByteArray& tag) {
-    return tag.size() > 2 && tag.size() <= maximumTagBytes && tag.startsWith('"') && tag.endsWith('"');
+// Only a strong entity tag identifies the exact bytes of a file (RFC 9110, section 8.8.3.2).
+bool isStrongEntityTag(const QByteArray& tag) {
+    return tag.size() > 2 && tag.size() <= maximumEntityTagBytes && tag.startsWith('"') && tag.endsWith('"');
 }
 
-QByteArray readTag(const QString& path) {
+QByteArray readEntityTag(const QString& path) {
     QFile file(path);
-    const QByteArray tag = file.open(QIODevice::ReadOnly) ? file.read(maximumTagBytes + 1) : QByteArray();
-    return isStrongTag(tag) ? tag : QByteArray();
+    const QByteArray tag =
+        file.open(QIODevice::ReadOnly) ? file.read(maximumEntityTagBytes + 1) : QByteArray();
+    return isStrongEntityTag(tag) ? tag : QByteArray();
 }
 
-// None: it is the file that was announced.
+const char* description(DownloadError error) {
+    switch (error) {
+    case DownloadError::Connection:
+        return "the connection failed";
+    case DownloadError::WrongLength:
+        return "wrong length";
+    case DownloadError::WrongSignature:
+        return "wrong signature";
+    case DownloadError::File:
+        break;
+    }
+    return "the file could not be written or read";
+}
+
+// None: the file has the announced length and a valid signature.
 std::optional<DownloadError> errorIn(const QString& path, const Download::Request& wanted) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
@@ -52,24 +69,22 @@ std::optional<DownloadError> errorIn(const QString& path, const Download::Reques
 
 } // namespace
 
-Download::Download(MainQueue& queue, QString folder, const Request& request, double silenceSeconds,
+Download::Download(MainQueue& queue, QString folder, const Request& request, double idleSeconds,
                    QObject* parent)
     : QObject(parent)
     , queue_(queue)
     , folder_(std::move(folder))
     , wanted_(request)
-    , silenceSeconds_(silenceSeconds)
-    , name_(nameOf(request)) {}
+    , idleSeconds_(idleSeconds)
+    , name_(fileName(request)) {}
 
-Download::~Download() {
-    *isVerifying_ = false;
-}
+Download::~Download() = default;
 
 QString Download::path() const {
     return folder_ + QLatin1Char('/') + name_ + QLatin1String(".part");
 }
 
-QString Download::tagPath() const {
+QString Download::entityTagPath() const {
     return folder_ + QLatin1Char('/') + name_ + QLatin1String(".tag");
 }
 
@@ -78,9 +93,9 @@ void Download::start() {
         return;
     }
     if (wanted_.length < 1 || wanted_.length > maximumDownloadBytes) {
-        refuseLater(DownloadError::WrongLength);
+        failLater(DownloadError::WrongLength);
     } else if (!prepareFolder() || !openFile()) {
-        refuseLater(DownloadError::File);
+        failLater(DownloadError::File);
     } else if (received_ == wanted_.length) {
         verify();
     } else {
@@ -95,19 +110,16 @@ void Download::pause() {
 
 void Download::remove() {
     pause();
-    *isVerifying_ = false;
-    isVerifying_ = std::make_shared<bool>(false);
+    verificationRuns_ = false;
+    context_.reset();
     QFile::remove(path());
-    QFile::remove(tagPath());
+    QFile::remove(entityTagPath());
     received_ = 0;
 }
 
-void Download::refuseLater(DownloadError error) {
-    queue_.post([self = QPointer(this), error] {
-        if (self) {
-            self->refuse(error);
-        }
-    });
+// start() reports no error before it has returned.
+void Download::failLater(DownloadError error) {
+    queue_.then(context_, [this, error] { fail(error); });
 }
 
 bool Download::prepareFolder() const {
@@ -136,14 +148,14 @@ bool Download::openFile() {
         return false;
     }
     received_ = file_->size();
-    const bool canGoOn =
-        received_ == wanted_.length || (received_ < wanted_.length && !readTag(tagPath()).isEmpty());
-    return canGoOn ? file_->seek(received_) : startOver();
+    const bool isResumable = received_ == wanted_.length ||
+                             (received_ < wanted_.length && !readEntityTag(entityTagPath()).isEmpty());
+    return isResumable ? file_->seek(received_) : truncateFile();
 }
 
-bool Download::startOver() {
+bool Download::truncateFile() {
     received_ = 0;
-    QFile::remove(tagPath());
+    QFile::remove(entityTagPath());
     return file_->resize(0) && file_->seek(0);
 }
 
@@ -151,14 +163,16 @@ void Download::fetch() {
     HttpGet::Headers headers;
     if (received_ > 0) {
         headers.emplace_back("Range", "bytes=" + QByteArray::number(received_) + '-');
-        headers.emplace_back("If-Range", readTag(tagPath()));
+        headers.emplace_back("If-Range", readEntityTag(entityTagPath()));
     }
+    qCDebug(downloadLog) << "downloading:" << wanted_.address.toDisplayString() << "from byte" << received_
+                         << "of" << wanted_.length;
     request_ = std::make_unique<HttpGet>(
-        queue_, wanted_.address, std::move(headers), silenceSeconds_, std::nullopt,
-        HttpGet::Callbacks{.began = [this](const HttpGet::Head& head) { return acceptHead(head); },
-                           .received = [this](const QByteArray& bytes) { return acceptBytes(bytes); },
-                           .ended = [this] { ended(); },
-                           .failed = [this](FetchError) { stopped(); }});
+        queue_, wanted_.address, std::move(headers), idleSeconds_, std::nullopt,
+        HttpGet::Callbacks{.headReceived = [this](const HttpGet::Head& head) { return acceptHead(head); },
+                           .bodyReceived = [this](const QByteArray& bytes) { return acceptBytes(bytes); },
+                           .finished = [this] { fetchFinished(); },
+                           .failed = [this](FetchError error) { fetchFailed(error); }});
 }
 
 bool Download::acceptHead(const HttpGet::Head& head) {
@@ -166,33 +180,33 @@ bool Download::acceptHead(const HttpGet::Head& head) {
     constexpr int partialContent = 206;
     constexpr int rangeNotSatisfiable = 416;
     if (head.status == ok) {
-        return acceptWhole(head);
+        return acceptWholeFile(head);
     }
     if (received_ > 0 && head.status == partialContent) {
         const QByteArray range = "bytes " + QByteArray::number(received_) + '-' +
                                  QByteArray::number(wanted_.length - 1) + '/' +
                                  QByteArray::number(wanted_.length);
-        startsOver_ = head.contentRange.simplified() != range;
-        return !startsOver_;
+        restarts_ = head.contentRange.simplified() != range;
+        return !restarts_;
     }
-    startsOver_ = received_ > 0 && head.status == rangeNotSatisfiable;
+    restarts_ = received_ > 0 && head.status == rangeNotSatisfiable;
     return false;
 }
 
-bool Download::acceptWhole(const HttpGet::Head& head) {
+bool Download::acceptWholeFile(const HttpGet::Head& head) {
     if (head.length && *head.length != wanted_.length) {
-        refusal_ = DownloadError::WrongLength;
+        rejection_ = DownloadError::WrongLength;
         return false;
     }
-    if (!startOver()) {
-        refusal_ = DownloadError::File;
+    if (!truncateFile()) {
+        rejection_ = DownloadError::File;
         return false;
     }
-    if (isStrongTag(head.entityTag)) {
-        QFile tag(tagPath());
+    if (isStrongEntityTag(head.entityTag)) {
+        QFile tag(entityTagPath());
         if (!tag.open(QIODevice::WriteOnly, filePermissions) ||
             tag.write(head.entityTag) != head.entityTag.size()) {
-            tag.remove(); // the download will not be gone on from, and that is all
+            tag.remove(); // without a tag, the next attempt starts from the beginning
         }
     }
     return true;
@@ -200,11 +214,11 @@ bool Download::acceptWhole(const HttpGet::Head& head) {
 
 bool Download::acceptBytes(const QByteArray& bytes) {
     if (bytes.size() > wanted_.length - received_) {
-        refusal_ = DownloadError::WrongLength;
+        rejection_ = DownloadError::WrongLength;
         return false;
     }
     if (file_->write(bytes) != bytes.size() || !file_->flush()) {
-        refusal_ = DownloadError::File;
+        rejection_ = DownloadError::File;
         return false;
     }
     received_ += bytes.size();
@@ -212,25 +226,27 @@ bool Download::acceptBytes(const QByteArray& bytes) {
     return true;
 }
 
-void Download::ended() {
+void Download::fetchFinished() {
     if (received_ == wanted_.length) {
         verify();
     } else {
-        refuse(DownloadError::WrongLength);
+        fail(DownloadError::WrongLength);
     }
 }
 
-void Download::stopped() {
+void Download::fetchFailed(FetchError error) {
     request_.reset();
-    if (const auto refusal = std::exchange(refusal_, std::nullopt)) {
-        refuse(*refusal);
-    } else if (std::exchange(startsOver_, false)) {
-        if (startOver()) {
+    if (const auto rejection = std::exchange(rejection_, std::nullopt)) {
+        fail(*rejection);
+    } else if (std::exchange(restarts_, false)) {
+        qCDebug(downloadLog) << "not resumed: the server has another file";
+        if (truncateFile()) {
             fetch();
         } else {
-            refuse(DownloadError::File);
+            fail(DownloadError::File);
         }
     } else {
+        qCDebug(downloadLog) << "download stopped after" << received_ << "bytes:" << description(error);
         pause();
         Q_EMIT failed(DownloadError::Connection);
     }
@@ -238,22 +254,26 @@ void Download::stopped() {
 
 void Download::verify() {
     pause();
-    *isVerifying_ = true;
-    queue_.compute([path = path(), wanted = wanted_] { return errorIn(path, wanted); },
-                   [this, isAwaited = isVerifying_](const std::optional<DownloadError>& error) {
-                       if (!std::exchange(*isAwaited, false)) {
-                           return;
-                       }
-                       if (error) {
-                           refuse(*error);
-                       } else {
-                           Q_EMIT verified();
-                       }
-                   });
+    verificationRuns_ = true;
+    queue_.compute(
+        context_, [path = path(), wanted = wanted_] { return errorIn(path, wanted); },
+        [this](const std::optional<DownloadError>& error) { verificationFinished(error); });
     Q_EMIT verifying();
 }
 
-void Download::refuse(DownloadError error) {
+void Download::verificationFinished(const std::optional<DownloadError>& error) {
+    verificationRuns_ = false;
+    if (error) {
+        fail(*error);
+    } else {
+        qCDebug(downloadLog) << "download complete, length and signature are valid:" << path();
+        Q_EMIT verified();
+    }
+}
+
+// For errors after which the received part is of no use.
+void Download::fail(DownloadError error) {
+    qCDebug(downloadLog) << "download deleted:" << description(error);
     remove();
     Q_EMIT failed(error);
 }

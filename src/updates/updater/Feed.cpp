@@ -4,33 +4,35 @@
 #include "updates/updater/ReleaseNotes.h"
 #include "updates/updater/Version.h"
 
+#include <QLoggingCategory>
 #include <QSysInfo>
 #include <QXmlStreamReader>
 
 namespace amberquill {
 namespace {
 
+Q_LOGGING_CATEGORY(feedLog, "amberquill.updates", QtCriticalMsg)
+
 constexpr QLatin1StringView versionNamespace("http://www.andymatuschak.org/xml-namespaces/sparkle");
 
-// Markup that notes may hold before it is taken out of them.
+// Longest HTML that is converted to notes.
 constexpr qsizetype maximumMarkup = qsizetype{4} * maximumReleaseNotes;
 
-// Whether the XML reader is done with the text in a time that grows with its length alone. Between two `<`
-// there is one tag, and what follows it: it has no more attributes than there are `=`. (In quoted text there
-// may be more of either. Few feeds have that many there.)
-bool isHarmless(const QString& text) {
+// Whether the XML reader's time is linear in the text's length. A tag has no more attributes than there are
+// `=` between its `<` and the next one. (Text and attribute values may contain `=`, too, but hardly as many.)
+bool isLinearToParse(const QString& text) {
     qsizetype attributes = 0;
-    for (const QChar letter : text) {
-        if (letter == u'<') {
+    for (const QChar character : text) {
+        if (character == u'<') {
             attributes = 0;
-        } else if (letter == u'=' && ++attributes > maximumFeedAttributes) {
+        } else if (character == u'=' && ++attributes > maximumFeedAttributes) {
             return false;
         }
     }
     return text.count(u"xmlns") <= maximumFeedNamespaces;
 }
 
-// A text that is compared: cut off it would be another one, so one that is too long is none.
+// A text that decides about an item. None: it is too long. (Cut off, it would be another text.)
 std::optional<QString> exactText(QStringView text) {
     QString line = plainLine(text, text.size());
     return line.size() <= maximumFeedLine ? std::optional(std::move(line)) : std::nullopt;
@@ -40,7 +42,7 @@ QUrl addressOf(QStringView text) {
     return QUrl(text.trimmed().toString(), QUrl::StrictMode);
 }
 
-// A page that may be shown to the user, or an invalid address.
+// A page that may be opened, or an invalid address.
 QUrl pageOf(QStringView text) {
     const QUrl address = addressOf(text);
     return mayFetch(address) ? address : QUrl();
@@ -57,27 +59,32 @@ public:
     explicit FeedReader(const QString& text)
         : xml_(text) {}
 
-    [[nodiscard]] qint64 lettersRead() const { return xml_.characterOffset(); }
+    [[nodiscard]] qint64 charactersRead() const { return xml_.characterOffset(); }
+
+    [[nodiscard]] QString error() const {
+        return xml_.hasError() ? xml_.errorString()
+                               : QStringLiteral("no RSS, nested too deep, entities or too many items");
+    }
 
     std::optional<std::vector<FeedItem>> read() {
         while (next()) {
             if (!xml_.isStartElement()) {
                 continue;
             }
-            if (depth_ == 1 && !isPlain(u"rss")) {
+            if (depth_ == 1 && !isRssElement(u"rss")) {
                 return std::nullopt;
             }
-            if (depth_ == 3 && isInChannel_ && isPlain(u"item")) {
+            if (depth_ == 3 && isInChannel_ && isRssElement(u"item")) {
                 readItem();
             } else if (depth_ == 2) {
-                isInChannel_ = isPlain(u"channel");
+                isInChannel_ = isRssElement(u"channel");
             }
         }
         return isRefused_ || xml_.hasError() ? std::nullopt : std::optional(std::move(items_));
     }
 
 private:
-    // Moves on to the next token. False: the end, or the end of what is taken.
+    // Reads the next token. False: the end of the feed, or an error.
     bool next() {
         if (isRefused_ || xml_.atEnd()) {
             return false;
@@ -90,7 +97,7 @@ private:
             --depth_;
             break;
         case QXmlStreamReader::DTD:
-            // One in the document itself is where entities are declared.
+            // Only an internal subset can declare entities.
             isRefused_ = xml_.text().contains(u'[');
             break;
         default:
@@ -99,11 +106,11 @@ private:
         return !isRefused_ && !xml_.hasError();
     }
 
-    [[nodiscard]] bool isPlain(QStringView name) const {
+    [[nodiscard]] bool isRssElement(QStringView name) const {
         return xml_.namespaceUri().isEmpty() && xml_.name() == name;
     }
 
-    [[nodiscard]] bool isOfVersion(QStringView name) const {
+    [[nodiscard]] bool isVersionElement(QStringView name) const {
         return xml_.namespaceUri() == versionNamespace && xml_.name() == name;
     }
 
@@ -112,7 +119,7 @@ private:
         }
     }
 
-    // All text in the element, and no more of it than `limit` letters.
+    // The text of the element and the elements in it, cut off at `limit`.
     QString readText(qsizetype limit) {
         QString text;
         for (const int outside = depth_ - 1; depth_ > outside && next();) {
@@ -123,12 +130,12 @@ private:
         return text;
     }
 
-    // Of two elements of one name the first counts.
-    void readExactly(std::optional<QString>& value) {
+    // The first of two elements with the same name counts.
+    void readExactText(std::optional<QString>& value) {
         constexpr qsizetype limit = qsizetype{2} * maximumFeedLine;
         const QString whole = readText(limit);
         const auto text = whole.size() < limit ? exactText(whole) : std::nullopt;
-        isJudgeable_ = isJudgeable_ && text.has_value();
+        isValid_ = isValid_ && text.has_value();
         if (!value) {
             value = text;
         }
@@ -166,16 +173,16 @@ private:
             enclosure = FeedEnclosure{.address = addressOf(attributes.value(QStringLiteral("url"))),
                                       .length = lengthOf(attributes.value(QStringLiteral("length"))),
                                       .signature = readSignature(valueOf(u"edSignature").toString())};
-            takeAttribute(valueOf(u"version"), texts.version);
-            takeAttribute(valueOf(u"shortVersionString"), texts.shortVersion);
-            takeAttribute(valueOf(u"os"), texts.operatingSystem);
+            readAttribute(valueOf(u"version"), texts.version);
+            readAttribute(valueOf(u"shortVersionString"), texts.shortVersion);
+            readAttribute(valueOf(u"os"), texts.operatingSystem);
         }
         skip();
     }
 
-    void takeAttribute(QStringView value, std::optional<QString>& text) {
+    void readAttribute(QStringView value, std::optional<QString>& text) {
         text = exactText(value);
-        isJudgeable_ = isJudgeable_ && text.has_value();
+        isValid_ = isValid_ && text.has_value();
     }
 
     void readItem() {
@@ -184,29 +191,29 @@ private:
         VersionTexts ofEnclosure;
         std::optional<QString> minimum;
         std::optional<QString> channel;
-        isJudgeable_ = true;
+        isValid_ = true;
         for (const int outside = depth_ - 1; depth_ > outside && next();) {
             if (!xml_.isStartElement()) {
                 continue;
             }
-            if (isPlain(u"title")) {
+            if (isRssElement(u"title")) {
                 const QString title = plainLine(readText(qsizetype{4} * maximumFeedLine), maximumFeedLine);
                 item.title = item.title.isEmpty() ? title : item.title;
-            } else if (isPlain(u"description")) {
+            } else if (isRssElement(u"description")) {
                 readNotes(item.releaseNotes);
-            } else if (isPlain(u"link")) {
+            } else if (isRssElement(u"link")) {
                 readPage(item.releasePage);
-            } else if (isPlain(u"enclosure")) {
+            } else if (isRssElement(u"enclosure")) {
                 readEnclosure(item.enclosure, ofEnclosure);
-            } else if (isOfVersion(u"version")) {
-                readExactly(ofElements.version);
-            } else if (isOfVersion(u"shortVersionString")) {
-                readExactly(ofElements.shortVersion);
-            } else if (isOfVersion(u"minimumSystemVersion")) {
-                readExactly(minimum);
-            } else if (isOfVersion(u"channel")) {
-                readExactly(channel);
-            } else if (isOfVersion(u"releaseNotesLink")) {
+            } else if (isVersionElement(u"version")) {
+                readExactText(ofElements.version);
+            } else if (isVersionElement(u"shortVersionString")) {
+                readExactText(ofElements.shortVersion);
+            } else if (isVersionElement(u"minimumSystemVersion")) {
+                readExactText(minimum);
+            } else if (isVersionElement(u"channel")) {
+                readExactText(channel);
+            } else if (isVersionElement(u"releaseNotesLink")) {
                 readPage(item.releaseNotesPage);
             } else {
                 skip();
@@ -217,46 +224,71 @@ private:
         item.operatingSystem = ofEnclosure.operatingSystem.value_or(QString());
         item.minimumSystemVersion = minimum.value_or(QString());
         item.channel = channel.value_or(QString());
-        if (isJudgeable_ && !item.version.isEmpty()) {
+        if (isValid_ && !item.version.isEmpty()) {
             isRefused_ = isRefused_ || items_.size() >= maximumFeedItems;
             items_.push_back(std::move(item));
+        } else {
+            qCDebug(feedLog) << "item skipped, no version or a text that is too long:" << item.title;
         }
     }
 
     QXmlStreamReader xml_;
     int depth_ = 0;
     bool isInChannel_ = false;
-    bool isJudgeable_ = true; // of the item that is read: nothing that decides about it is cut off
+    bool isValid_ = true; // the current item: no text that decides about it is too long
     bool isRefused_ = false;
     std::vector<FeedItem> items_;
 };
 
-bool fits(const FeedItem& item, const QString& systemVersion, const QSet<QString>& channels) {
-    const bool isForSystem = item.operatingSystem.isEmpty() ||
-                             item.operatingSystem.compare(QLatin1String("linux"), Qt::CaseInsensitive) == 0;
-    return isForSystem && (item.channel.isEmpty() || channels.contains(item.channel)) &&
-           (item.minimumSystemVersion.isEmpty() || !isNewer(item.minimumSystemVersion, systemVersion));
+bool isMeantFor(const FeedItem& item, const QString& systemVersion, const QSet<QString>& channels) {
+    const bool isForLinux = item.operatingSystem.isEmpty() ||
+                            item.operatingSystem.compare(QLatin1String("linux"), Qt::CaseInsensitive) == 0;
+    const bool isMeant =
+        isForLinux && (item.channel.isEmpty() || channels.contains(item.channel)) &&
+        (item.minimumSystemVersion.isEmpty() || !isNewer(item.minimumSystemVersion, systemVersion));
+    if (!isMeant) {
+        qCDebug(feedLog) << "version" << item.version << "passed over: for another system or channel";
+    }
+    return isMeant;
 }
 
 } // namespace
 
-std::optional<std::vector<FeedItem>> readFeed(QByteArrayView bytes, qint64* lettersRead) {
-    if (lettersRead != nullptr) {
-        *lettersRead = 0;
+std::optional<std::vector<FeedItem>> readFeed(QByteArrayView bytes, qint64* charactersRead) {
+    if (charactersRead != nullptr) {
+        *charactersRead = 0;
     }
     if (bytes.size() > maximumFeedBytes || !bytes.isValidUtf8()) {
+        qCDebug(feedLog) << "feed refused: too large, or not UTF-8";
         return std::nullopt;
     }
     const QString text = QString::fromUtf8(bytes);
-    if (!isHarmless(text)) {
+    if (!isLinearToParse(text)) {
+        qCDebug(feedLog) << "feed refused: too many attributes or namespaces";
         return std::nullopt;
     }
     FeedReader reader(text);
     auto items = reader.read();
-    if (lettersRead != nullptr) {
-        *lettersRead = reader.lettersRead();
+    if (charactersRead != nullptr) {
+        *charactersRead = reader.charactersRead();
+    }
+    if (!items) {
+        qCDebug(feedLog) << "feed refused:" << reader.error();
     }
     return items;
+}
+
+FeedItem withAllowedLinks(FeedItem item, const QUrl& feed) {
+    for (QUrl* page : {&item.releasePage, &item.releaseNotesPage}) {
+        *page = mayLeadTo(feed, *page) ? *page : QUrl();
+    }
+    if (item.enclosure && !mayLeadTo(feed, item.enclosure->address)) {
+        qCDebug(feedLog) << "download of version" << item.version
+                         << "passed over, not allowed from this feed:"
+                         << item.enclosure->address.toDisplayString();
+        item.enclosure.reset();
+    }
+    return item;
 }
 
 std::optional<FeedItem> chooseUpdate(const std::vector<FeedItem>& items, const QString& installedVersion,
@@ -264,7 +296,7 @@ std::optional<FeedItem> chooseUpdate(const std::vector<FeedItem>& items, const Q
                                      const std::optional<QString>& skipped) {
     const FeedItem* newest = nullptr;
     for (const FeedItem& item : items) {
-        if (fits(item, systemVersion, channels) &&
+        if (isMeantFor(item, systemVersion, channels) &&
             (newest == nullptr || isNewer(item.version, newest->version))) {
             newest = &item;
         }

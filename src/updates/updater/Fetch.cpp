@@ -1,11 +1,18 @@
 #include "updates/updater/Fetch.h"
 
-namespace amberquill {
+#include <QLoggingCategory>
 
-Fetch::Fetch(MainQueue& queue, const TimeOuts& timeOuts, QObject* parent)
+namespace amberquill {
+namespace {
+
+Q_LOGGING_CATEGORY(fetchLog, "amberquill.updates", QtCriticalMsg)
+
+} // namespace
+
+Fetch::Fetch(MainQueue& queue, const Timeouts& timeouts, QObject* parent)
     : QObject(parent)
     , queue_(queue)
-    , timeOuts_(timeOuts) {}
+    , timeouts_(timeouts) {}
 
 Fetch::~Fetch() = default;
 
@@ -13,18 +20,22 @@ void Fetch::get(const QUrl& address, qint64 limit, std::function<void(Fetched)> 
     cancel();
     done_ = std::move(done);
     constexpr int ok = 200;
-    request_ =
-        std::make_unique<HttpGet>(queue_, address, HttpGet::Headers(), timeOuts_.silence, timeOuts_.whole,
-                                  HttpGet::Callbacks{
-                                      .began = [](const HttpGet::Head& head) { return head.status == ok; },
-                                      .received =
-                                          [this, limit](const QByteArray& bytes) {
-                                              body_ += bytes;
-                                              return body_.size() <= limit;
-                                          },
-                                      .ended = [this] { finish(std::move(body_)); },
-                                      .failed = [this](FetchError error) { finish(error); },
-                                  });
+    const auto bodyReceived = [this, limit](const QByteArray& bytes) {
+        body_ += bytes;
+        return body_.size() <= limit;
+    };
+    const auto failed = [this, address](FetchError error) {
+        qCDebug(fetchLog) << "not fetched:" << address.toDisplayString() << "-" << description(error);
+        finish(error);
+    };
+    request_ = std::make_unique<HttpGet>(
+        queue_, address, HttpGet::Headers(), timeouts_.idle, timeouts_.total,
+        HttpGet::Callbacks{
+            .headReceived = [](const HttpGet::Head& head) { return head.status == ok; },
+            .bodyReceived = bodyReceived,
+            .finished = [this] { finish(std::move(body_)); },
+            .failed = failed,
+        });
 }
 
 void Fetch::cancel() {

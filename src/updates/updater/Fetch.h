@@ -13,19 +13,19 @@ namespace amberquill {
 
 using Fetched = std::variant<QByteArray, FetchError>;
 
-// Fetches a small file over HTTP, all of it or nothing: a body that came with status 200. Main thread only.
+// Fetches the whole of a small file over HTTP: a response with status 200. Main thread only.
 class Fetch final : public QObject {
     Q_OBJECT
 
 public:
-    explicit Fetch(MainQueue& queue, const TimeOuts& timeOuts = {}, QObject* parent = nullptr);
+    explicit Fetch(MainQueue& queue, const Timeouts& timeouts = {}, QObject* parent = nullptr);
     ~Fetch() override;
 
     Fetch(const Fetch&) = delete;
     Fetch& operator=(const Fetch&) = delete;
 
-    // `done` is called once and later, never from within, unless the fetch is cancelled, destroyed or begun
-    // anew. A body of more than `limit` bytes is FetchError::TooLarge; it may be empty.
+    // Calls `done` once, after it has returned; never if the fetch is cancelled, destroyed or started again
+    // before. The body may be empty; one of more than `limit` bytes is FetchError::TooLarge.
     void get(const QUrl& address, qint64 limit, std::function<void(Fetched)> done);
 
     void cancel();
@@ -35,7 +35,7 @@ private:
     void finish(Fetched result);
 
     MainQueue& queue_;
-    TimeOuts timeOuts_;
+    Timeouts timeouts_;
     std::unique_ptr<HttpGet> request_;
     QByteArray body_;
     std::function<void(Fetched)> done_;

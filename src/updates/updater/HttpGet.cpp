@@ -2,16 +2,19 @@
 
 #include "updates/updater/AddressPolicy.h"
 
+#include <QLoggingCategory>
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
 #include <QNetworkReply>
-#include <QPointer>
+#include <QNetworkRequest>
 #include <array>
 
 namespace amberquill {
 namespace {
 
-constexpr qint64 bufferBytes = qint64{1024} * 1024; // that wait to be read
+Q_LOGGING_CATEGORY(httpLog, "amberquill.updates", QtCriticalMsg)
+
+constexpr qint64 readBufferBytes = qint64{1024} * 1024;
 
 bool isRedirect(int status) {
     constexpr std::array redirects = {301, 302, 303, 307, 308};
@@ -28,7 +31,7 @@ QNetworkRequest requestFor(const QUrl& address, const HttpGet::Headers& headers)
     request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     request.setRawHeader("User-Agent", "Amberquill");
-    // What is counted is what is kept: nothing that unfolds to more.
+    // No compression: the limits count the bytes that are received.
     request.setRawHeader("Accept-Encoding", "identity");
     for (const auto& [name, value] : headers) {
         request.setRawHeader(name, value);
@@ -42,66 +45,72 @@ int statusOf(const QNetworkReply& reply) {
 
 } // namespace
 
-HttpGet::HttpGet(MainQueue& queue, const QUrl& address, Headers headers, double silenceSeconds,
-                 std::optional<double> wholeSeconds, Callbacks callbacks)
+const char* description(FetchError error) {
+    switch (error) {
+    case FetchError::ForbiddenAddress:
+        return "the address, or one that it redirects to, may not be fetched";
+    case FetchError::TooManyRedirects:
+        return "too many redirects";
+    case FetchError::BadStatus:
+        return "unexpected HTTP status";
+    case FetchError::TooLarge:
+        return "too large";
+    case FetchError::TimedOut:
+        return "timed out";
+    case FetchError::ConnectionFailed:
+        break;
+    }
+    return "the connection failed";
+}
+
+HttpGet::HttpGet(MainQueue& queue, const QUrl& address, Headers headers, double idleSeconds,
+                 std::optional<double> totalSeconds, Callbacks callbacks)
     : queue_(queue)
     , headers_(std::move(headers))
-    , silenceSeconds_(silenceSeconds)
+    , idleSeconds_(idleSeconds)
     , callbacks_(std::move(callbacks))
     , network_(std::make_unique<QNetworkAccessManager>()) {
-    const QPointer<HttpGet> self(this);
     if (!mayFetch(address)) {
-        queue_.post([self] {
-            if (self) {
-                self->fail(FetchError::RefusedAddress);
-            }
-        });
+        queue_.then(context_, [this] { fail(FetchError::ForbiddenAddress); });
         return;
     }
-    if (wholeSeconds) {
-        whole_ = queue_.postAfter(*wholeSeconds, [self] {
-            if (self) {
-                self->fail(FetchError::TimedOut);
-            }
-        });
+    if (totalSeconds) {
+        totalTimeout_ = queue_.postAfter(*totalSeconds, [this] { fail(FetchError::TimedOut); });
     }
     request(address);
 }
 
-HttpGet::~HttpGet() {
-    silence_.cancel();
-    whole_.cancel();
-}
+HttpGet::~HttpGet() = default;
 
-// Every signal is answered later, so that what answers may end the request.
+// All signals are queued, so that a callback may destroy the reply that sent one.
 void HttpGet::request(const QUrl& address) {
     visited_.insert(address);
     network_->setProxy(isLoopback(address) ? QNetworkProxy::NoProxy : QNetworkProxy::DefaultProxy);
     reply_.reset(network_->get(requestFor(address, headers_)));
-    reply_->setReadBufferSize(bufferBytes);
+    reply_->setReadBufferSize(readBufferBytes);
     connect(reply_.get(), &QNetworkReply::metaDataChanged, this, &HttpGet::readHead, Qt::QueuedConnection);
     connect(reply_.get(), &QNetworkReply::readyRead, this, &HttpGet::readBody, Qt::QueuedConnection);
-    connect(reply_.get(), &QNetworkReply::finished, this, &HttpGet::finish, Qt::QueuedConnection);
-    heardAt_ = queue_.now();
-    watchSilence();
+    connect(reply_.get(), &QNetworkReply::finished, this, &HttpGet::replyFinished, Qt::QueuedConnection);
+    lastActivity_ = queue_.now();
+    watchIdleTime();
 }
 
-void HttpGet::watchSilence() {
-    silence_.cancel();
-    silence_ = queue_.postAfter(heardAt_ + silenceSeconds_ - queue_.now(), [self = QPointer(this)] {
-        if (self && self->queue_.now() >= self->heardAt_ + self->silenceSeconds_) {
-            self->fail(FetchError::TimedOut);
-        } else if (self) {
-            self->watchSilence();
+void HttpGet::watchIdleTime() {
+    const double rest = lastActivity_ + idleSeconds_ - queue_.now();
+    idleTimeout_ = queue_.postAfter(rest, [this] {
+        if (queue_.now() >= lastActivity_ + idleSeconds_) {
+            fail(FetchError::TimedOut);
+        } else {
+            watchIdleTime();
         }
     });
 }
 
 void HttpGet::readHead() {
-    if (!reply_ || hasBegun_ || statusOf(*reply_) == 0) {
+    if (!reply_ || hasHead_ || statusOf(*reply_) == 0) {
         return;
     }
-    heardAt_ = queue_.now();
+    lastActivity_ = queue_.now();
     Head head;
     head.status = statusOf(*reply_);
     if (isRedirect(head.status) && reply_->hasRawHeader("Location")) {
@@ -109,7 +118,7 @@ void HttpGet::readHead() {
         follow(location.isValid() ? reply_->url().resolved(location) : QUrl());
         return;
     }
-    hasBegun_ = true;
+    hasHead_ = true;
     const QVariant length = reply_->header(QNetworkRequest::ContentLengthHeader);
     if (length.isValid()) {
         head.length = length.toLongLong();
@@ -117,16 +126,18 @@ void HttpGet::readHead() {
     expectedBytes_ = head.length;
     head.contentRange = reply_->rawHeader("Content-Range");
     head.entityTag = reply_->rawHeader("ETag");
-    const auto began = callbacks_.began;
-    const QPointer<HttpGet> self(this);
-    if (!began(head) && self) {
-        fail(FetchError::BadStatus);
+    auto reject = context_.bind([this] { fail(FetchError::BadStatus); });
+    const auto headReceived = callbacks_.headReceived;
+    if (!headReceived(head)) {
+        reject();
     }
 }
 
 void HttpGet::follow(const QUrl& address) {
     if (!mayLeadTo(reply_->url(), address)) {
-        fail(FetchError::RefusedAddress);
+        qCDebug(httpLog) << "redirect refused:" << reply_->url().toDisplayString() << "to"
+                         << address.toDisplayString();
+        fail(FetchError::ForbiddenAddress);
     } else if (visited_.size() > maximumRedirects || visited_.contains(address)) {
         fail(FetchError::TooManyRedirects);
     } else {
@@ -135,46 +146,49 @@ void HttpGet::follow(const QUrl& address) {
 }
 
 void HttpGet::readBody() {
-    if (!reply_ || !hasBegun_) {
+    if (!reply_ || !hasHead_) {
         return;
     }
     const QByteArray bytes = reply_->readAll();
     if (bytes.isEmpty()) {
         return;
     }
-    heardAt_ = queue_.now();
+    lastActivity_ = queue_.now();
     receivedBytes_ += bytes.size();
-    const auto received = callbacks_.received;
-    const QPointer<HttpGet> self(this);
-    if (!received(bytes) && self) {
-        fail(FetchError::TooLarge);
+    auto reject = context_.bind([this] { fail(FetchError::TooLarge); });
+    const auto bodyReceived = callbacks_.bodyReceived;
+    if (!bodyReceived(bytes)) {
+        reject();
     }
 }
 
-void HttpGet::finish() {
-    const QPointer<HttpGet> self(this);
+void HttpGet::replyFinished() {
     if (!reply_ || !reply_->isFinished()) {
-        return; // of a reply that led on
+        return; // the signal of a reply that redirected
     }
-    const QNetworkReply* const finished = reply_.get();
+    // Either step may destroy this object, follow a redirect or fail.
+    auto readRest = context_.bind([this] { readBody(); });
+    auto end = context_.bind([this, finished = reply_.get()] {
+        if (reply_.get() == finished) {
+            complete();
+        }
+    });
     readHead();
-    if (!self || reply_.get() != finished) {
-        return;
-    }
-    readBody();
-    if (!self || !reply_) {
-        return;
-    }
+    readRest();
+    end();
+}
+
+void HttpGet::complete() {
     const bool isWhole = !expectedBytes_ || *expectedBytes_ == receivedBytes_;
-    if (!hasBegun_ || !isWhole || reply_->error() != QNetworkReply::NoError) {
-        fail(FetchError::ConnectionLost);
+    if (!hasHead_ || !isWhole || reply_->error() != QNetworkReply::NoError) {
+        fail(FetchError::ConnectionFailed);
         return;
     }
     reply_.reset();
-    silence_.cancel();
-    whole_.cancel();
-    const auto ended = callbacks_.ended;
-    ended();
+    idleTimeout_.cancel();
+    totalTimeout_.cancel();
+    const auto finished = callbacks_.finished;
+    finished();
 }
 
 void HttpGet::fail(FetchError error) {
@@ -182,8 +196,8 @@ void HttpGet::fail(FetchError error) {
         return;
     }
     reply_.reset();
-    silence_.cancel();
-    whole_.cancel();
+    idleTimeout_.cancel();
+    totalTimeout_.cancel();
     const auto failed = std::exchange(callbacks_.failed, nullptr);
     failed(error);
 }

@@ -3,39 +3,43 @@
 #include "platform/MainQueue.h"
 
 #include <QByteArray>
-#include <QNetworkRequest>
 #include <QObject>
 #include <QSet>
 #include <QUrl>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
+#include <vector>
 
 class QNetworkAccessManager;
 class QNetworkReply;
 
 namespace amberquill {
 
-// Why nothing, or not all of it, was fetched.
+// Why a file was not fetched.
 enum class FetchError {
-    RefusedAddress,   // it, or where it leads to, may not be fetched
-    TooManyRedirects, // more than ten, or in a circle
-    BadStatus,        // answered, but not with what was asked for
+    ForbiddenAddress, // the address, or one that it redirects to, may not be fetched
+    TooManyRedirects, // more than ten, or a loop
+    BadStatus,
     TooLarge,
     TimedOut,
-    ConnectionLost, // or never made
+    ConnectionFailed, // not made, or lost before the end
 };
+
+// In plain words, for the log.
+[[nodiscard]] const char* description(FetchError error);
 
 // Seconds.
-struct TimeOuts {
-    double silence = 30; // longest wait for the next byte
-    double whole = 120;  // longest time for a feed, all redirects counted
+struct Timeouts {
+    double idle = 30;   // longest wait for the next byte
+    double total = 120; // longest time for a feed, redirects included
 };
 
-// One GET request (RFC 9110) and the redirects it leads to, none of which may leave what mayLeadTo() allows.
-// No cookies, no passwords, no caches; what is on this machine is not asked for through a proxy. Main thread
-// only. Nothing is called before the event loop runs again. Its destruction ends the request; so may it
-// itself be destroyed by what it calls.
+// One GET request (RFC 9110) that follows the redirects that mayLeadTo() allows. No cookies, passwords or
+// caches; a proxy is never asked for an address of this machine. Main thread only.
+//
+// No callback runs before the event loop does. Each may destroy this object, which ends the request.
 class HttpGet final : public QObject {
     Q_OBJECT
 
@@ -50,21 +54,20 @@ public:
     };
 
     struct Callbacks {
-        // The final answer's head, whatever its status but those of redirects. False: it is not wanted, and
-        // `failed` is called with badStatus.
-        std::function<bool(const Head& head)> began;
-        // The next bytes of the body. False: they are not wanted, and `failed` is called with tooLarge.
-        std::function<bool(const QByteArray& bytes)> received;
-        // One of these two is called, once.
-        std::function<void()> ended;
+        // The response's head, of any status but a redirect's. False: `failed` is called with BadStatus.
+        std::function<bool(const Head& head)> headReceived;
+        // The next bytes of the body. False: `failed` is called with TooLarge.
+        std::function<bool(const QByteArray& bytes)> bodyReceived;
+        // Exactly one of these is called, once.
+        std::function<void()> finished;
         std::function<void(FetchError error)> failed;
     };
 
     using Headers = std::vector<std::pair<QByteArray, QByteArray>>;
 
-    // `wholeSeconds`: the longest time for all of it; none: any.
-    HttpGet(MainQueue& queue, const QUrl& address, Headers headers, double silenceSeconds,
-            std::optional<double> wholeSeconds, Callbacks callbacks);
+    // `totalSeconds`: the longest time for the whole request; none: no limit.
+    HttpGet(MainQueue& queue, const QUrl& address, Headers headers, double idleSeconds,
+            std::optional<double> totalSeconds, Callbacks callbacks);
     ~HttpGet() override;
 
     HttpGet(const HttpGet&) = delete;
@@ -74,24 +77,26 @@ private:
     void request(const QUrl& address);
     void readHead();
     void readBody();
-    void finish();
+    void replyFinished();
+    void complete();
     void follow(const QUrl& address);
-    void watchSilence();
+    void watchIdleTime();
     void fail(FetchError error);
 
     MainQueue& queue_;
     Headers headers_;
-    double silenceSeconds_;
+    double idleSeconds_;
     Callbacks callbacks_;
     std::unique_ptr<QNetworkAccessManager> network_;
     std::unique_ptr<QNetworkReply> reply_;
     QSet<QUrl> visited_;
-    bool hasBegun_ = false;
+    bool hasHead_ = false; // of the final response
     qint64 receivedBytes_ = 0;
     std::optional<qint64> expectedBytes_;
-    double heardAt_ = 0; // on the queue's clock
-    DelayedWork silence_;
-    DelayedWork whole_;
+    double lastActivity_ = 0; // on the queue's clock
+    DelayedWork idleTimeout_;
+    DelayedWork totalTimeout_;
+    Context context_;
 };
 
 } // namespace amberquill

@@ -2,14 +2,15 @@
 
 #include "data/IsoDate.h"
 #include "platform/Preferences.h"
-#include "updates/updater/AddressPolicy.h"
 #include "updates/updater/Version.h"
 
-#include <QPointer>
+#include <QLoggingCategory>
 #include <cmath>
 
 namespace amberquill {
 namespace {
+
+Q_LOGGING_CATEGORY(updaterLog, "amberquill.updates", QtCriticalMsg)
 
 const auto automaticKey = QStringLiteral("SUEnableAutomaticChecks");
 const auto lastCheckKey = QStringLiteral("SULastCheckTime");
@@ -19,7 +20,7 @@ std::chrono::seconds rounded(double seconds) {
     return std::chrono::seconds(std::llround(seconds));
 }
 
-UpdateError errorFor(DownloadError error) {
+UpdateError updateError(DownloadError error) {
     switch (error) {
     case DownloadError::Connection:
         return UpdateError::Download;
@@ -33,7 +34,37 @@ UpdateError errorFor(DownloadError error) {
     return UpdateError::File;
 }
 
-// Why the item cannot be installed, whatever comes of its download; none: nothing speaks against it yet.
+const char* description(UpdateError error) {
+    switch (error) {
+    case UpdateError::NoFeed:
+        return "the bundle names no feed";
+    case UpdateError::FeedConnection:
+        return "the feed could not be fetched";
+    case UpdateError::FeedContent:
+        return "the feed could not be read";
+    case UpdateError::NoDownload:
+        return "the version has no valid download";
+    case UpdateError::NoPublicKey:
+        return "the bundle has no public key";
+    case UpdateError::NoSignature:
+        return "the version is not signed";
+    case UpdateError::Download:
+        return "the connection failed";
+    case UpdateError::WrongLength:
+        return "wrong length";
+    case UpdateError::WrongSignature:
+        return "wrong signature";
+    case UpdateError::File:
+        return "the download could not be written or read";
+    case UpdateError::NotNewer:
+        return "the downloaded program is not newer";
+    case UpdateError::Installation:
+        break;
+    }
+    return "the program could not be replaced";
+}
+
+// Why the item cannot be installed; none: it may be downloaded.
 std::optional<UpdateError> errorIn(const FeedItem& item, const BundleKeys& keys) {
     if (!item.enclosure || !item.enclosure->address.isValid() || item.enclosure->length < 1) {
         return UpdateError::NoDownload;
@@ -47,27 +78,20 @@ std::optional<UpdateError> errorIn(const FeedItem& item, const BundleKeys& keys)
     return item.enclosure->signature ? std::nullopt : std::optional(UpdateError::NoSignature);
 }
 
-// The item without the addresses that the feed, being where it is, may not name.
-FeedItem confined(FeedItem item, const QUrl& feed) {
-    for (QUrl* page : {&item.releasePage, &item.releaseNotesPage}) {
-        *page = mayLeadTo(feed, *page) ? *page : QUrl();
-    }
-    if (item.enclosure && !mayLeadTo(feed, item.enclosure->address)) {
-        item.enclosure.reset();
-    }
-    return item;
-}
-
 } // namespace
 
 Updater::Updater(Services services, QObject* parent)
     : QObject(parent)
     , services_(std::move(services))
-    , fetch_(services_.queue, services_.timeOuts) {}
+    , fetch_(services_.queue, services_.timeouts) {}
 
-Updater::~Updater() {
-    timer_.cancel();
-    retry_.cancel();
+Updater::~Updater() = default;
+
+// Background work of this session: its answer is dropped once the session has ended.
+template<typename Task, typename Answer>
+void Updater::compute(Task task, Answer answer) {
+    services_.queue.compute(session_, std::move(task),
+                            [this, answer](const auto& value) { (this->*answer)(value); });
 }
 
 void Updater::start() {
@@ -93,57 +117,41 @@ std::optional<std::chrono::sys_seconds> Updater::lastCheck() const {
 }
 
 void Updater::schedule() {
-    timer_.cancel();
+    nextCheck_.cancel();
     if (!isStarted_ || !automaticallyChecksForUpdates() || !services_.keys.feedAddress) {
         return;
     }
-    const auto now = services_.queue.date();
+    const std::chrono::sys_seconds now = services_.queue.date();
     const auto last = lastCheck();
-    // A check in the future was made by a clock that was wrong then or is now.
-    const auto daily =
-        last && *last <= now ? std::max(*last + rounded(checkInterval), now) : std::chrono::sys_seconds(now);
-    due_ = daily + rounded(services_.random() * spread);
-    wakeAfter(secondsUntilDue());
+    // If the last check lies in the future, the clock was or is wrong: it does not count.
+    const bool counts = last && *last <= now;
+    due_ = (counts ? std::max(*last + rounded(checkInterval), now) : now) +
+           rounded(services_.random() * maximumJitter);
+    wakeUpIn(secondsUntilDue());
 }
 
 double Updater::secondsUntilDue() const {
     return std::chrono::duration<double>(due_ - services_.queue.date()).count();
 }
 
-// The date may leap, by the user's hand or while the machine sleeps, so it is looked at now and then.
-void Updater::lookAtDate() {
-    const double wait = secondsUntilDue();
+void Updater::wakeUpIn(double seconds) {
+    nextCheck_ = services_.queue.postAfter(std::min(seconds, maximumWait), [this] { checkIfDue(); });
+}
+
+void Updater::checkIfDue() {
     if (state_ != State::Idle) {
-        return; // at the end of the session the next check is scheduled
+        return; // the end of the session schedules the next check
     }
-    if (wait > checkInterval + spread) {
-        schedule();
+    const double wait = secondsUntilDue();
+    if (wait > checkInterval + maximumJitter) {
+        schedule(); // the date has jumped back
     } else if (wait > 0) {
-        wakeAfter(wait);
+        wakeUpIn(wait);
     } else if (services_.isBusy()) {
-        wakeAfter(busyRetry);
+        wakeUpIn(busyRetry);
     } else {
         check(UpdateCheck::Scheduled);
     }
-}
-
-void Updater::wakeAfter(double seconds) {
-    timer_ = services_.queue.postAfter(std::min(seconds, clockLook), [self = QPointer(this)] {
-        if (self) {
-            self->lookAtDate();
-        }
-    });
-}
-
-// Work in the background for this session: its answer is of no interest to another one.
-template<typename Task, typename Then>
-void Updater::compute(Task task, Then then) {
-    services_.queue.compute(std::move(task),
-                            [self = QPointer(this), session = session_, then = std::move(then)](auto value) {
-                                if (self && self->session_ == session) {
-                                    (self->*then)(value);
-                                }
-                            });
 }
 
 void Updater::checkForUpdates() {
@@ -151,7 +159,7 @@ void Updater::checkForUpdates() {
     if (state_ == State::Idle) {
         check(UpdateCheck::UserInitiated);
     } else if (isUnseen && state_ == State::Checking) {
-        // Anew: what the user has skipped is of interest now.
+        // A scheduled check ignores the skipped version: it starts again as the user's check.
         endSession();
         check(UpdateCheck::UserInitiated);
     } else if (isUnseen) {
@@ -163,7 +171,7 @@ void Updater::checkForUpdates() {
 }
 
 void Updater::check(UpdateCheck check) {
-    timer_.cancel();
+    nextCheck_.cancel();
     state_ = State::Checking;
     check_ = check;
     if (check == UpdateCheck::UserInitiated) {
@@ -171,38 +179,40 @@ void Updater::check(UpdateCheck check) {
         services_.userInterface.showChecking();
     }
     if (!services_.keys.feedAddress) {
-        refuse(UpdateError::NoFeed);
+        fail(UpdateError::NoFeed);
         return;
     }
     services_.preferences.setString(lastCheckKey, isoText(services_.queue.date()));
     fetch_.get(*services_.keys.feedAddress, maximumFeedBytes,
-               [this](const Fetched& fetched) { feedArrived(fetched); });
+               [this](const Fetched& fetched) { feedFetched(fetched); });
 }
 
-void Updater::feedArrived(const Fetched& fetched) {
+void Updater::feedFetched(const Fetched& fetched) {
     if (const auto* const bytes = std::get_if<QByteArray>(&fetched)) {
-        compute([bytes = *bytes] { return readFeed(bytes); }, &Updater::decide);
+        compute([bytes = *bytes] { return readFeed(bytes); }, &Updater::feedRead);
     } else {
-        refuse(UpdateError::FeedConnection);
+        fail(UpdateError::FeedConnection);
     }
 }
 
-void Updater::decide(const std::optional<std::vector<FeedItem>>& items) {
+void Updater::feedRead(const std::optional<std::vector<FeedItem>>& items) {
     if (!items) {
-        refuse(UpdateError::FeedContent);
+        fail(UpdateError::FeedContent);
         return;
     }
     const auto skipped =
         check_ == UpdateCheck::Scheduled ? services_.preferences.string(skippedKey) : std::nullopt;
     auto update = chooseUpdate(*items, services_.keys.version, services_.systemVersion, {}, skipped);
+    qCDebug(updaterLog) << "feed with" << items->size()
+                        << "items, update:" << (update ? update->version : QStringLiteral("none"));
     if (update && installed_ && !isNewer(update->version, installed_->version)) {
-        awaitRestart();
+        offerRestart();
     } else if (update) {
-        update_ = confined(std::move(*update), *services_.keys.feedAddress);
+        update_ = withAllowedLinks(std::move(*update), *services_.keys.feedAddress);
         state_ = State::Found;
         showFound();
     } else if (isShown_) {
-        state_ = State::Nothing;
+        state_ = State::UpToDate;
         services_.userInterface.showNoUpdate(services_.keys.shownVersion);
     } else {
         endSession();
@@ -210,13 +220,9 @@ void Updater::decide(const std::optional<std::vector<FeedItem>>& items) {
 }
 
 void Updater::showFound() {
-    retry_.cancel();
+    nextTryToShow_.cancel();
     if (check_ == UpdateCheck::Scheduled && services_.isBusy()) {
-        retry_ = services_.queue.postAfter(busyRetry, [self = QPointer(this)] {
-            if (self) {
-                self->showFound();
-            }
-        });
+        nextTryToShow_ = services_.queue.postAfter(busyRetry, [this] { showFound(); });
         return;
     }
     isShown_ = true;
@@ -226,24 +232,14 @@ void Updater::showFound() {
                                              .installKind = services_.installer.kind()});
 }
 
-void Updater::refuse(UpdateError error) {
-    error_ = error;
-    if (!isShown_) {
-        endSession();
-        return;
-    }
-    state_ = State::Refused;
-    services_.userInterface.showError(error);
-}
-
 void Updater::install() {
     if (state_ != State::Found || !isShown_) {
         return;
     }
     if (const auto error = errorIn(update_, services_.keys)) {
-        refuse(*error);
+        fail(*error);
     } else if (services_.installer.kind() != InstallKind::image) {
-        refuse(UpdateError::Installation);
+        fail(UpdateError::Installation);
     } else {
         state_ = State::Downloading;
         download();
@@ -256,7 +252,7 @@ void Updater::download() {
                                                              .length = update_.enclosure->length,
                                                              .signature = *update_.enclosure->signature,
                                                              .publicKey = *services_.keys.publicKey},
-                                           services_.timeOuts.silence);
+                                           services_.timeouts.idle);
     connect(download_.get(), &Download::progressed, this, [this](qint64 received, qint64 length) {
         services_.userInterface.showProgress(received, length);
     });
@@ -266,7 +262,7 @@ void Updater::download() {
     });
     connect(download_.get(), &Download::verified, this, &Updater::stage);
     connect(download_.get(), &Download::failed, this,
-            [this](DownloadError error) { refuse(errorFor(error)); });
+            [this](DownloadError error) { fail(updateError(error)); });
     resume();
 }
 
@@ -278,11 +274,11 @@ void Updater::stage() {
 void Updater::staged(const std::optional<QString>& version) {
     if (!version) {
         download_->remove();
-        refuse(UpdateError::Installation);
+        fail(UpdateError::Installation);
     } else if (!isNewer(*version, services_.keys.version)) {
         services_.installer.discard();
         download_->remove();
-        refuse(UpdateError::NotNewer);
+        fail(UpdateError::NotNewer);
     } else {
         compute([&installer = services_.installer] { return installer.replace(); }, &Updater::replaced);
     }
@@ -291,21 +287,33 @@ void Updater::staged(const std::optional<QString>& version) {
 void Updater::replaced(bool done) {
     download_->remove();
     if (!done) {
-        refuse(UpdateError::Installation);
+        fail(UpdateError::Installation);
         return;
     }
     installed_ = update_;
-    awaitRestart();
+    qCDebug(updaterLog) << "installed version" << update_.version;
+    offerRestart();
 }
 
-// The new program is in place. Nobody is told so twice without asking.
-void Updater::awaitRestart() {
+// Scheduled checks do not offer the restart again.
+void Updater::offerRestart() {
     if (!isShown_) {
         endSession();
         return;
     }
     state_ = State::Installed;
     services_.userInterface.showReadyToRestart(*installed_);
+}
+
+void Updater::fail(UpdateError error) {
+    qCDebug(updaterLog) << "no update:" << description(error);
+    error_ = error;
+    if (!isShown_) {
+        endSession();
+        return;
+    }
+    state_ = State::Failed;
+    services_.userInterface.showError(error);
 }
 
 void Updater::later() {
@@ -322,7 +330,7 @@ void Updater::skip() {
 }
 
 void Updater::acknowledge() {
-    if (state_ == State::Nothing || state_ == State::Refused) {
+    if (state_ == State::UpToDate || state_ == State::Failed) {
         endSession();
     }
 }
@@ -362,8 +370,8 @@ void Updater::restart() {
 }
 
 void Updater::endSession() {
-    ++session_;
-    retry_.cancel();
+    session_.reset();
+    nextTryToShow_.cancel();
     fetch_.cancel();
     download_.reset();
     state_ = State::Idle;

@@ -13,36 +13,38 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace amberquill {
 
 class Preferences;
 
-// Keeps the program up to date: looks at the feed that the bundle names, once a day where the user lets it
-// and when the user asks, and takes an update from the first question to the new program's start. Main thread
-// only.
+// Checks the feed that the bundle names for a newer version, once a day if the user allows it and whenever
+// the user asks; then downloads, verifies and installs it and restarts the program. Main thread only.
+//
+// A session lasts from the start of a check to the return to Idle.
 class Updater final : public QObject {
     Q_OBJECT
 
 public:
     // Seconds.
     static constexpr double checkInterval = 24.0 * 60 * 60;
-    static constexpr double spread = 60.0 * 60;    // by which checks come later, at random
-    static constexpr double clockLook = 60.0 * 60; // longest time between two looks at the date
+    static constexpr double maximumJitter = 60.0 * 60; // random delay of scheduled checks
+    static constexpr double maximumWait = 60.0 * 60;   // between two looks at the date, which may jump
     static constexpr double busyRetry = 60;
 
     enum class State {
         Idle,
         Checking,
         Found,       // shown, or waiting until the user is not busy
-        Nothing,     // no update: shown
-        Refused,     // an error: shown
-        Downloading, // also while paused
-        Installing,  // all is here: checked, then put in place
-        Installed,   // the new program waits for a restart
+        UpToDate,    // shown
+        Failed,      // shown
+        Downloading, // or paused
+        Installing,  // the download is verified and put in place
+        Installed,   // waiting for a restart
     };
 
-    // All of it outlives the updater, and the installer the queue's background work too.
+    // All references outlive the updater. The installer also outlives the queue's background work.
     struct Services {
         MainQueue& queue;
         Preferences& preferences;
@@ -51,11 +53,11 @@ public:
         UpdaterDelegate& delegate;
         BundleKeys keys;
         QString systemVersion;
-        QString downloadFolder;         // absolute; of no other use
-        std::function<bool()> isBusy;   // whether the user is in the midst of something: a drag, a dialog
-        std::function<double()> random; // 0 … 1, without 1
+        QString downloadFolder;       // absolute, used for nothing else
+        std::function<bool()> isBusy; // whether a dialog would interrupt the user: during a drag, in a dialog
+        std::function<double()> random; // in [0, 1)
         std::function<void()> quit;     // ends the program
-        TimeOuts timeOuts = {};
+        Timeouts timeouts = {};
     };
 
     explicit Updater(Services services, QObject* parent = nullptr);
@@ -64,68 +66,72 @@ public:
     Updater(const Updater&) = delete;
     Updater& operator=(const Updater&) = delete;
 
-    // From now on checks are made by themselves, where that is wanted: one a day after the last, or the first
-    // within the hour; while the user is busy, later. Fetches nothing at once.
+    // Starts scheduled checks, if they are on: a day after the last check, or within an hour if there was
+    // none; later while the user is busy. Fetches nothing at once.
     void start();
 
-    // Whether checks are made by themselves: kept in the preferences, on where nothing is kept. Without a
-    // feed there is nothing to check either way.
+    // Whether scheduled checks are on: stored in the preferences, on by default. Without a feed there are no
+    // scheduled checks.
     [[nodiscard]] bool automaticallyChecksForUpdates() const;
     void setAutomaticallyChecksForUpdates(bool on);
 
-    // When the last check was made, by the machine's clock; none: never.
+    // The date of the last check, by the machine's clock; none: there was none.
     [[nodiscard]] std::optional<std::chrono::sys_seconds> lastCheck() const;
 
-    // The user asks: shows what comes of it, also what was skipped before. While something is shown already,
-    // that comes to the front.
+    // A check by the user: its result is shown in any case, also a skipped version. If something is shown
+    // already, brings it to the front instead.
     void checkForUpdates();
 
     [[nodiscard]] State state() const { return state_; }
     [[nodiscard]] const BundleKeys& keys() const { return services_.keys; }
 
-    // The user's answers. Each does nothing in a state that does not ask for it.
-    void install();     // found
-    void later();       // found, installed
-    void skip();        // found: this version is not shown again by itself
-    void acknowledge(); // nothing, refused
-    void pause();       // downloading
-    void resume();      // downloading, paused
-    void cancel();      // checking, downloading: what has come is kept for the next time
-    void restart();     // installed
+    // The user's answers. Each does nothing in other states than those named.
+    void install();     // Found
+    void later();       // Found, Installed
+    void skip();        // Found: scheduled checks do not show this version again
+    void acknowledge(); // UpToDate, Failed
+    void pause();       // Downloading
+    void resume();      // Downloading
+    void cancel();      // Checking, Downloading: the received part is kept for the next time
+    void restart();     // Installed
 
 private:
+    template<typename Task, typename Answer>
+    void compute(Task task, Answer answer);
+
+    // Scheduled checks.
     void schedule();
-    void lookAtDate();
+    void checkIfDue();
     [[nodiscard]] double secondsUntilDue() const;
-    void wakeAfter(double seconds);
+    void wakeUpIn(double seconds);
+
+    // A session, in the order of its steps.
     void check(UpdateCheck check);
-    void feedArrived(const Fetched& fetched);
-    void decide(const std::optional<std::vector<FeedItem>>& items);
+    void feedFetched(const Fetched& fetched);
+    void feedRead(const std::optional<std::vector<FeedItem>>& items);
     void showFound();
-    void refuse(UpdateError error);
     void download();
     void stage();
     void staged(const std::optional<QString>& version);
     void replaced(bool done);
-    void awaitRestart();
+    void offerRestart();
+    void fail(UpdateError error);
     void endSession();
-    template<typename Task, typename Then>
-    void compute(Task task, Then then);
 
     Services services_;
     Fetch fetch_;
     State state_ = State::Idle;
     UpdateCheck check_ = UpdateCheck::Scheduled;
-    FeedItem update_;                   // from `found` on
-    std::optional<FeedItem> installed_; // what has taken this program's place
+    FeedItem update_;                   // valid from State::Found on
+    std::optional<FeedItem> installed_; // the version that has replaced this program
     std::optional<UpdateError> error_;
     std::unique_ptr<Download> download_;
-    DelayedWork timer_;              // of the next check
-    DelayedWork retry_;              // of showing what was found
+    DelayedWork nextCheck_;
+    DelayedWork nextTryToShow_;      // while the user is busy
     std::chrono::sys_seconds due_{}; // of the next check
-    unsigned session_ = 0;           // tells what comes back from the background that its time is over
     bool isStarted_ = false;
-    bool isShown_ = false; // the user interface has something on the screen
+    bool isShown_ = false; // the user interface shows something
+    Context session_;      // of background work
 };
 
 } // namespace amberquill

@@ -6,26 +6,25 @@
 
 namespace amberquill {
 
-// Who asked for a check.
 enum class UpdateCheck { UserInitiated, Scheduled };
 
-// Why there is no update, or why it was refused. What was downloaded is deleted, but for `download`.
+// Why a check or an update failed. The download is deleted, except after Download.
 enum class UpdateError {
     NoFeed,         // the bundle names no feed
     FeedConnection, // the feed could not be fetched
-    FeedContent,    // what was fetched is no feed
-    NoDownload,     // the version has nothing to download, or does not say how much
-    NoPublicKey,    // the bundle has no key to check with
+    FeedContent,    // the feed could not be read
+    NoDownload,     // the version has no valid download
+    NoPublicKey,    // the bundle has no key to verify signatures with
     NoSignature,    // the version is not signed
-    Download,       // the connection failed; the next attempt goes on where this one ended
+    Download,       // the connection failed: the next attempt resumes the download
     WrongLength,
     WrongSignature,
-    File,        // it could not be kept
-    NotNewer,    // what came is not newer than what is installed, whatever the feed says
+    File,        // the download could not be written or read
+    NotNewer,    // the downloaded program is not newer than this one, whatever the feed says
     Installation // the program could not be replaced
 };
 
-// Is told when the updater's windows come and go. Called on the main thread.
+// Notified when the updater's windows appear and disappear. Called on the main thread.
 class UpdaterDelegate {
 public:
     UpdaterDelegate() = default;
@@ -33,14 +32,14 @@ public:
     UpdaterDelegate& operator=(const UpdaterDelegate&) = delete;
     virtual ~UpdaterDelegate() = default;
 
-    // Before an update is shown. `handlesShowingUpdate`: the updater's own user interface is about to.
+    // Before an update is shown. `handlesShowingUpdate`: the updater's own user interface will show it.
     virtual void standardUserDriverWillHandleShowingUpdate(bool handlesShowingUpdate, const FeedItem& update,
                                                            UpdateCheck check) = 0;
 
-    // After the last window of a check is gone.
+    // After the last window of a check is closed.
     virtual void standardUserDriverWillFinishUpdateSession() = 0;
 
-    // At the end of each check and all that came of it, seen by the user or not.
+    // At the end of each check and its update, whether the user saw anything or not.
     virtual void didFinishUpdateCycle(UpdateCheck check, std::optional<UpdateError> error) = 0;
 };
 

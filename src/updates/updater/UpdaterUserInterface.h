@@ -8,20 +8,21 @@
 
 namespace amberquill {
 
-// A version that the user may have.
+// A version that is offered to the user.
 struct UpdateOffer {
     FeedItem item;
-    QString installedVersion; // as shown to people
+    QString installedVersion; // to show to the user
     InstallKind installKind = InstallKind::other;
 
-    // Where to read about it or get it by hand: its page, else the page with its notes; invalid: nowhere.
+    // The page about the version, or else the page with its notes; invalid: neither.
     [[nodiscard]] QUrl page() const {
         return item.releasePage.isValid() ? item.releasePage : item.releaseNotesPage;
     }
 };
 
-// What the updater shows and asks. Each call but `showProgress` replaces what was shown before, and none
-// waits for the user: the answer is a call of the updater's, named at each, at any later time.
+// Shows the updater's state and passes the user's answers on. Each call except `showProgress` and
+// `bringToFront` replaces the previous window. No call waits: the answer is a later call of one of the
+// functions of Updater that the comment names.
 class UpdaterUserInterface {
 public:
     UpdaterUserInterface() = default;
@@ -29,35 +30,35 @@ public:
     UpdaterUserInterface& operator=(const UpdaterUserInterface&) = delete;
     virtual ~UpdaterUserInterface() = default;
 
-    // The user's own check has begun. Answer: Updater::cancel(), or none.
+    // A check by the user has started. Answer: Updater::cancel(), or none.
     virtual void showChecking() = 0;
 
-    // Answer: Updater::install(), later() or skip(). Where the program is not an image, install() opens no
-    // download: the interface opens the offer's page and calls later().
+    // Answer: Updater::install(), later() or skip(). If the program is not an image, the interface opens the
+    // offer's page and calls later() instead of install().
     virtual void showUpdateFound(const UpdateOffer& offer) = 0;
 
-    // The user's own check has found nothing. Answer: Updater::acknowledge().
+    // A check by the user has found no newer version. Answer: Updater::acknowledge().
     virtual void showNoUpdate(const QString& installedVersion) = 0;
 
     // Answer: Updater::acknowledge().
     virtual void showError(UpdateError error) = 0;
 
-    // The download runs. Answer: Updater::pause() or cancel(), or none. Called again for each progress.
+    // The download runs; called again for each progress. Answer: Updater::pause() or cancel(), or none.
     virtual void showProgress(qint64 receivedBytes, qint64 length) = 0;
 
-    // The user has paused it. Answer: Updater::resume() or cancel().
+    // The download is paused. Answer: Updater::resume() or cancel().
     virtual void showPaused(qint64 receivedBytes, qint64 length) = 0;
 
-    // All of it is here and is checked, then installed. No answer: it cannot be stopped any more.
+    // The download is verified, then installed. No answer: this cannot be stopped.
     virtual void showInstalling() = 0;
 
     // The new version is in place. Answer: Updater::restart() or later().
     virtual void showReadyToRestart(const FeedItem& update) = 0;
 
-    // The user has asked again while something is shown.
+    // The user has asked for a check while something is shown.
     virtual void bringToFront() = 0;
 
-    // It is over: whatever is shown goes.
+    // The session has ended: closes the window.
     virtual void dismiss() = 0;
 };
 

@@ -106,9 +106,9 @@ TEST_F(UpdateCheckerTest, AFeedThatIsThereIsHandedToTheUpdater) {
 
 TEST_F(UpdateCheckerTest, AnythingElseIsReportedAsUpToDate) {
     for (const Fetched& answer :
-         {Fetched(QByteArray()), Fetched(FetchError::BadStatus), Fetched(FetchError::ConnectionLost),
+         {Fetched(QByteArray()), Fetched(FetchError::BadStatus), Fetched(FetchError::ConnectionFailed),
           Fetched(FetchError::TimedOut), Fetched(FetchError::TooManyRedirects),
-          Fetched(FetchError::RefusedAddress), Fetched(FetchError::TooLarge)}) {
+          Fetched(FetchError::ForbiddenAddress), Fetched(FetchError::TooLarge)}) {
         events_.clear();
         checker_->checkNow();
         fetched_(answer);

@@ -244,7 +244,7 @@ QByteArray feedWithNamespaces(qsizetype count) {
 }
 
 // How much of the text was read as XML before it was found to be no feed.
-qint64 lettersReadUntilRefused(const QByteArray& text) {
+qint64 charactersReadUntilRefused(const QByteArray& text) {
     qint64 letters = -1;
     EXPECT_FALSE(readFeed(text, &letters)) << text.first(100).toStdString();
     return letters;
@@ -255,12 +255,12 @@ qint64 lettersReadUntilRefused(const QByteArray& text) {
 // The XML reader takes minutes for large numbers of either.
 TEST(Feed, ThatHasTooManyAttributesOrNamespacesIsNotEvenReadAsXml) {
     EXPECT_TRUE(readFeed(feedWithAttributes(maximumFeedAttributes)));
-    EXPECT_EQ(lettersReadUntilRefused(feedWithAttributes(maximumFeedAttributes + 1)), 0);
-    EXPECT_EQ(lettersReadUntilRefused(feedWithAttributes(400'000)), 0);
+    EXPECT_EQ(charactersReadUntilRefused(feedWithAttributes(maximumFeedAttributes + 1)), 0);
+    EXPECT_EQ(charactersReadUntilRefused(feedWithAttributes(400'000)), 0);
     EXPECT_TRUE(readFeed(feedWithNamespaces(maximumFeedNamespaces)));
-    EXPECT_EQ(lettersReadUntilRefused(feedWithNamespaces(maximumFeedNamespaces + 1)), 0);
-    EXPECT_EQ(lettersReadUntilRefused(feedWithNamespaces(150'000)), 0);
-    EXPECT_EQ(lettersReadUntilRefused(QByteArray(maximumFeedBytes + 1, ' ')), 0);
+    EXPECT_EQ(charactersReadUntilRefused(feedWithNamespaces(maximumFeedNamespaces + 1)), 0);
+    EXPECT_EQ(charactersReadUntilRefused(feedWithNamespaces(150'000)), 0);
+    EXPECT_EQ(charactersReadUntilRefused(QByteArray(maximumFeedBytes + 1, ' ')), 0);
 }
 
 TEST(Feed, ThatIsRefusedIsReadNoFurther) {
@@ -269,13 +269,13 @@ TEST(Feed, ThatIsRefusedIsReadNoFurther) {
     EXPECT_TRUE(readFeed(good, &all));
     EXPECT_EQ(all, good.size());
     constexpr qint64 few = 1000;
-    EXPECT_LT(lettersReadUntilRefused("<rss>" + QByteArray("<a>").repeated(1'000'000)), few);
-    EXPECT_LT(lettersReadUntilRefused(QByteArray("<").repeated(maximumFeedBytes)), few);
-    EXPECT_LT(lettersReadUntilRefused("<!DOCTYPE rss [<!ENTITY a \"b\">]><rss><channel>" +
+    EXPECT_LT(charactersReadUntilRefused("<rss>" + QByteArray("<a>").repeated(1'000'000)), few);
+    EXPECT_LT(charactersReadUntilRefused(QByteArray("<").repeated(maximumFeedBytes)), few);
+    EXPECT_LT(charactersReadUntilRefused("<!DOCTYPE rss [<!ENTITY a \"b\">]><rss><channel>" +
                                       QByteArray("&a;").repeated(1'000'000) + "</channel></rss>"),
               few);
     const QByteArray comment = "<rss><!--" + QByteArray("-").repeated(maximumFeedBytes - 20);
-    EXPECT_LE(lettersReadUntilRefused(comment), comment.size());
+    EXPECT_LE(charactersReadUntilRefused(comment), comment.size());
 }
 
 TEST(Feed, OnlyTheBeginningOfVeryLongNotesIsLookedAt) {

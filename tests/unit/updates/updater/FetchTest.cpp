@@ -15,8 +15,8 @@ constexpr qint64 limit = qint64{5} * 1024 * 1024;
 
 class FetchTest : public testing::Test {
 protected:
-    Fetched fetched(const QUrl& address, const TimeOuts& timeOuts = {}) {
-        Fetch fetch(queue, timeOuts);
+    Fetched fetched(const QUrl& address, const Timeouts& timeouts = {}) {
+        Fetch fetch(queue, timeouts);
         std::optional<Fetched> result;
         fetch.get(address, limit, [&result](const Fetched& what) { result = what; });
         EXPECT_FALSE(result) << "answered from within";
@@ -86,18 +86,18 @@ TEST_F(FetchTest, FollowsTenRedirectsAndNoMore) {
 
 TEST_F(FetchTest, DoesNotFollowARedirectToPlainHttpElsewhere) {
     server.serve("/a", LoopbackServer::redirect("http://example.invalid/feed"));
-    EXPECT_EQ(fetched(server.address("/a")), Fetched(FetchError::RefusedAddress));
+    EXPECT_EQ(fetched(server.address("/a")), Fetched(FetchError::ForbiddenAddress));
 }
 
 TEST_F(FetchTest, DoesNotFollowARedirectToAnotherScheme) {
     server.serve("/a", LoopbackServer::redirect("file:///etc/hostname"));
-    EXPECT_EQ(fetched(server.address("/a")), Fetched(FetchError::RefusedAddress));
+    EXPECT_EQ(fetched(server.address("/a")), Fetched(FetchError::ForbiddenAddress));
 }
 
 TEST_F(FetchTest, AsksNobodyOverPlainHttpElsewhere) {
     EXPECT_EQ(fetched(QUrl(QStringLiteral("http://example.invalid/feed"))),
-              Fetched(FetchError::RefusedAddress));
-    EXPECT_EQ(fetched(QUrl()), Fetched(FetchError::RefusedAddress));
+              Fetched(FetchError::ForbiddenAddress));
+    EXPECT_EQ(fetched(QUrl()), Fetched(FetchError::ForbiddenAddress));
 }
 
 TEST_F(FetchTest, TakesAsMuchAsItsLimitAndNoMore) {
@@ -114,26 +114,26 @@ TEST_F(FetchTest, TakesAsMuchAsItsLimitAndNoMore) {
 
 TEST_F(FetchTest, IsNotKeptWaitingForAnAnswer) {
     server.serve("/silent", LoopbackServer::Answer{{}, false});
-    EXPECT_EQ(fetched(server.address("/silent"), {.silence = 0.1}), Fetched(FetchError::TimedOut));
+    EXPECT_EQ(fetched(server.address("/silent"), {.idle = 0.1}), Fetched(FetchError::TimedOut));
 }
 
 TEST_F(FetchTest, IsNotKeptWaitingForTheRest) {
     const auto whole = LoopbackServer::ok(QByteArray(1000, 'x'));
     server.serve("/stops", LoopbackServer::hanging(whole, whole.bytes.size() - 10));
-    EXPECT_EQ(fetched(server.address("/stops"), {.silence = 0.1}), Fetched(FetchError::TimedOut));
+    EXPECT_EQ(fetched(server.address("/stops"), {.idle = 0.1}), Fetched(FetchError::TimedOut));
 }
 
 TEST_F(FetchTest, IsOverAfterItsWholeTimeWhateverStillComes) {
     server.serve("/silent", LoopbackServer::Answer{{}, false});
-    EXPECT_EQ(fetched(server.address("/silent"), {.silence = 60, .whole = 0.1}),
+    EXPECT_EQ(fetched(server.address("/silent"), {.idle = 60, .total = 0.1}),
               Fetched(FetchError::TimedOut));
 }
 
 TEST_F(FetchTest, AnswersNothingOfAConnectionThatIsCut) {
     server.serve("/cut", LoopbackServer::cut(LoopbackServer::ok(QByteArray(1000, 'x')), 10));
     server.serve("/closed", LoopbackServer::Answer{});
-    EXPECT_EQ(fetched(server.address("/cut")), Fetched(FetchError::ConnectionLost));
-    EXPECT_EQ(fetched(server.address("/closed")), Fetched(FetchError::ConnectionLost));
+    EXPECT_EQ(fetched(server.address("/cut")), Fetched(FetchError::ConnectionFailed));
+    EXPECT_EQ(fetched(server.address("/closed")), Fetched(FetchError::ConnectionFailed));
 }
 
 TEST_F(FetchTest, AnswersNothingWhereNobodyListens) {
@@ -142,7 +142,7 @@ TEST_F(FetchTest, AnswersNothingWhereNobodyListens) {
         const LoopbackServer gone;
         nobody = gone.address("/feed");
     }
-    EXPECT_EQ(fetched(nobody), Fetched(FetchError::ConnectionLost));
+    EXPECT_EQ(fetched(nobody), Fetched(FetchError::ConnectionFailed));
 }
 
 TEST_F(FetchTest, SaysNothingOnceItIsCancelled) {

@@ -80,7 +80,7 @@ TEST_F(SecureFetchTest, AnswersTheBodyOfAServerThatIsVouchedFor) {
 }
 
 TEST_F(SecureFetchTest, AsksNothingOfAServerThatNobodyVouchesFor) {
-    EXPECT_EQ(fetched(server.address("/feed")), Fetched(FetchError::ConnectionLost));
+    EXPECT_EQ(fetched(server.address("/feed")), Fetched(FetchError::ConnectionFailed));
     EXPECT_TRUE(server.requests().empty());
 }
 
@@ -88,6 +88,6 @@ TEST_F(SecureFetchTest, AsksNothingOfAServerOfAnotherName) {
     trust(certificate());
     QUrl address = server.address("/feed");
     address.setHost(QStringLiteral("localhost"));
-    EXPECT_EQ(fetched(address), Fetched(FetchError::ConnectionLost));
+    EXPECT_EQ(fetched(address), Fetched(FetchError::ConnectionFailed));
     EXPECT_TRUE(server.requests().empty());
 }

@@ -124,7 +124,7 @@ protected:
                                                                    .isBusy = [this] { return isBusy; },
                                                                    .random = [this] { return random; },
                                                                    .quit = [this] { ++quits; },
-                                                                   .timeOuts = {}});
+                                                                   .timeouts = {}});
         }
         return *updater_;
     }
@@ -203,7 +203,7 @@ protected:
     std::optional<UpdateError> errorOfInstalling() {
         findUpdate();
         updater().install();
-        EXPECT_TRUE(settleAt(Updater::State::Refused));
+        EXPECT_TRUE(settleAt(Updater::State::Failed));
         updater().acknowledge();
         EXPECT_EQ(updater().state(), Updater::State::Idle);
         EXPECT_EQ(installer.program, "the old program");

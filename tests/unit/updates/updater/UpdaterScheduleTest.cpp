@@ -80,7 +80,7 @@ TEST_F(UpdaterScheduleTest, ACheckByHandCountsToo) {
     serveVersion("1.0");
     updater().start();
     updater().checkForUpdates();
-    ASSERT_TRUE(settleAt(State::Nothing));
+    ASSERT_TRUE(settleAt(State::UpToDate));
     updater().acknowledge();
     pass(day);
     EXPECT_EQ(updater().state(), State::Idle);
@@ -94,7 +94,7 @@ TEST_F(UpdaterScheduleTest, AMachineThatHasSleptChecksWithinTheHour) {
     pass(hour);
     finishCheck();
     queue.setDate(queue.date() + std::chrono::days(7));
-    pass(Updater::clockLook + 60);
+    pass(Updater::maximumWait + 60);
     finishCheck();
     EXPECT_EQ(feedsAskedFor(), 2U);
 }
@@ -226,7 +226,7 @@ TEST_F(UpdaterScheduleTest, WhoAsksInTheMiddleOfACheckSeesIt) {
     pass(random * hour);
     ASSERT_EQ(updater().state(), State::Checking);
     updater().checkForUpdates();
-    ASSERT_TRUE(settleAt(State::Nothing));
+    ASSERT_TRUE(settleAt(State::UpToDate));
     EXPECT_EQ(interface.take(),
               (QStringList{u"cycle over, scheduled"_s, u"checking"_s, u"none over 1.0 shown"_s}));
 }

@@ -83,8 +83,8 @@ TEST_F(UpdaterTest, AFeedThatDoesNotAnswerIsNotWaitedFor) {
     updater().checkForUpdates();
     ASSERT_TRUE(settle([this] { return feedsAskedFor() == 1; }));
     EXPECT_EQ(updater().state(), State::Checking);
-    pass(TimeOuts().silence);
-    EXPECT_EQ(updater().state(), State::Refused);
+    pass(Timeouts().idle);
+    EXPECT_EQ(updater().state(), State::Failed);
     EXPECT_EQ(interface.lastError, UpdateError::FeedConnection);
 }
 
