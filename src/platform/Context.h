@@ -26,6 +26,9 @@ public:
         };
     }
 
+    // Gone when what is bound now does nothing any more. May be asked on any thread.
+    [[nodiscard]] std::weak_ptr<const char> life() const { return life_; }
+
     // All that was bound so far does nothing any more: nobody waits for those answers.
     void reset() { life_ = std::make_shared<const char>(); }
 

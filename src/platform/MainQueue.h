@@ -122,11 +122,15 @@ public:
     }
 
     // `work` as a function that may be called on any thread, also when this queue is gone: it posts the work,
-    // which runs with the values that the function was given, unless the context is gone by then.
+    // which runs with the values that the function was given, unless the context is gone by then. Where it is
+    // gone already, the values end on the calling thread.
     template<typename Bound>
     [[nodiscard]] auto answer(const Context& context, Bound work) const {
         auto bound = std::make_shared<decltype(context.bind(std::move(work)))>(context.bind(std::move(work)));
-        return [post = poster(), bound](auto&&... values) {
+        return [post = poster(), bound, life = context.life()](auto&&... values) {
+            if (life.expired()) {
+                return;
+            }
             auto kept = std::make_shared<std::tuple<std::decay_t<decltype(values)>...>>(
                 std::forward<decltype(values)>(values)...);
             post([bound, kept] { std::apply(*bound, std::move(*kept)); });
