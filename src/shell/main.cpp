@@ -8,13 +8,13 @@
 #include "platform/common/Thread.h"
 #include "platform/linux/activation/Activation.h"
 #include "platform/linux/activation/StartToken.h"
-#include "platform/linux/applications/bundles/PropertyListBundles.h"
+#include "platform/linux/applications/bundles/BundlePropertyList.h"
 #include "platform/linux/applications/bundles/PropertyListMainBundle.h"
 #include "platform/linux/applications/entries/DesktopEntryApplications.h"
-#include "platform/linux/applications/icons/IconThemeName.h"
-#include "platform/linux/applications/icons/IconWorkers.h"
-#include "platform/linux/applications/icons/InstalledWorker.h"
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
+#include "platform/linux/applications/icons/lookup/IconThemeName.h"
+#include "platform/linux/applications/icons/workers/IconWorkerPool.h"
+#include "platform/linux/applications/icons/workers/WorkerProgram.h"
 #include "platform/linux/applications/launching/LinuxApplicationOpener.h"
 #include "platform/linux/capture/ScreenCaptures.h"
 #include "platform/linux/dbus/AsyncBusConnector.h"
@@ -154,7 +154,7 @@ int main(int argc, char* argv[]) {
         return std::puts("Amberquill " AMBERQUILL_VERSION) < 0 ? EXIT_FAILURE : EXIT_SUCCESS;
     }
     // First of all, before anything changes the environment that applications are started with.
-    const auto start = desktop::StartState::capture();
+    const auto start = desktop::InheritedState::capture();
     const desktop::Environment environment = start.environment.lookup();
     desktop::doNotLaunchSessionBus(environment);
     desktop::avoidInputMethodWithoutSeat(environment);
@@ -181,7 +181,7 @@ int main(int argc, char* argv[]) {
                                             &readers};
 
     const QString program = desktop::runningProgram();
-    desktop::IconWorkers iconWorkers({.program = desktop::installedWorker(program, environment)});
+    desktop::IconWorkerPool iconWorkers({.program = desktop::installedWorkerProgram(program, environment)});
 
     // Without it Qt reads them itself.
     static_cast<void>(startThread(desktop::readFontConfiguration));
@@ -380,7 +380,7 @@ int main(int argc, char* argv[]) {
     }
     delegate.applicationDidFinishLaunching();
     const int status = QApplication::exec();
-    iconWorkers.end(); // whoever waits for an icon waits no longer
+    iconWorkers.shutDown(); // whoever waits for an icon waits no longer
     if (!queue.finish(longestFinish) || reading.isUnderWay() || !readers.isIdle()) {
         // It uses objects of this function, and would keep them from going.
         ::_exit(status);

@@ -1,8 +1,8 @@
 // How long the icons of a first page take: from the applications' paths to the pictures on the main thread,
 // by as many threads as the launcher uses.
-#include "platform/linux/applications/icons/IconWorkers.h"
-#include "platform/linux/applications/icons/InstalledWorker.h"
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
+#include "platform/linux/applications/icons/workers/IconWorkerPool.h"
+#include "platform/linux/applications/icons/workers/WorkerProgram.h"
 #include "platform/linux/queue/EventLoopQueue.h"
 #include "support/TemporaryTree.h"
 
@@ -33,9 +33,9 @@ public:
     LinuxApplicationIcons* operator->() { return &icons_; }
 
 private:
-    IconWorkers workers_{
-        {.program = installedWorker(QCoreApplication::applicationDirPath() + u"/../amberquill"_s,
-                                    processEnvironment())}};
+    IconWorkerPool workers_{
+        {.program = installedWorkerProgram(QCoreApplication::applicationDirPath() + u"/../amberquill"_s,
+                                           processEnvironment())}};
     LinuxApplicationIcons icons_;
 };
 

@@ -1,6 +1,6 @@
 // How long icons take to be found and drawn. Warm caches; "first" is what a process that has just started
 // pays.
-#include "platform/linux/applications/icons/IconLookup.h"
+#include "platform/linux/applications/icons/lookup/IconLookup.h"
 #include "platform/linux/decoder/pictures/IconDecoder.h"
 #include "platform/linux/decoder/pictures/ImageFitting.h"
 #include "support/TemporaryTree.h"

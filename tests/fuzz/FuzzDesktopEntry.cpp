@@ -27,10 +27,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!entry) {
         return 0;
     }
-    require(!entry->name.trimmed().isEmpty() && entry->name == tokens->text(EntryKey::name));
+    require(!entry->name.trimmed().isEmpty() && entry->name == tokens->text(EntryKey::Name));
     require(!entry->exec.isEmpty() || entry->dbusActivatable);
-    require(entry->noDisplay == tokens->isTrue(EntryKey::noDisplay));
-    require(entry->hidden == tokens->isTrue(EntryKey::hidden));
+    require(entry->noDisplay == tokens->isTrue(EntryKey::NoDisplay));
+    require(entry->hidden == tokens->isTrue(EntryKey::Hidden));
     for (const QString& text :
          {entry->name, entry->exec, entry->tryExec, entry->icon, entry->path, entry->startupWmClass}) {
         requireText(text);

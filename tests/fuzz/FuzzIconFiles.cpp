@@ -1,7 +1,6 @@
 // Icon files of any bytes: decoding ends, and answers a picture of the size asked for or none. Text is left
 // out: with fonts it is a matter of other libraries.
 #include "Require.h"
-#include "platform/linux/decoder/pictures/DecoderPreparation.h"
 #include "platform/linux/decoder/pictures/IconDecoder.h"
 
 #include <QCoreApplication>

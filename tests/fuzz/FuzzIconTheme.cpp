@@ -1,7 +1,7 @@
 // index.theme of any bytes: the reader ends, and what it answers keeps what its header promises.
 #include "Require.h"
-#include "platform/linux/applications/icons/IconOrder.h"
-#include "platform/linux/applications/icons/IconThemeIndex.h"
+#include "platform/linux/applications/icons/lookup/IconOrder.h"
+#include "platform/linux/applications/icons/lookup/IconThemeIndex.h"
 
 #include <cstdint>
 #include <set>
@@ -27,10 +27,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     constexpr int edge = 96;
     const IconOrder order(index->directories, edge);
-    require(order.places().size() == index->directories.size() * iconKinds.size());
+    require(order.candidates().size() == index->directories.size() * iconKinds.size());
     for (std::size_t i = 0; i < index->directories.size(); ++i) {
         for (std::size_t kind = 0; kind < iconKinds.size(); ++kind) {
-            require(order.places()[order.position(i, kind)].directory == i);
+            require(order.candidates()[order.position(i, kind)].directory == i);
         }
     }
     return 0;

@@ -1,7 +1,7 @@
 // icon-theme.cache of any bytes: opening it and asking it end, and what it answers keeps what its header
 // promises.
 #include "Require.h"
-#include "platform/linux/applications/icons/IconThemeCache.h"
+#include "platform/linux/applications/icons/lookup/IconThemeCache.h"
 
 #include <array>
 #include <cstdint>
@@ -48,7 +48,7 @@ void requireGoodAnswer(const IconThemeCache& cache, std::string_view name) {
     require(images.size() <= 1024);
     for (const auto& image : images) {
         require(image.directory < cache.directories().size());
-        require(!image.endings.contains(IconEnding::Svgz));
+        require(!image.extensions.contains(IconExtension::Svgz));
     }
 }
 

@@ -11,7 +11,7 @@ using namespace amberquill::desktop;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const QByteArrayView bytes(data, static_cast<qsizetype>(size));
     const auto list = parseBundlePropertyList(bytes);
-    const bool isRefused = !isHarmlessPropertyList(bytes);
+    const bool isRefused = !isSafePropertyList(bytes);
     const bool leadsOut =
         list && (list->executable.contains(QLatin1Char('/')) || list->iconFile.contains(QLatin1Char('/')));
     if ((list && isRefused) || leadsOut) {

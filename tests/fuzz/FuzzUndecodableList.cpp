@@ -1,7 +1,7 @@
 // The list of files that cannot be decoded, with lines of any bytes: what is read of it is written and read
 // the same.
 #include "Require.h"
-#include "platform/linux/applications/icons/UndecodableList.h"
+#include "platform/linux/applications/icons/UndecodableFiles.h"
 
 #include <cstdint>
 

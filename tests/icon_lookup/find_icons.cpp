@@ -1,7 +1,7 @@
 // Answers which files the launcher takes for icons: find_icons THEME SIZES BASE_FOLDER..., with sizes in
 // logical pixels and the screen's scale where it is not 1, as in "48,96@2". Reads one name a line. For each
 // name, and for each size of it, writes one line: the file, or nothing where there is none.
-#include "platform/linux/applications/icons/IconLookup.h"
+#include "platform/linux/applications/icons/lookup/IconLookup.h"
 
 #include <QFile>
 #include <iostream>

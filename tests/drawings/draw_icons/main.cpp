@@ -2,9 +2,9 @@
 //   draw_icons FOLDER EDGE...
 // The files' absolute paths come on the standard input, one a line. The picture of the Nth, counted from 0,
 // is written to FOLDER/N-EDGE.png; one that the launcher has no picture of gets no file.
-#include "platform/linux/applications/icons/IconWorkers.h"
-#include "platform/linux/applications/icons/InstalledWorker.h"
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
+#include "platform/linux/applications/icons/workers/IconWorkerPool.h"
+#include "platform/linux/applications/icons/workers/WorkerProgram.h"
 #include "support/TemporaryTree.h"
 
 #include <QCoreApplication>
@@ -19,8 +19,8 @@ int drawAll(const QStringList& arguments) {
     const TemporaryTree tree;
     // The build tree's, which lies beside the launcher.
     const auto launcher = QCoreApplication::applicationDirPath() + QStringLiteral("/../amberquill");
-    desktop::IconWorkers workers(
-        {.program = desktop::installedWorker(launcher, desktop::processEnvironment())});
+    desktop::IconWorkerPool workers(
+        {.program = desktop::installedWorkerProgram(launcher, desktop::processEnvironment())});
     const desktop::LinuxApplicationIcons icons(
         {.baseFolders = {}, .theme = {}, .cacheFolder = tree.path("cache"), .version = {}, .locale = {}},
         workers);

@@ -1,7 +1,7 @@
 #include "data/AppScanner.h"
 #include "data/LayoutCoding.h"
 #include "model/LauncherModel.h"
-#include "platform/linux/applications/bundles/PropertyListBundles.h"
+#include "platform/linux/applications/bundles/BundlePropertyList.h"
 #include "platform/linux/applications/entries/DesktopEntryApplications.h"
 #include "platform/linux/files/PosixFileSystem.h"
 #include "support/ManualQueue.h"

@@ -4,7 +4,7 @@
 
 namespace amberquill::desktop {
 
-QString takeStartToken(const StartEnvironment& start, QStringView platform) {
+QString takeStartToken(const InheritedEnvironment& start, QStringView platform) {
     constexpr auto activationToken = "XDG_ACTIVATION_TOKEN";
     constexpr auto startupId = "DESKTOP_STARTUP_ID";
     qunsetenv(activationToken);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/applications/launching/StartEnvironment.h"
+#include "platform/linux/applications/launching/InheritedState.h"
 
 #include <QString>
 #include <QStringView>
@@ -13,6 +13,6 @@ namespace amberquill::desktop {
 // It is good for one showing, so it is removed from our environment. Call it after the application object is
 // made, unless this process only hands the token over: on X11 Qt takes the id at that moment, and completes
 // the startup notification when the first window is shown.
-[[nodiscard]] QString takeStartToken(const StartEnvironment& start, QStringView platform);
+[[nodiscard]] QString takeStartToken(const InheritedEnvironment& start, QStringView platform);
 
 } // namespace amberquill::desktop

@@ -44,9 +44,9 @@ QByteArray hiddenAutostartEntry() {
 
 bool isStartedAtLogin(QByteArrayView entry, const QStringList& currentDesktops) {
     const auto tokens = tokenizeEntry(entry, entryLocaleFor({}));
-    return tokens && tokens->isValidApplication() && !tokens->isTrue(EntryKey::hidden) &&
-           tokens->boolean(EntryKey::gnomeAutostartEnabled).value_or(true) &&
-           isShownIn(currentDesktops, tokens->list(EntryKey::onlyShowIn), tokens->list(EntryKey::notShowIn));
+    return tokens && tokens->isValidApplication() && !tokens->isTrue(EntryKey::Hidden) &&
+           tokens->boolean(EntryKey::GnomeAutostartEnabled).value_or(true) &&
+           isShownIn(currentDesktops, tokens->list(EntryKey::OnlyShowIn), tokens->list(EntryKey::NotShowIn));
 }
 
 } // namespace amberquill::desktop

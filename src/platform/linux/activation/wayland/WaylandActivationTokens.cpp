@@ -1,6 +1,6 @@
 #include "platform/linux/activation/wayland/WaylandActivationTokens.h"
 
-#include "platform/linux/applications/launching/ApplicationId.h"
+#include "platform/linux/applications/entries/EntryIndex.h"
 
 #include <QGuiApplication>
 #include <QWindow>

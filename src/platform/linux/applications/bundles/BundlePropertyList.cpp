@@ -22,7 +22,7 @@ using List = std::unique_ptr<std::remove_pointer_t<plist_t>, FreeList>;
 
 // The dictionary that an information property list is, or null.
 List parseDictionary(QByteArrayView bytes) {
-    if (!isHarmlessPropertyList(bytes)) {
+    if (!isSafePropertyList(bytes)) {
         return {};
     }
     plist_t parsed = nullptr;
@@ -119,6 +119,14 @@ std::optional<BundlePropertyList> readBundlePropertyList(const QString& bundlePa
         }
     }
     return std::nullopt;
+}
+
+std::optional<QString> PropertyListBundles::bundleIdentifier(const QString& bundlePath) const {
+    auto list = readBundlePropertyList(bundlePath);
+    if (!list || list->identifier.isEmpty()) {
+        return std::nullopt;
+    }
+    return std::move(list->identifier);
 }
 
 } // namespace amberquill::desktop

@@ -171,7 +171,7 @@ bool isBinaryPropertyList(QByteArrayView bytes) {
     return bytes.startsWith(binaryHeader);
 }
 
-bool isHarmlessPropertyList(QByteArrayView bytes) {
+bool isSafePropertyList(QByteArrayView bytes) {
     if (bytes.isEmpty() || bytes.size() > maximumPropertyListBytes) {
         return false;
     }

@@ -10,7 +10,7 @@ inline constexpr qsizetype maximumPropertyListBytes = qsizetype{1024} * 1024;
 // information property list ever is, and not built to make its reader recurse without end or to grow when it
 // is unfolded (in a binary list a value may stand for many copies). Says nothing on whether it is well formed
 // beyond that.
-[[nodiscard]] bool isHarmlessPropertyList(QByteArrayView bytes);
+[[nodiscard]] bool isSafePropertyList(QByteArrayView bytes);
 
 // Whether the bytes are a binary property list, version 0.
 [[nodiscard]] bool isBinaryPropertyList(QByteArrayView bytes);

@@ -12,19 +12,19 @@ std::optional<DesktopEntry> parseDesktopEntry(QByteArrayView bytes, const EntryL
     if (!tokens || !tokens->isValidApplication()) {
         return std::nullopt;
     }
-    return DesktopEntry{.name = tokens->text(EntryKey::name),
-                        .exec = tokens->text(EntryKey::exec),
-                        .tryExec = tokens->text(EntryKey::tryExec),
-                        .icon = tokens->text(EntryKey::icon),
-                        .path = tokens->text(EntryKey::path),
-                        .startupWmClass = tokens->text(EntryKey::startupWmClass),
-                        .onlyShowIn = tokens->list(EntryKey::onlyShowIn),
-                        .notShowIn = tokens->list(EntryKey::notShowIn),
-                        .startupNotify = tokens->boolean(EntryKey::startupNotify),
-                        .terminal = tokens->isTrue(EntryKey::terminal),
-                        .dbusActivatable = tokens->isTrue(EntryKey::dbusActivatable),
-                        .noDisplay = tokens->isTrue(EntryKey::noDisplay),
-                        .hidden = tokens->isTrue(EntryKey::hidden)};
+    return DesktopEntry{.name = tokens->text(EntryKey::Name),
+                        .exec = tokens->text(EntryKey::Exec),
+                        .tryExec = tokens->text(EntryKey::TryExec),
+                        .icon = tokens->text(EntryKey::Icon),
+                        .path = tokens->text(EntryKey::Path),
+                        .startupWmClass = tokens->text(EntryKey::StartupWmClass),
+                        .onlyShowIn = tokens->list(EntryKey::OnlyShowIn),
+                        .notShowIn = tokens->list(EntryKey::NotShowIn),
+                        .startupNotify = tokens->boolean(EntryKey::StartupNotify),
+                        .terminal = tokens->isTrue(EntryKey::Terminal),
+                        .dbusActivatable = tokens->isTrue(EntryKey::DbusActivatable),
+                        .noDisplay = tokens->isTrue(EntryKey::NoDisplay),
+                        .hidden = tokens->isTrue(EntryKey::Hidden)};
 }
 
 std::optional<DesktopEntry> readDesktopEntry(const QString& path, const EntryLocale& locale) {

@@ -27,17 +27,17 @@ public:
     // The name to list the entry under, or none: it is not to be listed.
     std::optional<QString> nameToList(QByteArrayView bytes) {
         const auto tokens = tokenizeEntry(bytes, settings_.locale);
-        if (!tokens || !tokens->isValidApplication() || tokens->isTrue(EntryKey::hidden) ||
-            tokens->isTrue(EntryKey::noDisplay) ||
-            !isShownIn(settings_.currentDesktops, tokens->list(EntryKey::onlyShowIn),
-                       tokens->list(EntryKey::notShowIn))) {
+        if (!tokens || !tokens->isValidApplication() || tokens->isTrue(EntryKey::Hidden) ||
+            tokens->isTrue(EntryKey::NoDisplay) ||
+            !isShownIn(settings_.currentDesktops, tokens->list(EntryKey::OnlyShowIn),
+                       tokens->list(EntryKey::NotShowIn))) {
             return std::nullopt;
         }
-        const QString tryExec = tokens->text(EntryKey::tryExec);
+        const QString tryExec = tokens->text(EntryKey::TryExec);
         if (!tryExec.isEmpty() && !programs_.isInstalled(tryExec)) {
             return std::nullopt;
         }
-        return tokens->text(EntryKey::name);
+        return tokens->text(EntryKey::Name);
     }
 
 private:

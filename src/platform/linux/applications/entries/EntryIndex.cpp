@@ -11,7 +11,7 @@
 namespace amberquill::desktop {
 namespace {
 
-constexpr std::string_view ending = ".desktop";
+constexpr std::string_view entryFileExtension = ".desktop";
 
 using FolderKey = std::pair<dev_t, ino_t>;
 
@@ -62,7 +62,7 @@ private:
 
     void readNames(FolderReader& reader, const QByteArray& prefix) {
         while (const auto child = reader.next()) {
-            const bool isNamedEntry = child->nameView().ends_with(ending);
+            const bool isNamedEntry = child->nameView().ends_with(entryFileExtension);
             const unsigned char type = targetType(reader, *child);
             if (type == DT_DIR && !isNamedEntry && above_.size() <= maximumEntryDepth) {
                 enter(reader.descriptor(), child->name, prefix + child->name + '/');
@@ -131,7 +131,7 @@ std::vector<IndexedEntry> indexEntries(const QStringList& folders, ScannedFolder
 }
 
 std::optional<QString> desktopIdFor(QStringView path, const QStringList& folders) {
-    if (!path.endsWith(QLatin1String(".desktop"))) {
+    if (!path.endsWith(desktopFileExtension)) {
         return std::nullopt;
     }
     for (const QString& folder : folders) {
@@ -142,6 +142,16 @@ std::optional<QString> desktopIdFor(QStringView path, const QStringList& folders
         }
     }
     return std::nullopt;
+}
+
+QString applicationIdFor(const QString& path, const DataFolders& folders) {
+    if (!path.endsWith(desktopFileExtension)) {
+        return {};
+    }
+    const QString fileName = path.sliced(path.lastIndexOf(u'/') + 1);
+    return desktopIdFor(path, folders.below(u"applications"))
+        .value_or(fileName)
+        .chopped(desktopFileExtension.size());
 }
 
 } // namespace amberquill::desktop

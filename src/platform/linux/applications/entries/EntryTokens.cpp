@@ -11,26 +11,26 @@ namespace {
 
 struct KeyName {
     QByteArrayView name;
-    EntryKey key = EntryKey::type;
+    EntryKey key = EntryKey::Type;
     bool isLocalized = false;
 };
 
 constexpr std::array<KeyName, entryKeyCount> keyNames = {{
-    {"Type", EntryKey::type},
-    {"Name", EntryKey::name, true},
-    {"Exec", EntryKey::exec},
-    {"TryExec", EntryKey::tryExec},
-    {"Icon", EntryKey::icon, true},
-    {"Path", EntryKey::path},
-    {"StartupWMClass", EntryKey::startupWmClass},
-    {"OnlyShowIn", EntryKey::onlyShowIn},
-    {"NotShowIn", EntryKey::notShowIn},
-    {"StartupNotify", EntryKey::startupNotify},
-    {"Terminal", EntryKey::terminal},
-    {"DBusActivatable", EntryKey::dbusActivatable},
-    {"NoDisplay", EntryKey::noDisplay},
-    {"Hidden", EntryKey::hidden},
-    {"X-GNOME-Autostart-enabled", EntryKey::gnomeAutostartEnabled},
+    {"Type", EntryKey::Type},
+    {"Name", EntryKey::Name, true},
+    {"Exec", EntryKey::Exec},
+    {"TryExec", EntryKey::TryExec},
+    {"Icon", EntryKey::Icon, true},
+    {"Path", EntryKey::Path},
+    {"StartupWMClass", EntryKey::StartupWmClass},
+    {"OnlyShowIn", EntryKey::OnlyShowIn},
+    {"NotShowIn", EntryKey::NotShowIn},
+    {"StartupNotify", EntryKey::StartupNotify},
+    {"Terminal", EntryKey::Terminal},
+    {"DBusActivatable", EntryKey::DbusActivatable},
+    {"NoDisplay", EntryKey::NoDisplay},
+    {"Hidden", EntryKey::Hidden},
+    {"X-GNOME-Autostart-enabled", EntryKey::GnomeAutostartEnabled},
 }};
 
 // Most lines are translations of keys that nobody here asks for: one look at the first letter passes over
@@ -123,7 +123,7 @@ public:
         }
         bytes = withoutMark(bytes);
         const char* at = bytes.begin();
-        while (at != bytes.end() && state_ != State::afterGroup) {
+        while (at != bytes.end() && state_ != State::AfterGroup) {
             const auto left = static_cast<std::size_t>(bytes.end() - at);
             const auto* const newline = static_cast<const char*>(std::memchr(at, '\n', left));
             const char* const end = newline == nullptr ? bytes.end() : newline;
@@ -132,11 +132,11 @@ public:
             }
             at = newline == nullptr ? end : end + 1;
         }
-        return state_ != State::beforeGroup;
+        return state_ != State::BeforeGroup;
     }
 
 private:
-    enum class State { beforeGroup, inGroup, afterGroup };
+    enum class State { BeforeGroup, InGroup, AfterGroup };
 
     bool readLine(QByteArrayView line) {
         line = withoutBlanksBefore(line);
@@ -144,14 +144,14 @@ private:
             return true;
         }
         if (line.front() == '[') {
-            if (state_ == State::inGroup) {
-                state_ = State::afterGroup;
+            if (state_ == State::InGroup) {
+                state_ = State::AfterGroup;
                 return true;
             }
-            state_ = State::inGroup;
+            state_ = State::InGroup;
             return withoutBlanksAfter(line) == "[Desktop Entry]";
         }
-        if (state_ != State::inGroup || ++keys_ > maximumEntryKeys) {
+        if (state_ != State::InGroup || ++keys_ > maximumEntryKeys) {
             return false;
         }
         if (initials[static_cast<unsigned char>(line.front())]) {
@@ -196,7 +196,7 @@ private:
     const EntryLocale& locale_;
     Values& values_;
     std::array<std::size_t, entryKeyCount> ranks_ = {}; // of the values taken so far
-    State state_ = State::beforeGroup;
+    State state_ = State::BeforeGroup;
     int keys_ = 0;
     int lines_ = 0;
 };
@@ -256,9 +256,9 @@ std::optional<bool> EntryTokens::boolean(EntryKey key) const {
 }
 
 bool EntryTokens::isValidApplication() const {
-    return raw(EntryKey::type) == QByteArrayView("Application") &&
-           !text(EntryKey::name).trimmed().isEmpty() &&
-           (!raw(EntryKey::exec).value_or(QByteArrayView()).isEmpty() || isTrue(EntryKey::dbusActivatable));
+    return raw(EntryKey::Type) == QByteArrayView("Application") &&
+           !text(EntryKey::Name).trimmed().isEmpty() &&
+           (!raw(EntryKey::Exec).value_or(QByteArrayView()).isEmpty() || isTrue(EntryKey::DbusActivatable));
 }
 
 std::optional<EntryTokens> tokenizeEntry(QByteArrayView bytes, const EntryLocale& locale) {

@@ -12,23 +12,23 @@
 namespace amberquill::desktop {
 
 enum class EntryKey {
-    type,
-    name,
-    exec,
-    tryExec,
-    icon,
-    path,
-    startupWmClass,
-    onlyShowIn,
-    notShowIn,
-    startupNotify,
-    terminal,
-    dbusActivatable,
-    noDisplay,
-    hidden,
-    gnomeAutostartEnabled,
+    Type,
+    Name,
+    Exec,
+    TryExec,
+    Icon,
+    Path,
+    StartupWmClass,
+    OnlyShowIn,
+    NotShowIn,
+    StartupNotify,
+    Terminal,
+    DbusActivatable,
+    NoDisplay,
+    Hidden,
+    GnomeAutostartEnabled,
 };
-inline constexpr std::size_t entryKeyCount = static_cast<std::size_t>(EntryKey::gnomeAutostartEnabled) + 1;
+inline constexpr std::size_t entryKeyCount = static_cast<std::size_t>(EntryKey::GnomeAutostartEnabled) + 1;
 
 // The values of the `[Desktop Entry]` group as they stand in the file, without the white space around them;
 // of a localized key, the translation that is wanted most. They point into the file's bytes.

@@ -2,20 +2,11 @@
 
 #include "platform/linux/environment/BaseFolders.h"
 
+#include <algorithm>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace amberquill::desktop {
-namespace {
-
-bool isProgram(const QString& path) {
-    const QByteArray bytes = path.toUtf8();
-    struct stat status = {};
-    return ::access(bytes.constData(), X_OK) == 0 && ::stat(bytes.constData(), &status) == 0 &&
-           S_ISREG(status.st_mode);
-}
-
-} // namespace
 
 QStringList programFoldersFrom(const QByteArray& path) {
     QStringList folders;
@@ -26,6 +17,29 @@ QStringList programFoldersFrom(const QByteArray& path) {
         }
     }
     return folders;
+}
+
+bool isExecutableFile(const QString& path) {
+    const QByteArray bytes = path.toUtf8();
+    struct stat status = {};
+    return !path.contains(QChar::Null) && ::access(bytes.constData(), X_OK) == 0 &&
+           ::stat(bytes.constData(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+std::optional<QString> findProgram(const QString& name, const QStringList& folders,
+                                   const QString& workingDirectory) {
+    QStringList candidates;
+    if (name.startsWith(u'/')) {
+        candidates = {name};
+    } else if (name.contains(u'/')) {
+        candidates = {pathBelow(workingDirectory, name)};
+    } else if (!name.isEmpty()) {
+        for (const QString& folder : folders) {
+            candidates += pathBelow(folder, name);
+        }
+    }
+    const auto found = std::find_if(candidates.begin(), candidates.end(), isExecutableFile);
+    return found == candidates.end() ? std::nullopt : std::optional(*found);
 }
 
 bool ProgramLookup::isInstalled(const QString& program) {
@@ -39,14 +53,14 @@ bool ProgramLookup::isInstalled(const QString& program) {
 }
 
 bool ProgramLookup::find(const QString& program) const {
-    if (program.startsWith(QLatin1Char('/'))) {
-        return isProgram(program);
+    if (program.startsWith(u'/')) {
+        return isExecutableFile(program);
     }
-    if (program.isEmpty() || program.contains(QLatin1Char('/'))) {
+    if (program.isEmpty() || program.contains(u'/')) {
         return false;
     }
     return std::any_of(folders_.begin(), folders_.end(),
-                       [&](const QString& folder) { return isProgram(pathBelow(folder, program)); });
+                       [&](const QString& folder) { return isExecutableFile(pathBelow(folder, program)); });
 }
 
 } // namespace amberquill::desktop

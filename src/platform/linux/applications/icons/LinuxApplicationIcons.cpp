@@ -2,7 +2,7 @@
 
 #include "platform/linux/applications/bundles/BundlePropertyList.h"
 #include "platform/linux/applications/entries/DesktopEntry.h"
-#include "platform/linux/applications/icons/IconWorkers.h"
+#include "platform/linux/applications/icons/workers/IconWorkerPool.h"
 #include "platform/linux/decoder/channel/IconBounds.h"
 #include "platform/linux/files/RegularFile.h"
 
@@ -18,14 +18,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int maximumTries = 4; // files that are tried for one icon
+constexpr int maximumTries = 4; // files tried for one icon
 
-// What a bundle's icon file may end in where its property list does not say.
-constexpr std::array bundleEndings{""_L1, ".icns"_L1, ".png"_L1, ".tiff"_L1};
+// The extensions of a bundle's icon file that its property list may leave out.
+constexpr std::array bundleIconExtensions{""_L1, ".icns"_L1, ".png"_L1, ".tiff"_L1};
 
 } // namespace
 
-LinuxApplicationIcons::LinuxApplicationIcons(const Settings& settings, IconWorkers& workers)
+LinuxApplicationIcons::LinuxApplicationIcons(const Settings& settings, IconWorkerPool& workers)
     : locale_(settings.locale)
     , lookup_(settings.baseFolders, settings.theme)
     , workers_(workers)
@@ -82,8 +82,8 @@ QImage LinuxApplicationIcons::bundleImage(const QString& path, int edge) const {
         return {};
     }
     const auto resources = bundle->folder + (bundle->gnustep ? u"/Resources/"_s : u"/Contents/Resources/"_s);
-    for (const auto ending : bundleEndings) {
-        if (auto image = fileImage(resources + bundle->iconFile + ending, edge); !image.isNull()) {
+    for (const auto extension : bundleIconExtensions) {
+        if (auto image = fileImage(resources + bundle->iconFile + extension, edge); !image.isNull()) {
             return image;
         }
     }
@@ -96,13 +96,13 @@ QImage LinuxApplicationIcons::fileImage(const QString& path, int edge) const {
         return {};
     }
     const auto file = openForReading(AT_FDCWD, name.constData());
-    // Of the very file that is read: another may have its path by now.
+    // Taken from the open file: another file may have its path by now.
     const auto state = file.isOpen() ? fileState(file, name.toStdString()) : std::nullopt;
     if (!state || undecodable_.contains(*state)) {
         return {};
     }
     QByteArray buffer;
-    const auto content = readRegularFile(file, largestIconBytes, buffer);
+    const auto content = readRegularFile(file, maximumIconBytes, buffer);
     if (!content) {
         return {};
     }

@@ -2,31 +2,31 @@
 
 #include "platform/ApplicationIcons.h"
 #include "platform/linux/applications/entries/EntryLocale.h"
-#include "platform/linux/applications/icons/IconLookup.h"
 #include "platform/linux/applications/icons/UndecodableFiles.h"
+#include "platform/linux/applications/icons/lookup/IconLookup.h"
 
 #include <QStringList>
 #include <atomic>
 
 namespace amberquill::desktop {
 
-class IconWorkers;
+class IconWorkerPool;
 
-// Pictures of applications on Linux desktops. A desktop entry's `Icon` is looked up in the icon theme or is a
-// file's absolute path; a bundle's icon stands in its own Resources folder. What cannot be decoded is passed
-// over for the next best file. Safe on any thread; whoever asks for a picture waits for another process.
+// Pictures of applications on Linux desktops. A desktop entry's `Icon` is a name in the icon theme or an
+// absolute path; a bundle's icon is in its Resources folder. If a file cannot be decoded, the next best one
+// is tried. Safe on any thread; blocks while another process decodes.
 class LinuxApplicationIcons final : public ApplicationIcons {
 public:
     struct Settings {
-        QStringList baseFolders; // iconBaseFolders
-        QString theme;           // iconThemeName
-        QString cacheFolder;     // the program's own below the user's; need not exist
-        std::string version;     // the program's
-        EntryLocale locale;      // in which `Icon` is read
+        QStringList baseFolders; // from iconBaseFolders()
+        QString theme;           // from iconThemeName()
+        QString cacheFolder;     // the launcher's own; need not exist
+        std::string version;     // the launcher's
+        EntryLocale locale;      // for a translated `Icon`
     };
 
-    // The workers, which do the decoding, outlive it.
-    LinuxApplicationIcons(const Settings& settings, IconWorkers& workers);
+    // The workers outlive this object.
+    LinuxApplicationIcons(const Settings& settings, IconWorkerPool& workers);
 
     [[nodiscard]] QImage image(const QString& applicationPath, int edge) const override;
     // The theme's icon for programs.
@@ -34,8 +34,8 @@ public:
     void forget() override;
     void rest() override;
 
-    // Whether a file could not be decoded because no process could be had for it, since this was last asked.
-    // Its application may be without a picture only because of that, so that it is worth asking again.
+    // Whether since the last call a file was not decoded because no process could be started. Such a picture
+    // may be available later, so it is worth asking again.
     [[nodiscard]] bool takeUnavailable();
 
 private:
@@ -46,7 +46,7 @@ private:
 
     const EntryLocale locale_;
     IconLookup lookup_;
-    IconWorkers& workers_;
+    IconWorkerPool& workers_;
     mutable UndecodableFiles undecodable_;
     mutable std::atomic<bool> wasUnavailable_ = false;
 };

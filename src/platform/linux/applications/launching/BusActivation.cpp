@@ -17,10 +17,10 @@ using namespace Qt::StringLiterals;
 
 Q_LOGGING_CATEGORY(busLog, "amberquill.launching.bus", QtCriticalMsg)
 
-constexpr qsizetype longestBusName = 255;
-// The bus itself gives up on a service that does not come after two minutes. Its word, which tells more, is
-// to come first.
-constexpr int longestWaitMilliseconds = 130'000;
+constexpr qsizetype maximumBusName = 255;
+// Longer than the bus's own two minutes for starting a service, because the bus's error says more than a
+// timeout.
+constexpr int timeoutMilliseconds = 130'000;
 
 bool isBusNameElement(QStringView element) {
     const auto isWordCharacter = [](QChar c) {
@@ -33,7 +33,7 @@ bool isBusNameElement(QStringView element) {
 
 bool isWellKnownName(const QString& name) {
     const QList<QStringView> elements = QStringView(name).split(u'.');
-    return name.size() <= longestBusName && elements.size() >= 2 &&
+    return name.size() <= maximumBusName && elements.size() >= 2 &&
            std::all_of(elements.begin(), elements.end(), isBusNameElement);
 }
 
@@ -47,7 +47,7 @@ BusActivationResult resultFor(const QDBusMessage& reply) {
         QLatin1StringView("org.freedesktop.DBus.Error.ServiceUnknown"),
         QLatin1StringView("org.freedesktop.DBus.Error.NameHasNoOwner"),
         QLatin1StringView("org.freedesktop.DBus.Error.Disconnected"),
-        // What a bus hands on that leaves the starting to systemd.
+        // Errors of systemd, on buses that start services through it.
         QLatin1StringView("org.freedesktop.systemd1.NoSuchUnit"),
         QLatin1StringView("org.freedesktop.systemd1.UnitMasked"),
         QLatin1StringView("org.freedesktop.systemd1.LoadFailed"),
@@ -56,7 +56,7 @@ BusActivationResult resultFor(const QDBusMessage& reply) {
         error.startsWith(QLatin1StringView("org.freedesktop.DBus.Error.Spawn."))) {
         return BusActivationResult::Unavailable;
     }
-    // It is there and has the request; it is only slow to say so.
+    // The service runs and has the request, but answers slowly.
     return error == QLatin1StringView("org.freedesktop.DBus.Error.NoReply") ? BusActivationResult::Started
                                                                             : BusActivationResult::Failed;
 }
@@ -90,7 +90,7 @@ void BusActivation::activate(const BusAddress& address, const QString& token,
     QDBusMessage message = QDBusMessage::createMethodCall(address.name, address.path,
                                                           u"org.freedesktop.Application"_s, u"Activate"_s);
     message << platformData;
-    auto* const call = new QDBusPendingCallWatcher(bus.asyncCall(message, longestWaitMilliseconds), this);
+    auto* const call = new QDBusPendingCallWatcher(bus.asyncCall(message, timeoutMilliseconds), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [call, then = std::move(then)] {
         call->deleteLater();
         then(resultFor(call->reply()));

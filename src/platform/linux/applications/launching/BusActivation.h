@@ -9,7 +9,7 @@
 
 namespace amberquill::desktop {
 
-// Where an application that the bus starts is found, by the Desktop Entry Specification's "D-Bus Activation".
+// The bus address of an application, by the Desktop Entry Specification's "D-Bus Activation".
 struct BusAddress {
     QString name;
     QString path;
@@ -17,24 +17,24 @@ struct BusAddress {
     bool operator==(const BusAddress&) const = default;
 };
 
-// The address of the application whose desktop file has this id (without `.desktop`). None: the id is no
-// well-known name of the bus.
+// The address of the application whose desktop file has this id (without `.desktop`). None: the id is not a
+// valid bus name.
 [[nodiscard]] std::optional<BusAddress> busAddress(const QString& applicationId);
 
 enum class BusActivationResult {
     Started,
-    Failed,      // it was asked, or may have been: asking by another way could start it twice
-    Unavailable, // it was certainly not asked: there is no bus, or nothing that provides it
+    Failed,      // the request was delivered, or may have been: starting it another way could start it twice
+    Unavailable, // the request was not delivered: no bus, or no such service
 };
 
-// Asks applications over the session bus to show themselves. Main thread only.
+// Activates applications over the session bus. Main thread only.
 class BusActivation final : public QObject {
     Q_OBJECT
 
 public:
     explicit BusActivation(CurrentBus sessionBus);
 
-    // `token` may be empty. `then` is called once, after two minutes and a bit at the latest.
+    // `token` may be empty. `then` is called once, within about two minutes.
     void activate(const BusAddress& address, const QString& token,
                   std::function<void(BusActivationResult)> then);
 

@@ -11,9 +11,9 @@ namespace amberquill::desktop {
 
 namespace {
 
-constexpr double secondsBetweenLooks = 5;
+constexpr double pollSeconds = 5;
 
-// True once the child has ended and nothing is left of it.
+// True when the child has ended and was reaped.
 bool reaped(pid_t child) {
     while (true) {
         const pid_t answer = waitpid(child, nullptr, WNOHANG);
@@ -31,7 +31,7 @@ ChildReaper::ChildReaper(MainQueue& queue)
 
 void ChildReaper::watch(pid_t child, FileDescriptor process) {
     if (!process.isOpen()) {
-        watchByLooking(child);
+        poll(child);
         return;
     }
     auto* const notifier = new QSocketNotifier(process.get(), QSocketNotifier::Read, this);
@@ -44,11 +44,11 @@ void ChildReaper::watch(pid_t child, FileDescriptor process) {
     });
 }
 
-void ChildReaper::watchByLooking(pid_t child) {
+void ChildReaper::poll(pid_t child) {
     if (reaped(child)) {
         return;
     }
-    queue_.thenAfter(context_, secondsBetweenLooks, [this, child] { watchByLooking(child); });
+    queue_.thenAfter(context_, pollSeconds, [this, child] { poll(child); });
 }
 
 } // namespace amberquill::desktop

@@ -12,20 +12,20 @@ class MainQueue;
 
 namespace amberquill::desktop {
 
-// Takes note of the end of our child processes, so that none stays behind as a zombie. It handles no signal:
-// the children of anything else in the program are left to who started them. Main thread only.
+// Reaps the child processes it is given, so that none stays a zombie. Handles no SIGCHLD, so it does not
+// touch the children of other parts of the program. Main thread only.
 class ChildReaper final : public QObject {
     Q_OBJECT
 
 public:
     explicit ChildReaper(MainQueue& queue);
 
-    // `process` becomes readable at the child's end; where it is not open, the child is looked after now and
-    // then instead.
+    // `process` is the child's processDescriptor(), which becomes readable at the child's end. If it is not
+    // open, the child is polled.
     void watch(pid_t child, FileDescriptor process);
 
 private:
-    void watchByLooking(pid_t child);
+    void poll(pid_t child);
 
     MainQueue& queue_;
     Context context_;

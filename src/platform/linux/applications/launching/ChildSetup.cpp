@@ -13,31 +13,32 @@ namespace amberquill::desktop {
 namespace {
 
 constexpr int outcomeDescriptor = 3;
-constexpr int holdDescriptor = 4;
-constexpr unsigned int firstUnwanted = 5;
+constexpr int gateDescriptor = 4;
+constexpr unsigned int firstClosed = 5;
 
 void resetSignals() {
     struct sigaction standard {};
     standard.sa_handler = SIG_DFL;
     for (int signal = 1; signal < NSIG; ++signal) {
-        sigaction(signal, &standard, nullptr); // refused for the two that cannot be handled anyway
+        sigaction(signal, &standard, nullptr); // fails for SIGKILL and SIGSTOP, which have no handlers
     }
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-void replaceByNothing(int stream, int mode) {
-    const int nothing = open("/dev/null", mode);
-    if (nothing >= 0 && nothing != stream) {
-        dup2(nothing, stream);
-        close(nothing);
+void redirectToNull(int stream, int mode) {
+    const int null = open("/dev/null", mode);
+    if (null >= 0 && null != stream) {
+        dup2(null, stream);
+        close(null);
     }
 }
 
-// A stream that does not block refuses output that its reader is too slow for. A pipe has a reader that waits
-// for our end, which would now never come, or that stops with us, which would kill the application. One that
-// closes on exec is no standard stream: something of ours has slipped into the place of a missing one.
+// Whether the application may write to our stream. Not to a stream that does not block: writes would fail
+// while the reader is slow. Not to a pipe: its reader may wait for EOF, which the application would withhold,
+// or may end with us, and SIGPIPE would kill the application. A descriptor that closes on exec is another
+// file of ours, in the place of a missing standard stream.
 bool canBeShared(int stream) {
     struct stat about {};
     const int mode = fcntl(stream, F_GETFL);
@@ -47,19 +48,19 @@ bool canBeShared(int stream) {
 }
 
 void prepareStreams() {
-    replaceByNothing(STDIN_FILENO, O_RDONLY);
+    redirectToNull(STDIN_FILENO, O_RDONLY);
     for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
         if (!canBeShared(stream)) {
-            replaceByNothing(stream, O_WRONLY);
+            redirectToNull(stream, O_WRONLY);
         }
     }
 }
 
 void closeOthers(const ChildSetup& setup) {
     dup3(setup.outcome, outcomeDescriptor, O_CLOEXEC);
-    dup3(setup.hold, holdDescriptor, O_CLOEXEC);
-    if (close_range(firstUnwanted, std::numeric_limits<unsigned int>::max(), 0) != 0) {
-        closeOneByOne(firstUnwanted, setup.descriptorLimit);
+    dup3(setup.startGate, gateDescriptor, O_CLOEXEC);
+    if (close_range(firstClosed, std::numeric_limits<unsigned int>::max(), 0) != 0) {
+        closeOneByOne(firstClosed, setup.descriptorLimit);
     }
 }
 
@@ -103,9 +104,9 @@ void writeProcessId(char* place) {
     *place = '\0';
 }
 
-void waitForTheWord() {
+void waitAtStartGate() {
     char byte = 0;
-    while (read(holdDescriptor, &byte, 1) < 0 && errno == EINTR) {
+    while (read(gateDescriptor, &byte, 1) < 0 && errno == EINTR) {
     }
 }
 
@@ -120,8 +121,7 @@ void closeOneByOne(unsigned int first, unsigned int limit) {
 void runChild(const ChildSetup& setup) {
     resetSignals();
     setsid();
-    // At once: another process of ours that starts at this moment must not wait for an end of file that our
-    // copy of its descriptors withholds.
+    // Early: our copies of another starting process's descriptors withhold the EOF that it waits for.
     closeOthers(setup);
     prepareStreams();
     restoreLimits(setup);
@@ -129,7 +129,7 @@ void runChild(const ChildSetup& setup) {
     if (setup.processIdPlace != nullptr) {
         writeProcessId(setup.processIdPlace);
     }
-    waitForTheWord();
+    waitAtStartGate();
     execve(setup.program, setup.arguments, setup.environment);
     const int error = errno;
     [[maybe_unused]] const auto written = write(outcomeDescriptor, &error, sizeof error);

@@ -4,42 +4,42 @@ namespace amberquill::desktop {
 
 namespace {
 
-// The kernel takes 128 KiB in one argument; a line of a third of that is nobody's.
-constexpr qsizetype longestLine = qsizetype{48} * 1024;
-constexpr qsizetype mostWords = 4096;
+// The kernel takes 128 KiB in one argument. No real line has a third of that.
+constexpr qsizetype maximumLine = qsizetype{48} * 1024;
+constexpr qsizetype maximumWords = 4096;
 // A short line of many codes and a long name must not multiply into gigabytes.
-constexpr qsizetype longestVector = qsizetype{128} * 1024;
+constexpr qsizetype maximumVector = qsizetype{128} * 1024;
 
-bool separates(QChar c) {
+bool isSeparator(QChar c) {
     return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r';
 }
 
-// Reads one line from left to right. The functions advance past what they read and answer false where the
-// line ends too early.
+// Reads one line from left to right. The functions advance past what they read, and return false if the line
+// ends too early.
 class WordReader {
 public:
     explicit WordReader(QStringView line)
         : rest_(line) {}
 
-    // The next word; none at the end or when malformed() has become true.
+    // The next word; none at the end or when isMalformed() has become true.
     std::optional<QString> next() {
-        while (!rest_.isEmpty() && separates(rest_.front())) {
+        while (!rest_.isEmpty() && isSeparator(rest_.front())) {
             rest_ = rest_.sliced(1);
         }
         if (rest_.isEmpty()) {
             return std::nullopt;
         }
         QString word = QLatin1String(""); // `""` is a word too, an empty one
-        while (!rest_.isEmpty() && !separates(rest_.front())) {
+        while (!rest_.isEmpty() && !isSeparator(rest_.front())) {
             if (!readPiece(word)) {
-                malformed_ = true;
+                isMalformed_ = true;
                 return std::nullopt;
             }
         }
         return word;
     }
 
-    [[nodiscard]] bool malformed() const { return malformed_; }
+    [[nodiscard]] bool isMalformed() const { return isMalformed_; }
 
 private:
     QChar take() {
@@ -91,17 +91,17 @@ private:
     }
 
     QStringView rest_;
-    bool malformed_ = false;
+    bool isMalformed_ = false;
 };
 
 struct ExpandedWord {
     QString text;
-    bool lostCode = false; // a code in it stood for nothing
+    bool droppedCode = false; // it had a code that was replaced by nothing
 };
 
-ExpandedWord expanded(const QString& word, const ExecFields& fields) {
+ExpandedWord expandedWord(const QString& word, const ExecFields& fields) {
     ExpandedWord result;
-    for (qsizetype i = 0; i < word.size() && result.text.size() <= longestVector; ++i) {
+    for (qsizetype i = 0; i < word.size() && result.text.size() <= maximumVector; ++i) {
         const QChar c = word[i];
         if (c != u'%' || i + 1 == word.size()) {
             result.text += c;
@@ -115,9 +115,9 @@ ExpandedWord expanded(const QString& word, const ExecFields& fields) {
         } else if (code == u'k') {
             result.text += fields.entryPath;
         } else if (QStringView(u"fFuUidDnNvm").contains(code)) {
-            result.lostCode = true;
+            result.droppedCode = true;
         } else {
-            // Not a code: web addresses with %20 in them are common in entries made by hand.
+            // Not a field code: addresses with %20 are common in entries made by hand.
             result.text += c;
             result.text += code;
         }
@@ -127,27 +127,27 @@ ExpandedWord expanded(const QString& word, const ExecFields& fields) {
 
 } // namespace
 
-std::optional<QStringList> quotedWords(QStringView line) {
-    // A program would see a word only up to a null character.
-    if (line.size() > longestLine || line.contains(QChar::Null)) {
+std::optional<QStringList> splitCommandLine(QStringView line) {
+    // A program would see a word only up to the null character.
+    if (line.size() > maximumLine || line.contains(QChar::Null)) {
         return std::nullopt;
     }
     WordReader reader(line);
     QStringList words;
     while (std::optional<QString> word = reader.next()) {
-        if (words.size() == mostWords) {
+        if (words.size() == maximumWords) {
             return std::nullopt;
         }
         words += *std::move(word);
     }
-    if (reader.malformed()) {
+    if (reader.isMalformed()) {
         return std::nullopt;
     }
     return words;
 }
 
 std::optional<QStringList> execArguments(QStringView line, const ExecFields& fields) {
-    const std::optional<QStringList> words = quotedWords(line);
+    const std::optional<QStringList> words = splitCommandLine(line);
     if (!words || fields.icon.contains(QChar::Null) || fields.name.contains(QChar::Null) ||
         fields.entryPath.contains(QChar::Null)) {
         return std::nullopt;
@@ -164,11 +164,11 @@ std::optional<QStringList> execArguments(QStringView line, const ExecFields& fie
                 add(QStringLiteral("--icon"));
                 add(fields.icon);
             }
-        } else if (const ExpandedWord argument = expanded(word, fields);
-                   !argument.text.isEmpty() || !argument.lostCode) {
+        } else if (const ExpandedWord argument = expandedWord(word, fields);
+                   !argument.text.isEmpty() || !argument.droppedCode) {
             add(argument.text);
         }
-        if (total > longestVector) {
+        if (total > maximumVector) {
             return std::nullopt;
         }
     }

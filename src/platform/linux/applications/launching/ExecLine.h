@@ -7,21 +7,21 @@
 
 namespace amberquill::desktop {
 
-// What the field codes of an `Exec` line stand for.
+// The values of the field codes in an `Exec` line.
 struct ExecFields {
-    QString icon;      // %i, as the entry writes it; empty: the code goes
+    QString icon;      // %i, as the entry has it; empty: the code is dropped
     QString name;      // %c, translated
     QString entryPath; // %k
 };
 
-// The words of a line by the quoting rules of the Desktop Entry Specification's `Exec` key, the escapes of
-// string values undone before. Single quotes quote too, as they do in files that are about. None: a quote or
-// an escape that is not ended, or a line beyond every reason.
-std::optional<QStringList> quotedWords(QStringView line);
+// Splits a line into words by the quoting rules of the Desktop Entry Specification's `Exec` key, after the
+// escapes of string values are undone. Single quotes quote too, because existing entries use them. None: an
+// unfinished quote or escape, or a line that is too long.
+std::optional<QStringList> splitCommandLine(QStringView line);
 
-// The argument vector of an `Exec` line: its words with the field codes replaced, each once. There is never a
-// file to open, so the codes for one vanish. No shell takes part: `$`, backticks and the like are plain text.
-// None: malformed, no program in it, or grown beyond what can be handed to a program.
+// The argument vector of an `Exec` line: its words with the field codes replaced, each once. Codes for files
+// are dropped, because applications are opened without files. No shell is used: `$` and backticks are plain
+// text. None: malformed, without a program, or too long after the replacement.
 std::optional<QStringList> execArguments(QStringView line, const ExecFields& fields);
 
 } // namespace amberquill::desktop

@@ -1,9 +1,9 @@
 #include "platform/linux/applications/launching/LaunchPlan.h"
 
 #include "platform/linux/applications/bundles/BundlePropertyList.h"
-#include "platform/linux/applications/launching/ApplicationId.h"
+#include "platform/linux/applications/entries/EntryIndex.h"
+#include "platform/linux/applications/entries/ProgramLookup.h"
 #include "platform/linux/applications/launching/ExecLine.h"
-#include "platform/linux/applications/launching/ProgramPath.h"
 #include "platform/linux/applications/launching/Terminal.h"
 #include "platform/linux/environment/BaseFolders.h"
 
@@ -17,7 +17,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-const QString bundleEnding = u".app"_s;
+const QString bundleExtension = u".app"_s;
 
 bool canBeEntered(const QString& folder) {
     return folder.startsWith(u'/') && !folder.contains(QChar::Null) && QFileInfo(folder).isDir() &&
@@ -31,7 +31,7 @@ std::optional<Command> entryCommand(const DesktopEntry& entry, const QString& pa
         return std::nullopt;
     }
     const QString workingDirectory = canBeEntered(entry.path) ? entry.path : context.home;
-    const ProgramLookup find = [&](const QString& name) {
+    const ProgramFinder find = [&](const QString& name) {
         return findProgram(name, context.entries.programFolders, workingDirectory);
     };
     const std::optional<QString> program = find(arguments->front());
@@ -76,7 +76,7 @@ std::optional<LaunchPlan> planBundle(const QString& path, const LaunchContext& c
         return std::nullopt;
     }
     LaunchPlan plan;
-    plan.name = QFileInfo(list->folder).fileName().chopped(bundleEnding.size());
+    plan.name = QFileInfo(list->folder).fileName().chopped(bundleExtension.size());
     plan.applicationId = list->identifier.isEmpty() ? plan.name : list->identifier;
     plan.command = Command{program, {program}, context.home};
     return plan;
@@ -90,10 +90,10 @@ LaunchContext launchContextFrom(const Environment& environment) {
 }
 
 std::optional<LaunchPlan> planLaunch(const QString& path, const LaunchContext& context) {
-    if (path.endsWith(desktopFileEnding)) {
+    if (path.endsWith(desktopFileExtension)) {
         return planEntry(path, context);
     }
-    if (path.endsWith(bundleEnding)) {
+    if (path.endsWith(bundleExtension)) {
         return planBundle(path, context);
     }
     return std::nullopt;

@@ -13,26 +13,25 @@ namespace amberquill::desktop {
 // A command as it will be run.
 struct Command {
     QString program;       // absolute
-    QStringList arguments; // the first is the program's name as it sees it
+    QStringList arguments; // the first is argv[0]
     QString workingDirectory;
 
     bool operator==(const Command&) const = default;
 };
 
-// What opening an application comes to. At least one of `bus` and `command` is there; where both are, the
-// command is for when the bus cannot help.
+// How an application is opened: over the bus, by a command, or both; then the command is the fallback.
 struct LaunchPlan {
     QString applicationId; // the desktop file's id without its ending, or the bundle's identifier
     QString name;
     QString icon;
     QString windowClass;
     QString entryPath;           // empty for a bundle
-    bool tellsWhenReady = false; // completes startup notifications
+    bool tellsWhenReady = false; // supports startup notification
     std::optional<BusAddress> bus;
     std::optional<Command> command;
 };
 
-// What a plan depends on beside the application itself.
+// The desktop's settings that plans depend on.
 struct LaunchContext {
     EntrySettings entries;
     QString terminal; // the user's preferred one; empty: none
@@ -41,12 +40,12 @@ struct LaunchContext {
 
 [[nodiscard]] LaunchContext launchContextFrom(const Environment& environment);
 
-// Reads the application at `path`, a desktop file or a bundle, and works out how to open it. None: it cannot
-// be opened. Reads the disk; any thread.
+// Reads the application at `path`, a desktop file or a bundle, and decides how to open it. None: it cannot be
+// opened. Reads the disk; any thread.
 [[nodiscard]] std::optional<LaunchPlan> planLaunch(const QString& path, const LaunchContext& context);
 
-// The same for a page of the web, which the desktop's `xdg-open` takes to the user's browser. None also for
-// an address that is not one of https. Reads the disk; any thread.
+// The same for a web page, which `xdg-open` shows in the user's browser. None also for an address that is not
+// https. Reads the disk; any thread.
 [[nodiscard]] std::optional<LaunchPlan> planPage(const QUrl& address, const LaunchContext& context);
 
 } // namespace amberquill::desktop

@@ -13,7 +13,7 @@ namespace {
 Q_LOGGING_CATEGORY(launchLog, "amberquill.launching", QtCriticalMsg)
 
 ProcessRequest processRequest(const Command& command, const LaunchPlan& plan, const QString& token,
-                              const StartState& start, const QString& home) {
+                              const InheritedState& start, const QString& home) {
     ProcessRequest request;
     request.program = QFile::encodeName(command.program);
     for (const QString& argument : command.arguments) {
@@ -45,7 +45,7 @@ StartupNotice startupNotice(const LaunchPlan& plan, const QString& token) {
 
 } // namespace
 
-LinuxApplicationOpener::LinuxApplicationOpener(StartState start, CurrentBus sessionBus,
+LinuxApplicationOpener::LinuxApplicationOpener(InheritedState start, CurrentBus sessionBus,
                                                StartupNotifications& notifications, MainQueue& queue)
     : start_(std::move(start))
     , context_(launchContextFrom(start_.environment.lookup()))

@@ -2,9 +2,9 @@
 
 #include "platform/ApplicationOpener.h"
 #include "platform/linux/applications/launching/BusActivation.h"
+#include "platform/linux/applications/launching/InheritedState.h"
 #include "platform/linux/applications/launching/LaunchPlan.h"
 #include "platform/linux/applications/launching/ProcessLauncher.h"
-#include "platform/linux/applications/launching/StartState.h"
 #include "platform/linux/applications/launching/StartupNotifications.h"
 
 #include <functional>
@@ -27,7 +27,7 @@ class LinuxApplicationOpener final : public ApplicationOpener {
 public:
     // `start` is what main() has captured before anything else. The queue and the notifications outlive the
     // opener. A bus that is not connected counts as a desktop without one.
-    LinuxApplicationOpener(StartState start, CurrentBus sessionBus, StartupNotifications& notifications,
+    LinuxApplicationOpener(InheritedState start, CurrentBus sessionBus, StartupNotifications& notifications,
                            MainQueue& queue);
 
     void open(const QString& path, const QString& token, std::function<void(bool started)> done) override;
@@ -40,7 +40,7 @@ private:
     void carryOut(const LaunchPlan& plan, const QString& token, Done done);
     void run(const LaunchPlan& plan, const QString& token, Done done);
 
-    StartState start_;
+    InheritedState start_;
     LaunchContext context_;
     BusActivation activation_;
     ProcessLauncher launcher_;

@@ -10,7 +10,7 @@ namespace amberquill::desktop {
 
 namespace {
 
-// Whether the end that came is that of a program that runs: a failure says its error number first.
+// Whether the program runs: then the pipe has no data, else it has the error number.
 bool succeeded(int outcome) {
     int error = 0;
     while (true) {
@@ -30,15 +30,15 @@ ProcessLauncher::ProcessLauncher(CurrentBus sessionBus, MainQueue& queue)
 
 void ProcessLauncher::launch(const ProcessRequest& request, const QString& id, const QString& description,
                              std::function<void(bool running)> done) {
-    std::optional<HeldProcess> held = startHeld(request);
-    if (!held) {
+    std::optional<SuspendedProcess> started = startSuspended(request);
+    if (!started) {
         done(false);
         return;
     }
-    reaper_.watch(held->id, std::move(held->process));
-    awaitOutcome(std::move(held->outcome), std::move(done));
-    const auto waiting = std::make_shared<HeldProcess>(*std::move(held));
-    scope_.place(waiting->id, id, description, [waiting] { waiting->release(); });
+    reaper_.watch(started->id, std::move(started->process));
+    awaitOutcome(std::move(started->outcome), std::move(done));
+    const auto suspended = std::make_shared<SuspendedProcess>(*std::move(started));
+    scope_.place(suspended->id, id, description, [suspended] { suspended->resume(); });
 }
 
 void ProcessLauncher::awaitOutcome(FileDescriptor outcome, std::function<void(bool running)> done) {

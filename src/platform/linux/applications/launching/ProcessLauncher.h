@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/linux/applications/launching/ChildReaper.h"
-#include "platform/linux/applications/launching/HeldProcess.h"
+#include "platform/linux/applications/launching/SuspendedProcess.h"
 #include "platform/linux/applications/launching/SystemdScope.h"
 
 #include <QObject>
@@ -13,15 +13,15 @@ class MainQueue;
 
 namespace amberquill::desktop {
 
-// Starts processes that live on their own, each in its own scope where there is a manager for that, and looks
-// after their end. Main thread only; the processes outlive it.
+// Starts processes, each in a scope of its own if systemd manages the session, and reaps them. Main thread
+// only; the processes outlive this object.
 class ProcessLauncher final : public QObject {
     Q_OBJECT
 
 public:
     ProcessLauncher(CurrentBus sessionBus, MainQueue& queue);
 
-    // `id` and `description` are the scope's. `done` is called once: true when the program runs.
+    // `id` and `description` are for the scope. `done` is called once: true when the program runs.
     void launch(const ProcessRequest& request, const QString& id, const QString& description,
                 std::function<void(bool running)> done);
 

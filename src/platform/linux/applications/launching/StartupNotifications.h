@@ -4,18 +4,18 @@
 
 namespace amberquill::desktop {
 
-// One start of an application, as a task bar or a busy pointer shows it.
+// The start of an application, for task bars and busy pointers.
 struct StartupNotice {
     QString id; // the activation token
     QString name;
     QString icon;
     QString program;
-    QString windowClass; // which windows belong to it; empty: unknown
+    QString windowClass; // of its windows; empty: unknown
     QString entryPath;
 };
 
-// Tells the desktop that an application is on its way, for applications that say themselves when they have
-// arrived. Main thread only.
+// Announces to the desktop that an application is starting. The application itself announces when it is
+// ready. Main thread only.
 class StartupNotifications {
 public:
     StartupNotifications() = default;
@@ -25,7 +25,7 @@ public:
 
     virtual void begin(const StartupNotice& notice) = 0;
 
-    // It will not arrive.
+    // The start failed.
     virtual void cancel(const QString& id) = 0;
 };
 

@@ -1,8 +1,7 @@
 #include "platform/linux/applications/launching/SystemdScope.h"
 
-#include "platform/linux/applications/launching/SystemdTypes.h"
-
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QLoggingCategory>
@@ -17,9 +16,9 @@ using namespace Qt::StringLiterals;
 
 Q_LOGGING_CATEGORY(scopeLog, "amberquill.launching.scope", QtCriticalMsg)
 
-// An application is not kept waiting longer for a manager that hangs.
-constexpr double longestWait = 1.0;
-constexpr qsizetype longestUnitName = 255;
+// A manager that hangs delays an application by no more than this.
+constexpr double scopeTimeoutSeconds = 1.0;
+constexpr qsizetype maximumUnitName = 255;
 
 const QString service = u"org.freedesktop.systemd1"_s;
 const QString managerPath = u"/org/freedesktop/systemd1"_s;
@@ -37,13 +36,50 @@ QDBusMessage request(const QString& unit, pid_t process, const QString& descript
     };
     QDBusMessage message =
         QDBusMessage::createMethodCall(service, managerPath, managerInterface, u"StartTransientUnit"_s);
-    message.setAutoStartService(false); // a desktop without systemd says so at once
+    message.setAutoStartService(false); // without systemd the answer is an immediate error
     message << unit << u"fail"_s << QVariant::fromValue(properties)
             << QVariant::fromValue(QList<AuxiliaryUnit>());
     return message;
 }
 
 } // namespace
+
+QDBusArgument& operator<<(QDBusArgument& argument, const UnitProperty& property) {
+    argument.beginStructure();
+    argument << property.name << property.value;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, UnitProperty& property) {
+    argument.beginStructure();
+    argument >> property.name >> property.value;
+    argument.endStructure();
+    return argument;
+}
+
+QDBusArgument& operator<<(QDBusArgument& argument, const AuxiliaryUnit& unit) {
+    argument.beginStructure();
+    argument << unit.name << unit.properties;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, AuxiliaryUnit& unit) {
+    argument.beginStructure();
+    argument >> unit.name >> unit.properties;
+    argument.endStructure();
+    return argument;
+}
+
+void registerSystemdTypes() {
+    qDBusRegisterMetaType<UnitProperty>();
+    qDBusRegisterMetaType<QList<UnitProperty>>();
+    qDBusRegisterMetaType<AuxiliaryUnit>();
+    qDBusRegisterMetaType<QList<AuxiliaryUnit>>();
+    // Slots' parameter types are looked up by name, and Qt registers this type's name only on demand.
+    qRegisterMetaType<QDBusObjectPath>();
+}
 
 QString systemdEscaped(QStringView text) {
     const QByteArray bytes = text.toUtf8();
@@ -66,8 +102,8 @@ QString systemdEscaped(QStringView text) {
 QString scopeName(QStringView applicationId, quint64 random) {
     const QString before = u"app-amberquill-"_s;
     const QString after = u"-%1.scope"_s.arg(random, 16, 16, QLatin1Char('0'));
-    const qsizetype room = longestUnitName - before.size() - after.size();
-    // Only as much of the id as fits, and no half of an escape.
+    const qsizetype room = maximumUnitName - before.size() - after.size();
+    // Cuts the id before it is escaped, so that no escape is cut in half.
     while (systemdEscaped(applicationId).size() > room) {
         applicationId.chop(1);
     }
@@ -83,24 +119,24 @@ SystemdScope::SystemdScope(CurrentBus sessionBus, MainQueue& queue)
 
 void SystemdScope::place(pid_t process, const QString& applicationId, const QString& description,
                          std::function<void()> then) {
-    if (waiting_.empty()) {
+    if (pending_.empty()) {
         bus_ = sessionBus_();
     }
     if (!bus_.isConnected()) {
         then();
         return;
     }
-    if (waiting_.empty()) {
-        listen(true); // before the request, so that no answer is missed
+    if (pending_.empty()) {
+        listen(true); // before the request, so that no signal is missed
     }
     const QString unit = scopeName(applicationId, QRandomGenerator::global()->generate64());
-    waiting_.emplace(unit,
-                     Waiting{std::move(then), queue_.postAfter(longestWait, [this, unit] { finish(unit); })});
+    pending_.emplace(unit, PendingScope{std::move(then), queue_.postAfter(scopeTimeoutSeconds,
+                                                                          [this, unit] { finish(unit); })});
 
     auto* const call = new QDBusPendingCallWatcher(bus_.asyncCall(request(unit, process, description)), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call, unit] {
         call->deleteLater();
-        // A success is only the promise of a job; its end is what the process waits for.
+        // Success means that a job was queued. The process waits for JobRemoved.
         if (call->isError()) {
             qCDebug(scopeLog) << unit << call->error().name();
             finish(unit);
@@ -108,7 +144,7 @@ void SystemdScope::place(pid_t process, const QString& applicationId, const QStr
     });
 }
 
-// By path and interface, without the sender: naming one makes Qt ask the bus for its owner and wait.
+// Matches path and interface, but no sender: with a sender Qt would ask the bus for its owner, and block.
 void SystemdScope::listen(bool on) {
     const QString signal = u"JobRemoved"_s;
     const char* const slot = SLOT(jobRemoved(uint, QDBusObjectPath, QString, QString));
@@ -124,16 +160,16 @@ void SystemdScope::jobRemoved(uint, const QDBusObjectPath&, const QString& unit,
 }
 
 void SystemdScope::finish(const QString& unit) {
-    const auto found = waiting_.find(unit);
-    if (found == waiting_.end()) {
+    const auto found = pending_.find(unit);
+    if (found == pending_.end()) {
         return;
     }
-    Waiting done = std::move(found->second);
-    waiting_.erase(found);
-    if (waiting_.empty()) {
+    PendingScope done = std::move(found->second);
+    pending_.erase(found);
+    if (pending_.empty()) {
         listen(false);
     }
-    done.limit.cancel();
+    done.timeout.cancel();
     done.then();
 }
 

@@ -11,8 +11,8 @@ namespace {
 
 struct KnownTerminal {
     QLatin1StringView program;
-    // What comes between the terminal and the command it is to run, as words of their own. All of these take
-    // the whole rest of the line as the command, so that nothing has to be quoted for them.
+    // The words between the terminal and the command. All these terminals take the rest of the arguments as
+    // the command, so that no quoting is needed.
     QLatin1StringView execute;
 };
 
@@ -47,7 +47,7 @@ QStringList executeWords(const KnownTerminal& terminal) {
     return QString(terminal.execute).split(u' ', Qt::SkipEmptyParts);
 }
 
-// Nearly every terminal that is not in the table takes xterm's argument.
+// Most terminals that are not in the table take xterm's argument.
 QStringList executeWords(const QString& program) {
     const QStringView name = QStringView(program).sliced(program.lastIndexOf(u'/') + 1);
     for (const KnownTerminal& known : knownTerminals) {
@@ -58,8 +58,8 @@ QStringList executeWords(const QString& program) {
     return {QStringLiteral("-e")};
 }
 
-std::optional<QStringList> preferredCommand(const ProgramLookup& find, const QString& preferred) {
-    const std::optional<QStringList> words = quotedWords(preferred);
+std::optional<QStringList> preferredCommand(const ProgramFinder& find, const QString& preferred) {
+    const std::optional<QStringList> words = splitCommandLine(preferred);
     if (!words || words->isEmpty()) {
         return std::nullopt;
     }
@@ -72,7 +72,7 @@ std::optional<QStringList> preferredCommand(const ProgramLookup& find, const QSt
 
 } // namespace
 
-std::optional<QStringList> terminalCommand(const ProgramLookup& find, const QString& preferred) {
+std::optional<QStringList> terminalCommand(const ProgramFinder& find, const QString& preferred) {
     if (const std::optional<QString> chooser = find(QStringLiteral("xdg-terminal-exec"))) {
         return QStringList(*chooser);
     }

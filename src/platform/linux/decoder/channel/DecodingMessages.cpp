@@ -9,8 +9,8 @@ namespace amberquill::desktop {
 
 namespace {
 
-constexpr std::uint32_t requestMark = 0x4151'4901;
-constexpr std::uint32_t answerMark = 0x4151'4902;
+constexpr std::uint32_t requestMagic = 0x4151'4901;
+constexpr std::uint32_t answerMagic = 0x4151'4902;
 
 template<std::size_t Count>
 std::optional<std::array<std::uint32_t, Count>> wordsOf(std::span<const std::byte> message) {
@@ -25,13 +25,13 @@ std::optional<std::array<std::uint32_t, Count>> wordsOf(std::span<const std::byt
 } // namespace
 
 void encode(const DecodingRequest& request, std::span<std::byte, requestSize> to) {
-    const std::array words{requestMark, request.edge, request.bytes};
+    const std::array words{requestMagic, request.edge, request.bytes};
     static_assert(sizeof words == requestSize);
     std::memcpy(to.data(), words.data(), sizeof words);
 }
 
 void encode(const DecodingAnswer& answer, std::span<std::byte, answerSize> to) {
-    const std::array words{answerMark, static_cast<std::uint32_t>(answer.outcome), answer.edge,
+    const std::array words{answerMagic, static_cast<std::uint32_t>(answer.outcome), answer.edge,
                            std::uint32_t{answer.isLast ? 1U : 0U}};
     static_assert(sizeof words == answerSize);
     std::memcpy(to.data(), words.data(), sizeof words);
@@ -42,8 +42,8 @@ std::optional<DecodingRequest> decodedRequest(std::span<const std::byte> message
     if (!words) {
         return std::nullopt;
     }
-    const auto [mark, edge, bytes] = *words;
-    if (mark != requestMark || edge < 1 || edge > largestIconEdge || bytes > largestIconBytes) {
+    const auto [magic, edge, bytes] = *words;
+    if (magic != requestMagic || edge < 1 || edge > maximumIconEdge || bytes > maximumIconBytes) {
         return std::nullopt;
     }
     return DecodingRequest{edge, bytes};
@@ -54,9 +54,9 @@ std::optional<DecodingAnswer> decodedAnswer(std::span<const std::byte> message) 
     if (!words) {
         return std::nullopt;
     }
-    const auto [mark, outcome, edge, isLast] = *words;
-    if (mark != answerMark || outcome > static_cast<std::uint32_t>(DecodingOutcome::NeedsFonts) ||
-        edge > largestIconEdge || isLast > 1) {
+    const auto [magic, outcome, edge, isLast] = *words;
+    if (magic != answerMagic || outcome > static_cast<std::uint32_t>(DecodingOutcome::NeedsFonts) ||
+        edge > maximumIconEdge || isLast > 1) {
         return std::nullopt;
     }
     return DecodingAnswer{static_cast<DecodingOutcome>(outcome), edge, isLast == 1};

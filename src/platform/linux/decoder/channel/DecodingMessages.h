@@ -7,28 +7,28 @@
 
 namespace amberquill::desktop {
 
-// What the launcher and a process that decodes icons for it (`amberquill-icons`) say to each other, over a
-// MessageSocket. The process says `Ready` once it has given up all that it does not need. From then on each
-// request has one answer. Both ends are of one build, so numbers are in the machine's own order. Only while
-// the program is upgraded may they not be: whoever changes the messages changes their marks, and neither end
-// understands the other.
+// The messages between the launcher and a process that decodes icons (`amberquill-icons`), over a
+// MessageSocket. The process sends `Ready` once it is sandboxed. From then on it sends one answer for each
+// request. Both programs are of one build, so numbers have the machine's own byte order. While the program is
+// upgraded the builds may differ: whoever changes a message changes its magic number, so that the other build
+// rejects it.
 
-// The descriptor under which the process finds its end of the socket.
+// The process's descriptor of its end of the socket.
 inline constexpr int decoderSocket = 0;
 
-// The argument with which the process reads the fonts of the system before it begins, for drawings with text.
+// The argument for a process that reads the system's fonts at its start, for drawings with text.
 inline constexpr const char* decoderFontsArgument = "--fonts";
 
-// The status with which the process ends by itself.
+// The process's exit status.
 enum class DecoderExit {
-    Done,             // the other end is gone, or its last answer was given
-    ByHand,           // it was not started by the launcher
-    NotConfined,      // what decodes cannot be shut in on this system: nothing was decoded
-    SenselessRequest, // it got a request that the launcher does not make
+    Done,            // the other end is gone, or the last answer was sent
+    NotFromLauncher, // not started by the launcher
+    NoSandbox,       // this system cannot sandbox the process: nothing was decoded
+    InvalidRequest,  // got a request that the launcher does not send
 };
 
-// A request brings two descriptors: shared memory with the file's bytes, sealed against every change, and
-// shared memory for the picture, sealed against other sizes.
+// A request has two descriptors: shared memory with the file's bytes, sealed against every change, and shared
+// memory for the picture, sealed against changes of its size.
 inline constexpr std::size_t requestDescriptors = 2;
 
 struct DecodingRequest {
@@ -39,16 +39,16 @@ struct DecodingRequest {
 };
 
 enum class DecodingOutcome : std::uint32_t {
-    Ready,      // for requests; comes once
-    Picture,    // the memory for the picture holds it: rows without gaps of premultiplied ARGB
-    NoPicture,  // broken, not an icon, or over one of the bounds
+    Ready,      // for requests; sent once
+    Picture,    // in the shared memory: rows of premultiplied ARGB without gaps
+    NoPicture,  // broken, not an icon, or over a bound
     NeedsFonts, // a drawing with text, and this process was started without fonts
 };
 
 struct DecodingAnswer {
     DecodingOutcome outcome = DecodingOutcome::NoPicture;
     std::uint32_t edge = 0; // as in the request; 0 with `Ready`
-    bool isLast = false;    // the process ends now: it has worked for long
+    bool isLast = false;    // the process exits now: it has used its processor time
 
     bool operator==(const DecodingAnswer&) const = default;
 };
@@ -58,14 +58,14 @@ struct DecodingAnswer {
     return std::size_t{edge} * edge * sizeof(std::uint32_t);
 }
 
-// As they travel.
+// The messages' sizes, in bytes.
 inline constexpr std::size_t requestSize = 3 * sizeof(std::uint32_t);
 inline constexpr std::size_t answerSize = 4 * sizeof(std::uint32_t);
 
 void encode(const DecodingRequest& request, std::span<std::byte, requestSize> to);
 void encode(const DecodingAnswer& answer, std::span<std::byte, answerSize> to);
 
-// None for what `encode` does not write, and for sizes beyond largestIconBytes and largestIconEdge.
+// None: a message that `encode` does not write, or sizes over maximumIconBytes or maximumIconEdge.
 [[nodiscard]] std::optional<DecodingRequest> decodedRequest(std::span<const std::byte> message);
 [[nodiscard]] std::optional<DecodingAnswer> decodedAnswer(std::span<const std::byte> message);
 

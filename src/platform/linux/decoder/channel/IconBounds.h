@@ -4,10 +4,10 @@
 
 namespace amberquill::desktop {
 
-// The largest file that is read as an icon, in bytes.
-inline constexpr std::int64_t largestIconBytes = std::int64_t{8} * 1024 * 1024;
+// The maximum size of an icon file.
+inline constexpr std::int64_t maximumIconBytes = std::int64_t{8} * 1024 * 1024;
 
-// The largest picture that is made of one, in device pixels each way.
-inline constexpr int largestIconEdge = 4096;
+// The maximum size of a decoded picture, in device pixels each way.
+inline constexpr int maximumIconEdge = 4096;
 
 } // namespace amberquill::desktop

@@ -8,11 +8,11 @@ namespace amberquill::desktop {
 
 namespace {
 
-constexpr std::size_t controlBytes = CMSG_SPACE(mostDescriptors * sizeof(int));
+constexpr std::size_t controlBytes = CMSG_SPACE(maximumDescriptors * sizeof(int));
 
-// A call that signals interrupt is made again.
+// Repeats a call that a signal interrupted.
 template<typename Call>
-ssize_t untilDone(const Call& call) {
+ssize_t retryInterrupted(const Call& call) {
     while (true) {
         const ssize_t result = call();
         if (result >= 0 || errno != EINTR) {
@@ -21,7 +21,7 @@ ssize_t untilDone(const Call& call) {
     }
 }
 
-// Takes the descriptors in, so that they are closed whatever becomes of the message.
+// Owns all received descriptors, so that they are closed even if the message is invalid.
 void takeDescriptors(const cmsghdr& header, ReceivedMessage& message) {
     const std::size_t count = (header.cmsg_len - CMSG_LEN(0)) / sizeof(int);
     for (std::size_t i = 0; i < count; ++i) {
@@ -45,7 +45,7 @@ std::optional<std::pair<FileDescriptor, FileDescriptor>> messageSockets() {
 }
 
 bool sendMessage(int socket, std::span<const std::byte> message, std::span<const int> descriptors) {
-    if (message.empty() || descriptors.size() > mostDescriptors) {
+    if (message.empty() || descriptors.size() > maximumDescriptors) {
         return false;
     }
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): what is sent is not written to
@@ -63,7 +63,7 @@ bool sendMessage(int socket, std::span<const std::byte> message, std::span<const
         rights->cmsg_len = CMSG_LEN(descriptors.size_bytes());
         std::memcpy(CMSG_DATA(rights), descriptors.data(), descriptors.size_bytes());
     }
-    const ssize_t sent = untilDone([&] { return ::sendmsg(socket, &header, MSG_NOSIGNAL); });
+    const ssize_t sent = retryInterrupted([&] { return ::sendmsg(socket, &header, MSG_NOSIGNAL); });
     return sent == static_cast<ssize_t>(message.size());
 }
 
@@ -75,11 +75,11 @@ std::optional<ReceivedMessage> receiveMessage(int socket, std::span<std::byte> b
     header.msg_iovlen = 1;
     header.msg_control = control.data();
     header.msg_controllen = control.size();
-    const ssize_t size = untilDone([&] { return ::recvmsg(socket, &header, MSG_CMSG_CLOEXEC); });
+    const ssize_t size = retryInterrupted([&] { return ::recvmsg(socket, &header, MSG_CMSG_CLOEXEC); });
     if (size < 0) {
         return std::nullopt;
     }
-    // An empty message, which looks like the other end's end, may bring descriptors as well.
+    // An empty message looks like a closed socket, but may have descriptors.
     ReceivedMessage message;
     message.size = static_cast<std::size_t>(size);
     message.isWhole = (header.msg_flags & MSG_TRUNC) == 0;

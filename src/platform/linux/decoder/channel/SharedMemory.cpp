@@ -11,7 +11,7 @@ namespace {
 
 constexpr int sizeSeals = F_SEAL_SHRINK | F_SEAL_GROW;
 
-// Newer kernels know it. Some systems refuse memory without it.
+// For newer kernels, some of which refuse memory without this flag.
 #ifndef MFD_NOEXEC_SEAL
 #define MFD_NOEXEC_SEAL 0x0008U
 #endif
@@ -62,8 +62,8 @@ FileDescriptor writableMemory(std::size_t bytes) {
 
 std::optional<MappedMemory> MappedMemory::map(const FileDescriptor& memory, std::size_t bytes,
                                               Access access) {
-    // The size is not asked of fstat(), which the C library may turn into a call that takes paths as well: a
-    // process that maps what it was sent may have no such call left.
+    // lseek() instead of fstat(): the C library may implement fstat() by a system call that takes paths,
+    // which the sandbox denies.
     const int seals = ::fcntl(memory.get(), F_GET_SEALS);
     if (seals < 0 || (seals & F_SEAL_SHRINK) == 0 ||
         ::lseek(memory.get(), 0, SEEK_END) != static_cast<off_t>(bytes)) {
@@ -72,8 +72,7 @@ std::optional<MappedMemory> MappedMemory::map(const FileDescriptor& memory, std:
     if (bytes == 0) {
         return MappedMemory({});
     }
-    // Memory that is sealed against writing cannot be mapped shared for writing. Older kernels do not map it
-    // shared for reading either.
+    // Older kernels cannot map memory that is sealed against writing as shared, not even for reading.
     const bool isWritable = access == Access::ReadAndWrite;
     void* const start = ::mmap(nullptr, bytes, isWritable ? PROT_READ | PROT_WRITE : PROT_READ,
                                isWritable ? MAP_SHARED : MAP_PRIVATE, memory.get(), 0);

@@ -8,19 +8,18 @@
 
 namespace amberquill::desktop {
 
-// Memory with these bytes in it, sealed: whoever has it can neither write to it nor change its size. Not
-// open: there is none to be had.
+// Shared memory with these bytes, sealed against writes and changes of its size. Not open: no memory.
 [[nodiscard]] FileDescriptor sealedMemory(std::span<const std::byte> bytes);
 
-// Zeros that several processes may write to, but whose size none can change.
+// Writable shared memory of zeros, sealed against changes of its size. Not open: no memory.
 [[nodiscard]] FileDescriptor writableMemory(std::size_t bytes);
 
-// Shared memory as this process sees it. Unmapped when its owner goes; the descriptor may be closed before.
+// A mapping of shared memory, unmapped by the destructor. The descriptor may be closed before.
 class MappedMemory {
 public:
     enum class Access { Read, ReadAndWrite };
 
-    // None: not of this size, or it could be made smaller while it is read, which would end the reader.
+    // None: of another size, or not sealed against shrinking, which would crash the reader.
     [[nodiscard]] static std::optional<MappedMemory> map(const FileDescriptor& memory, std::size_t bytes,
                                                          Access access);
     MappedMemory(const MappedMemory&) = delete;
@@ -33,7 +32,7 @@ public:
     }
     ~MappedMemory();
 
-    // Written to only where it was mapped for that.
+    // To be written to only with ReadAndWrite.
     [[nodiscard]] std::span<std::byte> bytes() { return bytes_; }
     [[nodiscard]] std::span<const std::byte> bytes() const { return bytes_; }
 

@@ -81,7 +81,7 @@ std::optional<IcnsPicture> pictureIn(const Chunk& chunk, const std::vector<Chunk
                                .alpha = {}};
         }
     }
-    // The types say how large a picture is; the picture knows better.
+    // The PNG's own header, because the chunk type may state a wrong size.
     const auto size =
         rasterSize(QByteArray::fromRawData(chunk.data.constData(), chunk.data.size()), IconFormat::Png);
     if (size.isEmpty()) {
@@ -93,8 +93,8 @@ std::optional<IcnsPicture> pictureIn(const Chunk& chunk, const std::vector<Chunk
                        .alpha = {}};
 }
 
-// Unpacks one plane off the front of `packed`: runs of up to 128 bytes as they are, or of 3 to 130 times the
-// same one. False: there is not enough.
+// Unpacks one plane off the front of `packed`. A control byte is followed by 1 to 128 literal bytes, or by
+// one byte to repeat 3 to 130 times. False: the data is too short.
 bool takePlane(QByteArrayView& packed, std::vector<uchar>& plane) {
     std::size_t at = 0;
     while (at < plane.size()) {

@@ -2,23 +2,36 @@
 
 #include <QByteArray>
 #include <QImage>
+#include <string>
+#include <vector>
 
 namespace amberquill::desktop {
 
-// Whether fonts can be read, which takes the file system: what is text in a drawing is drawn with them.
+// Whether this process can read fonts. Text in drawings needs them.
 enum class Fonts { Absent, Present };
 
 struct DecodedIcon {
-    QImage image;            // null: broken, not an icon, over one of the bounds, or
-    bool needsFonts = false; // may be a drawing with text, and fonts are absent
+    QImage image;            // null: broken, not an icon, over a bound, or `needsFonts`
+    bool needsFonts = false; // a drawing that may have text, while fonts are absent
 };
 
-// Makes a picture of exactly `edge` × `edge` device pixels of an icon file's bytes: premultiplied ARGB,
-// device pixel ratio 1, proportions kept, centred. The format is what the bytes say, not what the file is
-// called: PNG, SVG (also compressed), ICNS, JPEG, WebP, TIFF, XPM, ICO. A file that has the icon in several
-// sizes gives the one that suits best, an animation its first picture. No other file is opened but fonts.
+// Makes a picture of exactly `edge` × `edge` device pixels from an icon file's bytes: premultiplied ARGB,
+// device pixel ratio 1, proportions kept, centred. The format is detected from the bytes, not the file's
+// name: PNG, SVG (also compressed), ICNS, JPEG, WebP, TIFF, XPM, ICO. Of several sizes in a file the best one
+// is taken, of an animation the first frame. No other file is opened but fonts.
 //
-// The bytes may be chosen such that this takes any time and any memory, or ends the process. Any thread.
+// Hostile bytes may make this take any time and any memory, or crash the process. Any thread.
 [[nodiscard]] DecodedIcon decodedIcon(const QByteArray& bytes, int edge, Fonts fonts);
+
+// For a process that gives up the file system before it decodes: loads all files that decodedIcon() needs
+// but fonts, and silences the libraries. Called once, before other threads start.
+void prepareDecoders();
+
+// Loads the configuration of fonts and the lists of installed ones: after that only font files are opened.
+void prepareFonts();
+
+// The paths that drawing text reads after prepareFonts(): the folders of fonts and of fontconfig's caches,
+// and its configuration files. Some may not exist.
+[[nodiscard]] std::vector<std::string> fontPaths();
 
 } // namespace amberquill::desktop

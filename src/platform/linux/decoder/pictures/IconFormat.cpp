@@ -22,7 +22,7 @@ constexpr std::array signatures{
     Signature{.bytes = "/* XPM"sv, .format = IconFormat::Xpm},
     Signature{.bytes = "\0\0\1\0"sv, .format = IconFormat::Ico},
     Signature{.bytes = "icns"sv, .format = IconFormat::Icns},
-    Signature{.bytes = "\xFF\xFE<\0"sv, .format = IconFormat::Svg}, // letters of two bytes
+    Signature{.bytes = "\xFF\xFE<\0"sv, .format = IconFormat::Svg}, // UTF-16
     Signature{.bytes = "\xFE\xFF\0<"sv, .format = IconFormat::Svg},
     Signature{.bytes = "\x1F\x8B"sv, .format = IconFormat::CompressedSvg},
 };

@@ -7,8 +7,7 @@ namespace amberquill::desktop {
 
 enum class IconFormat { Png, Jpeg, Webp, Tiff, Xpm, Ico, Icns, Svg, CompressedSvg };
 
-// What a file's first bytes say it is, whatever it is called. None: nothing that icons come in. `Svg` stands
-// for markup of any kind.
+// The format by a file's first bytes. None: not a format of icons. `Svg` is returned for any markup.
 [[nodiscard]] std::optional<IconFormat> iconFormat(QByteArrayView bytes);
 
 } // namespace amberquill::desktop

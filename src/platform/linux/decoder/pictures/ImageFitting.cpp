@@ -13,15 +13,15 @@ namespace amberquill::desktop {
 
 namespace {
 
-// The four channels of a pixel at once, in the compilers' own notation for what every processor has.
+// The four channels of a pixel as one vector, by the compilers' vector extensions.
 using Channels = float __attribute__((vector_size(16)));
 using Integers = std::int32_t __attribute__((vector_size(16)));
 using Bytes = std::uint8_t __attribute__((vector_size(4)));
 using SixteenBytes = std::uint8_t __attribute__((vector_size(16)));
 using EightWords = std::uint16_t __attribute__((vector_size(16)));
 
-// Zeros are put between the bytes, then between the pairs: the compilers turn a plain conversion into one
-// step for each channel, which takes four times as long.
+// Widens the bytes by interleaving zeros. A plain conversion is compiled to one step for each channel, which
+// takes four times as long.
 Channels channelsOf(const uchar* pixel) {
     if constexpr (std::endian::native == std::endian::big) {
         Bytes bytes;
@@ -38,8 +38,8 @@ Channels channelsOf(const uchar* pixel) {
     return __builtin_convertvector(words, Channels);
 }
 
-// The family of cubic filters with two parameters: (0, 1/2) keeps edges sharp and is right for shrinking,
-// (1/3, 1/3) leaves no stair-steps and no halos and is right for enlarging.
+// The two-parameter family of cubic filters. (0, 1/2) keeps edges sharp and is used for shrinking; (1/3, 1/3)
+// avoids steps and halos and is used for enlarging.
 double cubic(double distance, double blur, double sharpness) {
     const double x = std::abs(distance);
     if (x < 1.0) {
@@ -55,12 +55,12 @@ double cubic(double distance, double blur, double sharpness) {
     return 0.0;
 }
 
-// Which source pixels, with which weights, the pixels of a row or a column are made of. All are made of
-// equally many: where fewer would do, the rest weigh nothing.
+// The source pixels and weights of each target pixel in a row or column. Each has the same number of source
+// pixels; unneeded ones have the weight zero.
 struct Taps {
     std::vector<std::size_t> first; // of each target pixel
     std::size_t count = 0;          // for each target pixel
-    std::vector<Channels> weights;  // so many for each target pixel: sums up to 1, the same for all channels
+    std::vector<Channels> weights; // `count` for each target pixel, with the sum 1; the same for all channels
 };
 
 Taps tapsFor(int source, int target) {
@@ -91,7 +91,7 @@ Taps tapsFor(int source, int target) {
     return taps;
 }
 
-// Sharpening overshoots; a premultiplied colour must not exceed its alpha.
+// Clamps, because sharpening overshoots and a premultiplied colour must not exceed its alpha.
 void store(uchar* pixel, Channels value) {
     constexpr int alphaAt = std::endian::native == std::endian::little ? 3 : 0;
     const float alpha = std::clamp(value[alphaAt], 0.0F, 255.0F);
@@ -104,8 +104,8 @@ void store(uchar* pixel, Channels value) {
     std::memcpy(pixel, &bytes, sizeof bytes);
 }
 
-// Above this many source pixels to a target pixel, all but the last of the shrinking is plain averaging: it
-// is quick, and the eye cannot tell.
+// From this many source pixels per target pixel on, the picture is first shrunk by fast averaging, and only
+// the last factor by the filter. The difference is not visible.
 constexpr int shrinkFilteredBy = 4;
 
 QImage averaged(const QImage& source, QSize target) {
@@ -118,12 +118,13 @@ QImage averaged(const QImage& source, QSize target) {
                          Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
-// So many sums are made side by side: one by itself waits for each of its additions.
-constexpr std::size_t abreast = 4;
+// The number of sums computed in parallel. A single sum would wait for each addition.
+constexpr std::size_t parallelSums = 4;
 
-// From each of so many lists `stride` apart, the sum of `count` values `step` apart, each times its weight.
-void addUp(const Channels* from, std::size_t step, std::size_t stride, const Channels* weights,
-           std::size_t count, Channels* to, std::size_t toStride) {
+// Computes `parallelSums` weighted sums. Each is over `count` values `step` apart; the first values are
+// `stride` apart.
+void addWeighted(const Channels* from, std::size_t step, std::size_t stride, const Channels* weights,
+                 std::size_t count, Channels* to, std::size_t toStride) {
     Channels one{};
     Channels two{};
     Channels three{};
@@ -143,7 +144,7 @@ void addUp(const Channels* from, std::size_t step, std::size_t stride, const Cha
 }
 
 std::size_t roundedUp(std::size_t number) {
-    return (number + abreast - 1) / abreast * abreast;
+    return (number + parallelSums - 1) / parallelSums * parallelSums;
 }
 
 // Draws `source`, scaled to `size`, into `target` at `offset`. Both are premultiplied ARGB.
@@ -153,27 +154,28 @@ void resample(const QImage& source, QImage& target, QPoint offset, QSize size) {
     const auto width = static_cast<std::size_t>(size.width());
     const auto lineWidth = roundedUp(width);
     const auto columns = tapsFor(source.width(), size.width());
-    std::vector<Channels> wide(abreast * sourceWidth);
+    std::vector<Channels> wide(parallelSums * sourceWidth);
     std::vector<Channels> lines(lineWidth * roundedUp(sourceHeight)); // of the right width
-    for (std::size_t y = 0; y < sourceHeight; y += abreast) {
-        for (std::size_t i = 0; i < abreast && y + i < sourceHeight; ++i) {
+    for (std::size_t y = 0; y < sourceHeight; y += parallelSums) {
+        for (std::size_t i = 0; i < parallelSums && y + i < sourceHeight; ++i) {
             const uchar* const pixels = source.constScanLine(static_cast<int>(y + i));
             for (std::size_t x = 0; x < sourceWidth; ++x) {
                 wide[i * sourceWidth + x] = channelsOf(pixels + 4 * x);
             }
         }
         for (std::size_t x = 0; x < width; ++x) {
-            addUp(wide.data() + columns.first[x], 1, sourceWidth, columns.weights.data() + columns.count * x,
-                  columns.count, lines.data() + lineWidth * y + x, lineWidth);
+            addWeighted(wide.data() + columns.first[x], 1, sourceWidth,
+                        columns.weights.data() + columns.count * x, columns.count,
+                        lines.data() + lineWidth * y + x, lineWidth);
         }
     }
     const auto rows = tapsFor(source.height(), size.height());
     std::vector<Channels> line(lineWidth);
     for (int y = 0; y < size.height(); ++y) {
         const auto row = static_cast<std::size_t>(y);
-        for (std::size_t x = 0; x < width; x += abreast) {
-            addUp(lines.data() + lineWidth * rows.first[row] + x, lineWidth, 1,
-                  rows.weights.data() + rows.count * row, rows.count, line.data() + x, 1);
+        for (std::size_t x = 0; x < width; x += parallelSums) {
+            addWeighted(lines.data() + lineWidth * rows.first[row] + x, lineWidth, 1,
+                        rows.weights.data() + rows.count * row, rows.count, line.data() + x, 1);
         }
         uchar* const pixels = target.scanLine(offset.y() + y) + std::ptrdiff_t{4} * offset.x();
         for (std::size_t x = 0; x < width; ++x) {
@@ -182,24 +184,25 @@ void resample(const QImage& source, QImage& target, QPoint offset, QSize size) {
     }
 }
 
-// Many programs write the screen's colours into each file, in numbers that Qt does not know them by. Pure
-// colours would tell nothing: those beyond the screen's become just these.
-bool looksLikeTheScreens(const QColorSpace& space) {
-    constexpr int unseen = 3;
+// Whether a colour space is practically sRGB. Many programs write sRGB profiles that Qt does not recognise.
+// The test colours are not pure ones, because colours outside of sRGB are clipped to those.
+bool isNearlySrgb(const QColorSpace& space) {
+    constexpr int maximumDifference = 3;
     const auto transform = space.transformationToColorSpace(QColorSpace(QColorSpace::SRgb));
-    const auto stays = [&transform](QRgb colour) {
+    const auto isUnchanged = [&transform](QRgb colour) {
         const QRgb mapped = transform.map(colour);
-        return std::abs(qRed(mapped) - qRed(colour)) <= unseen &&
-               std::abs(qGreen(mapped) - qGreen(colour)) <= unseen &&
-               std::abs(qBlue(mapped) - qBlue(colour)) <= unseen;
+        return std::abs(qRed(mapped) - qRed(colour)) <= maximumDifference &&
+               std::abs(qGreen(mapped) - qGreen(colour)) <= maximumDifference &&
+               std::abs(qBlue(mapped) - qBlue(colour)) <= maximumDifference;
     };
-    return stays(qRgb(200, 100, 100)) && stays(qRgb(100, 200, 100)) && stays(qRgb(100, 100, 200));
+    return isUnchanged(qRgb(200, 100, 100)) && isUnchanged(qRgb(100, 200, 100)) &&
+           isUnchanged(qRgb(100, 100, 200));
 }
 
-void convertToScreenColours(QImage& image) {
+void convertToSrgb(QImage& image) {
     const auto space = image.colorSpace();
-    // A gamma value alone is what old programs wrote without meaning it.
-    if (space.isValid() && space.primaries() != QColorSpace::Primaries::SRgb && !looksLikeTheScreens(space)) {
+    // A profile with sRGB primaries and another gamma is ignored: old programs wrote such values by mistake.
+    if (space.isValid() && space.primaries() != QColorSpace::Primaries::SRgb && !isNearlySrgb(space)) {
         image.convertToColorSpace(QColorSpace(QColorSpace::SRgb));
     }
     image.setColorSpace(QColorSpace());
@@ -232,7 +235,7 @@ QImage fittedImage(const QImage& image, int edge) {
                  size);
         fitted.setColorSpace(source.colorSpace());
     }
-    convertToScreenColours(fitted);
+    convertToSrgb(fitted);
     fitted.setDevicePixelRatio(1.0);
     return fitted;
 }

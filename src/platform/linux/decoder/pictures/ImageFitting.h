@@ -10,8 +10,8 @@ namespace amberquill::desktop {
 [[nodiscard]] QSize fittedSize(QSize size, int edge);
 
 // The picture scaled to fit a square of `edge` pixels and centred in it, transparent around: premultiplied
-// ARGB, device pixel ratio 1, in sRGB. Shrinking and enlarging are done by a cubic filter over all source
-// pixels that a target pixel covers, so that fine lines neither vanish nor shimmer. Null for a null picture.
+// ARGB, device pixel ratio 1, in sRGB. Scales by a cubic filter over all source pixels that a target pixel
+// covers, so that fine lines do not vanish. Null for a null picture.
 [[nodiscard]] QImage fittedImage(const QImage& image, int edge);
 
 } // namespace amberquill::desktop

@@ -1,22 +1,22 @@
 #include "platform/linux/decoder/pictures/RasterPicture.h"
 
-#include "platform/linux/decoder/pictures/PictureChoice.h"
-
 #include <QBuffer>
 #include <QImageReader>
 #include <algorithm>
-#include <array>
+#include <numeric>
+#include <tuple>
 
 namespace amberquill::desktop {
 
 namespace {
 
+constexpr std::size_t maximumTried = 3;
 constexpr qint64 maximumPixels = qint64{32} * 1024 * 1024;
 constexpr int maximumEdge = 32'000;
-constexpr int maximumMebibytes = 256; // of those pixels, where they have 16 bits for each colour
-constexpr int maximumPictures = 256;  // of a file that are looked at
+constexpr int maximumMebibytes = 256; // of those pixels at 16 bits per channel
+constexpr int maximumPictures = 256;  // considered in one file
 
-// Null for what Qt does not read here.
+// The name of Qt's reader. Null: not read by Qt.
 const char* readerFor(IconFormat format) {
     switch (format) {
     case IconFormat::Png:
@@ -39,7 +39,7 @@ const char* readerFor(IconFormat format) {
     return nullptr;
 }
 
-// A reader that does not look for another format than the one it is told.
+// An image reader for exactly one format, without detection.
 class Reader {
 public:
     Reader(const QByteArray& bytes, const char* format) {
@@ -56,12 +56,25 @@ private:
     QImageReader reader_;
 };
 
-bool isBearable(QSize size) {
+bool isAllowedSize(QSize size) {
     return !size.isEmpty() && size.width() <= maximumEdge && size.height() <= maximumEdge &&
            qint64{size.width()} * size.height() <= maximumPixels;
 }
 
 } // namespace
+
+std::vector<std::size_t> bestPictures(const std::vector<PictureSize>& pictures, int edge) {
+    const auto worth = [&](std::size_t i) {
+        const auto& [size, depth] = pictures[i];
+        return size >= edge ? std::tuple(0, size, -depth) : std::tuple(1, -size, -depth);
+    };
+    std::vector<std::size_t> order(pictures.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(),
+                     [&worth](std::size_t one, std::size_t other) { return worth(one) < worth(other); });
+    order.resize(std::min(order.size(), maximumTried));
+    return order;
+}
 
 QImage decodedRaster(const QByteArray& bytes, IconFormat format, int edge) {
     const char* const name = readerFor(format);
@@ -71,7 +84,7 @@ QImage decodedRaster(const QByteArray& bytes, IconFormat format, int edge) {
     Reader reader(bytes, name);
     const int count = format == IconFormat::Ico || format == IconFormat::Tiff ? reader->imageCount() : 1;
     if (count <= 1) {
-        return isBearable(reader->size()) ? reader->read() : QImage();
+        return isAllowedSize(reader->size()) ? reader->read() : QImage();
     }
     std::vector<PictureSize> sizes;
     for (int i = 0; i < std::min(count, maximumPictures) && reader->jumpToImage(i); ++i) {
@@ -80,7 +93,7 @@ QImage decodedRaster(const QByteArray& bytes, IconFormat format, int edge) {
                          .depth = QImage::toPixelFormat(reader->imageFormat()).bitsPerPixel()});
     }
     for (const auto i : bestPictures(sizes, edge)) {
-        if (reader->jumpToImage(static_cast<int>(i)) && isBearable(reader->size())) {
+        if (reader->jumpToImage(static_cast<int>(i)) && isAllowedSize(reader->size())) {
             if (auto image = reader->read(); !image.isNull()) {
                 return image;
             }

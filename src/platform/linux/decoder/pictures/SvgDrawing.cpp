@@ -1,27 +1,51 @@
 #include "platform/linux/decoder/pictures/SvgDrawing.h"
 
-#include "platform/linux/decoder/pictures/Owned.h"
-
 #include <QPoint>
 #include <QSizeF>
 #include <algorithm>
 #include <cairo.h>
 #include <cmath>
+#include <gio/gio.h>
 #include <librsvg/rsvg.h>
+#include <memory>
+#include <string_view>
 
 namespace amberquill::desktop {
 
+using namespace std::string_view_literals;
+
 namespace {
 
-constexpr double pixelsPerInch = 96.0; // as CSS has it
+struct UnrefObject {
+    void operator()(gpointer object) const { ::g_object_unref(object); }
+};
+
+// A GObject that this code owns a reference to.
+template<typename T>
+using ObjectPointer = std::unique_ptr<T, UnrefObject>;
+
+constexpr auto endsOfName = " \t\r\n/>"sv;
+constexpr std::size_t longestPrefix = 64;
+
+// Whether `before`, the text before an element's name, ends with `<`, or with `<` and a namespace prefix.
+bool beginsTag(std::string_view before) {
+    if (!before.ends_with(':')) {
+        return before.ends_with('<');
+    }
+    before = before.substr(before.size() - std::min(before.size(), longestPrefix));
+    const auto mark = before.rfind('<');
+    return mark != std::string_view::npos && before.find_first_of(endsOfName, mark) == std::string_view::npos;
+}
+
+constexpr double pixelsPerInch = 96.0; // as in CSS
 
 struct DestroyCairo {
     void operator()(cairo_t* painter) const { ::cairo_destroy(painter); }
     void operator()(cairo_surface_t* surface) const { ::cairo_surface_destroy(surface); }
 };
 
-// The size the document asks for, in pixels; else that of its view box, else of what it draws. Empty or not
-// finite where it makes no sense.
+// The document's stated size in pixels, else the size of its view box, else of its drawing. May be empty or
+// not finite.
 QSizeF sizeOf(RsvgHandle* drawing) {
     double width = 0.0;
     double height = 0.0;
@@ -50,8 +74,45 @@ bool isBlank(const QImage& image) {
 
 } // namespace
 
+std::optional<QByteArray> gunzipped(const QByteArray& bytes, qsizetype limit) {
+    const ObjectPointer<GInputStream> compressed(
+        ::g_memory_input_stream_new_from_data(bytes.constData(), bytes.size(), nullptr));
+    const ObjectPointer<GZlibDecompressor> decompressor(
+        ::g_zlib_decompressor_new(G_ZLIB_COMPRESSOR_FORMAT_GZIP));
+    const ObjectPointer<GInputStream> stream(
+        ::g_converter_input_stream_new(compressed.get(), G_CONVERTER(decompressor.get())));
+    QByteArray text(limit + 1, Qt::Uninitialized);
+    gsize size = 0;
+    if (::g_input_stream_read_all(stream.get(), text.data(), static_cast<gsize>(text.size()), &size, nullptr,
+                                  nullptr) == FALSE ||
+        static_cast<qsizetype>(size) > limit) {
+        return std::nullopt;
+    }
+    text.truncate(static_cast<qsizetype>(size));
+    return text;
+}
+
+bool mayHoldText(const QByteArray& document) {
+    QByteArray narrow;
+    if (document.contains('\0')) { // UTF-16 or UTF-32
+        narrow = document;
+        narrow.removeIf([](char byte) { return byte == '\0'; });
+    }
+    const auto& bytes = narrow.isEmpty() ? document : narrow;
+    const std::string_view text(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    constexpr auto name = "text"sv;
+    for (auto at = text.find(name); at != std::string_view::npos; at = text.find(name, at + 1)) {
+        const auto after = text.substr(at + name.size(), 1);
+        if (!after.empty() && endsOfName.find(after.front()) != std::string_view::npos &&
+            beginsTag(text.substr(0, at))) {
+            return true;
+        }
+    }
+    return false;
+}
+
 QImage drawnSvg(const QByteArray& document, int edge) {
-    const Owned<RsvgHandle> drawing(::rsvg_handle_new_from_data(
+    const ObjectPointer<RsvgHandle> drawing(::rsvg_handle_new_from_data(
         reinterpret_cast<const guint8*>(document.constData()), static_cast<gsize>(document.size()), nullptr));
     if (!drawing) {
         return {};

@@ -16,16 +16,16 @@ namespace amberquill::desktop {
 
 namespace {
 
-// As newer kernels' headers have it. An older kernel takes the longer structure where what it does not know
-// is zero.
+// The structure of newer kernels' headers. An older kernel accepts it if the fields that it does not know are
+// zero.
 struct RulesetAttributes {
     std::uint64_t files = 0;
     std::uint64_t network = 0;
     std::uint64_t scopes = 0;
 };
 
-// All rights to files, network rights (to bind and to connect) and scopes (abstract sockets and signals of
-// other programs) there are, by the version of the interface.
+// All rights by the version of the interface: to files, to the network (bind and connect), and scopes
+// (abstract sockets and signals of other programs).
 constexpr std::array<std::uint64_t, 5> fileRights{(1ULL << 13) - 1, (1ULL << 14) - 1, (1ULL << 15) - 1,
                                                   (1ULL << 15) - 1, (1ULL << 16) - 1};
 constexpr long networkVersion = 4;

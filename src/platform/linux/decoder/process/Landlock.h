@@ -5,10 +5,10 @@
 
 namespace amberquill::desktop {
 
-// Takes from the calling thread, and from the threads that it starts later, every access to files but reading
-// those named and what is in the folders named, and where the kernel can, the network and other programs'
-// abstract sockets as well. What is open stays open. Paths that are not there count for nothing. For good.
-// False: this kernel has no Landlock, or will have no more of it; nothing changed.
+// Restricts the calling thread, and threads that it starts later, to reading the files in `readable` and
+// below the folders in it. Where the kernel supports it, also denies the network and other programs' abstract
+// sockets. Open descriptors stay usable. Missing paths are ignored. Cannot be undone. False: the kernel has
+// no Landlock, or refused; nothing changed.
 [[nodiscard]] bool restrictFiles(std::span<const std::string> readable);
 
 } // namespace amberquill::desktop

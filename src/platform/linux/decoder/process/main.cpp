@@ -1,12 +1,10 @@
-// Decodes icons for the launcher, which starts it, in a process that can do nothing else.
+// amberquill-icons: decodes icons for the launcher in a sandboxed process.
 
 #include "platform/linux/decoder/channel/DecodingMessages.h"
-#include "platform/linux/decoder/pictures/DecoderPreparation.h"
 #include "platform/linux/decoder/pictures/IconDecoder.h"
-#include "platform/linux/decoder/process/Confinement.h"
-#include "platform/linux/decoder/process/FontPaths.h"
 #include "platform/linux/decoder/process/Landlock.h"
-#include "platform/linux/decoder/process/Serving.h"
+#include "platform/linux/decoder/process/RequestLoop.h"
+#include "platform/linux/decoder/process/Sandbox.h"
 
 #include <QThreadPool>
 #include <cstdio>
@@ -25,8 +23,8 @@ bool isMessageSocket(int descriptor) {
     return ::getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &size) == 0 && type == SOCK_SEQPACKET;
 }
 
-// The launcher runs two such processes, so libraries start as few threads as they can. Qt's threads do
-// without GLib, of whose descriptors one would stay open.
+// The launcher runs two such processes, so libraries use as few threads as possible. Qt's threads do not use
+// GLib, which would keep a descriptor open.
 void limitThreads() {
     ::setenv("RAYON_NUM_THREADS", "1", 1);
     ::setenv("QT_NO_GLIB", "1", 1);
@@ -37,10 +35,9 @@ int statusOf(DecoderExit exit) {
     return static_cast<int>(exit);
 }
 
-// Lets the process read the files that drawing text takes, and no others. False: this system cannot allow
-// some files only.
-bool keepFontFiles() {
-    // Before Pango starts threads, so that the same holds for them.
+// Restricts the process to reading the files that text needs. False: the system has no such restriction.
+bool allowFontFiles() {
+    // Before Pango starts threads, so that they are restricted too.
     if (!restrictFiles(fontPaths())) {
         return false;
     }
@@ -50,37 +47,37 @@ bool keepFontFiles() {
 
 } // namespace
 
-// Ends without destructors: the libraries' would need what the process has given up.
+// Exits without destructors: those of libraries would need what the process has given up.
 int main(int argc, char** argv) {
     if (!isMessageSocket(decoderSocket)) {
         static_cast<void>(std::fputs(
             "amberquill-icons decodes icons for amberquill, which starts it by itself.\n", stderr));
-        return statusOf(DecoderExit::ByHand);
+        return statusOf(DecoderExit::NotFromLauncher);
     }
-    if (!dropInheritance()) {
-        ::_exit(statusOf(DecoderExit::NotConfined));
+    if (!resetInheritedState()) {
+        ::_exit(statusOf(DecoderExit::NoSandbox));
     }
-    offerMemoryFirst();
-    keepLittleMemory();
+    preferOutOfMemoryKill();
+    limitHeap();
     limitThreads();
     prepareDecoders();
     const bool wantsFonts = argc > 1 && std::strcmp(argv[1], decoderFontsArgument) == 0;
-    const bool readsFonts = wantsFonts && keepFontFiles();
+    const bool readsFonts = wantsFonts && allowFontFiles();
     if (!readsFonts) {
-        // Where the kernel has no Landlock, the system calls are refused all the same.
+        // Without Landlock the system call filter still denies files.
         static_cast<void>(restrictFiles({}));
     }
-    if (!confine(readsFonts ? FileReading::Allowed : FileReading::Denied)) {
-        ::_exit(statusOf(DecoderExit::NotConfined));
+    if (!enterSandbox(readsFonts ? FileReading::Allowed : FileReading::Denied)) {
+        ::_exit(statusOf(DecoderExit::NoSandbox));
     }
-    endWithOtherEnd(decoderSocket);
-    // Where fonts are wanted but cannot be read, text is left out.
+    exitWhenSocketCloses(decoderSocket);
+    // If fonts are wanted but cannot be read, text is left out.
     const auto fonts = wantsFonts ? Fonts::Present : Fonts::Absent;
     const auto decoding = [fonts](const QByteArray& bytes, int edge) {
         auto icon = decodedIcon(bytes, edge, fonts);
-        QThreadPool::globalInstance()->waitForDone(); // and lets go of what its threads have
+        QThreadPool::globalInstance()->waitForDone(); // and frees its threads' memory
         return icon;
     };
-    const auto end = serve(decoderSocket, decoding, {decoderEndurance, longestDecoding});
-    ::_exit(statusOf(end == ServingEnd::Done ? DecoderExit::Done : DecoderExit::SenselessRequest));
+    const auto end = serveRequests(decoderSocket, decoding, {decoderProcessorBudget, pictureProcessorBudget});
+    ::_exit(statusOf(end == RequestLoopEnd::Done ? DecoderExit::Done : DecoderExit::InvalidRequest));
 }

@@ -1,6 +1,5 @@
 #include "platform/linux/applications/bundles/BundlePropertyList.h"
 
-#include "platform/linux/applications/bundles/PropertyListBundles.h"
 #include "support/PropertyLists.h"
 #include "support/TemporaryTree.h"
 

@@ -45,8 +45,8 @@ QByteArray nestedXml(int levels, const QByteArray& open, const QByteArray& close
 } // namespace
 
 TEST(PropertyListGuard, UsualListsPass) {
-    EXPECT_TRUE(isHarmlessPropertyList(xmlDictionary(smallest)));
-    EXPECT_TRUE(isHarmlessPropertyList(binaryDictionary(smallest)));
+    EXPECT_TRUE(isSafePropertyList(xmlDictionary(smallest)));
+    EXPECT_TRUE(isSafePropertyList(binaryDictionary(smallest)));
     EXPECT_FALSE(isBinaryPropertyList(xmlDictionary(smallest)));
     EXPECT_TRUE(isBinaryPropertyList(binaryDictionary(smallest)));
 }
@@ -54,37 +54,37 @@ TEST(PropertyListGuard, UsualListsPass) {
 TEST(PropertyListGuard, AListLargerThanAMebibyteDoesNot) {
     QByteArray list = xmlDictionary(smallest);
     list += QByteArray(maximumPropertyListBytes - list.size(), '\n');
-    EXPECT_TRUE(isHarmlessPropertyList(list));
-    EXPECT_FALSE(isHarmlessPropertyList(list + "\n"));
-    EXPECT_FALSE(isHarmlessPropertyList(QByteArray()));
+    EXPECT_TRUE(isSafePropertyList(list));
+    EXPECT_FALSE(isSafePropertyList(list + "\n"));
+    EXPECT_FALSE(isSafePropertyList(QByteArray()));
 }
 
 TEST(PropertyListGuard, XmlThatIsNestedTooDeepDoesNot) {
-    EXPECT_TRUE(isHarmlessPropertyList(nestedXml(1000, "<array>", "</array>")));
-    EXPECT_FALSE(isHarmlessPropertyList(nestedXml(5000, "<array>", "</array>")));
-    EXPECT_FALSE(isHarmlessPropertyList(nestedXml(5000, "<dict><key>k</key>", "</dict>")));
-    EXPECT_FALSE(isHarmlessPropertyList(nestedXml(20'000, "<array><!-- </array> -->", "</array>")));
+    EXPECT_TRUE(isSafePropertyList(nestedXml(1000, "<array>", "</array>")));
+    EXPECT_FALSE(isSafePropertyList(nestedXml(5000, "<array>", "</array>")));
+    EXPECT_FALSE(isSafePropertyList(nestedXml(5000, "<dict><key>k</key>", "</dict>")));
+    EXPECT_FALSE(isSafePropertyList(nestedXml(20'000, "<array><!-- </array> -->", "</array>")));
 }
 
 TEST(PropertyListGuard, XmlOfTooManyValuesDoesNot) {
-    EXPECT_TRUE(isHarmlessPropertyList(
-        xmlPropertyList("<array>" + QByteArray("<true/>").repeated(1000) + "</array>")));
-    EXPECT_FALSE(isHarmlessPropertyList(
-        xmlPropertyList("<array>" + QByteArray("<true/>").repeated(20'001) + "</array>")));
+    EXPECT_TRUE(
+        isSafePropertyList(xmlPropertyList("<array>" + QByteArray("<true/>").repeated(1000) + "</array>")));
+    EXPECT_FALSE(
+        isSafePropertyList(xmlPropertyList("<array>" + QByteArray("<true/>").repeated(20'001) + "</array>")));
 }
 
 TEST(PropertyListGuard, XmlOfTooManyEntitiesDoesNot) {
     const auto list = [](int entities) {
         return xmlPropertyList("<string>" + QByteArray("&amp;").repeated(entities) + "</string>");
     };
-    EXPECT_TRUE(isHarmlessPropertyList(list(2000)));
-    EXPECT_FALSE(isHarmlessPropertyList(list(2001)));
+    EXPECT_TRUE(isSafePropertyList(list(2000)));
+    EXPECT_FALSE(isSafePropertyList(list(2001)));
 }
 
 TEST(PropertyListGuard, ABinaryListThatUnfoldsToTooManyValuesDoesNot) {
-    EXPECT_TRUE(isHarmlessPropertyList(doublingList(10)));
-    EXPECT_FALSE(isHarmlessPropertyList(doublingList(20)));
-    EXPECT_FALSE(isHarmlessPropertyList(doublingList(60)));
+    EXPECT_TRUE(isSafePropertyList(doublingList(10)));
+    EXPECT_FALSE(isSafePropertyList(doublingList(20)));
+    EXPECT_FALSE(isSafePropertyList(doublingList(60)));
 }
 
 TEST(PropertyListGuard, ABinaryListWhoseTextsUnfoldToTooManyBytesDoesNot) {
@@ -96,30 +96,30 @@ TEST(PropertyListGuard, ABinaryListWhoseTextsUnfoldToTooManyBytesDoesNot) {
     }
     const QByteArray list = binaryOf({array, text});
     EXPECT_LT(list.size(), 65'000);
-    EXPECT_FALSE(isHarmlessPropertyList(list));
-    EXPECT_TRUE(isHarmlessPropertyList(binaryOf({"\xA2" + to(1) + to(1), text})));
+    EXPECT_FALSE(isSafePropertyList(list));
+    EXPECT_TRUE(isSafePropertyList(binaryOf({"\xA2" + to(1) + to(1), text})));
 }
 
 TEST(PropertyListGuard, ABinaryListThatIsNestedTooDeepOrInItselfDoesNot) {
-    EXPECT_TRUE(isHarmlessPropertyList(nestedBinary(64)));
-    EXPECT_FALSE(isHarmlessPropertyList(nestedBinary(65)));
-    EXPECT_FALSE(isHarmlessPropertyList(binaryOf({"\xA1" + to(0)})));
-    EXPECT_FALSE(isHarmlessPropertyList(binaryOf({"\xD1" + to(1) + to(2), "\x51k", "\xA1" + to(0)})));
+    EXPECT_TRUE(isSafePropertyList(nestedBinary(64)));
+    EXPECT_FALSE(isSafePropertyList(nestedBinary(65)));
+    EXPECT_FALSE(isSafePropertyList(binaryOf({"\xA1" + to(0)})));
+    EXPECT_FALSE(isSafePropertyList(binaryOf({"\xD1" + to(1) + to(2), "\x51k", "\xA1" + to(0)})));
 }
 
 TEST(PropertyListGuard, ABinaryListWhoseNumbersLeadOutOfItDoesNot) {
-    EXPECT_FALSE(isHarmlessPropertyList("bplist00"));
-    EXPECT_FALSE(isHarmlessPropertyList("bplist00" + QByteArray(31, '\0')));
-    EXPECT_FALSE(isHarmlessPropertyList(binaryOf({"\xA1" + to(7)}))) << "no such object";
-    EXPECT_FALSE(isHarmlessPropertyList(binaryOf({"\x5Fxxx"}))) << "a length that is no number";
-    EXPECT_FALSE(isHarmlessPropertyList(binaryOf({"\x5F\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFFx"_ba})))
+    EXPECT_FALSE(isSafePropertyList("bplist00"));
+    EXPECT_FALSE(isSafePropertyList("bplist00" + QByteArray(31, '\0')));
+    EXPECT_FALSE(isSafePropertyList(binaryOf({"\xA1" + to(7)}))) << "no such object";
+    EXPECT_FALSE(isSafePropertyList(binaryOf({"\x5Fxxx"}))) << "a length that is no number";
+    EXPECT_FALSE(isSafePropertyList(binaryOf({"\x5F\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFFx"_ba})))
         << "huge text";
-    EXPECT_FALSE(isHarmlessPropertyList(binaryOf({"\xAF\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFFx"_ba})))
+    EXPECT_FALSE(isSafePropertyList(binaryOf({"\xAF\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFFx"_ba})))
         << "huge array";
-    EXPECT_FALSE(isHarmlessPropertyList(binaryOf({"\x5F\x10\x20short"_ba}))) << "longer than the list";
-    EXPECT_FALSE(isHarmlessPropertyList(binaryOf({"\x67xy"_ba}))) << "two bytes a letter";
-    EXPECT_FALSE(isHarmlessPropertyList(binaryOf({"\x14"_ba}))) << "a number cut off";
-    EXPECT_FALSE(isHarmlessPropertyList(binaryOf({"\x7F"_ba}))) << "no kind of value";
+    EXPECT_FALSE(isSafePropertyList(binaryOf({"\x5F\x10\x20short"_ba}))) << "longer than the list";
+    EXPECT_FALSE(isSafePropertyList(binaryOf({"\x67xy"_ba}))) << "two bytes a letter";
+    EXPECT_FALSE(isSafePropertyList(binaryOf({"\x14"_ba}))) << "a number cut off";
+    EXPECT_FALSE(isSafePropertyList(binaryOf({"\x7F"_ba}))) << "no kind of value";
     const QByteArray good = binaryDictionary(smallest);
     for (qsizetype at = good.size() - 26; at < good.size(); ++at) {
         for (const char byte : {'\0', '\1', '\x09', '\x7F', '\xFF'}) {
@@ -127,7 +127,7 @@ TEST(PropertyListGuard, ABinaryListWhoseNumbersLeadOutOfItDoesNot) {
             broken[at] = byte;
             // Whatever the guard says, the reader behind it comes to an end.
             const auto list = parseBundlePropertyList(broken);
-            EXPECT_TRUE(!list || isHarmlessPropertyList(broken));
+            EXPECT_TRUE(!list || isSafePropertyList(broken));
         }
     }
 }

@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/FileState.h"
+#include "platform/linux/applications/icons/UndecodableFiles.h"
 
 #include "platform/linux/files/RegularFile.h"
 #include "support/IconFiles.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/IconFolder.h"
+#include "platform/linux/applications/icons/lookup/IconFolder.h"
 
 #include "support/FaultySystemCalls.h"
 #include "support/IconFiles.h"
@@ -29,12 +29,13 @@ TEST_P(IconFolderTest, AnIconHasTheEndingsThatStandInTheFolder) {
         files_.write(std::filesystem::path("icons") / name, "x");
     }
     auto icons = folder();
-    EXPECT_EQ(icons.endings("a"), (IconEndings{IconEnding::Png, IconEnding::Svg, IconEnding::Xpm}));
-    EXPECT_EQ(icons.endings("a").first(), IconEnding::Png);
-    EXPECT_EQ(icons.endings("b"), IconEndings{IconEnding::Svgz});
-    EXPECT_EQ(icons.endings("org.x.B.c"), IconEndings{IconEnding::Png});
+    EXPECT_EQ(icons.extensions("a"),
+              (IconExtensions{IconExtension::Png, IconExtension::Svg, IconExtension::Xpm}));
+    EXPECT_EQ(icons.extensions("a").first(), IconExtension::Png);
+    EXPECT_EQ(icons.extensions("b"), IconExtensions{IconExtension::Svgz});
+    EXPECT_EQ(icons.extensions("org.x.B.c"), IconExtensions{IconExtension::Png});
     for (const auto* const name : {"d", "e", "f", "A", "missing"}) {
-        EXPECT_TRUE(icons.endings(name).isEmpty()) << name;
+        EXPECT_TRUE(icons.extensions(name).isEmpty()) << name;
     }
 }
 
@@ -43,8 +44,8 @@ TEST_P(IconFolderTest, FoldersAreNoIconsAndLinksAre) {
     files_.write("elsewhere.svg", "x");
     files_.link("icons/b.svg", files_.at("elsewhere.svg"));
     auto icons = folder();
-    EXPECT_TRUE(icons.endings("a").isEmpty());
-    EXPECT_EQ(icons.endings("b"), IconEndings{IconEnding::Svg});
+    EXPECT_TRUE(icons.extensions("a").isEmpty());
+    EXPECT_EQ(icons.extensions("b"), IconExtensions{IconExtension::Svg});
 }
 
 TEST_P(IconFolderTest, WhereTheFileSystemDoesNotTellFoldersAreNoIconsEither) {
@@ -53,13 +54,13 @@ TEST_P(IconFolderTest, WhereTheFileSystemDoesNotTellFoldersAreNoIconsEither) {
     files_.link("icons/c.png", "b.png");
     const UnknownEntryTypes types;
     auto icons = folder();
-    EXPECT_TRUE(icons.endings("a").isEmpty());
-    EXPECT_FALSE(icons.endings("b").isEmpty());
-    EXPECT_FALSE(icons.endings("c").isEmpty());
+    EXPECT_TRUE(icons.extensions("a").isEmpty());
+    EXPECT_FALSE(icons.extensions("b").isEmpty());
+    EXPECT_FALSE(icons.extensions("c").isEmpty());
 }
 
 TEST_P(IconFolderTest, AMissingFolderIsAnEmptyOne) {
-    EXPECT_TRUE(folder().endings("a").isEmpty());
+    EXPECT_TRUE(folder().extensions("a").isEmpty());
 }
 
 TEST(IconFolder, ALargeFolderIsReadOnceLookingHasCostAsMuch) {
@@ -68,31 +69,31 @@ TEST(IconFolder, ALargeFolderIsReadOnceLookingHasCostAsMuch) {
     constexpr std::int64_t size = 20'000; // fifty questions' worth
     IconFolder folder(files.at("icons").string(), size);
     for (int i = 0; i < 200; ++i) {
-        EXPECT_TRUE(folder.endings("missing" + std::to_string(i)).isEmpty());
+        EXPECT_TRUE(folder.extensions("missing" + std::to_string(i)).isEmpty());
     }
     files.write("icons/late.png", "x");
-    EXPECT_TRUE(folder.endings("late").isEmpty()); // from memory
+    EXPECT_TRUE(folder.extensions("late").isEmpty()); // from memory
 }
 
 TEST(IconFolder, AFolderThatWasReadIsNotAskedAgain) {
     const TemporaryTree files;
     files.write("icons/a.png", "x");
     IconFolder folder(files.at("icons").string(), 0);
-    EXPECT_FALSE(folder.endings("a").isEmpty());
+    EXPECT_FALSE(folder.extensions("a").isEmpty());
     files.remove("icons/a.png");
     files.write("icons/b.png", "x");
-    EXPECT_FALSE(folder.endings("a").isEmpty());
-    EXPECT_TRUE(folder.endings("b").isEmpty());
+    EXPECT_FALSE(folder.extensions("a").isEmpty());
+    EXPECT_TRUE(folder.extensions("b").isEmpty());
 }
 
-TEST(IconEndings, AnIconsEndingIsTakenOffANameOnce) {
-    EXPECT_EQ(withoutIconEnding("foo.png"), "foo");
-    EXPECT_EQ(withoutIconEnding("foo.SVG"), "foo");
-    EXPECT_EQ(withoutIconEnding("foo.svgz"), "foo");
-    EXPECT_EQ(withoutIconEnding("foo.xpm"), "foo");
-    EXPECT_EQ(withoutIconEnding("foo.png.png"), "foo.png");
-    EXPECT_EQ(withoutIconEnding("org.example.Foo"), "org.example.Foo");
-    EXPECT_EQ(withoutIconEnding("foo.jpg"), "foo.jpg");
-    EXPECT_EQ(withoutIconEnding(".png"), ".png");
-    EXPECT_EQ(withoutIconEnding(""), "");
+TEST(IconExtensions, AnIconsEndingIsTakenOffANameOnce) {
+    EXPECT_EQ(withoutIconExtension("foo.png"), "foo");
+    EXPECT_EQ(withoutIconExtension("foo.SVG"), "foo");
+    EXPECT_EQ(withoutIconExtension("foo.svgz"), "foo");
+    EXPECT_EQ(withoutIconExtension("foo.xpm"), "foo");
+    EXPECT_EQ(withoutIconExtension("foo.png.png"), "foo.png");
+    EXPECT_EQ(withoutIconExtension("org.example.Foo"), "org.example.Foo");
+    EXPECT_EQ(withoutIconExtension("foo.jpg"), "foo.jpg");
+    EXPECT_EQ(withoutIconExtension(".png"), ".png");
+    EXPECT_EQ(withoutIconExtension(""), "");
 }

@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/IconLookup.h"
+#include "platform/linux/applications/icons/lookup/IconLookup.h"
 
 #include "platform/linux/environment/DataFolders.h"
 #include "support/IconFiles.h"

@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/IconOrder.h"
+#include "platform/linux/applications/icons/lookup/IconOrder.h"
 
 #include <gtest/gtest.h>
 
@@ -32,12 +32,12 @@ IconDirectory scalable(const std::string& path, int size, int minimum, int maxim
 }
 
 // The directories in the order in which their pictures, or their drawings, are looked for.
-Names order(const std::vector<IconDirectory>& directories, int edge, const IconEndings& endings) {
+Names order(const std::vector<IconDirectory>& directories, int edge, const IconExtensions& extensions) {
     Names names;
     const IconOrder made(directories, edge);
-    for (const auto& place : made.places()) {
-        if (place.endings == endings) {
-            names.push_back(directories[place.directory].path);
+    for (const auto& candidate : made.candidates()) {
+        if (candidate.extensions == extensions) {
+            names.push_back(directories[candidate.directory].path);
         }
     }
     return names;
@@ -47,11 +47,11 @@ Names order(const std::vector<IconDirectory>& directories, int edge, const IconE
 Names fullOrder(const std::vector<IconDirectory>& directories, int edge) {
     Names names;
     const IconOrder made(directories, edge);
-    for (const auto& place : made.places()) {
-        const std::string kind = place.endings == pngEnding   ? " png"
-                                 : place.endings == xpmEnding ? " xpm"
-                                                              : " svg";
-        names.push_back(directories[place.directory].path + kind);
+    for (const auto& candidate : made.candidates()) {
+        const std::string kind = candidate.extensions == pngExtension   ? " png"
+                                 : candidate.extensions == xpmExtension ? " xpm"
+                                                                        : " svg";
+        names.push_back(directories[candidate.directory].path + kind);
     }
     return names;
 }
@@ -59,19 +59,19 @@ Names fullOrder(const std::vector<IconDirectory>& directories, int edge) {
 } // namespace
 
 TEST(IconOrder, TheExactSizeIsFollowedByLargerOnesThenByTheLargestSmallerOnes) {
-    EXPECT_EQ(order({fixed(16), fixed(256), fixed(48), fixed(128), fixed(96), fixed(120)}, 120, pngEnding),
+    EXPECT_EQ(order({fixed(16), fixed(256), fixed(48), fixed(128), fixed(96), fixed(120)}, 120, pngExtension),
               (Names{"120@1", "128@1", "256@1", "96@1", "48@1", "16@1"}));
 }
 
 TEST(IconOrder, LargePicturesThatCallThemselvesScalableCountWithTheirSize) {
     const std::vector<IconDirectory> hicolor{fixed(48), scalable("256x256/apps", 256, 64, 256), fixed(128),
                                              scalable("512x512/apps", 512, 64, 512)};
-    EXPECT_EQ(order(hicolor, 120, pngEnding), (Names{"128@1", "256x256/apps", "512x512/apps", "48@1"}));
-    EXPECT_EQ(order(hicolor, 256, pngEnding), (Names{"256x256/apps", "512x512/apps", "128@1", "48@1"}));
+    EXPECT_EQ(order(hicolor, 120, pngExtension), (Names{"128@1", "256x256/apps", "512x512/apps", "48@1"}));
+    EXPECT_EQ(order(hicolor, 256, pngExtension), (Names{"256x256/apps", "512x512/apps", "128@1", "48@1"}));
 }
 
 TEST(IconOrder, DeviceRatherThanLogicalPixelsDecide) {
-    EXPECT_EQ(order({fixed(64), fixed(48, 2), fixed(96), fixed(128)}, 96, pngEnding),
+    EXPECT_EQ(order({fixed(64), fixed(48, 2), fixed(96), fixed(128)}, 96, pngExtension),
               (Names{"96@1", "48@2", "128@1", "64@1"}));
 }
 
@@ -86,7 +86,7 @@ TEST(IconOrder, APictureOfTheExactSizeGoesBeforeADrawingMeantForIt) {
 }
 
 TEST(IconOrder, OfDrawingsNotMeantForTheSizeTheNextLargerGoesFirst) {
-    EXPECT_EQ(order({fixed(16), fixed(22), fixed(32), scalable("48", 48, 48, 256)}, 26, drawingEndings),
+    EXPECT_EQ(order({fixed(16), fixed(22), fixed(32), scalable("48", 48, 48, 256)}, 26, svgExtensions),
               (Names{"32@1", "48", "22@1", "16@1"}));
 }
 
@@ -95,30 +95,30 @@ TEST(IconOrder, InOneDirectoryOfTheExactSizeTheStandardsOrderOfFormatsCounts) {
 }
 
 TEST(IconOrder, AScalableDirectorysOwnSizeIsNoExactSize) {
-    EXPECT_EQ(order({scalable("scalable", 128, 8, 512)}, 128, drawingEndings), Names{"scalable"});
+    EXPECT_EQ(order({scalable("scalable", 128, 8, 512)}, 128, svgExtensions), Names{"scalable"});
     EXPECT_EQ(fullOrder({scalable("scalable", 128, 8, 512), fixed(64, 2)}, 128).front(), "64@2 png");
 }
 
 TEST(IconOrder, ADrawingMeantForTheSizeGoesBeforeANearerOneThatIsNot) {
-    EXPECT_EQ(order({scalable("small", 110, 8, 112), scalable("wide", 48, 48, 256)}, 120, drawingEndings),
+    EXPECT_EQ(order({scalable("small", 110, 8, 112), scalable("wide", 48, 48, 256)}, 120, svgExtensions),
               (Names{"wide", "small"}));
 }
 
 TEST(IconOrder, OfDrawingsEquallyMeantTheNearestGoesFirst) {
     EXPECT_EQ(order({scalable("16", 16, 8, 256), scalable("64", 64, 8, 256), scalable("32", 32, 8, 256)}, 120,
-                    drawingEndings),
+                    svgExtensions),
               (Names{"64", "32", "16"}));
 }
 
 TEST(IconOrder, ADrawingForAFinerScreenIsTheSmallOneThatItWasMadeFor) {
     const auto wide = scalable("wide", 48, 48, 256);
-    EXPECT_EQ(order({fixed(16, 3), fixed(24, 2), wide}, 48, drawingEndings), (Names{"wide", "24@2", "16@3"}));
-    EXPECT_EQ(order({fixed(22, 2), wide}, 44, drawingEndings), (Names{"wide", "22@2"}));
-    EXPECT_EQ(order({fixed(22, 3), fixed(64)}, 66, drawingEndings), (Names{"64@1", "22@3"}));
-    EXPECT_EQ(order({fixed(22, 3), fixed(64)}, 512, drawingEndings), (Names{"64@1", "22@3"}));
-    EXPECT_EQ(order({fixed(22, 2), fixed(22)}, 22, drawingEndings), (Names{"22@1", "22@2"}));
+    EXPECT_EQ(order({fixed(16, 3), fixed(24, 2), wide}, 48, svgExtensions), (Names{"wide", "24@2", "16@3"}));
+    EXPECT_EQ(order({fixed(22, 2), wide}, 44, svgExtensions), (Names{"wide", "22@2"}));
+    EXPECT_EQ(order({fixed(22, 3), fixed(64)}, 66, svgExtensions), (Names{"64@1", "22@3"}));
+    EXPECT_EQ(order({fixed(22, 3), fixed(64)}, 512, svgExtensions), (Names{"64@1", "22@3"}));
+    EXPECT_EQ(order({fixed(22, 2), fixed(22)}, 22, svgExtensions), (Names{"22@1", "22@2"}));
     // A picture has the pixels that it has.
-    EXPECT_EQ(order({fixed(24, 2), fixed(64)}, 48, pngEnding), (Names{"24@2", "64@1"}));
+    EXPECT_EQ(order({fixed(24, 2), fixed(64)}, 48, pngExtension), (Names{"24@2", "64@1"}));
 }
 
 TEST(IconOrder, AThresholdStretchesWhatADrawingIsMeantFor) {
@@ -126,10 +126,10 @@ TEST(IconOrder, AThresholdStretchesWhatADrawingIsMeantFor) {
     nearly.type = Type::Threshold;
     auto outside = fixed(117);
     outside.type = Type::Threshold;
-    EXPECT_EQ(order({outside, nearly, scalable("all", 60, 8, 512)}, 120, drawingEndings),
+    EXPECT_EQ(order({outside, nearly, scalable("all", 60, 8, 512)}, 120, svgExtensions),
               (Names{"118@1", "all", "117@1"}));
     // Its pictures gain nothing: enlarged by two pixels they are blurred.
-    EXPECT_EQ(order({nearly, fixed(128)}, 120, pngEnding), (Names{"128@1", "118@1"}));
+    EXPECT_EQ(order({nearly, fixed(128)}, 120, pngExtension), (Names{"128@1", "118@1"}));
 }
 
 TEST(IconOrder, AmongEqualsApplicationsGoFirstThenTheThemesOrder) {
@@ -141,18 +141,18 @@ TEST(IconOrder, AmongEqualsApplicationsGoFirstThenTheThemesOrder) {
     first.context.clear(); // told by its name
     auto second = fixed(48);
     second.path = "48/second";
-    EXPECT_EQ(order({status, first, second}, 48, pngEnding), (Names{"48/apps", "48/second", "48/status"}));
+    EXPECT_EQ(order({status, first, second}, 48, pngExtension), (Names{"48/apps", "48/second", "48/status"}));
 }
 
 TEST(IconOrder, APositionLeadsBackToItsPlace) {
     const std::vector<IconDirectory> directories{fixed(16), scalable("s", 128, 8, 512), fixed(48, 2),
                                                  fixed(300)};
     const IconOrder made(directories, 96);
-    ASSERT_EQ(made.places().size(), directories.size() * iconKinds.size());
+    ASSERT_EQ(made.candidates().size(), directories.size() * iconKinds.size());
     for (std::size_t i = 0; i < directories.size(); ++i) {
         for (std::size_t kind = 0; kind < iconKinds.size(); ++kind) {
-            EXPECT_EQ(made.places()[made.position(i, kind)].directory, i);
-            EXPECT_EQ(made.places()[made.position(i, kind)].endings, iconKinds.at(kind));
+            EXPECT_EQ(made.candidates()[made.position(i, kind)].directory, i);
+            EXPECT_EQ(made.candidates()[made.position(i, kind)].extensions, iconKinds.at(kind));
         }
     }
 }

@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/IconThemeCache.h"
+#include "platform/linux/applications/icons/lookup/IconThemeCache.h"
 
 #include "platform/linux/files/FolderReader.h"
 #include "support/IconFiles.h"
@@ -25,8 +25,8 @@ protected:
         std::string text;
         for (const auto& image : cache.find(name)) {
             text += cache.directories()[image.directory];
-            for (const auto ending : iconEndings) {
-                text += image.endings.contains(ending) ? endingText(ending) : "";
+            for (const auto extension : iconExtensions) {
+                text += image.extensions.contains(extension) ? extensionText(extension) : "";
             }
             text += ' ';
         }

@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/IconThemeIndex.h"
+#include "platform/linux/applications/icons/lookup/IconThemeIndex.h"
 
 #include "support/IconFiles.h"
 

@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/IconThemeName.h"
+#include "platform/linux/applications/icons/lookup/IconThemeName.h"
 
 #include "support/DconfFiles.h"
 #include "support/FixedEnvironment.h"

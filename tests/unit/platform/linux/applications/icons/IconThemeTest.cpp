@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/IconTheme.h"
+#include "platform/linux/applications/icons/lookup/IconTheme.h"
 
 #include "support/IconFiles.h"
 
@@ -56,8 +56,8 @@ TEST_F(IconThemeTest, TheFileThatSuitsBestIsFound) {
 
 TEST_F(IconThemeTest, PngIsPreferredToSvgAndThatToXpm) {
     files_.write("system/test/index.theme", themeIndex({{"48/apps", fixedSize(48)}}));
-    for (const auto* const ending : {"xpm", "svgz", "svg", "png"}) {
-        const auto path = std::string("system/test/48/apps/x.") + ending;
+    for (const auto* const extension : {"xpm", "svgz", "svg", "png"}) {
+        const auto path = std::string("system/test/48/apps/x.") + extension;
         files_.write(path, "x");
         EXPECT_EQ(found("x", 48), path);
     }

@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/IconWorkers.h"
+#include "platform/linux/applications/icons/workers/IconWorkerPool.h"
 
 #include "WorkerProcesses.h"
 #include "platform/linux/decoder/channel/IconBounds.h"
@@ -61,12 +61,14 @@ protected:
         return result;
     }
 
-    static DecodedFile decode(IconWorkers& workers, const std::string& file, int edge = 48) {
+    static DecodedFile decode(IconWorkerPool& workers, const std::string& file, int edge = 48) {
         return workers.decode(std::as_bytes(std::span(file)), edge);
     }
-    static Kind outcome(IconWorkers& workers, const std::string& file) { return decode(workers, file).kind; }
+    static Kind outcome(IconWorkerPool& workers, const std::string& file) {
+        return decode(workers, file).kind;
+    }
     // Gray where there is no picture.
-    static QRgb colour(IconWorkers& workers, const std::string& file) {
+    static QRgb colour(IconWorkerPool& workers, const std::string& file) {
         const auto image = decode(workers, file).image;
         return image.isNull() ? qRgb(128, 128, 128) : image.pixel(image.width() / 2, image.height() / 2);
     }
@@ -74,13 +76,13 @@ protected:
     TemporaryTree files_;
     std::atomic<std::chrono::steady_clock::time_point> now_{
         std::chrono::steady_clock::time_point(seconds(100))};
-    IconWorkers::Settings settings_;
+    IconWorkerPool::Settings settings_;
 };
 
 } // namespace
 
 TEST_F(IconWorkersTest, APictureComesInTheSizeAskedForAndTheNextFromTheSameProcess) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     EXPECT_EQ(starts(), 0);
     const auto decoded = decode(workers, "red", 75);
     ASSERT_EQ(decoded.kind, Kind::Picture);
@@ -95,19 +97,19 @@ TEST_F(IconWorkersTest, APictureComesInTheSizeAskedForAndTheNextFromTheSameProce
 }
 
 TEST_F(IconWorkersTest, WhatIsNoIconGivesNoPictureAndEndsNoProcess) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "none"), Kind::NoPicture);
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
     EXPECT_EQ(starts(), 1);
 }
 
 TEST_F(IconWorkersTest, WhatIsOutOfBoundsIsNotHandedOver) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, ""), Kind::NoPicture);
-    EXPECT_EQ(outcome(workers, std::string(largestIconBytes + 1, ' ')), Kind::NoPicture);
+    EXPECT_EQ(outcome(workers, std::string(maximumIconBytes + 1, ' ')), Kind::NoPicture);
     EXPECT_EQ(decode(workers, "red", 0).kind, Kind::NoPicture);
     EXPECT_EQ(decode(workers, "red", -5).kind, Kind::NoPicture);
-    EXPECT_EQ(decode(workers, "red", largestIconEdge + 1).kind, Kind::NoPicture);
+    EXPECT_EQ(decode(workers, "red", maximumIconEdge + 1).kind, Kind::NoPicture);
     EXPECT_EQ(starts(), 0);
 }
 
@@ -120,7 +122,7 @@ TEST_F(IconWorkersTest, AProcessFindsNothingOfTheLaunchersButItsSocket) {
     sigset_t before;
     ::pthread_sigmask(SIG_BLOCK, &blocked, &before);
     const auto former = std::signal(SIGUSR2, SIG_IGN);
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "report"), Kind::Picture);
     std::signal(SIGUSR2, former);
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
@@ -134,7 +136,7 @@ TEST_F(IconWorkersTest, AProcessFindsNothingOfTheLaunchersButItsSocket) {
 
 TEST_F(IconWorkersTest, ADrawingWithTextIsLeftToAProcessWithFontsWhichServesOthersToo) {
     settings_.count = 1;
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     EXPECT_EQ(colour(workers, "red"), red);
     EXPECT_EQ(colour(workers, "text"), blue);
     EXPECT_EQ(colour(workers, "green"), green);
@@ -144,7 +146,7 @@ TEST_F(IconWorkersTest, ADrawingWithTextIsLeftToAProcessWithFontsWhichServesOthe
 }
 
 TEST_F(IconWorkersTest, ThereIsOneProcessWithFontsAtMost) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     std::atomic<int> right = 0;
     std::vector<std::thread> threads;
     for (int i = 0; i < 6; ++i) {
@@ -158,7 +160,7 @@ TEST_F(IconWorkersTest, ThereIsOneProcessWithFontsAtMost) {
 }
 
 TEST_F(IconWorkersTest, AFileThatEndsTwoProcessesIsUndecodable) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     for (const int signal :
          {SIGSEGV, SIGABRT, SIGBUS, SIGILL, SIGFPE, SIGTRAP, SIGSYS, SIGXCPU, SIGALRM, SIGPIPE}) {
         const auto before = starts();
@@ -173,14 +175,14 @@ TEST_F(IconWorkersTest, AFileThatEndsTwoProcessesIsUndecodable) {
 }
 
 TEST_F(IconWorkersTest, TheSecondTryIsWithAProcessThatHasDecodedNothing) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     workers.prepare();
     EXPECT_EQ(outcome(workers, "crashes 1"), Kind::Picture);
     EXPECT_EQ(starts(), 3);
 }
 
 TEST_F(IconWorkersTest, AFileAfterWhichTwoProcessesAnswerNonsenseIsUndecodable) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     for (const char* const file : {"garbage", "short", "long", "descriptor", "smaller", "ready", "fonts"}) {
         EXPECT_EQ(outcome(workers, file), Kind::Undecodable) << file;
         EXPECT_EQ(colour(workers, "green"), green) << file;
@@ -189,18 +191,18 @@ TEST_F(IconWorkersTest, AFileAfterWhichTwoProcessesAnswerNonsenseIsUndecodable) 
 
 TEST_F(IconWorkersTest, AFileAfterWhichTwoProcessesLiveOnWithoutTheirSocketIsUndecodable) {
     settings_.limits.end = milliseconds(20);
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "close"), Kind::Undecodable);
 }
 
 TEST_F(IconWorkersTest, AFileThatEndsOneProcessAndIsDecodedByTheNextHasItsPicture) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "crashes 1"), Kind::Picture);
     EXPECT_EQ(starts(), 2);
 }
 
 TEST_F(IconWorkersTest, AFileWhoseProcessSomebodyElseKillsIsNotUndecodable) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "killed 9"), Kind::Picture);
     for (const int signal : {SIGKILL, SIGTERM, SIGINT, SIGHUP}) {
         EXPECT_EQ(outcome(workers, "signal " + std::to_string(signal)), Kind::Unavailable) << signal;
@@ -210,14 +212,14 @@ TEST_F(IconWorkersTest, AFileWhoseProcessSomebodyElseKillsIsNotUndecodable) {
 
 TEST_F(IconWorkersTest, AProcessThatIsKilledBeforeItIsReadyIsReplaced) {
     startBy("first killed");
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
     EXPECT_EQ(starts(), 2);
 }
 
 TEST_F(IconWorkersTest, AProgramWhoseProcessesAreKilledOnceTheyAreReadyIsStartedAgainAtOnce) {
     startBy("thrice");
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     workers.prepare();
     ASSERT_TRUE(waitUntil([] { return runningChildProcesses().empty(); }));
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
@@ -228,7 +230,7 @@ TEST_F(IconWorkersTest, AFileThatKeepsAProcessWorkingForTooLongIsUndecodable) {
     settings_.limits.picture = milliseconds(20);
     std::atomic<int> asked = 0;
     settings_.processorTime = [&](pid_t /*process*/) { return milliseconds(asked++ * 10); };
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "hang"), Kind::Undecodable);
     EXPECT_EQ(starts(), 1);
 }
@@ -237,13 +239,13 @@ TEST_F(IconWorkersTest, AFileWhoseProcessHadNoProcessorTimeIsNotUndecodable) {
     settings_.limits.picture = milliseconds(20);
     std::atomic<int> asked = 0;
     settings_.processorTime = [&](pid_t /*process*/) { return milliseconds(asked++ * 9); };
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "hang"), Kind::Unavailable);
     EXPECT_GT(starts(), 1);
 }
 
 TEST_F(IconWorkersTest, AProcessThatWentAfterItsAnswerIsReplaced) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     EXPECT_EQ(colour(workers, "gone"), red);
     ASSERT_TRUE(waitUntil([] { return runningChildProcesses().empty(); }));
     EXPECT_EQ(colour(workers, "green"), green);
@@ -251,14 +253,14 @@ TEST_F(IconWorkersTest, AProcessThatWentAfterItsAnswerIsReplaced) {
 }
 
 TEST_F(IconWorkersTest, AProcessThatGaveItsLastAnswerIsReplaced) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     EXPECT_EQ(colour(workers, "last"), red);
     EXPECT_EQ(childProcesses(), std::vector<pid_t>());
     EXPECT_EQ(colour(workers, "green"), green);
 }
 
 TEST_F(IconWorkersTest, AnAnswerTooManyIsNotTakenForThatToTheNextQuestion) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     EXPECT_EQ(colour(workers, "twice"), red);
     ASSERT_TRUE(waitUntil([&] { return isThere("twice"); }));
     EXPECT_EQ(colour(workers, "green"), green);
@@ -268,7 +270,7 @@ TEST_F(IconWorkersTest, AnAnswerTooManyIsNotTakenForThatToTheNextQuestion) {
 TEST_F(IconWorkersTest, AnAnswerToNoQuestionIsNotTakenForOne) {
     settings_.count = 1;
     startBy("first early");
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     workers.prepare();
     ASSERT_TRUE(waitUntil([&] { return isThere("early"); }));
     EXPECT_EQ(colour(workers, "green"), green);
@@ -276,7 +278,7 @@ TEST_F(IconWorkersTest, AnAnswerToNoQuestionIsNotTakenForOne) {
 }
 
 TEST_F(IconWorkersTest, NoPixelIsBrighterThanItsAlpha) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     const auto image = decode(workers, "glowing", 3).image;
     ASSERT_EQ(image.size(), QSize(3, 3));
     for (qsizetype i = 0; i < 9; ++i) {
@@ -285,7 +287,7 @@ TEST_F(IconWorkersTest, NoPixelIsBrighterThanItsAlpha) {
 }
 
 TEST_F(IconWorkersTest, ManyAreServedByTwo) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     constexpr int each = 20;
     std::atomic<int> right = 0;
     std::vector<std::thread> threads;
@@ -305,7 +307,7 @@ TEST_F(IconWorkersTest, ManyAreServedByTwo) {
 }
 
 TEST_F(IconWorkersTest, WhileAFileKeepsOneBusyOthersGoOn) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     std::thread slow([&] { EXPECT_EQ(outcome(workers, "hang"), Kind::Unavailable); });
     ASSERT_TRUE(waitUntil([&] { return hanging().size() == 1; }));
     for (const char* const file : {"red", "exit 1", "text", "signal 11", "red"}) {
@@ -313,14 +315,14 @@ TEST_F(IconWorkersTest, WhileAFileKeepsOneBusyOthersGoOn) {
     }
     EXPECT_EQ(colour(workers, "green"), green);
     EXPECT_EQ(hanging().size(), 1U);
-    workers.end();
+    workers.shutDown();
     slow.join();
 }
 
 TEST_F(IconWorkersTest, WhileOneStartsAnotherThatBecomesFreeServes) {
     startBy("second silent");
     settings_.limits.start = seconds(1);
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     std::thread slow([&] { EXPECT_EQ(outcome(workers, "waits"), Kind::Picture); });
     ASSERT_TRUE(waitUntil([&] { return isThere("waits"); }));
     std::thread asks([&] { EXPECT_EQ(colour(workers, "green"), green); });
@@ -335,7 +337,7 @@ TEST_F(IconWorkersTest, AProgramThatIsMissingIsLookedForAgainAfterAWhile) {
     const auto program = std::exchange(settings_.program.paths, {files_.at("later").string()}).front();
     QLoggingCategory::setFilterRules(QStringLiteral("amberquill.icons.warning=true"));
     testing::internal::CaptureStderr();
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     workers.prepare();
     EXPECT_EQ(outcome(workers, "red"), Kind::Unavailable);
     std::filesystem::create_symlink(program, files_.at("later"));
@@ -357,7 +359,7 @@ TEST_F(IconWorkersTest, AProgramThatIsMissingIsLookedForAgainAfterAWhile) {
 
 TEST_F(IconWorkersTest, TheFirstOfTheProgramsThatCanBeStartedIs) {
     settings_.program.paths.insert(settings_.program.paths.begin(), files_.at("missing").string());
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
 }
 
@@ -372,7 +374,7 @@ TEST_F(IconWorkersTest, AProgramThatIsNeverReadyIsLeftAloneForAWhile) {
             settings.limits.end = milliseconds(20);
         }
         const auto before = starts();
-        IconWorkers workers(settings);
+        IconWorkerPool workers(settings);
         EXPECT_EQ(outcome(workers, "red"), Kind::Unavailable) << how;
         const auto after = starts();
         EXPECT_GT(after, before) << how;
@@ -387,13 +389,13 @@ TEST_F(IconWorkersTest, AProgramThatIsNeverReadyIsLeftAloneForAWhile) {
 
 TEST_F(IconWorkersTest, AProgramThatFailsOnceIsTriedAgainAtOnce) {
     startBy("first exit");
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
     EXPECT_EQ(starts(), 2);
 }
 
 TEST_F(IconWorkersTest, WhatIsPreparedServes) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     workers.prepare();
     workers.prepare();
     EXPECT_EQ(childProcesses().size(), 2U);
@@ -402,7 +404,7 @@ TEST_F(IconWorkersTest, WhatIsPreparedServes) {
 }
 
 TEST_F(IconWorkersTest, ARestEndsThemUntilTheNextQuestion) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     workers.rest();
     EXPECT_EQ(colour(workers, "text"), blue);
     workers.rest();
@@ -412,18 +414,18 @@ TEST_F(IconWorkersTest, ARestEndsThemUntilTheNextQuestion) {
 }
 
 TEST_F(IconWorkersTest, ARestLeavesThoseThatAreBusy) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     std::thread slow([&] { static_cast<void>(outcome(workers, "hang")); });
     ASSERT_TRUE(waitUntil([&] { return hanging().size() == 1; }));
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
     workers.rest();
     EXPECT_EQ(runningChildProcesses(), hanging());
-    workers.end();
+    workers.shutDown();
     slow.join();
 }
 
 TEST_F(IconWorkersTest, AtTheEndAllWhoWaitAreAnsweredAndNothingStarts) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     std::vector<std::thread> threads;
     std::latch asked(6);
     for (int i = 0; i < 6; ++i) {
@@ -434,7 +436,7 @@ TEST_F(IconWorkersTest, AtTheEndAllWhoWaitAreAnsweredAndNothingStarts) {
     }
     asked.wait();
     ASSERT_TRUE(waitUntil([&] { return hanging().size() == 2; }));
-    workers.end();
+    workers.shutDown();
     for (auto& thread : threads) {
         thread.join();
     }
@@ -446,24 +448,24 @@ TEST_F(IconWorkersTest, AtTheEndAllWhoWaitAreAnsweredAndNothingStarts) {
 
 TEST_F(IconWorkersTest, AtTheEndNobodyWaitsForAProcessToGetReady) {
     startBy("silent");
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     std::thread waits([&] { EXPECT_EQ(outcome(workers, "red"), Kind::Unavailable); });
     ASSERT_TRUE(waitUntil([&] { return hanging().size() == 1; }));
-    workers.end();
+    workers.shutDown();
     waits.join();
 }
 
 TEST_F(IconWorkersTest, AtTheEndAStoppedProcessKeepsNobodyWaiting) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     std::thread waits([&] { EXPECT_EQ(outcome(workers, "hang"), Kind::Unavailable); });
     ASSERT_TRUE(waitUntil([&] { return hanging().size() == 1; }));
     ASSERT_EQ(::kill(hanging().front(), SIGSTOP), 0);
-    workers.end();
+    workers.shutDown();
     waits.join();
 }
 
 TEST_F(IconWorkersTest, WhileProcessesAreKilledAtRandomEveryPictureComes) {
-    IconWorkers workers(settings_);
+    IconWorkerPool workers(settings_);
     constexpr int each = 60;
     std::atomic<int> right = 0;
     std::atomic<int> killed = 0;

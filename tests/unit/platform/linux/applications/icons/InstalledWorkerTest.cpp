@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/InstalledWorker.h"
+#include "platform/linux/applications/icons/workers/WorkerProgram.h"
 
 #include "support/FixedEnvironment.h"
 
@@ -9,7 +9,7 @@ using namespace amberquill::desktop;
 using namespace Qt::StringLiterals;
 
 TEST(InstalledWorker, ItIsBesideTheLauncherOrWhereBothAreInstalled) {
-    const auto program = installedWorker(u"/mnt/image/usr/bin/amberquill"_s, environmentOf({}));
+    const auto program = installedWorkerProgram(u"/mnt/image/usr/bin/amberquill"_s, environmentOf({}));
     ASSERT_EQ(program.paths.size(), 2U);
     EXPECT_EQ(program.paths[0], "/mnt/image/usr/bin/amberquill-icons");
     EXPECT_EQ(program.paths[1], "/mnt/image/usr/libexec/amberquill-icons");
@@ -17,11 +17,11 @@ TEST(InstalledWorker, ItIsBesideTheLauncherOrWhereBothAreInstalled) {
 }
 
 TEST(InstalledWorker, ItIsNotLookedForInTheWorkingDirectory) {
-    EXPECT_TRUE(installedWorker({}, environmentOf({})).paths.empty());
+    EXPECT_TRUE(installedWorkerProgram({}, environmentOf({})).paths.empty());
 }
 
 TEST(InstalledWorker, ItIsToldOfFontsLanguageAndLibrariesAndNothingElse) {
-    const auto program = installedWorker(
+    const auto program = installedWorkerProgram(
         u"/usr/bin/amberquill"_s, environmentOf({{"HOME", "/home/user"},
                                                  {"LANG", "de_DE.UTF-8"},
                                                  {"GDK_PIXBUF_MODULE_FILE", "/mnt/image/loaders.cache"},

@@ -1,8 +1,8 @@
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
 
 #include "WorkerProcesses.h"
-#include "platform/linux/applications/icons/IconWorkers.h"
-#include "platform/linux/applications/icons/InstalledWorker.h"
+#include "platform/linux/applications/icons/workers/IconWorkerPool.h"
+#include "platform/linux/applications/icons/workers/WorkerProgram.h"
 #include "support/IconFiles.h"
 #include "support/PropertyLists.h"
 #include "support/TestPaths.h"
@@ -56,10 +56,11 @@ protected:
 
     TemporaryTree files_;
     // The program as it is built.
-    IconWorkers workers_{{.program = installedWorker(testProgram(u"../amberquill"_s), processEnvironment()),
-                          .limits = {.start = std::chrono::seconds(60),
-                                     .picture = std::chrono::seconds(60),
-                                     .end = std::chrono::seconds(60)}}};
+    IconWorkerPool workers_{
+        {.program = installedWorkerProgram(testProgram(u"../amberquill"_s), processEnvironment()),
+         .limits = {.start = std::chrono::seconds(60),
+                    .picture = std::chrono::seconds(60),
+                    .end = std::chrono::seconds(60)}}};
 };
 
 constexpr QRgb none = 0xFF808080U;
@@ -289,11 +290,11 @@ protected:
         return std::filesystem::exists(files_.at("started")) ? files_.read("started").count('\n') : 0;
     }
 
-    IconWorkers standIns_{{.program = {.paths = {testProgram(u"stand_in_decoder"_s).toStdString()},
-                                       .environment = {"STAND_IN_FOLDER=" + files_.at().string()}},
-                           .limits = {.start = std::chrono::seconds(60),
-                                      .picture = std::chrono::seconds(60),
-                                      .end = std::chrono::seconds(60)}}};
+    IconWorkerPool standIns_{{.program = {.paths = {testProgram(u"stand_in_decoder"_s).toStdString()},
+                                          .environment = {"STAND_IN_FOLDER=" + files_.at().string()}},
+                              .limits = {.start = std::chrono::seconds(60),
+                                         .picture = std::chrono::seconds(60),
+                                         .end = std::chrono::seconds(60)}}};
 };
 
 } // namespace
@@ -339,7 +340,7 @@ TEST_F(UndecodableIconsTest, AnIconWhoseProcessSomebodyElseKilledIsTriedAgain) {
 TEST_F(LinuxApplicationIconsTest, ThatNoProcessCouldBeHadForAnIconIsToldOnce) {
     files_.write("icons/test/48/apps/x.png", png(48, 48, QColor(255, 0, 0)));
     const auto entry = writeEntry("x");
-    IconWorkers missing({.program = {.paths = {files_.at("missing").string()}, .environment = {}}});
+    IconWorkerPool missing({.program = {.paths = {files_.at("missing").string()}, .environment = {}}});
     LinuxApplicationIcons icons(settings(), missing);
     EXPECT_FALSE(icons.takeUnavailable());
     EXPECT_TRUE(icons.image(entry, 48).isNull());

@@ -73,7 +73,7 @@ void takePlace() {
     leave("third");
 }
 
-[[noreturn]] void endBy(int signal) {
+[[noreturn]] void waitForEnd(int signal) {
     constexpr rlimit noCore = {};
     ::setrlimit(RLIMIT_CORE, &noCore);
     std::signal(signal, SIG_DFL); // a sanitizer would say something
@@ -163,7 +163,7 @@ bool misbehave(const Command& command, const DecodingRequest& request, const Ans
     const auto& word = command.word;
     const DecodingAnswer right{DecodingOutcome::Picture, request.edge, false};
     if (word == "signal") {
-        endBy(command.number);
+        waitForEnd(command.number);
     } else if (word == "exit") {
         ::_exit(command.number);
     } else if (word == "hang") {
@@ -205,9 +205,9 @@ void carryOut(const Command& command, const DecodingRequest& request, const Answ
         return;
     }
     if (word == "killed" && timesBefore(word) < command.number) {
-        endBy(SIGKILL);
+        waitForEnd(SIGKILL);
     } else if (word == "crashes" && timesBefore(word) < command.number) {
-        endBy(SIGSEGV);
+        waitForEnd(SIGSEGV);
     } else if (word == "none") {
         Answers::say({DecodingOutcome::NoPicture, request.edge, false});
     } else if (word == "text" && !hasFonts) {
@@ -240,7 +240,7 @@ void start(const std::string& how) {
     } else if (word == "exit") {
         ::_exit(1);
     } else if (word == "killed") {
-        endBy(SIGKILL);
+        waitForEnd(SIGKILL);
     } else if (word == "close") {
         ::close(decoderSocket);
         hang();
@@ -249,7 +249,7 @@ void start(const std::string& how) {
     }
     Answers::say({DecodingOutcome::Ready, 0, false});
     if (word == "thrice" && timesBefore(word) < 3) {
-        endBy(SIGKILL);
+        waitForEnd(SIGKILL);
     }
     if (word == "early") {
         Answers::say({DecodingOutcome::NoPicture, 48, false});

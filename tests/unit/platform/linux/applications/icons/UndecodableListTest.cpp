@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/UndecodableList.h"
+#include "platform/linux/applications/icons/UndecodableFiles.h"
 
 #include <gtest/gtest.h>
 
@@ -54,7 +54,7 @@ TEST(UndecodableList, AnotherVersionsListIsEmpty) {
 
 TEST(UndecodableList, OfTooManyTheOldestGo) {
     UndecodableList list;
-    for (std::size_t i = 0; i <= UndecodableList::mostFiles; ++i) {
+    for (std::size_t i = 0; i <= UndecodableList::maximumFiles; ++i) {
         list.put(fileNumber(i));
     }
     EXPECT_FALSE(list.contains(fileNumber(0)));
@@ -68,7 +68,7 @@ TEST(UndecodableList, OfTooManyTheOldestGo) {
 
 TEST(UndecodableList, ItsTextIsNeverTooLong) {
     UndecodableList list;
-    for (std::size_t i = 0; i < UndecodableList::mostFiles; ++i) {
+    for (std::size_t i = 0; i < UndecodableList::maximumFiles; ++i) {
         auto file = fileNumber(i);
         file.path += std::string(4000, '\x01');
         list.put(file);
@@ -78,9 +78,9 @@ TEST(UndecodableList, ItsTextIsNeverTooLong) {
     list.put(tooLong);
     EXPECT_FALSE(list.contains(tooLong));
     const auto text = list.written("1");
-    EXPECT_LE(text.size(), UndecodableList::mostBytes);
-    EXPECT_GT(text.size(), UndecodableList::mostBytes - 20'000);
-    auto newest = fileNumber(UndecodableList::mostFiles - 1);
+    EXPECT_LE(text.size(), UndecodableList::maximumBytes);
+    EXPECT_GT(text.size(), UndecodableList::maximumBytes - 20'000);
+    auto newest = fileNumber(UndecodableList::maximumFiles - 1);
     newest.path += std::string(4000, '\x01');
     EXPECT_TRUE(UndecodableList::read(text, "1").contains(newest));
 }
@@ -92,7 +92,7 @@ TEST(UndecodableList, ANonsensicalTextGivesWhatMakesSense) {
           heading + "1 2\n", heading + "1 2 icons/1\n", heading + "x 2 /icons/1\n",
           heading + "1 x /icons/1\n", heading + "1 2 /icons/1 3\n",
           heading + "99999999999999999999 2 /icons/1\n",
-          heading + QByteArray(heading.size() + UndecodableList::mostBytes, '\n') + "1 2 /icons/1\n"}) {
+          heading + QByteArray(heading.size() + UndecodableList::maximumBytes, '\n') + "1 2 /icons/1\n"}) {
         EXPECT_EQ(UndecodableList::read(text, "1").written("1"), heading) << text.left(200).toStdString();
     }
     EXPECT_TRUE(UndecodableList::read(heading + "nonsense\n\n1 2 /icons/1", "1").contains(fileNumber(1)));

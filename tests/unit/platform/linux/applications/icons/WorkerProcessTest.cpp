@@ -1,4 +1,4 @@
-#include "platform/linux/applications/icons/WorkerProcess.h"
+#include "platform/linux/applications/icons/workers/WorkerProcess.h"
 
 #include "WorkerProcesses.h"
 #include "support/WaitUntil.h"
@@ -36,21 +36,23 @@ TEST(WorkerProcess, WhatCannotBeStartedSaysWhy) {
 }
 
 TEST(WorkerProcess, AnEndIsItsOwnOrSomebodyElses) {
-    EXPECT_EQ(shell("exit 0")->endBy(never), End::Own);
-    EXPECT_EQ(shell("exit 137")->endBy(never), End::Own);
+    EXPECT_EQ(shell("exit 0")->waitForEnd(never), End::ByItself);
+    EXPECT_EQ(shell("exit 137")->waitForEnd(never), End::ByItself);
     for (const char* const signal : {"SEGV", "ABRT", "BUS", "ILL", "FPE", "TRAP", "SYS", "XCPU", "ALRM"}) {
-        EXPECT_EQ(shell(std::string("ulimit -c 0; kill -") + signal + " $$")->endBy(never), End::Own)
+        EXPECT_EQ(shell(std::string("ulimit -c 0; kill -") + signal + " $$")->waitForEnd(never),
+                  End::ByItself)
             << signal;
     }
     for (const char* const signal : {"KILL", "TERM", "INT", "HUP"}) {
-        EXPECT_EQ(shell(std::string("kill -") + signal + " $$")->endBy(never), End::Foreign) << signal;
+        EXPECT_EQ(shell(std::string("kill -") + signal + " $$")->waitForEnd(never), End::FromOutside)
+            << signal;
     }
     EXPECT_EQ(childProcesses(), std::vector<pid_t>());
 }
 
 TEST(WorkerProcess, WhatDoesNotEndInTimeIsKilled) {
     const auto process = shell("while :; do :; done");
-    EXPECT_EQ(process->endBy(QDeadlineTimer(0)), std::nullopt);
+    EXPECT_EQ(process->waitForEnd(QDeadlineTimer(0)), std::nullopt);
     EXPECT_TRUE(waitUntil([] { return runningChildProcesses().empty(); }));
 }
 
@@ -63,10 +65,10 @@ TEST(WorkerProcess, WithoutAProcessDescriptorNobodyWaitsForAnEnd) {
         }
         return std::make_unique<WorkerProcess>(id, FileDescriptor());
     };
-    EXPECT_EQ(child("while :; do :; done")->endBy(never), End::Foreign);
+    EXPECT_EQ(child("while :; do :; done")->waitForEnd(never), End::FromOutside);
     const auto ended = child("exit 3");
     ASSERT_TRUE(waitUntil([] { return runningChildProcesses().empty(); }));
-    EXPECT_EQ(ended->endBy(never), End::Own);
+    EXPECT_EQ(ended->waitForEnd(never), End::ByItself);
     child("while :; do :; done").reset();
     EXPECT_EQ(childProcesses(), std::vector<pid_t>());
 }

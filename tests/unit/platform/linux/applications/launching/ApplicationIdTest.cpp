@@ -1,4 +1,4 @@
-#include "platform/linux/applications/launching/ApplicationId.h"
+#include "platform/linux/applications/entries/EntryIndex.h"
 
 #include <gtest/gtest.h>
 

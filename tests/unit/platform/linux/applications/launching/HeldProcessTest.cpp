@@ -1,4 +1,4 @@
-#include "platform/linux/applications/launching/HeldProcess.h"
+#include "platform/linux/applications/launching/SuspendedProcess.h"
 
 #include "Report.h"
 #include "support/WaitUntil.h"
@@ -30,7 +30,7 @@ protected:
         made.arguments = {"reporter", QFile::encodeName(reportPath())};
         made.environment = {"A=1"};
         made.workingDirectories = {QFile::encodeName(folder_.path())};
-        made.limits = StartLimits::capture();
+        made.limits = InheritedLimits::capture();
         return made;
     }
 
@@ -38,11 +38,11 @@ protected:
 
     // Starts it, gives the word at once and waits for what it reports.
     std::optional<Report> run(const ProcessRequest& asked) {
-        std::optional<HeldProcess> held = startHeld(asked);
+        std::optional<SuspendedProcess> held = startSuspended(asked);
         if (!held) {
             return std::nullopt;
         }
-        held->release();
+        held->resume();
         std::optional<Report> report = awaitReport(reportPath());
         waitpid(held->id, nullptr, 0);
         return report;
@@ -52,15 +52,15 @@ protected:
 };
 
 // What execve said, or 0 where the program runs. Waits for it.
-int outcomeOf(const HeldProcess& held) {
+int outcomeOf(const SuspendedProcess& held) {
     int error = 0;
     const ssize_t count = read(held.outcome.get(), &error, sizeof error);
     return count == 0 ? 0 : error;
 }
 
 int startError(const ProcessRequest& request) {
-    std::optional<HeldProcess> held = startHeld(request);
-    held->release();
+    std::optional<SuspendedProcess> held = startSuspended(request);
+    held->resume();
     const int error = outcomeOf(*held);
     waitpid(held->id, nullptr, 0);
     return error;
@@ -250,39 +250,39 @@ TEST_F(HeldProcessTest, WithoutAnyFolderItWorksInTheRoot) {
 }
 
 TEST_F(HeldProcessTest, ItWaitsForTheWord) {
-    std::optional<HeldProcess> held = startHeld(request());
+    std::optional<SuspendedProcess> held = startSuspended(request());
     ASSERT_TRUE(held);
     pollfd outcome{held->outcome.get(), POLLIN, 0};
     EXPECT_EQ(poll(&outcome, 1, 50), 0) << "neither failed nor running";
     EXPECT_EQ(QFileInfo(u"/proc/%1/exe"_s.arg(held->id)).symLinkTarget(),
               QCoreApplication::applicationFilePath());
-    held->release();
+    held->resume();
     EXPECT_EQ(outcomeOf(*held), 0);
     EXPECT_TRUE(awaitReport(reportPath()));
     waitpid(held->id, nullptr, 0);
 }
 
 TEST_F(HeldProcessTest, TheWordIsHeardWhileACopyOfOurEndIsOpenElsewhere) {
-    std::optional<HeldProcess> held = startHeld(request());
+    std::optional<SuspendedProcess> held = startSuspended(request());
     ASSERT_TRUE(held);
-    const FileDescriptor copy(fcntl(held->hold.get(), F_DUPFD_CLOEXEC, 0));
-    held->release();
+    const FileDescriptor copy(fcntl(held->startGate.get(), F_DUPFD_CLOEXEC, 0));
+    held->resume();
     EXPECT_EQ(outcomeOf(*held), 0);
     EXPECT_TRUE(awaitReport(reportPath()));
     waitpid(held->id, nullptr, 0);
 }
 
 TEST_F(HeldProcessTest, TheWordToOneThatHasEndedIsHarmless) {
-    std::optional<HeldProcess> held = startHeld(request());
+    std::optional<SuspendedProcess> held = startSuspended(request());
     ASSERT_TRUE(held);
     kill(held->id, SIGKILL);
     waitpid(held->id, nullptr, 0);
-    held->release(); // no broken pipe ends us
-    EXPECT_FALSE(held->hold.isOpen());
+    held->resume(); // no broken pipe ends us
+    EXPECT_FALSE(held->startGate.isOpen());
 }
 
 TEST_F(HeldProcessTest, OneThatWaitsWithholdsNothingFromAnother) {
-    const std::optional<HeldProcess> waiting = startHeld(request());
+    const std::optional<SuspendedProcess> waiting = startSuspended(request());
     ASSERT_TRUE(waiting);
     ASSERT_TRUE(run(request())); // would wait for ever for an end of file that the first one withheld
     kill(waiting->id, SIGKILL);
@@ -310,12 +310,12 @@ TEST_F(HeldProcessTest, AProgramThatCannotRunSaysWhy) {
 }
 
 TEST_F(HeldProcessTest, ItsEndCanBeSeen) {
-    std::optional<HeldProcess> held = startHeld(request());
+    std::optional<SuspendedProcess> held = startSuspended(request());
     ASSERT_TRUE(held);
     ASSERT_TRUE(held->process.isOpen());
     pollfd process{held->process.get(), POLLIN, 0};
     EXPECT_EQ(poll(&process, 1, 0), 0);
-    held->release();
+    held->resume();
     EXPECT_EQ(poll(&process, 1, 10'000), 1);
     waitpid(held->id, nullptr, 0);
 }
@@ -339,7 +339,7 @@ TEST_F(HeldProcessTest, WithoutRoomForAnotherFileThereIsNone) {
     const FileDescriptor firstFree(dup(STDERR_FILENO));
     const rlimit little{static_cast<rlim_t>(firstFree.get()) + 4, before.rlim_max};
     setrlimit(RLIMIT_NOFILE, &little);
-    const bool started = startHeld(asked).has_value();
+    const bool started = startSuspended(asked).has_value();
     setrlimit(RLIMIT_NOFILE, &before);
     EXPECT_FALSE(started);
 }

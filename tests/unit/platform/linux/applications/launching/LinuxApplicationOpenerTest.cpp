@@ -44,10 +44,10 @@ QSet<QByteArray> childProcesses() {
 
 class LinuxApplicationOpenerTest : public testing::Test {
 protected:
-    StartState start() const {
-        return {StartEnvironment({"HOME=" + files_.home().toUtf8(), "PATH=" + programFolders_,
-                                  "XDG_ACTIVATION_TOKEN=ours", "NOTIFY_SOCKET=/x", "KEPT=yes"}),
-                StartLimits::capture()};
+    InheritedState start() const {
+        return {InheritedEnvironment({"HOME=" + files_.home().toUtf8(), "PATH=" + programFolders_,
+                                      "XDG_ACTIVATION_TOKEN=ours", "NOTIFY_SOCKET=/x", "KEPT=yes"}),
+                InheritedLimits::capture()};
     }
 
     void makeOpener(const QDBusConnection& bus = noBus()) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/applications/launching/SystemdTypes.h"
+#include "platform/linux/applications/launching/SystemdScope.h"
 
 #include <QDBusConnection>
 #include <QDBusContext>

@@ -1,4 +1,4 @@
-#include "platform/linux/applications/launching/ProgramPath.h"
+#include "platform/linux/applications/entries/ProgramLookup.h"
 
 #include <QDir>
 #include <QFile>

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // Ends once the application runs.
-int quitAfterOpening(const StartState& start, const QString& path) {
+int quitAfterOpening(const InheritedState& start, const QString& path) {
     EventLoopQueue queue;
     NullStartupNotifications notifications;
     LinuxApplicationOpener opener(
@@ -25,13 +25,13 @@ int quitAfterOpening(const StartState& start, const QString& path) {
 }
 
 // Is killed before it gives the word.
-int dieWhileHolding(const StartState& start, const QString& program, const QString& report) {
+int dieWhileHolding(const InheritedState& start, const QString& program, const QString& report) {
     ProcessRequest request;
     request.program = QFile::encodeName(program);
     request.arguments = {"reporter", QFile::encodeName(report), "--stay"};
     request.environment = start.environment.forChild({});
     request.limits = start.limits;
-    const auto held = startHeld(request);
+    const auto held = startSuspended(request);
     kill(getpid(), SIGKILL);
     return 1;
 }
@@ -39,7 +39,7 @@ int dieWhileHolding(const StartState& start, const QString& program, const QStri
 } // namespace
 
 int main(int argc, char** argv) {
-    const StartState start = StartState::capture();
+    const InheritedState start = InheritedState::capture();
     QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.value(1) == u"quit") {

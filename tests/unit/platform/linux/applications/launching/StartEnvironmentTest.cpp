@@ -1,4 +1,4 @@
-#include "platform/linux/applications/launching/StartEnvironment.h"
+#include "platform/linux/applications/launching/InheritedState.h"
 
 #include <QtGlobal>
 #include <gmock/gmock.h>
@@ -8,48 +8,48 @@ using namespace amberquill::desktop;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
-TEST(StartEnvironment, AnApplicationGetsWhatWeWereStartedWith) {
-    const StartEnvironment start({"PATH=/bin", "QT_SCALE_FACTOR=2", "EMPTY=", "SIGNS=a=b"});
+TEST(InheritedEnvironment, AnApplicationGetsWhatWeWereStartedWith) {
+    const InheritedEnvironment start({"PATH=/bin", "QT_SCALE_FACTOR=2", "EMPTY=", "SIGNS=a=b"});
     EXPECT_THAT(start.forChild({}), ElementsAre("PATH=/bin", "QT_SCALE_FACTOR=2", "EMPTY=", "SIGNS=a=b"));
 }
 
-TEST(StartEnvironment, WhatWeSetForOurselvesAfterwardsDoesNotReachIt) {
+TEST(InheritedEnvironment, WhatWeSetForOurselvesAfterwardsDoesNotReachIt) {
     qputenv("AMBERQUILL_TEST_BEFORE", "the session's");
     qunsetenv("AMBERQUILL_TEST_AFTER");
-    const StartEnvironment start = StartEnvironment::capture();
+    const InheritedEnvironment start = InheritedEnvironment::capture();
     qputenv("AMBERQUILL_TEST_BEFORE", "ours");
     qputenv("AMBERQUILL_TEST_AFTER", "ours");
-    const StartEnvironment child(start.forChild({}));
+    const InheritedEnvironment child(start.forChild({}));
     EXPECT_EQ(child.value("AMBERQUILL_TEST_BEFORE"), "the session's");
     EXPECT_EQ(child.value("AMBERQUILL_TEST_AFTER"), std::nullopt);
 }
 
-TEST(StartEnvironment, WhatWasSaidToUsAloneStaysBehind) {
-    const StartEnvironment start({"XDG_ACTIVATION_TOKEN=ours", "DESKTOP_STARTUP_ID=ours",
-                                  "DESKTOP_AUTOSTART_ID=1", "NOTIFY_SOCKET=/run/x", "WATCHDOG_PID=1",
-                                  "WATCHDOG_USEC=1", "LISTEN_FDS=1", "LISTEN_PID=1", "LISTEN_FDNAMES=a",
-                                  "INVOCATION_ID=f00", "GIO_LAUNCHED_DESKTOP_FILE=/us.desktop",
-                                  "GIO_LAUNCHED_DESKTOP_FILE_PID=1", "DBUS_STARTER_ADDRESS=unix:path=/x",
-                                  "DBUS_STARTER_BUS_TYPE=session", "DBUS_SESSION_BUS_ADDRESS=unix:path=/x",
-                                  "JOURNAL_STREAM=8:1", "WAYLAND_DISPLAY=wayland-0"});
+TEST(InheritedEnvironment, WhatWasSaidToUsAloneStaysBehind) {
+    const InheritedEnvironment start(
+        {"XDG_ACTIVATION_TOKEN=ours", "DESKTOP_STARTUP_ID=ours", "DESKTOP_AUTOSTART_ID=1",
+         "NOTIFY_SOCKET=/run/x", "WATCHDOG_PID=1", "WATCHDOG_USEC=1", "LISTEN_FDS=1", "LISTEN_PID=1",
+         "LISTEN_FDNAMES=a", "INVOCATION_ID=f00", "GIO_LAUNCHED_DESKTOP_FILE=/us.desktop",
+         "GIO_LAUNCHED_DESKTOP_FILE_PID=1", "DBUS_STARTER_ADDRESS=unix:path=/x",
+         "DBUS_STARTER_BUS_TYPE=session", "DBUS_SESSION_BUS_ADDRESS=unix:path=/x", "JOURNAL_STREAM=8:1",
+         "WAYLAND_DISPLAY=wayland-0"});
     EXPECT_THAT(start.forChild({}), ElementsAre("DBUS_SESSION_BUS_ADDRESS=unix:path=/x", "JOURNAL_STREAM=8:1",
                                                 "WAYLAND_DISPLAY=wayland-0"));
 }
 
-TEST(StartEnvironment, TheTokenIsGivenUnderBothNames) {
-    const StartEnvironment start({"XDG_ACTIVATION_TOKEN=ours"});
+TEST(InheritedEnvironment, TheTokenIsGivenUnderBothNames) {
+    const InheritedEnvironment start({"XDG_ACTIVATION_TOKEN=ours"});
     EXPECT_THAT(start.forChild({.token = "theirs", .entryPath = {}, .workingDirectory = {}}),
                 UnorderedElementsAre("XDG_ACTIVATION_TOKEN=theirs", "DESKTOP_STARTUP_ID=theirs"));
 }
 
-TEST(StartEnvironment, TheEntryAndTheWorkingDirectoryAreNamed) {
-    const StartEnvironment start({"PWD=/before", "PWD=/twice", "GIO_LAUNCHED_DESKTOP_FILE=/us.desktop"});
+TEST(InheritedEnvironment, TheEntryAndTheWorkingDirectoryAreNamed) {
+    const InheritedEnvironment start({"PWD=/before", "PWD=/twice", "GIO_LAUNCHED_DESKTOP_FILE=/us.desktop"});
     EXPECT_THAT(start.forChild({.token = {}, .entryPath = "/calc.desktop", .workingDirectory = "/home/u"}),
                 UnorderedElementsAre("GIO_LAUNCHED_DESKTOP_FILE=/calc.desktop", "PWD=/home/u"));
 }
 
-TEST(StartEnvironment, VariablesAreFoundByTheirWholeName) {
-    const StartEnvironment start({"PATHS=/no", "PATH=/bin", "EMPTY="});
+TEST(InheritedEnvironment, VariablesAreFoundByTheirWholeName) {
+    const InheritedEnvironment start({"PATHS=/no", "PATH=/bin", "EMPTY="});
     EXPECT_EQ(start.value("PATH"), "/bin");
     EXPECT_EQ(start.value("EMPTY"), "");
     EXPECT_EQ(start.value("PAT"), std::nullopt);
@@ -57,7 +57,7 @@ TEST(StartEnvironment, VariablesAreFoundByTheirWholeName) {
     EXPECT_EQ(start.lookup()("HOME"), std::nullopt);
 }
 
-TEST(StartEnvironment, EntriesWithoutANameAreLeftOut) {
-    const StartEnvironment start({"nothing", "=x", "", "A=1"});
+TEST(InheritedEnvironment, EntriesWithoutANameAreLeftOut) {
+    const InheritedEnvironment start({"nothing", "=x", "", "A=1"});
     EXPECT_THAT(start.forChild({}), ElementsAre("A=1"));
 }

@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // A system on which these programs, and no others, are installed in /bin.
-ProgramLookup installed(const QStringList& programs) {
+ProgramFinder installed(const QStringList& programs) {
     return [programs](const QString& name) {
         return programs.contains(name) ? std::optional(u"/bin/"_s + name) : std::nullopt;
     };
@@ -27,7 +27,7 @@ TEST(Terminal, ThenTheUsersVariable) {
 }
 
 TEST(Terminal, TheVariableMayBeAPathAndHaveArguments) {
-    const ProgramLookup find = [](const QString& name) {
+    const ProgramFinder find = [](const QString& name) {
         return name == u"/opt/my term/gnome-terminal" ? std::optional(name) : std::nullopt;
     };
     EXPECT_EQ(terminalCommand(find, u"'/opt/my term/gnome-terminal' --wait"_s),
@@ -40,7 +40,7 @@ TEST(Terminal, AnUnknownOneOfTheVariableIsTakenToBeLikeXterm) {
 }
 
 TEST(Terminal, AVariableThatNamesNothingIsPassedOver) {
-    const ProgramLookup find = installed({u"xterm"_s});
+    const ProgramFinder find = installed({u"xterm"_s});
     for (const QString& variable : {u"gone"_s, u""_s, u" "_s, u"'xterm"_s}) {
         EXPECT_EQ(terminalCommand(find, variable), QStringList({u"/bin/xterm"_s, u"-e"_s}));
     }

@@ -29,7 +29,7 @@ auto encodedAnswer(const DecodingAnswer& answer) {
 TEST(DecodingMessages, ARequestArrivesAsItWasSent) {
     const DecodingRequest request{120, 4711};
     EXPECT_EQ(decodedRequest(encodedRequest(request)), request);
-    const DecodingRequest largest{largestIconEdge, largestIconBytes};
+    const DecodingRequest largest{maximumIconEdge, maximumIconBytes};
     EXPECT_EQ(decodedRequest(encodedRequest(largest)), largest);
 }
 
@@ -45,9 +45,9 @@ TEST(DecodingMessages, AnAnswerArrivesAsItWasSent) {
 
 TEST(DecodingMessages, SizesBeyondTheBoundsAreRefused) {
     EXPECT_FALSE(decodedRequest(encodedRequest({0, 1})));
-    EXPECT_FALSE(decodedRequest(encodedRequest({largestIconEdge + 1, 1})));
-    EXPECT_FALSE(decodedRequest(encodedRequest({1, largestIconBytes + 1})));
-    EXPECT_FALSE(decodedAnswer(encodedAnswer({DecodingOutcome::Picture, largestIconEdge + 1, false})));
+    EXPECT_FALSE(decodedRequest(encodedRequest({maximumIconEdge + 1, 1})));
+    EXPECT_FALSE(decodedRequest(encodedRequest({1, maximumIconBytes + 1})));
+    EXPECT_FALSE(decodedAnswer(encodedAnswer({DecodingOutcome::Picture, maximumIconEdge + 1, false})));
 }
 
 TEST(DecodingMessages, AnythingElseIsRefused) {

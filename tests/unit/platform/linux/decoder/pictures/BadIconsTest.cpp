@@ -21,7 +21,7 @@ const BadIcons& all() {
 
 TEST(BadIcons, EachEndsAsItSays) {
     for (const auto& [name, bytes, outcome] : all()) {
-        EXPECT_LE(bytes.size(), largestIconBytes) << name;
+        EXPECT_LE(bytes.size(), maximumIconBytes) << name;
         if (outcome == BadIcon::Outcome::Overload) {
             continue; // for a process with limits
         }

@@ -1,4 +1,4 @@
-#include "platform/linux/decoder/pictures/Gunzip.h"
+#include "platform/linux/decoder/pictures/SvgDrawing.h"
 
 #include "support/BadDrawings.h"
 

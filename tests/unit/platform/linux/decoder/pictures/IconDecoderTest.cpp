@@ -78,10 +78,10 @@ TEST(IconDecoder, AFileIsWhatItsBytesSay) {
 TEST(IconDecoder, BoundsAreKept) {
     EXPECT_TRUE(decoded(redSquare, 0).isNull());
     EXPECT_TRUE(decoded(redSquare, -1).isNull());
-    EXPECT_TRUE(decoded(redSquare, largestIconEdge + 1).isNull());
-    EXPECT_FALSE(decoded(redSquare, largestIconEdge).isNull());
-    EXPECT_TRUE(decoded(png(16, 16) + QByteArray(largestIconBytes, '\0'), 16).isNull());
-    EXPECT_TRUE(decoded(gzipped(redSquare + QByteArray(largestIconBytes, ' ')), 16).isNull());
+    EXPECT_TRUE(decoded(redSquare, maximumIconEdge + 1).isNull());
+    EXPECT_FALSE(decoded(redSquare, maximumIconEdge).isNull());
+    EXPECT_TRUE(decoded(png(16, 16) + QByteArray(maximumIconBytes, '\0'), 16).isNull());
+    EXPECT_TRUE(decoded(gzipped(redSquare + QByteArray(maximumIconBytes, ' ')), 16).isNull());
     EXPECT_TRUE(decoded(icns({icnsChunk("ic07", pngThatClaims(30'000, 30'000))}), 16).isNull());
     EXPECT_TRUE(decoded(QByteArray(), 16).isNull());
 }

@@ -1,4 +1,4 @@
-#include "platform/linux/decoder/pictures/PictureChoice.h"
+#include "platform/linux/decoder/pictures/RasterPicture.h"
 
 #include <gtest/gtest.h>
 

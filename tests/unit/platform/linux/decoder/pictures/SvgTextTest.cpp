@@ -1,4 +1,4 @@
-#include "platform/linux/decoder/pictures/SvgText.h"
+#include "platform/linux/decoder/pictures/SvgDrawing.h"
 
 #include "support/IconFiles.h"
 

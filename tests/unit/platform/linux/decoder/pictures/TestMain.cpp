@@ -1,4 +1,4 @@
-#include "platform/linux/decoder/pictures/DecoderPreparation.h"
+#include "platform/linux/decoder/pictures/IconDecoder.h"
 
 #include <QCoreApplication>
 #include <gtest/gtest.h>

@@ -7,9 +7,9 @@
 
 #include "ConfinementProbe.h"
 
-#include "platform/linux/decoder/process/Confinement.h"
 #include "platform/linux/decoder/process/Landlock.h"
-#include "platform/linux/decoder/process/Serving.h"
+#include "platform/linux/decoder/process/RequestLoop.h"
+#include "platform/linux/decoder/process/Sandbox.h"
 
 #include <algorithm>
 #include <array>
@@ -188,18 +188,19 @@ Attempts attemptsAtMemory(const Prepared& prepared) {
                  }
                  return DecodedIcon();
              };
-             endWithOtherEnd(0);
-             return serve(0, decoding, {decoderEndurance, longestDecoding}) == ServingEnd::Done;
+             exitWhenSocketCloses(0);
+             return serveRequests(0, decoding, {decoderProcessorBudget, pictureProcessorBudget}) ==
+                    RequestLoopEnd::Done;
          }},
     };
 }
 
 bool giveUp(std::string_view mode, const Prepared& prepared) {
     if (mode == "confined") {
-        return confine(FileReading::Denied);
+        return enterSandbox(FileReading::Denied);
     }
     if (mode == "reading") {
-        return restrictFiles(std::array{prepared.fonts}) && confine(FileReading::Allowed);
+        return restrictFiles(std::array{prepared.fonts}) && enterSandbox(FileReading::Allowed);
     }
     return mode == "free";
 }
@@ -211,7 +212,7 @@ ProbeExit probe(std::string_view mode, std::string_view name, const std::string&
         const auto found = attempts.find(name);
         if (found != attempts.end()) {
             if (!giveUp(mode, prepared)) {
-                return ProbeExit::NotConfined;
+                return ProbeExit::NoSandbox;
             }
             return found->second() ? ProbeExit::Succeeded : ProbeExit::Failed;
         }

@@ -6,8 +6,8 @@ namespace amberquill::desktop {
 enum class ProbeExit {
     Succeeded = 0,
     Failed = 10,
-    NotConfined = 11, // nothing was tried
-    Unknown = 12,     // there is no such thing to try
+    NoSandbox = 11, // nothing was tried
+    Unknown = 12,   // there is no such thing to try
 };
 
 } // namespace amberquill::desktop

@@ -1,6 +1,6 @@
-#include "platform/linux/decoder/process/Confinement.h"
 #include "ConfinementProbe.h"
 #include "StartedDecoder.h"
+#include "platform/linux/decoder/process/Sandbox.h"
 #include "support/TemporaryTree.h"
 
 #include <QDir>
@@ -53,7 +53,7 @@ private:
             return Result::Succeeded;
         case ProbeExit::Failed:
             return Result::Failed;
-        case ProbeExit::NotConfined:
+        case ProbeExit::NoSandbox:
         case ProbeExit::Unknown:
             break;
         }

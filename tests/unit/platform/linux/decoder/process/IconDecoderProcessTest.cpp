@@ -1,6 +1,6 @@
 #include "StartedDecoder.h"
 
-#include "platform/linux/decoder/process/Confinement.h"
+#include "platform/linux/decoder/process/Sandbox.h"
 #include "support/BadIcons.h"
 
 #include <QFile>
@@ -117,7 +117,7 @@ TEST(IconDecoderProcess, WithoutAnyOtherPartOfItsConfinementItDoesNotServe) {
     for (const auto& call : calls) {
         StartedDecoder decoder(QStringLiteral("refused_call"), withoutCall(call));
         EXPECT_FALSE(decoder.isReady()) << call;
-        EXPECT_EQ(decoder.exit(), DecoderExit::NotConfined) << call;
+        EXPECT_EQ(decoder.exit(), DecoderExit::NoSandbox) << call;
     }
 }
 
@@ -214,7 +214,7 @@ TEST(IconDecoderProcess, ASenselessRequestEndsIt) {
     ASSERT_TRUE(decoder.isReady());
     ASSERT_TRUE(sendMessage(decoder.socket(), std::array<std::byte, 1>{}));
     EXPECT_FALSE(decoder.answer());
-    EXPECT_EQ(decoder.exit(), DecoderExit::SenselessRequest);
+    EXPECT_EQ(decoder.exit(), DecoderExit::InvalidRequest);
 }
 
 TEST(IconDecoderProcess, StartedByHandItSaysWhatItIs) {
@@ -223,7 +223,7 @@ TEST(IconDecoderProcess, StartedByHandItSaysWhatItIs) {
     process.start(testProgram(decoderProgram), {});
     ASSERT_TRUE(process.waitForFinished());
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-    EXPECT_EQ(process.exitCode(), static_cast<int>(DecoderExit::ByHand));
+    EXPECT_EQ(process.exitCode(), static_cast<int>(DecoderExit::NotFromLauncher));
     EXPECT_TRUE(process.readAllStandardError().contains("amberquill, which starts it"));
 }
 

@@ -1,4 +1,4 @@
-#include "platform/linux/decoder/process/Serving.h"
+#include "platform/linux/decoder/process/RequestLoop.h"
 
 #include "platform/linux/decoder/channel/DecodingMessages.h"
 #include "platform/linux/decoder/channel/MessageSocket.h"
@@ -19,7 +19,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr ServingLimits patient{1h, 100s};
+constexpr RequestLimits patient{1h, 100s};
 
 QImage greenSquare(int edge) {
     QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
@@ -31,7 +31,7 @@ DecodedIcon greenIcon(const QByteArray&, int edge) {
     return {greenSquare(edge)};
 }
 
-// serve() on a thread of its own, and the launcher's end of the socket.
+// serveRequests() on a thread of its own, and the launcher's end of the socket.
 class Serving : public testing::Test {
 protected:
     Serving() {
@@ -42,16 +42,16 @@ protected:
     }
     ~Serving() override { static_cast<void>(end()); }
 
-    void start(const Decoding& decoding, const ServingLimits& limits = patient) {
+    void start(const Decoding& decoding, const RequestLimits& limits = patient) {
         thread_ = std::thread([this, decoding, limits] {
-            end_ = serve(far_.get(), decoding, limits);
+            end_ = serveRequests(far_.get(), decoding, limits);
             far_.close();
         });
         EXPECT_EQ(answer(), (DecodingAnswer{DecodingOutcome::Ready, 0, false}));
     }
 
-    // Waits for what serve() returns, which is given no more requests.
-    std::optional<ServingEnd> end() {
+    // Waits for what serveRequests() returns, which is given no more requests.
+    std::optional<RequestLoopEnd> end() {
         near_.close();
         if (thread_.joinable()) {
             thread_.join();
@@ -73,7 +73,7 @@ protected:
         return send({edge, 4}, std::array{file_.get(), picture_.get()});
     }
 
-    // None: serve() is over.
+    // None: serveRequests() is over.
     std::optional<DecodingAnswer> answer() {
         std::array<std::byte, answerSize> buffer = {};
         const auto message = receiveMessage(near_.get(), buffer);
@@ -84,12 +84,12 @@ protected:
     FileDescriptor far_;
     FileDescriptor file_ = sealedMemory(std::as_bytes(std::span(std::string_view("file"))));
     FileDescriptor picture_;
-    std::optional<ServingEnd> end_;
+    std::optional<RequestLoopEnd> end_;
     std::thread thread_;
 };
 
 // A request that is not the launcher's; the service is over after it.
-using SenselessRequest = Serving;
+using InvalidRequest = Serving;
 
 constexpr DecodingAnswer picture(std::uint32_t edge, bool isLast = false) {
     return {DecodingOutcome::Picture, edge, isLast};
@@ -115,7 +115,7 @@ TEST_F(Serving, EachRequestIsAnsweredFromItsOwnBytes) {
                            static_cast<int>(edge), QImage::Format_ARGB32_Premultiplied);
         EXPECT_EQ(image, greenSquare(static_cast<int>(edge)));
     }
-    EXPECT_EQ(end(), ServingEnd::Done);
+    EXPECT_EQ(end(), RequestLoopEnd::Done);
 }
 
 TEST_F(Serving, APictureOfAnotherSizeOrFormatIsNone) {
@@ -192,52 +192,52 @@ TEST_F(Serving, TheAnswerAfterWhichMuchProcessorTimeIsUsedUpIsTheLast) {
     ASSERT_TRUE(ask(8));
     EXPECT_EQ(answer(), picture(8, true));
     EXPECT_FALSE(answer());
-    EXPECT_EQ(end(), ServingEnd::Done);
+    EXPECT_EQ(end(), RequestLoopEnd::Done);
 }
 
-TEST_F(SenselessRequest, ShorterThanARequest) {
+TEST_F(InvalidRequest, ShorterThanARequest) {
     start(greenIcon);
     ASSERT_TRUE(send(std::array<std::byte, 1>{}, {}));
     EXPECT_FALSE(answer());
-    EXPECT_EQ(end(), ServingEnd::Senseless);
+    EXPECT_EQ(end(), RequestLoopEnd::InvalidRequest);
 }
 
-TEST_F(SenselessRequest, LongerThanARequest) {
+TEST_F(InvalidRequest, LongerThanARequest) {
     start(greenIcon);
     std::array<std::byte, requestSize + 1> message = {};
     encode(DecodingRequest{8, 4}, std::span(message).first<requestSize>());
     picture_ = writableMemory(pictureBytes(8));
     ASSERT_TRUE(send(message, std::array{file_.get(), picture_.get()}));
     EXPECT_FALSE(answer());
-    EXPECT_EQ(end(), ServingEnd::Senseless);
+    EXPECT_EQ(end(), RequestLoopEnd::InvalidRequest);
 }
 
-TEST_F(SenselessRequest, WithOneDescriptor) {
+TEST_F(InvalidRequest, WithOneDescriptor) {
     start(greenIcon);
     ASSERT_TRUE(send({8, 4}, std::array{file_.get()}));
     EXPECT_FALSE(answer());
-    EXPECT_EQ(end(), ServingEnd::Senseless);
+    EXPECT_EQ(end(), RequestLoopEnd::InvalidRequest);
 }
 
-TEST_F(SenselessRequest, AFileOfAnotherSize) {
+TEST_F(InvalidRequest, AFileOfAnotherSize) {
     start(greenIcon);
     picture_ = writableMemory(pictureBytes(8));
     ASSERT_TRUE(send({8, 5}, std::array{file_.get(), picture_.get()}));
     EXPECT_FALSE(answer());
-    EXPECT_EQ(end(), ServingEnd::Senseless);
+    EXPECT_EQ(end(), RequestLoopEnd::InvalidRequest);
 }
 
-TEST_F(SenselessRequest, MemoryTooSmallForThePicture) {
+TEST_F(InvalidRequest, MemoryTooSmallForThePicture) {
     start(greenIcon);
     picture_ = writableMemory(pictureBytes(8) - 1);
     ASSERT_TRUE(send({8, 4}, std::array{file_.get(), picture_.get()}));
     EXPECT_FALSE(answer());
-    EXPECT_EQ(end(), ServingEnd::Senseless);
+    EXPECT_EQ(end(), RequestLoopEnd::InvalidRequest);
 }
 
-TEST_F(SenselessRequest, MemoryForThePictureThatCannotBeWrittenTo) {
+TEST_F(InvalidRequest, MemoryForThePictureThatCannotBeWrittenTo) {
     start(greenIcon);
     ASSERT_TRUE(send({1, 4}, std::array{file_.get(), file_.get()}));
     EXPECT_FALSE(answer());
-    EXPECT_EQ(end(), ServingEnd::Senseless);
+    EXPECT_EQ(end(), RequestLoopEnd::InvalidRequest);
 }

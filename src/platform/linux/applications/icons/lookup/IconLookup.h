@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+namespace amberquill::desktop {
+
+struct DataFolders;
+
+// The folders of icons, most wanted first: `~/.icons`, `icons` below each data folder, /usr/share/pixmaps.
+[[nodiscard]] QStringList iconBaseFolders(const QString& home, const DataFolders& dataFolders);
+
+// Finds an icon's file by the freedesktop icon theme standard. Folders are read when they are first needed
+// and kept in memory: a repeated question, also for a missing icon, does not touch the disk. Safe on any
+// thread.
+class IconLookup {
+public:
+    // Searches `theme` first, then its parents, "hicolor", the base folders themselves (drawings before
+    // pictures), and "Adwaita". The constructor reads nothing.
+    IconLookup(QStringList baseFolders, QString theme);
+    IconLookup(const IconLookup&) = delete;
+    IconLookup& operator=(const IconLookup&) = delete;
+    ~IconLookup();
+
+    // The absolute path of the best regular file for `edge` device pixels, by IconOrder. `icon` is a name, a
+    // name with an icon's extension, or an absolute path (itself the answer if it is a regular file). `skip`:
+    // how many better files to leave out, because they could not be decoded. None: no (other) such icon, or a
+    // relative path.
+    [[nodiscard]] std::optional<QString> find(const QString& icon, int edge, int skip = 0) const;
+
+    // Drops what was read. The next question reads the folders again.
+    void forget();
+
+private:
+    class Cache;
+
+    const QStringList baseFolders_;
+    const QString theme_;
+    mutable std::mutex mutex_;
+    mutable std::unique_ptr<Cache> cache_;
+};
+
+} // namespace amberquill::desktop

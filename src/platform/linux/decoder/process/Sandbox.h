@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/linux/decoder/process/SystemCallFilter.h"
+
+#include <chrono>
+#include <cstdint>
+
+namespace amberquill::desktop {
+
+// The processor time after which the process sends its last answer and exits. Harmless files meet no limit
+// that kills the process.
+inline constexpr std::chrono::seconds decoderProcessorBudget{10};
+
+// The processor time for one picture, if the launcher does not end the process before.
+inline constexpr std::chrono::seconds pictureProcessorBudget{10};
+
+// The limit of the address space, in bytes. Enough for the libraries, an 8 MB file, the largest picture in a
+// file (32 million pixels), that picture converted, and the result.
+inline constexpr std::int64_t decoderMemory = std::int64_t{1024} * 1024 * 1024;
+
+// Resets the signals that end the process, and closes all inherited descriptors but the socket and the two
+// outputs. For the start of main(). False: some signals may still be ignored or blocked.
+[[nodiscard]] bool resetInheritedState();
+
+// Makes the kernel kill this process first when memory runs out: the launcher can start it again.
+void preferOutOfMemoryKill();
+
+// Makes malloc return a picture's memory to the system before the next picture.
+void limitHeap();
+
+// Gives up everything that decoding does not need: privileges, resources, system calls. Cannot be undone.
+// Called after restrictFiles(). False: the sandbox is incomplete.
+[[nodiscard]] bool enterSandbox(FileReading reading);
+
+} // namespace amberquill::desktop
