@@ -16,7 +16,7 @@ bool isDigit(char byte) {
     return byte >= '0' && byte <= '9';
 }
 
-// Bytes that stand for themselves in a string: ASCII but for quotes, backslashes and control characters.
+// Bytes that need no decoding in a string: ASCII without quotes, backslashes and control characters.
 constexpr std::array<bool, 256> plainBytes = [] {
     std::array<bool, 256> plain = {};
     for (std::size_t byte = 0x20; byte < 0x80; ++byte) {
@@ -29,11 +29,11 @@ bool isPlain(char byte) {
     return plainBytes[static_cast<unsigned char>(byte)];
 }
 
-// How a character of more than one byte begins in UTF-8.
+// The first byte of a character of several bytes in UTF-8.
 struct Lead {
-    int following = 0; // bytes, 0: no such lead
+    int following = 0; // bytes; 0: not a lead byte
     char32_t bits = 0;
-    char32_t least = 0; // below this the character has a shorter form
+    char32_t least = 0; // smaller characters have a shorter form
 };
 
 Lead leadOf(unsigned char byte) {
@@ -131,14 +131,14 @@ void JsonReader::enterArray() {
     enter();
 }
 
-// Whether the innermost container has another member; if not, it is left.
+// Whether the innermost container has another member. Leaves the container if not.
 bool JsonReader::continues(char end) {
     if (failed_) {
         return false;
     }
     if (take(end)) {
         --depth_;
-        isFirst_ = false; // the container around it has this one at least
+        isFirst_ = false; // the outer container has at least this member
         return false;
     }
     if (!std::exchange(isFirst_, false) && !take(',')) {
@@ -170,7 +170,7 @@ QString JsonReader::string() {
         fail();
         return {};
     }
-    // Not fromUtf16, to which the first character may be a byte order mark and no part of the text.
+    // Not fromUtf16: it drops a byte order mark at the start.
     return QStringView(characters_).toString();
 }
 
@@ -254,7 +254,7 @@ std::optional<char16_t> JsonReader::readHexDigits() {
     return static_cast<char16_t>(unit);
 }
 
-// One character beyond ASCII in its only valid form; a control character is none.
+// Reads one character beyond ASCII in its only valid form. Control characters are refused.
 bool JsonReader::readCharacter() {
     const Lead lead = leadOf(static_cast<unsigned char>(text_[at_]));
     if (lead.following == 0 || text_.size() - at_ <= lead.following) {
@@ -291,7 +291,7 @@ std::optional<QByteArrayView> JsonReader::readNumber() {
         return at_ > first;
     };
     takeWord("-");
-    // A leading zero stands alone.
+    // No digit may follow a leading zero.
     if (!takeWord("0") && !takeDigits()) {
         return std::nullopt;
     }
@@ -321,7 +321,7 @@ std::optional<qint64> JsonReader::integer() {
         end == number->end()) {
         return error == std::errc() ? std::optional(integer) : std::nullopt;
     }
-    // With a fraction or an exponent. Beyond this limit a double does not hold every integer.
+    // With a fraction or an exponent. Up to this limit a double holds every integer exactly.
     constexpr double largest = 9007199254740992.0;
     double value = 0;
     const auto [end, error] = std::from_chars(number->begin(), number->end(), value);

@@ -8,9 +8,13 @@
 
 namespace amberquill {
 
-// Reads JSON (RFC 8259, in UTF-8, with or without a byte order mark) value by value, in order, without
-// keeping what was read. Text that is not JSON, or is nested deeper than `maximumDepth`, ends the reading:
-// from then on `failed` is true, nothing comes next and containers are at their ends.
+// Reads JSON (RFC 8259, in UTF-8, with or without a byte order mark) value by value, in order, and stores
+// nothing. Text that is not JSON, or is nested deeper than `maximumDepth`, ends the reading: from then on
+// `failed` is true, no value follows and every container is at its end.
+//
+// Not QJsonDocument: it takes seven times as long for a layout (10,000 applications: 15 ms instead of 2 ms),
+// accepts control characters in strings, "1." and unknown escapes, drops a byte order mark at the start of a
+// string, and refuses a file for a number that nobody reads (1e309).
 class JsonReader {
 public:
     static constexpr int maximumDepth = 256;
@@ -20,27 +24,27 @@ public:
     // `text` outlives the reader.
     explicit JsonReader(QByteArrayView text);
 
-    // What comes next where a value is due.
+    // The kind of the next value.
     [[nodiscard]] Kind next();
 
-    // Each of these reads one value, which is of that kind. Within an object, `nextKey` answers one key after
-    // the other, each to be followed by the reading of its value; none: the object is over. `nextElement`
-    // does the same for an array. The key is valid until the next call.
+    // Each of these reads one value of its kind. In an object, call `nextKey`, then read the value of that
+    // key, and so on; none: the object has ended. In an array, call `nextElement` before each element. A key
+    // is valid until the next call.
     void enterObject();
     std::optional<QStringView> nextKey();
     void enterArray();
     bool nextElement();
 
-    // A surrogate without its partner, which only an escape can make, stays one.
+    // An escaped surrogate without its partner stays as it is.
     QString string();
 
-    // None: the number is no integer, or none of 64 bits. 7.0 and 70e-1 are integers.
+    // None: the number is no integer of 64 bits. 7.0 and 70e-1 are integers.
     std::optional<qint64> integer();
 
     // Reads one value of any kind.
     void skip();
 
-    // Whether the text ends here, as it has to behind the outermost value.
+    // Whether the text ends here. It must after the outermost value.
     bool isAtEnd();
 
     [[nodiscard]] bool failed() const { return failed_; }
@@ -61,9 +65,9 @@ private:
     QByteArrayView text_;
     qsizetype at_ = 0;
     int depth_ = 0;
-    bool isFirst_ = false; // nothing has been read of the innermost container
+    bool isFirst_ = false; // nothing of the innermost container has been read
     bool failed_ = false;
-    std::u16string characters_; // of the string read last
+    std::u16string characters_; // the string that was read last
 };
 
 } // namespace amberquill

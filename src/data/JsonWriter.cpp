@@ -20,7 +20,7 @@ void appendEscape(QByteArray& json, char16_t unit) {
     }
 }
 
-// Whether the character stands for itself, in one byte.
+// Whether the character is written as it is, in one byte.
 bool isPlain(QChar character) {
     const char16_t unit = character.unicode();
     return unit >= firstUnescaped && unit < 0x80 && unit != u'"' && unit != u'\\' && unit != u'/';

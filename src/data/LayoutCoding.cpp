@@ -1,5 +1,6 @@
 #include "data/LayoutCoding.h"
 
+#include "data/DataLog.h"
 #include "data/JsonReader.h"
 #include "data/JsonWriter.h"
 
@@ -36,7 +37,7 @@ DecodingError within(QStringView key, DecodingError error) {
     return error;
 }
 
-// The value for a key of an object, once all of the object has been read.
+// The value of a key, after the whole object has been read.
 template<typename Value>
 Decoded<Value> valueFor(QStringView key, std::optional<Decoded<Value>> read) {
     if (!read) {
@@ -48,25 +49,14 @@ Decoded<Value> valueFor(QStringView key, std::optional<Decoded<Value>> read) {
     return *std::move(read);
 }
 
-// Only the canonical form counts, in upper or lower case; QUuid alone would take braces and missing dashes.
+// Only the canonical form, in upper or lower case. QUuid alone also reads other forms.
 std::optional<QUuid> uuid(const QString& text) {
-    constexpr qsizetype canonicalLength = 36;
-    if (text.size() != canonicalLength) {
-        return std::nullopt;
-    }
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const bool dashPlace = i == 8 || i == 13 || i == 18 || i == 23;
-        const char16_t unit = text[i].unicode();
-        const bool hex = (unit >= u'0' && unit <= u'9') || (unit >= u'a' && unit <= u'f') ||
-                         (unit >= u'A' && unit <= u'F');
-        if (dashPlace ? unit != u'-' : !hex) {
-            return std::nullopt;
-        }
-    }
-    return QUuid::fromString(text);
+    const QUuid id = QUuid::fromString(text);
+    const bool isCanonical = id.toString(QUuid::WithoutBraces).compare(text, Qt::CaseInsensitive) == 0;
+    return isCanonical ? std::optional(id) : std::nullopt;
 }
 
-// Each of these reads one value of the text, whatever it is.
+// Each of these reads exactly one value, of any kind.
 
 Decoded<QString> readText(JsonReader& reader) {
     if (reader.next() != JsonReader::Kind::String) {
@@ -146,7 +136,7 @@ Decoded<Folder> readFolder(JsonReader& reader) {
                   std::get<QStringList>(std::move(readApps))};
 }
 
-// The object around a case's payload.
+// The object that holds the payload of an item.
 template<typename Read>
 auto readPayload(JsonReader& reader, Read readValue) {
     using Payload = decltype(readValue(reader));
@@ -234,13 +224,19 @@ Decoded<LaunchItems> readItems(JsonReader& reader) {
 }
 
 Decoded<LaunchItems> decodeItems(QByteArrayView text) {
+    Decoded<LaunchItems> items;
     if (text.size() > largestLayoutText) {
-        return DecodingError{DecodingError::Kind::DataCorrupted, QStringLiteral("Too large."), {}};
+        items = DecodingError{DecodingError::Kind::DataCorrupted, QStringLiteral("Too large."), {}};
+    } else {
+        JsonReader reader(text);
+        items = readItems(reader);
+        if (!reader.isAtEnd()) {
+            items = DecodingError{DecodingError::Kind::DataCorrupted, QStringLiteral("Not JSON."), {}};
+        }
     }
-    JsonReader reader(text);
-    auto items = readItems(reader);
-    if (!reader.isAtEnd()) {
-        return DecodingError{DecodingError::Kind::DataCorrupted, QStringLiteral("Not JSON."), {}};
+    if (const auto* error = std::get_if<DecodingError>(&items)) {
+        qCDebug(dataLog).noquote() << "layout not decoded:" << error->description << "at"
+                                   << error->codingPath.join(u'/');
     }
     return items;
 }

@@ -12,13 +12,13 @@ namespace amberquill {
 
 class JsonReader;
 
-// Why a JSON text is not the value it should be.
+// Why a JSON text could not be decoded.
 struct DecodingError {
     enum class Kind { DataCorrupted, TypeMismatch, KeyNotFound };
 
     Kind kind = Kind::DataCorrupted;
     QString description;
-    QStringList codingPath; // keys and "Index 3" from the outermost value inwards
+    QStringList codingPath; // keys and "Index 3", from the outermost value to the failed one
 
     bool operator==(const DecodingError&) const = default;
 };
@@ -26,18 +26,18 @@ struct DecodingError {
 template<typename Value>
 using Decoded = std::variant<Value, DecodingError>;
 
-// Larger texts are no layouts: a hundred thousand applications take some ten megabytes.
+// Larger texts are refused. A hundred thousand applications take about ten megabytes.
 inline constexpr qsizetype largestLayoutText = qsizetype{64} * 1024 * 1024;
 
-// The private layout file's text: an array of items, {"app":{"_0":path}} or
-// {"folder":{"_0":{"id":…,"name":…,"apps":[…]}}}. Unknown keys are ignored, of a key that is there twice the
-// second counts, and one bad item fails the whole.
+// The text of the private layout file: an array of items, {"app":{"_0":path}} or
+// {"folder":{"_0":{"id":…,"name":…,"apps":[…]}}}. Unknown keys are ignored. If a key occurs twice, the second
+// one counts. One bad item fails the whole.
 Decoded<LaunchItems> decodeItems(QByteArrayView text);
 
-// The same for a list within another value: reads one value, whatever it is.
+// The same for a list inside another value. Always reads exactly one value.
 Decoded<LaunchItems> readItems(JsonReader& reader);
 
-// Compact, keys in the order in which the fields are declared, every "/" escaped.
+// Compact, keys in the order of the fields' declaration, every "/" escaped.
 QByteArray encodeItem(const LaunchItem& item);
 QByteArray encodeItems(const LaunchItems& items);
 

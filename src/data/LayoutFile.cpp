@@ -1,5 +1,6 @@
 #include "data/LayoutFile.h"
 
+#include "data/DataLog.h"
 #include "data/IsoDate.h"
 #include "data/JsonReader.h"
 #include "data/JsonWriter.h"
@@ -63,8 +64,12 @@ std::optional<std::chrono::sys_seconds> readDate(JsonReader& reader) {
 
 std::optional<LaunchItems> readList(JsonReader& reader) {
     auto items = readItems(reader);
-    auto* list = std::get_if<LaunchItems>(&items);
-    return list != nullptr ? std::optional(std::move(*list)) : std::nullopt;
+    if (const auto* error = std::get_if<DecodingError>(&items)) {
+        qCDebug(dataLog).noquote() << "items of the exchange file not decoded:" << error->description << "at"
+                                   << error->codingPath.join(u'/');
+        return std::nullopt;
+    }
+    return std::get<LaunchItems>(std::move(items));
 }
 
 } // namespace
@@ -94,10 +99,12 @@ QByteArray encodeLayoutFile(const LayoutFile& file) {
 
 std::optional<LayoutFile> decodeLayoutFile(QByteArrayView text) {
     if (text.size() > largestLayoutText) {
+        qCDebug(dataLog) << "exchange file refused: too large," << text.size() << "bytes";
         return std::nullopt;
     }
     JsonReader reader(text);
     if (reader.next() != JsonReader::Kind::Object) {
+        qCDebug(dataLog) << "exchange file refused: no JSON object";
         return std::nullopt;
     }
     std::optional<QString> format;
@@ -125,6 +132,10 @@ std::optional<LayoutFile> decodeLayoutFile(QByteArrayView text) {
         }
     }
     if (!reader.isAtEnd() || !format || !version || !exportedAt || !columns || !rows || !items) {
+        qCDebug(dataLog) << "exchange file refused: whole" << reader.isAtEnd() << "format"
+                         << format.has_value() << "version" << version.has_value() << "exportedAt"
+                         << exportedAt.has_value() << "columns" << columns.has_value() << "rows"
+                         << rows.has_value() << "items" << items.has_value();
         return std::nullopt;
     }
     return LayoutFile{*std::move(format), *version, *exportedAt, *columns, *rows, *std::move(items)};

@@ -10,7 +10,7 @@
 
 namespace amberquill {
 
-// A layout as it is handed from one machine to another.
+// A layout that is exported on one machine and imported on another.
 struct LayoutFile {
     static inline const QString ownFormat = QStringLiteral("amberquill-layout");
     static constexpr qint64 ownVersion = 1;
@@ -25,7 +25,7 @@ struct LayoutFile {
     bool operator==(const LayoutFile&) const = default;
 };
 
-// The items with each of their paths replaced.
+// The items with `replace` applied to every path.
 template<typename Replace>
 LaunchItems withPaths(LaunchItems items, Replace replace) {
     for (LaunchItem& item : items) {
@@ -42,11 +42,11 @@ LaunchItems withPaths(LaunchItems items, Replace replace) {
     return items;
 }
 
-// Pretty printed, the keys of each object sorted, every "/" escaped; the date is ISO 8601 in UTC.
+// Indented, the keys of every object sorted, every "/" escaped, the date as ISO 8601 in UTC.
 QByteArray encodeLayoutFile(const LayoutFile& file);
 
-// None: the text is not JSON, a key is missing, a value is of the wrong type, a number is no integer, or the
-// date is none. Unknown keys are ignored. The format may be any; whose it is the caller decides.
+// None: the text is not JSON, a key is missing, a value has the wrong type, a number is no integer, or the
+// date is invalid. Unknown keys are ignored. Any `format` is accepted: the caller checks it.
 std::optional<LayoutFile> decodeLayoutFile(QByteArrayView text);
 
 } // namespace amberquill

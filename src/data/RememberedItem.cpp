@@ -1,5 +1,6 @@
 #include "data/RememberedItem.h"
 
+#include "data/DataLog.h"
 #include "data/IsoDate.h"
 #include "data/JsonReader.h"
 #include "data/JsonWriter.h"
@@ -51,7 +52,7 @@ std::optional<RememberedItem> readPlace(JsonReader& reader) {
     }
     RememberedItem item;
     std::optional<std::chrono::sys_seconds> since;
-    bool isSound = true;
+    bool isValid = true;
     reader.enterObject();
     while (const auto key = reader.nextKey()) {
         if (*key == u"app") {
@@ -62,7 +63,7 @@ std::optional<RememberedItem> readPlace(JsonReader& reader) {
             item.id = id ? folderItemId(*id) : QString();
         } else if (*key == u"in") {
             item.folder = readPlaceUuid(reader);
-            isSound = isSound && item.folder.has_value();
+            isValid = isValid && item.folder.has_value();
         } else if (*key == u"name") {
             item.folderName = readPlaceText(reader).value_or(QString());
         } else if (*key == u"after") {
@@ -77,7 +78,7 @@ std::optional<RememberedItem> readPlace(JsonReader& reader) {
             reader.skip();
         }
     }
-    if (!isSound || !since || item.id.isEmpty() ||
+    if (!isValid || !since || item.id.isEmpty() ||
         (item.folder && !item.id.startsWith(QLatin1String("a:")))) {
         return std::nullopt;
     }
@@ -91,11 +92,17 @@ std::vector<RememberedItem> readPlaces(JsonReader& reader) {
         reader.skip();
         return places;
     }
+    int skipped = 0;
     reader.enterArray();
     while (reader.nextElement()) {
         if (auto place = readPlace(reader)) {
             places.push_back(*std::move(place));
+        } else {
+            ++skipped;
         }
+    }
+    if (skipped > 0) {
+        qCDebug(dataLog) << "invalid places skipped:" << skipped;
     }
     return places;
 }
@@ -132,7 +139,11 @@ std::optional<std::vector<RememberedItem>> decodePlaces(QByteArrayView text) {
             reader.skip();
         }
     }
-    return reader.isAtEnd() ? std::move(places) : std::nullopt;
+    if (!reader.isAtEnd()) {
+        qCDebug(dataLog) << "places refused: not JSON";
+        return std::nullopt;
+    }
+    return places;
 }
 
 } // namespace amberquill
