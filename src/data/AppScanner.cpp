@@ -1,5 +1,6 @@
 #include "data/AppScanner.h"
 
+#include "data/DataLog.h"
 #include "platform/BundleInformation.h"
 #include "platform/FileSystem.h"
 #include "platform/RegisteredApplications.h"
@@ -18,7 +19,7 @@ constexpr int depthLimit = 4;
 
 const auto bundleExtension = QLatin1StringView(".app");
 
-// A path extension follows a dot that is not the name's first character.
+// A name that is nothing but ".app" has no extension.
 bool isBundleName(const QString& name) {
     return name.size() > bundleExtension.size() && name.endsWith(bundleExtension, Qt::CaseSensitive);
 }
@@ -56,6 +57,9 @@ private:
         std::error_code error;
         const auto children = services_.files.listFolder(folder, error);
         if (!children) {
+            if (error != std::errc::no_such_file_or_directory) {
+                qCDebug(dataLog).noquote() << "folder skipped:" << folder << error.message().c_str();
+            }
             result_.folders.noteFailure(folder, error, depth == 0);
             return;
         }
@@ -82,7 +86,7 @@ private:
     RootBundles result_;
 };
 
-// Empty: the launcher is in no bundle. The path as it is where its folder does not answer.
+// Empty: the launcher is in no bundle. If the folder does not answer, links are not resolved.
 QString resolvedOwnBundle(const Services& services) {
     if (services.ownBundle.isEmpty()) {
         return {};
@@ -95,20 +99,23 @@ QString resolvedOwnBundle(const Services& services) {
     return resolved.front() ? *resolved.front() : services.ownBundle;
 }
 
-// Each bundle once, as it was met first.
+// Tells the first occurrence of each bundle.
 class DistinctBundles {
 public:
     explicit DistinctBundles(QString ownBundle)
         : ownBundle_(std::move(ownBundle)) {}
 
     [[nodiscard]] bool take(const Bundle& bundle) {
-        if (bundle.resolved == ownBundle_ || takenPaths_.contains(bundle.resolved)) {
-            return false;
+        if (bundle.resolved == ownBundle_) {
+            return skip(bundle, "the launcher itself");
+        }
+        if (takenPaths_.contains(bundle.resolved)) {
+            return skip(bundle, "listed already");
         }
         takenPaths_.insert(bundle.resolved);
         if (bundle.identifier) {
             if (takenIdentifiers_.contains(*bundle.identifier)) {
-                return false;
+                return skip(bundle, "its identifier is listed already");
             }
             takenIdentifiers_.insert(*bundle.identifier);
         }
@@ -116,6 +123,11 @@ public:
     }
 
 private:
+    static bool skip(const Bundle& bundle, const char* reason) {
+        qCDebug(dataLog).noquote() << "bundle skipped:" << bundle.path << reason;
+        return false;
+    }
+
     QString ownBundle_;
     QSet<QString> takenPaths_;
     QSet<QString> takenIdentifiers_;
@@ -139,7 +151,9 @@ ScanResult scan(const Services& services) {
     DistinctBundles distinct(resolvedOwnBundle(services));
     for (std::size_t i = 0; i < read.size(); ++i) {
         if (read[i] == nullptr) {
-            result.folders.noteGivenUp(roots[static_cast<qsizetype>(i)]);
+            const QString& root = roots[static_cast<qsizetype>(i)];
+            qCDebug(dataLog).noquote() << "folder skipped:" << root << "does not answer";
+            result.folders.noteGivenUp(root);
             continue;
         }
         result.folders.append(read[i]->folders);

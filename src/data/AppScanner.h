@@ -14,7 +14,7 @@ class FileSystem;
 class RegisteredApplications;
 class RootReaders;
 
-// What a scan found. A list of applications stands for a scan that read all its folders.
+// What a scan found. A result made of a list alone is one whose folders have all been read.
 struct ScanResult {
     ScanResult() = default;
     ScanResult(std::vector<AppInfo> found, ScannedFolders scanned = {})
@@ -27,22 +27,22 @@ struct ScanResult {
 
 namespace AppScanner {
 
-// What a scan asks. Everything referred to is safe on any thread and outlives the scan.
+// What a scan needs. All of it is safe on any thread and outlives the scan.
 struct Services {
     const FileSystem& files;
     const BundleInformation& bundles;
     const RegisteredApplications& registered;
     QString home;                   // the user's home folder
-    QString ownBundle;              // the launcher's own bundle, which is never listed; may be empty
-    RootReaders* readers = nullptr; // read the folders side by side; null: this thread reads them
+    QString ownBundle;              // the launcher's own bundle, which is never listed; empty: none
+    RootReaders* readers = nullptr; // read the folders in parallel; null: this thread reads them
 };
 
 // The folders searched for application bundles, in order.
 QStringList searchRoots(const QString& home);
 
-// Every application installed, each once: the bundles below the search roots in listing order, depth first,
-// then what the desktop has registered. Starts from nothing, never fails; what cannot be read is passed over
-// and noted. Safe on any thread.
+// All installed applications, each once: the bundles below the search roots in listing order, depth first,
+// then the registered applications. Keeps nothing from an earlier scan and never fails: a folder that cannot
+// be read is skipped and noted. Safe on any thread.
 ScanResult scan(const Services& services);
 
 } // namespace AppScanner

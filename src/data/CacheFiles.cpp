@@ -1,5 +1,6 @@
 #include "data/CacheFiles.h"
 
+#include "data/DataLog.h"
 #include "platform/common/Utf8.h"
 
 #include <QByteArrayView>
@@ -142,12 +143,14 @@ QByteArray encodeIcons(const std::vector<StoredIcon>& icons) {
 std::vector<StoredIcon> decodeIcons(const QByteArray& content) {
     IconReader reader(content);
     if (reader.bytes(iconsHeading.size()) != iconsHeading) {
+        qCDebug(dataLog) << "icon file refused: another format";
         return {};
     }
     std::vector<StoredIcon> icons;
     while (!reader.atEnd()) {
         auto icon = nextIcon(reader, content);
         if (!icon) {
+            qCDebug(dataLog) << "icon file refused: truncated, or a wrong size";
             return {};
         }
         icons.push_back(std::move(*icon));
@@ -173,6 +176,7 @@ QHash<QString, QString> decodeNames(const QByteArray& content, const QString& la
     const auto writtenFor = takeField(rest);
     const auto countText = takeField(rest);
     if (!countText || *head != namesHeading || QString::fromUtf8(*writtenFor) != language) {
+        qCDebug(dataLog) << "name file refused: another format or language";
         return {};
     }
     const qulonglong count = countText->toByteArray().toULongLong();
@@ -184,6 +188,7 @@ QHash<QString, QString> decodeNames(const QByteArray& content, const QString& la
         const auto path = takeField(rest);
         const auto name = takeField(rest);
         if (!name) {
+            qCDebug(dataLog) << "name file refused: truncated";
             return {};
         }
         names.insert(textOfUtf8(*path), textOfUtf8(*name));

@@ -10,12 +10,12 @@ namespace amberquill {
 
 namespace {
 
-// How much further than the radius a corner reaches along its sides.
+// A corner's length along a side, in radii.
 constexpr double reach = 1.5;
 
 constexpr int stepsPerCorner = 24;
 
-// What an arc of radius 1 leaves between its middle and the tip of the corner, measured along one side.
+// The distance from the middle of an arc of radius 1 to the tip of the corner, along one side.
 const double arcCut = 1 - std::numbers::sqrt2 / 2;
 
 struct Corner {

@@ -5,10 +5,9 @@
 
 namespace amberquill {
 
-// A rounded rectangle with continuous corners: each corner is a quarter of a superellipse that starts further
-// out than a circle's arc of this radius and cuts the same amount off the corner's tip, so that the curvature
-// sets in softly. Where the sides leave no room for that, the corner comes closer to an arc; a capsule's ends
-// are half circles.
+// A rounded rectangle with continuous corners: each corner is a quarter of a superellipse. It starts earlier
+// than an arc of this radius, so that the curvature begins softly, and cuts the same length off the tip. On
+// short sides the corner is closer to an arc; the ends of a capsule are half circles.
 QPainterPath continuousRoundedRect(const QRectF& rect, double radius);
 
 } // namespace amberquill

@@ -9,25 +9,24 @@
 
 namespace amberquill {
 
-// The geometry of an open folder's panel, in the same points as GridMetrics.
+// The geometry of an open folder's panel, in the coordinates of GridMetrics.
 struct FolderMetrics {
     int columns = 1;
     int rows = 1;            // at least 1
     QSizeF cellSize;         // of one cell inside the panel
-    QRectF panelRect;        // 10 points below the content's true centre
+    QRectF panelRect;        // its centre is 10 points below the content's
     GridMetrics grid;        // the page it was made for
     double titleHeight = 70; // the band above the first row
     double padding = 28;     // between the panel's sides and its cells
-    double scale = 1;        // by which the page's cell was shrunk, 0.3 … 1
+    double scale = 1;        // of the page's cell, 0.3 … 1
 
-    // The panel of a folder of `count` applications: the fewest columns that show every one of them at the
-    // largest scale of the page's cell.
+    // The panel of a folder of `count` applications: the largest scale, and of that the fewest columns.
     static FolderMetrics of(int count, const GridMetrics& grid);
 
     [[nodiscard]] QRectF cellArea() const;
     [[nodiscard]] QPointF cellCenter(int index) const;
 
-    // The index under a point, 12 points above and below the cells included. It may lie beyond the last
+    // The slot at a point. Slots reach 12 points above and below the cells. It may be beyond the last
     // application.
     [[nodiscard]] std::optional<int> slotAt(const QPointF& point) const;
 };

@@ -4,7 +4,7 @@ namespace amberquill {
 
 namespace {
 
-// No system takes longer names of users.
+// Longer than any user name.
 constexpr qsizetype longestUserName = 256;
 
 } // namespace
@@ -25,7 +25,7 @@ QString TildeExpansion::expand(const QString& path) {
     if (!home) {
         return path;
     }
-    // The root folder ends with the slash that follows.
+    // "/" already ends with the next slash.
     return *home == QLatin1String("/") && slash >= 0 ? path.mid(end) : *home + path.mid(end);
 }
 

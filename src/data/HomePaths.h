@@ -7,22 +7,21 @@
 
 namespace amberquill {
 
-// Where users are at home. Absolute folders without a trailing slash.
+// Home folders: absolute paths without a trailing slash.
 struct HomeFolders {
-    QString own; // empty: not known
+    QString own; // empty: unknown
 
-    // Another user's, by name; none when there is no such user. May ask a server.
+    // Another user's home, by name. None: no such user. May query a server.
     std::function<std::optional<QString>(const QString& user)> of = [](const QString&) {
         return std::nullopt;
     };
 };
 
-// A path below `home` as "~/…"; any other as it is.
+// A path below `home` as "~/…". Other paths stay as they are.
 QString homeRelative(const QString& path, const QString& home);
 
-// Turns a leading "~" or "~user" into the home folder it stands for; paths without one, and of users who are
-// not known, stay as they are. For the many paths of one file: each user is looked up once, and no more than
-// `mostUsers` of them.
+// Expands a leading "~" or "~user" to the home folder. Other paths, and those of unknown users, stay as they
+// are. One object serves all paths of a file: it looks up each user once, and at most `mostUsers` of them.
 class TildeExpansion {
 public:
     static constexpr qsizetype mostUsers = 16;

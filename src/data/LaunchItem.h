@@ -1,5 +1,5 @@
-// data/: the values the launcher is made of: layout items, what is installed, the geometry of pages, icons,
-// themes.
+// data/: the launcher's values (layout items, installed applications, page geometry, icons, themes) and their
+// files.
 #pragma once
 
 #include <QHashFunctions>
@@ -11,17 +11,17 @@
 
 namespace amberquill {
 
-// An installed application as a scan finds it.
+// An installed application, as a scan found it.
 struct AppInfo {
-    QString path; // as listed, links not resolved
-    QString name; // as shown under the icon
+    QString path; // links are not resolved
+    QString name; // the label under the icon
 
     bool operator==(const AppInfo&) const = default;
 };
 
 size_t qHash(const AppInfo& app, size_t seed = 0) noexcept;
 
-// A named group of applications. Its id is given once and kept through saves, exports and imports.
+// A named group of applications. Its id never changes, not even by an export and import.
 struct Folder {
     QUuid id;
     QString name;     // may be empty
@@ -35,7 +35,7 @@ size_t qHash(const Folder& folder, size_t seed = 0) noexcept;
 // The UUID in its canonical text: 36 characters, upper case, no braces.
 QString canonicalText(const QUuid& id);
 
-// One place in the layout: an application by its path, or a folder.
+// An item of the layout: an application, referred to by its path, or a folder.
 class LaunchItem {
 public:
     static LaunchItem app(QString path) { return LaunchItem(std::move(path)); }
@@ -49,11 +49,11 @@ public:
     // The folder; null when this is an application.
     [[nodiscard]] const Folder* asFolder() const { return std::get_if<Folder>(&payload_); }
 
-    // The identity under which the item is drawn, hit and dragged: "a:" and the path, or "f:" and the
-    // folder's UUID. It survives rescans.
+    // The id of the item for views and pointer events: "a:" and the path, or "f:" and the folder's UUID. It
+    // stays the same after a scan.
     [[nodiscard]] QString id() const;
 
-    // Whether this is the item of that identity, without making a text of its own for an application.
+    // Whether `id()` is this id. For an application, this makes no new text.
     [[nodiscard]] bool hasId(const QString& id) const;
 
     bool operator==(const LaunchItem&) const = default;
@@ -71,14 +71,14 @@ size_t qHash(const LaunchItem& item, size_t seed = 0) noexcept;
 
 using LaunchItems = std::vector<LaunchItem>;
 
-// The identity of the item for the application at `path`, and of the folder of this id.
+// The ids of the items for an application and for a folder.
 QString appItemId(const QString& path);
 QString folderItemId(const QUuid& id);
 
-// The last component of a path, without the slashes that the path may end with.
+// The last component of a path, without trailing slashes.
 QStringView lastPathComponent(const QString& path);
 
-// The name to show for a path of which nothing else is known: its last component without the extension.
+// A name made of the path alone: its last component without the extension.
 QString nameFromPath(const QString& path);
 
 } // namespace amberquill

@@ -1,5 +1,6 @@
 #include "data/LayoutReconciler.h"
 
+#include "data/DataLog.h"
 #include "data/NameOrder.h"
 
 #include <QHash>
@@ -10,7 +11,7 @@ namespace amberquill::LayoutReconciler {
 
 namespace {
 
-// Which installed application each saved path stands for. Lives for one call; keeps views into its arguments.
+// Finds the installed application of each saved path. Lives for one call; refers to its arguments.
 class Claims {
 public:
     Claims(const LaunchItems& saved, const std::vector<AppInfo>& installed)
@@ -27,8 +28,8 @@ public:
         }
     }
 
-    // The installed path that the next of the saved paths yields, or none when it is gone or taken. To be
-    // called for each of them, in the order of the layout.
+    // The installed path for the next saved path. None: it is not installed, or has been claimed. To be
+    // called for every saved path, in the order of the layout.
     std::optional<QString> claim(const QString& path) {
         if (const auto place = places_[next_++]) {
             return std::exchange(states_[*place].claimed, true) ? std::nullopt : std::optional(path);
@@ -48,7 +49,7 @@ public:
 
 private:
     struct State {
-        bool reserved = false; // the saved layout places it by its own path
+        bool reserved = false; // the saved layout has this very path
         bool claimed = false;
     };
 
@@ -60,7 +61,7 @@ private:
         }
     }
 
-    // Without a saved path, as at the first start, the table is never needed.
+    // The table is made on first use: the first start has no saved paths.
     std::optional<std::size_t> placeOf(const QString& path) {
         if (byPath_.isEmpty()) {
             byPath_.reserve(static_cast<qsizetype>(installed_.size()));
@@ -72,14 +73,14 @@ private:
         return found == byPath_.constEnd() ? std::nullopt : std::optional(*found);
     }
 
-    // One and the same place for all that are installed under one path.
+    // The same position for all applications that are installed under one path.
     [[nodiscard]] std::size_t oneOfPath(std::size_t place) const {
         const bool areAllDifferent =
             byPath_.isEmpty() || static_cast<std::size_t>(byPath_.size()) == installed_.size();
         return areAllDifferent ? place : byPath_.value(installed_[place].path);
     }
 
-    // Most scans find every application where it was, and then the table is never needed.
+    // The table is made on first use: most scans find every application where it was.
     const std::vector<std::size_t>& sameFileName(const QString& path) {
         if (byFileName_.isEmpty()) {
             byFileName_.reserve(static_cast<qsizetype>(installed_.size()));
@@ -94,8 +95,8 @@ private:
 
     const std::vector<AppInfo>& installed_;
     std::vector<State> states_;                      // of the installed applications, in their order
-    std::vector<std::optional<std::size_t>> places_; // where each saved path is installed as it stands
-    std::size_t next_ = 0;                           // of the saved paths
+    std::vector<std::optional<std::size_t>> places_; // of each saved path in `installed_`
+    std::size_t next_ = 0;                           // in `places_`
     QHash<QStringView, std::size_t> byPath_;
     QHash<QStringView, std::vector<std::size_t>> byFileName_;
 };
@@ -129,6 +130,8 @@ LaunchItems reconcile(const LaunchItems& saved, const std::vector<AppInfo>& inst
         if (const QString* path = item.asApp()) {
             if (auto claimed = claims.claim(*path)) {
                 result.push_back(LaunchItem::app(*std::move(claimed)));
+            } else {
+                qCDebug(dataLog).noquote() << "item dropped:" << *path;
             }
             continue;
         }
@@ -138,6 +141,8 @@ LaunchItems reconcile(const LaunchItems& saved, const std::vector<AppInfo>& inst
         for (const QString& path : std::as_const(folder.apps)) {
             if (auto claimed = claims.claim(path)) {
                 kept.append(*std::move(claimed));
+            } else {
+                qCDebug(dataLog).noquote() << "item dropped:" << path;
             }
         }
         folder.apps = std::move(kept);

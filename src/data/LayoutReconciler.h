@@ -12,11 +12,11 @@ class NameOrder;
 
 namespace LayoutReconciler {
 
-// Merges a saved layout with what is installed now: the arrangement is kept, applications that are gone are
-// dropped, those that moved on disk are followed by their file name, a path stands only at its first place,
-// and new applications come at the end in the order of their names. With `newAppsFolder`, two or more new
-// ones are gathered in a new folder of that name. Folders stay however few applications they hold. A pure
-// function but for the new folder's random id.
+// Merges a saved layout with the installed applications. Keeps the arrangement and all folders, even empty
+// ones. Drops applications that are not installed, unless their file name is now installed elsewhere: then
+// the item gets the new path. A path stays at its first place only. New applications are appended in the
+// order of their names; with `newAppsFolder`, two or more are put into a new folder of that name. A pure
+// function, apart from the random id of the new folder.
 LaunchItems reconcile(const LaunchItems& saved, const std::vector<AppInfo>& installed,
                       const std::optional<QString>& newAppsFolder, const NameOrder& order);
 

@@ -16,7 +16,7 @@ namespace {
 constexpr char16_t firstPrintable = u' ';
 constexpr char16_t lastPrintable = u'~';
 
-// Longer numbers the library takes apart.
+// The collator splits longer numbers.
 constexpr qsizetype longestNumber = 254;
 
 bool isDigit(char16_t unit) {
@@ -27,15 +27,15 @@ QLocale sortingLocale(const QLocale& locale) {
     return locale.language() == QLocale::C ? QLocale(QLocale::English, QLocale::UnitedStates) : locale;
 }
 
-// One in so many names may be beyond ASCII for the others to be sorted by themselves.
+// ASCII names are sorted separately if at most one name in so many is not ASCII.
 constexpr std::size_t fewOthers = 8;
 
-// The names of nothing but ASCII among others, with their keys one behind the other.
+// The ASCII names of a list. All keys are in one text.
 class AsciiNames {
 public:
     explicit AsciiNames(std::size_t mostNames) { names_.reserve(mostNames); }
 
-    // False: the name is none of them.
+    // False: the name is not ASCII.
     bool add(std::size_t position, const QString& name, const AsciiOrder& order) {
         const std::size_t start = keys_.size();
         if (!order.appendKey(name, keys_)) {
@@ -43,14 +43,14 @@ public:
             return false;
         }
         const std::size_t size = keys_.size() - start;
-        names_.push_back({beginning(start, size), start, size, position});
+        names_.push_back({prefixOf(start, size), start, size, position});
         return true;
     }
 
     [[nodiscard]] std::vector<std::size_t> sorted() && {
         std::sort(names_.begin(), names_.end(), [this](const Name& a, const Name& b) {
-            if (a.beginning != b.beginning) {
-                return a.beginning < b.beginning;
+            if (a.prefix != b.prefix) {
+                return a.prefix < b.prefix;
             }
             const int order = key(a).compare(key(b));
             return order < 0 || (order == 0 && a.position < b.position);
@@ -63,7 +63,7 @@ public:
 
 private:
     struct Name {
-        std::uint64_t beginning; // the first bytes of the key, which tell most names apart
+        std::uint64_t prefix; // the first bytes of the key: enough to order most names
         std::size_t start;
         std::size_t size;
         std::size_t position;
@@ -73,7 +73,7 @@ private:
         return std::string_view(keys_).substr(name.start, name.size);
     }
 
-    [[nodiscard]] std::uint64_t beginning(std::size_t start, std::size_t size) const {
+    [[nodiscard]] std::uint64_t prefixOf(std::size_t start, std::size_t size) const {
         std::array<char, sizeof(std::uint64_t)> bytes = {};
         std::copy_n(keys_.data() + start, std::min(size, bytes.size()), bytes.data());
         return qFromBigEndian<std::uint64_t>(bytes.data());
@@ -174,7 +174,7 @@ std::vector<std::size_t> NameOrder::order(const std::vector<QString>& names) con
         }
     }
     std::vector<std::size_t> sorted = std::move(ascii).sorted();
-    // Each of the others takes a number of comparisons to find its place among the rest.
+    // Merging takes several slow comparisons for each name that is not ASCII.
     if (others.size() > names.size() / fewOthers) {
         others.insert(others.end(), sorted.begin(), sorted.end());
         std::sort(others.begin(), others.end());

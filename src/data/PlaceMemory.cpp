@@ -1,5 +1,7 @@
 #include "data/PlaceMemory.h"
 
+#include "data/DataLog.h"
+
 #include <QSet>
 #include <algorithm>
 #include <list>
@@ -54,7 +56,7 @@ QSet<QString> setOf(const QStringList& texts) {
     return {texts.begin(), texts.end()};
 }
 
-// The remembered items by where they stood, each list in the order of the places.
+// The remembered items of the pages and of each folder, in the order of their places.
 struct RememberedByContainer {
     explicit RememberedByContainer(const std::vector<RememberedItem>& remembered) {
         for (const RememberedItem& item : remembered) {
@@ -66,9 +68,9 @@ struct RememberedByContainer {
     QHash<QUuid, std::vector<const RememberedItem*>> folders;
 };
 
-// A list with the remembered items in their places.
-QStringList withRemembered(const QStringList& there, const std::vector<const RememberedItem*>& remembered) {
-    std::list<QString> order(there.begin(), there.end());
+// A list of ids with the remembered items inserted at their places.
+QStringList withRemembered(const QStringList& present, const std::vector<const RememberedItem*>& remembered) {
+    std::list<QString> order(present.begin(), present.end());
     QHash<QString, std::list<QString>::iterator> places;
     for (auto place = order.begin(); place != order.end(); ++place) {
         places.insert(*place, place);
@@ -92,7 +94,7 @@ QStringList withRemembered(const QStringList& there, const std::vector<const Rem
     return {order.begin(), order.end()};
 }
 
-// Takes one of those that are remembered, or installed, under a file name.
+// Paths by their file names.
 class ByFileName {
 public:
     void add(const QString& path) { paths_[lastPathComponent(path).toString()].append(path); }
@@ -110,7 +112,7 @@ private:
     QHash<QString, QStringList> paths_;
 };
 
-// Which remembered identities are those of applications that are installed again, and under which paths.
+// The remembered applications that are installed again: their ids and their paths now.
 QHash<QString, QString> returnedPaths(const std::vector<RememberedItem>& remembered, const LaunchItems& items,
                                       const std::vector<AppInfo>& installed) {
     QSet<QString> installedPaths;
@@ -152,7 +154,7 @@ QHash<QString, QString> returnedPaths(const std::vector<RememberedItem>& remembe
     return returned;
 }
 
-// Replaces identities among those that places refer to.
+// Replaces the ids of neighbours.
 void rename(std::vector<RememberedItem>& remembered, const QHash<QString, QString>& renamed) {
     if (!renamed.isEmpty()) {
         for (RememberedItem& item : remembered) {
@@ -162,24 +164,24 @@ void rename(std::vector<RememberedItem>& remembered, const QHash<QString, QStrin
     }
 }
 
-// The places of the gone items of one list, which `order` has where they stood. What is neither there nor
-// gone is passed over; a folder may be both, there itself and some of its applications gone.
-template<typename IsThere, typename IsGone>
-std::vector<RememberedItem> placesIn(const QStringList& order, IsThere isThere, IsGone isGone) {
+// The places of the missing items of one list. `order` has all items, present or missing; others are skipped.
+// A folder may be both: present, with some of its applications missing.
+template<typename IsPresent, typename IsMissing>
+std::vector<RememberedItem> placesIn(const QStringList& order, IsPresent isPresent, IsMissing isMissing) {
     std::vector<RememberedItem> places;
     QString last;
     qsizetype index = 0;
-    std::size_t awaitsNext = 0; // the places from here on have no item behind them yet
+    std::size_t awaitsNext = 0; // from here on, the next present item is not known yet
     for (const QString& id : order) {
-        const bool there = isThere(id);
-        const bool gone = isGone(id);
-        if (!there && !gone) {
+        const bool present = isPresent(id);
+        const bool missing = isMissing(id);
+        if (!present && !missing) {
             continue;
         }
-        for (; there && awaitsNext < places.size(); ++awaitsNext) {
+        for (; present && awaitsNext < places.size(); ++awaitsNext) {
             places[awaitsNext].before = id;
         }
-        if (gone) {
+        if (missing) {
             places.push_back({.id = id, .after = last, .index = index});
         }
         last = id;
@@ -188,19 +190,25 @@ std::vector<RememberedItem> placesIn(const QStringList& order, IsThere isThere, 
     return places;
 }
 
-// Takes away what has been gone for too long, and what has been gone longest where that is too much.
-void limit(QHash<QString, PlaceMemory::Date>& gone, PlaceMemory::Date now) {
-    gone.removeIf([now](const auto& entry) { return entry.value() < now - PlaceMemory::longest; });
-    if (static_cast<std::size_t>(gone.size()) <= PlaceMemory::mostApplications) {
+// Applies the limits of PlaceMemory.
+void limit(QHash<QString, PlaceMemory::Date>& missing, PlaceMemory::Date now) {
+    const qsizetype all = missing.size();
+    missing.removeIf([now](const auto& entry) { return entry.value() < now - PlaceMemory::longest; });
+    if (missing.size() < all) {
+        qCDebug(dataLog) << "places forgotten as too old:" << all - missing.size();
+    }
+    if (static_cast<std::size_t>(missing.size()) <= PlaceMemory::mostApplications) {
         return;
     }
+    qCDebug(dataLog) << "places forgotten as too many:"
+                     << static_cast<std::size_t>(missing.size()) - PlaceMemory::mostApplications;
     std::vector<std::pair<PlaceMemory::Date, QString>> newest;
-    for (auto entry = gone.constKeyValueBegin(); entry != gone.constKeyValueEnd(); ++entry) {
+    for (auto entry = missing.constKeyValueBegin(); entry != missing.constKeyValueEnd(); ++entry) {
         newest.emplace_back(entry->second, entry->first);
     }
     std::sort(newest.begin(), newest.end(), std::greater<>());
     for (std::size_t place = PlaceMemory::mostApplications; place < newest.size(); ++place) {
-        gone.remove(newest[place].second);
+        missing.remove(newest[place].second);
     }
 }
 
@@ -208,7 +216,7 @@ void limit(QHash<QString, PlaceMemory::Date>& gone, PlaceMemory::Date now) {
 
 PlaceMemory::PlaceMemory(std::vector<RememberedItem> remembered, Date now)
     : remembered_(std::move(remembered)) {
-    Gone gone;
+    Missing missing;
     QSet<QUuid> folders;
     for (const RememberedItem& item : remembered_) {
         if (isFolderId(item.id)) {
@@ -216,15 +224,15 @@ PlaceMemory::PlaceMemory(std::vector<RememberedItem> remembered, Date now)
         }
     }
     for (RememberedItem& item : remembered_) {
-        // A clock that was wrong when it went.
+        // The clock may have been wrong.
         item.since = std::min(item.since, now);
         if (!isFolderId(item.id) && (!item.folder || folders.contains(*item.folder))) {
-            gone.insert(item.id, item.since);
+            missing.insert(item.id, item.since);
         }
     }
-    limit(gone, now);
+    limit(missing, now);
     std::erase_if(remembered_, [&](const RememberedItem& item) {
-        return !isFolderId(item.id) && !gone.contains(item.id);
+        return !isFolderId(item.id) && !missing.contains(item.id);
     });
 }
 
@@ -236,10 +244,10 @@ LaunchItems PlaceMemory::putBack(const LaunchItems& items, const std::vector<App
     }
     const RememberedByContainer remembered(remembered_);
     const auto appsOf = [&](const Folder& folder) {
-        const QSet<QString> there = setOf(folder.apps);
+        const QSet<QString> present = setOf(folder.apps);
         QStringList apps;
         for (const QString& id : withRemembered(idsOf(folder.apps), remembered.folders.value(folder.id))) {
-            if (const QString path = pathOfId(id); there.contains(path)) {
+            if (const QString path = pathOfId(id); present.contains(path)) {
                 apps.append(path);
             } else if (const auto back = returned.constFind(id); back != returned.constEnd()) {
                 apps.append(*back);
@@ -247,21 +255,21 @@ LaunchItems PlaceMemory::putBack(const LaunchItems& items, const std::vector<App
         }
         return apps;
     };
-    QHash<QString, const LaunchItem*> there;
+    QHash<QString, const LaunchItem*> present;
     for (const LaunchItem& item : items) {
-        there.insert(item.id(), &item);
+        present.insert(item.id(), &item);
     }
-    QHash<QString, const RememberedItem*> gone;
+    QHash<QString, const RememberedItem*> missing;
     for (const RememberedItem* item : remembered.pages) {
-        gone.insert(item->id, item);
+        missing.insert(item->id, item);
     }
     LaunchItems result;
     for (const QString& id : withRemembered(idsOf(items), remembered.pages)) {
-        const LaunchItem* item = there.value(id);
+        const LaunchItem* item = present.value(id);
         if (isFolderId(id)) {
             Folder folder = item != nullptr
                                 ? *item->asFolder()
-                                : Folder{QUuid::fromString(id.sliced(2)), gone.value(id)->folderName, {}};
+                                : Folder{QUuid::fromString(id.sliced(2)), missing.value(id)->folderName, {}};
             folder.apps = appsOf(folder);
             if (item != nullptr || !folder.apps.isEmpty()) {
                 result.push_back(LaunchItem::folder(std::move(folder)));
@@ -273,111 +281,114 @@ LaunchItems PlaceMemory::putBack(const LaunchItems& items, const std::vector<App
         }
     }
 
-    Gone stillGone = this->gone();
+    Missing stillMissing = this->missing();
     QHash<QString, QString> renamed;
     for (auto entry = returned.constKeyValueBegin(); entry != returned.constKeyValueEnd(); ++entry) {
-        stillGone.remove(entry->first);
+        stillMissing.remove(entry->first);
         renamed.insert(entry->first, appItemId(entry->second));
     }
     rename(remembered_, renamed);
-    place(result, stillGone);
+    record(result, stillMissing);
     return result;
 }
 
 bool PlaceMemory::remember(const LaunchItems& before, const LaunchItems& after, Date now) {
     const QStringList pathsBefore = pathsOf(before);
     const QStringList pathsAfter = pathsOf(after);
-    const QSet<QString> wereThere = setOf(pathsBefore);
-    const QSet<QString> areThere = setOf(pathsAfter);
+    const QSet<QString> werePresent = setOf(pathsBefore);
+    const QSet<QString> arePresent = setOf(pathsAfter);
     ByFileName added;
     for (const QString& path : pathsAfter) {
-        if (!wereThere.contains(path)) {
+        if (!werePresent.contains(path)) {
             added.add(path);
         }
     }
     std::erase_if(remembered_, [&](const RememberedItem& item) {
         return !isFolderId(item.id) &&
-               (wereThere.contains(pathOfId(item.id)) || areThere.contains(pathOfId(item.id)));
+               (werePresent.contains(pathOfId(item.id)) || arePresent.contains(pathOfId(item.id)));
     });
-    Gone gone = this->gone();
+    Missing missing = this->missing();
     QHash<QString, QString> moved;
-    bool hasNew = false;
+    bool foundMissing = false;
     for (const QString& path : pathsBefore) {
         const QString id = appItemId(path);
-        if (areThere.contains(path) || moved.contains(id)) {
+        if (arePresent.contains(path) || moved.contains(id)) {
             continue;
         }
         if (const auto elsewhere = added.take(path)) {
             moved.insert(id, appItemId(*elsewhere));
         } else {
-            gone.insert(id, now);
-            hasNew = true;
+            missing.insert(id, now);
+            foundMissing = true;
         }
     }
-    if (hasNew) {
-        limit(gone, now);
-        place(before, gone);
+    if (foundMissing) {
+        limit(missing, now);
+        record(before, missing);
         rename(remembered_, moved);
     }
-    return hasNew;
+    return foundMissing;
 }
 
-PlaceMemory::Gone PlaceMemory::gone() const {
-    Gone gone;
+PlaceMemory::Missing PlaceMemory::missing() const {
+    Missing missing;
     for (const RememberedItem& item : remembered_) {
         if (!isFolderId(item.id)) {
-            gone.insert(item.id, item.since);
+            missing.insert(item.id, item.since);
         }
     }
-    return gone;
+    return missing;
 }
 
-// Writes down anew where the gone applications stand among `items`, which may still have them.
-void PlaceMemory::place(const LaunchItems& items, const Gone& gone) {
+// Records the places of the missing applications among `items`, which may still contain them.
+void PlaceMemory::record(const LaunchItems& items, const Missing& missing) {
     const RememberedByContainer remembered(remembered_);
-    const auto isGone = [&](const QString& id) { return gone.contains(id); };
+    const auto isMissing = [&](const QString& id) { return missing.contains(id); };
 
-    // Folder by folder: the applications in it that are gone.
+    // The missing applications of each folder.
     std::vector<RememberedItem> inFolders;
-    QHash<QString, Date> folders; // that some are gone from, and since when
+    QHash<QString, Date> folders; // with missing applications, and since when
     const auto placeIn = [&](const QUuid& id, const QStringList& apps) {
         const QStringList ids = idsOf(apps);
-        const QSet<QString> there = setOf(ids);
-        const auto isThere = [&](const QString& app) { return there.contains(app) && !gone.contains(app); };
+        const QSet<QString> present = setOf(ids);
+        const auto isPresent = [&](const QString& app) {
+            return present.contains(app) && !missing.contains(app);
+        };
         for (RememberedItem& item :
-             placesIn(withRemembered(ids, remembered.folders.value(id)), isThere, isGone)) {
+             placesIn(withRemembered(ids, remembered.folders.value(id)), isPresent, isMissing)) {
             item.folder = id;
-            item.since = gone.value(item.id);
+            item.since = missing.value(item.id);
             Date& since = folders[folderItemId(id)];
             since = std::max(since, item.since);
             inFolders.push_back(std::move(item));
         }
     };
-    QSet<QString> there;
+    QSet<QString> present;
     QHash<QString, QString> names;
     for (const LaunchItem& item : items) {
         const QString id = item.id();
         if (const Folder* folder = item.asFolder()) {
-            there.insert(id);
+            present.insert(id);
             names.insert(id, folder->name);
             placeIn(folder->id, folder->apps);
-        } else if (!gone.contains(id)) {
-            there.insert(id);
+        } else if (!missing.contains(id)) {
+            present.insert(id);
         }
     }
     for (const RememberedItem* item : remembered.pages) {
-        if (isFolderId(item->id) && !there.contains(item->id)) {
+        if (isFolderId(item->id) && !present.contains(item->id)) {
             names.insert(item->id, item->folderName);
             placeIn(QUuid::fromString(item->id.sliced(2)), {});
         }
     }
 
     std::vector<RememberedItem> placed = placesIn(
-        withRemembered(idsOf(items), remembered.pages), [&](const QString& id) { return there.contains(id); },
-        [&](const QString& id) { return gone.contains(id) || folders.contains(id); });
+        withRemembered(idsOf(items), remembered.pages),
+        [&](const QString& id) { return present.contains(id); },
+        [&](const QString& id) { return missing.contains(id) || folders.contains(id); });
     for (RememberedItem& item : placed) {
         item.folderName = names.value(item.id);
-        item.since = isFolderId(item.id) ? folders.value(item.id) : gone.value(item.id);
+        item.since = isFolderId(item.id) ? folders.value(item.id) : missing.value(item.id);
     }
     std::move(inFolders.begin(), inFolders.end(), std::back_inserter(placed));
     remembered_ = std::move(placed);

@@ -10,7 +10,7 @@ bool hasDotlessI(const QLocale& locale) {
     return locale.language() == QLocale::Turkish || locale.language() == QLocale::Azerbaijani;
 }
 
-// One spelling for each accented letter, and the Turkic pairs I ı and İ i taken care of.
+// Composed accented letters. Lowers the capitals of the Turkic pairs I ı and İ i.
 QString composed(const QString& text, bool isTurkic) {
     QString result = text.normalized(QString::NormalizationForm_C);
     if (isTurkic) {
@@ -19,7 +19,7 @@ QString composed(const QString& text, bool isTurkic) {
     return result;
 }
 
-// What is left of lower-case letters without their case: those of one sound in two shapes become one.
+// Folds a lower-case text: two forms of one letter (σ and ς, ß and ss) become the same.
 QString folded(const QString& lowered) {
     return lowered.toCaseFolded().replace(QChar(u'ß'), QStringLiteral("ss"));
 }
@@ -66,7 +66,7 @@ std::vector<std::size_t> SearchIndex::find(const QString& text) const {
         while (folded_.end(name) <= found) {
             ++name;
         }
-        // What begins in one name and ends in the next is in neither.
+        // A match across the end of a name is no match.
         if (found + part.size() > folded_.end(name)) {
             found = folded_.all().find(part, found + 1);
             continue;

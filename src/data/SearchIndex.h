@@ -12,21 +12,20 @@ namespace amberquill {
 
 class NameOrder;
 
-// Finds installed applications by their names. All that does not depend on the text searched for is worked
-// out once: a search is one pass over the names.
+// Finds installed applications by their names. The names are prepared once; a search is one pass over them.
 class SearchIndex {
 public:
     SearchIndex() = default;
-    // Letters are told from each other as in the language of `order`.
+    // Letters are compared by the rules of the language of `order`.
     SearchIndex(const std::vector<AppInfo>& apps, const NameOrder& order);
 
-    // The positions in `apps` of those whose names hold `text`, white space at its ends and letter case
-    // aside. Names that start with it come first; within each kind they are in the order of names, equal ones
-    // in that of `apps`. Nothing but white space finds nothing.
+    // The positions in `apps` of the names that contain `text`, regardless of case and of white space around
+    // `text`. Names that start with it come first. Both groups are in the order of names, equal names in the
+    // order of `apps`. An empty text finds nothing.
     [[nodiscard]] std::vector<std::size_t> find(const QString& text) const;
 
 private:
-    // Texts one behind the other in UTF-8, so that one pass reads them all.
+    // Texts in one UTF-8 buffer, for a search in one pass.
     class Texts {
     public:
         void append(const QString& text);
@@ -40,9 +39,9 @@ private:
     };
 
     bool isTurkic_ = false;              // i and ı are different letters
-    std::vector<std::size_t> positions_; // in the applications, in the order of names
-    Texts folded_;                       // names without letter case, in the same order
-    Texts lowered_;                      // names in lower case, in the same order
+    std::vector<std::size_t> positions_; // of the applications, in the order of names
+    Texts folded_;                       // case-folded names, in the same order
+    Texts lowered_;                      // lower-case names, in the same order
 };
 
 } // namespace amberquill
