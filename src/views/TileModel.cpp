@@ -4,16 +4,16 @@
 
 #include <QSet>
 #include <algorithm>
-#include <chrono>
 #include <iterator>
 
 namespace amberquill {
 
 namespace {
 
-// Rows that are made for one frame, and the time that such a frame is given: it stays well below that.
+// How many rows are made at once, and how many seconds pass until the next ones: a frame, of which making
+// them takes a small part.
 constexpr int madeAtOnce = 6;
-constexpr std::chrono::milliseconds frameTime{16};
+constexpr double pauseBetween = 0.016;
 
 // Pages that are there at a time while something moves. Turned as fast as a held key does, the strip is some
 // four of them behind.
@@ -25,9 +25,10 @@ bool holds(const std::vector<int>& pages, int page) {
 
 } // namespace
 
-TileModel::TileModel(LauncherModel& model, QObject* parent)
+TileModel::TileModel(LauncherModel& model, MainQueue& queue, QObject* parent)
     : TileRows(parent)
-    , model_(model) {
+    , model_(model)
+    , queue_(queue) {
     connect(&model, &LauncherModel::itemsChanged, this, &TileModel::refresh);
     connect(&model, &LauncherModel::searchResultsChanged, this, &TileModel::refresh);
     connect(&model, &LauncherModel::namesChanged, this, &TileModel::refresh);
@@ -38,8 +39,6 @@ TileModel::TileModel(LauncherModel& model, QObject* parent)
     connect(&model, &LauncherModel::presentedChanged, this, &TileModel::settleWhenAtRest);
     connect(&model, &LauncherModel::sizeChanged, this, &TileModel::relayout);
     connect(&model, &LauncherModel::gridChanged, this, &TileModel::relayout);
-    settling_.setInterval(frameTime);
-    connect(&settling_, &QTimer::timeout, this, &TileModel::settle);
     connect(&Timeline::shared(), &Timeline::stopped, this, &TileModel::settleWhenAtRest);
     relayout();
 }
@@ -82,22 +81,26 @@ void TileModel::dropFarBehind() {
 // Neighbours are made, and pages left behind dropped, in moments of their own: never in the middle of a
 // change, never while something moves.
 void TileModel::settleWhenAtRest() {
-    if (whole_ != pagesAtRest() && !settling_.isActive()) {
-        settling_.start();
+    if (whole_ != pagesAtRest() && !isSettling_) {
+        isSettling_ = true;
+        settleLater();
     }
 }
 
-void TileModel::settleNow() {
-    while (settling_.isActive()) {
-        settle();
-    }
+void TileModel::settleLater() {
+    settling_ = queue_.postAfter(pauseBetween, [this] {
+        isSettling_ = settleSome();
+        if (isSettling_) {
+            settleLater();
+        }
+    });
 }
 
-void TileModel::settle() {
+// Whether there is more to do.
+bool TileModel::settleSome() {
     const std::vector<int> wanted = pagesAtRest();
     if (!Timeline::shared().isIdle() || !model_.presented()) {
-        settling_.stop(); // the timeline tells when all rests
-        return;
+        return false; // settling begins again when the timeline stops
     }
     if (!dropOthers(wanted)) {
         begun_.clear();
@@ -110,9 +113,7 @@ void TileModel::settle() {
             begun_.clear();
         }
     }
-    if (whole_ == wanted) {
-        settling_.stop();
-    }
+    return whole_ != wanted;
 }
 
 void TileModel::dropPagesLeftBehind() {

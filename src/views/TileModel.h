@@ -1,9 +1,9 @@
 #pragma once
 
 #include "model/LauncherModel.h"
+#include "platform/MainQueue.h"
 #include "views/TileRows.h"
 
-#include <QTimer>
 #include <QtQml/qqmlregistration.h>
 #include <vector>
 
@@ -20,12 +20,10 @@ class TileModel : public amberquill::TileRows {
     Q_PROPERTY(QPointF gridCenter READ gridCenter NOTIFY layoutChanged FINAL) // in the content's points
 
 public:
-    // The model outlives its tiles.
-    explicit TileModel(LauncherModel& model, QObject* parent = nullptr);
+    // Both outlive the tiles.
+    TileModel(LauncherModel& model, MainQueue& queue, QObject* parent = nullptr);
 
     [[nodiscard]] QPointF gridCenter() const { return model_.metrics().gridRect().center(); }
-    // Makes and drops at once what is to be made and dropped a few rows at a time.
-    void settleNow();
     // Drops the tiles of all pages but the one shown and its neighbours, though nothing is seen of it:
     // settling waits for the launcher.
     void dropPagesLeftBehind();
@@ -34,7 +32,8 @@ private:
     void refresh();
     void noteTurn(int page);
     void dropFarBehind();
-    void settle();
+    void settleLater();
+    [[nodiscard]] bool settleSome();
     void settleWhenAtRest();
     bool dropOthers(const std::vector<int>& wanted);
     void relayout() override;
@@ -46,10 +45,12 @@ private:
     [[nodiscard]] std::vector<Row> rowsThere() const;
 
     LauncherModel& model_;
+    MainQueue& queue_;
     std::vector<int> whole_;  // the pages whose tiles are all rows now, ascending
     std::vector<int> begun_;  // those of which only some may be, ascending
     std::vector<int> turned_; // the pages turned to, the latest first; as many as may be there
-    QTimer settling_;
+    bool isSettling_ = false;
+    DelayedWork settling_;
 };
 
 } // namespace amberquill

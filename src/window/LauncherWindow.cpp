@@ -43,8 +43,8 @@ const char* methodFor(EditCommand command) {
 
 } // namespace
 
-LauncherWindow::LauncherWindow(LauncherModel& model, bool translucent)
-    : tiles_(model)
+LauncherWindow::LauncherWindow(LauncherModel& model, MainQueue& queue, bool translucent)
+    : tiles_(model, queue)
     , wantedIcons_(model, tiles_, IconCache::shared())
     , folder_(model)
     , drag_(model) {

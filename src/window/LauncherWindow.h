@@ -20,13 +20,13 @@ namespace amberquill {
 enum class EditCommand { Undo, Cut, Copy, Paste, SelectAll };
 
 // The window in which the launcher is drawn: borderless, as large as the screen it is put on. It
-// holds the view tree; the model outlives it.
+// holds the view tree; the model and the queue outlive it.
 class LauncherWindow final : public QQuickView {
     Q_OBJECT
 
 public:
     // `translucent`: what lies behind the window shows through it. An opaque one is drawn faster.
-    LauncherWindow(LauncherModel& model, bool translucent);
+    LauncherWindow(LauncherModel& model, MainQueue& queue, bool translucent);
     ~LauncherWindow() override;
 
     LauncherWindow(const LauncherWindow&) = delete;

@@ -10,7 +10,6 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLoggingCategory>
-#include <QPointer>
 #include <QScreen>
 #include <QWheelEvent>
 #include <QWidget>
@@ -20,7 +19,7 @@ namespace amberquill {
 
 namespace {
 
-Q_LOGGING_CATEGORY(backdropLog, "amberquill.backdrop", QtCriticalMsg)
+Q_LOGGING_CATEGORY(windowLog, "amberquill.window", QtCriticalMsg)
 
 // Seconds after the window has gone by which the desktop is itself again.
 constexpr double settled = 0.3;
@@ -38,7 +37,7 @@ void closeMenus() {
 
 LauncherWindowController::LauncherWindowController(const Services& services)
     : services_(services)
-    , window_(services.model, services.windows.blendsWindows())
+    , window_(services.model, services.queue, services.windows.blendsWindows())
     , scroll_(services.queue, services.scrollDevices,
               [&model = services.model](const ScrollEvent& event) { model.handleScroll(event); }) {
     fade_.setIsFade(true);
@@ -70,11 +69,7 @@ void LauncherWindowController::show() {
     }
     window_.setTakesInput(true);
     services_.windows.present(window_, screen);
-    services_.queue.post([self = QPointer(this)] {
-        if (self != nullptr) {
-            self->services_.model.focusSearch();
-        }
-    });
+    services_.queue.then(context_, [this] { services_.model.focusSearch(); });
     if (wasShown) {
         return;
     }
@@ -178,7 +173,7 @@ void LauncherWindowController::fadeEnded() {
     window_.forgetBackdrop();
     services_.queue.thenAfter(showing_, settled, [this] {
         backdrop_.reset();
-        qCDebug(backdropLog, "the earlier picture serves no more");
+        qCDebug(windowLog, "the earlier backdrop is dropped");
     });
     if (opening_) {
         opening_->fadeIsOver = true;
@@ -194,11 +189,12 @@ void LauncherWindowController::openWhenReady() {
 }
 
 void LauncherWindowController::open(const QString& path, const QString& token) {
-    services_.opener.open(path, token, [self = QPointer(this)](bool started) {
-        if (!started && self != nullptr) {
-            self->services_.windows.beep();
+    services_.opener.open(path, token, context_.bind([this, path](bool started) {
+        if (!started) {
+            qCDebug(windowLog) << "could not open" << path;
+            services_.windows.beep();
         }
-    });
+    }));
 }
 
 bool LauncherWindowController::eventFilter(QObject* watched, QEvent* event) {

@@ -117,7 +117,8 @@ private:
     bool isShown_ = false;
     double withdrawnAt_ = -1; // on the queue's clock; negative: not yet
     std::optional<Opening> opening_;
-    Context showing_; // of what ends the latest showing: a later one overtakes it
+    Context showing_; // for the end of the latest showing; reset by the next one
+    Context context_;
 };
 
 } // namespace amberquill

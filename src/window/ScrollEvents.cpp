@@ -9,7 +9,7 @@ namespace amberquill {
 
 namespace {
 
-Q_LOGGING_CATEGORY(log, "amberquill.scroll", QtCriticalMsg)
+Q_LOGGING_CATEGORY(scrollLog, "amberquill.window", QtCriticalMsg)
 
 // Qt counts a notch as fifteen degrees, in eighths of a degree.
 constexpr double angleOfNotch = 120;
@@ -73,10 +73,6 @@ ScrollEvents::ScrollEvents(MainQueue& queue, const ScrollDevices& devices, Handl
     , devices_(devices)
     , handler_(std::move(handler)) {}
 
-ScrollEvents::~ScrollEvents() {
-    pendingEnd_.cancel();
-}
-
 void ScrollEvents::handle(const QWheelEvent& event) {
     const double now = queue_.now();
     const ScrollDevice& device = deviceOf(event, now);
@@ -120,7 +116,7 @@ QPointF ScrollEvents::points(const QWheelEvent& event, const ScrollDevice& devic
 
 void ScrollEvents::turnWheel(const QWheelEvent& event, double now) {
     if (const auto whole = notches_.add(notches(event), now)) {
-        qCDebug(log, "a wheel turns by a notch");
+        qCDebug(scrollLog, "a wheel turns by a notch");
         handler_({*whole, false, ScrollEvent::Phase::None, false});
     }
 }
@@ -166,18 +162,17 @@ void ScrollEvents::begin(Swipe kind) {
     pendingEnd_.cancel();
     swipe_ = kind;
     toldPixels_ = false;
-    qCDebug(log, "a swipe begins");
+    qCDebug(scrollLog, "a swipe begins");
     handler_(fingers(ScrollEvent::Phase::Began));
 }
 
 void ScrollEvents::end() {
     swipe_ = Swipe::None;
-    qCDebug(log, "a swipe ends");
+    qCDebug(scrollLog, "a swipe ends");
     handler_(fingers(ScrollEvent::Phase::Ended));
 }
 
 void ScrollEvents::endAfterPause() {
-    pendingEnd_.cancel();
     pendingEnd_ = queue_.postAfter(pause, [this] { end(); });
 }
 

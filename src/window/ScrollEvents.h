@@ -60,10 +60,6 @@ public:
 
     // `queue` and `devices` outlive this object. `handler` is called from handle() and from the queue.
     ScrollEvents(MainQueue& queue, const ScrollDevices& devices, Handler handler);
-    ~ScrollEvents();
-
-    ScrollEvents(const ScrollEvents&) = delete;
-    ScrollEvents& operator=(const ScrollEvents&) = delete;
 
     void handle(const QWheelEvent& event);
 
@@ -92,10 +88,10 @@ private:
     WheelNotches notches_;
     Swipe swipe_ = Swipe::None;
     bool toldPixels_ = false; // in this swipe
-    DelayedWork pendingEnd_;
     qint64 deviceId_ = -1;
     ScrollDevice device_;
     double lastEvent_ = -1e9;
+    DelayedWork pendingEnd_;
 };
 
 } // namespace amberquill

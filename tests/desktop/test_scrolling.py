@@ -5,9 +5,9 @@ from harness.pointers import HORIZONTAL, VERTICAL, WaylandPointer
 from launcher import Applications, LauncherTestCase
 from launcher.case import WINDOW_CLASS
 
-LOGGED = {"QT_LOGGING_RULES": "amberquill.scroll.debug=true"}
-NOTCH = "amberquill.scroll: a wheel turns by a notch"
-END = "amberquill.scroll: a swipe ends"
+LOGGED = {"QT_LOGGING_RULES": "amberquill.window.debug=true"}
+NOTCH = "amberquill.window: a wheel turns by a notch"
+END = "amberquill.window: a swipe ends"
 
 
 class OnX11(LauncherTestCase):

@@ -39,7 +39,7 @@ public:
 
     void open() {
         makeModel();
-        window_ = std::make_unique<LauncherWindow>(*model_, true);
+        window_ = std::make_unique<LauncherWindow>(*model_, queue_, true);
         if (screen_ != nullptr) {
             window_->setScreen(screen_);
             window_->setPosition(screen_->geometry().topLeft()); // or it would be moved off again
@@ -148,8 +148,6 @@ public:
     // Until everything rests, the neighbours of the page shown are made and every icon is there.
     void settle() {
         advance(2);
-        QCoreApplication::processEvents();
-        window_->rootObject()->property("tiles").value<TileModel*>()->settleNow();
         finishIcons();
     }
 

@@ -3,8 +3,8 @@
 import math
 
 # The launcher shown again right after it went has its earlier background; this line says when that ends.
-LOGGED = {"QT_LOGGING_RULES": "amberquill.backdrop.debug=true"}
-FORGOTTEN = "amberquill.backdrop: the earlier picture serves no more"
+LOGGED = {"QT_LOGGING_RULES": "amberquill.window.debug=true"}
+FORGOTTEN = "amberquill.window: the earlier backdrop is dropped"
 
 THEMES = {
     "blue": ((0.18, 0.35, 0.63), (0.04, 0.10, 0.28)),

@@ -19,7 +19,7 @@ protected:
         shownWith(10 * perPage);
         model_->setPresented(true);
         cache_.serveFrom(&icons_, &queue_);
-        tiles_ = std::make_unique<TileModel>(*model_);
+        tiles_ = std::make_unique<TileModel>(*model_, queue_);
         wanted_ = std::make_unique<WantedIcons>(*model_, *tiles_, cache_);
     }
 
