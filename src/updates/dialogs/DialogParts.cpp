@@ -10,14 +10,11 @@ namespace amberquill {
 
 namespace {
 
-// The edge of the program's picture, in points.
-constexpr int pictureEdge = 64;
-
-// A message's lines, in points.
+// In points.
+constexpr int iconSize = 64;
 constexpr int messageWidth = 300;
 
-// Letters; no version has as many.
-constexpr qsizetype longestVersion = 40;
+constexpr qsizetype maximumVersionLength = 40;
 
 QFont bold(QFont font) {
     font.setBold(true);
@@ -26,9 +23,9 @@ QFont bold(QFont font) {
 
 } // namespace
 
-QLabel* programPicture(const QWidget& dialog) {
+QLabel* programIcon(const QWidget& dialog) {
     auto* label = new QLabel;
-    label->setPixmap(applicationPixmap(pictureEdge, dialog.devicePixelRatio()));
+    label->setPixmap(applicationPixmap(iconSize, dialog.devicePixelRatio()));
     return label;
 }
 
@@ -50,23 +47,23 @@ std::unique_ptr<QMessageBox> messageBox(const QString& message, const QString& i
     auto box = std::make_unique<QMessageBox>(QMessageBox::NoIcon, QStringLiteral("Amberquill"), message);
     box->setInformativeText(informativeText);
     for (QLabel* label : box->findChildren<QLabel*>()) {
-        label->setTextFormat(Qt::PlainText); // the box's own switch for that leaves the informative text out
+        label->setTextFormat(Qt::PlainText); // QMessageBox::setTextFormat does not reach the informative text
         if (label->text() == message) {
             label->setFont(bold(label->font()));
         } else if (label->text() == informativeText) {
             label->setMinimumWidth(messageWidth);
         }
     }
-    box->setIconPixmap(applicationPixmap(pictureEdge, box->devicePixelRatio()));
+    box->setIconPixmap(applicationPixmap(iconSize, box->devicePixelRatio()));
     return box;
 }
 
 QString shownVersion(const QString& version) {
     QString shown;
-    for (const QChar letter : version.left(longestVersion)) {
-        // Marks that turn the direction of what follows would write the sentence anew.
-        if (letter.isPrint() && letter.category() != QChar::Other_Format) {
-            shown += letter;
+    for (const QChar character : version.left(maximumVersionLength)) {
+        // Bidirectional formatting characters would change how the sentence around the version reads.
+        if (character.isPrint() && character.category() != QChar::Other_Format) {
+            shown += character;
         }
     }
     return shown.simplified();

@@ -9,21 +9,21 @@ class QWidget;
 
 namespace amberquill {
 
-// What the updater's dialogs are made of. The caller's layout takes what is returned.
+// Parts of the updater's dialogs. The caller owns them.
 
-// The program's picture at the resolution of the dialog's screen.
-[[nodiscard]] QLabel* programPicture(const QWidget& dialog);
+// The program's icon at the resolution of the dialog's screen.
+[[nodiscard]] QLabel* programIcon(const QWidget& dialog);
 
-// Text in lines as wide as the dialog, shown letter by letter: nothing in it is markup.
+// Plain text, never markup, in lines as wide as the dialog.
 [[nodiscard]] QLabel* plainText(const QString& text);
 
 // The same in bold.
 [[nodiscard]] QLabel* headline(const QString& text);
 
-// A message with the program's picture. It has no buttons yet.
+// A message with the program's icon and without buttons.
 [[nodiscard]] std::unique_ptr<QMessageBox> messageBox(const QString& message, const QString& informativeText);
 
-// A version from outside, as short as versions are and in one line.
+// A version from a feed or a bundle for display: one line, cut off at a plausible length.
 [[nodiscard]] QString shownVersion(const QString& version);
 
 } // namespace amberquill

@@ -14,18 +14,18 @@ class MainQueue;
 class Preferences;
 class ProgramInstaller;
 
-// The program's updates as a whole: the updater, its dialogs and its front, tied to each other. Making it
-// reads what the bundle says and touches no network. Main thread only.
+// Creates and connects the updater, its dialogs and the UpdateChecker. The constructor reads the bundle's
+// keys and does not use the network. Main thread only.
 class ProgramUpdates final {
 public:
-    // All of it outlives the updates; the installer the queue's background work too.
+    // All references outlive this object. The installer also outlives the queue's background work.
     struct Services {
         MainQueue& queue;
         Preferences& preferences;
         ProgramInstaller& installer;
         const MainBundle& bundle;
-        QString downloadFolder;       // absolute; of no other use
-        std::function<bool()> isBusy; // whether the user is in the midst of something
+        QString downloadFolder;       // absolute, used for nothing else
+        std::function<bool()> isBusy; // whether a dialog would interrupt the user
         UpdateDialogs::Services dialogs;
         std::function<void()> quit;
     };
@@ -36,7 +36,7 @@ public:
     ProgramUpdates(const ProgramUpdates&) = delete;
     ProgramUpdates& operator=(const ProgramUpdates&) = delete;
 
-    // From now on checks are made by themselves, where that is wanted. Nothing is fetched at once.
+    // Starts scheduled checks, if they are on. Fetches nothing at once.
     void start();
 
     [[nodiscard]] UpdateChecker& checker();

@@ -11,7 +11,7 @@ namespace amberquill {
 
 namespace {
 
-// Among the flows with windows of their own.
+// The updater's name in LauncherWindowController::auxiliaryFlows().
 const QString flow = QStringLiteral("updates");
 
 void endFlow() {

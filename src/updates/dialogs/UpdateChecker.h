@@ -11,11 +11,11 @@ class QMenu;
 
 namespace amberquill {
 
-// The front of the updater: its entries in the menus, the check by hand, and the launcher kept out of the way
-// of the updater's windows. Main thread only.
+// The updater's menu entries and the check that the user asks for. Hides the launcher while the updater shows
+// windows. Main thread only.
 class UpdateChecker final : public UpdaterDelegate {
 public:
-    // What of the updater it needs.
+    // Functions of the updater.
     struct UpdaterControls {
         std::function<bool()> automaticallyChecks;
         std::function<void(bool)> setAutomaticallyChecks;
@@ -24,10 +24,10 @@ public:
 
     struct Services {
         BundleKeys keys;
-        // Fetches the address once and tells what came.
+        // Fetches the address once.
         std::function<void(const QUrl& address, std::function<void(const Fetched&)> done)> fetch;
         std::function<void()> bringToFront;
-        // The alert that this version is the latest; `closed` once it is answered.
+        // Shows the alert that this version is the latest; calls `closed` after it was closed.
         std::function<void(const QString& version, std::function<void()> closed)> alertUpToDate;
     };
 
@@ -35,16 +35,16 @@ public:
 
     [[nodiscard]] const BundleKeys& keys() const { return services_.keys; }
 
-    // Before anything else is called.
+    // Called before any other function.
     void setControls(UpdaterControls controls) { controls_ = std::move(controls); }
 
-    // Hides the launcher; set by who has one.
+    // Hides the launcher; may be empty.
     std::function<void()> hideLauncher;
 
-    // Appends its two entries.
+    // Appends the two entries.
     void addItems(QMenu& menu);
 
-    // A check by hand. A feed that cannot be reached counts as one without anything new.
+    // A check by the user. If the feed cannot be reached, shows the alert that the program is up to date.
     void checkNow();
 
     void standardUserDriverWillHandleShowingUpdate(bool handlesShowingUpdate, const FeedItem& update,

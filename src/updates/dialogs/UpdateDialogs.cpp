@@ -50,8 +50,8 @@ std::unique_ptr<QMessageBox> upToDateBox(const QString& version) {
     return box;
 }
 
-// Without an answer.
-void takeAway(QDialog* dialog) {
+// Closes the dialog without an answer.
+void discard(QDialog* dialog) {
     if (dialog != nullptr) {
         dialog->hide();
         dialog->deleteLater();
@@ -70,7 +70,7 @@ UpdateDialogs::~UpdateDialogs() {
 
 template<typename Dialog>
 Dialog& UpdateDialogs::put(std::unique_ptr<Dialog> dialog, DialogAttention attention) {
-    takeAway(dialog_);
+    discard(dialog_);
     dialog_ = dialog.get();
     presentDialog(*dialog, services_.launcher(), attention);
     return *dialog.release(); // it deletes itself
@@ -92,8 +92,8 @@ UpdateProgressDialog& UpdateDialogs::progress() {
     if (shown != nullptr && shown->isVisible()) {
         return *shown;
     }
-    return put(std::make_unique<UpdateProgressDialog>(
-                   UpdateProgressDialog::Answers{answers_.pause, answers_.resume, answers_.cancel}),
+    return put(std::make_unique<UpdateProgressDialog>(UpdateProgressDialog::Answers{
+                   .pause = answers_.pause, .resume = answers_.resume, .cancel = answers_.cancel}),
                DialogAttention::Given);
 }
 
@@ -103,15 +103,15 @@ void UpdateDialogs::showChecking() {
 
 void UpdateDialogs::showUpdateFound(const UpdateOffer& offer) {
     const QUrl page = offer.page();
-    // Who has asked sees that a check is made.
-    const bool wasAskedFor = qobject_cast<UpdateProgressDialog*>(dialog_.data()) != nullptr;
+    // Only a check by the user shows its progress.
+    const bool isUserInitiated = qobject_cast<UpdateProgressDialog*>(dialog_.data()) != nullptr;
     const FoundUpdate found{
         .version = offer.item.shownVersion(),
-        .ownVersion = offer.installedVersion,
+        .installedVersion = offer.installedVersion,
         .notes = offer.item.releaseNotes,
         .canInstall = offer.installKind == InstallKind::image,
         .hasPage = page.scheme() == QStringLiteral("https"),
-        .wasAskedFor = wasAskedFor,
+        .isUserInitiated = isUserInitiated,
     };
     const auto chosen = [this](UpdateChoice choice) {
         switch (choice) {
@@ -127,8 +127,9 @@ void UpdateDialogs::showUpdateFound(const UpdateOffer& offer) {
         }
     };
     const auto openPage = [this, page] { services_.openPage(page, *dialog_->windowHandle()); };
-    put(std::make_unique<UpdateFoundDialog>(found, UpdateFoundDialog::Answers{chosen, openPage}),
-        wasAskedFor ? DialogAttention::Given : DialogAttention::Awaited);
+    put(std::make_unique<UpdateFoundDialog>(
+            found, UpdateFoundDialog::Answers{.chosen = chosen, .openPage = openPage}),
+        isUserInitiated ? DialogAttention::Given : DialogAttention::Awaited);
 }
 
 void UpdateDialogs::showNoUpdate(const QString& installedVersion) {
@@ -174,7 +175,7 @@ void UpdateDialogs::bringToFront() {
 }
 
 void UpdateDialogs::dismiss() {
-    takeAway(dialog_);
+    discard(dialog_);
     dialog_ = nullptr;
 }
 

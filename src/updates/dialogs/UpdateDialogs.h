@@ -15,19 +15,19 @@ class QWindow;
 
 namespace amberquill {
 
-// The updater's windows. Of what the updater shows there is one at a time; the alert that there is nothing
-// new stands apart from it. Main thread only.
+// The updater's windows: one at a time, and independently of it the alert that the program is up to date.
+// Main thread only.
 class UpdateDialogs final : public QObject, public UpdaterUserInterface {
     Q_OBJECT
 
 public:
     struct Services {
-        std::function<QWindow*()> launcher; // the window to stand above; null: it is not on the screen
-        // Shows a page of the web; `from` is where it was asked for.
+        std::function<QWindow*()> launcher; // the window below the dialogs; null: it is not shown
+        // Opens a web page; `from` is the window with the button.
         std::function<void(const QUrl& page, QWindow& from)> openPage;
     };
 
-    // What the user says, of the updater's functions of these names.
+    // The updater's functions of the same names.
     struct Answers {
         std::function<void()> install;
         std::function<void()> later;
@@ -47,8 +47,8 @@ public:
 
     void setAnswers(Answers answers) { answers_ = std::move(answers); }
 
-    // The alert that this version is the latest one. `closed` is called once it is answered. While it is up,
-    // another call brings it to the front and is answered with it.
+    // The alert that this version is the latest. Calls `closed` after the alert was closed. While the alert
+    // is open, another call brings it to the front, and both `closed` are called.
     void alertUpToDate(const QString& version, std::function<void()> closed);
 
     void showChecking() override;

@@ -13,15 +13,15 @@ namespace amberquill {
 
 namespace {
 
-// The notes' area, in points. It grows with the dialog.
+// The smallest size of the notes' area, in points.
 constexpr QSize notesSize{440, 170};
 
-// Letters of the notes that are shown: more than anybody reads, and few enough to be laid out at once.
-constexpr qsizetype longestNotes = 20'000;
+// Characters of the notes that are shown. The layout of much longer texts takes noticeable time.
+constexpr qsizetype maximumNotes = 20'000;
 
 QPlainTextEdit* notesArea(const QString& notes) {
     auto* area = new QPlainTextEdit;
-    area->setPlainText(notes.size() > longestNotes ? notes.left(longestNotes) + u'…' : notes);
+    area->setPlainText(notes.size() > maximumNotes ? notes.left(maximumNotes) + u'…' : notes);
     area->setReadOnly(true);
     area->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     area->setTabChangesFocus(true);
@@ -39,7 +39,7 @@ UpdateFoundDialog::UpdateFoundDialog(const FoundUpdate& update, const Answers& a
 void UpdateFoundDialog::arrange(const FoundUpdate& update, const Answers& answers) {
     setWindowTitle(QStringLiteral("Amberquill"));
     const QString message = updateText(UpdateText::FoundMessage)
-                                .arg(shownVersion(update.version), shownVersion(update.ownVersion));
+                                .arg(shownVersion(update.version), shownVersion(update.installedVersion));
 
     auto* texts = new QVBoxLayout;
     texts->addWidget(headline(updateText(UpdateText::FoundTitle)));
@@ -60,7 +60,7 @@ void UpdateFoundDialog::arrange(const FoundUpdate& update, const Answers& answer
     }
 
     auto* upper = new QHBoxLayout;
-    upper->addWidget(programPicture(*this), 0, Qt::AlignTop);
+    upper->addWidget(programIcon(*this), 0, Qt::AlignTop);
     upper->addSpacing(upper->spacing());
     upper->addLayout(texts, 1);
 
@@ -89,11 +89,11 @@ void UpdateFoundDialog::arrange(const FoundUpdate& update, const Answers& answer
     setAccessibleName(updateText(UpdateText::FoundTitle));
     setAccessibleDescription(message);
 
-    if (update.wasAskedFor) {
+    if (update.isUserInitiated) {
         main->setDefault(true);
         main->setFocus();
     } else {
-        // Who types something else just now answers nothing by it.
+        // The dialog appears on its own: Return or Space, typed for another window, must not install.
         later->setFocus();
     }
 }

@@ -7,32 +7,31 @@ class QPushButton;
 
 namespace amberquill {
 
-// What a person wants to be done with a new version.
+// The user's answer to a new version.
 enum class UpdateChoice {
     Skip,    // never offer it again
     Later,   // offer it again another time
-    Install, // fetch it and put it in place
+    Install, // download and install it
 };
 
-// A new version, as a person is told of it. All texts come from outside and are shown as they are.
+// The texts come from the feed and are shown as plain text.
 struct FoundUpdate {
     QString version;
-    QString ownVersion;
-    QString notes;           // plain text; empty: there are none
-    bool canInstall = true;  // the program can replace itself
-    bool hasPage = false;    // there is a page that can be opened instead
-    bool wasAskedFor = true; // by a person, who waits for the answer
+    QString installedVersion;
+    QString notes;               // empty: there are none
+    bool canInstall = true;      // the program can replace itself
+    bool hasPage = false;        // there is a page to open
+    bool isUserInitiated = true; // the user asked for the check
 };
 
-// Tells of a new version and asks what to do with it. Closing it any other way than by one of its buttons
-// means later, and so does opening the page that has it.
+// Shows a new version and asks what to do. Closing the dialog and opening the version's page mean Later.
 class UpdateFoundDialog final : public QDialog {
     Q_OBJECT
 
 public:
     struct Answers {
-        std::function<void(UpdateChoice)> chosen; // called once, when the dialog has been closed
-        std::function<void()> openPage;           // before that, while the dialog is still there
+        std::function<void(UpdateChoice)> chosen; // called once, after the dialog was closed
+        std::function<void()> openPage;           // called before, while the dialog is visible
     };
 
     UpdateFoundDialog(const FoundUpdate& update, const Answers& answers);

@@ -17,11 +17,10 @@ namespace amberquill {
 
 namespace {
 
-// The bar's width, in points.
-constexpr int barWidth = 320;
+constexpr int barWidth = 320; // in points
 
-// What a whole download is on the bar, whose own numbers are too small for bytes.
-constexpr int wholeBar = 1000;
+// The bar's range. Its int values are too small for bytes.
+constexpr int barMaximum = 1000;
 
 QString amountText(qint64 received, qint64 length) {
     const QLocale locale;
@@ -58,7 +57,7 @@ void UpdateProgressDialog::arrange() {
     texts->addWidget(amount_);
     texts->addStretch(1);
     auto* upper = new QHBoxLayout;
-    upper->addWidget(programPicture(*this), 0, Qt::AlignTop);
+    upper->addWidget(programIcon(*this), 0, Qt::AlignTop);
     upper->addSpacing(upper->spacing());
     upper->addLayout(texts, 1);
     auto* buttons = new QHBoxLayout;
@@ -114,8 +113,8 @@ void UpdateProgressDialog::showStep(const QString& text) {
 void UpdateProgressDialog::showAmount(qint64 received, qint64 length) {
     if (length > 0) {
         const double part = static_cast<double>(received) / static_cast<double>(length);
-        bar_->setRange(0, wholeBar);
-        bar_->setValue(static_cast<int>(std::clamp(part, 0.0, 1.0) * wholeBar));
+        bar_->setRange(0, barMaximum);
+        bar_->setValue(static_cast<int>(std::clamp(part, 0.0, 1.0) * barMaximum));
     } else {
         bar_->setRange(0, 0);
     }

@@ -9,12 +9,12 @@ class QPushButton;
 
 namespace amberquill {
 
-// What the updater is doing while a person waits for it. Closing it is its button "Cancel".
+// The updater's current step. Closing the dialog is the same as its button "Cancel".
 class UpdateProgressDialog final : public QDialog {
     Q_OBJECT
 
 public:
-    // What a person does with it. `cancel` is called at most once, and then the dialog is closed.
+    // `cancel` is called at most once, after the dialog was closed.
     struct Answers {
         std::function<void()> pause;
         std::function<void()> resume;
@@ -24,10 +24,10 @@ public:
     explicit UpdateProgressDialog(Answers answers);
 
     void showChecking();
-    // Bytes; a length that is not positive is not known.
+    // In bytes; a length of 0 or less is unknown.
     void showDownload(qint64 received, qint64 length);
     void showPaused(qint64 received, qint64 length);
-    // From here on nothing can be stopped: closing the dialog only takes it away.
+    // The installation cannot be cancelled: from now on closing the dialog only hides it.
     void showInstalling();
 
     void reject() override;

@@ -10,12 +10,12 @@ namespace amberquill {
 
 class MainBundle;
 
-// What the launcher's own bundle says that concerns updates.
+// The keys of the program's own bundle that concern updates.
 struct BundleKeys {
-    QString version;                    // what versions are compared with; as shown where it has no other
-    QString shownVersion;               // what people are shown; "0" where it says none
-    std::optional<QUrl> feedAddress;    // none: not there, or no absolute URL
-    std::optional<PublicKey> publicKey; // none: not there, or no key
+    QString version;                    // to compare with others; the shown one if there is no other
+    QString shownVersion;               // "0" if there is none
+    std::optional<QUrl> feedAddress;    // none: missing, or not an absolute URL
+    std::optional<PublicKey> publicKey; // none: missing, or invalid
 };
 
 [[nodiscard]] BundleKeys readBundleKeys(const MainBundle& bundle);

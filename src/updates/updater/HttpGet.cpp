@@ -4,7 +4,6 @@
 
 #include <QLoggingCategory>
 #include <QNetworkAccessManager>
-#include <QNetworkProxy>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <array>
@@ -85,7 +84,6 @@ HttpGet::~HttpGet() = default;
 // All signals are queued, so that a callback may destroy the reply that sent one.
 void HttpGet::request(const QUrl& address) {
     visited_.insert(address);
-    network_->setProxy(isLoopback(address) ? QNetworkProxy::NoProxy : QNetworkProxy::DefaultProxy);
     reply_.reset(network_->get(requestFor(address, headers_)));
     reply_->setReadBufferSize(readBufferBytes);
     connect(reply_.get(), &QNetworkReply::metaDataChanged, this, &HttpGet::readHead, Qt::QueuedConnection);

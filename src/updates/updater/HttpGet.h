@@ -37,7 +37,7 @@ struct Timeouts {
 };
 
 // One GET request (RFC 9110) that follows the redirects that mayLeadTo() allows. No cookies, passwords or
-// caches; a proxy is never asked for an address of this machine. Main thread only.
+// caches; Qt uses no proxy for addresses of this machine. Main thread only.
 //
 // No callback runs before the event loop does. Each may destroy this object, which ends the request.
 class HttpGet final : public QObject {

@@ -3,20 +3,19 @@
 #include <QString>
 #include <QStringView>
 
-// Texts of a feed as people may be shown them: plain, and with nothing in them that only a machine reads.
+// Plain text for display from the texts of a feed. Limits count UTF-16 units; control and bidirectional
+// formatting characters are removed.
 namespace amberquill {
 
-// One line: white space of any kind and length is one space; at most `limit` UTF-16 units.
+// One line: each run of white space becomes one space.
 [[nodiscard]] QString plainLine(QStringView text, qsizetype limit);
 
-// Several lines, as they were written; at most `limit` UTF-16 units.
+// Keeps the lines of the text.
 [[nodiscard]] QString plainLines(QStringView text, qsizetype limit);
 
-// What a text that is HTML says: its tags, comments, scripts and style sheets are taken out, blocks stand on
-// lines of their own, points of lists get a bullet, and character references become characters. Nothing of it
-// is acted on. Time and memory grow with the text's length, whatever is in it; at most `limit` UTF-16 units.
-// `searched`, where it is given: how many letters were searched for where something begins or ends, each as
-// often as it was.
+// The text of HTML: removes tags, comments, scripts and style sheets; starts a line for each block, with a
+// bullet for list items; replaces character references. Loads nothing. Time and memory are linear in the
+// length. `searched`, if not null, receives how many characters were searched, repetitions included.
 [[nodiscard]] QString plainTextOfHtml(QStringView html, qsizetype limit, qsizetype* searched = nullptr);
 
 } // namespace amberquill

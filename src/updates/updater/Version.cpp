@@ -5,18 +5,18 @@
 namespace amberquill {
 namespace {
 
-enum class Kind { Letters, Number }; // in the order in which they make a version newer
+enum class Kind { Letters, Number }; // older first
 
 struct Part {
     Kind kind = Kind::Number;
-    QStringView text; // of a number without leading zeros: empty for zero
+    QStringView text; // a number has no leading zeros, so that zero is empty
 };
 
-bool isDigit(QChar letter) {
-    return letter >= QLatin1Char('0') && letter <= QLatin1Char('9');
+bool isDigit(QChar character) {
+    return character >= QLatin1Char('0') && character <= QLatin1Char('9');
 }
 
-// Takes the next part off the text; what is missing at its end is a zero.
+// Removes the first part from the text. At the end of the text it is zero.
 Part takePart(QStringView& rest) {
     const auto* const start =
         std::find_if(rest.begin(), rest.end(), [](QChar c) { return isDigit(c) || c.isLetter(); });

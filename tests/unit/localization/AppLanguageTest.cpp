@@ -15,7 +15,7 @@ AppLanguage following(const QStringList& preferred) {
 
 } // namespace
 
-TEST(AppLanguage, EachStoresUnderItsOwnTextAndIsFoundAgain) {
+TEST(AppLanguage, EachHasAStoredText) {
     const QStringList texts = {u"system"_s, u"en"_s, u"it"_s, u"es"_s, u"fr"_s, u"de"_s, u"zh"_s, u"ja"_s};
     ASSERT_EQ(texts.size(), static_cast<qsizetype>(allAppLanguages.size()));
     for (qsizetype i = 0; i < texts.size(); ++i) {
@@ -25,7 +25,7 @@ TEST(AppLanguage, EachStoresUnderItsOwnTextAndIsFoundAgain) {
     }
 }
 
-TEST(AppLanguage, TheStoredTextIsComparedToTheLetter) {
+TEST(AppLanguage, TheStoredTextIsCaseSensitive) {
     EXPECT_EQ(appLanguage(u"EN"_s), std::nullopt);
     EXPECT_EQ(appLanguage(u"pt"_s), std::nullopt);
     EXPECT_EQ(appLanguage(QString()), std::nullopt);
@@ -36,18 +36,18 @@ TEST(FromSystem, TheFirstTwoCharactersOfATagDecide) {
     EXPECT_EQ(following({u"zh-Hant-TW"_s, u"en"_s}), AppLanguage::Chinese);
 }
 
-TEST(FromSystem, UnknownLanguagesArePassedOver) {
+TEST(FromSystem, UnknownLanguagesAreSkipped) {
     EXPECT_EQ(following({u"pt-BR"_s, u"fr-FR"_s}), AppLanguage::French);
     EXPECT_EQ(following({u"x"_s, u""_s, u"ja"_s}), AppLanguage::Japanese);
 }
 
-TEST(FromSystem, NothingKnownIsEnglish) {
+TEST(FromSystem, WithoutAKnownLanguageItIsEnglish) {
     EXPECT_EQ(following({u"pt-BR"_s, u"sv"_s}), AppLanguage::English);
     EXPECT_EQ(following({}), AppLanguage::English);
     EXPECT_EQ(following({u"system"_s}), AppLanguage::English);
 }
 
-TEST(FromSystem, ASystemWideListWinsEvenWhenItIsEmpty) {
+TEST(FromSystem, ASystemWideListHasPriorityEvenIfEmpty) {
     FixedSystemLanguages languages({u"fr-FR"_s});
     languages.setSystemWide(QStringList{u"it"_s});
     EXPECT_EQ(fromSystem(languages), AppLanguage::Italian);

@@ -38,7 +38,7 @@ protected:
 
 } // namespace
 
-TEST_F(FrameworkLanguageTest, QtsOwnTextsFollowEveryLanguageAtOnce) {
+TEST_F(FrameworkLanguageTest, QtsTextsFollowTheLanguageAtOnce) {
     const std::map<AppLanguage, QString> texts = {
         {AppLanguage::English, u"Cancel"_s},      {AppLanguage::Italian, u"Annulla"_s},
         {AppLanguage::Spanish, u"Cancelar"_s},    {AppLanguage::French, u"Annuler"_s},
@@ -52,21 +52,21 @@ TEST_F(FrameworkLanguageTest, QtsOwnTextsFollowEveryLanguageAtOnce) {
     }
 }
 
-TEST_F(FrameworkLanguageTest, ChineseIsTheSimplifiedOne) {
+TEST_F(FrameworkLanguageTest, ChineseIsSimplifiedChinese) {
     frameworks_.apply(AppLanguage::Chinese);
     EXPECT_EQ(preferences_.stringList(key), QStringList{u"zh-Hans"_s});
     EXPECT_EQ(QLocale().script(), QLocale::SimplifiedHanScript);
     EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Save"), u"保存"_s);
 }
 
-TEST_F(FrameworkLanguageTest, TheChoiceIsKeptForAsLongAsThereIsOne) {
+TEST_F(FrameworkLanguageTest, TheChoiceIsStored) {
     frameworks_.apply(AppLanguage::Japanese);
     EXPECT_EQ(preferences_.stringList(key), QStringList{u"ja"_s});
     frameworks_.apply(AppLanguage::System);
     EXPECT_FALSE(preferences_.contains(key));
 }
 
-TEST_F(FrameworkLanguageTest, FollowingTheSystemGoesBackToItsLocale) {
+TEST_F(FrameworkLanguageTest, FollowingTheSystemRestoresItsLocale) {
     frameworks_.apply(AppLanguage::French);
     frameworks_.apply(AppLanguage::System);
     EXPECT_EQ(cancelButton(), u"Abbrechen"_s);
@@ -74,7 +74,7 @@ TEST_F(FrameworkLanguageTest, FollowingTheSystemGoesBackToItsLocale) {
     EXPECT_EQ(QLocale().territory(), QLocale::Switzerland);
 }
 
-TEST_F(FrameworkLanguageTest, FollowingTheSystemQtSpeaksTheLanguageThatTheInterfaceSpeaks) {
+TEST_F(FrameworkLanguageTest, FollowingTheSystemQtUsesTheLanguageOfTheInterface) {
     system_.setPreferred({u"pt-BR"_s, u"fr-FR"_s});
     frameworks_.apply(AppLanguage::System);
     EXPECT_EQ(cancelButton(), u"Annuler"_s);
@@ -82,7 +82,7 @@ TEST_F(FrameworkLanguageTest, FollowingTheSystemQtSpeaksTheLanguageThatTheInterf
     EXPECT_EQ(QLocale().language(), QLocale::French);
 }
 
-TEST_F(FrameworkLanguageTest, OfALanguageThatTheInterfaceDoesNotSpeakNothingIsSeen) {
+TEST_F(FrameworkLanguageTest, ALanguageThatTheInterfaceLacksIsNotUsedByQt) {
     system_.setPreferred({u"pl-PL"_s});
     frameworks_.apply(AppLanguage::System);
     EXPECT_EQ(cancelButton(), u"Cancel"_s);
@@ -90,21 +90,21 @@ TEST_F(FrameworkLanguageTest, OfALanguageThatTheInterfaceDoesNotSpeakNothingIsSe
     EXPECT_EQ(QLocale().language(), QLocale::English);
 }
 
-TEST_F(FrameworkLanguageTest, FollowingASystemInTraditionalChineseQtSpeaksTheSimplifiedOne) {
+TEST_F(FrameworkLanguageTest, TraditionalChineseLeadsToSimplifiedChinese) {
     system_.setPreferred({u"zh-Hant-TW"_s});
     frameworks_.apply(AppLanguage::System);
     EXPECT_EQ(QCoreApplication::translate("QPlatformTheme", "Save"), u"保存"_s);
     EXPECT_EQ(QLocale().script(), QLocale::SimplifiedHanScript);
 }
 
-TEST_F(FrameworkLanguageTest, WithoutQtsTranslationsItsTextsStayEnglish) {
+TEST_F(FrameworkLanguageTest, WithoutQtsTranslationsItsTextsAreEnglish) {
     FrameworkLanguage frameworks(preferences_, system_, u"/nowhere"_s);
     frameworks.apply(AppLanguage::German);
     EXPECT_EQ(cancelButton(), u"Cancel"_s);
     EXPECT_EQ(QLocale().language(), QLocale::German);
 }
 
-TEST_F(FrameworkLanguageTest, NothingIsLeftBehindWhenItGoes) {
+TEST_F(FrameworkLanguageTest, ItsDestructionRemovesTheTranslation) {
     {
         FrameworkLanguage frameworks(preferences_, system_);
         frameworks.apply(AppLanguage::German);

@@ -26,7 +26,7 @@ protected:
 
 } // namespace
 
-TEST_F(LTest, EveryTextIsTheOneInTheTranslatorsList) {
+TEST_F(LTest, EveryTextIsTheOneInTheList) {
     const std::map<QString, QString (*)()> accessors = {
         {u"about"_s, &L::about},
         {u"hide"_s, &L::hide},
@@ -90,7 +90,7 @@ TEST_F(LTest, EveryTextIsTheOneInTheTranslatorsList) {
     EXPECT_EQ(lines, textTable().size());
 }
 
-TEST_F(LTest, EveryMessageIsPutTogetherAsInTheTranslatorsList) {
+TEST_F(LTest, EveryMessageIsTheOneInTheList) {
     const std::map<QString, QString (*)()> messages = {
         {u"importMessage"_s, &L::importMessage},
         {u"upToDateMessage"_s, [] { return L::upToDateMessage(u"1.2.3"_s); }},
@@ -111,7 +111,7 @@ TEST_F(LTest, EveryMessageIsPutTogetherAsInTheTranslatorsList) {
     EXPECT_EQ(lines, messages.size());
 }
 
-TEST_F(LTest, FollowingTheSystemAsksItAtEveryLookUp) {
+TEST_F(LTest, FollowingTheSystemAsksItAtEveryLookup) {
     L::setLanguage(AppLanguage::System);
     system_.setPreferred({u"fr-FR"_s, u"en"_s});
     EXPECT_EQ(L::search(), u"Rechercher"_s);
@@ -120,28 +120,28 @@ TEST_F(LTest, FollowingTheSystemAsksItAtEveryLookUp) {
     EXPECT_EQ(L::language(), AppLanguage::System);
 }
 
-TEST_F(LTest, FrenchKeepsItsNoBreakSpaces) {
+TEST_F(LTest, FrenchHasNoBreakSpaces) {
     L::setLanguage(AppLanguage::French);
     EXPECT_TRUE(L::resetTitle().endsWith(u"\u00a0?"_s));
     EXPECT_TRUE(L::importTitle().endsWith(u"\u00a0?"_s));
     EXPECT_TRUE(L::importMessage().contains(u"«\u00a0Autres apps\u00a0»."_s));
 }
 
-TEST_F(LTest, TheImportMessageNamesTheFolderForOtherAppsInTheSameLanguage) {
+TEST_F(LTest, TheImportMessageNamesTheFolderForOtherApps) {
     L::setLanguage(AppLanguage::German);
     EXPECT_TRUE(L::importMessage().endsWith(u"Ordner „Weitere Apps“."_s));
     L::setLanguage(AppLanguage::English);
     EXPECT_TRUE(L::importMessage().endsWith(u"go into the “Other Apps” folder."_s));
 }
 
-TEST_F(LTest, TheUpToDateMessageCarriesTheVersion) {
+TEST_F(LTest, TheUpToDateMessageContainsTheVersion) {
     L::setLanguage(AppLanguage::English);
     EXPECT_EQ(L::upToDateMessage(u"1.2.3"_s), u"Amberquill 1.2.3 is the latest version."_s);
     L::setLanguage(AppLanguage::Italian);
     EXPECT_EQ(L::upToDateMessage(u"1.2.3"_s), u"Amberquill 1.2.3 è l'ultima versione."_s);
 }
 
-TEST_F(LTest, TheStoredChoiceIsLoadedAndAnythingElseFollowsTheSystem) {
+TEST_F(LTest, AnInvalidStoredChoiceFollowsTheSystem) {
     MemoryPreferences preferences;
     L::setLanguage(AppLanguage::German);
     L::loadLanguage(preferences);

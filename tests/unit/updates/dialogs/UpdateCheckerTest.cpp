@@ -26,19 +26,22 @@ protected:
 
     void makeChecker(const QString& feedAddress) {
         keys_.feedAddress = feedAddress.isEmpty() ? std::nullopt : std::optional(QUrl(feedAddress));
-        checker_ = std::make_unique<UpdateChecker>(
-            UpdateChecker::Services{keys_,
-                                    [this](const QUrl& address, std::function<void(const Fetched&)> done) {
-                                        events_ += u"fetch "_s + address.toString();
-                                        fetched_ = std::move(done);
-                                    },
-                                    [this] { events_ += u"front"_s; },
-                                    [this](const QString& version, std::function<void()> closed) {
-                                        events_ += u"alert "_s + version;
-                                        closed_ = std::move(closed);
-                                    }});
-        checker_->setControls({[this] { return isAutomatic_; }, [this](bool on) { isAutomatic_ = on; },
-                               [this] { events_ += u"updater"_s; }});
+        checker_ = std::make_unique<UpdateChecker>(UpdateChecker::Services{
+            .keys = keys_,
+            .fetch =
+                [this](const QUrl& address, std::function<void(const Fetched&)> done) {
+                    events_ += u"fetch "_s + address.toString();
+                    fetched_ = std::move(done);
+                },
+            .bringToFront = [this] { events_ += u"front"_s; },
+            .alertUpToDate =
+                [this](const QString& version, std::function<void()> closed) {
+                    events_ += u"alert "_s + version;
+                    closed_ = std::move(closed);
+                }});
+        checker_->setControls({.automaticallyChecks = [this] { return isAutomatic_; },
+                               .setAutomaticallyChecks = [this](bool on) { isAutomatic_ = on; },
+                               .checkForUpdates = [this] { events_ += u"updater"_s; }});
         checker_->hideLauncher = [this] {
             EXPECT_TRUE(isFlowOn());
             events_ += u"hide"_s;
@@ -63,11 +66,11 @@ protected:
     std::unique_ptr<UpdateChecker> checker_;
 };
 
-const QStringList asked = {u"hide"_s, u"front"_s, u"fetch https://example.org/feed.xml"_s};
+const QStringList fetchEvents = {u"hide"_s, u"front"_s, u"fetch https://example.org/feed.xml"_s};
 
 } // namespace
 
-TEST_F(UpdateCheckerTest, ItHasTwoEntriesInOrderWithoutKeys) {
+TEST_F(UpdateCheckerTest, TheMenuHasTwoEntriesWithoutShortcuts) {
     const auto made = menu();
     ASSERT_EQ(made->actions().size(), 2);
     EXPECT_EQ(made->actions().at(0)->text(), L::checkForUpdates());
@@ -77,10 +80,10 @@ TEST_F(UpdateCheckerTest, ItHasTwoEntriesInOrderWithoutKeys) {
     }
     EXPECT_FALSE(made->actions().at(0)->isCheckable());
     made->actions().at(0)->trigger();
-    EXPECT_EQ(events_, asked);
+    EXPECT_EQ(events_, fetchEvents);
 }
 
-TEST_F(UpdateCheckerTest, TheSwitchShowsAndTurnsWhatIsKept) {
+TEST_F(UpdateCheckerTest, TheSwitchShowsAndTogglesTheSetting) {
     EXPECT_TRUE(menu()->actions().at(1)->isChecked());
     menu()->actions().at(1)->trigger();
     EXPECT_FALSE(isAutomatic_);
@@ -93,18 +96,18 @@ TEST_F(UpdateCheckerTest, TheSwitchShowsAndTurnsWhatIsKept) {
     EXPECT_TRUE(isAutomatic_);
 }
 
-TEST_F(UpdateCheckerTest, AFeedThatIsThereIsHandedToTheUpdater) {
+TEST_F(UpdateCheckerTest, AReachableFeedIsCheckedByTheUpdater) {
     checker_->checkNow();
-    EXPECT_EQ(events_, asked);
+    EXPECT_EQ(events_, fetchEvents);
     EXPECT_TRUE(isFlowOn());
     fetched_(QByteArray("<rss/>"));
-    EXPECT_EQ(events_, asked + QStringList{u"updater"_s});
-    EXPECT_TRUE(isFlowOn()) << "until the updater says that it is over";
+    EXPECT_EQ(events_, fetchEvents + QStringList{u"updater"_s});
+    EXPECT_TRUE(isFlowOn()) << "until the updater ends the cycle";
     checker_->didFinishUpdateCycle(UpdateCheck::UserInitiated, std::nullopt);
     EXPECT_FALSE(isFlowOn());
 }
 
-TEST_F(UpdateCheckerTest, AnythingElseIsReportedAsUpToDate) {
+TEST_F(UpdateCheckerTest, AnUnreachableOrEmptyFeedIsReportedAsUpToDate) {
     for (const Fetched& answer :
          {Fetched(QByteArray()), Fetched(FetchError::BadStatus), Fetched(FetchError::ConnectionFailed),
           Fetched(FetchError::TimedOut), Fetched(FetchError::TooManyRedirects),
@@ -112,14 +115,14 @@ TEST_F(UpdateCheckerTest, AnythingElseIsReportedAsUpToDate) {
         events_.clear();
         checker_->checkNow();
         fetched_(answer);
-        EXPECT_EQ(events_, asked + QStringList{u"alert 1.2"_s});
+        EXPECT_EQ(events_, fetchEvents + QStringList{u"alert 1.2"_s});
         EXPECT_TRUE(isFlowOn());
         closed_();
         EXPECT_FALSE(isFlowOn());
     }
 }
 
-TEST_F(UpdateCheckerTest, WithoutAFeedTheAlertComesAtOnce) {
+TEST_F(UpdateCheckerTest, WithoutAFeedTheAlertIsShownAtOnce) {
     makeChecker({});
     checker_->checkNow();
     EXPECT_EQ(events_, (QStringList{u"hide"_s, u"front"_s, u"alert 1.2"_s}));
@@ -128,7 +131,7 @@ TEST_F(UpdateCheckerTest, WithoutAFeedTheAlertComesAtOnce) {
     EXPECT_FALSE(isFlowOn());
 }
 
-TEST_F(UpdateCheckerTest, WithoutALauncherThereIsNothingToHide) {
+TEST_F(UpdateCheckerTest, WithoutALauncherNothingIsHidden) {
     checker_->hideLauncher = nullptr;
     checker_->checkNow();
     checker_->standardUserDriverWillHandleShowingUpdate(true, {}, UpdateCheck::Scheduled);
@@ -136,23 +139,23 @@ TEST_F(UpdateCheckerTest, WithoutALauncherThereIsNothingToHide) {
     EXPECT_TRUE(isFlowOn());
 }
 
-TEST_F(UpdateCheckerTest, AnUpdateThatIsAboutToBeShownHidesTheLauncher) {
+TEST_F(UpdateCheckerTest, ShowingAnUpdateHidesTheLauncher) {
     checker_->standardUserDriverWillHandleShowingUpdate(true, {}, UpdateCheck::Scheduled);
     EXPECT_EQ(events_, QStringList{u"hide"_s});
     EXPECT_TRUE(isFlowOn());
     checker_->standardUserDriverWillFinishUpdateSession();
     EXPECT_FALSE(isFlowOn());
     checker_->standardUserDriverWillFinishUpdateSession();
-    EXPECT_FALSE(isFlowOn()) << "once more does no harm";
+    EXPECT_FALSE(isFlowOn()) << "a second call is harmless";
 }
 
-TEST_F(UpdateCheckerTest, OneThatIsNotShownChangesNothing) {
+TEST_F(UpdateCheckerTest, AnUpdateThatIsNotShownDoesNothing) {
     checker_->standardUserDriverWillHandleShowingUpdate(false, {}, UpdateCheck::Scheduled);
     EXPECT_TRUE(events_.isEmpty());
     EXPECT_FALSE(isFlowOn());
 }
 
-TEST_F(UpdateCheckerTest, TheEndOfACycleEndsTheFlowWhateverCameOfIt) {
+TEST_F(UpdateCheckerTest, TheEndOfACycleEndsTheFlowWithAnyResult) {
     for (const auto& error : {std::optional<UpdateError>(), std::optional(UpdateError::WrongSignature)}) {
         for (const UpdateCheck check : {UpdateCheck::UserInitiated, UpdateCheck::Scheduled}) {
             checker_->standardUserDriverWillHandleShowingUpdate(true, {}, check);

@@ -25,8 +25,14 @@ protected:
         const auto answer = [this](const char* name) {
             return [this, name] { answers_ += QLatin1String(name); };
         };
-        dialogs_->setAnswers({answer("install"), answer("later"), answer("skip"), answer("acknowledge"),
-                              answer("pause"), answer("resume"), answer("cancel"), answer("restart")});
+        dialogs_->setAnswers({.install = answer("install"),
+                              .later = answer("later"),
+                              .skip = answer("skip"),
+                              .acknowledge = answer("acknowledge"),
+                              .pause = answer("pause"),
+                              .resume = answer("resume"),
+                              .cancel = answer("cancel"),
+                              .restart = answer("restart")});
         offer_.item.version = u"13"_s;
         offer_.item.shortVersion = u"1.3"_s;
         offer_.item.releaseNotes = u"Faster."_s;
@@ -79,17 +85,19 @@ protected:
     QStringList answers_;
     QStringList pages_;
     UpdateOffer offer_;
-    std::unique_ptr<UpdateDialogs> dialogs_ =
-        std::make_unique<UpdateDialogs>(UpdateDialogs::Services{[] { return nullptr; },
-                                                                [this](const QUrl& page, QWindow& from) {
-                                                                    EXPECT_TRUE(from.isVisible());
-                                                                    pages_ += page.toString();
-                                                                }});
+    std::unique_ptr<UpdateDialogs> dialogs_ = std::make_unique<UpdateDialogs>(UpdateDialogs::Services{
+        .launcher = [] { return nullptr; },
+        .openPage =
+            [this](const QUrl& page, QWindow& from) {
+                EXPECT_TRUE(from.isVisible());
+                pages_ += page.toString();
+            },
+    });
 };
 
 } // namespace
 
-TEST_F(UpdateDialogsTest, AnUpdateIsShownWithWhatTheFeedSays) {
+TEST_F(UpdateDialogsTest, AnUpdateIsShownWithBothVersions) {
     dialogs_->showUpdateFound(offer_);
     EXPECT_TRUE(texts().contains(u"Amberquill 1.3 is available. You have version 1.2."_s));
     EXPECT_FALSE(shown()->isModal());
@@ -97,7 +105,7 @@ TEST_F(UpdateDialogsTest, AnUpdateIsShownWithWhatTheFeedSays) {
     EXPECT_TRUE(answers_.isEmpty());
 }
 
-TEST_F(UpdateDialogsTest, EachChoiceIsAnAnswer) {
+TEST_F(UpdateDialogsTest, EachButtonGivesItsAnswer) {
     for (const auto& [title, answer] :
          {std::pair(UpdateText::Skip, u"skip"_s), std::pair(UpdateText::RemindLater, u"later"_s),
           std::pair(UpdateText::Install, u"install"_s)}) {
@@ -109,7 +117,7 @@ TEST_F(UpdateDialogsTest, EachChoiceIsAnAnswer) {
     }
 }
 
-TEST_F(UpdateDialogsTest, OnlyWhoHasAskedIsInterrupted) {
+TEST_F(UpdateDialogsTest, OnlyACheckByTheUserTakesTheFocus) {
     dialogs_->showUpdateFound(offer_);
     EXPECT_TRUE(shown()->testAttribute(Qt::WA_ShowWithoutActivating));
     dialogs_->showChecking();
@@ -117,7 +125,7 @@ TEST_F(UpdateDialogsTest, OnlyWhoHasAskedIsInterrupted) {
     EXPECT_FALSE(shown()->testAttribute(Qt::WA_ShowWithoutActivating));
 }
 
-TEST_F(UpdateDialogsTest, WhereTheProgramCannotReplaceItselfThePageIsOpenedInstead) {
+TEST_F(UpdateDialogsTest, IfTheProgramIsNotAnImageThePageIsOpened) {
     for (const InstallKind kind : {InstallKind::packageManager, InstallKind::other}) {
         pages_.clear();
         answers_.clear();
@@ -130,7 +138,7 @@ TEST_F(UpdateDialogsTest, WhereTheProgramCannotReplaceItselfThePageIsOpenedInste
     }
 }
 
-TEST_F(UpdateDialogsTest, APageThatIsNotSecureIsNotOffered) {
+TEST_F(UpdateDialogsTest, APageWithoutHttpsIsNotOffered) {
     offer_.installKind = InstallKind::packageManager;
     for (const QString& page : {u"http://example.org/"_s, u"file:///etc/passwd"_s, u""_s}) {
         offer_.item.releasePage = QUrl(page);
@@ -141,7 +149,7 @@ TEST_F(UpdateDialogsTest, APageThatIsNotSecureIsNotOffered) {
     }
 }
 
-TEST_F(UpdateDialogsTest, WhatIsReplacedIsNotAnswered) {
+TEST_F(UpdateDialogsTest, AReplacedDialogGivesNoAnswer) {
     dialogs_->showChecking();
     dialogs_->showUpdateFound(offer_);
     dialogs_->showProgress(1, 4);
@@ -164,7 +172,7 @@ TEST_F(UpdateDialogsTest, CheckDownloadAndInstallationAreOneDialog) {
     EXPECT_TRUE(texts().contains(updateText(UpdateText::Installing)));
 }
 
-TEST_F(UpdateDialogsTest, ADownloadIsPausedGoneOnWithAndCancelled) {
+TEST_F(UpdateDialogsTest, ADownloadIsPausedResumedAndCancelled) {
     dialogs_->showProgress(1, 4);
     click(UpdateText::Pause);
     dialogs_->showPaused(1, 4);
@@ -181,7 +189,7 @@ TEST_F(UpdateDialogsTest, ACheckCanBeCancelled) {
     EXPECT_EQ(answers_, QStringList{u"cancel"_s});
 }
 
-TEST_F(UpdateDialogsTest, NothingNewIsSaidInTheAlertsWords) {
+TEST_F(UpdateDialogsTest, NoUpdateIsShownWithTheTextsOfTheAlert) {
     dialogs_->showNoUpdate(u"1.2"_s);
     ASSERT_NE(message(), nullptr);
     EXPECT_EQ(message()->text(), L::upToDate());
@@ -191,8 +199,8 @@ TEST_F(UpdateDialogsTest, NothingNewIsSaidInTheAlertsWords) {
     EXPECT_EQ(answers_, QStringList{u"acknowledge"_s});
 }
 
-TEST_F(UpdateDialogsTest, EveryErrorIsSaidInItsOwnWords) {
-    QSet<QString> said;
+TEST_F(UpdateDialogsTest, EveryErrorHasItsOwnText) {
+    QSet<QString> seen;
     for (const UpdateError error :
          {UpdateError::FeedConnection, UpdateError::FeedContent, UpdateError::NoDownload,
           UpdateError::NoPublicKey, UpdateError::NoSignature, UpdateError::Download, UpdateError::WrongLength,
@@ -201,14 +209,14 @@ TEST_F(UpdateDialogsTest, EveryErrorIsSaidInItsOwnWords) {
         dialogs_->showError(error);
         ASSERT_NE(message(), nullptr);
         EXPECT_EQ(message()->text(), updateText(UpdateText::FailedTitle));
-        EXPECT_FALSE(said.contains(message()->informativeText())) << static_cast<int>(error);
-        said += message()->informativeText();
+        EXPECT_FALSE(seen.contains(message()->informativeText())) << static_cast<int>(error);
+        seen += message()->informativeText();
         message()->close();
         EXPECT_EQ(answers_, QStringList{u"acknowledge"_s});
     }
 }
 
-TEST_F(UpdateDialogsTest, ARestartIsOfferedAndCanWait) {
+TEST_F(UpdateDialogsTest, ARestartIsOfferedAndCanBePostponed) {
     offer_.item.shortVersion = u"<b>1.3</b>"_s;
     dialogs_->showReadyToRestart(offer_.item);
     EXPECT_TRUE(texts().contains(u"Restart Amberquill to use version <b>1.3</b>."_s));
@@ -219,7 +227,7 @@ TEST_F(UpdateDialogsTest, ARestartIsOfferedAndCanWait) {
     EXPECT_EQ(answers_, (QStringList{u"restart"_s, u"later"_s}));
 }
 
-TEST_F(UpdateDialogsTest, TheAlertIsModalAndSaysWhenItIsAnswered) {
+TEST_F(UpdateDialogsTest, TheAlertIsModalAndReportsItsEnd) {
     int closed = 0;
     dialogs_->alertUpToDate(u"1.2"_s, [&closed] { ++closed; });
     ASSERT_NE(message(), nullptr);

@@ -25,8 +25,9 @@ protected:
 
     void show(const FoundUpdate& update) {
         dialog_ = std::make_unique<UpdateFoundDialog>(
-            update, UpdateFoundDialog::Answers{[this](UpdateChoice choice) { choices_.push_back(choice); },
-                                               [this] { pagesOpened_ += dialog_->isVisible() ? 1 : 0; }});
+            update,
+            UpdateFoundDialog::Answers{.chosen = [this](UpdateChoice choice) { choices_.push_back(choice); },
+                                       .openPage = [this] { pagesOpened_ += dialog_->isVisible() ? 1 : 0; }});
         dialog_->show();
     }
 
@@ -58,7 +59,7 @@ protected:
         }
     }
 
-    FoundUpdate update_{.version = u"1.3"_s, .ownVersion = u"1.2"_s, .notes = u"Faster."_s};
+    FoundUpdate update_{.version = u"1.3"_s, .installedVersion = u"1.2"_s, .notes = u"Faster."_s};
     std::unique_ptr<UpdateFoundDialog> dialog_;
     std::vector<UpdateChoice> choices_;
     int pagesOpened_ = 0; // while the dialog was there
@@ -66,7 +67,7 @@ protected:
 
 } // namespace
 
-TEST_F(UpdateFoundDialogTest, ItTellsTheNewVersionAndOurs) {
+TEST_F(UpdateFoundDialogTest, ShowsTheNewAndTheInstalledVersion) {
     show(update_);
     EXPECT_EQ(texts(),
               (QStringList{u"A new version of Amberquill is available"_s,
@@ -75,7 +76,7 @@ TEST_F(UpdateFoundDialogTest, ItTellsTheNewVersionAndOurs) {
     EXPECT_FALSE(dialog_->accessibleName().isEmpty());
 }
 
-TEST_F(UpdateFoundDialogTest, ItsButtonsStandInOrderAndSayWhatWasChosen) {
+TEST_F(UpdateFoundDialogTest, TheButtonsAreInOrderAndGiveTheirChoice) {
     const std::vector<std::pair<UpdateText, UpdateChoice>> expected = {
         {UpdateText::Skip, UpdateChoice::Skip},
         {UpdateText::RemindLater, UpdateChoice::Later},
@@ -103,11 +104,11 @@ TEST_F(UpdateFoundDialogTest, ClosingItMeansLater) {
     EXPECT_EQ(choices_, (std::vector{UpdateChoice::Later, UpdateChoice::Later}));
 }
 
-TEST_F(UpdateFoundDialogTest, ReturnInstallsOnlyWhatWasAskedFor) {
+TEST_F(UpdateFoundDialogTest, ReturnInstallsOnlyAfterACheckByTheUser) {
     show(update_);
     press(Qt::Key_Return);
     EXPECT_EQ(choices_, std::vector{UpdateChoice::Install});
-    update_.wasAskedFor = false;
+    update_.isUserInitiated = false;
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) {
         choices_.clear();
         show(update_);
@@ -116,25 +117,25 @@ TEST_F(UpdateFoundDialogTest, ReturnInstallsOnlyWhatWasAskedFor) {
     }
 }
 
-TEST_F(UpdateFoundDialogTest, ReturnIsTheButtonThatHasTheFocus) {
+TEST_F(UpdateFoundDialogTest, ReturnPressesTheButtonWithTheFocus) {
     show(update_);
     button(UpdateText::Skip)->setFocus();
     press(Qt::Key_Return);
     EXPECT_EQ(choices_, std::vector{UpdateChoice::Skip});
 }
 
-TEST_F(UpdateFoundDialogTest, TheNotesAreLettersAndNothingElse) {
+TEST_F(UpdateFoundDialogTest, TheNotesAreShownAsPlainText) {
     update_.notes = u"<h1>Big</h1><img src=\"file:///etc/passwd\">\n&amp;"_s;
     show(update_);
     auto* notes = dialog_->findChild<QPlainTextEdit*>();
     ASSERT_NE(notes, nullptr);
     EXPECT_EQ(notes->toPlainText(), update_.notes);
     EXPECT_TRUE(notes->isReadOnly());
-    EXPECT_TRUE(notes->tabChangesFocus()) << "the keyboard gets out again";
+    EXPECT_TRUE(notes->tabChangesFocus()) << "Tab leaves the notes";
     EXPECT_EQ(notes->accessibleName(), updateText(UpdateText::ReleaseNotes));
 }
 
-TEST_F(UpdateFoundDialogTest, NotesWithoutAnEndAreCut) {
+TEST_F(UpdateFoundDialogTest, VeryLongNotesAreCutOff) {
     update_.notes = QString(5'000'000, u'x');
     show(update_);
     const QString shown = dialog_->findChild<QPlainTextEdit*>()->toPlainText();
@@ -142,22 +143,22 @@ TEST_F(UpdateFoundDialogTest, NotesWithoutAnEndAreCut) {
     EXPECT_TRUE(shown.endsWith(u'…'));
 }
 
-TEST_F(UpdateFoundDialogTest, WithoutNotesThereIsNoPlaceForThem) {
+TEST_F(UpdateFoundDialogTest, WithoutNotesThereIsNoNotesArea) {
     update_.notes.clear();
     show(update_);
     EXPECT_EQ(dialog_->findChild<QPlainTextEdit*>(), nullptr);
     EXPECT_FALSE(texts().contains(updateText(UpdateText::ReleaseNotes)));
 }
 
-TEST_F(UpdateFoundDialogTest, AVersionFromOutsideIsShortAndTellsNothingElse) {
+TEST_F(UpdateFoundDialogTest, AVersionIsCutOffAndShownAsPlainText) {
     update_.version = u"<b>1</b>\n\u202e"_s + QString(200, u'9');
-    update_.ownVersion = u"%1"_s;
+    update_.installedVersion = u"%1"_s;
     show(update_);
     EXPECT_EQ(texts().at(1),
               u"Amberquill <b>1</b>"_s + QString(30, u'9') + u" is available. You have version %1."_s);
 }
 
-TEST_F(UpdateFoundDialogTest, WhereTheProgramCannotReplaceItselfItSaysSoAndOffersThePage) {
+TEST_F(UpdateFoundDialogTest, AProgramThatIsNotAnImageOffersThePage) {
     update_.canInstall = false;
     update_.hasPage = true;
     show(update_);
@@ -170,7 +171,7 @@ TEST_F(UpdateFoundDialogTest, WhereTheProgramCannotReplaceItselfItSaysSoAndOffer
     EXPECT_FALSE(dialog_->isVisible());
 }
 
-TEST_F(UpdateFoundDialogTest, WithoutAPageNoneIsOffered) {
+TEST_F(UpdateFoundDialogTest, WithoutAPageThereIsNoButtonForIt) {
     update_.canInstall = false;
     show(update_);
     EXPECT_EQ(button(UpdateText::OpenReleasePage), nullptr);

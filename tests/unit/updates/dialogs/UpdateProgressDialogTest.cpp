@@ -51,15 +51,16 @@ protected:
     int cancelled_ = 0;
     int paused_ = 0;
     int resumed_ = 0;
-    UpdateProgressDialog dialog_{UpdateProgressDialog::Answers{[this] { ++paused_; }, [this] { ++resumed_; },
-                                                               [this] { ++cancelled_; }}};
+    UpdateProgressDialog dialog_{UpdateProgressDialog::Answers{.pause = [this] { ++paused_; },
+                                                               .resume = [this] { ++resumed_; },
+                                                               .cancel = [this] { ++cancelled_; }}};
 };
 
 } // namespace
 
-TEST_F(UpdateProgressDialogTest, ItSaysWhatIsBeingDone) {
+TEST_F(UpdateProgressDialogTest, ShowsTheCurrentStep) {
     EXPECT_EQ(texts(), QStringList{u"Checking for updates…"_s});
-    EXPECT_EQ(bar().maximum(), 0) << "nobody knows how long";
+    EXPECT_EQ(bar().maximum(), 0) << "the duration is not known";
     dialog_.showDownload(1'500'000, 6'000'000);
     EXPECT_EQ(texts(), (QStringList{u"Downloading the update…"_s, u"1.5 MB of 6.0 MB"_s}));
     EXPECT_EQ(bar().value() * 4, bar().maximum());
@@ -69,7 +70,7 @@ TEST_F(UpdateProgressDialogTest, ItSaysWhatIsBeingDone) {
     EXPECT_EQ(bar().maximum(), 0);
 }
 
-TEST_F(UpdateProgressDialogTest, SizesBeyondAnyNumberOfTheBarAreShown) {
+TEST_F(UpdateProgressDialogTest, SizesAboveTheBarsRangeAreShown) {
     dialog_.showDownload(40'000'000'000, 50'000'000'000);
     EXPECT_EQ(bar().value() * 5, bar().maximum() * 4);
     dialog_.showDownload(60, 50);
@@ -79,7 +80,7 @@ TEST_F(UpdateProgressDialogTest, SizesBeyondAnyNumberOfTheBarAreShown) {
     EXPECT_EQ(texts().at(1), u"1.5 MB"_s);
 }
 
-TEST_F(UpdateProgressDialogTest, SizesAreWrittenAsTheLanguageDoes) {
+TEST_F(UpdateProgressDialogTest, SizesAreFormattedInTheLanguage) {
     QLocale::setDefault(QLocale(u"de"_s));
     L::setLanguage(AppLanguage::German);
     dialog_.showDownload(1'500'000, 6'000'000);
@@ -103,23 +104,24 @@ TEST_F(UpdateProgressDialogTest, OnlyADownloadCanBePaused) {
     EXPECT_FALSE(button(updateText(UpdateText::Pause)).isVisible());
 }
 
-TEST_F(UpdateProgressDialogTest, CancellingAndClosingAreTheSameAndHappenOnce) {
+TEST_F(UpdateProgressDialogTest, CancellingAndClosingAreTheSame) {
     cancel().click();
     EXPECT_EQ(cancelled_, 1);
     EXPECT_FALSE(dialog_.isVisible());
     dialog_.reject();
     EXPECT_EQ(cancelled_, 1);
     int closed = 0;
-    UpdateProgressDialog other(UpdateProgressDialog::Answers{[] {}, [] {}, [&closed] { ++closed; }});
+    UpdateProgressDialog other(
+        UpdateProgressDialog::Answers{.pause = [] {}, .resume = [] {}, .cancel = [&closed] { ++closed; }});
     other.show();
     other.close();
     EXPECT_EQ(closed, 1);
 }
 
-TEST_F(UpdateProgressDialogTest, AnInstallationIsNotInterruptedByClosingIt) {
+TEST_F(UpdateProgressDialogTest, ClosingDoesNotCancelAnInstallation) {
     dialog_.showInstalling();
     EXPECT_FALSE(cancel().isEnabled());
-    EXPECT_TRUE(dialog_.close()) << "what does not close keeps the program from ending";
+    EXPECT_TRUE(dialog_.close()) << "a dialog that stays open keeps the program from quitting";
     EXPECT_FALSE(dialog_.isVisible());
     EXPECT_EQ(cancelled_, 0);
 }

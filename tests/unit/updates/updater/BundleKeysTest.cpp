@@ -39,7 +39,7 @@ TEST(BundleKeys, AreReadFromTheBundle) {
     EXPECT_EQ(keys.publicKey, key.publicKey());
 }
 
-TEST(BundleKeys, AreNoneWhereThereIsNoBundle) {
+TEST(BundleKeys, AreMissingWithoutABundle) {
     const auto keys = readBundleKeys(NullMainBundle());
     EXPECT_EQ(keys.shownVersion, QStringLiteral("0"));
     EXPECT_EQ(keys.version, QStringLiteral("0"));
@@ -47,13 +47,13 @@ TEST(BundleKeys, AreNoneWhereThereIsNoBundle) {
     EXPECT_EQ(keys.publicKey, std::nullopt);
 }
 
-TEST(BundleKeys, CompareByTheShownVersionWhereThereIsNoOther) {
+TEST(BundleKeys, TheShownVersionIsComparedIfThereIsNoOther) {
     const auto keys =
         readBundleKeys(FixedBundle({{QStringLiteral("CFBundleShortVersionString"), QStringLiteral("1.2")}}));
     EXPECT_EQ(keys.version, QStringLiteral("1.2"));
 }
 
-TEST(BundleKeys, NameNoFeedByWhatIsNoAddress) {
+TEST(BundleKeys, AnInvalidFeedAddressIsIgnored) {
     for (const char* const text : {"", " ", "feed.xml", "//example.org/feed", "https://a b/", "https://[/"}) {
         const auto keys =
             readBundleKeys(FixedBundle({{QStringLiteral("SUFeedURL"), QString::fromLatin1(text)}}));
@@ -61,7 +61,7 @@ TEST(BundleKeys, NameNoFeedByWhatIsNoAddress) {
     }
 }
 
-TEST(BundleKeys, HoldNoKeyThatCannotBeOne) {
+TEST(BundleKeys, AnInvalidPublicKeyIsIgnored) {
     const auto keys =
         readBundleKeys(FixedBundle({{QStringLiteral("SUPublicEDKey"), QStringLiteral("c2hvcnQ=")}}));
     EXPECT_EQ(keys.publicKey, std::nullopt);

@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr double silence = 30;
+constexpr double idleSeconds = 30;
 
 class DownloadTest : public testing::Test {
 protected:
@@ -28,7 +28,7 @@ protected:
         server.serve("/program", [this](const LoopbackServer::Request& request) { return answer(request); });
     }
 
-    // As servers do it: the part that is asked for, if the file is still the one it is a part of.
+    // As servers answer: the range that was requested, if the entity tag is still the same.
     [[nodiscard]] LoopbackServer::Answer answer(const LoopbackServer::Request& request) const {
         const QByteArray range = request.headers.value("range");
         if (range.isEmpty() || request.headers.value("if-range") != tag) {
@@ -42,7 +42,7 @@ protected:
                                                              QByteArray::number(program.size())}});
     }
 
-    // From now on the connection is cut with so many bytes to go.
+    // From now on the connection is cut with so many bytes missing.
     void serveCut(qsizetype missing) {
         server.serve("/program", [this, missing](const LoopbackServer::Request& request) {
             return LoopbackServer::cut(answer(request), missing);
@@ -66,7 +66,7 @@ protected:
         return QDir(folder()).entryList(QDir::Files | QDir::Hidden | QDir::System);
     }
 
-    // What comes of it; none: it is verified.
+    // Runs the download to its end. None: it was verified.
     std::optional<DownloadError> run(Download& download) {
         std::optional<DownloadError> error;
         bool isOver = false;
@@ -76,7 +76,7 @@ protected:
         });
         const auto succeeding = QObject::connect(&download, &Download::verified, [&] { isOver = true; });
         download.start();
-        EXPECT_FALSE(isOver) << "answered from within";
+        EXPECT_FALSE(isOver) << "before start() has returned";
         EXPECT_TRUE(waitUntil([&isOver] { return isOver; }));
         EXPECT_FALSE(download.isUnderWay());
         QObject::disconnect(failing);
@@ -85,7 +85,7 @@ protected:
     }
 
     std::optional<DownloadError> run(const Download::Request& wanted) {
-        Download download(queue, folder(), wanted, silence);
+        Download download(queue, folder(), wanted, idleSeconds);
         return run(download);
     }
 
@@ -105,8 +105,8 @@ protected:
 
 } // namespace
 
-TEST_F(DownloadTest, AFileThatIsWhatWasAnnouncedIsVerified) {
-    Download download(queue, folder(), request(), silence);
+TEST_F(DownloadTest, AFileWithTheAnnouncedLengthAndSignatureIsVerified) {
+    Download download(queue, folder(), request(), idleSeconds);
     qint64 last = 0;
     bool isComplete = false;
     QObject::connect(&download, &Download::progressed, [&](qint64 received, qint64 length) {
@@ -124,8 +124,8 @@ TEST_F(DownloadTest, AFileThatIsWhatWasAnnouncedIsVerified) {
     EXPECT_EQ(filesLeft(), QStringList());
 }
 
-TEST_F(DownloadTest, ItIsNobodyElsesToReadOrChange) {
-    Download download(queue, folder(), request(), silence);
+TEST_F(DownloadTest, TheFileIsPrivateToTheUser) {
+    Download download(queue, folder(), request(), idleSeconds);
     EXPECT_EQ(run(download), std::nullopt);
     constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther |
                             QFile::WriteOther | QFile::ExeOther;
@@ -133,7 +133,7 @@ TEST_F(DownloadTest, ItIsNobodyElsesToReadOrChange) {
     EXPECT_FALSE(QFileInfo(download.path()).permissions() & others);
 }
 
-TEST_F(DownloadTest, AFolderThatOthersCouldEnterIsClosedToThem) {
+TEST_F(DownloadTest, TheFolderIsMadePrivate) {
     tree.makeFolder("cache/updates");
     QFile::setPermissions(folder(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
                                         QFile::ReadOther | QFile::WriteOther | QFile::ExeOther);
@@ -141,39 +141,39 @@ TEST_F(DownloadTest, AFolderThatOthersCouldEnterIsClosedToThem) {
     EXPECT_FALSE(QFileInfo(folder()).permissions() & (QFile::WriteOther | QFile::ExeOther));
 }
 
-TEST_F(DownloadTest, AWrongSignatureIsRefusedAndTheFileDeleted) {
+TEST_F(DownloadTest, AFileWithAWrongSignatureIsDeleted) {
     auto wanted = request();
     wanted.signature.front() ^= 1U;
     EXPECT_EQ(run(wanted), DownloadError::WrongSignature);
     EXPECT_EQ(filesLeft(), QStringList());
 }
 
-TEST_F(DownloadTest, ASignatureOfAnotherKeyIsRefused) {
+TEST_F(DownloadTest, AFileSignedWithAnotherKeyIsDeleted) {
     auto wanted = request();
     wanted.signature = SigningKey(2).sign(program);
     EXPECT_EQ(run(wanted), DownloadError::WrongSignature);
     EXPECT_EQ(filesLeft(), QStringList());
 }
 
-TEST_F(DownloadTest, AnotherFileOfTheSameLengthIsRefused) {
+TEST_F(DownloadTest, AnotherFileOfTheSameLengthIsDeleted) {
     const auto wanted = request();
     program[1000] = '?';
     EXPECT_EQ(run(wanted), DownloadError::WrongSignature);
     EXPECT_EQ(filesLeft(), QStringList());
 }
 
-TEST_F(DownloadTest, AnotherLengthIsRefusedAsSoonAsItIsSaid) {
+TEST_F(DownloadTest, AWrongContentLengthIsRefusedAtOnce) {
     for (const qint64 difference : {-1, 1}) {
         auto wanted = request();
         wanted.length += difference;
-        Download download(queue, folder(), wanted, silence);
+        Download download(queue, folder(), wanted, idleSeconds);
         QObject::connect(&download, &Download::progressed, [](qint64, qint64) { ADD_FAILURE(); });
         EXPECT_EQ(run(download), DownloadError::WrongLength);
         EXPECT_EQ(filesLeft(), QStringList());
     }
 }
 
-TEST_F(DownloadTest, AnotherLengthIsRefusedWhereNoneWasSaid) {
+TEST_F(DownloadTest, AWrongLengthIsRefusedWithoutAContentLength) {
     server.serve("/program",
                  LoopbackServer::Answer{"HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n" + program});
     EXPECT_EQ(run(request()), std::nullopt);
@@ -185,7 +185,7 @@ TEST_F(DownloadTest, AnotherLengthIsRefusedWhereNoneWasSaid) {
     }
 }
 
-TEST_F(DownloadTest, ALengthThatIsNoneOrTooMuchIsRefusedUnasked) {
+TEST_F(DownloadTest, AnInvalidLengthIsRefusedWithoutARequest) {
     for (const qint64 length : {qint64{0}, qint64{-1}, maximumDownloadBytes + 1}) {
         auto wanted = request();
         wanted.length = length;
@@ -194,9 +194,9 @@ TEST_F(DownloadTest, ALengthThatIsNoneOrTooMuchIsRefusedUnasked) {
     EXPECT_TRUE(server.requests().empty());
 }
 
-TEST_F(DownloadTest, GoesOnWhereTheConnectionWasCut) {
+TEST_F(DownloadTest, ResumesAfterTheConnectionWasCut) {
     serveCut(100'000);
-    Download download(queue, folder(), request(), silence);
+    Download download(queue, folder(), request(), idleSeconds);
     EXPECT_EQ(run(download), DownloadError::Connection);
     const qint64 first = download.receivedBytes();
     EXPECT_EQ(first, program.size() - 100'000);
@@ -209,23 +209,23 @@ TEST_F(DownloadTest, GoesOnWhereTheConnectionWasCut) {
     EXPECT_EQ(server.requests().back().headers.value("if-range"), tag);
 }
 
-TEST_F(DownloadTest, GoesOnAfterTheProgramHasEnded) {
+TEST_F(DownloadTest, ResumesAfterARestartOfTheProgram) {
     serveCut(100'000);
     EXPECT_EQ(run(request()), DownloadError::Connection);
     serveWhole();
-    Download next(queue, folder(), request(), silence);
+    Download next(queue, folder(), request(), idleSeconds);
     EXPECT_EQ(run(next), std::nullopt);
     EXPECT_EQ(contentOf(next.path()), program);
     EXPECT_TRUE(server.requests().back().headers.contains("range"));
 }
 
-TEST_F(DownloadTest, GoesOnAfterAPause) {
+TEST_F(DownloadTest, ResumesAfterAPause) {
     const auto half = program.size() / 2;
     server.serve("/program", [this, half](const LoopbackServer::Request& asked) {
         const auto whole = answer(asked);
         return LoopbackServer::hanging(whole, whole.bytes.size() - half);
     });
-    Download download(queue, folder(), request(), silence);
+    Download download(queue, folder(), request(), idleSeconds);
     download.start();
     ASSERT_TRUE(waitUntil([&] { return download.receivedBytes() == program.size() - half; }));
     EXPECT_TRUE(download.isUnderWay());
@@ -237,7 +237,7 @@ TEST_F(DownloadTest, GoesOnAfterAPause) {
     EXPECT_TRUE(server.requests().back().headers.contains("range"));
 }
 
-TEST_F(DownloadTest, IsNotKeptWaitingForTheRest) {
+TEST_F(DownloadTest, TimesOutInTheMiddleOfTheFile) {
     server.serve("/program", [this](const LoopbackServer::Request& asked) {
         return LoopbackServer::hanging(answer(asked), 1000);
     });
@@ -245,17 +245,17 @@ TEST_F(DownloadTest, IsNotKeptWaitingForTheRest) {
     EXPECT_EQ(run(download), DownloadError::Connection);
 }
 
-TEST_F(DownloadTest, IsCheckedAtOnceWhereAllOfItIsThere) {
+TEST_F(DownloadTest, ACompleteFileIsVerifiedWithoutARequest) {
     EXPECT_EQ(run(request()), std::nullopt);
-    Download again(queue, folder(), request(), silence);
+    Download again(queue, folder(), request(), idleSeconds);
     EXPECT_EQ(run(again), std::nullopt);
     EXPECT_EQ(contentOf(again.path()), program);
     EXPECT_EQ(server.requests().size(), 1U);
 }
 
-TEST_F(DownloadTest, StartsOverWhereTheServerHasAnotherFile) {
+TEST_F(DownloadTest, StartsOverIfTheServerHasAnotherFile) {
     serveCut(100'000);
-    Download download(queue, folder(), request(), silence);
+    Download download(queue, folder(), request(), idleSeconds);
     EXPECT_EQ(run(download), DownloadError::Connection);
     tag = "\"two\"";
     serveWhole();
@@ -263,9 +263,9 @@ TEST_F(DownloadTest, StartsOverWhereTheServerHasAnotherFile) {
     EXPECT_EQ(contentOf(download.path()), program);
 }
 
-TEST_F(DownloadTest, StartsOverWhereTheServerSendsAnotherPart) {
+TEST_F(DownloadTest, StartsOverIfTheServerSendsAnotherRange) {
     serveCut(100'000);
-    Download download(queue, folder(), request(), silence);
+    Download download(queue, folder(), request(), idleSeconds);
     EXPECT_EQ(run(download), DownloadError::Connection);
     for (const char* const range : {"bytes 0-9/10", "bytes 5-", "", "nonsense"}) {
         server.serve("/program", [this, range](const LoopbackServer::Request& asked) {
@@ -282,9 +282,9 @@ TEST_F(DownloadTest, StartsOverWhereTheServerSendsAnotherPart) {
     }
 }
 
-TEST_F(DownloadTest, StartsOverWhereThereIsNoSuchPart) {
+TEST_F(DownloadTest, StartsOverIfTheRangeIsNotSatisfiable) {
     serveCut(100'000);
-    Download download(queue, folder(), request(), silence);
+    Download download(queue, folder(), request(), idleSeconds);
     EXPECT_EQ(run(download), DownloadError::Connection);
     server.serve("/program", [this](const LoopbackServer::Request& asked) {
         return asked.headers.contains("range") ? LoopbackServer::answer("416 Range Not Satisfiable", {})
@@ -294,11 +294,11 @@ TEST_F(DownloadTest, StartsOverWhereThereIsNoSuchPart) {
     EXPECT_EQ(contentOf(download.path()), program);
 }
 
-TEST_F(DownloadTest, StartsOverWhereNothingTellsThatItIsTheSameFile) {
+TEST_F(DownloadTest, StartsOverWithoutAStrongEntityTag) {
     for (const char* const weak : {"", "W/\"one\"", "one", "\""}) {
         tag = weak;
         serveCut(100'000);
-        Download download(queue, folder(), request(), silence);
+        Download download(queue, folder(), request(), idleSeconds);
         EXPECT_EQ(run(download), DownloadError::Connection);
         serveWhole();
         EXPECT_EQ(run(download), std::nullopt);
@@ -308,20 +308,20 @@ TEST_F(DownloadTest, StartsOverWhereNothingTellsThatItIsTheSameFile) {
     }
 }
 
-TEST_F(DownloadTest, WhatWasPutTogetherWrongIsRefused) {
+TEST_F(DownloadTest, PartsOfDifferentFilesAreRefused) {
     serveCut(100'000);
     const auto wanted = request();
-    Download download(queue, folder(), wanted, silence);
+    Download download(queue, folder(), wanted, idleSeconds);
     EXPECT_EQ(run(download), DownloadError::Connection);
-    program.fill('?'); // under the same tag
+    program.fill('?'); // with the same entity tag
     serveWhole();
     EXPECT_EQ(run(download), DownloadError::WrongSignature);
     EXPECT_EQ(filesLeft(), QStringList());
 }
 
-TEST_F(DownloadTest, AnotherStatusKeepsWhatHasCome) {
+TEST_F(DownloadTest, AnErrorStatusKeepsTheReceivedPart) {
     serveCut(100'000);
-    Download download(queue, folder(), request(), silence);
+    Download download(queue, folder(), request(), idleSeconds);
     EXPECT_EQ(run(download), DownloadError::Connection);
     server.serve("/program", LoopbackServer::answer("503 Service Unavailable", "later"));
     EXPECT_EQ(run(download), DownloadError::Connection);
@@ -332,20 +332,20 @@ TEST_F(DownloadTest, AnotherStatusKeepsWhatHasCome) {
     EXPECT_TRUE(server.requests().back().headers.contains("range"));
 }
 
-TEST_F(DownloadTest, WhatLiesThereOfOthersIsRemoved) {
+TEST_F(DownloadTest, FilesOfOtherDownloadsAreRemoved) {
     tree.write("cache/updates/0123.part", "old");
     tree.write("cache/updates/.hidden", "old");
     tree.write("cache/kept", "not ours");
     tree.link("cache/updates/link", tree.at("cache/kept"));
-    Download download(queue, folder(), request(), silence);
+    Download download(queue, folder(), request(), idleSeconds);
     EXPECT_EQ(run(download), std::nullopt);
     download.remove();
     EXPECT_EQ(filesLeft(), QStringList());
     EXPECT_EQ(tree.read("cache/kept"), "not ours");
 }
 
-TEST_F(DownloadTest, ALinkInItsPlaceIsNotFollowed) {
-    Download download(queue, folder(), request(), silence);
+TEST_F(DownloadTest, ASymbolicLinkInItsPlaceIsNotFollowed) {
+    Download download(queue, folder(), request(), idleSeconds);
     tree.write("kept", "not ours");
     tree.makeFolder("cache/updates");
     ASSERT_TRUE(QFile::link(tree.path("kept"), download.path()));
@@ -354,14 +354,14 @@ TEST_F(DownloadTest, ALinkInItsPlaceIsNotFollowed) {
     EXPECT_EQ(tree.read("kept"), "not ours");
 }
 
-TEST_F(DownloadTest, AFolderThatCannotBeMadeIsSaid) {
+TEST_F(DownloadTest, AFolderThatCannotBeCreatedIsAnError) {
     tree.write("cache", "a file in its place");
     EXPECT_EQ(run(request()), DownloadError::File);
     EXPECT_TRUE(server.requests().empty());
 }
 
-TEST_F(DownloadTest, MayBePausedOrDestroyedByWhoIsToldOfItsProgress) {
-    auto download = std::make_unique<Download>(queue, folder(), request(), silence);
+TEST_F(DownloadTest, MayBePausedOrDestroyedWhileItReportsProgress) {
+    auto download = std::make_unique<Download>(queue, folder(), request(), idleSeconds);
     QObject::connect(download.get(), &Download::progressed, [&download] { download->pause(); });
     download->start();
     ASSERT_TRUE(waitUntil([&download] { return !download->isUnderWay(); }));
@@ -372,15 +372,15 @@ TEST_F(DownloadTest, MayBePausedOrDestroyedByWhoIsToldOfItsProgress) {
     ASSERT_TRUE(waitUntil([&download] { return download == nullptr; }));
 }
 
-TEST_F(DownloadTest, DestroyedWhileItIsCheckedItSaysNothing) {
-    auto download = std::make_unique<Download>(queue, folder(), request(), silence);
+TEST_F(DownloadTest, DestroyedDuringVerificationItGivesNoAnswer) {
+    auto download = std::make_unique<Download>(queue, folder(), request(), idleSeconds);
     bool hasSaid = false;
     QObject::connect(download.get(), &Download::verified, [&hasSaid] { hasSaid = true; });
     QObject::connect(download.get(), &Download::verifying, [&download] { download.reset(); });
     download->start();
     ASSERT_TRUE(waitUntil([&download] { return download == nullptr; }));
-    ASSERT_TRUE(queue.finish(std::chrono::seconds(10))) << "the check does not end";
-    bool isSettled = false; // what the check has posted comes before this
+    ASSERT_TRUE(queue.finish(std::chrono::seconds(10))) << "the verification does not end";
+    bool isSettled = false; // the verification's answer is posted before this
     queue.post([&isSettled] { isSettled = true; });
     ASSERT_TRUE(waitUntil([&isSettled] { return isSettled; }));
     EXPECT_FALSE(hasSaid);

@@ -2,6 +2,7 @@
 
 #include "support/SigningKey.h"
 
+#include <QRegularExpression>
 #include <gtest/gtest.h>
 
 using namespace amberquill;
@@ -17,7 +18,7 @@ QByteArray feedOf(const QByteArray& items) {
            items + "</channel></rss>";
 }
 
-// The items of the feed, or none in a vector of none.
+// The items of a feed.
 std::vector<FeedItem> items(const QByteArray& text) {
     const auto read = readFeed(feedOf(text));
     EXPECT_TRUE(read);
@@ -32,7 +33,7 @@ FeedItem onlyItem(const QByteArray& text) {
 
 } // namespace
 
-TEST(Feed, AnItemIsReadWithAllItSays) {
+TEST(Feed, AnItemIsReadWithAllFields) {
     const SigningKey key;
     const QByteArray signature = key.signatureText("the program").toLatin1();
     const auto item = onlyItem(R"(
@@ -65,7 +66,7 @@ TEST(Feed, AnItemIsReadWithAllItSays) {
     EXPECT_EQ(item.enclosure->signature, key.sign("the program"));
 }
 
-TEST(Feed, TheVersionMayStandAtTheEnclosure) {
+TEST(Feed, TheVersionMayBeAnAttributeOfTheEnclosure) {
     const auto item = onlyItem(R"(<enclosure url="https://example.org/a" length="1" sparkle:version="1.2b3"
                                    sparkle:shortVersionString="1.2 beta 3"/>)");
     EXPECT_EQ(item.version, u"1.2b3"_s);
@@ -73,14 +74,14 @@ TEST(Feed, TheVersionMayStandAtTheEnclosure) {
     EXPECT_EQ(item.enclosure->signature, std::nullopt);
 }
 
-TEST(Feed, AnElementCountsBeforeTheEnclosuresAttribute) {
+TEST(Feed, AVersionElementOverridesTheAttribute) {
     const auto item = onlyItem(R"(<enclosure url="https://example.org/a" length="1" sparkle:version="1"/>
                                   <sparkle:version>2</sparkle:version>)");
     EXPECT_EQ(item.version, u"2"_s);
     EXPECT_EQ(item.shownVersion(), u"2"_s);
 }
 
-TEST(Feed, OfTwoElementsTheFirstCounts) {
+TEST(Feed, TheFirstOfTwoElementsCounts) {
     const auto item = onlyItem(R"(<sparkle:version>1</sparkle:version><sparkle:version>2</sparkle:version>
         <title>a</title><title>b</title><description>c</description><description>d</description>
         <link>https://example.org/e</link><link>https://example.org/f</link>
@@ -92,13 +93,13 @@ TEST(Feed, OfTwoElementsTheFirstCounts) {
     EXPECT_EQ(item.enclosure->address, QUrl(u"https://example.org/g"_s));
 }
 
-TEST(Feed, AnItemWithoutAVersionIsLeftOut) {
+TEST(Feed, AnItemWithoutAVersionIsSkipped) {
     EXPECT_TRUE(items("<item><title>News</title></item>").empty());
     EXPECT_TRUE(items("<item><sparkle:version> </sparkle:version></item>").empty());
     EXPECT_EQ(items("<item/><item><sparkle:version>1</sparkle:version></item>").size(), 1U);
 }
 
-TEST(Feed, WhatStandsDeeperOrElsewhereIsNotTheItems) {
+TEST(Feed, NestedAndForeignElementsAreIgnored) {
     const auto item = onlyItem(R"(<sparkle:version>1</sparkle:version>
         <sparkle:deltas><enclosure url="https://example.org/delta" length="1" sparkle:version="9"/></sparkle:deltas>
         <dc:title>other</dc:title><version>9</version><media><title>other</title></media>)");
@@ -112,7 +113,7 @@ TEST(Feed, WhatStandsDeeperOrElsewhereIsNotTheItems) {
     EXPECT_TRUE(outside->empty());
 }
 
-TEST(Feed, ElementsAreKnownByTheirNamespaceAndNotByItsPrefix) {
+TEST(Feed, ElementsAreMatchedByNamespaceNotByPrefix) {
     const auto read = readFeed(R"(<rss xmlns:s="http://www.andymatuschak.org/xml-namespaces/sparkle"
         xmlns:sparkle="https://example.org/another"><channel><item><s:version>1</s:version>
         <sparkle:shortVersionString>other</sparkle:shortVersionString></item></channel></rss>)");
@@ -121,13 +122,13 @@ TEST(Feed, ElementsAreKnownByTheirNamespaceAndNotByItsPrefix) {
     EXPECT_EQ(read->front().shortVersion, QString());
 }
 
-TEST(Feed, NotesInElementsOfTheirOwnAreTheirText) {
+TEST(Feed, NotesWithNestedElementsAreTheirText) {
     const auto item =
         onlyItem("<sparkle:version>1</sparkle:version><description>a<b>b<i>c</i></b>d</description>");
     EXPECT_EQ(item.releaseNotes, u"abcd"_s);
 }
 
-TEST(Feed, NotesThatAreCalledPlainStayAsTheyWereWritten) {
+TEST(Feed, PlainNotesAreUnchanged) {
     for (const char* const format : {"plain-text", "markdown"}) {
         const auto item =
             onlyItem(QByteArray("<sparkle:version>1</sparkle:version><description sparkle:format=\"") +
@@ -136,7 +137,7 @@ TEST(Feed, NotesThatAreCalledPlainStayAsTheyWereWritten) {
     }
 }
 
-TEST(Feed, TextsHaveNoControlsAndAreBounded) {
+TEST(Feed, TextsHaveNoControlCharactersAndALimit) {
     const auto item =
         onlyItem("<sparkle:version>1</sparkle:version><title>a\xE2\x80\xAE" + QByteArray(9000, 'b') +
                  "</title><description>" + QByteArray(900'000, 'c') + "</description>");
@@ -144,7 +145,7 @@ TEST(Feed, TextsHaveNoControlsAndAreBounded) {
     EXPECT_EQ(item.releaseNotes, QString(maximumReleaseNotes, u'c'));
 }
 
-TEST(Feed, AnItemWhoseDecidingTextsAreTooLongIsLeftOut) {
+TEST(Feed, AnItemWithATooLongVersionChannelOrSystemIsSkipped) {
     const QByteArray endless(maximumFeedLine + 1, '1');
     const QByteArray version = "<sparkle:version>1</sparkle:version>";
     EXPECT_TRUE(items("<item><sparkle:version>" + endless + "</sparkle:version></item>").empty());
@@ -154,7 +155,7 @@ TEST(Feed, AnItemWhoseDecidingTextsAreTooLongIsLeftOut) {
     EXPECT_EQ(items("<item><sparkle:version>" + endless.chopped(1) + "</sparkle:version></item>").size(), 1U);
 }
 
-TEST(Feed, PagesThatMayNotBeFetchedAreNone) {
+TEST(Feed, ForbiddenPagesAreIgnored) {
     for (const char* const address : {"javascript:alert(1)", "file:///etc/passwd", "http://example.org/",
                                       "/relative", "https://a b/", ""}) {
         const auto item =
@@ -165,7 +166,7 @@ TEST(Feed, PagesThatMayNotBeFetchedAreNone) {
     }
 }
 
-TEST(Feed, ALengthThatIsNoneIsZero) {
+TEST(Feed, AnInvalidLengthIsZero) {
     for (const char* const length : {"", "-1", "1.5", "many", "99999999999999999999999", "0x10", "0"}) {
         const auto item = onlyItem(QByteArray("<sparkle:version>1</sparkle:version><enclosure "
                                               "url=\"https://example.org/a\" length=\"") +
@@ -179,7 +180,7 @@ TEST(Feed, AnEmptyChannelHasNoItems) {
     EXPECT_TRUE(items({}).empty());
 }
 
-TEST(Feed, WhatIsNotWellFormedIsNoFeed) {
+TEST(Feed, MalformedXmlIsRefused) {
     const QByteArray good = feedOf("<item><sparkle:version>1</sparkle:version></item>");
     ASSERT_TRUE(readFeed(good));
     EXPECT_TRUE(readFeed("\xEF\xBB\xBF" + good));
@@ -192,7 +193,7 @@ TEST(Feed, WhatIsNotWellFormedIsNoFeed) {
     }
 }
 
-TEST(Feed, ThatDeclaresEntitiesIsNone) {
+TEST(Feed, EntityDeclarationsAreRefused) {
     QByteArray bomb = "<!DOCTYPE rss [<!ENTITY a0 \"ha\">";
     for (int step = 1; step < 30; ++step) {
         const QByteArray before = "&a" + QByteArray::number(step - 1) + ';';
@@ -208,7 +209,7 @@ TEST(Feed, ThatDeclaresEntitiesIsNone) {
     EXPECT_TRUE(readFeed("<!DOCTYPE rss SYSTEM \"https://example.org/rss.dtd\"><rss><channel/></rss>"));
 }
 
-TEST(Feed, ThatIsTooLargeOrTooDeepOrTooLongIsNone) {
+TEST(Feed, TooManyItemsBytesOrLevelsAreRefused) {
     const QByteArray item = "<item><sparkle:version>1</sparkle:version></item>";
     const auto times = [](const QByteArray& text, std::size_t count) {
         return text.repeated(static_cast<qsizetype>(count));
@@ -225,7 +226,7 @@ TEST(Feed, ThatIsTooLargeOrTooDeepOrTooLongIsNone) {
 
 namespace {
 
-// A well-formed feed, of nothing, whose outermost element has this many attributes.
+// A well-formed feed without items, whose root element has this many attributes.
 QByteArray feedWithAttributes(qsizetype count) {
     QByteArray feed = "<rss ";
     for (qsizetype number = 0; number < count; ++number) {
@@ -234,7 +235,7 @@ QByteArray feedWithAttributes(qsizetype count) {
     return feed + "><channel/></rss>";
 }
 
-// The same with this many namespaces, each declared by an element of its own.
+// A well-formed feed without items, with this many namespace declarations in different elements.
 QByteArray feedWithNamespaces(qsizetype count) {
     QByteArray feed = "<rss><channel>";
     for (qsizetype number = 0; number < count; ++number) {
@@ -243,17 +244,17 @@ QByteArray feedWithNamespaces(qsizetype count) {
     return feed + "</channel></rss>";
 }
 
-// How much of the text was read as XML before it was found to be no feed.
+// How much of the text was parsed as XML before it was refused.
 qint64 charactersReadUntilRefused(const QByteArray& text) {
-    qint64 letters = -1;
-    EXPECT_FALSE(readFeed(text, &letters)) << text.first(100).toStdString();
-    return letters;
+    qint64 characters = -1;
+    EXPECT_FALSE(readFeed(text, &characters)) << text.first(100).toStdString();
+    return characters;
 }
 
 } // namespace
 
 // The XML reader takes minutes for large numbers of either.
-TEST(Feed, ThatHasTooManyAttributesOrNamespacesIsNotEvenReadAsXml) {
+TEST(Feed, TooManyAttributesOrNamespacesAreRefusedBeforeParsing) {
     EXPECT_TRUE(readFeed(feedWithAttributes(maximumFeedAttributes)));
     EXPECT_EQ(charactersReadUntilRefused(feedWithAttributes(maximumFeedAttributes + 1)), 0);
     EXPECT_EQ(charactersReadUntilRefused(feedWithAttributes(400'000)), 0);
@@ -263,7 +264,7 @@ TEST(Feed, ThatHasTooManyAttributesOrNamespacesIsNotEvenReadAsXml) {
     EXPECT_EQ(charactersReadUntilRefused(QByteArray(maximumFeedBytes + 1, ' ')), 0);
 }
 
-TEST(Feed, ThatIsRefusedIsReadNoFurther) {
+TEST(Feed, ParsingStopsAtTheFirstError) {
     qint64 all = 0;
     const QByteArray good = feedOf("<item><sparkle:version>1</sparkle:version></item>");
     EXPECT_TRUE(readFeed(good, &all));
@@ -272,18 +273,113 @@ TEST(Feed, ThatIsRefusedIsReadNoFurther) {
     EXPECT_LT(charactersReadUntilRefused("<rss>" + QByteArray("<a>").repeated(1'000'000)), few);
     EXPECT_LT(charactersReadUntilRefused(QByteArray("<").repeated(maximumFeedBytes)), few);
     EXPECT_LT(charactersReadUntilRefused("<!DOCTYPE rss [<!ENTITY a \"b\">]><rss><channel>" +
-                                      QByteArray("&a;").repeated(1'000'000) + "</channel></rss>"),
+                                         QByteArray("&a;").repeated(1'000'000) + "</channel></rss>"),
               few);
     const QByteArray comment = "<rss><!--" + QByteArray("-").repeated(maximumFeedBytes - 20);
     EXPECT_LE(charactersReadUntilRefused(comment), comment.size());
 }
 
-TEST(Feed, OnlyTheBeginningOfVeryLongNotesIsLookedAt) {
+TEST(Feed, OnlyTheBeginningOfVeryLongNotesIsConverted) {
     const auto notes = [](qsizetype tags) {
         return onlyItem("<sparkle:version>1</sparkle:version><description><![CDATA[a" +
                         QByteArray("<b>").repeated(tags) + "z]]></description>")
             .releaseNotes;
     };
     EXPECT_EQ(notes(maximumReleaseNotes), u"az"_s);
-    EXPECT_EQ(notes(2 * maximumReleaseNotes), u"a"_s) << "of more than four letters for each that is shown";
+    EXPECT_EQ(notes(2 * maximumReleaseNotes), u"a"_s)
+        << "more than four characters for each that may be shown";
+}
+
+namespace {
+
+FeedItem itemOf(const QString& version) {
+    FeedItem item;
+    item.version = version;
+    return item;
+}
+
+// An item all of whose links lead to the address.
+FeedItem linkedItem(const QString& address) {
+    FeedItem item = itemOf(u"2"_s);
+    item.releasePage = item.releaseNotesPage = QUrl(address);
+    item.enclosure = FeedEnclosure{.address = QUrl(address), .length = 1, .signature = {}};
+    return item;
+}
+
+// The version that is chosen over 1.0 on a system 6.1; empty: none.
+QString chosen(const std::vector<FeedItem>& items, const std::optional<QString>& skipped = {},
+               const QSet<QString>& channels = {}) {
+    const auto update = chooseUpdate(items, u"1.0"_s, u"6.1"_s, channels, skipped);
+    return update ? update->version : QString();
+}
+
+} // namespace
+
+TEST(FeedChoice, IsTheNewestInAnyOrder) {
+    EXPECT_EQ(chosen({itemOf(u"1.2"_s), itemOf(u"1.10"_s), itemOf(u"1.9"_s)}), u"1.10"_s);
+}
+
+TEST(FeedChoice, IsNewerThanTheInstalledVersion) {
+    EXPECT_EQ(chosen({}), QString());
+    EXPECT_EQ(chosen({itemOf(u"0.9"_s), itemOf(u"1.0"_s), itemOf(u"1.0.0"_s), itemOf(u"1.0rc2"_s)}),
+              QString());
+}
+
+TEST(FeedChoice, IsForThisOperatingSystem) {
+    FeedItem foreign = itemOf(u"3"_s);
+    foreign.operatingSystem = u"windows"_s;
+    FeedItem ours = itemOf(u"2"_s);
+    ours.operatingSystem = u"Linux"_s;
+    EXPECT_EQ(chosen({foreign, ours}), u"2"_s);
+    EXPECT_EQ(chosen({foreign}), QString());
+    EXPECT_EQ(chosen({foreign, itemOf(u"1.5"_s)}), u"1.5"_s);
+}
+
+TEST(FeedChoice, DoesNotNeedANewerSystem) {
+    FeedItem future = itemOf(u"3"_s);
+    future.minimumSystemVersion = u"6.2"_s;
+    FeedItem present = itemOf(u"2"_s);
+    present.minimumSystemVersion = u"6.1.0"_s;
+    EXPECT_EQ(chosen({future, present}), u"2"_s);
+    EXPECT_EQ(chosen({future}), QString());
+}
+
+TEST(FeedChoice, IsOfAChosenChannelOrNone) {
+    FeedItem beta = itemOf(u"3b"_s);
+    beta.channel = u"beta"_s;
+    EXPECT_EQ(chosen({beta, itemOf(u"2"_s)}), u"2"_s);
+    EXPECT_EQ(chosen({beta, itemOf(u"2"_s)}, {}, {u"beta"_s}), u"3b"_s);
+}
+
+TEST(FeedChoice, IsNewerThanTheSkippedVersion) {
+    EXPECT_EQ(chosen({itemOf(u"2"_s), itemOf(u"1.5"_s)}, u"2"_s), QString());
+    EXPECT_EQ(chosen({itemOf(u"2.1"_s), itemOf(u"2"_s)}, u"2"_s), u"2.1"_s);
+    EXPECT_EQ(chosen({itemOf(u"2"_s)}, u"1.5"_s), u"2"_s);
+}
+
+TEST(FeedChoice, TheSystemVersionIsTheKernels) {
+    EXPECT_TRUE(QRegularExpression(u"^[0-9]+\\.[0-9.]*$"_s).match(systemVersion()).hasMatch())
+        << systemVersion().toStdString();
+}
+
+TEST(FeedLinks, ARemoteFeedMayNotLinkToThisMachine) {
+    const QUrl feed(u"https://example.org/feed"_s);
+    for (const QString& target : {u"http://127.0.0.1/a"_s, u"https://127.0.0.1/a"_s, u"https://localhost/a"_s,
+                                  u"http://example.org/a"_s}) {
+        const FeedItem item = withAllowedLinks(linkedItem(target), feed);
+        EXPECT_FALSE(item.enclosure) << target.toStdString();
+        EXPECT_FALSE(item.releasePage.isValid()) << target.toStdString();
+        EXPECT_FALSE(item.releaseNotesPage.isValid()) << target.toStdString();
+    }
+    const FeedItem elsewhere = linkedItem(u"https://example.net/a"_s);
+    EXPECT_EQ(withAllowedLinks(elsewhere, feed), elsewhere);
+}
+
+TEST(FeedLinks, AFeedOfThisMachineMayLinkToItAndToOthers) {
+    const QUrl feed(u"http://127.0.0.1/feed"_s);
+    for (const QString& target :
+         {u"http://127.0.0.1/a"_s, u"http://localhost/a"_s, u"https://example.org/a"_s}) {
+        EXPECT_EQ(withAllowedLinks(linkedItem(target), feed), linkedItem(target)) << target.toStdString();
+    }
+    EXPECT_FALSE(withAllowedLinks(linkedItem(u"http://example.org/a"_s), feed).enclosure);
 }

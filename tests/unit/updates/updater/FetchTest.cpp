@@ -19,10 +19,10 @@ protected:
         Fetch fetch(queue, timeouts);
         std::optional<Fetched> result;
         fetch.get(address, limit, [&result](const Fetched& what) { result = what; });
-        EXPECT_FALSE(result) << "answered from within";
+        EXPECT_FALSE(result) << "before get() has returned";
         EXPECT_TRUE(waitUntil([&result] { return result.has_value(); }));
         EXPECT_FALSE(fetch.isUnderWay());
-        return result.value_or(QByteArray("nothing came"));
+        return result.value_or(QByteArray("no answer"));
     }
 
     EventLoopQueue queue;
@@ -39,17 +39,17 @@ TEST_F(FetchTest, AnswersTheBody) {
     EXPECT_FALSE(server.requests().front().headers.contains("cookie"));
 }
 
-TEST_F(FetchTest, AnswersABodyWhoseLengthWasNotAnnounced) {
+TEST_F(FetchTest, ABodyNeedsNoContentLength) {
     server.serve("/feed", LoopbackServer::Answer{"HTTP/1.1 200 OK\r\nConnection: close\r\n\r\nhello"});
     EXPECT_EQ(fetched(server.address("/feed")), Fetched(QByteArray("hello")));
 }
 
-TEST_F(FetchTest, AnswersAnEmptyBody) {
+TEST_F(FetchTest, ABodyMayBeEmpty) {
     server.serve("/feed", LoopbackServer::ok({}));
     EXPECT_EQ(fetched(server.address("/feed")), Fetched(QByteArray()));
 }
 
-TEST_F(FetchTest, AnswersNothingOfAnotherStatus) {
+TEST_F(FetchTest, OnlyStatus200IsAccepted) {
     server.serve("/broken", LoopbackServer::answer("500 Internal Server Error", "sorry"));
     server.serve("/none", LoopbackServer::answer("204 No Content", {}));
     server.serve("/part", LoopbackServer::answer("206 Partial Content", "hel"));
@@ -67,14 +67,14 @@ TEST_F(FetchTest, FollowsRedirects) {
     EXPECT_EQ(fetched(server.address("/a")), Fetched(QByteArray("hello")));
 }
 
-TEST_F(FetchTest, DoesNotFollowRedirectsInACircle) {
+TEST_F(FetchTest, ARedirectLoopIsAnError) {
     server.serve("/a", LoopbackServer::redirect("/b"));
     server.serve("/b", LoopbackServer::redirect("/a"));
     EXPECT_EQ(fetched(server.address("/a")), Fetched(FetchError::TooManyRedirects));
     EXPECT_EQ(server.requests().size(), 2U);
 }
 
-TEST_F(FetchTest, FollowsTenRedirectsAndNoMore) {
+TEST_F(FetchTest, FollowsAtMostTenRedirects) {
     for (int step = 0; step < 11; ++step) {
         server.serve("/" + QByteArray::number(step),
                      LoopbackServer::redirect("/" + QByteArray::number(step + 1)));
@@ -94,13 +94,13 @@ TEST_F(FetchTest, DoesNotFollowARedirectToAnotherScheme) {
     EXPECT_EQ(fetched(server.address("/a")), Fetched(FetchError::ForbiddenAddress));
 }
 
-TEST_F(FetchTest, AsksNobodyOverPlainHttpElsewhere) {
+TEST_F(FetchTest, DoesNotFetchPlainHttpFromElsewhere) {
     EXPECT_EQ(fetched(QUrl(QStringLiteral("http://example.invalid/feed"))),
               Fetched(FetchError::ForbiddenAddress));
     EXPECT_EQ(fetched(QUrl()), Fetched(FetchError::ForbiddenAddress));
 }
 
-TEST_F(FetchTest, TakesAsMuchAsItsLimitAndNoMore) {
+TEST_F(FetchTest, ABodyAboveTheLimitIsAnError) {
     server.serve("/five", LoopbackServer::ok(QByteArray(limit, 'x')));
     server.serve("/more", LoopbackServer::ok(QByteArray(limit + 1, 'x')));
     server.serve("/six", LoopbackServer::ok(QByteArray(qsizetype{6} * 1024 * 1024, 'x')));
@@ -112,40 +112,39 @@ TEST_F(FetchTest, TakesAsMuchAsItsLimitAndNoMore) {
     }
 }
 
-TEST_F(FetchTest, IsNotKeptWaitingForAnAnswer) {
+TEST_F(FetchTest, TimesOutWithoutAResponse) {
     server.serve("/silent", LoopbackServer::Answer{{}, false});
     EXPECT_EQ(fetched(server.address("/silent"), {.idle = 0.1}), Fetched(FetchError::TimedOut));
 }
 
-TEST_F(FetchTest, IsNotKeptWaitingForTheRest) {
+TEST_F(FetchTest, TimesOutInTheMiddleOfTheBody) {
     const auto whole = LoopbackServer::ok(QByteArray(1000, 'x'));
     server.serve("/stops", LoopbackServer::hanging(whole, whole.bytes.size() - 10));
     EXPECT_EQ(fetched(server.address("/stops"), {.idle = 0.1}), Fetched(FetchError::TimedOut));
 }
 
-TEST_F(FetchTest, IsOverAfterItsWholeTimeWhateverStillComes) {
+TEST_F(FetchTest, TimesOutAfterTheTotalTime) {
     server.serve("/silent", LoopbackServer::Answer{{}, false});
-    EXPECT_EQ(fetched(server.address("/silent"), {.idle = 60, .total = 0.1}),
-              Fetched(FetchError::TimedOut));
+    EXPECT_EQ(fetched(server.address("/silent"), {.idle = 60, .total = 0.1}), Fetched(FetchError::TimedOut));
 }
 
-TEST_F(FetchTest, AnswersNothingOfAConnectionThatIsCut) {
+TEST_F(FetchTest, AConnectionThatIsCutIsAnError) {
     server.serve("/cut", LoopbackServer::cut(LoopbackServer::ok(QByteArray(1000, 'x')), 10));
     server.serve("/closed", LoopbackServer::Answer{});
     EXPECT_EQ(fetched(server.address("/cut")), Fetched(FetchError::ConnectionFailed));
     EXPECT_EQ(fetched(server.address("/closed")), Fetched(FetchError::ConnectionFailed));
 }
 
-TEST_F(FetchTest, AnswersNothingWhereNobodyListens) {
-    QUrl nobody;
+TEST_F(FetchTest, ARefusedConnectionIsAnError) {
+    QUrl unused;
     {
         const LoopbackServer gone;
-        nobody = gone.address("/feed");
+        unused = gone.address("/feed");
     }
-    EXPECT_EQ(fetched(nobody), Fetched(FetchError::ConnectionFailed));
+    EXPECT_EQ(fetched(unused), Fetched(FetchError::ConnectionFailed));
 }
 
-TEST_F(FetchTest, SaysNothingOnceItIsCancelled) {
+TEST_F(FetchTest, GivesNoAnswerOnceCancelled) {
     server.serve("/feed", LoopbackServer::ok("hello"));
     server.serve("/silent", LoopbackServer::Answer{{}, false});
     Fetch fetch(queue);
@@ -158,7 +157,7 @@ TEST_F(FetchTest, SaysNothingOnceItIsCancelled) {
     EXPECT_EQ(answers, 0);
 }
 
-TEST_F(FetchTest, IsBegunAnewInItsOwnAnswer) {
+TEST_F(FetchTest, MayBeStartedAgainByItsAnswer) {
     server.serve("/feed", LoopbackServer::ok("hello"));
     Fetch fetch(queue);
     std::vector<Fetched> answers;

@@ -19,7 +19,7 @@ Bytes fromHex(const char* hex) {
 
 } // namespace
 
-TEST(Signature, OfTheStandardsOwnExampleHolds) {
+TEST(Signature, TheExampleOfTheStandardIsValid) {
     // RFC 8032, section 7.1, test 3
     const auto key = fromHex<PublicKey>("fc51cd8e6218a1a38da47ed00230f0580816ed13ba3303ac5deb911548908025");
     const auto signature =
@@ -29,7 +29,7 @@ TEST(Signature, OfTheStandardsOwnExampleHolds) {
     EXPECT_FALSE(isSignedBy(key, QByteArray::fromHex("af83"), signature));
 }
 
-TEST(Signature, HoldsForTheBytesAndTheKeyItWasMadeWithAlone) {
+TEST(Signature, IsValidOnlyForItsBytesAndItsKey) {
     const SigningKey key(1);
     const SigningKey other(2);
     const QByteArray bytes = "a program";
@@ -42,11 +42,11 @@ TEST(Signature, HoldsForTheBytesAndTheKeyItWasMadeWithAlone) {
     EXPECT_FALSE(isSignedBy(key.publicKey(), bytes, flipped));
 }
 
-TEST(Signature, OfZerosUnderAKeyOfZerosDoesNotHold) {
+TEST(Signature, ZerosAreNotValidForAKeyOfZeros) {
     EXPECT_FALSE(isSignedBy(PublicKey{}, QByteArray("a program"), Signature{}));
 }
 
-TEST(Signature, IsReadFromItsText) {
+TEST(Signature, IsReadFromBase64) {
     const SigningKey key;
     const QByteArray bytes = "a program";
     EXPECT_EQ(readPublicKey(key.publicKeyText()), key.publicKey());
@@ -55,7 +55,7 @@ TEST(Signature, IsReadFromItsText) {
     EXPECT_EQ(readSignature(key.signatureText(bytes)), key.sign(bytes));
 }
 
-TEST(Signature, OfAnotherLengthOrOtherLettersIsNone) {
+TEST(Signature, OfAWrongLengthOrOtherCharactersIsInvalid) {
     const QString key = SigningKey().publicKeyText();
     EXPECT_EQ(readPublicKey(QString()), std::nullopt);
     EXPECT_EQ(readPublicKey(key.chopped(4)), std::nullopt);

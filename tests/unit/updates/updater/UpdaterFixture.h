@@ -14,7 +14,7 @@
 
 namespace amberquill {
 
-// Writes down what it is asked to show and is told, one after the other.
+// Records all calls in order.
 class RecordingInterface final : public UpdaterUserInterface, public UpdaterDelegate {
 public:
     void showChecking() override { add("checking"); }
@@ -85,7 +85,7 @@ public:
     [[nodiscard]] std::optional<QString> stage(const QString& file) override {
         QFile opened(file);
         staged = opened.open(QIODevice::ReadOnly) ? opened.readAll() : QByteArray();
-        return versionSaid;
+        return stagedVersion;
     }
     [[nodiscard]] bool replace() override {
         program = replaces ? staged : program;
@@ -98,7 +98,7 @@ public:
     }
 
     InstallKind installKind = InstallKind::image;
-    std::optional<QString> versionSaid = QStringLiteral("2.0");
+    std::optional<QString> stagedVersion = QStringLiteral("2.0");
     bool replaces = true;
     bool canStart = true;
     QByteArray staged;
@@ -106,7 +106,7 @@ public:
     int starts = 0;
 };
 
-// An updater of a program 1.0 with a feed on a real server, in virtual time.
+// An updater of program version 1.0 with a feed on a real server, in virtual time.
 class UpdaterFixture : public testing::Test {
 protected:
     UpdaterFixture() { queue.setDate(std::chrono::sys_days(std::chrono::year(2026) / 11 / 21)); }
@@ -129,10 +129,10 @@ protected:
         return *updater_;
     }
 
-    // The program is quit and started anew.
+    // As if the program was restarted.
     void restartUpdater() { updater_.reset(); }
 
-    // What happens in the network and in the background, until the condition holds; no time passes.
+    // Runs network and background work until the condition holds; no virtual time passes.
     bool settle(const std::function<bool()>& condition) {
         return waitUntil([&] {
             queue.runPosted();
@@ -143,14 +143,14 @@ protected:
         return settle([&] { return updater().state() == state; });
     }
 
-    // Time passes, some seconds at a time, and the date with it, as far as the next check's beginning: the
-    // network has a time of its own.
+    // Lets virtual time and the date pass in small steps. Stops when a check starts: the network's time is
+    // real.
     void pass(double seconds) {
-        constexpr double some = 10;
+        constexpr double stepSeconds = 10;
         const bool wasIdle = updater().state() == Updater::State::Idle;
         const auto begins = [&] { return wasIdle && updater().state() != Updater::State::Idle; };
-        for (double left = seconds; left > 0 && !begins(); left -= some) {
-            const double step = std::min(left, some);
+        for (double left = seconds; left > 0 && !begins(); left -= stepSeconds) {
+            const double step = std::min(left, stepSeconds);
             queue.setDate(queue.date() + std::chrono::seconds(static_cast<qint64>(step)));
             queue.advance(step);
         }
@@ -176,13 +176,13 @@ protected:
                key.signatureText(bytes).toLatin1() + "'";
     }
 
-    // A feed with one version, whose program is the new one, signed as it should be.
+    // A feed with one version, whose program has a valid signature.
     void serveVersion(const QByteArray& version) {
         server.serve("/program", LoopbackServer::ok(program));
         serveFeed(itemOf(version, enclosureOf(program)));
     }
 
-    [[nodiscard]] std::size_t feedsAskedFor() const {
+    [[nodiscard]] std::size_t feedRequests() const {
         const auto& requests = server.requests();
         return static_cast<std::size_t>(std::count_if(
             requests.begin(), requests.end(), [](const auto& request) { return request.path == "/feed"; }));
@@ -192,14 +192,14 @@ protected:
         return QDir(tree.path("updates")).entryList(QDir::Files | QDir::Hidden | QDir::System);
     }
 
-    // Goes as far as the offer of version 2.0.
+    // Checks, up to the offer of version 2.0.
     void findUpdate() {
         updater().checkForUpdates();
         ASSERT_TRUE(settleAt(Updater::State::Found));
         interface.take();
     }
 
-    // Goes on from there to an error, acknowledges it and answers it.
+    // Checks and installs, up to an error, acknowledges it and returns it.
     std::optional<UpdateError> errorOfInstalling() {
         findUpdate();
         updater().install();

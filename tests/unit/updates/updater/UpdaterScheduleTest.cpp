@@ -15,7 +15,7 @@ constexpr double day = 24 * hour;
 
 class UpdaterScheduleTest : public UpdaterFixture {
 protected:
-    // A check that finds nothing, through to its end.
+    // Waits for the end of a check that finds nothing.
     void finishCheck() {
         ASSERT_EQ(updater().state(), State::Checking);
         ASSERT_TRUE(settleAt(State::Idle));
@@ -38,10 +38,10 @@ TEST_F(UpdaterScheduleTest, TheFirstCheckComesWithinTheHour) {
         finishCheck();
         EXPECT_EQ(interface.take(), QStringList{u"cycle over, scheduled"_s});
     }
-    EXPECT_EQ(feedsAskedFor(), 4U);
+    EXPECT_EQ(feedRequests(), 4U);
 }
 
-TEST_F(UpdaterScheduleTest, OneComesADayAfterTheLastAndUpToAnHourLater) {
+TEST_F(UpdaterScheduleTest, ACheckFollowsTheLastAfterADayAndUpToAnHour) {
     serveVersion("1.0");
     updater().start();
     pass(hour);
@@ -58,10 +58,10 @@ TEST_F(UpdaterScheduleTest, OneComesADayAfterTheLastAndUpToAnHourLater) {
     const double between = std::chrono::duration<double>(*second - *first).count();
     EXPECT_GE(between, day + random * hour);
     EXPECT_LE(between, day + random * hour + 120);
-    EXPECT_EQ(feedsAskedFor(), 2U);
+    EXPECT_EQ(feedRequests(), 2U);
 }
 
-TEST_F(UpdaterScheduleTest, TheLastCheckIsRememberedOverTheProgramsEnd) {
+TEST_F(UpdaterScheduleTest, TheLastCheckIsRememberedAfterARestart) {
     serveVersion("1.0");
     updater().start();
     pass(hour);
@@ -73,10 +73,10 @@ TEST_F(UpdaterScheduleTest, TheLastCheckIsRememberedOverTheProgramsEnd) {
     EXPECT_EQ(updater().state(), State::Idle);
     pass(2 * hour);
     finishCheck();
-    EXPECT_EQ(feedsAskedFor(), 2U);
+    EXPECT_EQ(feedRequests(), 2U);
 }
 
-TEST_F(UpdaterScheduleTest, ACheckByHandCountsToo) {
+TEST_F(UpdaterScheduleTest, ACheckByTheUserCountsAsTheLastCheck) {
     serveVersion("1.0");
     updater().start();
     updater().checkForUpdates();
@@ -88,7 +88,7 @@ TEST_F(UpdaterScheduleTest, ACheckByHandCountsToo) {
     finishCheck();
 }
 
-TEST_F(UpdaterScheduleTest, AMachineThatHasSleptChecksWithinTheHour) {
+TEST_F(UpdaterScheduleTest, AMachineThatWasSuspendedChecksWithinAnHour) {
     serveVersion("1.0");
     updater().start();
     pass(hour);
@@ -96,10 +96,10 @@ TEST_F(UpdaterScheduleTest, AMachineThatHasSleptChecksWithinTheHour) {
     queue.setDate(queue.date() + std::chrono::days(7));
     pass(Updater::maximumWait + 60);
     finishCheck();
-    EXPECT_EQ(feedsAskedFor(), 2U);
+    EXPECT_EQ(feedRequests(), 2U);
 }
 
-TEST_F(UpdaterScheduleTest, AClockThatWasWrongPutsNothingOffForEver) {
+TEST_F(UpdaterScheduleTest, AWrongClockDoesNotPreventChecks) {
     serveVersion("1.0");
     preferences.setString(u"SULastCheckTime"_s, u"2099-01-01T00:00:00Z"_s);
     updater().start();
@@ -108,10 +108,10 @@ TEST_F(UpdaterScheduleTest, AClockThatWasWrongPutsNothingOffForEver) {
     queue.setDate(queue.date() - std::chrono::days(365));
     pass(3 * hour);
     finishCheck();
-    EXPECT_EQ(feedsAskedFor(), 2U);
+    EXPECT_EQ(feedRequests(), 2U);
 }
 
-TEST_F(UpdaterScheduleTest, ATimeThatIsNoneIsNone) {
+TEST_F(UpdaterScheduleTest, AnInvalidDateOfTheLastCheckIsIgnored) {
     for (const QString& text : {u""_s, u"yesterday"_s, u"2026-13-45T00:00:00Z"_s, u"1763683200"_s}) {
         preferences.setString(u"SULastCheckTime"_s, text);
         EXPECT_EQ(updater().lastCheck(), std::nullopt);
@@ -120,7 +120,7 @@ TEST_F(UpdaterScheduleTest, ATimeThatIsNoneIsNone) {
     EXPECT_EQ(updater().lastCheck(), std::nullopt);
 }
 
-TEST_F(UpdaterScheduleTest, NothingIsCheckedOnceItIsOff) {
+TEST_F(UpdaterScheduleTest, NothingIsCheckedWhileSwitchedOff) {
     serveVersion("1.0");
     EXPECT_TRUE(updater().automaticallyChecksForUpdates());
     updater().start();
@@ -136,14 +136,14 @@ TEST_F(UpdaterScheduleTest, NothingIsCheckedOnceItIsOff) {
     EXPECT_EQ(queue.timers(), 0U);
     pass(3 * day);
     EXPECT_EQ(updater().state(), State::Idle);
-    EXPECT_EQ(feedsAskedFor(), 0U);
+    EXPECT_EQ(feedRequests(), 0U);
     updater().setAutomaticallyChecksForUpdates(true);
     EXPECT_TRUE(updater().automaticallyChecksForUpdates());
     pass(hour);
     finishCheck();
 }
 
-TEST_F(UpdaterScheduleTest, SwitchedOffInTheMiddleACheckEnds) {
+TEST_F(UpdaterScheduleTest, SwitchingOffEndsAScheduledCheck) {
     serveVersion("2.0");
     updater().start();
     pass(random * hour);
@@ -154,7 +154,7 @@ TEST_F(UpdaterScheduleTest, SwitchedOffInTheMiddleACheckEnds) {
     EXPECT_EQ(interface.take(), QStringList{u"cycle over, scheduled"_s});
 }
 
-TEST_F(UpdaterScheduleTest, SwitchedOffWhatIsShownStays) {
+TEST_F(UpdaterScheduleTest, SwitchingOffKeepsAShownUpdate) {
     serveVersion("2.0");
     updater().start();
     pass(random * hour);
@@ -165,19 +165,19 @@ TEST_F(UpdaterScheduleTest, SwitchedOffWhatIsShownStays) {
     EXPECT_EQ(queue.timers(), 0U);
 }
 
-TEST_F(UpdaterScheduleTest, WithoutAFeedThereIsNothingToWakeUpFor) {
+TEST_F(UpdaterScheduleTest, NothingIsScheduledWithoutAFeed) {
     keys.feedAddress.reset();
     updater().start();
     EXPECT_EQ(queue.waiting(), 0U);
     EXPECT_TRUE(updater().automaticallyChecksForUpdates());
 }
 
-TEST_F(UpdaterScheduleTest, BeforeTheStartNothingIsScheduled) {
+TEST_F(UpdaterScheduleTest, NothingIsScheduledBeforeTheStart) {
     updater().setAutomaticallyChecksForUpdates(true);
     EXPECT_EQ(queue.waiting(), 0U);
 }
 
-TEST_F(UpdaterScheduleTest, WhileTheUserIsBusyNothingIsChecked) {
+TEST_F(UpdaterScheduleTest, NothingIsCheckedWhileTheUserIsBusy) {
     serveVersion("1.0");
     isBusy = true;
     updater().start();
@@ -188,7 +188,7 @@ TEST_F(UpdaterScheduleTest, WhileTheUserIsBusyNothingIsChecked) {
     finishCheck();
 }
 
-TEST_F(UpdaterScheduleTest, WhileTheUserIsBusyNothingIsShown) {
+TEST_F(UpdaterScheduleTest, NothingIsShownWhileTheUserIsBusy) {
     serveVersion("2.0");
     updater().start();
     pass(random * hour);
@@ -205,7 +205,7 @@ TEST_F(UpdaterScheduleTest, WhileTheUserIsBusyNothingIsShown) {
     EXPECT_EQ(interface.take(), (QStringList{u"dismiss"_s, u"session over"_s, u"cycle over, scheduled"_s}));
 }
 
-TEST_F(UpdaterScheduleTest, WhatWaitsIsShownToWhoAsks) {
+TEST_F(UpdaterScheduleTest, ACheckByTheUserShowsAnUpdateThatWaits) {
     serveVersion("2.0");
     updater().start();
     pass(random * hour);
@@ -217,10 +217,10 @@ TEST_F(UpdaterScheduleTest, WhatWaitsIsShownToWhoAsks) {
     isBusy = false;
     pass(2 * Updater::busyRetry);
     EXPECT_EQ(interface.take(), QStringList());
-    EXPECT_EQ(feedsAskedFor(), 1U);
+    EXPECT_EQ(feedRequests(), 1U);
 }
 
-TEST_F(UpdaterScheduleTest, WhoAsksInTheMiddleOfACheckSeesIt) {
+TEST_F(UpdaterScheduleTest, ACheckByTheUserReplacesAScheduledOne) {
     serveVersion("1.0");
     updater().start();
     pass(random * hour);
@@ -231,7 +231,7 @@ TEST_F(UpdaterScheduleTest, WhoAsksInTheMiddleOfACheckSeesIt) {
               (QStringList{u"cycle over, scheduled"_s, u"checking"_s, u"none over 1.0 shown"_s}));
 }
 
-TEST_F(UpdaterScheduleTest, WhatFailsUnseenIsNotShown) {
+TEST_F(UpdaterScheduleTest, AFailedScheduledCheckIsNotShown) {
     server.serve("/feed", LoopbackServer::answer("500 Internal Server Error", "sorry"));
     updater().start();
     pass(hour);
@@ -241,7 +241,7 @@ TEST_F(UpdaterScheduleTest, WhatFailsUnseenIsNotShown) {
     EXPECT_EQ(updater().state(), State::Idle);
 }
 
-TEST_F(UpdaterScheduleTest, WhatWasSkippedIsShownToWhoAsksAlone) {
+TEST_F(UpdaterScheduleTest, ASkippedVersionIsShownOnlyToAUserWhoAsks) {
     serveVersion("2.0");
     updater().start();
     pass(random * hour);
@@ -262,7 +262,7 @@ TEST_F(UpdaterScheduleTest, WhatWasSkippedIsShownToWhoAsksAlone) {
     EXPECT_EQ(interface.lastOffer->item.version, u"2.1"_s);
 }
 
-TEST_F(UpdaterScheduleTest, WhatIsInstalledIsNotShownByItselfAgain) {
+TEST_F(UpdaterScheduleTest, AScheduledCheckDoesNotShowAnInstalledVersion) {
     serveVersion("2.0");
     updater().start();
     pass(random * hour);

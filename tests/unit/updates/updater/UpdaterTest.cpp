@@ -12,7 +12,7 @@ namespace {
 
 class UpdaterTest : public UpdaterFixture {
 protected:
-    // What comes of a check that the user asks for.
+    // The calls that a check by the user causes.
     QStringList check() {
         interface.take();
         updater().checkForUpdates();
@@ -46,7 +46,7 @@ TEST_F(UpdaterTest, AnEqualOrOlderVersionIsNotOffered) {
     }
 }
 
-TEST_F(UpdaterTest, AFeedThatCannotBeHadIsSaid) {
+TEST_F(UpdaterTest, AFeedThatCannotBeFetchedOrReadIsAnError) {
     server.serve("/empty", LoopbackServer::ok({}));
     server.serve("/broken", LoopbackServer::ok("<rss><channel>"));
     server.serve("/bomb",
@@ -78,17 +78,17 @@ TEST_F(UpdaterTest, AFeedThatCannotBeHadIsSaid) {
     }
 }
 
-TEST_F(UpdaterTest, AFeedThatDoesNotAnswerIsNotWaitedFor) {
+TEST_F(UpdaterTest, AFeedThatDoesNotAnswerTimesOut) {
     server.serve("/feed", LoopbackServer::Answer{{}, false});
     updater().checkForUpdates();
-    ASSERT_TRUE(settle([this] { return feedsAskedFor() == 1; }));
+    ASSERT_TRUE(settle([this] { return feedRequests() == 1; }));
     EXPECT_EQ(updater().state(), State::Checking);
     pass(Timeouts().idle);
     EXPECT_EQ(updater().state(), State::Failed);
     EXPECT_EQ(interface.lastError, UpdateError::FeedConnection);
 }
 
-TEST_F(UpdaterTest, WithoutAFeedThatIsSaidAtOnce) {
+TEST_F(UpdaterTest, AMissingFeedIsAnErrorAtOnce) {
     keys.feedAddress.reset();
     updater().checkForUpdates();
     EXPECT_EQ(interface.take(), (QStringList{u"checking"_s, u"error"_s}));
@@ -103,20 +103,20 @@ TEST_F(UpdaterTest, ACheckCanBeCancelled) {
     EXPECT_EQ(interface.take(), (QStringList{u"checking"_s, u"front"_s, u"dismiss"_s, u"session over"_s,
                                              u"cycle over, asked for"_s}));
     EXPECT_EQ(updater().state(), State::Idle);
-    // What was on its way is of no interest to the next one.
+    // A late response does not disturb the next check.
     serveVersion("2.0");
     EXPECT_EQ(check().size(), 3);
 }
 
-TEST_F(UpdaterTest, AskedAgainItComesToTheFront) {
+TEST_F(UpdaterTest, ASecondCheckBringsTheWindowToTheFront) {
     serveVersion("2.0");
     check();
     updater().checkForUpdates();
     EXPECT_EQ(interface.take(), QStringList{u"front"_s});
-    EXPECT_EQ(feedsAskedFor(), 1U);
+    EXPECT_EQ(feedRequests(), 1U);
 }
 
-TEST_F(UpdaterTest, AnUpdateIsDownloadedCheckedAndInstalled) {
+TEST_F(UpdaterTest, AnUpdateIsDownloadedVerifiedAndInstalled) {
     serveVersion("2.0");
     findUpdate();
     updater().install();
@@ -133,7 +133,7 @@ TEST_F(UpdaterTest, AnUpdateIsDownloadedCheckedAndInstalled) {
     EXPECT_EQ(quits, 1);
 }
 
-TEST_F(UpdaterTest, TheProgramStaysWhereTheNewOneCannotBeStarted) {
+TEST_F(UpdaterTest, TheProgramStaysIfTheNewOneCannotBeStarted) {
     serveVersion("2.0");
     findUpdate();
     updater().install();
@@ -144,7 +144,7 @@ TEST_F(UpdaterTest, TheProgramStaysWhereTheNewOneCannotBeStarted) {
     EXPECT_EQ(updater().state(), State::Idle);
 }
 
-TEST_F(UpdaterTest, WhatIsInstalledIsNotDownloadedAgain) {
+TEST_F(UpdaterTest, AnInstalledVersionIsNotDownloadedAgain) {
     serveVersion("2.0");
     findUpdate();
     updater().install();
@@ -158,14 +158,14 @@ TEST_F(UpdaterTest, WhatIsInstalledIsNotDownloadedAgain) {
     EXPECT_EQ(interface.lastOffer->item.version, u"2.1"_s);
 }
 
-TEST_F(UpdaterTest, WithoutAKeyNothingIsDownloaded) {
+TEST_F(UpdaterTest, NothingIsDownloadedWithoutAPublicKey) {
     serveVersion("2.0");
     keys.publicKey.reset();
     EXPECT_EQ(errorOfInstalling(), UpdateError::NoPublicKey);
     EXPECT_EQ(server.requests().size(), 1U);
 }
 
-TEST_F(UpdaterTest, WithoutASignatureNothingIsDownloaded) {
+TEST_F(UpdaterTest, NothingIsDownloadedWithoutASignature) {
     const QByteArray plain = "url='" + server.address("/program").toEncoded() + "' length='5'";
     for (const QByteArray& enclosure : {plain, plain + " sparkle:edSignature='c2hvcnQ='"}) {
         serveFeed(itemOf("2.0", enclosure));
@@ -174,7 +174,7 @@ TEST_F(UpdaterTest, WithoutASignatureNothingIsDownloaded) {
     EXPECT_EQ(server.requests().size(), 2U);
 }
 
-TEST_F(UpdaterTest, WithoutSomethingToDownloadThatIsSaid) {
+TEST_F(UpdaterTest, AVersionWithoutAValidDownloadIsAnError) {
     const QByteArray good = enclosureOf(program);
     for (const QByteArray& enclosure :
          {QByteArray(), QByteArray(good).replace("length=", "size="),
@@ -185,13 +185,13 @@ TEST_F(UpdaterTest, WithoutSomethingToDownloadThatIsSaid) {
     }
 }
 
-TEST_F(UpdaterTest, MoreThanAnyProgramNeedsIsNotDownloaded) {
+TEST_F(UpdaterTest, ADownloadAboveTheLimitIsNotStarted) {
     serveFeed(itemOf("2.0", enclosureOf(program).replace(QByteArray::number(program.size()), "1073741825")));
     EXPECT_EQ(errorOfInstalling(), UpdateError::WrongLength);
     EXPECT_EQ(server.requests().size(), 1U);
 }
 
-TEST_F(UpdaterTest, AWrongSignatureIsRefusedAndTheDownloadDeleted) {
+TEST_F(UpdaterTest, ADownloadWithAWrongSignatureIsDeleted) {
     serveVersion("2.0");
     keys.publicKey = SigningKey(2).publicKey();
     EXPECT_EQ(errorOfInstalling(), UpdateError::WrongSignature);
@@ -199,18 +199,18 @@ TEST_F(UpdaterTest, AWrongSignatureIsRefusedAndTheDownloadDeleted) {
     EXPECT_EQ(installer.staged, QByteArray());
 }
 
-TEST_F(UpdaterTest, AWrongLengthIsRefusedAndTheDownloadDeleted) {
+TEST_F(UpdaterTest, ADownloadOfAWrongLengthIsDeleted) {
     serveVersion("2.0");
     server.serve("/program", LoopbackServer::ok(program + '!'));
     EXPECT_EQ(errorOfInstalling(), UpdateError::WrongLength);
     EXPECT_EQ(filesLeft(), QStringList());
 }
 
-TEST_F(UpdaterTest, AProgramThatIsNotNewerIsRefusedWhateverTheFeedSays) {
+TEST_F(UpdaterTest, ADownloadedProgramThatIsNotNewerIsRefused) {
     serveVersion("2.0");
-    for (const QString& said : {u"1.0"_s, u"0.9"_s, u"1.0.0"_s, u"1.0b"_s}) {
-        installer.versionSaid = said;
-        EXPECT_EQ(errorOfInstalling(), UpdateError::NotNewer) << said.toStdString();
+    for (const QString& version : {u"1.0"_s, u"0.9"_s, u"1.0.0"_s, u"1.0b"_s}) {
+        installer.stagedVersion = version;
+        EXPECT_EQ(errorOfInstalling(), UpdateError::NotNewer) << version.toStdString();
         EXPECT_EQ(filesLeft(), QStringList());
         EXPECT_EQ(installer.staged, QByteArray());
     }
@@ -221,18 +221,18 @@ TEST_F(UpdaterTest, AProgramThatCannotBeReplacedStays) {
     installer.replaces = false;
     EXPECT_EQ(errorOfInstalling(), UpdateError::Installation);
     EXPECT_EQ(filesLeft(), QStringList());
-    installer.versionSaid.reset();
+    installer.stagedVersion.reset();
     EXPECT_EQ(errorOfInstalling(), UpdateError::Installation);
     EXPECT_EQ(filesLeft(), QStringList());
 }
 
-TEST_F(UpdaterTest, ADownloadThatCannotBeKeptIsSaid) {
+TEST_F(UpdaterTest, ADownloadThatCannotBeWrittenIsAnError) {
     serveVersion("2.0");
     tree.write("updates", "a file in its place");
     EXPECT_EQ(errorOfInstalling(), UpdateError::File);
 }
 
-TEST_F(UpdaterTest, WhereAPackageManagerLooksAfterTheProgramNothingIsDownloaded) {
+TEST_F(UpdaterTest, NothingIsDownloadedIfTheProgramIsNotAnImage) {
     serveVersion("2.0");
     for (const InstallKind kind : {InstallKind::packageManager, InstallKind::other}) {
         installer.installKind = kind;
@@ -241,10 +241,10 @@ TEST_F(UpdaterTest, WhereAPackageManagerLooksAfterTheProgramNothingIsDownloaded)
         updater().later();
         EXPECT_EQ(errorOfInstalling(), UpdateError::Installation);
     }
-    EXPECT_EQ(feedsAskedFor(), server.requests().size());
+    EXPECT_EQ(feedRequests(), server.requests().size());
 }
 
-TEST_F(UpdaterTest, ADownloadIsPausedAndGoneOnWith) {
+TEST_F(UpdaterTest, ADownloadIsPausedAndResumed) {
     serveVersion("2.0");
     findUpdate();
     server.serve("/program", [this](const LoopbackServer::Request&) {
@@ -271,7 +271,7 @@ TEST_F(UpdaterTest, ADownloadIsPausedAndGoneOnWith) {
     EXPECT_EQ(installer.program, program);
 }
 
-TEST_F(UpdaterTest, ACancelledDownloadIsGoneOnWithNextTime) {
+TEST_F(UpdaterTest, ACancelledDownloadIsResumedNextTime) {
     serveVersion("2.0");
     findUpdate();
     server.serve("/program", [this](const LoopbackServer::Request& request) {
@@ -292,7 +292,7 @@ TEST_F(UpdaterTest, ACancelledDownloadIsGoneOnWithNextTime) {
     EXPECT_FALSE(filesLeft().isEmpty());
 }
 
-TEST_F(UpdaterTest, MayBeCancelledByWhoShowsTheProgress) {
+TEST_F(UpdaterTest, MayBeCancelledWhileProgressIsShown) {
     serveVersion("2.0");
     findUpdate();
     interface.progressed = [this] { updater().cancel(); };
@@ -308,22 +308,22 @@ TEST_F(UpdaterTest, MayBeCancelledByWhoShowsTheProgress) {
     ASSERT_TRUE(settleAt(State::Idle));
 }
 
-TEST_F(UpdaterTest, AnswersToWhatWasNotAskedChangeNothing) {
+TEST_F(UpdaterTest, AnswersInOtherStatesDoNothing) {
     serveVersion("2.0");
-    const auto answerEverything = [this] {
+    const auto answer = [this] {
         updater().pause();
         updater().resume();
         updater().restart();
         updater().acknowledge();
     };
-    answerEverything();
+    answer();
     updater().install();
     updater().later();
     updater().skip();
     updater().cancel();
     EXPECT_EQ(interface.take(), QStringList());
     findUpdate();
-    answerEverything();
+    answer();
     updater().cancel();
     EXPECT_EQ(interface.take(), QStringList());
     EXPECT_EQ(updater().state(), State::Found);
@@ -331,7 +331,7 @@ TEST_F(UpdaterTest, AnswersToWhatWasNotAskedChangeNothing) {
     EXPECT_EQ(quits, 0);
 }
 
-TEST_F(UpdaterTest, ThePageOfAnOfferIsTheReleasesElseItsNotes) {
+TEST_F(UpdaterTest, ThePageOfAnOfferIsTheReleasePageOrTheNotes) {
     const QByteArray notes = "<sparkle:releaseNotesLink>https://example.org/notes</sparkle:releaseNotesLink>"
                              "<sparkle:version>2.0</sparkle:version></item>";
     serveFeed("<item><link>https://example.org/page</link>" + notes);
