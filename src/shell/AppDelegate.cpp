@@ -9,12 +9,12 @@
 #include "platform/MotionPreference.h"
 #include "platform/Preferences.h"
 #include "platform/WindowSystem.h"
+#include "shell/ShellLog.h"
 #include "views/TileRows.h"
 #include "window/ApplicationIcon.h"
 #include "window/SettingsItems.h"
 
 #include <QApplication>
-#include <QLoggingCategory>
 #include <QScreen>
 #include <QStandardPaths>
 #include <cmath>
@@ -22,7 +22,11 @@
 
 namespace amberquill {
 
+Q_LOGGING_CATEGORY(shellLog, "amberquill.shell", QtCriticalMsg)
+
 namespace {
+
+Q_LOGGING_CATEGORY(frameLog, "amberquill.frames", QtCriticalMsg)
 
 // Seconds after the first frame. By then the neighbouring pages exist and their icons are decoded.
 constexpr double settledAfter = 1.5;
@@ -31,7 +35,26 @@ constexpr double settledAfter = 1.5;
 constexpr KeyChord launcherChord{Qt::Key_Space, Qt::ControlModifier | Qt::AltModifier};
 constexpr std::uint32_t hotKeyId = 1;
 
-Q_LOGGING_CATEGORY(shellLog, "amberquill.shell", QtCriticalMsg)
+// Logs each frame that reaches the screen, for benchmarks: the time on the queue's clock, whether all its
+// icons were decoded, and the seconds since its beginning. The queue outlives the window.
+void logFrames(QQuickWindow& window, const MainQueue& queue) {
+    if (!frameLog().isDebugEnabled()) {
+        return;
+    }
+    struct Frame {
+        bool isComplete = false;
+        double begun = 0;
+    };
+    const auto frame = std::make_shared<Frame>();
+    QObject::connect(&window, &QQuickWindow::afterAnimating, &window, [frame, &queue] {
+        *frame = {.isComplete = IconCache::shared().isIdle(), .begun = queue.now()};
+    });
+    QObject::connect(&window, &QQuickWindow::frameSwapped, &window, [frame, &queue] {
+        const double end = queue.now();
+        qCDebug(frameLog, "frame %.6f %s %.6f", end, frame->isComplete ? "complete" : "incomplete",
+                end - frame->begun);
+    });
+}
 
 } // namespace
 
@@ -123,7 +146,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     connect(qGuiApp, &QGuiApplication::aboutToQuit, this, &AppDelegate::applicationWillTerminate);
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &AppDelegate::saveForSession);
     connect(qGuiApp, &QGuiApplication::saveStateRequest, this, &AppDelegate::saveForSession);
-    frameLog_ = std::make_unique<FrameLog>(controller_->window());
+    logFrames(controller_->window(), services_.queue);
     if (startsHidden) {
         // No frame will be drawn.
         services_.queue.then(context_, [this] { finishStart(); });
@@ -172,6 +195,7 @@ void AppDelegate::startUpdates() {
 }
 
 void AppDelegate::takeLatePreferences() {
+    qCDebug(shellLog, "the preferences came late");
     services_.startupData.preferencesAreLate = false;
     model_.takeLatePreferences();
     if (controller_) {
@@ -219,7 +243,7 @@ bool AppDelegate::firstPageIsReady() {
 // Work that the first frame does not need.
 void AppDelegate::finishStart() {
     live_.watch(services_.watchedFolders);
-    services_.prepareOpening();
+    services_.finishStart();
     visibility_.updateStatusItem();
     services_.motion.follow(
         [&motion = services_.motion] { Timeline::shared().setReduced(motion.isReduced()); });
@@ -247,6 +271,7 @@ void AppDelegate::releaseMemory() {
     services_.queue.then(context_, [this] {
         IconCache::shared().shrink();
         services_.trimHeap();
+        qCDebug(shellLog, "memory released");
     });
 }
 
@@ -265,6 +290,8 @@ void AppDelegate::toggleLauncher(const PressOrigin& origin) {
 void AppDelegate::toggleByPress(PressRoute route, const PressOrigin& origin) {
     if (presses_.isNewPress(route, services_.queue.now())) {
         toggleLauncher(origin);
+    } else {
+        qCDebug(shellLog, "the same press of the keys by another route: ignored");
     }
 }
 

@@ -2,27 +2,24 @@
 // AppDelegate creates everything that lives as long as the process.
 #pragma once
 
-#include "data/CacheFiles.h"
 #include "model/LauncherModel.h"
-#include "model/LayoutStore.h"
 #include "platform/GlobalShortcut.h"
 #include "platform/MainBundle.h"
 #include "platform/ProgramInstaller.h"
 #include "shell/FocusController.h"
-#include "shell/FrameLog.h"
 #include "shell/HotKey.h"
 #include "shell/IconDiskCache.h"
 #include "shell/LiveRefresh.h"
 #include "shell/MainMenu.h"
 #include "shell/MemoryRelease.h"
 #include "shell/NameDiskCache.h"
+#include "shell/StartupReading.h"
 #include "shell/VisibilityController.h"
 #include "updates/dialogs/ProgramUpdates.h"
 #include "window/LauncherMenu.h"
 #include "window/LauncherWindowController.h"
 #include "window/LayoutDialogs.h"
 
-#include <QHash>
 #include <QObject>
 #include <QSessionManager>
 #include <QStringList>
@@ -46,15 +43,6 @@ class ScreenCapture;
 class ScrollDevices;
 class WindowSystem;
 
-// What the first frame needs from the disk.
-struct StartupData {
-    StoredLayout layout;
-    bool layoutIsLate = false;       // the layout is still being read; the model gets it later
-    bool preferencesAreLate = false; // see takeLatePreferences()
-    QHash<QString, QString> names;   // by path
-    std::vector<StoredIcon> icons;
-};
-
 // Owns the model and the window's controller, and connects them to the application's events.
 class AppDelegate final : public QObject {
     Q_OBJECT
@@ -76,7 +64,7 @@ public:
         std::shared_ptr<const Backdrop> firstBackdrop; // may be null
         MotionPreference& motion;
         std::function<ScanResult()> scan;
-        std::function<void()> prepareOpening; // called when the first frame is on the screen
+        std::function<void()> finishStart; // called when the first frame is on the screen
         std::function<void()> retryIcons;
         StartupData startupData;
         QString applicationSupport;
@@ -150,7 +138,6 @@ private:
     ProgramUpdates updates_;
     LauncherMenu menu_;
     std::unique_ptr<MainMenu> mainMenu_;
-    std::unique_ptr<FrameLog> frameLog_;
     FocusController focus_;
     NameDiskCache names_;
     IconDiskCache icons_;

@@ -2,22 +2,16 @@
 
 #include "platform/GlobalShortcut.h"
 #include "platform/WindowSystem.h"
+#include "shell/ShellLog.h"
 #include "window/LauncherWindowController.h"
 
 #include <QApplication>
 #include <QEvent>
-#include <QLoggingCategory>
 #include <QWidget>
 #include <QWindow>
 #include <algorithm>
 
 namespace amberquill {
-
-namespace {
-
-Q_LOGGING_CATEGORY(focusLog, "amberquill.shell", QtCriticalMsg)
-
-} // namespace
 
 FocusController::FocusController(WindowSystem& windows, MainQueue& queue)
     : windows_(windows)
@@ -74,7 +68,7 @@ bool FocusController::eventFilter(QObject* watched, QEvent* event) {
 
 QList<FocusPolicy::Action> FocusController::decide(FocusPolicy::Event event) {
     const auto actions = policy_.handle(event, facts());
-    qCDebug(focusLog) << event << actions;
+    qCDebug(shellLog).verbosity(QDebug::MinimumVerbosity) << "focus:" << event << actions;
     return actions;
 }
 

@@ -3,6 +3,7 @@
 #include "data/IconCache.h"
 #include "platform/FileSystem.h"
 #include "platform/MainQueue.h"
+#include "shell/ShellLog.h"
 
 #include <QHash>
 #include <algorithm>
@@ -91,7 +92,11 @@ void IconDiskCache::save() {
     }
     stored_ = identities;
     services_.queue.runInBackground(
-        [icons, &files = services_.files, path = path_] { files.writeAtomically(path, encodeIcons(icons)); },
+        [icons, &files = services_.files, path = path_] {
+            if (!files.writeAtomically(path, encodeIcons(icons))) {
+                qCDebug(shellLog) << "cannot write" << path;
+            }
+        },
         [] {}, Lane::Save);
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/FolderWatcher.h"
 #include "platform/MainQueue.h"
+#include "shell/ShellLog.h"
 
 namespace amberquill {
 
@@ -20,6 +21,7 @@ void LiveRefresh::watch(const QStringList& folders) {
 }
 
 void LiveRefresh::refresh() {
+    qCDebug(shellLog, "scanning the applications again");
     // A scan under way may have read the changed folder already.
     changedDuringScan_ = services_.model.isScanning();
     services_.model.refreshApps();

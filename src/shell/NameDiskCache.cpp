@@ -3,6 +3,7 @@
 #include "data/CacheFiles.h"
 #include "platform/FileSystem.h"
 #include "platform/MainQueue.h"
+#include "shell/ShellLog.h"
 
 namespace amberquill {
 
@@ -42,8 +43,8 @@ void NameDiskCache::save(const std::vector<AppInfo>& installed) {
     queue_.runInBackground(
         [installed, language = language_, &files = files_, path = path_] {
             const QByteArray content = encodeNames(language, installed);
-            if (files.readFile(path, largestNames) != content) {
-                files.writeAtomically(path, content);
+            if (files.readFile(path, largestNames) != content && !files.writeAtomically(path, content)) {
+                qCDebug(shellLog) << "cannot write" << path;
             }
         },
         context_.bind([this] { isWriting_ = false; }), Lane::Save);

@@ -1,6 +1,7 @@
 #include "shell/TrayStatusItem.h"
 
 #include "platform/TrayHosts.h"
+#include "shell/ShellLog.h"
 #include "window/MenuStyle.h"
 
 #include <QGuiApplication>
@@ -13,6 +14,18 @@ namespace {
 
 // Seconds in which a panel redraws itself around a new item.
 constexpr double panelRedraw = 1;
+
+const char* nameOf(PanelTone tone) {
+    switch (tone) {
+    case PanelTone::Light:
+        return "light";
+    case PanelTone::Dark:
+        return "dark";
+    case PanelTone::Unknown:
+        break;
+    }
+    return "of unknown brightness";
+}
 
 } // namespace
 
@@ -52,6 +65,7 @@ void TrayStatusItem::destroy() {
 }
 
 void TrayStatusItem::make() {
+    qCDebug(shellLog, "status item made");
     menu_ = std::make_unique<QMenu>();
     connect(menu_.get(), &QMenu::aboutToShow, this, [this] { refill(); });
     refill(); // some hosts read the entries before they open the menu
@@ -87,6 +101,7 @@ void TrayStatusItem::updateTone() {
     }
     const PanelTone tone = panelTone(hosts_.itemPicture());
     if (tone != tone_) {
+        qCDebug(shellLog, "the panel is now %s", nameOf(tone));
         setTone(tone);
     }
 }

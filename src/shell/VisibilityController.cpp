@@ -5,6 +5,7 @@
 #include "platform/Preferences.h"
 #include "platform/StatusItem.h"
 #include "platform/WindowSystem.h"
+#include "shell/ShellLog.h"
 #include "window/ClosureMenuItem.h"
 
 #include <QKeySequence>
@@ -45,6 +46,7 @@ bool VisibilityController::showsInMenuBar() const {
 
 void VisibilityController::setShowsInDock(bool on) {
     if (!on && !showsInMenuBar()) {
+        qCDebug(shellLog, "the task-bar entry stays on: the status item is off");
         return;
     }
     const bool wasShown = isLauncherShown();
@@ -57,6 +59,7 @@ void VisibilityController::setShowsInDock(bool on) {
 
 void VisibilityController::toggleShowsInMenuBar() {
     if (showsInMenuBar() && !showsInDock()) {
+        qCDebug(shellLog, "the status item stays on: the task-bar entry is off");
         return;
     }
     services_.preferences.setBoolean(menuBarKey, !showsInMenuBar());

@@ -42,6 +42,7 @@
 #include "platform/linux/windows/wayland/SeatlessCompositor.h"
 #include "shell/AppDelegate.h"
 #include "shell/LazyApplicationOpener.h"
+#include "shell/StartupReading.h"
 #include "shell/TrayStatusItem.h"
 #include "window/Backdrops.h"
 
@@ -50,6 +51,7 @@
 #include <QDeadlineTimer>
 #include <QFileInfo>
 #include <QLocale>
+#include <QLoggingCategory>
 #include <QQuickWindow>
 #include <algorithm>
 #include <chrono>
@@ -61,73 +63,46 @@
 #include <unistd.h>
 
 using namespace amberquill;
-using namespace std::string_view_literals;
 
 namespace {
 
-// For whoever wants to look at the motion: everything that takes time takes so many times as long.
+// For looking at the motion: everything that takes time takes this many times as long.
 double slowdown() {
     const double wanted = qEnvironmentVariable("AMBERQUILL_SLOWDOWN").toDouble();
     return wanted >= 1 && wanted <= 100 ? wanted : 1;
 }
 
-// Seconds after the first frame by which what a start needed for a moment can be given back: the pages beside
-// the first one are made and all icons decoded.
+// Seconds after the first frame. By then all icons are decoded, and memory used by the start can be released.
 constexpr double settledAfter = 4;
 
-// Seconds after which the rest of a start waits no longer for a first frame: a window need not be seen.
+// Seconds after which background work begins even without a first frame: the window may be invisible.
 constexpr double longestHold = 1.0;
 
-// How long the end waits for what is still to be written, and then for other background work: a mount that
-// does not answer keeps either waiting for good.
+// How long the program's end waits for unsaved data to be written, and then for other background work. A
+// mount that does not answer would block either forever.
 constexpr std::chrono::milliseconds longestFlush{600};
 constexpr std::chrono::milliseconds longestFinish{200};
 
-// How long a start waits for what it reads. The window comes with what is known by then.
+// How long the start waits for files. The window then shows what has been read.
 constexpr std::chrono::milliseconds longestReading{300};
 
-// What an earlier run left for the first picture.
-struct Caches {
-    QHash<QString, QString> names;
-    std::vector<StoredIcon> icons;
-};
-
-// What is read while Qt starts. A first scan is among it where nothing is remembered that could be shown
-// before.
-struct Reading {
-    AsyncValue<desktop::JsonPreferences::Content> preferences;
-    AsyncValue<StoredLayout> layout;
-    AsyncValue<Caches> caches;
-    AsyncValue<ScanResult> firstScan;
-
-    StartupData takeBy(QDeadlineTimer deadline) {
-        StartupData data;
-        auto read = layout.takeBy(deadline);
-        data.layoutIsLate = !read;
-        if (read) {
-            data.layout = std::move(*read);
-        }
-        if (auto cached = caches.takeBy(deadline)) {
-            data.names = std::move(cached->names);
-            data.icons = std::move(cached->icons);
-        }
-        firstScan.waitUntil(deadline);
-        return data;
-    }
-
-    [[nodiscard]] bool isUnderWay() const {
-        return preferences.isUnderWay() || layout.isUnderWay() || caches.isUnderWay() ||
-               firstScan.isUnderWay();
-    }
-};
-
-// What saves of earlier processes left beside these files, or what they are links to, when they were killed.
+// Removes temporary files of killed processes beside these files and beside the targets of links.
 void removeLeftovers(const FileSystem& files, const QStringList& paths) {
     for (const QString& path : paths) {
         for (const QString& place : {path, files.resolvingSymbolicLinks(path)}) {
             desktop::removeLeftoverFiles(QFileInfo(place).path().toUtf8());
         }
     }
+}
+
+bool hasArgument(int argc, char* argv[], std::string_view wanted) {
+    return std::any_of(argv, argv + argc, [wanted](const char* argument) { return argument == wanted; });
+}
+
+// --verbose: all debug lines except one for each frame. On stderr even where Qt would write to the journal.
+void logEverything() {
+    qputenv("QT_FORCE_STDERR_LOGGING", "1");
+    QLoggingCategory::setFilterRules(QStringLiteral("amberquill.*=true\namberquill.frames=false"));
 }
 
 void carryOut(const desktop::ApplicationRequest& request, AppDelegate& delegate) {
@@ -149,22 +124,26 @@ void carryOut(const desktop::ApplicationRequest& request, AppDelegate& delegate)
 } // namespace
 
 int main(int argc, char* argv[]) {
-    // Asked by what is about to put this program in an older one's place, too.
-    if (std::any_of(argv, argv + argc, [](const char* text) { return text == "--version"sv; })) {
+    // The updater asks a new program for its version too, before it replaces the old one.
+    if (hasArgument(argc, argv, "--version")) {
         return std::puts("Amberquill " AMBERQUILL_VERSION) < 0 ? EXIT_FAILURE : EXIT_SUCCESS;
     }
-    // First of all, before anything changes the environment that applications are started with.
+    // First, because the rest of the start changes the environment, and applications are started with this
+    // one.
     const auto start = desktop::InheritedState::capture();
     const desktop::Environment environment = start.environment.lookup();
+    if (hasArgument(argc, argv, "--verbose")) {
+        logEverything();
+    }
     desktop::doNotLaunchSessionBus(environment);
     desktop::avoidInputMethodWithoutSeat(environment);
     desktop::limitMallocArenas();
-    // Where the one who started us ignores it, the system forgets how our child processes end, and another
-    // process may have such a one's number.
+    // If our parent ignored SIGCHLD, the kernel would discard our children's exit statuses and might reuse
+    // their process ids.
     static_cast<void>(std::signal(SIGCHLD, SIG_DFL));
 
-    // Whether the program runs already is asked while it starts. If so, that one shows itself, and this
-    // process ends at once: nothing in it has been on the screen or written to a file.
+    // Whether the program runs already is found out while this one starts. If so, that one gets the request,
+    // and this process ends at once: it has shown and written nothing.
     const desktop::StartupRequest startup =
         desktop::startupRequest(environment, QList<QByteArray>(argv + std::min(argc, 1), argv + argc));
     const QByteArray busAddress = desktop::sessionBusAddress(environment).value_or(QByteArray());
@@ -177,30 +156,31 @@ int main(int argc, char* argv[]) {
     const desktop::EntrySettings entrySettings = desktop::entrySettingsFromEnvironment(environment);
     RootReaders readers;
     const desktop::DesktopEntryApplications registered(entrySettings, &readers);
-    const AppScanner::Services scanServices{files,   bundles, registered, locations.home, locations.ownBundle,
-                                            &readers};
+    const AppScanner::Services scanServices{
+        .files = files,
+        .bundles = bundles,
+        .registered = registered,
+        .home = locations.home,
+        .ownBundle = locations.ownBundle,
+        .readers = &readers,
+    };
 
     const QString program = desktop::runningProgram();
     desktop::IconWorkerPool iconWorkers({.program = desktop::installedWorkerProgram(program, environment)});
 
-    // Without it Qt reads them itself.
+    // Qt finds the fonts' configuration already read.
     static_cast<void>(startThread(desktop::readFontConfiguration));
     const QDeadlineTimer readingEnds(longestReading);
     const QString preferencesPath = locations.configuration + QStringLiteral("/Amberquill/preferences.json");
-    Reading reading;
-    reading.preferences.start([&] { return desktop::JsonPreferences::read(files, preferencesPath); });
-    reading.layout.start([&] { return LayoutStore::read(files, locations.applicationSupport); });
-    reading.caches.start([&] {
-        Caches caches{NameDiskCache::load(files, locations.caches, language), {}};
-        if (caches.names.isEmpty()) {
-            reading.firstScan.start([&] { return AppScanner::scan(scanServices); });
-        }
-        caches.icons = IconDiskCache::load(files, locations.caches);
-        if (caches.icons.empty()) {
-            // The first page will have to be decoded before it can be shown.
-            iconWorkers.prepare();
-        }
-        return caches;
+    AsyncValue<desktop::JsonPreferences::Content> preferencesReading;
+    preferencesReading.start([&] { return desktop::JsonPreferences::read(files, preferencesPath); });
+    StartupReading reading({
+        .files = files,
+        .applicationSupport = locations.applicationSupport,
+        .caches = locations.caches,
+        .language = language,
+        .scan = [&] { return AppScanner::scan(scanServices); },
+        .prepareDecoding = [&] { iconWorkers.prepare(); },
     });
 
     if (!desktop::hasHardwareGpu()) {
@@ -212,7 +192,7 @@ int main(int argc, char* argv[]) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const QApplication application(argc, argv);
 
-    auto storedPreferences = reading.preferences.takeBy(readingEnds);
+    auto storedPreferences = preferencesReading.takeBy(readingEnds);
     const bool preferencesAreLate = !storedPreferences;
     desktop::JsonPreferences preferences(files, preferencesPath, std::move(storedPreferences));
     const desktop::QtSystemLanguages languages;
@@ -226,7 +206,7 @@ int main(int argc, char* argv[]) {
     auto backdrop = makeBackdrop(*screens, *windows, windows->screenUnderPointer(),
                                  LauncherModel::storedBackground(preferences), windows->blendsWindows());
 
-    // Before the queue, which at its own end waits for what is done in the background.
+    // Declared before the queue, whose destructor waits for background work of the installer.
     const auto installer =
         std::make_shared<desktop::AppImageInstaller>(start.environment.forChild({}), program);
     EventLoopQueue queue(slowdown());
@@ -237,8 +217,13 @@ int main(int argc, char* argv[]) {
     const FrameDriver driver(timeline);
 
     desktop::LinuxApplicationIcons icons(
-        {desktop::iconBaseFolders(locations.home, entrySettings.dataFolders), desktop::iconThemeName(),
-         locations.caches + QStringLiteral("/Amberquill"), AMBERQUILL_VERSION, entrySettings.locale},
+        {
+            .baseFolders = desktop::iconBaseFolders(locations.home, entrySettings.dataFolders),
+            .theme = desktop::iconThemeName(),
+            .cacheFolder = locations.caches + QStringLiteral("/Amberquill"),
+            .version = AMBERQUILL_VERSION,
+            .locale = entrySettings.locale,
+        },
         iconWorkers);
     IconCache::shared().serveFrom(&icons, &queue);
 
@@ -246,9 +231,9 @@ int main(int argc, char* argv[]) {
     const desktop::XkbKeyboard keyboard;
     const auto tokens = desktop::makeActivationTokens(queue);
     const auto notifications = desktop::makeStartupNotifications();
-    // A bus that does not answer is not asked to start applications either: that would wait for it.
+    // If the bus does not answer, applications are started without it: asking it would block.
     std::function<bool()> hasBus = [] { return false; };
-    // Qt's own connection stays dead once its bus has gone. One of ours is there for the next bus.
+    // Qt's own connection does not reconnect when the bus has restarted; this one replaces it then.
     std::optional<QDBusConnection> nextBus;
     const desktop::CurrentBus sessionBus = [&nextBus] {
         return nextBus ? *nextBus : QDBusConnection::sessionBus();
@@ -265,15 +250,14 @@ int main(int argc, char* argv[]) {
     StartupData startupData = reading.takeBy(readingEnds);
     startupData.preferencesAreLate = preferencesAreLate;
     const bool layoutIsLate = startupData.layoutIsLate; // the rest is moved from
-    const auto scan = [&scanServices, &first = reading.firstScan] {
-        auto scanned = first.take();
-        return scanned ? std::move(*scanned) : AppScanner::scan(scanServices);
-    };
     desktop::AsyncBusConnector shortcutsBus(busAddress, QStringLiteral("shortcuts"), queue);
     desktop::LinuxTrayHosts trayHosts(sessionBus);
     TrayStatusItem statusItem(trayHosts, queue);
-    const desktop::AutostartLoginItem::Settings autostart{desktop::autostartFolders(environment), program,
-                                                          entrySettings.currentDesktops};
+    const desktop::AutostartLoginItem::Settings autostart{
+        .folders = desktop::autostartFolders(environment),
+        .program = program,
+        .currentDesktops = entrySettings.currentDesktops,
+    };
     const QStringList writtenFiles = {
         locations.applicationSupport + QStringLiteral("/Amberquill/layout.json"),
         locations.applicationSupport + QStringLiteral("/Amberquill/layout-history/copy.json"),
@@ -283,68 +267,72 @@ int main(int argc, char* argv[]) {
         queue, [&](desktop::AsyncBusConnector::Connected then) { shortcutsBus.connect(std::move(then)); });
     GlobalShortcut& shortcuts = *shortcut;
     const Context running;
-    AppDelegate delegate({queue,
-                          files,
-                          preferences,
-                          *windows,
-                          *tokens,
-                          opener,
-                          watcher,
-                          statusItem,
-                          *scrollDevices,
-                          keyboard,
-                          *screens,
-                          std::move(backdrop),
-                          motion,
-                          scan,
-                          [&] {
-                              queue.release();
-                              opener.prepare();
-                              queue.runInBackground(
-                                  [paths = writtenFiles, &files] { removeLeftovers(files, paths); }, [] {});
-                              queue.thenAfter(running, settledAfter, [&] {
-                                  desktop::trimHeap();
-                                  // Processes that were started early, where no icon was asked for.
-                                  queue.runInBackground([&] { icons.rest(); }, [] {}, Lane::Icons);
-                              });
-                          },
-                          [&icons] {
-                              icons.forget();
-                              IconCache::shared().retryMissing();
-                          },
-                          std::move(startupData),
-                          locations.applicationSupport,
-                          locations.caches,
-                          language,
-                          AppScanner::searchRoots(locations.home) + registered.watchedFolders(),
-                          {locations.home, desktop::homeFolderOfUser},
-                          [&frameworks](AppLanguage chosen) { frameworks.apply(chosen); },
-                          std::make_shared<desktop::AutostartLoginItem>(files, autostart),
-                          std::move(shortcut),
-                          std::make_shared<desktop::PropertyListMainBundle>(
-                              desktop::mainBundlePaths(program, locations.ownBundle)),
-                          installer,
-                          [&queue](std::vector<std::function<void()>> flushes) {
-                              queue.runWithin(longestFlush, std::move(flushes));
-                          },
-                          desktop::trimHeap});
+    const auto finishStart = [&] {
+        queue.release();
+        opener.prepare();
+        queue.runInBackground([paths = writtenFiles, &files] { removeLeftovers(files, paths); }, [] {});
+        queue.thenAfter(running, settledAfter, [&] {
+            desktop::trimHeap();
+            // Ends icon workers that were started early but not needed.
+            queue.runInBackground([&] { icons.rest(); }, [] {}, Lane::Icons);
+        });
+    };
+    AppDelegate delegate({
+        .queue = queue,
+        .files = files,
+        .preferences = preferences,
+        .windows = *windows,
+        .tokens = *tokens,
+        .opener = opener,
+        .watcher = watcher,
+        .statusItem = statusItem,
+        .scrollDevices = *scrollDevices,
+        .keyboard = keyboard,
+        .screens = *screens,
+        .firstBackdrop = std::move(backdrop),
+        .motion = motion,
+        .scan = [&reading] { return reading.scan(); },
+        .finishStart = finishStart,
+        .retryIcons =
+            [&icons] {
+                icons.forget();
+                IconCache::shared().retryMissing();
+            },
+        .startupData = std::move(startupData),
+        .applicationSupport = locations.applicationSupport,
+        .caches = locations.caches,
+        .language = language,
+        .watchedFolders = AppScanner::searchRoots(locations.home) + registered.watchedFolders(),
+        .homes = {locations.home, desktop::homeFolderOfUser},
+        .applyToFrameworks = [&frameworks](AppLanguage chosen) { frameworks.apply(chosen); },
+        .loginItem = std::make_shared<desktop::AutostartLoginItem>(files, autostart),
+        .shortcut = std::move(shortcut),
+        .bundle = std::make_shared<desktop::PropertyListMainBundle>(
+            desktop::mainBundlePaths(program, locations.ownBundle)),
+        .installer = installer,
+        .runFlushes =
+            [&queue](std::vector<std::function<void()>> flushes) {
+                queue.runWithin(longestFlush, std::move(flushes));
+            },
+        .trimHeap = desktop::trimHeap,
+    });
     readers.setAnswered(queue.answer(running, [&delegate] { delegate.rootAnswered(); }));
     if (layoutIsLate) {
-        reading.layout.whenThere(queue, running, [&delegate](StoredLayout stored) {
+        reading.whenLayoutIsThere(queue, running, [&delegate](StoredLayout stored) {
             delegate.model().takeLateLayout(std::move(stored));
         });
     }
     if (preferencesAreLate) {
-        reading.preferences.whenThere(queue, running, [&](desktop::JsonPreferences::Content content) {
+        preferencesReading.whenThere(queue, running, [&](desktop::JsonPreferences::Content content) {
             preferences.takeLate(std::move(content));
             delegate.takeLatePreferences();
         });
     }
-    // Without a compositor a panel beneath the launcher is not seen.
+    // Without a compositor the panel's colour can be read only while the launcher does not cover it.
     QObject::connect(&delegate.model(), &LauncherModel::presentedChanged, &statusItem,
                      &TrayStatusItem::updateToneSoon);
-    // Icons that no process could be had for are asked for again when the launcher is hidden, and when it is
-    // shown.
+    // Icons that failed for lack of a worker process are requested again when the launcher is shown or
+    // hidden.
     QObject::connect(&delegate.model(), &LauncherModel::presentedChanged, &delegate.model(), [&icons] {
         if (icons.takeUnavailable()) {
             IconCache::shared().retryMissing();
@@ -359,7 +347,7 @@ int main(int argc, char* argv[]) {
         delegate.hideLauncher();
     }
     desktop::AsyncBusConnector nextBusConnector(busAddress, QStringLiteral("next session bus"), queue);
-    const auto takeUp = [&](const QDBusConnection& bus) {
+    const auto useNextBus = [&](const QDBusConnection& bus) {
         if (bus.isConnected()) {
             nextBus = bus;
             trayHosts.busCameBack();
@@ -371,18 +359,19 @@ int main(int argc, char* argv[]) {
         [&](const desktop::ApplicationRequest& request) { carryOut(request, delegate); },
         [&] {
             shortcuts.serviceCameBack();
-            nextBusConnector.connect(takeUp);
+            nextBusConnector.connect(useNextBus);
         });
     hasBus = [&instance] { return instance.hasBus(); };
     if (!instance.hasBus()) {
-        // Before the views are made: making them connects the accessibility of Qt to it.
+        // Before the views exist: creating them has Qt's accessibility connect to the session bus.
         desktop::leaveSessionBusAlone();
     }
     delegate.applicationDidFinishLaunching();
     const int status = QApplication::exec();
-    iconWorkers.shutDown(); // whoever waits for an icon waits no longer
-    if (!queue.finish(longestFinish) || reading.isUnderWay() || !readers.isIdle()) {
-        // It uses objects of this function, and would keep them from going.
+    iconWorkers.shutDown(); // threads that wait for an icon return
+    if (!queue.finish(longestFinish) || preferencesReading.isUnderWay() || reading.isUnderWay() ||
+        !readers.isIdle()) {
+        // Threads still use objects of this function: none may be destroyed.
         ::_exit(status);
     }
     return status;

@@ -70,6 +70,25 @@ class Reaching(OnX11):
         self.expect_active()
         self.end_launcher(launcher)
 
+    def test_verbose_prints_debug_lines(self):
+        launcher = self.session.start(self.build / "amberquill", "--verbose", "--hide")
+        launcher.expect("amberquill.shell: focus: Event::Launched QList()")
+        second = self.session.start(self.build / "amberquill", "--verbose", "--toggle")
+        self.assertEqual(second.wait(), 0)
+        launcher.expect("amberquill.shell: focus: Event::ToggleRequested QList(Action::Show)")
+        self.expect_active()
+        self.assertEqual([line for line in launcher.lines if not line.startswith("amberquill.")], [])
+        self.assertEqual(launcher.terminate(), 0)
+
+    def test_without_verbose_nothing_is_printed(self):
+        launcher = self.session.start(self.build / "amberquill", "--hide")
+        until(lambda: "true" in self.session.ask_bus("NameHasOwner", NAME), "the program's name")
+        second = self.session.start(self.build / "amberquill", "--toggle")
+        self.assertEqual(second.wait(), 0)
+        self.assertEqual(second.lines, [])
+        self.expect_active()
+        self.end_launcher(launcher)
+
     def test_the_end_of_the_first_makes_room_for_the_next(self):
         self.end_launcher(self.begin_shown_launcher(self.made))
         self.end_launcher(self.begin_shown_launcher(self.made))

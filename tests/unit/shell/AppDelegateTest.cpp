@@ -127,7 +127,7 @@ protected:
                 [] {
                     return std::vector<AppInfo>{{u"/Applications/1.app"_s, u"One"_s}};
                 },
-            .prepareOpening = [] {},
+            .finishStart = [] {},
             .retryIcons = [] {},
             .startupData = startupData_,
             .applicationSupport = u"/data"_s,
