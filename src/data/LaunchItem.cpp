@@ -1,5 +1,7 @@
 #include "data/LaunchItem.h"
 
+#include <algorithm>
+
 namespace amberquill {
 
 size_t qHash(const AppInfo& app, size_t seed) noexcept {
@@ -41,7 +43,10 @@ bool LaunchItem::hasId(const QString& id) const {
     if (const QString* path = asApp()) {
         return id.size() == path->size() + 2 && id.startsWith(QLatin1String("a:")) && id.endsWith(*path);
     }
-    return id.startsWith(QLatin1String("f:")) && id == this->id();
+    const QStringView text(id);
+    return text.size() == 38 && text.startsWith(u"f:") &&
+           QUuid::fromString(text.sliced(2)) == asFolder()->id &&
+           std::none_of(text.begin() + 2, text.end(), [](QChar digit) { return digit.isLower(); });
 }
 
 QStringView lastPathComponent(const QString& path) {

@@ -53,7 +53,7 @@ public:
     // stays the same after a scan.
     [[nodiscard]] QString id() const;
 
-    // Whether `id()` is this id. For an application, this makes no new text.
+    // Whether `id()` is this id. Makes no new text: each move of the pointer asks.
     [[nodiscard]] bool hasId(const QString& id) const;
 
     bool operator==(const LaunchItem&) const = default;

@@ -8,8 +8,8 @@ namespace amberquill {
 
 namespace {
 
-constexpr double edgeBand = 40;      // points at either side of the content that turn the page
-constexpr double pullOutMargin = 20; // points around a folder's panel that still belong to it
+constexpr double edgeBand = 40;      // points at the left and right edge that turn the page
+constexpr double pullOutMargin = 20; // points around a folder's panel that still count as the panel
 
 constexpr double flipPageRest = 0.65; // seconds
 constexpr double markTargetRest = 0.18;
@@ -17,7 +17,7 @@ constexpr double moveRest = 0.35;
 constexpr double moveToEndRest = 0.3;
 constexpr double moveInFolderRest = 0.12;
 
-// A share of the icon's size, the size taken between 36 and 128 points.
+// A share of the icon's size, for sizes between 36 and 128 points. Constant below and above.
 struct IconShare {
     double share;
     double ofSmallest;
@@ -43,24 +43,23 @@ DragIntent intent(DragIntent::Kind kind, const char* prefix, std::size_t place, 
     return {kind, place, QLatin1String(prefix) + QString::number(place), seconds};
 }
 
-// Nothing is wished for; a marked target stays marked.
-DragStep keeping() {
+// A marked target stays marked.
+DragStep keepTarget() {
     DragStep step;
     step.cancelsPending = true;
     return step;
 }
 
-// Nothing is wished for and no target is marked.
 DragStep overNothing() {
-    DragStep step = keeping();
+    DragStep step = keepTarget();
     step.clearsTarget = true;
     return step;
 }
 
-DragStep waiting(DragIntent intent) {
+DragStep startIntent(DragIntent intent) {
     DragStep step;
     step.clearsTarget = true;
-    step.waits = std::move(intent);
+    step.intent = std::move(intent);
     return step;
 }
 
@@ -68,7 +67,7 @@ QPointF floatingCenter(const PageDrag& drag, const QPointF& pointer) {
     return pointer - drag.grabOffset;
 }
 
-// Where the layout would have the dragged item: the slot whose icon would be under the floating one.
+// The slot whose icon would be under the floating one, and its index in the layout.
 struct Probe {
     int slot;
     std::size_t index;
@@ -84,7 +83,7 @@ std::optional<Probe> probe(const PageDrag& drag, const QPointF& pointer) {
     return Probe{*slot, static_cast<std::size_t>(drag.page) * slots + static_cast<std::size_t>(*slot)};
 }
 
-bool isUpon(const PageDrag& drag, const QPointF& pointer, int slot, double radius) {
+bool isWithin(const PageDrag& drag, const QPointF& pointer, int slot, double radius) {
     return distance(floatingCenter(drag, pointer), iconCenter(drag.metrics, slot)) < radius;
 }
 
@@ -94,7 +93,7 @@ bool holdsTarget(const PageDrag& drag, const QPointF& pointer) {
     }
     const auto slots = static_cast<std::size_t>(drag.metrics.slotsPerPage());
     return *drag.target / slots == static_cast<std::size_t>(drag.page) &&
-           isUpon(drag, pointer, static_cast<int>(*drag.target % slots), holdRadius(drag.metrics));
+           isWithin(drag, pointer, static_cast<int>(*drag.target % slots), holdRadius(drag.metrics));
 }
 
 DragStep atEdge(const PageDrag& drag, int direction) {
@@ -102,7 +101,8 @@ DragStep atEdge(const PageDrag& drag, int direction) {
     if (page < 0 || page >= drag.pageCount) {
         return overNothing();
     }
-    return waiting(intent(DragIntent::Kind::FlipPage, "page:", static_cast<std::size_t>(page), flipPageRest));
+    return startIntent(
+        intent(DragIntent::Kind::FlipPage, "page:", static_cast<std::size_t>(page), flipPageRest));
 }
 
 DragStep overEnd(const PageDrag& drag) {
@@ -110,7 +110,7 @@ DragStep overEnd(const PageDrag& drag) {
     if (drag.dragged == last) {
         return overNothing();
     }
-    return waiting(intent(DragIntent::Kind::Move, "move:", last, moveToEndRest));
+    return startIntent(intent(DragIntent::Kind::Move, "move:", last, moveToEndRest));
 }
 
 } // namespace
@@ -142,7 +142,7 @@ DragStep pageDragStep(const PageDrag& drag, const QPointF& pointer) {
         return {};
     }
     if (holdsTarget(drag, pointer)) {
-        return keeping();
+        return keepTarget();
     }
     const auto over = probe(drag, pointer);
     if (!over) {
@@ -154,11 +154,11 @@ DragStep pageDragStep(const PageDrag& drag, const QPointF& pointer) {
     if (over->index == *drag.dragged) {
         return overNothing();
     }
-    if (drag.dragsFolder || !isUpon(drag, pointer, over->slot, mergeRadius(drag.metrics))) {
-        return waiting(intent(DragIntent::Kind::Move, "move:", over->index, moveRest));
+    if (drag.dragsFolder || !isWithin(drag, pointer, over->slot, mergeRadius(drag.metrics))) {
+        return startIntent(intent(DragIntent::Kind::Move, "move:", over->index, moveRest));
     }
-    return waiting({DragIntent::Kind::MarkTarget, over->index,
-                    QLatin1String("merge:") + drag.items[over->index].id(), markTargetRest});
+    return startIntent({DragIntent::Kind::MarkTarget, over->index,
+                        QLatin1String("merge:") + drag.items[over->index].id(), markTargetRest});
 }
 
 DragStep folderDragStep(const FolderMetrics& metrics, std::size_t count, std::optional<std::size_t> index,
@@ -166,7 +166,7 @@ DragStep folderDragStep(const FolderMetrics& metrics, std::size_t count, std::op
     const QRectF panel =
         metrics.panelRect.adjusted(-pullOutMargin, -pullOutMargin, pullOutMargin, pullOutMargin);
     if (!holds(panel, pointer)) {
-        DragStep step = keeping();
+        DragStep step = keepTarget();
         step.pullsOut = true;
         return step;
     }
@@ -176,23 +176,27 @@ DragStep folderDragStep(const FolderMetrics& metrics, std::size_t count, std::op
     }
     const std::size_t place = std::min(static_cast<std::size_t>(*slot), count - 1);
     if (place == *index) {
-        return keeping();
+        return keepTarget();
     }
     DragStep step;
-    step.waits = intent(DragIntent::Kind::MoveInFolder, "folder:", place, moveInFolderRest);
+    step.intent = intent(DragIntent::Kind::MoveInFolder, "folder:", place, moveInFolderRest);
     return step;
 }
 
-std::optional<std::size_t> dropTarget(const PageDrag& drag, const QPointF& pointer) {
+std::optional<QString> dropTarget(const PageDrag& drag, const QPointF& pointer) {
     if (drag.dragsFolder) {
         return std::nullopt;
     }
+    if (!drag.markedTarget.isEmpty()) {
+        return drag.markedTarget;
+    }
+    // A quick drop merges before the target has been marked.
     const auto over = probe(drag, pointer);
     if (!over || over->index >= drag.items.size() || over->index == drag.dragged ||
-        !isUpon(drag, pointer, over->slot, mergeRadius(drag.metrics))) {
+        !isWithin(drag, pointer, over->slot, mergeRadius(drag.metrics))) {
         return std::nullopt;
     }
-    return over->index;
+    return drag.items[over->index].id();
 }
 
 } // namespace amberquill

@@ -9,15 +9,16 @@
 #include <cstddef>
 #include <optional>
 
-// What a place of the pointer means during a drag: pure, and independent of how many items there are.
+// What a position of the pointer means during a drag: pure functions whose time does not depend on the number
+// of items.
 namespace amberquill {
 
-// What happens once the icon has rested; the key tells one wish from another.
+// What is to be done once the pointer has rested. The key tells one intent from another.
 struct DragIntent {
     enum class Kind { FlipPage, MarkTarget, Move, MoveInFolder };
 
     Kind kind;
-    std::size_t place; // the page, the target's or the new place in the layout, the new place in the folder
+    std::size_t place; // the page; the index of the target; the new index in the layout or in the folder
     QString key;
     double seconds; // of rest
 
@@ -29,7 +30,7 @@ struct DragStep {
     bool cancelsPending = false;
     bool clearsTarget = false;
     bool pullsOut = false; // the application leaves its folder
-    std::optional<DragIntent> waits;
+    std::optional<DragIntent> intent;
 
     bool operator==(const DragStep&) const = default;
 };
@@ -42,13 +43,14 @@ struct PageDrag {
     int pageCount = 1;
     bool dragsFolder = false;
     QPointF grabOffset;
-    std::optional<std::size_t> dragged; // where the dragged item stands
-    std::optional<std::size_t> target;  // where the marked merge target stands
+    std::optional<std::size_t> dragged; // the dragged item's index
+    QString markedTarget;               // identity; empty: no target is marked
+    std::optional<std::size_t> target;  // the marked target's index
 };
 
-// Closer than this, in points, one icon's centre is upon another's.
+// A target can be marked, or dropped on, while the icons' centres are closer than this. In points.
 double mergeRadius(const GridMetrics& metrics);
-// A target once marked stays so within this.
+// A marked target stays marked within this distance.
 double holdRadius(const GridMetrics& metrics);
 
 // The centre of the icon in a slot of the page.
@@ -58,11 +60,12 @@ QPointF iconCenter(const FolderMetrics& metrics, int index);
 
 DragStep pageDragStep(const PageDrag& drag, const QPointF& pointer);
 
-// `index` is where the dragged application stands among the folder's `count`; none when it is gone.
+// `index` is the dragged application's in the folder, none when it is gone; `count` is the folder's size.
 DragStep folderDragStep(const FolderMetrics& metrics, std::size_t count, std::optional<std::size_t> index,
                         const QPointF& pointer);
 
-// Where the item stands that an application dropped here merges with, marked or not.
-std::optional<std::size_t> dropTarget(const PageDrag& drag, const QPointF& pointer);
+// When a drop makes a folder: the identity of the item that an icon dropped at `pointer` is merged with. Two
+// applications become a folder; an application dropped on a folder joins it.
+std::optional<QString> dropTarget(const PageDrag& drag, const QPointF& pointer);
 
 } // namespace amberquill

@@ -11,6 +11,13 @@
 
 namespace amberquill {
 
+void DragTracker::setLocation(const QPointF& location) {
+    if (location != location_) {
+        location_ = location;
+        Q_EMIT locationChanged();
+    }
+}
+
 LauncherModel::LauncherModel(Services services, QObject* parent)
     : QObject(parent)
     , services_(std::move(services))
@@ -24,7 +31,6 @@ LauncherModel::LauncherModel(Services services, QObject* parent)
     , background_(storedBackground(services_.preferences))
     , language_(L::language())
     , places_(store_.takePlaces(), services_.queue.date())
-    , pending_(services_.queue)
     , awaitsLayout_(services_.layoutIsLate) {}
 
 LauncherModel::~LauncherModel() = default;
@@ -133,7 +139,6 @@ void LauncherModel::setItems(LaunchItems items) {
 void LauncherModel::editItems(const std::function<void(LaunchItems&)>& edit) {
     const int before = displayedPageCount();
     edit(items_);
-    ++layoutVersion_;
     Q_EMIT itemsChanged();
     if (displayedPageCount() != before) {
         Q_EMIT pageCountChanged();
@@ -158,13 +163,6 @@ void LauncherModel::setOpenFolderID(const std::optional<QUuid>& id) {
     if (id != openFolderID_) {
         openFolderID_ = id;
         Q_EMIT openFolderIDChanged();
-    }
-}
-
-void LauncherModel::setPressedID(const QString& id) {
-    if (id != pressedID_) {
-        pressedID_ = id;
-        Q_EMIT pressedIDChanged();
     }
 }
 

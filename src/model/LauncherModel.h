@@ -10,18 +10,13 @@
 #include "data/PlaceMemory.h"
 #include "data/SearchIndex.h"
 #include "localization/AppLanguage.h"
-#include "model/DragInfo.h"
-#include "model/DragRules.h"
-#include "model/DragTracker.h"
+#include "localization/L.h"
+#include "model/DragSession.h"
 #include "model/HitTest.h"
-#include "model/InvalidLayoutFile.h"
 #include "model/LayoutHistory.h"
 #include "model/LayoutStore.h"
 #include "model/MissingApplications.h"
 #include "model/Pages.h"
-#include "model/PendingIntent.h"
-#include "model/PointerGesture.h"
-#include "model/RememberedPlace.h"
 #include "platform/LoginItem.h"
 #include "platform/MainQueue.h"
 
@@ -29,6 +24,7 @@
 #include <QByteArrayView>
 #include <QHash>
 #include <QObject>
+#include <QPointF>
 #include <QSizeF>
 #include <QString>
 #include <QUuid>
@@ -43,6 +39,31 @@ namespace amberquill {
 class FileSystem;
 class LauncherController;
 class Preferences;
+
+// Where the pointer is during a drag, in the launcher's content. It is an object of its own so that a move
+// of the pointer reaches only what follows the pointer.
+class DragTracker final : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QPointF location READ location NOTIFY locationChanged FINAL)
+
+public:
+    using QObject::QObject;
+
+    [[nodiscard]] QPointF location() const { return location_; }
+    void setLocation(const QPointF& location);
+
+Q_SIGNALS:
+    void locationChanged();
+
+private:
+    QPointF location_;
+};
+
+// A file that was to be imported is no layout.
+struct InvalidLayoutFile {
+    // For the user, in the interface language.
+    [[nodiscard]] static QString errorDescription() { return L::invalidLayoutFile(); }
+};
 
 // The launcher's state and everything that is done to it. Views and controllers read and change the launcher
 // through this object alone; every change of a property is told at once, inside the animation it carries.
@@ -70,10 +91,10 @@ public:
         MainQueue& queue;
         FileSystem& files;
         Preferences& preferences;
-        QString applicationSupport;              // the folder of the layout's own folder
-        std::function<ScanResult()> scan;        // run away from the main thread
-        QHash<QString, QString> rememberedNames; // by path: shown until the first scan is in
-        std::optional<StoredLayout> layout;      // read beforehand; none: read by the model
+        QString applicationSupport;                   // the folder of the layout's own folder
+        std::function<ScanResult()> scan;             // run away from the main thread
+        QHash<QString, QString> rememberedNames = {}; // by path: shown until the first scan is in
+        std::optional<StoredLayout> layout = {};      // read beforehand; none: read by the model
         HomeFolders homes = {};
         // Makes the frameworks' own texts follow the interface language.
         std::function<void(AppLanguage)> applyToFrameworks = [](AppLanguage) {};
@@ -194,9 +215,9 @@ public:
     // Where the pointer is during a drag.
     [[nodiscard]] DragTracker* tracker() { return &tracker_; }
     // What waits for the icon to rest; empty when nothing does.
-    [[nodiscard]] QString pendingKey() const { return pending_.key(); }
+    [[nodiscard]] QString pendingKey() const { return dragSession_.pendingKey(); }
     // Lets go of what a drag waits to do.
-    void cancelPending() { pending_.cancel(); }
+    void cancelPending();
 
     // What a drag does to the layout, each on its animation; the end of the drag saves it. Where the item,
     // the folder or the place is missing, nothing happens.
@@ -286,31 +307,13 @@ private:
     void setPressedID(const QString& id);
     void setDrag(const std::optional<DragInfo>& drag);
     void setMergeTarget(const QString& id);
-    void clearMergeTarget();
     void handleTap(const Hit& hit);
     void hideThenOpen(const std::optional<QString>& path);
     const NameOrder& nameOrder();
 
-    void expectDraggedAt(const QPointF& point);
-    void beginDrag(const QPointF& pointer);
-    void updateDrag(const QPointF& pointer);
-    void updateFolderDrag(const QUuid& folderID, const QPointF& pointer);
-    void endDrag();
-    void abandonDrag();
-    void finishDrag();
-    void glideTo(const QPointF& iconCenter);
-    void take(const DragStep& step);
-    void schedule(const DragIntent& intent);
-    void applyDeferredScan();
-    [[nodiscard]] std::optional<DragInfo> pageDragOf(const QString& id);
-    [[nodiscard]] std::optional<DragInfo> folderDragOf(const QString& path);
-    [[nodiscard]] PageDrag pageDrag(const DragInfo& drag);
-    [[nodiscard]] std::optional<QString> groupCandidate(const DragInfo& drag, const QPointF& pointer);
-    [[nodiscard]] std::optional<QPointF> landing(const DragInfo& drag);
-    [[nodiscard]] std::optional<std::size_t> draggedIndex(const QString& id);
-    [[nodiscard]] std::optional<std::size_t> placeOf(const QString& id, RememberedPlace& remembered) const;
-    [[nodiscard]] const Folder* draggedFrom(const QUuid& folderID);
-    [[nodiscard]] std::optional<std::size_t> indexInFolder(const Folder& folder, const QString& path);
+    [[nodiscard]] DragScene dragScene() const;
+    void apply(const DragSession::Actions& actions);
+    void applyDeferred();
 
     void takeScan(const ScanResult& scan);
     void rememberPlaces(const LaunchItems& before, const LaunchItems& after);
@@ -366,26 +369,19 @@ private:
     bool scanning_ = false;
     bool hasScanned_ = false;
     PageTurns pageTurns_;
-    std::optional<QPointF> pointerStart_;
-    std::optional<Hit> pointerHit_;
-    bool gestureIsOver_ = false; // taken away, while its moves may still come
 
+    DragSession dragSession_;
+    // As the session's actions have set them.
     std::optional<DragInfo> drag_;
     QString mergeTargetID_;
     DragTracker tracker_;
-    PendingIntent pending_;
+    DelayedWork dragTimer_;
+    DelayedWork glideEnd_;
     std::optional<std::vector<AppInfo>> deferredScan_; // came in during a drag
     std::optional<StoredLayout> deferredLayout_;       // so did this
     bool awaitsLayout_;
     bool layoutIsReplaced_ = false; // before it has come
-    DelayedWork glideEnd_;
     DelayedWork newFolderOpening_;
-
-    unsigned layoutVersion_ = 0; // grows with every change of the items
-    RememberedPlace draggedPlace_;
-    RememberedPlace targetPlace_;
-    RememberedPlace folderPlace_;
-    RememberedPlace appPlace_; // in the folder
 };
 
 } // namespace amberquill

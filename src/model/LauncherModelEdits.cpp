@@ -19,7 +19,6 @@ constexpr double newFolderOpensAfter = 0.3; // seconds
 void LauncherModel::move(const QString& id, std::size_t to) {
     const auto from = LayoutEdits::indexOf(items_, id);
     if (from && *from != to && to < items_.size()) {
-        draggedPlace_.expectAt(to);
         withAnimation(motion::move,
                       [&] { editItems([&](LaunchItems& items) { LayoutEdits::move(items, *from, to); }); });
     }
@@ -34,7 +33,6 @@ void LauncherModel::moveInFolder(const QUuid& folderID, const QString& path, std
     const qsizetype from = apps.indexOf(path);
     const auto place = static_cast<qsizetype>(to);
     if (from >= 0 && from != place && place < apps.size()) {
-        appPlace_.expectAt(to);
         withAnimation(motion::move, [&] {
             editItems([&](LaunchItems& items) { LayoutEdits::moveInFolder(items, *folder, from, place); });
         });
@@ -50,12 +48,7 @@ void LauncherModel::pullOut(const QString& path, const QUuid& folderID) {
     withAnimation(motion::pullOut, [&] {
         setOpenFolderID(std::nullopt);
         editItems([&](LaunchItems& items) { place = LayoutEdits::pullOut(items, *folder, path); });
-        draggedPlace_.expectAt(place);
-        if (drag_) {
-            DragInfo onPage = *drag_;
-            onPage.fromFolder.reset();
-            setDrag(onPage);
-        }
+        apply(dragSession_.pulledOut(place));
     });
     if (const auto controller = controller_.lock()) {
         controller->endEditing();
@@ -84,6 +77,49 @@ void LauncherModel::merge(const QString& draggedID, const QString& targetID) {
                 }
             });
     }
+}
+
+std::optional<std::size_t> LauncherModel::folderIndex(const QUuid& id) const {
+    return LayoutEdits::folderIndex(items_, id);
+}
+
+const Folder* LauncherModel::folder(const QUuid& id) const {
+    const auto index = folderIndex(id);
+    return index ? items_[*index].asFolder() : nullptr;
+}
+
+void LauncherModel::openFolder(const QUuid& id) {
+    if (folder(id) != nullptr) {
+        withAnimation(motion::openFolder, [this, id] { setOpenFolderID(id); });
+    }
+}
+
+void LauncherModel::closeFolder() {
+    if (!openFolderID_) {
+        return;
+    }
+    if (const auto controller = controller_.lock()) {
+        controller->endEditing();
+    }
+    withAnimation(motion::closeFolder, [this] { setOpenFolderID(std::nullopt); });
+    save();
+    focusSearch();
+}
+
+void LauncherModel::renameFolder(const QUuid& id, const QString& name) {
+    const auto index = folderIndex(id);
+    if (index && items_[*index].asFolder()->name != name) {
+        editItems([&](LaunchItems& items) { LayoutEdits::rename(items, *index, name); });
+    }
+}
+
+void LauncherModel::newEmptyFolder() {
+    setSearchText({});
+    editItems([](LaunchItems& items) {
+        items.push_back(LaunchItem::folder({QUuid::createUuid(), L::newFolder(), {}}));
+    });
+    save();
+    turnToPage(displayedPageCount() - 1);
 }
 
 } // namespace amberquill

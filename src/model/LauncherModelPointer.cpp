@@ -1,10 +1,22 @@
 #include "model/LauncherController.h"
 #include "model/LauncherModel.h"
+#include "motion/Animations.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace amberquill {
+
+namespace {
+
+constexpr double glideEndsAfter = 0.19; // seconds; a moment longer than the glide
+
+template<typename... Cases>
+struct Overloaded : Cases... {
+    using Cases::operator()...;
+};
+
+} // namespace
 
 Hit LauncherModel::hitTest(const QPointF& point) const {
     const Folder* open = openFolderID_ ? folder(*openFolderID_) : nullptr;
@@ -12,64 +24,96 @@ Hit LauncherModel::hitTest(const QPointF& point) const {
 }
 
 void LauncherModel::pointerChanged(const PointerGesture& gesture) {
-    // The first change of a gesture is its press.
-    gestureIsOver_ = gestureIsOver_ && gesture.travel() > 0;
-    if (gestureIsOver_) {
-        return;
-    }
-    if (!pointerStart_) {
-        draggedPlace_.forget();
-        pointerStart_ = gesture.startLocation;
-        pointerHit_ = hitTest(gesture.startLocation);
-        if (const auto* item = std::get_if<Hit::GridItem>(&pointerHit_->what)) {
-            setPressedID(item->id);
-            expectDraggedAt(gesture.startLocation);
-        } else if (const auto* app = std::get_if<Hit::FolderItem>(&pointerHit_->what)) {
-            setPressedID(appItemId(app->path));
-        }
-    }
-    if (!drag_ && gesture.travel() > tapTravel) {
-        if (isSearching()) {
-            setPressedID({}); // results cannot be rearranged
-        } else {
-            beginDrag(gesture.location);
-        }
-    }
-    if (drag_ && !drag_->dropping) {
-        tracker_.setLocation(gesture.location);
-        updateDrag(gesture.location);
-    }
-}
-
-void LauncherModel::expectDraggedAt(const QPointF& point) {
-    const GridMetrics grid = metrics();
-    if (const auto slot = grid.slotAt(point - QPointF(scrollOffset_, 0))) {
-        draggedPlace_.expectAt(static_cast<std::size_t>(page_) *
-                                   static_cast<std::size_t>(grid.slotsPerPage()) +
-                               static_cast<std::size_t>(*slot));
-    }
+    apply(dragSession_.pointerChanged(gesture, dragScene()));
+    apply(dragSession_.dragMoved(gesture.location, dragScene()));
 }
 
 void LauncherModel::pointerEnded(const PointerGesture& gesture) {
-    const std::optional<Hit> hit = std::exchange(pointerHit_, std::nullopt);
-    pointerStart_.reset();
-    gestureIsOver_ = false;
-    if (drag_) {
-        endDrag();
-    } else if (hit && gesture.travel() <= tapTravel) {
-        handleTap(*hit);
-    }
-    setPressedID({});
+    apply(dragSession_.pointerReleased(gesture, dragScene()));
 }
 
 void LauncherModel::pointerCancelled() {
-    gestureIsOver_ = gestureIsOver_ || pointerStart_.has_value();
-    pointerStart_.reset();
-    pointerHit_.reset();
-    if (drag_) {
-        abandonDrag();
+    apply(dragSession_.pointerCancelled());
+}
+
+void LauncherModel::cancelPending() {
+    apply(dragSession_.cancelPending());
+}
+
+DragScene LauncherModel::dragScene() const {
+    return {.items = items_,
+            .displayedItems = displayedItems(),
+            .metrics = metrics(),
+            .page = page_,
+            .scrollOffset = scrollOffset_,
+            .isSearching = isSearching(),
+            .openFolderID = openFolderID_};
+}
+
+void LauncherModel::apply(const DragSession::Actions& actions) {
+    using Session = DragSession;
+    const Overloaded applyOne{
+        [this](const Session::SetPressed& pressed) { setPressedID(pressed.id); },
+        [this](const Session::SetDrag& set) { setDrag(set.drag); },
+        [this](const Session::SetMergeTarget& target) { setMergeTarget(target.id); },
+        [this](const Session::SetPointer& pointer) { tracker_.setLocation(pointer.location); },
+        [this](const Session::StopScrolling&) { setScrollOffset(0); },
+        [this](const Session::StartTimer& timer) {
+            dragTimer_ =
+                services_.queue.postAfter(timer.seconds, [this] { apply(dragSession_.timerFired()); });
+        },
+        [this](const Session::StopTimer&) { dragTimer_.cancel(); },
+        [this](const Session::FlipPage& flip) { turnToPage(flip.page); },
+        [this](const Session::Move& moved) { move(moved.id, moved.to); },
+        [this](const Session::MoveInFolder& moved) { moveInFolder(moved.folderID, moved.path, moved.to); },
+        [this](const Session::PullOut& pulled) { pullOut(pulled.path, pulled.folderID); },
+        [this](const Session::Merge& merged) { merge(merged.draggedID, merged.targetID); },
+        [this](const Session::Glide& glide) {
+            withAnimation(motion::dropGlide, [&] {
+                setDrag(glide.drag);
+                tracker_.setLocation(glide.location);
+            });
+            glideEnd_ =
+                services_.queue.postAfter(glideEndsAfter, [this] { apply(dragSession_.glideEnded()); });
+        },
+        [this](const Session::StopGlide&) { glideEnd_.cancel(); },
+        [this](const Session::Tap& tap) { handleTap(tap.hit); },
+        [this](const Session::Save&) { save(); },
+        [this](const Session::ApplyDeferred&) { applyDeferred(); },
+    };
+    for (const DragSession::Action& action : actions) {
+        std::visit(applyOne, action);
     }
-    setPressedID({});
+}
+
+void LauncherModel::applyDeferred() {
+    if (auto layout = std::exchange(deferredLayout_, std::nullopt)) {
+        takeLateLayout(std::move(*layout));
+    }
+    if (const auto installed = std::exchange(deferredScan_, std::nullopt)) {
+        applyScan(*installed);
+    }
+}
+
+void LauncherModel::setDrag(const std::optional<DragInfo>& drag) {
+    if (drag != drag_) {
+        drag_ = drag;
+        Q_EMIT dragChanged();
+    }
+}
+
+void LauncherModel::setMergeTarget(const QString& id) {
+    withAnimation(motion::mergeTarget, [&] {
+        mergeTargetID_ = id;
+        Q_EMIT mergeTargetIDChanged();
+    });
+}
+
+void LauncherModel::setPressedID(const QString& id) {
+    if (id != pressedID_) {
+        pressedID_ = id;
+        Q_EMIT pressedIDChanged();
+    }
 }
 
 void LauncherModel::activate(const QString& id) {

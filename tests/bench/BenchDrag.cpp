@@ -25,13 +25,7 @@ QString path(std::int64_t number) {
 class Launcher {
 public:
     explicit Launcher(std::int64_t count)
-        : model_({queue_,
-                  filesWith(count),
-                  preferences_,
-                  QStringLiteral("/data"),
-                  [] { return std::vector<AppInfo>(); },
-                  {},
-                  {}}) {
+        : model_(servicesFor(count)) {
         model_.setSize({1920, 1080});
     }
 
@@ -44,7 +38,7 @@ public:
     void moveTo(const QPointF& place) { model_.pointerChanged({start_, place}); }
 
 private:
-    FileSystem& filesWith(std::int64_t count) {
+    LauncherModel::Services servicesFor(std::int64_t count) {
         LaunchItems items;
         Folder folder{folderID, QStringLiteral("All"), {}};
         for (std::int64_t number = 1; number < count; ++number) {
@@ -53,7 +47,11 @@ private:
         }
         items.push_back(LaunchItem::folder(folder));
         files_.addFile(QStringLiteral("/data/Amberquill/layout.json"), encodeItems(items));
-        return files_;
+        return {.queue = queue_,
+                .files = files_,
+                .preferences = preferences_,
+                .applicationSupport = QStringLiteral("/data"),
+                .scan = [] { return std::vector<AppInfo>(); }};
     }
 
     EventLoopQueue queue_;
@@ -75,6 +73,24 @@ void moveWithinASlot(benchmark::State& state) {
         launcher.moveTo(slot + QPointF(std::fmod(++step, 7), 0));
     }
     if (!launcher.model().drag() || launcher.model().pendingKey().isEmpty()) {
+        state.SkipWithError("no drag");
+    }
+}
+
+// The same with the layout's folder, which stands last.
+void moveAFolderWithinASlot(benchmark::State& state) {
+    Launcher launcher(state.range(0));
+    LauncherModel& model = launcher.model();
+    const GridMetrics grid = model.metrics();
+    model.goToPage(model.displayedPageCount() - 1);
+    const int own = static_cast<int>(state.range(0) - 1) % grid.slotsPerPage();
+    launcher.press(grid.cellCenter(own));
+    const QPointF slot = grid.cellCenter(own == 0 ? 1 : 0) + QPointF(80, 0);
+    double step = 0;
+    for ([[maybe_unused]] auto round : state) {
+        launcher.moveTo(slot + QPointF(std::fmod(++step, 7), 0));
+    }
+    if (!model.drag() || !model.drag()->item.isFolder()) {
         state.SkipWithError("no drag");
     }
 }
@@ -152,6 +168,7 @@ void pressAndBegin(benchmark::State& state) {
 } // namespace
 
 BENCHMARK(moveWithinASlot)->Arg(100)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(moveAFolderWithinASlot)->Arg(100)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(moveToAnotherSlot)
     ->Arg(100)
     ->Arg(10'000)

@@ -40,7 +40,7 @@ DragStep overNothing() {
 DragStep waiting(Kind kind, std::size_t place, const QString& key, double seconds) {
     DragStep step;
     step.clearsTarget = true;
-    step.waits = DragIntent{kind, place, key, seconds};
+    step.intent = DragIntent{kind, place, key, seconds};
     return step;
 }
 
@@ -50,7 +50,7 @@ protected:
     static QPointF icon(int slot) { return iconCenter(grid, slot); }
 
     LaunchItems items_ = numberedApps(80);
-    PageDrag drag_{items_, grid, 0, 3, false, {0, 0}, 10, std::nullopt};
+    PageDrag drag_{items_, grid, 0, 3, false, {0, 0}, 10, {}, std::nullopt};
 };
 
 } // namespace
@@ -94,7 +94,7 @@ TEST_F(PageDragRules, WithinFortyPointsOfAnEdgeThePageTurns) {
     drag_.page = 1;
     EXPECT_EQ(at({39.9, 400}), waiting(Kind::FlipPage, 0, u"page:0"_s, 0.65));
     EXPECT_EQ(at({1460.1, 400}), waiting(Kind::FlipPage, 2, u"page:2"_s, 0.65));
-    EXPECT_EQ(at({-50, 400}).waits->key, u"page:0"_s);
+    EXPECT_EQ(at({-50, 400}).intent->key, u"page:0"_s);
 }
 
 TEST_F(PageDragRules, AtFortyPointsFromAnEdgeItDoesNot) {
@@ -111,7 +111,7 @@ TEST_F(PageDragRules, BeyondTheFirstAndTheLastPageThereIsNothingToTurnTo) {
 
 TEST_F(PageDragRules, TheEdgeTurnsThePageEvenWithoutTheDraggedItem) {
     drag_.dragged.reset();
-    EXPECT_EQ(at({1490, 400}).waits->kind, Kind::FlipPage);
+    EXPECT_EQ(at({1490, 400}).intent->kind, Kind::FlipPage);
     EXPECT_EQ(at(icon(3)), nothing);
 }
 
@@ -123,7 +123,7 @@ TEST_F(PageDragRules, BesideTheGridNothingIsWished) {
 TEST_F(PageDragRules, WhatCountsIsWhereTheFloatingIconsCellWouldBe) {
     // The icon's centre is 12 points above its cell's: the grid's top edge is probed from there.
     EXPECT_EQ(at({210, 107.9}), overNothing());
-    EXPECT_TRUE(at({210, 108}).waits.has_value());
+    EXPECT_TRUE(at({210, 108}).intent.has_value());
     drag_.grabOffset = {30, 50};
     EXPECT_EQ(at({240, 157.9}), overNothing());
     EXPECT_EQ(at(icon(10) + drag_.grabOffset), overNothing());
@@ -139,8 +139,8 @@ TEST_F(PageDragRules, CloserThanTheMergeRadiusAnAppMarksWhatItIsOver) {
     const double radius = mergeRadius(grid);
     EXPECT_EQ(at(icon(3) + QPointF(radius - 0.01, 0)), waiting(Kind::MarkTarget, 3, u"merge:a:3"_s, 0.18));
     EXPECT_EQ(at(icon(3) + QPointF(radius + 0.01, 0)), waiting(Kind::Move, 3, u"move:3"_s, 0.35));
-    EXPECT_EQ(at(icon(3) + QPointF(0, radius - 0.01)).waits->kind, Kind::MarkTarget);
-    EXPECT_EQ(at(icon(3) + QPointF(0, radius + 0.01)).waits->kind, Kind::Move);
+    EXPECT_EQ(at(icon(3) + QPointF(0, radius - 0.01)).intent->kind, Kind::MarkTarget);
+    EXPECT_EQ(at(icon(3) + QPointF(0, radius + 0.01)).intent->kind, Kind::Move);
 }
 
 TEST_F(PageDragRules, AtTheMergeRadiusItMovesThere) {
@@ -149,9 +149,9 @@ TEST_F(PageDragRules, AtTheMergeRadiusItMovesThere) {
     ASSERT_EQ(mergeRadius(drag_.metrics), 60);
     const QPointF center = iconCenter(drag_.metrics, 0);
     const QPointF place(center.x() + 60, center.y());
-    EXPECT_EQ(at(place).waits->kind, Kind::Move);
+    EXPECT_EQ(at(place).intent->kind, Kind::Move);
     const QPointF closer(std::nextafter(place.x(), 0), center.y());
-    EXPECT_EQ(at(closer).waits->kind, Kind::MarkTarget);
+    EXPECT_EQ(at(closer).intent->kind, Kind::MarkTarget);
 }
 
 TEST_F(PageDragRules, AnAppMarksAFolderToo) {
@@ -167,8 +167,8 @@ TEST_F(PageDragRules, AFolderNeverMarksAnythingButMovesThere) {
 
 TEST_F(PageDragRules, PlacesCountFromTheFirstPage) {
     drag_.page = 1;
-    EXPECT_EQ(at(icon(3)).waits->key, u"merge:a:38"_s);
-    EXPECT_EQ(at(icon(3) + QPointF(70, 0)).waits->key, u"move:38"_s);
+    EXPECT_EQ(at(icon(3)).intent->key, u"merge:a:38"_s);
+    EXPECT_EQ(at(icon(3) + QPointF(70, 0)).intent->key, u"move:38"_s);
 }
 
 TEST_F(PageDragRules, PastTheLastItemIsTheEnd) {
@@ -218,10 +218,10 @@ TEST_F(PageDragRules, AnEmptyLayoutHasNothingToDrag) {
 
 TEST_F(PageDragRules, ADropMergesWithWhatIsCloserThanTheMergeRadius) {
     const double radius = mergeRadius(grid);
-    EXPECT_EQ(dropTarget(drag_, icon(3) + QPointF(radius - 0.01, 0)), 3U);
+    EXPECT_EQ(dropTarget(drag_, icon(3) + QPointF(radius - 0.01, 0)), u"a:3"_s);
     EXPECT_EQ(dropTarget(drag_, icon(3) + QPointF(radius + 0.01, 0)), std::nullopt);
     drag_.page = 1;
-    EXPECT_EQ(dropTarget(drag_, icon(3)), 38U);
+    EXPECT_EQ(dropTarget(drag_, icon(3)), u"a:38"_s);
 }
 
 TEST_F(PageDragRules, ADropOverItsOwnSlotTheEndOrNothingDoesNotMerge) {
@@ -255,7 +255,7 @@ protected:
     }
     static DragStep waitingFor(std::size_t place, const QString& key) {
         DragStep step;
-        step.waits = DragIntent{Kind::MoveInFolder, place, key, 0.12};
+        step.intent = DragIntent{Kind::MoveInFolder, place, key, 0.12};
         return step;
     }
 

@@ -1,6 +1,8 @@
 #include "data/FolderMetrics.h"
 #include "support/ModelFixture.h"
 
+#include <QSignalSpy>
+
 using namespace amberquill;
 using namespace Qt::StringLiterals;
 
@@ -141,4 +143,14 @@ TEST_F(LauncherModelPointer, WithAFolderOpenOnlyItsTilesAreActivated) {
     EXPECT_TRUE(controller_->hides.empty());
     model.activate(LaunchItem::app(path(2)).id());
     EXPECT_EQ(controller_->hides, std::vector<std::optional<QString>>{path(2)});
+}
+
+TEST(DragTracker, EmitsForANewLocationOnly) {
+    DragTracker tracker;
+    QSignalSpy changes(&tracker, &DragTracker::locationChanged);
+    tracker.setLocation({1, 2});
+    EXPECT_EQ(tracker.location(), QPointF(1, 2));
+    EXPECT_EQ(changes.count(), 1);
+    tracker.setLocation({1, 2});
+    EXPECT_EQ(changes.count(), 1);
 }
