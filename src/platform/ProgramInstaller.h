@@ -7,9 +7,9 @@ namespace amberquill {
 
 // How the running program came to be on this machine.
 enum class InstallKind {
-    image,          // one file that the user may replace
-    packageManager, // files that a package manager looks after
-    other,          // built by hand, or an image that is not the user's to replace
+    Image,          // one file that the user may replace
+    PackageManager, // files that a package manager looks after
+    Other,          // built by hand, or an image that is not the user's to replace
 };
 
 // Replaces the program by a newer one, where that is one file. In two steps, so that what has come can be
@@ -43,7 +43,7 @@ public:
 // A program that nobody can replace from within.
 class NullProgramInstaller final : public ProgramInstaller {
 public:
-    [[nodiscard]] InstallKind kind() const override { return InstallKind::other; }
+    [[nodiscard]] InstallKind kind() const override { return InstallKind::Other; }
     [[nodiscard]] std::optional<QString> stage(const QString&) override { return std::nullopt; }
     [[nodiscard]] bool replace() override { return false; }
     void discard() override {}

@@ -14,9 +14,10 @@ namespace {
 
 constexpr int shrink = 8;
 constexpr double sigma = 30.0 / shrink; // points
+constexpr CapturePatience patient{.forEach = std::chrono::seconds(10), .forAll = std::chrono::seconds(10)};
 
 void capture(benchmark::State& state, bool sharesMemory, bool blurs, bool alsoWhole) {
-    X11ScreenCapture screen({}, std::chrono::seconds(10));
+    X11ScreenCapture screen({}, patient);
     if (!sharesMemory) {
         screen.shareNoMemory();
     }
@@ -54,7 +55,7 @@ void captureWithTheWhole(benchmark::State& state) {
 // The first one: the connection and the shared memory are made.
 void firstCapture(benchmark::State& state) {
     for ([[maybe_unused]] const auto& round : state) {
-        X11ScreenCapture screen({}, std::chrono::seconds(10));
+        X11ScreenCapture screen({}, patient);
         const QImage image = screen.capture({{0, 0, 1920, 1080}}, shrink, false).shrunk;
         if (image.isNull()) {
             state.SkipWithError("nothing to read");

@@ -6,6 +6,7 @@
 #include "platform/ActivationTokens.h"
 #include "platform/ApplicationOpener.h"
 #include "platform/ScrollDevices.h"
+#include "platform/linux/capture/ScreenCaptures.h"
 #include "platform/linux/queue/EventLoopQueue.h"
 #include "platform/linux/windows/WindowSystems.h"
 #include "support/MemoryFileSystem.h"

@@ -69,9 +69,9 @@ class Floors(unittest.TestCase):
         )
 
     def test_a_room_of_the_desktop_includes_no_room_above_it(self):
-        line = self.append("platform/linux/files/RegularFile.h", '#include "platform/linux/x11/Atoms.h"')
+        line = self.append("platform/linux/files/RegularFile.h", '#include "platform/linux/x11/XcbReply.h"')
         self.assert_fails_with(
-            f'src/platform/linux/files/RegularFile.h:{line}: error: "platform/linux/x11/Atoms.h" points up:'
+            f'src/platform/linux/files/RegularFile.h:{line}: error: "platform/linux/x11/XcbReply.h" points up:'
             " amberquill_linux_x11 is above amberquill_linux_files"
         )
 

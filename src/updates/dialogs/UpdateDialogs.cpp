@@ -109,7 +109,7 @@ void UpdateDialogs::showUpdateFound(const UpdateOffer& offer) {
         .version = offer.item.shownVersion(),
         .installedVersion = offer.installedVersion,
         .notes = offer.item.releaseNotes,
-        .canInstall = offer.installKind == InstallKind::image,
+        .canInstall = offer.installKind == InstallKind::Image,
         .hasPage = page.scheme() == QStringLiteral("https"),
         .isUserInitiated = isUserInitiated,
     };

@@ -238,7 +238,7 @@ void Updater::install() {
     }
     if (const auto error = errorIn(update_, services_.keys)) {
         fail(*error);
-    } else if (services_.installer.kind() != InstallKind::image) {
+    } else if (services_.installer.kind() != InstallKind::Image) {
         fail(UpdateError::Installation);
     } else {
         state_ = State::Downloading;

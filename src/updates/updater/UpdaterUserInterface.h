@@ -12,7 +12,7 @@ namespace amberquill {
 struct UpdateOffer {
     FeedItem item;
     QString installedVersion; // to show to the user
-    InstallKind installKind = InstallKind::other;
+    InstallKind installKind = InstallKind::Other;
 
     // The page about the version, or else the page with its notes; invalid: neither.
     [[nodiscard]] QUrl page() const {

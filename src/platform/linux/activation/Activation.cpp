@@ -1,10 +1,10 @@
 #include "platform/linux/activation/Activation.h"
 
-#include "platform/linux/activation/wayland/WaylandActivationTokens.h"
-#include "platform/linux/activation/x11/X11ActivationTokens.h"
-#include "platform/linux/activation/x11/X11StartupNotifications.h"
+#include "platform/linux/activation/wayland/XdgActivation.h"
+#include "platform/linux/activation/x11/X11Activation.h"
 
 #include <QGuiApplication>
+#include <QtGlobal>
 #include <qpa/qplatformnativeinterface.h>
 
 namespace amberquill::desktop {
@@ -34,6 +34,17 @@ std::unique_ptr<StartupNotifications> makeStartupNotifications() {
         return std::make_unique<X11StartupNotifications>(application->connection(), static_cast<int>(screen));
     }
     return std::make_unique<NullStartupNotifications>();
+}
+
+QString takeStartToken(const InheritedEnvironment& start, QStringView platform) {
+    constexpr auto activationToken = "XDG_ACTIVATION_TOKEN";
+    constexpr auto startupId = "DESKTOP_STARTUP_ID";
+    qunsetenv(activationToken);
+    qunsetenv(startupId);
+    const bool x11 = platform == u"xcb";
+    const QByteArray first = start.value(x11 ? startupId : activationToken).value_or(QByteArray());
+    const QByteArray second = start.value(x11 ? activationToken : startupId).value_or(QByteArray());
+    return QString::fromUtf8(first.isEmpty() ? second : first);
 }
 
 } // namespace amberquill::desktop

@@ -3,8 +3,11 @@
 #pragma once
 
 #include "platform/ActivationTokens.h"
+#include "platform/linux/applications/launching/InheritedState.h"
 #include "platform/linux/applications/launching/StartupNotifications.h"
 
+#include <QString>
+#include <QStringView>
 #include <memory>
 
 namespace amberquill {
@@ -17,5 +20,13 @@ namespace amberquill::desktop {
 // They are destroyed before the application object.
 [[nodiscard]] std::unique_ptr<ActivationTokens> makeActivationTokens(MainQueue& queue);
 [[nodiscard]] std::unique_ptr<StartupNotifications> makeStartupNotifications();
+
+// The token or startup id that the launcher itself was started with; empty: none. `platform` is the
+// application object's, or empty before there is one; each window system is given its own kind first.
+//
+// It is good for one showing, so it is removed from our environment. Call it after the application object is
+// made, unless this process only hands the token over: on X11 Qt takes the id at that moment, and completes
+// the startup notification when the first window is shown.
+[[nodiscard]] QString takeStartToken(const InheritedEnvironment& start, QStringView platform);
 
 } // namespace amberquill::desktop

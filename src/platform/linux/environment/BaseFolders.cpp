@@ -1,11 +1,15 @@
 #include "platform/linux/environment/BaseFolders.h"
 
 #include "platform/common/Utf8.h"
+
+#include <array>
+#include <climits>
 #include <pwd.h>
 #include <unistd.h>
 #include <vector>
 
 namespace amberquill::desktop {
+
 namespace {
 
 // `look` is one of the system's look-ups: it fills in the entry that it is given.
@@ -26,6 +30,27 @@ std::optional<QString> ownHomeInUserDatabase() {
     return homeInUserDatabase([](passwd* entry, char* buffer, std::size_t size, passwd** found) {
         return ::getpwuid_r(::getuid(), entry, buffer, size, found);
     });
+}
+
+constexpr const char* defaultDataFolders = "/usr/local/share:/usr/share";
+
+void appendIfLacking(QStringList& folders, const QString& folder) {
+    if (!folders.contains(folder)) {
+        folders.append(folder);
+    }
+}
+
+QString bundleAround(const QString& program) {
+    constexpr QLatin1String ending(".app");
+    for (qsizetype slash = program.lastIndexOf(QLatin1Char('/')); slash > 0;) {
+        const QStringView folder = QStringView(program).left(slash);
+        slash = folder.lastIndexOf(QLatin1Char('/'));
+        const QStringView name = folder.mid(slash + 1);
+        if (name.size() > ending.size() && name.endsWith(ending)) {
+            return folder.toString();
+        }
+    }
+    return {};
 }
 
 } // namespace
@@ -81,6 +106,50 @@ QString baseFolder(const Environment& environment, const char* variable, QString
         }
     }
     return pathBelow(homeFolder(environment), fallback);
+}
+
+QStringList DataFolders::below(QStringView name) const {
+    QStringList result;
+    result.reserve(folders.size());
+    for (const QString& folder : folders) {
+        result.append(pathBelow(folder, name));
+    }
+    return result;
+}
+
+DataFolders dataFoldersFromEnvironment(const Environment& environment) {
+    const QString own = baseFolder(environment, "XDG_DATA_HOME", u".local/share");
+    const QByteArray listed = environment("XDG_DATA_DIRS").value_or(QByteArray());
+    DataFolders result;
+    result.folders.append(own);
+    for (const QByteArray& part : (listed.isEmpty() ? QByteArray(defaultDataFolders) : listed).split(':')) {
+        if (const auto folder = absolutePath(part)) {
+            appendIfLacking(result.folders, *folder);
+        }
+    }
+    // A session that was started before these were installed, or by something that does not read the
+    // system's profile, has variables without them; their applications are wanted all the same.
+    appendIfLacking(result.folders, own + QLatin1String("/flatpak/exports/share"));
+    appendIfLacking(result.folders, QStringLiteral("/var/lib/flatpak/exports/share"));
+    appendIfLacking(result.folders, QStringLiteral("/var/lib/snapd/desktop"));
+    return result;
+}
+
+QString runningProgram() {
+    std::array<char, PATH_MAX> target = {};
+    const ssize_t size = ::readlink("/proc/self/exe", target.data(), target.size());
+    if (size <= 0 || size == PATH_MAX) {
+        return {};
+    }
+    return absolutePath(QByteArrayView(target.data(), size)).value_or(QString());
+}
+
+Locations locationsFromEnvironment(const Environment& environment, const QString& program) {
+    return {.home = homeFolder(environment),
+            .applicationSupport = baseFolder(environment, "XDG_DATA_HOME", u".local/share"),
+            .configuration = baseFolder(environment, "XDG_CONFIG_HOME", u".config"),
+            .caches = baseFolder(environment, "XDG_CACHE_HOME", u".cache"),
+            .ownBundle = bundleAround(program)};
 }
 
 } // namespace amberquill::desktop

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QDeadlineTimer>
+#include <sys/types.h>
 #include <unistd.h>
 #include <utility>
 
@@ -39,5 +41,13 @@ public:
 private:
     int descriptor_ = -1;
 };
+
+// Waits no longer than that until something can be read from the descriptor, its end included; whether it
+// can. What is there already counts at any time. Any thread.
+[[nodiscard]] bool isReadableBy(int descriptor, QDeadlineTimer deadline);
+
+// A descriptor of a child process that becomes readable at its end; not open on kernels without such a thing.
+// Any thread.
+[[nodiscard]] FileDescriptor processDescriptor(pid_t process);
 
 } // namespace amberquill::desktop

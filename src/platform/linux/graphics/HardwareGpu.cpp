@@ -1,6 +1,6 @@
 #include "platform/linux/graphics/HardwareGpu.h"
 
-#include "platform/linux/graphics/GraphicsEnvironment.h"
+#include "platform/linux/graphics/GraphicsFindings.h"
 #include "platform/linux/graphics/RenderNodes.h"
 #include "platform/linux/graphics/ServerOffers.h"
 
@@ -11,14 +11,14 @@ namespace {
 
 [[nodiscard]] ServerOffers ask(DisplayServer server, const Environment& environment) {
     switch (server) {
-    case DisplayServer::x11:
+    case DisplayServer::X11:
         return isLocalDisplay(environment("DISPLAY").value_or(QByteArray())) ? askX11Server()
                                                                              : ServerOffers{};
-    case DisplayServer::wayland:
+    case DisplayServer::Wayland:
         // A connection that was handed to us is good for one client, and that is Qt.
         return !environment("WAYLAND_SOCKET") ? askWaylandCompositor()
                                               : ServerOffers{.reached = true, .takesGpuBuffers = true};
-    case DisplayServer::other:
+    case DisplayServer::Other:
         break;
     }
     return {.reached = true};

@@ -117,7 +117,7 @@ InstallKind installKindOf(const QString& program) {
                                      QLatin1StringView("/gnu/")};
     const bool isPackaged =
         std::any_of(packaged.begin(), packaged.end(), isBelow) && !isBelow(QLatin1StringView("/usr/local/"));
-    return isPackaged ? InstallKind::packageManager : InstallKind::other;
+    return isPackaged ? InstallKind::PackageManager : InstallKind::Other;
 }
 
 AppImageInstaller::AppImageInstaller(std::vector<QByteArray> environment, const QString& program,
@@ -125,7 +125,7 @@ AppImageInstaller::AppImageInstaller(std::vector<QByteArray> environment, const 
     : environment_(std::move(environment))
     , reached_(std::move(reached))
     , image_(ownImage(environment_, program)) {
-    kind_ = image_.isEmpty() ? installKindOf(program) : InstallKind::image;
+    kind_ = image_.isEmpty() ? installKindOf(program) : InstallKind::Image;
     // One name, so that what an end in the middle has left is replaced by the next attempt.
     const qsizetype name = image_.lastIndexOf('/') + 1;
     staged_ = image_.left(name) + '.' + image_.mid(name) + ".update";
@@ -150,7 +150,7 @@ bool AppImageInstaller::copy(const QByteArray& from) const {
     if (!file.isOpen()) {
         return false;
     }
-    reached_(Step::created);
+    reached_(Step::Created);
     constexpr std::size_t bufferBytes = std::size_t{256} * 1024;
     std::vector<char> buffer(bufferBytes);
     off_t copied = 0;
@@ -162,13 +162,13 @@ bool AppImageInstaller::copy(const QByteArray& from) const {
         copied += size;
         if (isInFirstHalf && copied * 2 >= status.st_size) {
             isInFirstHalf = false;
-            reached_(Step::halfCopied);
+            reached_(Step::HalfCopied);
         }
     }
-    reached_(Step::copied);
+    reached_(Step::Copied);
     const bool isWhole =
         copied == status.st_size && ::fchmod(file.get(), *mode) == 0 && ::fsync(file.get()) == 0;
-    reached_(Step::flushed);
+    reached_(Step::Flushed);
     return isWhole;
 }
 
@@ -177,7 +177,7 @@ std::optional<QString> AppImageInstaller::stage(const QString& file) {
         return std::nullopt;
     }
     auto version = copy(file.toUtf8()) ? versionOfProgram(staged_, environment_) : std::nullopt;
-    reached_(Step::askedVersion);
+    reached_(Step::AskedVersion);
     if (!version) {
         discard();
     }
@@ -190,7 +190,7 @@ bool AppImageInstaller::replace() {
         discard();
         return false;
     }
-    reached_(Step::renamed);
+    reached_(Step::Renamed);
     flushFolder(folderOf(image_));
     return true;
 }

@@ -18,7 +18,7 @@ namespace amberquill::desktop {
 class AppImageInstaller final : public ProgramInstaller {
 public:
     // What has been done, for tests that interrupt it there.
-    enum class Step { created, halfCopied, copied, flushed, askedVersion, renamed };
+    enum class Step { Created, HalfCopied, Copied, Flushed, AskedVersion, Renamed };
 
     // `environment`: what this program was started with (NAME=value) and the new one is started with.
     // `program`: its path. `reached` is called after each step.

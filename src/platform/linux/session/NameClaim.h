@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/session/StartupRequest.h"
+#include "platform/linux/session/ApplicationRequest.h"
 
 #include <chrono>
 #include <functional>

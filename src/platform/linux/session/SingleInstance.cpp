@@ -1,7 +1,7 @@
 #include "platform/linux/session/SingleInstance.h"
 
 #include "platform/MainQueue.h"
-#include "platform/linux/dbus/BusSocketFolder.h"
+#include "platform/linux/dbus/BusAddress.h"
 
 #include <algorithm>
 #include <chrono>

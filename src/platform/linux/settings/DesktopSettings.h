@@ -4,7 +4,11 @@
 #include "platform/linux/environment/Environment.h"
 
 #include <QLoggingCategory>
+#include <QString>
 #include <QStringList>
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace amberquill::desktop {
 
@@ -18,5 +22,13 @@ Q_DECLARE_LOGGING_CATEGORY(settingsLog)
 
 // KDE's files of settings for everything, the first that has a key wins. `configuration` as above.
 [[nodiscard]] QStringList kdeSettingsFiles(const QStringList& configuration);
+
+// The whole of a settings file. None: missing, not a regular file, unreadable, or over four mebibytes.
+[[nodiscard]] std::optional<std::string> settingsContent(const QString& path);
+
+// The value of the first line "key = value" in the group "[group]" of a settings file's text, without the
+// space around it. A mark between key and sign, as in "key[$i]", does not matter.
+[[nodiscard]] std::optional<std::string_view> settingsValue(std::string_view content, std::string_view group,
+                                                            std::string_view key);
 
 } // namespace amberquill::desktop

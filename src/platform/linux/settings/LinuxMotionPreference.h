@@ -2,7 +2,7 @@
 
 #include "platform/MainQueue.h"
 #include "platform/MotionPreference.h"
-#include "platform/linux/dbus/CurrentBus.h"
+#include "platform/linux/dbus/AsyncBusConnector.h"
 #include "platform/linux/environment/Environment.h"
 #include "platform/linux/settings/MotionSettings.h"
 #include "platform/linux/settings/PortalSettings.h"

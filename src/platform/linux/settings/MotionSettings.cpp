@@ -3,7 +3,6 @@
 #include "platform/linux/environment/BaseFolders.h"
 #include "platform/linux/settings/DconfDatabase.h"
 #include "platform/linux/settings/DesktopSettings.h"
-#include "platform/linux/settings/SettingsFile.h"
 
 #include <QByteArray>
 #include <cmath>

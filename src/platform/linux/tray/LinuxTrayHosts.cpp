@@ -1,6 +1,6 @@
 #include "platform/linux/tray/LinuxTrayHosts.h"
 
-#include "platform/linux/tray/EmbeddedPicture.h"
+#include "platform/linux/tray/XEmbedTrays.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -53,8 +53,8 @@ void LinuxTrayHosts::follow(std::function<void()> came, std::function<void()> go
     if (!watcher_) {
         followBus();
         if (xcb_connection_t* connection = xConnection()) {
-            olderTrays_ = std::make_unique<XEmbedTrays>(connection, [this] { ask(); });
-            qGuiApp->installNativeEventFilter(olderTrays_.get());
+            xembedTrays_ = std::make_unique<XEmbedTrays>(connection, [this] { ask(); });
+            qGuiApp->installNativeEventFilter(xembedTrays_.get());
         }
     }
     ask();
@@ -99,9 +99,9 @@ void LinuxTrayHosts::ask() {
         call->deleteLater();
         const QDBusPendingReply<QDBusVariant> answer = *call;
         const bool hasHost = answer.isValid() && answer.value().variant().toBool();
-        const bool hasOlderTray = olderTrays_ && olderTrays_->isThere();
-        qCDebug(trayLog) << "host of items:" << hasHost << "older tray:" << hasOlderTray;
-        if (hasHost || hasOlderTray) {
+        const bool hasXEmbedTray = xembedTrays_ && xembedTrays_->isThere();
+        qCDebug(trayLog) << "host of items:" << hasHost << "XEmbed tray:" << hasXEmbedTray;
+        if (hasHost || hasXEmbedTray) {
             came_();
         }
     });

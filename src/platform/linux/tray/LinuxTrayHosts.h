@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/TrayHosts.h"
-#include "platform/linux/dbus/CurrentBus.h"
+#include "platform/linux/dbus/AsyncBusConnector.h"
 #include "platform/linux/tray/XEmbedTrays.h"
 
 #include <QObject>
@@ -44,7 +44,7 @@ private:
     std::function<void()> came_;
     std::function<void()> gone_;
     std::unique_ptr<QDBusServiceWatcher> watcher_;
-    std::unique_ptr<XEmbedTrays> olderTrays_;
+    std::unique_ptr<XEmbedTrays> xembedTrays_;
 };
 
 } // namespace amberquill::desktop

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QAbstractNativeEventFilter>
+#include <QImage>
+#include <array>
 #include <functional>
 #include <xcb/xcb.h>
 
@@ -17,10 +19,17 @@ public:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
 private:
+    [[nodiscard]] xcb_atom_t selection() const { return atoms_[0]; }
+    [[nodiscard]] xcb_atom_t manager() const { return atoms_[1]; }
+
     xcb_connection_t* connection_;
     std::function<void()> came_;
-    xcb_atom_t selection_;
-    xcb_atom_t manager_;
+    std::array<xcb_atom_t, 2> atoms_;
 };
+
+// What is seen at an X window that another program has taken into one of its own, with what that shows behind
+// it. In device pixels; transparent where the outermost window is. Null where the window is taken in nowhere,
+// or not all of it is seen, or nothing can be read. Waits for the server's answers.
+[[nodiscard]] QImage embeddedPicture(xcb_connection_t* connection, xcb_window_t window);
 
 } // namespace amberquill::desktop

@@ -1,15 +1,35 @@
 #include "platform/linux/windows/WindowSystems.h"
 
-#include "platform/linux/windows/PlainWindowSystem.h"
 #include "platform/linux/windows/wayland/WaylandWindowSystem.h"
 #include "platform/linux/windows/x11/X11WindowSystem.h"
 
 #include <QGuiApplication>
+#include <QWindow>
 #include <qpa/qplatformnativeinterface.h>
 
 namespace amberquill::desktop {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// An unknown window system: what Qt can do on all of them, and no more.
+class PlainWindowSystem final : public WindowSystem {
+public:
+    [[nodiscard]] QScreen* screenUnderPointer() const override { return nullptr; }
+
+    void present(QWindow& window, QScreen* screen) override {
+        if (screen != nullptr) {
+            window.setScreen(screen);
+        }
+        window.showFullScreen();
+    }
+
+    void withdraw(QWindow& window) override { window.hide(); }
+    void beep() override {}
+};
+
+} // namespace
 
 std::unique_ptr<WindowSystem> makeWindowSystem() {
     if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {

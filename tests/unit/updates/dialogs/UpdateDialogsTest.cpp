@@ -38,7 +38,7 @@ protected:
         offer_.item.releaseNotes = u"Faster."_s;
         offer_.item.releasePage = QUrl(u"https://example.org/1.3"_s);
         offer_.installedVersion = u"1.2"_s;
-        offer_.installKind = InstallKind::image;
+        offer_.installKind = InstallKind::Image;
     }
     void TearDown() override {
         dialogs_.reset();
@@ -126,7 +126,7 @@ TEST_F(UpdateDialogsTest, OnlyACheckByTheUserTakesTheFocus) {
 }
 
 TEST_F(UpdateDialogsTest, IfTheProgramIsNotAnImageThePageIsOpened) {
-    for (const InstallKind kind : {InstallKind::packageManager, InstallKind::other}) {
+    for (const InstallKind kind : {InstallKind::PackageManager, InstallKind::Other}) {
         pages_.clear();
         answers_.clear();
         offer_.installKind = kind;
@@ -139,7 +139,7 @@ TEST_F(UpdateDialogsTest, IfTheProgramIsNotAnImageThePageIsOpened) {
 }
 
 TEST_F(UpdateDialogsTest, APageWithoutHttpsIsNotOffered) {
-    offer_.installKind = InstallKind::packageManager;
+    offer_.installKind = InstallKind::PackageManager;
     for (const QString& page : {u"http://example.org/"_s, u"file:///etc/passwd"_s, u""_s}) {
         offer_.item.releasePage = QUrl(page);
         dialogs_->showUpdateFound(offer_);

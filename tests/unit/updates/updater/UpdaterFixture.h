@@ -97,7 +97,7 @@ public:
         return canStart;
     }
 
-    InstallKind installKind = InstallKind::image;
+    InstallKind installKind = InstallKind::Image;
     std::optional<QString> stagedVersion = QStringLiteral("2.0");
     bool replaces = true;
     bool canStart = true;

@@ -29,7 +29,7 @@ TEST_F(UpdaterTest, ANewerVersionIsOffered) {
     EXPECT_EQ(check(), (QStringList{u"checking"_s, u"will show 2.0 itself, asked for"_s,
                                     u"found 2.0 over 1.0 shown"_s}));
     EXPECT_EQ(updater().state(), State::Found);
-    EXPECT_EQ(interface.lastOffer->installKind, InstallKind::image);
+    EXPECT_EQ(interface.lastOffer->installKind, InstallKind::Image);
     EXPECT_EQ(interface.lastOffer->page(), QUrl(u"https://example.org/"_s));
     updater().later();
     EXPECT_EQ(interface.take(), (QStringList{u"dismiss"_s, u"session over"_s, u"cycle over, asked for"_s}));
@@ -234,7 +234,7 @@ TEST_F(UpdaterTest, ADownloadThatCannotBeWrittenIsAnError) {
 
 TEST_F(UpdaterTest, NothingIsDownloadedIfTheProgramIsNotAnImage) {
     serveVersion("2.0");
-    for (const InstallKind kind : {InstallKind::packageManager, InstallKind::other}) {
+    for (const InstallKind kind : {InstallKind::PackageManager, InstallKind::Other}) {
         installer.installKind = kind;
         findUpdate();
         EXPECT_EQ(interface.lastOffer->installKind, kind);

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "platform/ActivationTokens.h"
 #include "platform/MainQueue.h"
+#include "platform/linux/environment/BaseFolders.h"
 
 #include <QString>
 #include <cstdint>
@@ -15,6 +17,10 @@ struct wl_seat;
 struct wl_surface;
 struct xdg_activation_v1;
 struct xdg_activation_token_v1;
+
+namespace amberquill {
+class MainQueue;
+}
 
 namespace amberquill::desktop {
 
@@ -75,6 +81,19 @@ private:
     std::vector<std::uint32_t> seatNames_;
     std::vector<Request> requests_;
     std::shared_ptr<void> life_ = std::make_shared<char>(); // what delayed work holds weakly
+};
+
+// Tokens of the compositor that Qt is connected to. Made after the application object, on Wayland; destroyed
+// before it.
+class WaylandActivationTokens final : public ActivationTokens {
+public:
+    explicit WaylandActivationTokens(MainQueue& queue);
+
+    void request(QWindow& window, const QString& applicationPath, std::function<void(QString)> then) override;
+
+private:
+    DataFolders folders_; // what an application's id depends on
+    XdgActivation activation_;
 };
 
 } // namespace amberquill::desktop

@@ -4,7 +4,7 @@
 #include "platform/RegisteredApplications.h"
 #include "platform/common/RootReaders.h"
 #include "platform/linux/applications/entries/DesktopEntry.h"
-#include "platform/linux/environment/DataFolders.h"
+#include "platform/linux/environment/BaseFolders.h"
 
 namespace amberquill::desktop {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/ScannedFolders.h"
-#include "platform/linux/environment/DataFolders.h"
+#include "platform/linux/environment/BaseFolders.h"
 
 #include <QByteArray>
 #include <QString>

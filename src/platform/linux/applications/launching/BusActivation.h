@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/dbus/CurrentBus.h"
+#include "platform/linux/dbus/AsyncBusConnector.h"
 
 #include <QObject>
 #include <QString>

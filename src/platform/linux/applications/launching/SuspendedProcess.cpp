@@ -1,7 +1,7 @@
 #include "platform/linux/applications/launching/SuspendedProcess.h"
 
 #include "platform/linux/applications/launching/ChildSetup.h"
-#include "platform/linux/files/ProcessDescriptor.h"
+#include "platform/linux/files/FileDescriptor.h"
 
 #include <algorithm>
 #include <array>

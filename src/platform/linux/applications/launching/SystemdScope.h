@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/MainQueue.h"
-#include "platform/linux/dbus/CurrentBus.h"
+#include "platform/linux/dbus/AsyncBusConnector.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>

@@ -1,6 +1,5 @@
 #include "platform/linux/capture/wayland/OutputChoice.h"
 
-#include "platform/linux/capture/wayland/SharedFrame.h"
 #include "platform/linux/capture/wayland/StoredFrame.h"
 #include "platform/linux/wayland/Globals.h"
 

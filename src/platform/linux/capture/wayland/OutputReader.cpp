@@ -1,6 +1,5 @@
 #include "platform/linux/capture/wayland/OutputReader.h"
 
-#include "platform/linux/capture/wayland/SharedFrame.h"
 #include "platform/linux/capture/wayland/StoredFrame.h"
 
 #include "wlr-screencopy-unstable-v1-client-protocol.h"

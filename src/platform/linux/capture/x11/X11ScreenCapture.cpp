@@ -1,6 +1,6 @@
 #include "platform/linux/capture/x11/X11ScreenCapture.h"
 
-#include "platform/linux/capture/RowShrinker.h"
+#include "platform/linux/capture/ScreenRows.h"
 #include "platform/linux/capture/x11/RootReader.h"
 
 #include <QGuiApplication>

@@ -113,4 +113,19 @@ bool matches(const KeyGrabs& grabs, xcb_keycode_t keyCode, std::uint16_t state) 
            std::find(grabs.locks.begin(), grabs.locks.end(), others) != grabs.locks.end();
 }
 
+bool ChordPresses::press(std::uint8_t keyCode, std::uint32_t time) {
+    const bool repeats = key_ && key_->code == keyCode &&
+                         (key_->isDown ? time - key_->time < longestSilence : time == key_->time);
+    key_ = Key{keyCode, time, true};
+    return !repeats;
+}
+
+bool ChordPresses::release(std::uint8_t keyCode, std::uint32_t time) {
+    if (!key_ || key_->code != keyCode || !key_->isDown) {
+        return false;
+    }
+    key_ = Key{keyCode, time, false};
+    return true;
+}
+
 } // namespace amberquill::desktop

@@ -80,15 +80,7 @@ const std::optional<X11ScrollDevices::Names>& X11ScrollDevices::names() const {
     }
     constexpr std::array<std::string_view, 3> texts{
         "libinput Scroll Methods Available", "libinput Scrolling Pixel Distance", "Synaptics Capabilities"};
-    std::array<xcb_intern_atom_cookie_t, texts.size()> cookies{};
-    std::transform(texts.begin(), texts.end(), cookies.begin(), [this](std::string_view text) {
-        return xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(text.size()), text.data());
-    });
-    std::array<xcb_atom_t, texts.size()> atoms{};
-    std::transform(cookies.begin(), cookies.end(), atoms.begin(), [this](xcb_intern_atom_cookie_t cookie) {
-        const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, cookie, nullptr));
-        return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-    });
+    const auto atoms = internAtoms(connection_, texts);
     if (std::find(atoms.begin(), atoms.end(), xcb_atom_t{XCB_ATOM_NONE}) == atoms.end()) {
         names_ = {atoms[0], atoms[1], atoms[2]};
     }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "platform/GlobalShortcut.h"
-#include "platform/linux/input/ChordPresses.h"
 #include "platform/linux/input/x11/KeyGrabs.h"
 
 #include <QAbstractNativeEventFilter>

@@ -1,6 +1,6 @@
 #include "platform/linux/windows/wayland/SeatlessCompositor.h"
 
-#include "platform/linux/graphics/GraphicsEnvironment.h"
+#include "platform/linux/graphics/GraphicsFindings.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -42,7 +42,7 @@ constexpr wl_registry_listener registryListener{onGlobal, onGlobalRemoved};
 void avoidInputMethodWithoutSeat(const Environment& environment) {
     const auto servers = displayServers(environment);
     const bool mayBeWayland =
-        std::find(servers.begin(), servers.end(), DisplayServer::wayland) != servers.end();
+        std::find(servers.begin(), servers.end(), DisplayServer::Wayland) != servers.end();
     // A connection that was handed to us is good for one client, and that is Qt.
     if (!mayBeWayland || environment("WAYLAND_SOCKET") ||
         !environment(inputMethodVariable).value_or(QByteArray()).isEmpty()) {

@@ -1,11 +1,11 @@
 #include "platform/linux/windows/x11/X11WindowSystem.h"
 
-#include "platform/linux/windows/x11/BlurRegion.h"
 #include "platform/linux/windows/x11/ScreenChoice.h"
 #include "platform/linux/x11/XcbReply.h"
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <algorithm>
 #include <array>
 #include <qpa/qplatformscreen.h>
 #include <qpa/qplatformwindow.h>
@@ -43,13 +43,36 @@ void writeProperty(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t
     return *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
 }
 
+// Compositing managers that blur behind windows list the property _KDE_NET_WM_BLUR_BEHIND_REGION on the root
+// window.
+[[nodiscard]] bool understandsBlurRegion(xcb_connection_t* connection, xcb_window_t root,
+                                         xcb_atom_t property) {
+    const XcbReply<xcb_list_properties_reply_t> listed(
+        xcb_list_properties_reply(connection, xcb_list_properties(connection, root), nullptr));
+    if (!listed || property == XCB_ATOM_NONE) {
+        return false;
+    }
+    const auto* const first = xcb_list_properties_atoms(listed.get());
+    const auto* const end = first + xcb_list_properties_atoms_length(listed.get());
+    return std::find(first, end, property) != end;
+}
+
+// Blurs behind the whole window.
+void setBlurRegion(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property,
+                   const QSize& pixels) {
+    const std::array<std::uint32_t, 4> all{0, 0, static_cast<std::uint32_t>(pixels.width()),
+                                           static_cast<std::uint32_t>(pixels.height())};
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, property, XCB_ATOM_CARDINAL, 32,
+                        all.size(), all.data());
+}
+
 } // namespace
 
 X11WindowSystem::X11WindowSystem(xcb_connection_t* connection)
     : connection_(connection)
     , root_(QX11Info::appRootWindow())
     , atoms_(connection)
-    , focusFilter_(atoms_[AtomName::activeWindow]) {
+    , focusFilter_(atoms_[AtomName::ActiveWindow]) {
     for (QScreen* screen : QGuiApplication::screens()) {
         watch(screen);
     }
@@ -87,7 +110,7 @@ void X11WindowSystem::setActivationToken(const QString& startupId) {
 void X11WindowSystem::setListedInTaskBars(bool listed) {
     listedInTaskBars_ = listed;
     if (window_) {
-        askForState(handle(*window_), !listed, AtomName::stateSkipTaskbar, AtomName::stateSkipPager);
+        askForState(handle(*window_), !listed, AtomName::StateSkipTaskbar, AtomName::StateSkipPager);
     }
 }
 
@@ -150,18 +173,18 @@ void X11WindowSystem::keepOnLivingScreen() {
 // and the desktop off a window that is withdrawn, so they are set each time. Qt adds full screen to the
 // states.
 void X11WindowSystem::describe(QWindow& window) {
-    std::vector<uint32_t> states{atoms_[AtomName::stateAbove], atoms_[AtomName::stateSticky]};
+    std::vector<uint32_t> states{atoms_[AtomName::StateAbove], atoms_[AtomName::StateSticky]};
     if (!listedInTaskBars_) {
-        states.push_back(atoms_[AtomName::stateSkipTaskbar]);
-        states.push_back(atoms_[AtomName::stateSkipPager]);
+        states.push_back(atoms_[AtomName::StateSkipTaskbar]);
+        states.push_back(atoms_[AtomName::StateSkipPager]);
     }
     const auto id = handle(window);
-    writeProperty(connection_, id, atoms_[AtomName::state], XCB_ATOM_ATOM, states);
-    writeProperty(connection_, id, atoms_[AtomName::desktop], XCB_ATOM_CARDINAL, std::array{onEveryDesktop});
+    writeProperty(connection_, id, atoms_[AtomName::State], XCB_ATOM_ATOM, states);
+    writeProperty(connection_, id, atoms_[AtomName::Desktop], XCB_ATOM_CARDINAL, std::array{onEveryDesktop});
     // A full-screen window may switch the compositor off, and with it what is seen through the window.
-    writeProperty(connection_, id, atoms_[AtomName::bypassCompositor], XCB_ATOM_CARDINAL,
+    writeProperty(connection_, id, atoms_[AtomName::BypassCompositor], XCB_ATOM_CARDINAL,
                   std::array{keepCompositing});
-    writeProperty(connection_, id, atoms_[AtomName::kdeSkipCloseAnimation], XCB_ATOM_CARDINAL,
+    writeProperty(connection_, id, atoms_[AtomName::KdeSkipCloseAnimation], XCB_ATOM_CARDINAL,
                   std::array{uint32_t{1}});
     // Desktops find the application's entry, and so its icon and name, by the window's class.
     const auto desktopId = QGuiApplication::desktopFileName().toUtf8();
@@ -184,7 +207,7 @@ void X11WindowSystem::place(QWindow& window, QScreen& screen) {
                          XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
                              XCB_CONFIG_WINDOW_HEIGHT,
                          values.data());
-    const auto blurRegion = atoms_[AtomName::kdeBlurBehindRegion];
+    const auto blurRegion = atoms_[AtomName::KdeBlurBehindRegion];
     if (blursBehindWindows()) {
         setBlurRegion(connection_, handle(window), blurRegion, area.size());
     } else {
@@ -279,12 +302,12 @@ bool X11WindowSystem::blendsWindows() const {
 // The root window keeps the property of one that died: it must be there, too.
 bool X11WindowSystem::blursBehindWindows() const {
     return blendsWindows() &&
-           understandsBlurRegion(connection_, root_, atoms_[AtomName::kdeBlurBehindRegion]);
+           understandsBlurRegion(connection_, root_, atoms_[AtomName::KdeBlurBehindRegion]);
 }
 
 // A window manager keeps the focus on a window of its own then, or on none.
 bool X11WindowSystem::nobodyHasFocus() const {
-    const auto managers = windowProperty(connection_, root_, atoms_[AtomName::supportingWmCheck]);
+    const auto managers = windowProperty(connection_, root_, atoms_[AtomName::SupportingWmCheck]);
     const auto owner = focusOwner();
     if (!managers || !owner) {
         return false;
@@ -297,7 +320,7 @@ bool X11WindowSystem::nobodyHasFocus() const {
 }
 
 bool X11WindowSystem::hasWindowManager() const {
-    const auto property = atoms_[AtomName::supportingWmCheck];
+    const auto property = atoms_[AtomName::SupportingWmCheck];
     const auto check = windowProperty(connection_, root_, property);
     return check && windowProperty(connection_, *check, property) == check;
 }
@@ -321,7 +344,7 @@ void X11WindowSystem::askForState(xcb_window_t window, bool wanted, AtomName fir
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = window;
-    message.type = atoms_[AtomName::state];
+    message.type = atoms_[AtomName::State];
     message.data.data32[0] = wanted ? 1 : 0;
     message.data.data32[1] = atoms_[first];
     message.data.data32[2] = atoms_[second];

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "platform/WindowSystem.h"
+#include "platform/linux/windows/x11/Atoms.h"
 #include "platform/linux/windows/x11/FocusFilter.h"
-#include "platform/linux/x11/Atoms.h"
 
 #include <QObject>
 #include <QPointer>

@@ -1,4 +1,4 @@
-#include "platform/linux/activation/StartToken.h"
+#include "platform/linux/activation/Activation.h"
 
 #include <QtGlobal>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/capture/RowShrinker.h"
+#include "platform/linux/capture/ScreenRows.h"
 
 #include <gtest/gtest.h>
 #include <random>

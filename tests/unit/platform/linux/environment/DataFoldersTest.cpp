@@ -1,4 +1,4 @@
-#include "platform/linux/environment/DataFolders.h"
+#include "platform/linux/environment/BaseFolders.h"
 
 #include "support/FixedEnvironment.h"
 

@@ -1,5 +1,3 @@
-#include "platform/linux/environment/EnvironmentLocations.h"
-
 #include "platform/linux/environment/BaseFolders.h"
 
 #include "support/FixedEnvironment.h"

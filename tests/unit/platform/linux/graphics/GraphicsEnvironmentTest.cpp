@@ -1,4 +1,4 @@
-#include "platform/linux/graphics/GraphicsEnvironment.h"
+#include "platform/linux/graphics/GraphicsFindings.h"
 
 #include <QMap>
 #include <gtest/gtest.h>
@@ -37,14 +37,14 @@ TEST(GraphicsEnvironment, ADriverThatDrawsOnTheCpuIsSoftware) {
 using Servers = std::vector<DisplayServer>;
 
 TEST(GraphicsEnvironment, AnX11SessionHasAnX11Server) {
-    EXPECT_EQ(displayServers(with({{"DISPLAY", ":0"}})), Servers{DisplayServer::x11});
+    EXPECT_EQ(displayServers(with({{"DISPLAY", ":0"}})), Servers{DisplayServer::X11});
 }
 
 TEST(GraphicsEnvironment, WaylandComesBeforeTheX11ServerInsideIt) {
     EXPECT_EQ(displayServers(with({{"DISPLAY", ":0"}, {"WAYLAND_DISPLAY", "wayland-0"}})),
-              (Servers{DisplayServer::wayland, DisplayServer::x11}));
+              (Servers{DisplayServer::Wayland, DisplayServer::X11}));
     EXPECT_EQ(displayServers(with({{"DISPLAY", ":0"}, {"XDG_SESSION_TYPE", "wayland"}})),
-              (Servers{DisplayServer::wayland, DisplayServer::x11}));
+              (Servers{DisplayServer::Wayland, DisplayServer::X11}));
 }
 
 TEST(GraphicsEnvironment, APlatformThatWasChosenForQtComesAlone) {
@@ -54,12 +54,12 @@ TEST(GraphicsEnvironment, APlatformThatWasChosenForQtComesAlone) {
         variables.insert("QT_QPA_PLATFORM", platform);
         return displayServers(with(variables));
     };
-    EXPECT_EQ(chosen("xcb"), Servers{DisplayServer::x11});
-    EXPECT_EQ(chosen("wayland"), Servers{DisplayServer::wayland});
-    EXPECT_EQ(chosen("wayland-egl"), Servers{DisplayServer::wayland});
-    EXPECT_EQ(chosen("offscreen"), Servers{DisplayServer::other});
-    EXPECT_EQ(chosen("offscreen:size=1x1"), Servers{DisplayServer::other});
-    EXPECT_EQ(chosen("wayland;xcb"), (Servers{DisplayServer::wayland, DisplayServer::x11}));
+    EXPECT_EQ(chosen("xcb"), Servers{DisplayServer::X11});
+    EXPECT_EQ(chosen("wayland"), Servers{DisplayServer::Wayland});
+    EXPECT_EQ(chosen("wayland-egl"), Servers{DisplayServer::Wayland});
+    EXPECT_EQ(chosen("offscreen"), Servers{DisplayServer::Other});
+    EXPECT_EQ(chosen("offscreen:size=1x1"), Servers{DisplayServer::Other});
+    EXPECT_EQ(chosen("wayland;xcb"), (Servers{DisplayServer::Wayland, DisplayServer::X11}));
 }
 
 TEST(GraphicsEnvironment, WithoutADisplayThereIsNoServer) {

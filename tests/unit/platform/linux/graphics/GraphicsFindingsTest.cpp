@@ -18,11 +18,11 @@ TEST_P(HardwareDrawing, IsDecidedByWhatWasFound) {
 }
 
 [[nodiscard]] GraphicsFindings onX11(std::vector<RenderNode> nodes) {
-    return {.renderNodes = std::move(nodes), .server = DisplayServer::x11, .serverTakesGpuBuffers = true};
+    return {.renderNodes = std::move(nodes), .server = DisplayServer::X11, .serverTakesGpuBuffers = true};
 }
 
 [[nodiscard]] GraphicsFindings onWayland(std::vector<RenderNode> nodes) {
-    return {.renderNodes = std::move(nodes), .server = DisplayServer::wayland, .serverTakesGpuBuffers = true};
+    return {.renderNodes = std::move(nodes), .server = DisplayServer::Wayland, .serverTakesGpuBuffers = true};
 }
 
 const std::vector<Case> cases{
@@ -36,7 +36,7 @@ const std::vector<Case> cases{
     {"SoftwareAskedFor",
      {.softwareAskedFor = true,
       .renderNodes = {{"i915"}},
-      .server = DisplayServer::x11,
+      .server = DisplayServer::X11,
       .serverTakesGpuBuffers = true},
      false},
     {"NodeOfAnotherUser", onX11({{.driver = "i915", .mayBeOpened = false}}), false},
@@ -56,25 +56,25 @@ const std::vector<Case> cases{
     {"VmwareMachineWithout3d", onX11({{.driver = "vmwgfx", .renders3d = false}}), false},
     {"ServerBoardBesideARealGpu", onX11({{"ast"}, {"amdgpu"}}), true},
     {"ServerWithoutDri3",
-     {.renderNodes = {{"i915"}}, .server = DisplayServer::x11, .serverTakesGpuBuffers = false},
+     {.renderNodes = {{"i915"}}, .server = DisplayServer::X11, .serverTakesGpuBuffers = false},
      false},
     {"CompositorThatDrawsOnTheCpu",
-     {.renderNodes = {{"i915"}}, .server = DisplayServer::wayland, .serverTakesGpuBuffers = false},
+     {.renderNodes = {{"i915"}}, .server = DisplayServer::Wayland, .serverTakesGpuBuffers = false},
      false},
     {"NvidiaWithoutANodeOnX11",
-     {.hasNvidiaDevice = true, .server = DisplayServer::x11, .serverHasNvidiaGlx = true},
+     {.hasNvidiaDevice = true, .server = DisplayServer::X11, .serverHasNvidiaGlx = true},
      true},
     {"NvidiaWithoutANodeOnAServerOfItsOwn",
-     {.hasNvidiaDevice = true, .server = DisplayServer::x11, .serverHasNvidiaGlx = false},
+     {.hasNvidiaDevice = true, .server = DisplayServer::X11, .serverHasNvidiaGlx = false},
      false},
     {"NvidiaGlxWithoutTheDevice",
-     {.hasNvidiaDevice = false, .server = DisplayServer::x11, .serverHasNvidiaGlx = true},
+     {.hasNvidiaDevice = false, .server = DisplayServer::X11, .serverHasNvidiaGlx = true},
      false},
     {"NvidiaOnWayland",
-     {.hasNvidiaDevice = true, .server = DisplayServer::wayland, .serverTakesGpuBuffers = true},
+     {.hasNvidiaDevice = true, .server = DisplayServer::Wayland, .serverTakesGpuBuffers = true},
      true},
     {"GpuWithoutADisplayServer",
-     {.renderNodes = {{"i915"}}, .server = DisplayServer::other, .serverTakesGpuBuffers = true},
+     {.renderNodes = {{"i915"}}, .server = DisplayServer::Other, .serverTakesGpuBuffers = true},
      false},
 };
 

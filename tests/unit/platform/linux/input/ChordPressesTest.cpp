@@ -1,4 +1,4 @@
-#include "platform/linux/input/ChordPresses.h"
+#include "platform/linux/input/x11/KeyGrabs.h"
 
 #include <gtest/gtest.h>
 

@@ -80,7 +80,7 @@ protected:
 
 TEST_F(AppImageInstallerTest, ReplacesTheImageThatTheProgramRunsFrom) {
     AppImageInstaller installing = installer();
-    EXPECT_EQ(installing.kind(), InstallKind::image);
+    EXPECT_EQ(installing.kind(), InstallKind::Image);
     EXPECT_EQ(installing.stage(newFile), QStringLiteral("1.1.0"));
     EXPECT_EQ(tree.read("images/Amberquill.AppImage"), oldProgram);
     EXPECT_TRUE(installing.replace());
@@ -93,7 +93,7 @@ TEST_F(AppImageInstallerTest, ReplacesTheImageThatTheProgramRunsFrom) {
 TEST_F(AppImageInstallerTest, ALinkToTheImageStaysOne) {
     const QString link = tree.link("links/launcher", "../images/Amberquill.AppImage");
     AppImageInstaller installing(environment(link), program());
-    EXPECT_EQ(installing.kind(), InstallKind::image);
+    EXPECT_EQ(installing.kind(), InstallKind::Image);
     ASSERT_TRUE(installing.stage(newFile) && installing.replace());
     EXPECT_TRUE(QFileInfo(link).isSymLink());
     EXPECT_EQ(tree.read("images/Amberquill.AppImage"), newProgram);
@@ -141,7 +141,7 @@ TEST_F(AppImageInstallerTest, AnotherProgramsImageIsNotTouched) {
     for (const QString& elsewhere :
          {QStringLiteral("/usr/bin/amberquill"), tree.path("mount-of-mine/amberquill"), QString()}) {
         AppImageInstaller installing(environment(image()), elsewhere);
-        EXPECT_NE(installing.kind(), InstallKind::image);
+        EXPECT_NE(installing.kind(), InstallKind::Image);
         EXPECT_EQ(installing.stage(newFile), std::nullopt);
         EXPECT_FALSE(installing.replace());
         EXPECT_FALSE(installing.startAgainAfterExit());
@@ -153,31 +153,31 @@ TEST_F(AppImageInstallerTest, WhatIsNotTheUsersToReplaceIsNoImage) {
     const auto kindOf = [this](const QString& path) {
         return AppImageInstaller(environment(path), program()).kind();
     };
-    EXPECT_EQ(kindOf(tree.path("images")), InstallKind::other);
-    EXPECT_EQ(kindOf(tree.path("missing")), InstallKind::other);
-    EXPECT_EQ(kindOf(QStringLiteral("images/Amberquill.AppImage")), InstallKind::other);
-    EXPECT_EQ(kindOf(QString()), InstallKind::other);
-    EXPECT_EQ(kindOf(image()), InstallKind::image);
+    EXPECT_EQ(kindOf(tree.path("images")), InstallKind::Other);
+    EXPECT_EQ(kindOf(tree.path("missing")), InstallKind::Other);
+    EXPECT_EQ(kindOf(QStringLiteral("images/Amberquill.AppImage")), InstallKind::Other);
+    EXPECT_EQ(kindOf(QString()), InstallKind::Other);
+    EXPECT_EQ(kindOf(image()), InstallKind::Image);
     ::chmod(tree.path("images").toUtf8().constData(), 0555);
     ::chmod(tree.path().toUtf8().constData(), 0755);
     if (::geteuid() == 0) {
         const OrdinaryUser other; // whose file it is not
-        EXPECT_EQ(kindOf(image()), InstallKind::other);
+        EXPECT_EQ(kindOf(image()), InstallKind::Other);
     } else {
-        EXPECT_EQ(kindOf(image()), InstallKind::other);
+        EXPECT_EQ(kindOf(image()), InstallKind::Other);
     }
     ::chmod(tree.path("images").toUtf8().constData(), 0755);
 }
 
 TEST_F(AppImageInstallerTest, KilledAtAnyStepItLeavesTheOldProgramOrTheNewOne) {
     for (const Step step :
-         {Step::created, Step::halfCopied, Step::copied, Step::flushed, Step::askedVersion, Step::renamed}) {
+         {Step::Created, Step::HalfCopied, Step::Copied, Step::Flushed, Step::AskedVersion, Step::Renamed}) {
         tree.write("images/Amberquill.AppImage", oldProgram);
         EXPECT_EQ(runHelper({QStringLiteral("replace"), program(), newFile,
                              QString::number(static_cast<int>(step))}),
                   -1)
             << "not killed at step " << static_cast<int>(step);
-        EXPECT_EQ(tree.read("images/Amberquill.AppImage"), step == Step::renamed ? newProgram : oldProgram)
+        EXPECT_EQ(tree.read("images/Amberquill.AppImage"), step == Step::Renamed ? newProgram : oldProgram)
             << "killed at step " << static_cast<int>(step);
         EXPECT_EQ(modeOfImage(), mode);
         // What it left does not stand in the next one's way, and goes with it.
@@ -212,10 +212,10 @@ TEST(InstallKind, IsThePackageManagersInTheFoldersThatThoseLookAfter) {
     for (const char* const program :
          {"/usr/bin/amberquill", "/usr/lib/amberquill/amberquill", "/app/bin/amberquill",
           "/snap/amberquill/1/bin/amberquill", "/nix/store/abc-amberquill/bin/amberquill"}) {
-        EXPECT_EQ(installKindOf(QString::fromLatin1(program)), InstallKind::packageManager) << program;
+        EXPECT_EQ(installKindOf(QString::fromLatin1(program)), InstallKind::PackageManager) << program;
     }
     for (const char* const program : {"/usr/local/bin/amberquill", "/home/me/.local/bin/amberquill",
                                       "/opt/amberquill/amberquill", "/application/amberquill", ""}) {
-        EXPECT_EQ(installKindOf(QString::fromLatin1(program)), InstallKind::other) << program;
+        EXPECT_EQ(installKindOf(QString::fromLatin1(program)), InstallKind::Other) << program;
     }
 }

@@ -1,4 +1,4 @@
-#include "platform/linux/session/AutostartEntry.h"
+#include "platform/linux/session/AutostartLoginItem.h"
 
 #include "platform/linux/applications/entries/DesktopEntry.h"
 #include "platform/linux/applications/launching/ExecLine.h"

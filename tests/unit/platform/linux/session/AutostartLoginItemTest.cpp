@@ -1,7 +1,6 @@
 #include "platform/linux/session/AutostartLoginItem.h"
 
 #include "platform/linux/files/PosixFileSystem.h"
-#include "platform/linux/session/AutostartEntry.h"
 #include "support/FixedEnvironment.h"
 #include "support/MemoryFileSystem.h"
 #include "support/TemporaryTree.h"

@@ -1,7 +1,6 @@
 // What is installed for desktops and the session bus names what the program's object knows.
 
 #include "platform/linux/session/ApplicationRequest.h"
-#include "platform/linux/session/StartupRequest.h"
 #include "support/FixedEnvironment.h"
 #include "support/TestPaths.h"
 

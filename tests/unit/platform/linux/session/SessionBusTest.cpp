@@ -1,4 +1,4 @@
-#include "platform/linux/session/SessionBus.h"
+#include "platform/linux/dbus/BusAddress.h"
 
 #include "support/FixedEnvironment.h"
 

@@ -1,6 +1,6 @@
 #include "platform/linux/session/SingleInstance.h"
 
-#include "platform/linux/dbus/BusSocketFolder.h"
+#include "platform/linux/dbus/BusAddress.h"
 #include "platform/linux/queue/EventLoopQueue.h"
 #include "support/PrivateBus.h"
 #include "support/WaitUntil.h"

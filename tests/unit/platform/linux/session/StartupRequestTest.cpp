@@ -1,4 +1,4 @@
-#include "platform/linux/session/StartupRequest.h"
+#include "platform/linux/session/ApplicationRequest.h"
 
 #include "support/FixedEnvironment.h"
 

@@ -1,4 +1,4 @@
-#include "platform/linux/settings/SettingsFile.h"
+#include "platform/linux/settings/DesktopSettings.h"
 
 #include "support/TemporaryTree.h"
 

@@ -1,4 +1,4 @@
-#include "platform/linux/tray/EmbeddedPicture.h"
+#include "platform/linux/tray/XEmbedTrays.h"
 
 #include "support/TestXServer.h"
 

@@ -2,7 +2,6 @@
 
 #include "platform/linux/applications/icons/lookup/IconTheme.h"
 #include "platform/linux/environment/BaseFolders.h"
-#include "platform/linux/environment/DataFolders.h"
 
 #include <QFile>
 #include <array>

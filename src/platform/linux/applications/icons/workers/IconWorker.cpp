@@ -2,7 +2,7 @@
 
 #include "platform/linux/decoder/channel/MessageSocket.h"
 #include "platform/linux/decoder/channel/SharedMemory.h"
-#include "platform/linux/files/ReadableBy.h"
+#include "platform/linux/files/FileDescriptor.h"
 
 #include <algorithm>
 #include <array>

@@ -2,8 +2,7 @@
 
 #include "platform/common/Thread.h"
 #include "platform/linux/decoder/channel/DecodingMessages.h"
-#include "platform/linux/files/ProcessDescriptor.h"
-#include "platform/linux/files/ReadableBy.h"
+#include "platform/linux/files/FileDescriptor.h"
 
 #include <algorithm>
 #include <cerrno>

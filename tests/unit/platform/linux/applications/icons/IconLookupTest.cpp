@@ -1,6 +1,6 @@
 #include "platform/linux/applications/icons/lookup/IconLookup.h"
 
-#include "platform/linux/environment/DataFolders.h"
+#include "platform/linux/environment/BaseFolders.h"
 #include "support/IconFiles.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "platform/linux/applications/launching/ChildReaper.h"
 
-#include "platform/linux/files/ProcessDescriptor.h"
+#include "platform/linux/files/FileDescriptor.h"
 
 #include "Report.h"
 #include "support/ManualQueue.h"

@@ -1,14 +1,33 @@
-#include "platform/linux/activation/x11/X11StartupNotifications.h"
+#include "platform/linux/activation/x11/X11Activation.h"
 
 #include "platform/linux/activation/x11/StartupMessage.h"
 #include "platform/linux/x11/XcbReply.h"
 
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QSysInfo>
+#include <QWindow>
 #include <algorithm>
+#include <qpa/qplatformnativeinterface.h>
 #include <string_view>
 
 namespace amberquill::desktop {
 
 namespace {
+
+// When the user last did something to one of our windows, else the last time the server told us of; 0: none
+// yet. There is no public way to learn either.
+quint32 userTime(QScreen* screen) {
+    QPlatformNativeInterface* const native = QGuiApplication::platformNativeInterface();
+    for (const char* const resource : {"appusertime", "apptime"}) {
+        const auto time = reinterpret_cast<quintptr>(native->nativeResourceForScreen(resource, screen));
+        if (time != 0) {
+            return static_cast<quint32>(time);
+        }
+    }
+    return 0;
+}
 
 xcb_window_t rootWindow(xcb_connection_t* connection, int screen) {
     auto roots = xcb_setup_roots_iterator(xcb_get_setup(connection));
@@ -19,6 +38,23 @@ xcb_window_t rootWindow(xcb_connection_t* connection, int screen) {
 }
 
 } // namespace
+
+void X11ActivationTokens::request(QWindow& window, const QString& applicationPath,
+                                  std::function<void(QString)> then) {
+    const quint32 time = userTime(window.screen());
+    if (time == 0) {
+        // An id that ends in zero asks not to come to the front.
+        then({});
+        return;
+    }
+    then(startupId({
+        .host = QSysInfo::machineHostName(),
+        .process = QCoreApplication::applicationPid(),
+        .start = ++starts_,
+        .application = applicationPath.section(u'/', -1),
+        .time = time,
+    }));
+}
 
 X11StartupNotifications::X11StartupNotifications(xcb_connection_t* connection, int screen)
     : connection_(connection)
@@ -37,14 +73,7 @@ bool X11StartupNotifications::learnAtoms() {
     if (atoms_.back() != XCB_ATOM_NONE) {
         return true;
     }
-    std::array<xcb_intern_atom_cookie_t, 2> asked{};
-    std::transform(names.begin(), names.end(), asked.begin(), [this](std::string_view name) {
-        return xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data());
-    });
-    std::transform(asked.begin(), asked.end(), atoms_.begin(), [this](xcb_intern_atom_cookie_t cookie) {
-        const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, cookie, nullptr));
-        return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
-    });
+    atoms_ = internAtoms(connection_, names);
     return atoms_.front() != XCB_ATOM_NONE && atoms_.back() != XCB_ATOM_NONE;
 }
 

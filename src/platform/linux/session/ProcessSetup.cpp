@@ -1,5 +1,6 @@
-#include "platform/linux/session/Heap.h"
+#include "platform/linux/session/ProcessSetup.h"
 
+#include <fontconfig/fontconfig.h>
 #include <malloc.h>
 
 namespace amberquill::desktop {
@@ -24,6 +25,10 @@ void limitMallocArenas() {
 
 void trimHeap() {
     ::malloc_trim(0);
+}
+
+void readFontConfiguration() {
+    FcInit();
 }
 
 } // namespace amberquill::desktop

@@ -1,7 +1,9 @@
-#include "platform/linux/files/ReadableBy.h"
+#include "platform/linux/files/FileDescriptor.h"
 
 #include <algorithm>
 #include <poll.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 namespace amberquill::desktop {
 
@@ -17,6 +19,11 @@ bool isReadableBy(int descriptor, QDeadlineTimer deadline) {
             return false;
         }
     }
+}
+
+// Not through glibc's <sys/pidfd.h>, which C++ cannot link with before 2.37.
+FileDescriptor processDescriptor(pid_t process) {
+    return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
 }
 
 } // namespace amberquill::desktop

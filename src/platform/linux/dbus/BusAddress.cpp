@@ -1,5 +1,6 @@
-#include "platform/linux/session/SessionBus.h"
+#include "platform/linux/dbus/BusAddress.h"
 
+#include <QFile>
 #include <QtGlobal>
 #include <sys/stat.h>
 
@@ -32,6 +33,23 @@ void doNotLaunchSessionBus(const Environment& environment) {
 void leaveSessionBusAlone() {
     // An address that leads nowhere.
     qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+}
+
+QString busSocketFolder(const QByteArray& address) {
+    const QByteArray transport = "unix:";
+    const QByteArray path = "path=";
+    const QByteArray first = address.split(';').front();
+    if (!first.startsWith(transport)) {
+        return {};
+    }
+    for (const QByteArray& pair : first.mid(transport.size()).split(',')) {
+        if (pair.startsWith(path)) {
+            const QByteArray socket = QByteArray::fromPercentEncoding(pair.mid(path.size()));
+            return socket.startsWith('/') ? QFile::decodeName(socket.left(socket.lastIndexOf('/') + 1))
+                                          : QString();
+        }
+    }
+    return {};
 }
 
 } // namespace amberquill::desktop

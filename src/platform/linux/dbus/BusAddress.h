@@ -2,6 +2,9 @@
 
 #include "platform/linux/environment/Environment.h"
 
+#include <QByteArray>
+#include <QString>
+
 namespace amberquill::desktop {
 
 // The address of the session bus: the one that is given, or that of the socket at the usual place. None:
@@ -15,5 +18,8 @@ void doNotLaunchSessionBus(const Environment& environment);
 // Keeps the D-Bus libraries in this process from waiting for a session bus that does not answer. For when
 // none of them has tried yet.
 void leaveSessionBusAlone();
+
+// The folder in which a bus of that address has its socket; empty: it has none in a folder.
+[[nodiscard]] QString busSocketFolder(const QByteArray& address);
 
 } // namespace amberquill::desktop

@@ -1,4 +1,4 @@
-#include "platform/linux/x11/TimedReplies.h"
+#include "platform/linux/capture/x11/TimedReplies.h"
 
 #include <algorithm>
 #include <cerrno>
