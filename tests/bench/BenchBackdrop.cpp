@@ -1,5 +1,4 @@
-// What a backdrop costs: reading a screen while making it smaller, and blurring what is left. Needs an X
-// server; reads the one it is called on.
+// The backdrop: reading the screen at a smaller size, and blurring it. Needs an X server: $DISPLAY.
 #include "platform/linux/capture/x11/X11ScreenCapture.h"
 #include "views/BackgroundWash.h"
 #include "views/ImageEffects.h"
@@ -52,7 +51,7 @@ void captureWithTheWhole(benchmark::State& state) {
     capture(state, true, false, true);
 }
 
-// The first one: the connection and the shared memory are made.
+// With a new connection and new shared memory.
 void firstCapture(benchmark::State& state) {
     for ([[maybe_unused]] const auto& round : state) {
         X11ScreenCapture screen({}, patient);

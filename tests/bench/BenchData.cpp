@@ -37,7 +37,7 @@ LaunchItems layoutOf(const std::vector<AppInfo>& apps) {
     return items;
 }
 
-// Everything is where it was: what nearly every scan finds.
+// Every application is where it was, as in nearly every scan.
 void reconcileUnchanged(benchmark::State& state) {
     const std::vector<AppInfo> apps = installedApps(state.range(0));
     const LaunchItems items = layoutOf(apps);
@@ -48,7 +48,7 @@ void reconcileUnchanged(benchmark::State& state) {
     state.SetComplexityN(state.range(0));
 }
 
-// Everything is new: the first start.
+// Every application is new, as at the first start.
 void reconcileAllNew(benchmark::State& state) {
     const std::vector<AppInfo> apps = installedApps(state.range(0));
     const NameOrder order;
@@ -58,7 +58,7 @@ void reconcileAllNew(benchmark::State& state) {
     state.SetComplexityN(state.range(0));
 }
 
-// Everything has moved to another folder.
+// Every application has moved to another folder.
 void reconcileAllMoved(benchmark::State& state) {
     const std::vector<AppInfo> apps = installedApps(state.range(0));
     LaunchItems items;
@@ -72,7 +72,7 @@ void reconcileAllMoved(benchmark::State& state) {
     state.SetComplexityN(state.range(0));
 }
 
-// A memory of as many places as there can be, of a layout that has lost every second application.
+// A layout that has lost every second application, with a memory of their places.
 struct Lost {
     explicit Lost(std::int64_t count)
         : installed(installedApps(count)) {
@@ -90,7 +90,7 @@ struct Lost {
     PlaceMemory memory;
 };
 
-// What each scan costs while places are remembered and nothing comes back.
+// A scan while places are remembered and no application returns.
 void putNothingBack(benchmark::State& state) {
     Lost lost(state.range(0));
     for ([[maybe_unused]] auto round : state) {
@@ -161,8 +161,8 @@ void indexNames(benchmark::State& state) {
     }
 }
 
-// What typing a letter costs, the items that are shown then included. All names hold "a", one in a hundred
-// "99", none "zebra".
+// Typing a letter, including the items that are shown then. All names contain "a", one in a hundred "99",
+// none "zebra".
 void typeALetter(benchmark::State& state, const char* text) {
     EventLoopQueue queue;
     MemoryFileSystem files;
@@ -180,7 +180,7 @@ void typeALetter(benchmark::State& state, const char* text) {
     }
 }
 
-// What a change of the layout costs the main thread; the writing goes on beside it.
+// Saving on the main thread; the file is written in the background.
 void saveLayout(benchmark::State& state) {
     EventLoopQueue queue;
     MemoryFileSystem files;

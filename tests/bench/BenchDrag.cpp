@@ -1,5 +1,4 @@
-// What one move of the pointer costs during a drag, for layouts of any size: a mouse may send a thousand of
-// them a second.
+// One pointer move during a drag, for layouts of several sizes. A mouse may send a thousand moves a second.
 #include "data/FolderMetrics.h"
 #include "data/LayoutCoding.h"
 #include "model/LauncherModel.h"
@@ -21,7 +20,7 @@ QString path(std::int64_t number) {
     return QStringLiteral("/usr/share/applications/org.example.application%1.desktop").arg(number);
 }
 
-// A launcher whose layout holds this many items, the last one a folder of as many applications.
+// A launcher with a layout of this many items. The last is a folder of as many applications.
 class Launcher {
 public:
     explicit Launcher(std::int64_t count)
@@ -61,7 +60,7 @@ private:
     QPointF start_;
 };
 
-// To and fro within one slot of the page, past its own icon: what a resting hand does.
+// Back and forth within the icon's own slot.
 void moveWithinASlot(benchmark::State& state) {
     Launcher launcher(state.range(0));
     const GridMetrics grid = launcher.model().metrics();
@@ -77,7 +76,7 @@ void moveWithinASlot(benchmark::State& state) {
     }
 }
 
-// The same with the layout's folder, which stands last.
+// The same with the layout's folder, which is the last item.
 void moveAFolderWithinASlot(benchmark::State& state) {
     Launcher launcher(state.range(0));
     LauncherModel& model = launcher.model();
@@ -95,8 +94,7 @@ void moveAFolderWithinASlot(benchmark::State& state) {
     }
 }
 
-// From slot to slot, so that every move starts a timer and drops another one: as many as a hand can reach
-// before the first of them is due.
+// From slot to slot: every move starts a timer and cancels the one before.
 void moveToAnotherSlot(benchmark::State& state) {
     Launcher launcher(state.range(0));
     const GridMetrics grid = launcher.model().metrics();
@@ -112,7 +110,7 @@ void moveToAnotherSlot(benchmark::State& state) {
     }
 }
 
-// The move after the layout has changed, which has to find again where everything stands.
+// The first move after a change of the layout, which has to find the items again.
 void moveAfterAChange(benchmark::State& state) {
     Launcher launcher(state.range(0));
     LauncherModel& model = launcher.model();
@@ -130,14 +128,14 @@ void moveAfterAChange(benchmark::State& state) {
     }
 }
 
-// In the panel of a folder that holds as many applications.
+// In the panel of the folder.
 void moveInAFolder(benchmark::State& state) {
     Launcher launcher(state.range(0));
     LauncherModel& model = launcher.model();
     model.openFolder(folderID);
     const auto count = static_cast<int>(model.folder(folderID)->apps.size());
     const FolderMetrics panel = FolderMetrics::of(count, model.metrics());
-    int index = 0; // one that is on the screen
+    int index = 0; // of a visible one
     while (panel.cellCenter(index).y() < 300) {
         index += panel.columns;
     }

@@ -1,5 +1,4 @@
-// How long a scan of the desktop's registered applications takes, and how it grows. Warm caches: the entries
-// were written a moment before.
+// A scan of the desktop's registered applications. Warm file cache: the entries have just been written.
 #include "platform/linux/applications/entries/DesktopEntryApplications.h"
 #include "platform/linux/applications/entries/EntryIndex.h"
 #include "support/TemporaryTree.h"
@@ -9,7 +8,7 @@
 namespace amberquill::desktop {
 namespace {
 
-// An entry as distributions ship them: some forty translations, an action, about 3 KiB.
+// An entry like those of distributions: about forty translations, an action, about 3 KiB.
 QByteArray entryNumber(int number) {
     const QByteArray digits = QByteArray::number(number);
     QByteArray text = "[Desktop Entry]\nVersion=1.0\nType=Application\nName=Application " + digits + "\n";

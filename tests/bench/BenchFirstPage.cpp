@@ -1,5 +1,5 @@
-// How long the icons of a first page take: from the applications' paths to the pictures on the main thread,
-// by as many threads as the launcher uses.
+// The icons of a first page: from the applications' paths to the images on the main thread, with the
+// launcher's number of threads.
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
 #include "platform/linux/applications/icons/workers/IconWorkerPool.h"
 #include "platform/linux/applications/icons/workers/WorkerProgram.h"
@@ -20,7 +20,7 @@ constexpr int pageEdge = 120;
 constexpr int pageIcons = 35;
 constexpr int rasterEdge = 256;
 
-// The launcher's, with the processes of the build tree.
+// As in the launcher, with the decoder of the build tree.
 class PageIcons {
 public:
     explicit PageIcons(const TemporaryTree& tree)
@@ -39,7 +39,7 @@ private:
     LinuxApplicationIcons icons_;
 };
 
-// A desktop entry for each of the icon files, which are from all over the theme.
+// A desktop entry for each icon file. The files are from all parts of the theme.
 class Page {
 public:
     Page() {
@@ -60,7 +60,7 @@ public:
     }
 
     [[nodiscard]] const TemporaryTree& tree() const { return tree_; }
-    [[nodiscard]] const QStringList& drawn() const { return drawn_; }     // by SVG files
+    [[nodiscard]] const QStringList& drawn() const { return drawn_; }     // SVG files
     [[nodiscard]] const QStringList& rasters() const { return rasters_; } // PNG files of 256 pixels
 
 private:
@@ -81,7 +81,7 @@ const Page& firstPage() {
 }
 
 enum class Begin {
-    Rested, // what decodes is started anew
+    Rested, // the decoder is started again
     Ready,
 };
 

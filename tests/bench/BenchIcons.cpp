@@ -1,5 +1,4 @@
-// How long icons take to be found and drawn. Warm caches; "first" is what a process that has just started
-// pays.
+// Finding and drawing icons. Warm file cache; "first": in a process that has just started.
 #include "platform/linux/applications/icons/lookup/IconLookup.h"
 #include "platform/linux/decoder/pictures/IconDecoder.h"
 #include "platform/linux/decoder/pictures/ImageFitting.h"
@@ -18,7 +17,7 @@ using namespace Qt::StringLiterals;
 
 constexpr int edge = 120;
 
-// A theme as large as common ones, made once: 24 directories of 400 icons, without a cache file.
+// A theme of a common size: 24 directories of 400 icons, without a cache file. Made once.
 const TemporaryTree& largeTheme() {
     static const TemporaryTree tree;
     static const bool isMade = [] {
@@ -60,7 +59,7 @@ void firstLookups(benchmark::State& state) {
 }
 BENCHMARK(firstLookups)->Arg(35)->Arg(200)->Unit(benchmark::kMillisecond);
 
-// The themes of this machine, where it has them.
+// The themes of this machine, if it has them.
 void firstLookupsIn(benchmark::State& state, const char* theme) {
     const QStringList folders{u"/usr/share/icons"_s, u"/usr/share/pixmaps"_s};
     const auto name = QString::fromUtf8(theme);
@@ -96,7 +95,7 @@ void repeatedLookups(benchmark::State& state) {
 }
 BENCHMARK(repeatedLookups)->Arg(35)->Arg(200)->Unit(benchmark::kMillisecond);
 
-// A picture that compresses about as an application's icon does.
+// An image that compresses about as well as an application's icon.
 QImage drawnPicture(int size) {
     QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
@@ -143,7 +142,7 @@ void decodeThirtyFivePng(benchmark::State& state) {
 }
 BENCHMARK(decodeThirtyFivePng)->Unit(benchmark::kMillisecond);
 
-// A drawing of so many shapes, half of them with a gradient.
+// A drawing of `shapes` shapes, half of them with a gradient.
 QByteArray drawing(int shapes) {
     QByteArray body =
         R"(<linearGradient id="g"><stop offset="0" stop-color="#fa5"/><stop offset="1" stop-color="#46f"/></linearGradient>)";

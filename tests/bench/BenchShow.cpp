@@ -1,5 +1,5 @@
-// How long the hidden launcher takes to be on the screen again: from show() to the first frame. Needs an X
-// server, best with a window manager; starts on the display it is called on.
+// Showing the hidden launcher: from show() to the first frame. Needs an X server, preferably with a window
+// manager: $DISPLAY.
 #include "data/IconCache.h"
 #include "model/LauncherModel.h"
 #include "motion/Timeline.h"
@@ -81,7 +81,7 @@ int main(int argc, char** argv) {
         sinceShow.start();
         controller.show();
         waitFor([&framed] { return framed; });
-        if (round > 0) { // the first showing is the start, measured elsewhere
+        if (round > 0) { // the first showing belongs to the start
             milliseconds.push_back(taken);
         }
         waitFor([] { return Timeline::shared().isIdle(); });

@@ -1,5 +1,5 @@
-// What the program lists in its environment: for each application its id, its file, its name and the program
-// of its Exec line, each ended by a NUL.
+// Prints the applications that the launcher lists: id, file, name and the program of the Exec line, each
+// followed by a NUL.
 #include "platform/linux/applications/entries/DesktopEntryApplications.h"
 
 #include <cstdio>

@@ -1,4 +1,4 @@
-// A dconf database of any bytes: looking a text up ends, and answers one of bearable length.
+// A dconf database of any bytes: looking up a text ends and gives a text of limited length.
 #include "Require.h"
 #include "platform/linux/settings/DconfDatabase.h"
 

@@ -1,4 +1,4 @@
-// Desktop entries of any bytes: the reader ends, and what it answers keeps what its header promises.
+// Desktop entries of any bytes: the reader ends and keeps the contract of its header.
 #include "Require.h"
 #include "platform/linux/applications/entries/DesktopEntry.h"
 #include "platform/linux/applications/entries/EntryTokens.h"
@@ -9,7 +9,7 @@ using namespace amberquill::desktop;
 
 namespace {
 
-// A text that was read is text: it comes back from UTF-8 as it was, and a C string holds all of it.
+// The text is valid UTF-16 and has no NUL.
 void requireText(const QString& text) {
     require(text.isValidUtf16() && !text.contains(QChar::Null));
 }
@@ -21,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QByteArrayView bytes(data, static_cast<qsizetype>(size));
     const auto entry = parseDesktopEntry(bytes, locale);
     const auto tokens = tokenizeEntry(bytes, locale);
-    // The quick look and the full reading agree on what is an entry and on its name.
+    // The quick and the full reader agree on the validity and the name of an entry.
     const bool isEntry = tokens && tokens->isValidApplication();
     require(isEntry == entry.has_value());
     if (!entry) {

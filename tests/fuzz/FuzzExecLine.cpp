@@ -1,5 +1,5 @@
-// `Exec` lines of any text: what is answered can be handed to a program, and says the same when it is quoted
-// and read again.
+// `Exec` lines of any text: the arguments can be passed to a program, and quoting and reading them again
+// gives the same arguments.
 #include "Require.h"
 #include "platform/linux/applications/launching/ExecLine.h"
 
@@ -9,7 +9,7 @@ using namespace amberquill::desktop;
 
 namespace {
 
-// An argument as a careful author of an entry would write it.
+// The argument in quotes, with every special character escaped.
 QString quoted(const QString& argument) {
     QString text(u'"');
     for (const QChar c : argument) {
@@ -43,7 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         again += quoted(argument);
     }
     require(length <= 256 * 1024);
-    // A line that has grown by its names may be too long to be read again.
+    // Expanded names may have made the line too long to be read again.
     const QString second = again.join(u' ');
     if (second.size() < 32 * 1024) {
         require(execArguments(second, {}) == arguments);

@@ -1,5 +1,5 @@
-// Feeds of any bytes: each is refused, or items that keep what their header promises. What the reader takes
-// is read the same by another of its kind that goes about it otherwise: all of it at once, by its paths.
+// Feeds of any bytes: each is refused, or gives items that keep the contract of their header. A second,
+// simpler reader must agree on the number of items.
 #include "Require.h"
 #include "updates/updater/AddressPolicy.h"
 #include "updates/updater/Feed.h"
@@ -25,7 +25,7 @@ void requirePage(const QUrl& page) {
     require(page.isEmpty() || mayFetch(page));
 }
 
-// What a feed has, as far as places alone decide.
+// What the second reader finds.
 struct Counts {
     int items = 0;
     bool declaresEntities = false;
@@ -65,7 +65,7 @@ void requireItem(const FeedItem& item) {
     require(compareVersions(item.version, item.version) == 0);
 }
 
-// What is chosen is one of them, newer than what is installed, and none that fits is newer.
+// The chosen item is one of the items, newer than the installed version, and no suitable item is newer.
 void requireChoice(const std::vector<FeedItem>& items, const QString& installed) {
     const auto update = chooseUpdate(items, installed, QStringLiteral("6.1"), {}, std::nullopt);
     require(!update || std::find(items.begin(), items.end(), *update) != items.end());
@@ -76,7 +76,7 @@ void requireChoice(const std::vector<FeedItem>& items, const QString& installed)
             item.channel.isEmpty() && item.operatingSystem.isEmpty() && item.minimumSystemVersion.isEmpty();
         const bool isBetter = compareVersions(item.version, update ? update->version : installed) > 0;
         require(!fits || !isBetter);
-        // One way round or the other.
+        // The comparison is antisymmetric.
         require((compareVersions(item.version, installed) < 0) ==
                 (compareVersions(installed, item.version) > 0));
     }

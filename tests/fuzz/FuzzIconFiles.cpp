@@ -1,5 +1,5 @@
-// Icon files of any bytes: decoding ends, and answers a picture of the size asked for or none. Text is left
-// out: with fonts it is a matter of other libraries.
+// Icon files of any bytes: decoding ends and gives an image of the requested size or none. Without fonts: the
+// libraries for text are not under test.
 #include "Require.h"
 #include "platform/linux/decoder/pictures/IconDecoder.h"
 

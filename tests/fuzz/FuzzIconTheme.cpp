@@ -1,4 +1,4 @@
-// index.theme of any bytes: the reader ends, and what it answers keeps what its header promises.
+// index.theme of any bytes: the reader ends and keeps the contract of its header.
 #include "Require.h"
 #include "platform/linux/applications/icons/lookup/IconOrder.h"
 #include "platform/linux/applications/icons/lookup/IconThemeIndex.h"

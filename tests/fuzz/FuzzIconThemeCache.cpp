@@ -1,5 +1,4 @@
-// icon-theme.cache of any bytes: opening it and asking it end, and what it answers keeps what its header
-// promises.
+// icon-theme.cache of any bytes: opening and searching it end and keep the contract of its header.
 #include "Require.h"
 #include "platform/linux/applications/icons/lookup/IconThemeCache.h"
 
@@ -13,7 +12,7 @@ using namespace amberquill::desktop;
 
 namespace {
 
-// A folder that holds the cache and is gone with the program.
+// A temporary folder with the cache file.
 class CacheFolder {
 public:
     CacheFolder() {

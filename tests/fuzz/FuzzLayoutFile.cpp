@@ -1,6 +1,6 @@
-// Exchange files of any bytes: each is refused, or a layout that is written and read back unchanged. What the
-// reader takes for JSON, Qt's does too, but for its bounds: on nesting, and on numbers, where a value that
-// nobody reads may be larger than any that a machine counts with.
+// Exchange files of any bytes: each is refused, or is written and read back unchanged. Qt reads every
+// accepted text as JSON too, within its own limits: on nesting, and on numbers, which may be huge in keys
+// that are ignored.
 #include "Require.h"
 #include "data/HomePaths.h"
 #include "data/LayoutFile.h"
@@ -30,7 +30,7 @@ void requireHomePath(const QString& path, TildeExpansion& tilde) {
     }
 }
 
-// Whether each number of a JSON text is one by the grammar (RFC 8259, section 6), however large.
+// Whether every number of a JSON text follows the grammar (RFC 8259, section 6). Their size does not matter.
 bool writesNumbersWell(const QByteArray& text) {
     static const QRegularExpression token(QStringLiteral(R"("(?:[^"\\]|\\.)*"|[-+.0-9][-+.0-9eE]*)"),
                                           QRegularExpression::DotMatchesEverythingOption);

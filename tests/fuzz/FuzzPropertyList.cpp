@@ -1,5 +1,4 @@
-// Property lists of any bytes: neither the guard nor the library behind it fails, and what comes out is what
-// the header promises.
+// Property lists of any bytes: the guard and the library do not crash and keep the contract of the header.
 #include "platform/linux/applications/bundles/BundlePropertyList.h"
 #include "platform/linux/applications/bundles/PropertyListGuard.h"
 

@@ -1,5 +1,5 @@
-// The list of files that cannot be decoded, with lines of any bytes: what is read of it is written and read
-// the same.
+// The list of undecodable files, with lines of any bytes: the read entries are written and read back
+// unchanged.
 #include "Require.h"
 #include "platform/linux/applications/icons/UndecodableFiles.h"
 

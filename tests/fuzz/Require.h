@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-// Ends a fuzz target, which counts as a find, where what must hold does not.
+// Aborts the fuzz target if the condition does not hold: libFuzzer reports it.
 inline void require(bool holds) {
     if (!holds) {
         std::abort();

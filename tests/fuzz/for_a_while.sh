@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Feeds a fuzz target for some seconds, from its seeds on, the same files each time so that a change is judged by what
-# it changes: for_a_while.sh <program> <seeds> <seconds>
-# A program that has passed would be fed the same files again: that it has is kept beside ccache's folder.
+# Runs a fuzz target for some seconds: for_a_while.sh <program> <seeds> <seconds>
+# A fixed random seed gives the same inputs each time. So a program that has passed is not run again: a mark beside ccache's
+# folder says so.
 set -euo pipefail
 found=$(mktemp --directory)
 trap 'rm -rf "$found"' EXIT
 
-# Neither the place of the sources nor the compiler's notes make another program.
+# The path of the sources and the compiler's notes do not count as a difference.
 objcopy --strip-all --remove-section=.note.gnu.build-id "$1" "$found/program"
 key=$(cat "$0" "$found/program" "$2"/* <(echo "$3") | sha256sum | cut -d ' ' -f 1)
 rm "$found/program"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Feeds a fuzz target each of its seeds once: replay.sh <program> <seeds>
+# Runs a fuzz target once for each seed: replay.sh <program> <seeds>
 set -euo pipefail
 shopt -s nullglob
 seeds=("$2"/*)

@@ -5,7 +5,7 @@
 #include <QList>
 #include <random>
 
-// SVG documents for tests that are broken, refer to other files, or cost far more than they are worth.
+// SVG documents for tests: broken ones, and ones that refer to other files or are very expensive to draw.
 namespace amberquill {
 
 inline QByteArray entityBomb(const QByteArray& innermost) {
@@ -17,7 +17,7 @@ inline QByteArray entityBomb(const QByteArray& innermost) {
     return type + "]>" + svg("<g>&e11;</g>" + squareOf("red"));
 }
 
-// One large entity that is named so often that its text takes gigabytes.
+// One large entity, used so often that the text takes gigabytes.
 inline QByteArray repeatedEntity() {
     return "<!DOCTYPE svg [<!ENTITY e \"" + QByteArray(100'000, 'x') + "\">]>" +
            svg("<desc>" + QByteArray("&e;").repeated(50'000) + "</desc>" + squareOf("red"));
@@ -27,7 +27,7 @@ inline QByteArray nested(int levels) {
     return svg(QByteArray("<g>").repeated(levels) + squareOf("red") + QByteArray("</g>").repeated(levels));
 }
 
-// Groups of so many uses of the group before, ten to the power of the depth shapes in all.
+// Each group uses the previous group ten times: ten to the power of `depth` shapes in all.
 inline QByteArray useTree(int depth) {
     QByteArray groups = R"(<rect id="u0" width="9" height="9"/>)";
     for (int i = 1; i <= depth; ++i) {
@@ -37,9 +37,9 @@ inline QByteArray useTree(int depth) {
     return svg("<defs>" + groups + "</defs><use xlink:href=\"#u" + QByteArray::number(depth) + "\"/>");
 }
 
-// Shapes that cover each other, of so many curves each, filled and stroked with a gradient.
+// Overlapping shapes of `curves` curves each, filled and stroked with a gradient.
 inline QByteArray overlappingCurves(int shapes, int curves) {
-    std::mt19937 numbers(1); // NOLINT: the same ones each time
+    std::mt19937 numbers(1); // NOLINT: the same numbers each time
     const auto number = [&numbers] { return ' ' + QByteArray::number(static_cast<int>(numbers() % 100)); };
     QByteArray body = R"(<linearGradient id="g"><stop offset="0" stop-color="#fa5" stop-opacity=".5"/>)"
                       R"(<stop offset="1" stop-color="#46f" stop-opacity=".5"/></linearGradient>)";
@@ -68,8 +68,8 @@ inline QByteArray styledByMany(int rules) {
                QByteArray("</g>").repeated(20));
 }
 
-// Drawings that show a red square beside what they refer to. `place` begins the references: "file:///folder/"
-// or "http://127.0.0.1:80/".
+// Drawings of a red square with a reference to another file. `place` is the start of the reference:
+// "file:///folder/" or "http://127.0.0.1:80/".
 inline BadIcons drawingsThatReferTo(const QByteArray& place, const std::string& name) {
     using enum BadIcon::Outcome;
     const QByteArray square = squareOf("red");
@@ -97,7 +97,7 @@ inline BadIcons drawingsThatReferTo(const QByteArray& place, const std::string& 
     };
 }
 
-// A compressed drawing that becomes larger than the memory of common machines.
+// A compressed drawing whose text is larger than a common machine's memory.
 inline QByteArray compressedBomb() {
     constexpr int part = 16 * 1024 * 1024;
     constexpr int parts = 256;
@@ -107,7 +107,7 @@ inline QByteArray compressedBomb() {
     if (::deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, gzip, 8, Z_DEFAULT_STRATEGY) != Z_OK) {
         throw std::runtime_error("cannot compress");
     }
-    // After a full flush the same bytes stand for the same text again.
+    // A full flush resets the compressor: the same text gives the same bytes again.
     const auto compressed = [&stream](QByteArray text) {
         QByteArray result(
             static_cast<qsizetype>(::deflateBound(&stream, static_cast<uLong>(text.size()))) + 64, '\0');

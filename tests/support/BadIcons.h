@@ -5,7 +5,8 @@
 
 namespace amberquill {
 
-// All of them. Made anew by each call, which takes about a second; Qt's image plugins write some.
+// All bad icons. Each call makes them anew, which takes about a second. Qt's image plugins write some of
+// them.
 inline BadIcons badIcons() {
     auto all = badDrawings();
     const auto pictures = badPictures();

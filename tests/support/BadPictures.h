@@ -6,7 +6,7 @@
 #include <array>
 #include <random>
 
-// Pictures made of pixels for tests, that are broken, too large or animated.
+// Raster images for tests: broken, too large or animated.
 namespace amberquill {
 
 inline QByteArray deflated(const std::vector<QByteArray>& parts) {
@@ -31,7 +31,7 @@ inline QByteArray deflated(const std::vector<QByteArray>& parts) {
     return result;
 }
 
-// A whole picture of so many pixels each way, a bit each.
+// A complete image of `edge` × `edge` pixels, one bit each.
 inline QByteArray vastPng(int edge) {
     const QByteArray line(1 + (edge + 7) / 8, '\0');
     const auto size = static_cast<quint32>(edge);
@@ -92,7 +92,7 @@ inline QByteArray xpm(const QByteArray& size) {
            "\",\n\"a c #FF0000\",\n\"b c None\",\n\"aa\",\n\"ab\"};\n";
 }
 
-// A TIFF header with one folder of entries that promises so many pixels, a bit each, and has none.
+// A TIFF header that claims `edge` × `edge` pixels of one bit. The file has no pixels.
 inline QByteArray tiffThatClaims(quint32 edge) {
     QByteArray bytes("II*\0\x08\0\0\0\x08\0", 10);
     const auto entry = [&bytes](quint32 tag, quint32 value) {
@@ -102,20 +102,20 @@ inline QByteArray tiffThatClaims(quint32 edge) {
     entry(257, edge); // height
     entry(258, 1);    // bits
     entry(259, 1);    // not compressed
-    entry(262, 1);    // black is zero
-    entry(273, 8);    // where the lines are
+    entry(262, 1);    // zero is black
+    entry(273, 8);    // the offset of the lines
     entry(278, edge); // lines
     entry(279, 1000); // bytes
     return bytes + QByteArray(4, '\0');
 }
 
-// An ICO file with one picture, of which the list promises 256 × 256 pixels.
+// An ICO file with one image, which its directory claims to have 256 × 256 pixels.
 inline QByteArray icoOf(const QByteArray& picture) {
     return QByteArray("\0\0\1\0\1\0\0\0\0\0\1\0\x20\0", 14) +
            littleEndian(static_cast<quint32>(picture.size()), 4) + littleEndian(22, 4) + picture;
 }
 
-// The header of a JPEG file whose frame has this size.
+// A small JPEG file whose header claims this size.
 inline QByteArray jpegThatClaims(quint32 edge) {
     auto bytes = encoded(filledImage(16, 16, Qt::red), "jpeg");
     const auto frame = bytes.indexOf("\xFF\xC0");
@@ -126,9 +126,9 @@ inline QByteArray jpegThatClaims(quint32 edge) {
 inline BadIcons badPictures() {
     using enum BadIcon::Outcome;
     const auto truncated = [](const QByteArray& bytes) { return bytes.first(bytes.size() * 2 / 3); };
-    // Of many colours: the rest of one colour is guessed right.
+    // Of random colours: decoders guess the rest of a truncated image of one colour.
     QImage picture(64, 64, QImage::Format_ARGB32);
-    std::mt19937 numbers(1); // NOLINT: the same ones each time
+    std::mt19937 numbers(1); // NOLINT: the same numbers each time
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x) {
             picture.setPixel(x, y, 0xFF000000U | static_cast<QRgb>(numbers()));

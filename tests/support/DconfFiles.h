@@ -8,8 +8,8 @@
 
 namespace amberquill {
 
-// A dconf database with these keys, each a text or a boolean. Keys are stored below their folders, as the
-// settings service does it.
+// A dconf database with these keys, each a text or a boolean. Keys are stored below their folders, as by the
+// settings service.
 inline QByteArray dconfDatabase(const std::map<std::string, std::string>& texts, quint32 buckets = 5,
                                 const std::map<std::string, bool>& booleans = {}) {
     const auto word = [](quint32 number) {

@@ -8,13 +8,13 @@
 
 namespace amberquill {
 
-// A hand that drags icons: cells of 180 × 140 from (120, 120), an icon's centre 12 above its cell's, a merge
-// radius of 55.68 and a hold radius of 78.88.
+// Drags icons. Cells of 180 × 140 from (120, 120); an icon's centre is 12 above its cell's; the merge radius
+// is 55.68, the hold radius 78.88.
 class DragFixture : public ModelFixture {
 protected:
     static inline const QUuid gamesID{QStringLiteral("3F2504E0-4F89-11D3-9A0C-0305E82C3301")};
 
-    // The application of this number, or a folder "Games" of several.
+    // The application with this number, and a folder "Games" of several.
     static LaunchItem app(int number) { return LaunchItem::app(path(number)); }
     static LaunchItem games(const std::vector<int>& numbers) {
         Folder folder{gamesID, QStringLiteral("Games"), {}};
@@ -42,7 +42,7 @@ protected:
         return shownWith(count);
     }
 
-    // The layout as numbers; folders stand in brackets.
+    // The layout as numbers, with folders in brackets.
     [[nodiscard]] std::string order() const {
         QStringList parts;
         for (const LaunchItem& item : model_->items()) {
@@ -65,13 +65,13 @@ protected:
                                  model_->metrics());
     }
 
-    // Presses at a place and moves on until it is a drag.
+    // Presses at a point and moves far enough for a drag.
     void lift(const QPointF& place) {
         start_ = place;
         press(start_);
         pointTo(start_ + QPointF(7, 0));
     }
-    // The icon in a slot by its centre: from then on the floating icon is where the pointer is.
+    // Lifts the icon of a slot at its centre: the floating icon is then at the pointer.
     void liftIcon(int slot) { lift(iconAt(slot)); }
     void pointTo(const QPointF& place) {
         pointer_ = place;
@@ -90,7 +90,7 @@ protected:
     QPointF pointer_;
 };
 
-// The animation that the last emission of a signal carried.
+// The animation that was current at the last emission of a signal.
 template<typename Signal>
 class Carried {
 public:

@@ -1,5 +1,5 @@
-// Functions of the C library that behave in a rare way for this thread while one of these objects lives. For
-// executables that link amberquill_test_system_calls.
+// Rare results of the C library, for this thread and the lifetime of an object. For executables that link
+// amberquill_test_system_calls.
 #pragma once
 
 namespace amberquill {

@@ -16,7 +16,7 @@
 #include <vector>
 #include <zlib.h>
 
-// Icon files for tests, whole and hostile ones.
+// Icon files for tests, good and hostile ones.
 namespace amberquill {
 
 inline constexpr QRgb red = 0xFFFF0000U;
@@ -56,7 +56,7 @@ inline QByteArray pngChunk(const QByteArray& type, const QByteArray& data) {
     return bigEndian(static_cast<quint32>(data.size())) + body + bigEndian(static_cast<quint32>(sum));
 }
 
-// A PNG file whose header promises this size, whatever follows.
+// A PNG file whose header claims this size.
 inline QByteArray pngThatClaims(quint32 width, quint32 height, const QByteArray& rest = {}) {
     return QByteArray("\x89PNG\r\n\x1a\n", 8) +
            pngChunk("IHDR", bigEndian(width) + bigEndian(height) + QByteArray("\x08\x06\0\0\0", 5)) + rest;
@@ -104,7 +104,7 @@ inline QByteArray icns(const std::vector<QByteArray>& chunks) {
     return icnsChunk("icns", body);
 }
 
-// Bytes as they are, in the packing of ICNS planes.
+// Literal bytes in the packing of ICNS planes.
 inline QByteArray icnsPacked(const QByteArray& plane) {
     QByteArray packed;
     for (qsizetype at = 0; at < plane.size(); at += 128) {
@@ -114,7 +114,7 @@ inline QByteArray icnsPacked(const QByteArray& plane) {
     return packed;
 }
 
-// One byte many times over, in the packing of ICNS planes.
+// A repeated byte in the packing of ICNS planes.
 inline QByteArray icnsRepeated(char byte, int count) {
     QByteArray packed;
     while (count > 0) {
@@ -129,7 +129,7 @@ inline QByteArray icnsRepeated(char byte, int count) {
     return packed;
 }
 
-// Sets when a file or folder was last changed, in seconds since 1970.
+// Sets the modification time of a file or folder, in seconds since 1970.
 inline void setModified(const QString& path, std::int64_t seconds) {
     const timespec times[2] = {{.tv_sec = seconds, .tv_nsec = 0}, {.tv_sec = seconds, .tv_nsec = 0}};
     if (::utimensat(AT_FDCWD, path.toUtf8().constData(), static_cast<const timespec*>(times), 0) != 0) {
@@ -137,8 +137,8 @@ inline void setModified(const QString& path, std::int64_t seconds) {
     }
 }
 
-// An icon-theme.cache: for each name, in which of the directories (by number) it has which endings (1: xpm,
-// 2: svg, 4: png).
+// An icon-theme.cache: for each name its directories, by number, with the extensions there (1: xpm, 2: svg,
+// 4: png).
 using CachedIcons = std::map<std::string, std::vector<std::pair<quint16, quint16>>>;
 
 inline constexpr quint16 pngFlag = 4;
@@ -198,20 +198,19 @@ inline QByteArray themeIndex(const std::vector<std::pair<QByteArray, QByteArray>
     return "[Icon Theme]\nName=Test\nInherits=" + inherits + "\nDirectories=" + names + '\n' + groups;
 }
 
-// The keys of a directory of pictures for one size.
+// The keys of a directory of one fixed size.
 inline QByteArray fixedSize(int size) {
     return "Size=" + QByteArray::number(size) + "\nContext=Applications\nType=Fixed";
 }
 
-// A file that no application's icon should be, and some are.
+// A file that is bad as an icon.
 struct BadIcon {
-    // What becomes of it. Overload: it keeps a processor busy for seconds, takes gigabytes of memory, or
-    // ends the process that decodes it, depoutcome on the libraries' versions; within the limits of an icon
-    // no picture comes of it. All others are answered at once: Either, with or without a picture, depoutcome
-    // on the libraries' versions.
+    // The result of decoding it. Either: with or without a picture, depending on the versions of the
+    // libraries. Overload: it takes seconds, or gigabytes of memory, or crashes the decoder; within the
+    // decoder's limits there is no picture. All others are decoded at once.
     enum class Outcome { Picture, NoPicture, Either, Overload };
 
-    std::string name; // as the file would be called
+    std::string name; // of the file
     QByteArray bytes;
     Outcome outcome = Outcome::NoPicture;
 };

@@ -15,16 +15,16 @@
 
 namespace amberquill {
 
-// A real HTTP server on the loopback interface, as well or as badly behaved as a test wants it. It lives in
-// the test's own event loop.
+// An HTTP server on the loopback interface that answers as a test says, even wrongly. It runs in the test's
+// event loop.
 class LoopbackServer final : public QObject {
 public:
     struct Request {
         QByteArray path;
-        QHash<QByteArray, QByteArray> headers; // names in small letters
+        QHash<QByteArray, QByteArray> headers; // names in lower case
     };
 
-    // What is sent, byte for byte; then the connection is closed, or left open with nothing more to come.
+    // The bytes to send. Then the connection is closed, or stays open without more bytes.
     struct Answer {
         QByteArray bytes;
         bool thenCloses = true;
@@ -32,7 +32,7 @@ public:
 
     using Answering = std::function<Answer(const Request& request)>;
 
-    // `scheme`: what addresses of this server begin with.
+    // `scheme`: of the server's addresses.
     explicit LoopbackServer(std::unique_ptr<QTcpServer> server = std::make_unique<QTcpServer>(),
                             QString scheme = QStringLiteral("http"))
         : server_(std::move(server))
@@ -53,13 +53,13 @@ public:
                     QString::fromLatin1(path));
     }
 
-    // How a path is answered from now on; any other path is not found.
+    // Sets the answer for a path. Other paths are not found.
     void serve(const QByteArray& path, const Answering& answering) { answers_.insert(path, answering); }
     void serve(const QByteArray& path, const Answer& answer) {
         serve(path, [answer](const Request&) { return answer; });
     }
 
-    // What was asked, in order.
+    // All requests, in order.
     [[nodiscard]] const std::vector<Request>& requests() const { return requests_; }
 
     using Headers = std::vector<std::pair<QByteArray, QByteArray>>;
@@ -82,13 +82,13 @@ public:
         return answer(status, {}, {{"Location", location}});
     }
 
-    // An answer whose connection is cut with `missing` bytes to go.
+    // The connection closes `missing` bytes before the end.
     static Answer cut(Answer whole, qsizetype missing) {
         whole.bytes.chop(missing);
         return whole;
     }
 
-    // An answer that stops after its first bytes, with the connection left open.
+    // The answer stops after its first bytes; the connection stays open.
     static Answer hanging(const Answer& whole, qsizetype bytes) { return {whole.bytes.first(bytes), false}; }
 
 private:

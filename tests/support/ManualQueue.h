@@ -9,7 +9,7 @@
 
 namespace amberquill {
 
-// A main queue whose time moves only when a test says so. Background work runs when the queue is next run.
+// A main queue with virtual time, which a test advances. Background work runs on the next run of the queue.
 class ManualQueue final : public MainQueue {
 public:
     [[nodiscard]] double now() const override { return now_; }
@@ -19,14 +19,14 @@ public:
 
     void post(Work work) override { add(now_, std::move(work)); }
 
-    // Runs everything that is due now, and what that posts.
+    // Runs all work that is due now, and the work that this posts.
     void runPosted() { advance(0); }
 
-    // Moves time forward, running what falls due on the way at its own time, in order of time and then of
-    // posting. Throws where the work never ends, as it does when it posts itself again at once.
+    // Advances the time and runs the work that becomes due, each at its own time, in the order of times and
+    // then of posting. Throws if the work does not end because it posts itself again at once.
     void advance(double seconds) {
         const double end = now_ + seconds;
-        // Deadlines are sums of decimals such as 0.18 and 0.12; half a microsecond stands for their rounding.
+        // Deadlines are sums of decimals such as 0.18 and 0.12, with rounding errors.
         constexpr double rounding = 0.5e-6;
         constexpr int mostWork = 1'000'000;
         for (int done = 0;; ++done) {
@@ -48,10 +48,10 @@ public:
         now_ = std::max(now_, end);
     }
 
-    // How many pieces of work wait, cancelled ones included.
+    // The number of waiting pieces of work, including cancelled ones.
     [[nodiscard]] std::size_t waiting() const { return waiting_.size(); }
 
-    // How much delayed work will still run.
+    // The number of waiting pieces of delayed work that are not cancelled.
     [[nodiscard]] std::size_t timers() const {
         return static_cast<std::size_t>(
             std::count_if(waiting_.begin(), waiting_.end(), [](const Entry& entry) {

@@ -9,7 +9,7 @@
 
 namespace amberquill {
 
-// Files and folders in memory, listed in the order in which they were made.
+// Files and folders in memory, listed in the order of their creation.
 class MemoryFileSystem : public FileSystem {
 public:
     using FileSystem::listFolder;
@@ -28,7 +28,7 @@ public:
     void makeUnreadable(const QString& path) { unreadable_.insert(path); }
     void setDisplayName(const QString& path, const QString& name) { names_.insert(path, name); }
     void refuseWrites(bool refuse) { refuseWrites_ = refuse; }
-    // After so many writes more, all are refused.
+    // Refuses all writes after the next `count`.
     void failWritesAfter(int count) { writesLeft_ = count; }
     void refuseSettingAside(bool refuse) { refuseSettingAside_ = refuse; }
 

@@ -8,7 +8,7 @@
 
 namespace amberquill {
 
-// Preferences that live as long as the test.
+// Preferences in memory.
 class MemoryPreferences final : public Preferences {
 public:
     [[nodiscard]] std::optional<int> integer(const QString& key) const override {

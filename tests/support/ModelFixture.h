@@ -6,7 +6,7 @@
 
 namespace amberquill {
 
-// A model of a test's own.
+// A test with a model of its own.
 class ModelFixture : public testing::Test, protected ModelStage {
 protected:
     void SetUp() override { begin(); }

@@ -13,7 +13,7 @@
 
 namespace amberquill {
 
-// Notes what the model asks of its window.
+// Records what the model requests of its window.
 class RecordingController final : public LauncherController {
 public:
     void hide(const std::optional<QString>& thenOpen) override { hides.push_back(thenOpen); }
@@ -29,7 +29,7 @@ public:
     int menusShown = 0;
 };
 
-// A model over files in memory and a clock moved by hand, 1500 × 892: cells of 180 × 140 from (120, 120).
+// A model with files in memory and virtual time. Its size is 1500 × 892: cells of 180 × 140 from (120, 120).
 class ModelStage {
 public:
     static inline const QString layoutPath = QStringLiteral("/data/Amberquill/layout.json");
@@ -40,7 +40,7 @@ public:
         Timeline::shared().runOn(nullptr);
     }
 
-    // `count` applications named "App 1" … in folders of their own.
+    // `count` applications named "App 1" and so on.
     static std::vector<AppInfo> apps(int count) {
         std::vector<AppInfo> result;
         for (int i = 1; i <= count; ++i) {

@@ -6,8 +6,8 @@
 
 namespace amberquill {
 
-// Runs the tests in an application object that needs no display and draws with the software renderer.
-// `screens`: a file that describes the screens, as Qt's platform without a display reads it.
+// Runs the tests with an application object that needs no display and uses the software renderer. `screens`:
+// a file that describes the screens for Qt's offscreen platform.
 template<typename Application = QGuiApplication>
 int runOffscreen(int argc, char** argv, const QString& screens = {}) {
     qputenv("QT_QPA_PLATFORM",

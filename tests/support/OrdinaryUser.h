@@ -5,8 +5,8 @@
 
 namespace amberquill {
 
-// While it lives, files are opened as by an ordinary user: file modes keep root out of nothing. Does nothing
-// for who is an ordinary user already.
+// Gives up root's rights to files for the lifetime of the object: file modes do not apply to root. Changes
+// nothing for other users.
 class OrdinaryUser {
 public:
     OrdinaryUser() {

@@ -11,7 +11,7 @@
 
 namespace amberquill {
 
-// A message bus of the test's own, empty but for what the test puts on it.
+// A separate message bus for a test.
 class PrivateBus {
 public:
     PrivateBus() {
@@ -38,17 +38,17 @@ public:
         daemon_.waitForFinished();
     }
 
-    // Another bus, where the one that was stopped was; its address without what told the two apart.
+    // Starts another bus at the same socket. The address is then without the id of the first bus.
     void startAgain() {
         address_ = address_.section(QLatin1Char(','), 0, 0);
         start({QStringLiteral("--address=") + address_});
     }
 
-    // Answers nothing until it is thawed; connections can be made all the while.
+    // Stops answering until `thaw`. Connections can still be made.
     void freeze() const { ::kill(static_cast<pid_t>(daemon_.processId()), SIGSTOP); }
     void thaw() const { ::kill(static_cast<pid_t>(daemon_.processId()), SIGCONT); }
 
-    // A connection of its own each time.
+    // A new connection.
     QDBusConnection connect() {
         names_ += QUuid::createUuid().toString();
         QDBusConnection connection = QDBusConnection::connectToBus(address_, names_.back());
@@ -56,7 +56,7 @@ public:
         return connection;
     }
 
-    // From now on the bus starts `command` when `name` is wanted and nobody has it.
+    // Makes the bus start `command` for messages to `name` while the name has no owner.
     void makeActivatable(const QByteArray& name, const QByteArray& command) {
         write(folder_.filePath(QString::fromLatin1(name) + QStringLiteral(".service")),
               "[D-BUS Service]\nName=" + name + "\nExec=" + command + "\n");

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-// Property lists for tests, made by the library or by hand.
+// Property lists for tests, written by the library or byte by byte.
 namespace amberquill {
 
 inline QByteArray xmlPropertyList(const QByteArray& body) {
@@ -37,7 +37,7 @@ inline QByteArray binaryDictionary(const std::map<std::string, std::string>& tex
     return result;
 }
 
-// A binary list of these objects as they are, the first on top, with offsets and references of two bytes.
+// A binary list of these raw objects. The first is the top object; offsets and references have two bytes.
 inline QByteArray binaryOf(const std::vector<QByteArray>& objects) {
     const auto number = [](std::size_t value, int bytes) {
         QByteArray text;

@@ -9,7 +9,7 @@
 
 namespace amberquill {
 
-// A key pair of a test's own, always the same for the same number.
+// A key pair for tests: the same number always gives the same pair.
 class SigningKey {
 public:
     explicit SigningKey(unsigned char number = 1) {

@@ -11,14 +11,13 @@
 
 namespace amberquill {
 
-// A folder of a test's own, gone with it. Relative paths are below it; folders on the way are made. Anything
-// that cannot be made ends the test.
+// A temporary folder. Relative paths are below it; missing folders are created. A failure throws.
 class TemporaryTree {
 public:
     TemporaryTree() = default;
     TemporaryTree(const TemporaryTree&) = delete;
     TemporaryTree& operator=(const TemporaryTree&) = delete;
-    // Names that are no text go too, which Qt's own clean-up leaves.
+    // Unlike QTemporaryDir, also removes files whose names are not valid UTF-8.
     ~TemporaryTree() {
         std::error_code ignored;
         std::filesystem::remove_all(at(), ignored);
@@ -49,7 +48,7 @@ public:
         return QString::fromStdString(at(relative).string());
     }
 
-    // A symbolic link at `relative`. `target` stands in it as given.
+    // A symbolic link at `relative` with exactly this target.
     QString link(const std::filesystem::path& relative, const std::filesystem::path& target) const {
         std::filesystem::create_directories(at(relative).parent_path());
         std::filesystem::create_symlink(target, at(relative));

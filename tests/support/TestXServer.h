@@ -10,10 +10,10 @@
 
 namespace amberquill {
 
-// An X server without a screen, for one test or for all of a program. Its end is that of the object.
+// A virtual X server that runs for the lifetime of the object.
 class TestXServer {
 public:
-    // `screen` as Xvfb's option takes it: width, height and depth.
+    // `screen`: width, height and depth, as in Xvfb's option.
     explicit TestXServer(const QString& screen = QStringLiteral("640x480x24"),
                          const QStringList& options = {}) {
         server_.start(QStringLiteral("Xvfb"), QStringList{QStringLiteral("-displayfd"), QStringLiteral("1"),
@@ -40,7 +40,7 @@ private:
     QByteArray display_;
 };
 
-// One client of a server.
+// A client of a server.
 class XClient {
 public:
     explicit XClient(const TestXServer& server)
@@ -53,7 +53,7 @@ public:
         return *xcb_setup_roots_iterator(xcb_get_setup(connection_.get())).data;
     }
 
-    // Until the server has done all that was asked.
+    // Returns after the server has handled all requests.
     void sync() const {
         std::free( // NOLINT(cppcoreguidelines-no-malloc)
             xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));

@@ -10,8 +10,8 @@
 
 namespace amberquill {
 
-// Runs the event loop until the condition holds; without an application object it only asks again and again.
-// False: it does not hold within ten seconds.
+// Runs the event loop until the condition holds. Without an application object, only polls the condition.
+// False: the condition does not hold within ten seconds.
 inline bool waitUntil(const std::function<bool()>& condition) {
     constexpr qint64 longestMilliseconds = 10'000;
     constexpr std::chrono::milliseconds pause{2};
@@ -26,7 +26,7 @@ inline bool waitUntil(const std::function<bool()>& condition) {
         }
         return true;
     }
-    QTimer wake; // for conditions that no event of ours announces
+    QTimer wake; // for conditions that become true without an event
     wake.start(pause);
     QEventLoop loop;
     while (!condition()) {

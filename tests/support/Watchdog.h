@@ -10,8 +10,8 @@
 
 namespace amberquill {
 
-// While it lives, the program must not wait for something that never comes. Where it is still waiting after
-// ten seconds, `release` lets it go on, on another thread, and the test fails with `failure`.
+// Ends a wait that would never end: after ten seconds, calls `release` on another thread and fails the test
+// with `failure`.
 class Watchdog {
 public:
     Watchdog(const char* failure, std::function<void()> release)
@@ -48,7 +48,7 @@ private:
     std::condition_variable changed_;
     bool isOver_ = false;
     bool hasReleased_ = false;
-    std::thread thread_; // the last: it uses the others
+    std::thread thread_; // declared last: it uses the other members
 };
 
 } // namespace amberquill

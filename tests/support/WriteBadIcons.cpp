@@ -1,5 +1,5 @@
-// write_bad_icons FOLDER writes the bad icons of the tests into the folder, and prints a line for each: its
-// name and what becomes of it (picture, none, either, overload).
+// write_bad_icons FOLDER writes the bad icons of the tests into the folder and prints for each its name and
+// the result of decoding it (picture, none, either, overload).
 #include "support/BadIcons.h"
 
 #include <QCoreApplication>

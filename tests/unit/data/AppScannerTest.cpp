@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Bundles whose identifiers are what a test says.
+// Bundles with the identifiers that a test sets.
 class FixedBundles final : public BundleInformation {
 public:
     void setIdentifier(const QString& path, const QString& identifier) {
@@ -31,11 +31,11 @@ private:
     QHash<QString, QString> identifiers_;
 };
 
-// A desktop whose registered applications are what a test says.
+// A desktop with the registered applications that a test sets.
 class FixedApplications final : public RegisteredApplications {
 public:
     std::vector<RegisteredApplication> applications;
-    ScannedFolders folders; // that the list tells of
+    ScannedFolders folders; // that the list reports
 
     using RegisteredApplications::list;
 
@@ -48,7 +48,7 @@ public:
     [[nodiscard]] QStringList watchedFolders() const override { return {}; }
 };
 
-// Where one path leads to is not told before it is allowed, or after very long.
+// Resolving one path blocks until a test allows it, or for a very long time.
 class StallingFiles final : public MemoryFileSystem {
 public:
     [[nodiscard]] QString resolvingSymbolicLinks(const QString& path) const override {
@@ -88,7 +88,7 @@ protected:
 
 } // namespace
 
-TEST_F(AppScannerTest, TheResultTellsWhichFoldersWereMissingAndWhichCouldNotBeRead) {
+TEST_F(AppScannerTest, TheResultListsMissingAndUnreadableFolders) {
     files_.addFolder(u"/Applications/Readable.app"_s);
     files_.addFolder(u"/Applications/Locked/Hidden.app"_s);
     files_.makeUnreadable(u"/Applications/Locked"_s);
@@ -104,7 +104,7 @@ TEST_F(AppScannerTest, TheResultTellsWhichFoldersWereMissingAndWhichCouldNotBeRe
                                                u"/usr/share/applications/kde"_s}));
 }
 
-TEST_F(AppScannerTest, TheRootsAreSearchedInTheirOrder) {
+TEST_F(AppScannerTest, TheRootsAreSearchedInOrder) {
     EXPECT_EQ(AppScanner::searchRoots(u"/home/me"_s),
               (QStringList{u"/Applications"_s, u"/System/Applications"_s,
                            u"/System/Cryptexes/App/System/Applications"_s, u"/home/me/Applications"_s}));
@@ -117,7 +117,7 @@ TEST_F(AppScannerTest, TheRootsAreSearchedInTheirOrder) {
                                     u"/home/me/Applications/D.app"_s}));
 }
 
-TEST_F(AppScannerTest, ASubFoldersAppsStandWhereTheFolderWasMet) {
+TEST_F(AppScannerTest, TheAppsOfASubFolderAreListedAtItsPosition) {
     files_.addFolder(u"/Applications/Z.app"_s);
     files_.addFolder(u"/Applications/Utilities/Terminal.app"_s);
     files_.addFolder(u"/Applications/A.app"_s);
@@ -136,7 +136,7 @@ TEST_F(AppScannerTest, AnAppIsNeverDescendedInto) {
     EXPECT_EQ(paths(), QStringList{u"/Applications/Outer.app"_s});
 }
 
-TEST_F(AppScannerTest, TheExtensionDecidesToTheLetter) {
+TEST_F(AppScannerTest, OnlyTheExactExtensionCounts) {
     files_.addFolder(u"/Applications/Tools.App/X.app"_s);
     files_.addFolder(u"/Applications/localized.localized/Y.app"_s);
     files_.addFile(u"/Applications/Plain.app"_s);
@@ -146,7 +146,7 @@ TEST_F(AppScannerTest, TheExtensionDecidesToTheLetter) {
                            u"/Applications/Plain.app"_s}));
 }
 
-TEST_F(AppScannerTest, TheLauncherNeverListsItself) {
+TEST_F(AppScannerTest, TheLauncherIsNotListed) {
     ownBundle_ = u"/Applications/Amberquill.app"_s;
     files_.addFolder(ownBundle_);
     files_.addLink(u"/Applications/Link.app"_s, ownBundle_);
@@ -154,14 +154,14 @@ TEST_F(AppScannerTest, TheLauncherNeverListsItself) {
     EXPECT_EQ(paths(), QStringList{u"/Applications/Other.app"_s});
 }
 
-TEST_F(AppScannerTest, TheLauncherStartedThroughALinkNeverListsItself) {
+TEST_F(AppScannerTest, TheLauncherStartedThroughALinkIsNotListed) {
     ownBundle_ = u"/opt/current/Amberquill.app"_s;
     files_.addFolder(u"/Applications/Amberquill.app"_s);
     files_.addLink(ownBundle_, u"/Applications/Amberquill.app"_s);
     EXPECT_EQ(paths(), QStringList());
 }
 
-TEST_F(AppScannerTest, ThePlaceOfTheLaunchersOwnBundleIsNotWaitedForForever) {
+TEST_F(AppScannerTest, AScanDoesNotWaitForTheLaunchersOwnBundle) {
     StallingFiles files;
     files.stalls = u"/far/Amberquill.app"_s;
     files.addFolder(u"/Applications/One.app"_s);
@@ -177,7 +177,7 @@ TEST_F(AppScannerTest, ThePlaceOfTheLaunchersOwnBundleIsNotWaitedForForever) {
     EXPECT_EQ(AppScanner::scan(services).apps.size(), 1U);
 }
 
-TEST_F(AppScannerTest, AnAppReachedThroughALinkIsListedOnceUnderThePathMetFirst) {
+TEST_F(AppScannerTest, AnAppReachedThroughALinkIsListedOnceUnderItsFirstPath) {
     files_.addLink(u"/Applications/Link.app"_s, u"/System/Applications/Real.app"_s);
     files_.addFolder(u"/System/Applications/Real.app"_s);
     EXPECT_EQ(paths(), QStringList{u"/Applications/Link.app"_s});
@@ -209,7 +209,7 @@ TEST_F(AppScannerTest, TheNameIsTheDisplayNameWithoutAnyDotApp) {
     EXPECT_EQ(apps[1].name, u"My Store.App"_s);
 }
 
-TEST_F(AppScannerTest, WhatCannotBeReadIsPassedOver) {
+TEST_F(AppScannerTest, AnUnreadableFolderIsSkipped) {
     files_.addFolder(u"/Applications/Locked/Hidden.app"_s);
     files_.makeUnreadable(u"/Applications/Locked"_s);
     files_.addFolder(u"/Applications/Open.app"_s);
@@ -231,6 +231,6 @@ TEST_F(AppScannerTest, RegisteredApplicationsFollowTheBundles) {
                                             {u"/usr/share/applications/b.desktop"_s, u"B.app"_s}}));
 }
 
-TEST_F(AppScannerTest, NothingInstalledIsAnEmptyList) {
+TEST_F(AppScannerTest, WithoutApplicationsTheListIsEmpty) {
     EXPECT_TRUE(scan().empty());
 }

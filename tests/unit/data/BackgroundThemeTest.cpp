@@ -6,7 +6,7 @@
 using namespace amberquill;
 using namespace Qt::StringLiterals;
 
-TEST(BackgroundTheme, EachStoresUnderItsOwnTextAndIsFoundAgain) {
+TEST(BackgroundTheme, EachThemeHasItsTextAndIsFoundByIt) {
     const QStringList texts = {u"blue"_s, u"purple"_s, u"green"_s};
     for (std::size_t i = 0; i < allBackgroundThemes.size(); ++i) {
         EXPECT_EQ(rawValue(allBackgroundThemes.at(i)), texts.at(static_cast<qsizetype>(i)));
@@ -14,7 +14,7 @@ TEST(BackgroundTheme, EachStoresUnderItsOwnTextAndIsFoundAgain) {
     }
 }
 
-TEST(BackgroundTheme, AnyOtherTextNamesNone) {
+TEST(BackgroundTheme, AnyOtherTextIsNoTheme) {
     EXPECT_EQ(backgroundTheme(u"red"_s), std::nullopt);
     EXPECT_EQ(backgroundTheme(u"Blue"_s), std::nullopt);
     EXPECT_EQ(backgroundTheme(QString()), std::nullopt);

@@ -8,8 +8,7 @@ using namespace amberquill;
 
 namespace {
 
-// How far inside its corner's tip the outline cuts the diagonal of a square's top left corner, along one
-// side.
+// The distance along a side from the tip of a square's top left corner to the outline on its diagonal.
 double diagonalCut(const QPainterPath& path) {
     const double middle = path.boundingRect().width() / 2;
     double inset = 0;
@@ -22,12 +21,12 @@ double diagonalCut(const QPainterPath& path) {
 
 } // namespace
 
-TEST(ContinuousCorners, TheMiddleOfTheCornerIsWhereAnArcOfTheRadiusHasIt) {
+TEST(ContinuousCorners, TheMiddleOfACornerIsThatOfAnArc) {
     const QPainterPath path = continuousRoundedRect({0, 0, 200, 200}, 40);
     EXPECT_NEAR(diagonalCut(path), 40 * (1 - std::numbers::sqrt2 / 2), 0.1);
 }
 
-TEST(ContinuousCorners, TheCurveSetsInFurtherOutThanAnArcWould) {
+TEST(ContinuousCorners, TheCurveBeginsEarlierThanAnArc) {
     const QPainterPath path = continuousRoundedRect({0, 0, 200, 200}, 40);
     // An arc of radius 40 would touch the edge from x = 40 on.
     EXPECT_FALSE(path.contains(QPointF(41, 0.2)));
@@ -44,7 +43,7 @@ TEST(ContinuousCorners, ACapsuleEndsInHalfCircles) {
     }
 }
 
-TEST(ContinuousCorners, TheOutlineFillsItsRectangleAndNoMore) {
+TEST(ContinuousCorners, TheOutlineTouchesAllSidesOfItsRectangle) {
     const QRectF rect(10, 20, 123, 77);
     const QRectF bounds = continuousRoundedRect(rect, 18).boundingRect();
     EXPECT_NEAR(bounds.left(), rect.left(), 1e-6);
@@ -53,6 +52,6 @@ TEST(ContinuousCorners, TheOutlineFillsItsRectangleAndNoMore) {
     EXPECT_NEAR(bounds.bottom(), rect.bottom(), 1e-6);
 }
 
-TEST(ContinuousCorners, NoRadiusIsAPlainRectangle) {
+TEST(ContinuousCorners, WithoutARadiusItIsARectangle) {
     EXPECT_TRUE(continuousRoundedRect({0, 0, 10, 10}, 0).contains(QPointF(0.1, 0.1)));
 }

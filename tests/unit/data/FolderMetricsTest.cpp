@@ -18,7 +18,7 @@ TEST(FolderMetrics, AFolderOfOneHasFourColumns) {
     EXPECT_EQ(metrics.cellSize, fullHd.cellSize());
 }
 
-TEST(FolderMetrics, AFolderIsNeverWiderThanTheFirstTryOnANarrowPage) {
+TEST(FolderMetrics, OnANarrowPageAFolderHasThePagesColumns) {
     EXPECT_EQ(FolderMetrics::of(1, {{1920, 1080}, 3, 5}).columns, 3);
 }
 
@@ -28,7 +28,7 @@ TEST(FolderMetrics, AnEmptyFolderHasOneRow) {
     EXPECT_EQ(metrics.columns, 4);
 }
 
-TEST(FolderMetrics, ThePanelHoldsTitleCellsAndInsetsTenBelowTheCentre) {
+TEST(FolderMetrics, ThePanelHasATitleCellsAndInsetsTenBelowTheCentre) {
     const FolderMetrics metrics = FolderMetrics::of(6, fullHd);
     EXPECT_EQ(metrics.columns, 6);
     const double width = metrics.cellSize.width() * 6 + 56;
@@ -41,7 +41,7 @@ TEST(FolderMetrics, ThePanelHoldsTitleCellsAndInsetsTenBelowTheCentre) {
     EXPECT_DOUBLE_EQ(metrics.cellCenter(0).y(), metrics.panelRect.top() + 70 + metrics.cellSize.height() / 2);
 }
 
-TEST(FolderMetrics, MoreColumnsAreTakenOnlyForALargerScale) {
+TEST(FolderMetrics, MoreColumnsNeedALargerScale) {
     // Forty on a small screen: seven columns would need six rows.
     const GridMetrics small{{1280, 800}, 7, 5};
     const FolderMetrics metrics = FolderMetrics::of(40, small);
@@ -57,7 +57,7 @@ TEST(FolderMetrics, MoreColumnsAreTakenOnlyForALargerScale) {
     EXPECT_LT(metrics.scale, 1);
 }
 
-TEST(FolderMetrics, AScaleThatIsLessThanAThousandthLargerTakesNoMoreColumns) {
+TEST(FolderMetrics, AScaleLargerByLessThanAThousandthDoesNotCount) {
     EXPECT_EQ(FolderMetrics::of(46, {{2560, 1440}, 7, 5}).columns, 8) << "ten are 0.0001 better";
     EXPECT_EQ(FolderMetrics::of(85, {{1366, 768}, 8, 6}).columns, 11) << "thirteen are 0.0002 better";
     const FolderMetrics nearlyFull = FolderMetrics::of(37, {{2560, 621}, 12, 5});
@@ -65,12 +65,12 @@ TEST(FolderMetrics, AScaleThatIsLessThanAThousandthLargerTakesNoMoreColumns) {
     EXPECT_NEAR(nearlyFull.scale, 0.9994, 0.0001);
 }
 
-TEST(FolderMetrics, UpToSixColumnsMoreThanThePageHasAreTried) {
+TEST(FolderMetrics, AFolderHasAtMostSixColumnsMoreThanThePage) {
     EXPECT_EQ(FolderMetrics::of(71, {{1920, 1080}, 5, 4}).columns, 11);
     EXPECT_EQ(FolderMetrics::of(89, {{1920, 1080}, 5, 4}).columns, 10) << "twelve would be larger";
 }
 
-TEST(FolderMetrics, SixtyPointsStayFreeAtEitherSideOfThePanel) {
+TEST(FolderMetrics, SixtyPointsAreFreeOnEachSideOfThePanel) {
     const FolderMetrics metrics = FolderMetrics::of(7, {{1024, 900}, 7, 5});
     EXPECT_LT(metrics.scale, 1);
     EXPECT_DOUBLE_EQ(metrics.panelRect.left(), 60);
@@ -94,14 +94,14 @@ TEST(FolderMetrics, SlotsReachTwelvePointsAboveAndBelowTheCells) {
     EXPECT_EQ(metrics.slotAt({area.right(), area.top() + 1}), std::nullopt);
 }
 
-TEST(FolderMetrics, ASlotMayLieBeyondTheLastApplication) {
+TEST(FolderMetrics, ASlotMayBeBeyondTheLastApplication) {
     const FolderMetrics metrics = FolderMetrics::of(8, fullHd); // 7 + 1
     ASSERT_EQ(metrics.columns, 7);
     ASSERT_EQ(metrics.rows, 2);
     EXPECT_EQ(metrics.slotAt(metrics.cellCenter(13)), 13);
 }
 
-TEST(FolderMetrics, EveryIndexIsFoundAtItsOwnCentre) {
+TEST(FolderMetrics, EveryIndexIsFoundAtItsCentre) {
     for (const int count : {1, 4, 7, 8, 20, 35, 60}) {
         const FolderMetrics metrics = FolderMetrics::of(count, {{1280, 800}, 7, 5});
         for (int index = 0; index < count; ++index) {

@@ -8,7 +8,7 @@ namespace {
 
 // A page whose cells have exactly this size.
 GridMetrics pageOfCells(double cellWidth, double cellHeight, int columns = 7, int rows = 5) {
-    // The margin is 70 up to a width of 875, and 8 % on either side from there on.
+    // The margin is 70 up to a width of 875, then 8 %.
     const double grid = cellWidth * columns;
     const double width = grid <= 735 ? grid + 140 : grid / 0.84;
     return {{width, cellHeight * rows + 192}, columns, rows};
@@ -21,7 +21,7 @@ TEST(GridMetrics, TheMarginIsEightPercentOfTheWidthButAtLeastSeventy) {
     EXPECT_EQ((GridMetrics{{1500, 900}, 7, 5}.gridRect()), QRectF(120, 120, 1260, 708));
 }
 
-TEST(GridMetrics, TheGridNeverCollapses) {
+TEST(GridMetrics, TheGridIsNeverEmpty) {
     EXPECT_EQ((GridMetrics{{800, 150}, 7, 5}.gridRect().height()), 1);
     EXPECT_EQ((GridMetrics{{100, 150}, 7, 5}.gridRect().width()), 1);
     EXPECT_EQ((GridMetrics{{0, 0}, 7, 5}.gridRect()), QRectF(70, 120, 1, 1));
@@ -33,7 +33,7 @@ TEST(GridMetrics, CellsDivideTheGridWithoutRounding) {
     EXPECT_DOUBLE_EQ(metrics.cellSize().height(), 888.0 / 5);
 }
 
-TEST(GridMetrics, SlotsRunRowByRow) {
+TEST(GridMetrics, SlotsCountRowByRow) {
     const GridMetrics metrics{{1500, 892}, 7, 5}; // cells of 180 × 140 from (120, 120)
     EXPECT_EQ(metrics.cellCenter(0), QPointF(210, 190));
     EXPECT_EQ(metrics.cellCenter(6), QPointF(1290, 190));
@@ -41,13 +41,13 @@ TEST(GridMetrics, SlotsRunRowByRow) {
     EXPECT_EQ(metrics.cellCenter(34), QPointF(1290, 750));
 }
 
-TEST(GridMetrics, ASlotBeyondTheLastCellLiesBelowTheGrid) {
+TEST(GridMetrics, ASlotBeyondTheLastCellIsBelowTheGrid) {
     const GridMetrics metrics{{1500, 892}, 7, 5};
     EXPECT_EQ(metrics.cellCenter(35), QPointF(210, 890));
     EXPECT_EQ(metrics.slotAt(metrics.cellCenter(35)), std::nullopt);
 }
 
-TEST(GridMetrics, TheLeftAndTopEdgesBelongToTheGridAndTheRightAndBottomOnesDoNot) {
+TEST(GridMetrics, OnlyTheLeftAndTopEdgesBelongToTheGrid) {
     const GridMetrics metrics{{1500, 892}, 7, 5};
     EXPECT_EQ(metrics.slotAt({120, 120}), 0);
     EXPECT_EQ(metrics.slotAt({119.999, 120}), std::nullopt);
@@ -57,7 +57,7 @@ TEST(GridMetrics, TheLeftAndTopEdgesBelongToTheGridAndTheRightAndBottomOnesDoNot
     EXPECT_EQ(metrics.slotAt({1379.999, 819.999}), 34);
 }
 
-TEST(GridMetrics, EverySlotIsFoundAtItsOwnCentre) {
+TEST(GridMetrics, EverySlotIsFoundAtItsCentre) {
     const GridMetrics metrics{{1283, 797}, 9, 6};
     for (int slot = 0; slot < metrics.slotsPerPage(); ++slot) {
         EXPECT_EQ(metrics.slotAt(metrics.cellCenter(slot)), slot);
@@ -83,7 +83,7 @@ TEST(GridMetrics, ACellOfThreeHundredHasTheLargestLabelAndIcon) {
     EXPECT_NEAR(pageOfCells(100, 300).tileRect({0, 0}).width(), 36 + 64 - 10.0, 1e-9);
 }
 
-TEST(GridMetrics, TheTileStandsAroundItsCentre) {
+TEST(GridMetrics, TheTileIsAroundItsCentre) {
     const GridMetrics metrics = pageOfCells(300, 300);
     EXPECT_EQ(metrics.tileRect({500, 400}), QRectF(500 - 78, 400 - 78, 156, 156));
 }

@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Knows the user "ann", and how often it was asked.
+// Knows the user "ann" and counts the look-ups.
 class Homes {
 public:
     explicit Homes(const QString& own = u"/home/me"_s)
@@ -33,13 +33,13 @@ TEST(HomeRelative, APathBelowHomeBeginsWithATilde) {
     EXPECT_EQ(homeRelative(u"/home/me/Applications/X.app"_s, u"/home/me"_s), u"~/Applications/X.app"_s);
 }
 
-TEST(HomeRelative, AFolderThatOnlyBeginsLikeHomeIsNotHome) {
+TEST(HomeRelative, AFolderWithHomeAsAPrefixOfItsNameIsNotHome) {
     EXPECT_EQ(homeRelative(u"/home/meabel/X.app"_s, u"/home/me"_s), u"/home/meabel/X.app"_s);
     EXPECT_EQ(homeRelative(u"/home/me"_s, u"/home/me"_s), u"/home/me"_s);
     EXPECT_EQ(homeRelative(u"/srv/home/me/X.app"_s, u"/home/me"_s), u"/srv/home/me/X.app"_s);
 }
 
-TEST(HomeRelative, WithoutAHomeOrWithTheRootForOneEveryPathStays) {
+TEST(HomeRelative, WithoutAHomeOrWithTheRootAsHomePathsStay) {
     EXPECT_EQ(homeRelative(u"/usr/X.app"_s, QString()), u"/usr/X.app"_s);
     EXPECT_EQ(homeRelative(u"/usr/X.app"_s, u"/"_s), u"/usr/X.app"_s);
 }
@@ -57,14 +57,14 @@ TEST(TildeExpansion, ATildeWithANameIsThatUsersHome) {
     EXPECT_EQ(homes.expansion().expand(u"~ann"_s), u"/srv/ann"_s);
 }
 
-TEST(TildeExpansion, OfAnUnknownUserThePathStays) {
+TEST(TildeExpansion, ThePathOfAnUnknownUserStays) {
     const Homes homes;
     EXPECT_EQ(homes.expansion().expand(u"~bob/X.app"_s), u"~bob/X.app"_s);
     EXPECT_EQ(Homes(QString()).expansion().expand(u"~/X.app"_s), u"~/X.app"_s);
     EXPECT_EQ(TildeExpansion(HomeFolders{}).expand(u"~ann/X.app"_s), u"~ann/X.app"_s);
 }
 
-TEST(TildeExpansion, ATildeAnywhereElseIsALetter) {
+TEST(TildeExpansion, ATildeAnywhereElseIsNotExpanded) {
     const Homes homes;
     EXPECT_EQ(homes.expansion().expand(u"/a/~/X.app"_s), u"/a/~/X.app"_s);
     EXPECT_EQ(homes.expansion().expand(u" ~/X.app"_s), u" ~/X.app"_s);
@@ -77,7 +77,7 @@ TEST(TildeExpansion, TheRootAsHomeDoesNotDoubleTheSlash) {
     EXPECT_EQ(homes.expansion().expand(u"~"_s), u"/"_s);
 }
 
-TEST(TildeExpansion, EachUserIsLookedUpOnceAndOnlySoManyOfThem) {
+TEST(TildeExpansion, EachUserIsLookedUpOnceAndOnlyAFewUsersAre) {
     const Homes homes;
     TildeExpansion expansion = homes.expansion();
     for (int round = 0; round < 3; ++round) {
@@ -91,14 +91,14 @@ TEST(TildeExpansion, EachUserIsLookedUpOnceAndOnlySoManyOfThem) {
     EXPECT_EQ(expansion.expand(u"~ann/Y.app"_s), u"/srv/ann/Y.app"_s);
 }
 
-TEST(TildeExpansion, NoUserOfAnAbsurdNameIsLookedUp) {
+TEST(TildeExpansion, ATooLongUserNameIsNotLookedUp) {
     const Homes homes;
     const QString path = u'~' + QString(1'000'000, u'a') + u"/X.app"_s;
     EXPECT_EQ(homes.expansion().expand(path), path);
     EXPECT_EQ(homes.asked, 0);
 }
 
-TEST(TildeExpansion, UndoesWhatHomeRelativeDoes) {
+TEST(TildeExpansion, ReversesHomeRelative) {
     const Homes homes;
     for (const QString& path :
          {u"/home/me/X.app"_s, u"/home/meabel/X.app"_s, u"/home/me"_s, u"/home/me/"_s, u"/"_s}) {

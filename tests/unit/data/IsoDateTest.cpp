@@ -20,7 +20,7 @@ TEST(IsoDate, IsWrittenInUtcWithoutAFraction) {
     EXPECT_EQ(isoText(sys_days(1y / 1 / 1)), u"0001-01-01T00:00:00Z"_s);
 }
 
-TEST(IsoDate, IsReadInUtcOrAtItsDistanceFromIt) {
+TEST(IsoDate, IsReadInUtcOrWithADistanceFromUtc) {
     EXPECT_EQ(dateFromIsoText(u"2026-11-15T03:24:07Z"_s), novemberNight);
     EXPECT_EQ(dateFromIsoText(u"2026-11-15T04:54:07+01:30"_s), novemberNight);
     EXPECT_EQ(dateFromIsoText(u"2026-11-14T23:24:07-04:00"_s), novemberNight);
@@ -60,7 +60,7 @@ TEST(IsoDate, ATimeAtTheDistanceZeroIsInUtc) {
     EXPECT_EQ(dateFromIsoText(u"2026-11-15T03:24:07-00:00"_s), novemberNight);
 }
 
-// Such a date could not be written again.
+// Such a date could not be read back.
 TEST(IsoDate, AYearBeyondFourDigitsInUtcIsRefused) {
     EXPECT_EQ(dateFromIsoText(u"0001-01-01T00:00:00+01:00"_s), std::nullopt);
     EXPECT_EQ(dateFromIsoText(u"9999-12-31T23:59:59-01:00"_s), std::nullopt);

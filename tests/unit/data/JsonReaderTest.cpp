@@ -36,7 +36,7 @@ QByteArray nested(int depth) {
 
 } // namespace
 
-TEST(JsonReader, ValuesAreReadInTheirOrder) {
+TEST(JsonReader, ValuesAreReadInOrder) {
     const QByteArray json = " { \"a\" : [ 1 , \"two\" , null ] ,\r\n\t\"b\" : { } , \"c\" : [ ] } ";
     JsonReader reader(json);
     ASSERT_EQ(reader.next(), JsonReader::Kind::Object);
@@ -62,7 +62,7 @@ TEST(JsonReader, ValuesAreReadInTheirOrder) {
     EXPECT_TRUE(reader.isAtEnd());
 }
 
-TEST(JsonReader, EveryKindIsTold) {
+TEST(JsonReader, TheKindOfEveryValueIsKnown) {
     EXPECT_EQ(JsonReader("{}").next(), JsonReader::Kind::Object);
     EXPECT_EQ(JsonReader("[]").next(), JsonReader::Kind::Array);
     EXPECT_EQ(JsonReader("\"\"").next(), JsonReader::Kind::String);
@@ -74,12 +74,12 @@ TEST(JsonReader, EveryKindIsTold) {
     EXPECT_EQ(JsonReader("]").next(), JsonReader::Kind::Nothing);
 }
 
-TEST(JsonReader, AByteOrderMarkBeforeTheValueIsNoPartOfIt) {
+TEST(JsonReader, AByteOrderMarkBeforeTheValueIsIgnored) {
     EXPECT_TRUE(isJson("\xEF\xBB\xBF[]"));
     EXPECT_FALSE(isJson("[]\xEF\xBB\xBF"));
 }
 
-TEST(JsonReader, EscapesStandForTheirCharacters) {
+TEST(JsonReader, EscapesAreDecoded) {
     EXPECT_EQ(text(R"("\"\\\/\b\f\n\r\t\u0041\u00e9\u00C9\ud83d\ude42")"), u"\"\\/\b\f\n\r\tAéÉ🙂"_s);
     EXPECT_EQ(text(R"("\u0000")"), QString(QChar(u'\0')));
     for (const char* bad : {R"("\x")", R"("\u12")", R"("\u12g4")", R"("\u+123")", R"("\)", R"("\")"}) {
@@ -87,12 +87,12 @@ TEST(JsonReader, EscapesStandForTheirCharacters) {
     }
 }
 
-TEST(JsonReader, ASurrogateWithoutItsPartnerStaysOne) {
+TEST(JsonReader, ALoneSurrogateIsKept) {
     EXPECT_EQ(text(R"("\ud83dx")"), QString(QChar(0xD83D)) + u'x');
     EXPECT_EQ(text(R"("\ude42")"), QString(QChar(0xDE42)));
 }
 
-TEST(JsonReader, TextIsUtf8InItsShortestFormAndNothingElse) {
+TEST(JsonReader, OnlyUtf8InItsShortestFormIsRead) {
     EXPECT_EQ(text("\"Ünï 日本 🙂 \x7f\xEF\xBB\xBF\""), u"Ünï 日本 🙂 \u007f\ufeff"_s);
     for (const char* bad :
          {"\"\xff\"", "\"\x80\"", "\"\xC3\"", "\"\xC3", "\"\xE6\x97\"", "\"\xC0\xAF\"", "\"\xE0\x80\xAF\"",
@@ -101,12 +101,12 @@ TEST(JsonReader, TextIsUtf8InItsShortestFormAndNothingElse) {
     }
 }
 
-TEST(JsonReader, ControlCharactersHaveToBeEscaped) {
+TEST(JsonReader, ControlCharactersMustBeEscaped) {
     EXPECT_EQ(text("\"\n\""), std::nullopt);
     EXPECT_EQ(text(QByteArray("\"\0\"", 3)), std::nullopt);
 }
 
-TEST(JsonReader, AnIntegerIsOneHoweverItIsWritten) {
+TEST(JsonReader, AnIntegerMayHaveAFractionOfZeroOrAnExponent) {
     EXPECT_EQ(integer("0"), 0);
     EXPECT_EQ(integer("-5"), -5);
     EXPECT_EQ(integer("7.0"), 7);
@@ -116,7 +116,7 @@ TEST(JsonReader, AnIntegerIsOneHoweverItIsWritten) {
     EXPECT_EQ(integer("9223372036854775807"), std::numeric_limits<qint64>::max());
 }
 
-TEST(JsonReader, WhatIsNoIntegerOrNoneOfSixtyFourBitsIsNone) {
+TEST(JsonReader, OnlyIntegersOf64BitsAreRead) {
     for (const QByteArray& number :
          {QByteArray("7.5"), QByteArray("1e308"), QByteArray("1e309"), QByteArray("-1e-400"),
           QByteArray("9223372036854775808"), QByteArray("9007199254740994.0"), QByteArray(100'000, '9'),
@@ -125,7 +125,7 @@ TEST(JsonReader, WhatIsNoIntegerOrNoneOfSixtyFourBitsIsNone) {
     }
 }
 
-TEST(JsonReader, OnlyJsonIsJson) {
+TEST(JsonReader, OnlyTextByTheGrammarIsAccepted) {
     for (const char* good : {"0", "-0.5e-7", "\"\"", "true", "[[],{}]", "{\"\":{}}"}) {
         EXPECT_TRUE(isJson(good)) << good;
     }
@@ -139,12 +139,12 @@ TEST(JsonReader, OnlyJsonIsJson) {
     }
 }
 
-TEST(JsonReader, NestingIsFollowedToItsLimitAndNoFurther) {
+TEST(JsonReader, NestingIsLimited) {
     EXPECT_TRUE(isJson(nested(JsonReader::maximumDepth)));
     EXPECT_FALSE(isJson(nested(JsonReader::maximumDepth + 1)));
     EXPECT_FALSE(isJson(nested(10'000)));
     EXPECT_FALSE(isJson(QByteArray(1'000'000, '[')));
-    // Only what is open counts.
+    // Only open containers count.
     QByteArray many = "[";
     for (int i = 0; i < 1000; ++i) {
         many += nested(10) + ',';
@@ -152,7 +152,7 @@ TEST(JsonReader, NestingIsFollowedToItsLimitAndNoFurther) {
     EXPECT_TRUE(isJson(many + "0]"));
 }
 
-TEST(JsonReader, AfterAFailureNothingComesAndContainersEnd) {
+TEST(JsonReader, AfterAFailureNoValueFollowsAndContainersEnd) {
     JsonReader reader("[1 2]");
     reader.enterArray();
     ASSERT_TRUE(reader.nextElement());
@@ -166,7 +166,7 @@ TEST(JsonReader, AfterAFailureNothingComesAndContainersEnd) {
     EXPECT_FALSE(reader.isAtEnd());
 }
 
-TEST(JsonReader, AByteOrderMarkInAStringIsACharacterAsAnyOther) {
+TEST(JsonReader, AByteOrderMarkInAStringIsAnOrdinaryCharacter) {
     EXPECT_EQ(text("\"\xEF\xBB\xBF"
                    "Games\""),
               QChar(0xFEFF) + u"Games"_s);
@@ -177,7 +177,7 @@ TEST(JsonReader, AByteOrderMarkInAStringIsACharacterAsAnyOther) {
     EXPECT_EQ(text("\"\\ufffeGames\""), QChar(0xFFFE) + u"Games"_s);
 }
 
-TEST(JsonReader, AnyTextIsReadBackAsItWasWritten) {
+TEST(JsonReader, AnyTextIsReadBackUnchanged) {
     std::mt19937 random(3);
     for (int round = 0; round < 1000; ++round) {
         QString original;
@@ -191,7 +191,7 @@ TEST(JsonReader, AnyTextIsReadBackAsItWasWritten) {
     }
 }
 
-TEST(JsonReader, WhatItTakesForJsonTheLibraryDoesToo) {
+TEST(JsonReader, EveryAcceptedTextIsJsonToQtAsWell) {
     std::mt19937 random(11);
     const QByteArray valid = R"({"a":[1,-2.5e3,"x\u00e9\n",true,null,{"b":[]}],"c":{"d":"é"}})";
     const QByteArray bytes = "{}[]\":,0123-+.eEtrufalsn \\/\xC3\xA9\x01";

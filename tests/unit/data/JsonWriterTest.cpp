@@ -20,17 +20,17 @@ TEST(JsonString, SlashesQuotesAndBackslashesAreEscaped) {
     EXPECT_EQ(json(u"/a\"b\\c"_s), R"("\/a\"b\\c")");
 }
 
-TEST(JsonString, ControlCharactersAreEscapedTheShortWayWhereThereIsOne) {
+TEST(JsonString, ControlCharactersAreEscapedInTheShortestForm) {
     EXPECT_EQ(json(u"\b\f\n\r\t"_s), R"("\b\f\n\r\t")");
     EXPECT_EQ(json(u"\u0000\u0001\u001f"_s), R"("\u0000\u0001\u001f")");
     EXPECT_EQ(json(u"\u007f"_s), "\"\x7f\"");
 }
 
-TEST(JsonString, OtherTextIsWrittenAsItIs) {
+TEST(JsonString, OtherCharactersAreNotEscaped) {
     EXPECT_EQ(json(u"Ünïcode 日本 🙂"_s), "\"Ünïcode 日本 🙂\"");
 }
 
-TEST(JsonString, ALoneSurrogateBecomesAnEscape) {
+TEST(JsonString, ALoneSurrogateIsEscaped) {
     EXPECT_EQ(json(QString(QChar(0xD83D))), R"("\ud83d")");
     EXPECT_EQ(json(QString(QChar(0xDE42)) + u"x"_s), R"("\ude42x")");
 }

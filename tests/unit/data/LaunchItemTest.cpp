@@ -26,14 +26,14 @@ TEST(LaunchItem, AnAppAndAFolderNeverShareAnId) {
     EXPECT_NE(LaunchItem::app(uuidText).id(), LaunchItem::folder({chess, {}, {}}).id());
 }
 
-TEST(LaunchItem, FoldersOfTheSameNameAndAppsButAnotherIdDiffer) {
+TEST(LaunchItem, FoldersWithDifferentIdsDiffer) {
     const LaunchItem one = LaunchItem::folder({chess, u"Games"_s, {u"/a.app"_s}});
     const LaunchItem two = LaunchItem::folder({draughts, u"Games"_s, {u"/a.app"_s}});
     EXPECT_NE(one, two);
     EXPECT_NE(one.id(), two.id());
 }
 
-TEST(LaunchItem, EqualityComparesPayloadsWhole) {
+TEST(LaunchItem, EqualityComparesWholePayloads) {
     EXPECT_EQ(LaunchItem::app(u"/a.app"_s), LaunchItem::app(u"/a.app"_s));
     EXPECT_NE(LaunchItem::app(u"/a.app"_s), LaunchItem::app(u"/A.app"_s));
     EXPECT_NE(LaunchItem::folder({chess, u"Games"_s, {u"/a.app"_s, u"/b.app"_s}}),
@@ -41,7 +41,7 @@ TEST(LaunchItem, EqualityComparesPayloadsWhole) {
     EXPECT_NE(LaunchItem::folder({chess, u"Games"_s, {}}), LaunchItem::folder({chess, u"Play"_s, {}}));
 }
 
-TEST(LaunchItem, EqualItemsHashAlikeAndDifferentOnesApart) {
+TEST(LaunchItem, EqualItemsHaveEqualHashes) {
     const QSet<LaunchItem> items = {
         LaunchItem::app(u"/a.app"_s),
         LaunchItem::app(u"/a.app"_s),
@@ -53,14 +53,14 @@ TEST(LaunchItem, EqualItemsHashAlikeAndDifferentOnesApart) {
     EXPECT_EQ(items.size(), 4);
 }
 
-TEST(AppInfo, TheSamePathUnderAnotherNameIsNotEqual) {
+TEST(AppInfo, TheSamePathWithAnotherNameIsNotEqual) {
     const AppInfo one{u"/a.app"_s, u"One"_s};
     EXPECT_EQ(one, (AppInfo{u"/a.app"_s, u"One"_s}));
     EXPECT_NE(one, (AppInfo{u"/a.app"_s, u"Two"_s}));
     EXPECT_NE(qHash(one), qHash(AppInfo{u"/a.app"_s, u"Two"_s}));
 }
 
-TEST(NameFromPath, IsTheLastComponentWithoutItsExtension) {
+TEST(NameFromPath, IsTheLastComponentWithoutTheExtension) {
     EXPECT_EQ(nameFromPath(u"/Applications/Calculator.app"_s), u"Calculator"_s);
     EXPECT_EQ(nameFromPath(u"/usr/share/applications/org.example.Notes.desktop"_s), u"org.example.Notes"_s);
     EXPECT_EQ(nameFromPath(u"/Applications/Plain"_s), u"Plain"_s);

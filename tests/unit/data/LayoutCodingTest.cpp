@@ -33,7 +33,7 @@ TEST(LayoutCoding, AnAppIsWrittenUnderItsCaseAndPayloadKey) {
               R"({"app":{"_0":"\/Applications\/Calculator.app"}})");
 }
 
-TEST(LayoutCoding, AFolderIsWrittenWithItsKeysInTheOrderOfDeclaration) {
+TEST(LayoutCoding, AFolderIsWrittenWithItsKeysInDeclarationOrder) {
     EXPECT_EQ(encodeItem(LaunchItem::folder({chessId, u"Games"_s, {u"/Applications/Chess.app"_s}})),
               folderText);
 }
@@ -44,7 +44,7 @@ TEST(LayoutCoding, TheListIsCompact) {
               R"([{"app":{"_0":"a"}},{"app":{"_0":"b"}}])");
 }
 
-TEST(LayoutCoding, WhatIsWrittenIsReadBackUnchanged) {
+TEST(LayoutCoding, ItemsAreReadBackUnchanged) {
     const LaunchItems items = {
         LaunchItem::app(u"/Applications/Écran “Ü” \\ \" \n\t\u0001 日本語 🙂.app"_s),
         LaunchItem::folder({chessId, u""_s, {}}),
@@ -56,14 +56,14 @@ TEST(LayoutCoding, WhatIsWrittenIsReadBackUnchanged) {
     EXPECT_EQ(itemsOf(encodeItems(items)), items);
 }
 
-TEST(LayoutCoding, BothCasesAtOnceAreRefused) {
+TEST(LayoutCoding, AnItemWithBothCasesIsRefused) {
     const DecodingError error = errorOf(R"([{"app":{"_0":"a"},"folder":{"_0":{}}}])");
     EXPECT_EQ(error.kind, DecodingError::Kind::TypeMismatch);
     EXPECT_EQ(error.description, u"Invalid number of keys found, expected one."_s);
     EXPECT_EQ(error.codingPath, QStringList{u"Index 0"_s});
 }
 
-TEST(LayoutCoding, NeitherCaseIsRefusedTheSameWay) {
+TEST(LayoutCoding, AnItemWithNeitherCaseIsRefusedTheSameWay) {
     const DecodingError error = errorOf(R"([{"app":{"_0":"a"}},{"document":{"_0":"a"}}])");
     EXPECT_EQ(error.kind, DecodingError::Kind::TypeMismatch);
     EXPECT_EQ(error.description, u"Invalid number of keys found, expected one."_s);
@@ -71,11 +71,11 @@ TEST(LayoutCoding, NeitherCaseIsRefusedTheSameWay) {
     EXPECT_EQ(errorOf("[{}]").description, u"Invalid number of keys found, expected one."_s);
 }
 
-TEST(LayoutCoding, UnknownKeysBesideTheCaseAreIgnored) {
+TEST(LayoutCoding, UnknownKeysOfAnItemAreIgnored) {
     EXPECT_EQ(itemsOf(R"([{"colour":3,"app":{"_0":"a","_1":false}}])"), LaunchItems{LaunchItem::app(u"a"_s)});
 }
 
-TEST(LayoutCoding, AMissingPayloadOrOneOfTheWrongTypeIsRefused) {
+TEST(LayoutCoding, AMissingPayloadOrAWrongTypeIsRefused) {
     EXPECT_EQ(errorOf(R"([{"app":{}}])").kind, DecodingError::Kind::KeyNotFound);
     EXPECT_EQ(errorOf(R"([{"folder":{}}])").kind, DecodingError::Kind::KeyNotFound);
     EXPECT_EQ(errorOf(R"([{"app":"a"}])").kind, DecodingError::Kind::TypeMismatch);
@@ -86,7 +86,7 @@ TEST(LayoutCoding, AMissingPayloadOrOneOfTheWrongTypeIsRefused) {
     EXPECT_EQ(errorOf(R"({"app":{"_0":"a"}})").kind, DecodingError::Kind::TypeMismatch);
 }
 
-TEST(LayoutCoding, AFolderNeedsEachOfItsKeysInItsType) {
+TEST(LayoutCoding, AFolderNeedsEachKeyWithItsType) {
     const QByteArray text = "[" + folderText + "]";
     EXPECT_EQ(itemsOf(text).size(), 1U);
     const auto with = [&text](const char* from, const char* to) {
@@ -101,7 +101,7 @@ TEST(LayoutCoding, AFolderNeedsEachOfItsKeysInItsType) {
     EXPECT_EQ(error.codingPath, (QStringList{u"Index 0"_s, u"folder"_s, u"_0"_s, u"apps"_s, u"Index 1"_s}));
 }
 
-TEST(LayoutCoding, OnlyTheCanonicalFormOfAUuidCounts) {
+TEST(LayoutCoding, OnlyTheCanonicalFormOfAUuidIsRead) {
     const QByteArray text = "[" + folderText + "]";
     const auto withId = [&text](const QByteArray& id) {
         return QByteArray(text).replace("3F2504E0-4F89-11D3-9A0C-0305E82C3301", id);
@@ -114,7 +114,7 @@ TEST(LayoutCoding, OnlyTheCanonicalFormOfAUuidCounts) {
     }
 }
 
-TEST(LayoutCoding, TextThatIsNoJsonIsRefusedAtEveryLength) {
+TEST(LayoutCoding, ATruncatedTextIsRefusedAtEveryLength) {
     const QByteArray text = "[" + folderText + "]";
     for (qsizetype length = 0; length < text.size(); ++length) {
         const auto decoded = decodeItems(text.first(length));
@@ -123,6 +123,6 @@ TEST(LayoutCoding, TextThatIsNoJsonIsRefusedAtEveryLength) {
     EXPECT_EQ(errorOf("[{\"app\":{\"_0\":\"\xff\xfe\"}}]").kind, DecodingError::Kind::DataCorrupted);
 }
 
-TEST(LayoutCoding, DeepNestingIsRefusedAndNotFollowed) {
+TEST(LayoutCoding, DeepNestingIsRefused) {
     EXPECT_EQ(errorOf(QByteArray(100'000, '[')).kind, DecodingError::Kind::DataCorrupted);
 }

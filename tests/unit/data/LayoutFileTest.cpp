@@ -55,7 +55,7 @@ const QByteArray exampleText = R"({
   "version" : 1
 })";
 
-// The example with something else in one place.
+// The example with one part replaced.
 std::optional<LayoutFile> decodedWith(const QByteArray& from, const QByteArray& to) {
     EXPECT_TRUE(exampleText.contains(from)) << from.constData();
     return decodeLayoutFile(QByteArray(exampleText).replace(from, to));
@@ -99,11 +99,11 @@ LaunchItems randomItems(std::mt19937& random) {
 
 } // namespace
 
-TEST(LayoutFile, IsWrittenPrettyWithItsKeysSortedAndSlashesEscaped) {
+TEST(LayoutFile, IsWrittenIndentedWithSortedKeysAndEscapedSlashes) {
     EXPECT_EQ(encodeLayoutFile(example()), exampleText);
 }
 
-TEST(LayoutFile, EmptyListsAreJson) {
+TEST(LayoutFile, EmptyListsAreWrittenAsEmptyArrays) {
     const LayoutFile file{
         .exportedAt = {}, .columns = 3, .rows = 2, .items = {LaunchItem::folder({gamesId, {}, {}})}};
     EXPECT_EQ(encodeLayoutFile(file), R"({
@@ -127,13 +127,13 @@ TEST(LayoutFile, EmptyListsAreJson) {
     EXPECT_EQ(decodeLayoutFile(encodeLayoutFile(file)), file);
 }
 
-TEST(LayoutFile, TextBeyondAsciiIsWrittenAsItIsAndControlCharactersAsEscapes) {
+TEST(LayoutFile, OnlyControlCharactersAreEscaped) {
     const LayoutFile file{.exportedAt = {},
                           .items = {LaunchItem::app(u"Écran 日本 🙂 “x” \u0001\n\u007f"_s)}};
     EXPECT_TRUE(encodeLayoutFile(file).contains("\"Écran 日本 🙂 “x” \\u0001\\n\x7f\""));
 }
 
-TEST(LayoutFile, IsReadInAnyLayoutOfTheText) {
+TEST(LayoutFile, IsReadWithAnyWhiteSpaceAndEscapes) {
     EXPECT_EQ(decodeLayoutFile(exampleText), example());
     EXPECT_EQ(decodeLayoutFile(QJsonDocument::fromJson(exampleText).toJson(QJsonDocument::Compact)),
               example());
@@ -150,19 +150,19 @@ TEST(LayoutFile, UnknownKeysAreIgnored) {
     EXPECT_EQ(decodedWith("\"name\"", "\"colour\" : true, \"name\""), example());
 }
 
-TEST(LayoutFile, OfAKeyThatIsThereTwiceTheSecondCounts) {
+TEST(LayoutFile, TheSecondOfTwoEqualKeysCounts) {
     EXPECT_EQ(decodedWith("\"columns\" : 7", "\"columns\" : \"x\", \"columns\" : 7"), example());
     EXPECT_EQ(decodedWith("\"columns\" : 7", "\"columns\" : 7, \"columns\" : \"x\""), std::nullopt);
 }
 
-TEST(LayoutFile, EachOfItsKeysIsRequired) {
+TEST(LayoutFile, EachKeyIsRequired) {
     for (const char* key : {"columns", "exportedAt", "format", "items", "rows", "version"}) {
         const QByteArray quoted = QByteArray("\"") + key + "\"";
         EXPECT_EQ(decodedWith(quoted, "\"other\""), std::nullopt) << key;
     }
 }
 
-TEST(LayoutFile, AValueOfAnotherTypeRefusesTheWhole) {
+TEST(LayoutFile, AWrongTypeIsRefused) {
     const std::vector<std::pair<QByteArray, QByteArray>> values = {
         {"7", "\"columns\" : "}, {"\"2026-11-15T03:24:07Z\"", "\"exportedAt\" : "},
         {"5", "\"rows\" : "},    {"\"amberquill-layout\"", "\"format\" : "},
@@ -189,7 +189,7 @@ TEST(LayoutFile, AValueOfAnotherTypeRefusesTheWhole) {
     }
 }
 
-TEST(LayoutFile, ANumberThatIsNoIntegerRefusesTheWhole) {
+TEST(LayoutFile, ANumberThatIsNoIntegerIsRefused) {
     for (const char* number : {"7.5", "1e308", "-1e308", "1e999", "9223372036854775808", "0.1"}) {
         EXPECT_EQ(decodedWith("\"columns\" : 7", QByteArray("\"columns\" : ") + number), std::nullopt)
             << number;
@@ -202,7 +202,7 @@ TEST(LayoutFile, ANumberThatIsNoIntegerRefusesTheWhole) {
     EXPECT_EQ(decodedWith("\"version\" : 1", "\"version\" : 99")->version, 99);
 }
 
-TEST(LayoutFile, ADateThatIsNoneRefusesTheWhole) {
+TEST(LayoutFile, AnInvalidDateIsRefused) {
     for (const char* date :
          {"2026-11-15T03:24:07.5Z", "2026-02-30T00:00:00Z", "2026-11-15T03:24:07", "yesterday"}) {
         EXPECT_EQ(decodedWith("2026-11-15T03:24:07Z", date), std::nullopt) << date;
@@ -210,7 +210,7 @@ TEST(LayoutFile, ADateThatIsNoneRefusesTheWhole) {
     EXPECT_EQ(decodedWith("2026-11-15T03:24:07Z", "2026-11-15T04:24:07+01:00"), example());
 }
 
-TEST(LayoutFile, AnItemThatIsNoneRefusesTheWhole) {
+TEST(LayoutFile, AnInvalidItemIsRefused) {
     EXPECT_EQ(decodedWith("\"folder\" : {", "\"app\" : {\"_0\" : \"x\"}, \"folder\" : {"), std::nullopt);
     EXPECT_EQ(decodedWith("\"folder\"", "\"group\""), std::nullopt);
     EXPECT_EQ(decodedWith("\"_0\"", "\"_1\""), std::nullopt);
@@ -219,16 +219,16 @@ TEST(LayoutFile, AnItemThatIsNoneRefusesTheWhole) {
               std::nullopt);
     EXPECT_EQ(decodedWith("3F2504E0-4F89-11D3-9A0C-0305E82C3301", "3f2504e0-4f89-11d3-9a0c-0305e82c3301"),
               example())
-        << "letter case is no part of a UUID";
+        << "letter case of a UUID is ignored";
 }
 
-TEST(LayoutFile, ATextCutShortAnywhereIsRefused) {
+TEST(LayoutFile, ATruncatedTextIsRefused) {
     for (qsizetype length = 0; length < exampleText.size(); ++length) {
         EXPECT_EQ(decodeLayoutFile(exampleText.first(length)), std::nullopt) << length;
     }
 }
 
-TEST(LayoutFile, TextBehindTheObjectIsRefused) {
+TEST(LayoutFile, TextAfterTheObjectIsRefused) {
     EXPECT_EQ(decodeLayoutFile(exampleText + "x"), std::nullopt);
     EXPECT_EQ(decodeLayoutFile(exampleText + exampleText), std::nullopt);
 }
@@ -236,10 +236,10 @@ TEST(LayoutFile, TextBehindTheObjectIsRefused) {
 TEST(LayoutFile, InvalidUtf8IsRefused) {
     EXPECT_EQ(decodedWith("Games", "Ga\xffmes"), std::nullopt);
     EXPECT_EQ(decodedWith("Games", "Ga\xED\xA0\xBDmes"), std::nullopt) << "a surrogate";
-    EXPECT_EQ(decodedWith("Games", "Ga\xC0\xAFmes"), std::nullopt) << "a longer form than needed";
+    EXPECT_EQ(decodedWith("Games", "Ga\xC0\xAFmes"), std::nullopt) << "not the shortest form";
 }
 
-TEST(LayoutFile, EscapedNulsControlCharactersAndLoneSurrogatesAreText) {
+TEST(LayoutFile, EscapedNulsControlCharactersAndLoneSurrogatesAreRead) {
     const auto file = decodedWith("Games", "a\\u0000b\\u0007\\ud83dc");
     ASSERT_TRUE(file);
     EXPECT_EQ(file->items.back().asFolder()->name, u"a"_s + QChar(0) + u"b\a"_s + QChar(0xD83D) + u'c');
@@ -247,19 +247,19 @@ TEST(LayoutFile, EscapedNulsControlCharactersAndLoneSurrogatesAreText) {
     EXPECT_EQ(decodedWith("Games", QByteArray("a\0b", 3)), std::nullopt) << "not escaped";
 }
 
-TEST(LayoutFile, DeepNestingIsRefusedAndNotFollowed) {
+TEST(LayoutFile, DeepNestingIsRefused) {
     const QByteArray deep = QByteArray(10'000, '[') + QByteArray(10'000, ']');
     EXPECT_EQ(decodedWith("\"rows\"", "\"other\" : " + deep + ", \"rows\""), std::nullopt);
     EXPECT_EQ(decodedWith("\"Games\"", deep), std::nullopt);
     EXPECT_EQ(decodeLayoutFile(deep), std::nullopt);
 }
 
-TEST(LayoutFile, AHundredMegabytesAreRefusedUnread) {
+TEST(LayoutFile, AHundredMegabytesAreRefused) {
     EXPECT_EQ(decodeLayoutFile(exampleText + QByteArray(100'000'000, ' ')), std::nullopt);
     EXPECT_EQ(decodeLayoutFile(exampleText + QByteArray(1'000'000, ' ')), example());
 }
 
-TEST(LayoutFile, WhatIsWrittenIsReadBackForAnyLayout) {
+TEST(LayoutFile, AnyLayoutIsReadBackUnchanged) {
     std::mt19937 random(2026);
     for (int round = 0; round < 500; ++round) {
         const LayoutFile file{randomText(random),
@@ -269,7 +269,7 @@ TEST(LayoutFile, WhatIsWrittenIsReadBackForAnyLayout) {
                               static_cast<qint64>(random()),
                               randomItems(random)};
         EXPECT_EQ(decodeLayoutFile(encodeLayoutFile(file)), file);
-        // The text is JSON for others too, with the keys of every object in order.
+        // Qt reads the text as JSON as well.
         QJsonParseError error;
         const QJsonDocument document = QJsonDocument::fromJson(encodeLayoutFile(file), &error);
         EXPECT_EQ(error.error, QJsonParseError::NoError);

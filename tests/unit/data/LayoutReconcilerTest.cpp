@@ -29,12 +29,12 @@ LaunchItem app(const QString& path) {
 
 } // namespace
 
-TEST(LayoutReconciler, AnEmptyLayoutTakesEverythingSortedByName) {
+TEST(LayoutReconciler, AnEmptyLayoutGetsAllAppsSortedByName) {
     EXPECT_EQ(reconcile({}, {{u"/z.app"_s, u"Alpha"_s}, {u"/a.app"_s, u"beta"_s}, {u"/m.app"_s, u"Gamma"_s}}),
               (LaunchItems{app(u"/z.app"_s), app(u"/a.app"_s), app(u"/m.app"_s)}));
 }
 
-TEST(LayoutReconciler, AnEmptyLayoutWithAFolderNameGathersEverythingInOneFolder) {
+TEST(LayoutReconciler, AnEmptyLayoutWithAFolderNameGetsOneFolderOfAllApps) {
     const LaunchItems result = reconcile({}, {{u"/b.app"_s, u"B"_s}, {u"/a.app"_s, u"A"_s}}, u"Other Apps"_s);
     ASSERT_EQ(result.size(), 1U);
     const Folder* folder = result.front().asFolder();
@@ -50,12 +50,12 @@ TEST(LayoutReconciler, ASingleNewAppIsAPlainItemEvenWithAFolderName) {
     EXPECT_EQ(reconcile({}, {installedAt(u"/a.app"_s)}, u"Other Apps"_s), LaunchItems{app(u"/a.app"_s)});
 }
 
-TEST(LayoutReconciler, NothingNewMakesNoFolder) {
+TEST(LayoutReconciler, WithoutNewAppsNoFolderIsMade) {
     EXPECT_EQ(reconcile({app(u"/a.app"_s)}, {installedAt(u"/a.app"_s)}, u"Other Apps"_s),
               LaunchItems{app(u"/a.app"_s)});
 }
 
-TEST(LayoutReconciler, APathThatOccursTwiceSurvivesAtItsFirstPlace) {
+TEST(LayoutReconciler, ARepeatedPathStaysAtItsFirstPlaceOnly) {
     const std::vector<AppInfo> installed = {installedAt(u"/a.app"_s), installedAt(u"/b.app"_s)};
     EXPECT_EQ(reconcile({app(u"/a.app"_s),
                          LaunchItem::folder({firstId, u"F"_s, {u"/a.app"_s, u"/b.app"_s, u"/b.app"_s}}),
@@ -64,13 +64,13 @@ TEST(LayoutReconciler, APathThatOccursTwiceSurvivesAtItsFirstPlace) {
               (LaunchItems{app(u"/a.app"_s), LaunchItem::folder({firstId, u"F"_s, {u"/b.app"_s}})}));
 }
 
-TEST(LayoutReconciler, AMovedAppKeepsItsPlaceUnderItsNewPath) {
+TEST(LayoutReconciler, AMovedAppKeepsItsPlaceWithItsNewPath) {
     EXPECT_EQ(reconcile({app(u"/Applications/X.app"_s), app(u"/b.app"_s)},
                         {installedAt(u"/b.app"_s), installedAt(u"/home/me/Applications/X.app"_s)}),
               (LaunchItems{app(u"/home/me/Applications/X.app"_s), app(u"/b.app"_s)}));
 }
 
-TEST(LayoutReconciler, APathThatEndsWithASlashIsKnownByItsFileName) {
+TEST(LayoutReconciler, APathWithATrailingSlashHasAFileName) {
     EXPECT_EQ(reconcile({app(u"/Applications/X.app/"_s), app(u"/Applications/A.app"_s)},
                         {installedAt(u"/Applications/A.app"_s), installedAt(u"/Applications/X.app"_s)}),
               (LaunchItems{app(u"/Applications/X.app"_s), app(u"/Applications/A.app"_s)}));
@@ -82,13 +82,13 @@ TEST(LayoutReconciler, AMovedAppIsFollowedInsideAFolder) {
         LaunchItems{LaunchItem::folder({firstId, u"F"_s, {u"/new/X.app"_s}})});
 }
 
-TEST(LayoutReconciler, AMissingAppNeverTakesACopyThatTheLayoutPlacesElsewhere) {
+TEST(LayoutReconciler, AMissingAppDoesNotTakeACopyThatTheLayoutHas) {
     EXPECT_EQ(reconcile({app(u"/Volumes/Old/X.app"_s), app(u"/Applications/X.app"_s)},
                         {installedAt(u"/Applications/X.app"_s)}),
               LaunchItems{app(u"/Applications/X.app"_s)});
 }
 
-TEST(LayoutReconciler, AMissingAppNeverTakesACopyThatAFolderHolds) {
+TEST(LayoutReconciler, AMissingAppDoesNotTakeACopyThatAFolderHas) {
     const std::vector<AppInfo> installed = {installedAt(u"/Applications/X.app"_s), installedAt(u"/b.app"_s)};
     EXPECT_EQ(
         reconcile({app(u"/Volumes/Old/X.app"_s), app(u"/b.app"_s),
@@ -97,13 +97,13 @@ TEST(LayoutReconciler, AMissingAppNeverTakesACopyThatAFolderHolds) {
         (LaunchItems{app(u"/b.app"_s), LaunchItem::folder({firstId, u"F"_s, {u"/Applications/X.app"_s}})}));
 }
 
-TEST(LayoutReconciler, TwoMovedAppsOfOneFileNameTakeTheCopiesInInstalledOrder) {
+TEST(LayoutReconciler, TwoMovedAppsWithOneFileNameTakeTheCopiesInInstalledOrder) {
     EXPECT_EQ(reconcile({app(u"/gone1/X.app"_s), app(u"/gone2/X.app"_s), app(u"/gone3/X.app"_s)},
                         {installedAt(u"/one/X.app"_s), installedAt(u"/two/X.app"_s)}),
               (LaunchItems{app(u"/one/X.app"_s), app(u"/two/X.app"_s)}));
 }
 
-TEST(LayoutReconciler, FoldersStayWithTheirIdAndNameHoweverFewAppsTheyHold) {
+TEST(LayoutReconciler, FoldersKeepTheirIdAndNameEvenWithoutApps) {
     EXPECT_EQ(reconcile({LaunchItem::folder({firstId, u"Gone"_s, {u"/gone.app"_s}}),
                          LaunchItem::folder({secondId, u"One"_s, {u"/a.app"_s, u"/gone.app"_s}})},
                         {installedAt(u"/a.app"_s)}),
@@ -111,13 +111,13 @@ TEST(LayoutReconciler, FoldersStayWithTheirIdAndNameHoweverFewAppsTheyHold) {
                            LaunchItem::folder({secondId, u"One"_s, {u"/a.app"_s}})}));
 }
 
-TEST(LayoutReconciler, NewAppsComeAfterTheSavedOnesWithNumbersInOrder) {
+TEST(LayoutReconciler, NewAppsFollowTheSavedOnesInOrderOfNames) {
     EXPECT_EQ(reconcile({app(u"/z.app"_s)},
                         {{u"/10.app"_s, u"App 10"_s}, {u"/9.app"_s, u"App 9"_s}, {u"/z.app"_s, u"Z"_s}}),
               (LaunchItems{app(u"/z.app"_s), app(u"/9.app"_s), app(u"/10.app"_s)}));
 }
 
-TEST(LayoutReconciler, NewAppsOfEqualNamesKeepTheInstalledOrder) {
+TEST(LayoutReconciler, NewAppsWithEqualNamesKeepTheInstalledOrder) {
     EXPECT_EQ(reconcile({}, {{u"/2.app"_s, u"Same"_s}, {u"/1.app"_s, u"Same"_s}, {u"/3.app"_s, u"same"_s}}),
               (LaunchItems{app(u"/2.app"_s), app(u"/1.app"_s), app(u"/3.app"_s)}));
 }
@@ -175,7 +175,7 @@ QStringList allPaths(const LaunchItems& items) {
 
 } // namespace
 
-TEST(LayoutReconciler, AnyLayoutEndsWithEveryInstalledAppExactlyOnce) {
+TEST(LayoutReconciler, AnyLayoutGetsEveryInstalledAppExactlyOnce) {
     for (unsigned seed = 0; seed < 2000; ++seed) {
         const RandomLayout layout = randomLayout(seed);
         QStringList installed;
@@ -189,7 +189,7 @@ TEST(LayoutReconciler, AnyLayoutEndsWithEveryInstalledAppExactlyOnce) {
     }
 }
 
-TEST(LayoutReconciler, ReconcilingTwiceChangesNothingMore) {
+TEST(LayoutReconciler, ReconcilingAgainChangesNothing) {
     for (unsigned seed = 0; seed < 2000; ++seed) {
         const RandomLayout layout = randomLayout(seed);
         const LaunchItems once = reconcile(layout.items, layout.installed);

@@ -28,7 +28,7 @@ std::optional<std::string> key(const AsciiOrder& order, const QString& name) {
 }
 
 QString randomAscii(std::mt19937& random) {
-    // Often the same few characters, so that names are often alike.
+    // A few characters are frequent, so that many names are similar.
     static const QString often = u"aAbB01 -."_s;
     QString name;
     for (auto length = random() % 8; length > 0; --length) {
@@ -58,7 +58,7 @@ TEST(NameOrder, DigitsSortAsNumbers) {
               (QStringList{u"App 1"_s, u"App 9"_s, u"App 10"_s}));
 }
 
-TEST(NameOrder, LetterCaseDoesNotMatter) {
+TEST(NameOrder, LetterCaseIsIgnored) {
     EXPECT_EQ(sorted({u"beta"_s, u"Gamma"_s, u"alpha"_s}), (QStringList{u"alpha"_s, u"beta"_s, u"Gamma"_s}));
     EXPECT_EQ(NameOrder(QLocale(QLocale::English)).compare(u"NOTES"_s, u"notes"_s), 0);
 }
@@ -67,13 +67,13 @@ TEST(NameOrder, EqualNamesKeepTheirOrder) {
     EXPECT_EQ(sorted({u"same"_s, u"Same"_s, u"SAME"_s}), (QStringList{u"same"_s, u"Same"_s, u"SAME"_s}));
 }
 
-TEST(NameOrder, TheCLocaleSortsAsEnglishAndNotAsBytes) {
+TEST(NameOrder, TheCLocaleSortsLikeEnglish) {
     const std::vector<QString> names = {u"b"_s, u"Ä"_s, u"A 10"_s, u"a 9"_s, u"C"_s};
     EXPECT_EQ(sorted(names, QLocale::c()), sorted(names, QLocale(QLocale::English)));
     EXPECT_EQ(sorted(names, QLocale::c()), (QStringList{u"Ä"_s, u"a 9"_s, u"A 10"_s, u"b"_s, u"C"_s}));
 }
 
-TEST(NameOrder, AKeyComparesAsItsNameDoes) {
+TEST(NameOrder, KeysCompareLikeNames) {
     const NameOrder order{QLocale(QLocale::English)};
     const QStringList names = {u"App 9"_s, u"app 10"_s, u"Zeta"_s, u"éclair"_s, u"日本"_s, u""_s, u"App 9"_s};
     for (const QString& a : names) {
@@ -86,7 +86,7 @@ TEST(NameOrder, AKeyComparesAsItsNameDoes) {
     }
 }
 
-TEST(AsciiOrder, KeysCompareAsTheLibraryComparesInEveryLanguageItSuits) {
+TEST(AsciiOrder, KeysCompareLikeTheCollatorInEverySuitableLanguage) {
     std::mt19937 random(4);
     for (const QLocale::Language language : languages) {
         ASSERT_TRUE(AsciiOrder::suits(QLocale(language)));
@@ -102,7 +102,7 @@ TEST(AsciiOrder, KeysCompareAsTheLibraryComparesInEveryLanguageItSuits) {
     }
 }
 
-TEST(AsciiOrder, EveryPairOfLettersSortsAsTwoLettersInTheLanguagesItSuits) {
+TEST(AsciiOrder, SuitableLanguagesSortEveryPairAsTwoLetters) {
     for (const QLocale::Language language : languages) {
         const QCollator collator = collatorOf(language);
         const AsciiOrder order(collator);
@@ -120,14 +120,14 @@ TEST(AsciiOrder, EveryPairOfLettersSortsAsTwoLettersInTheLanguagesItSuits) {
     }
 }
 
-TEST(AsciiOrder, ALanguageThatSortsPairsAsOneLetterIsLeftToTheLibrary) {
+TEST(AsciiOrder, LanguagesThatSortPairsAsOneLetterDoNotSuit) {
     for (const auto language :
          {QLocale::Czech, QLocale::Danish, QLocale::Hungarian, QLocale::Welsh, QLocale::Turkish}) {
         EXPECT_FALSE(AsciiOrder::suits(QLocale(language)));
     }
 }
 
-TEST(AsciiOrder, NumbersCompareByTheirValueHoweverManyZerosComeBefore) {
+TEST(AsciiOrder, NumbersCompareByValueWithoutLeadingZeros) {
     const AsciiOrder order(collatorOf(QLocale::English));
     EXPECT_LT(key(order, u"App 9"_s), key(order, u"App 10"_s));
     EXPECT_EQ(key(order, u"App 007"_s), key(order, u"app 7"_s));
@@ -135,7 +135,7 @@ TEST(AsciiOrder, NumbersCompareByTheirValueHoweverManyZerosComeBefore) {
     EXPECT_LT(key(order, QString(253, u'9')), key(order, QString(254, u'1')));
 }
 
-TEST(AsciiOrder, OtherCharactersAndNumbersBeyondAllMeasureHaveNoKey) {
+TEST(AsciiOrder, OtherCharactersAndTooLongNumbersHaveNoKey) {
     const AsciiOrder order(collatorOf(QLocale::English));
     for (const QString& name :
          {u"Écran"_s, u"tab\t"_s, u"\u007f"_s, u"a\u0000"_s, u"日本"_s, QString(255, u'1')}) {
@@ -145,7 +145,7 @@ TEST(AsciiOrder, OtherCharactersAndNumbersBeyondAllMeasureHaveNoKey) {
     EXPECT_EQ(key(order, QString()), "");
 }
 
-TEST(NameOrder, NamesOfAllKindsSortAsOneComparisonAfterTheOtherSaysInAnyLanguage) {
+TEST(NameOrder, AnyNamesAreSortedLikeByComparisonsInAnyLanguage) {
     std::mt19937 random(6);
     const QStringList others = {u"É"_s,  u"ä"_s,      u"ß"_s,  u"日"_s, u"Ж"_s,
                                 u"ａ"_s, u"\u00ad"_s, u"ch"_s, u"aa"_s, u"\t"_s};
@@ -157,7 +157,7 @@ TEST(NameOrder, NamesOfAllKindsSortAsOneComparisonAfterTheOtherSaysInAnyLanguage
             for (int round = 0; round < 40; ++round) {
                 std::vector<QString> names;
                 for (auto count = random() % 60; count > 0; --count) {
-                    // The library's keys and comparisons differ in nothing but an empty name, which none has.
+                    // No name is empty: there the collator's keys and comparisons differ.
                     QString name = u'n' + randomAscii(random);
                     if (random() % 100 < share) {
                         name += others[static_cast<qsizetype>(random() %

@@ -20,7 +20,7 @@ LaunchItem appNamed(const QString& name) {
     return LaunchItem::app(placePath(name));
 }
 
-// A layout and what is installed, with a memory beside them, as the launcher has them.
+// A layout, the installed applications and a memory, as in the launcher.
 class PlaceMemoryTest : public testing::Test {
 protected:
     using Names = QStringList;
@@ -78,7 +78,7 @@ protected:
 
 } // namespace
 
-TEST_F(PlaceMemoryTest, AnApplicationThatComesBackStandsWhereItStood) {
+TEST_F(PlaceMemoryTest, AReturningApplicationGetsItsPlaceAgain) {
     items_ = {appNamed(u"c"_s), appNamed(u"b"_s), appNamed(u"a"_s)};
     scan({u"a"_s, u"c"_s});
     EXPECT_EQ(layout(), u"c a");
@@ -86,7 +86,7 @@ TEST_F(PlaceMemoryTest, AnApplicationThatComesBackStandsWhereItStood) {
     EXPECT_EQ(layout(), u"c b a");
 }
 
-TEST_F(PlaceMemoryTest, ItComesBackIntoItsFolderBetweenItsNeighbours) {
+TEST_F(PlaceMemoryTest, AReturningApplicationGetsItsPlaceInItsFolderAgain) {
     items_ = {folderOf(u"Games"_s, {u"z"_s, u"y"_s, u"x"_s}), appNamed(u"a"_s)};
     scan({u"a"_s, u"x"_s, u"z"_s});
     EXPECT_EQ(layout(), u"Games(z x) a");
@@ -94,11 +94,11 @@ TEST_F(PlaceMemoryTest, ItComesBackIntoItsFolderBetweenItsNeighbours) {
     EXPECT_EQ(layout(), u"Games(z y x) a");
 }
 
-TEST_F(PlaceMemoryTest, AFolderThatWentIsMadeAgainWithItsNameAndId) {
+TEST_F(PlaceMemoryTest, ARemovedFolderIsMadeAgainWithItsNameAndId) {
     items_ = {appNamed(u"a"_s), folderOf(u"Games"_s, {u"y"_s, u"x"_s}), appNamed(u"b"_s)};
     const QUuid id = items_[1].asFolder()->id;
     scan({u"a"_s, u"b"_s, u"x"_s});
-    // The user takes the last application out: the folder is dissolved.
+    // The user drags the last application out: the folder is dissolved.
     items_ = {appNamed(u"a"_s), appNamed(u"x"_s), appNamed(u"b"_s)};
     scan({u"a"_s, u"b"_s, u"x"_s, u"y"_s});
     EXPECT_EQ(layout(), u"a Games(y) x b");
@@ -113,7 +113,7 @@ TEST_F(PlaceMemoryTest, ARenamedFolderKeepsItsNewName) {
     EXPECT_EQ(layout(), u"Play(y x)");
 }
 
-TEST_F(PlaceMemoryTest, WhateverGoesAndComesBackInWhateverOrderTheLayoutIsTheSameInTheEnd) {
+TEST_F(PlaceMemoryTest, TheLayoutIsTheSameAfterApplicationsWentAndReturnedInAnyOrder) {
     std::mt19937 random(7); // NOLINT(cert-msc51-cpp): the same layouts each time
     const auto below = [&random](qsizetype end) {
         return static_cast<qsizetype>(random() % static_cast<unsigned long>(end));
@@ -146,15 +146,15 @@ TEST_F(PlaceMemoryTest, WhateverGoesAndComesBackInWhateverOrderTheLayoutIsTheSam
     }
 }
 
-TEST_F(PlaceMemoryTest, WhatTheUserArrangedMeanwhileStays) {
+TEST_F(PlaceMemoryTest, TheUsersChangesStay) {
     items_ = {appNamed(u"a"_s), appNamed(u"b"_s), appNamed(u"c"_s), appNamed(u"d"_s)};
     scan({u"a"_s, u"c"_s, u"d"_s});
     items_ = {appNamed(u"d"_s), appNamed(u"c"_s), appNamed(u"a"_s)};
     scan({u"a"_s, u"b"_s, u"c"_s, u"d"_s});
-    EXPECT_EQ(layout(), u"d c a b") << "behind the one that it stood behind";
+    EXPECT_EQ(layout(), u"d c a b") << "after its previous neighbour";
 }
 
-TEST_F(PlaceMemoryTest, WithoutItsNeighboursItTakesTheNumberOfItsPlace) {
+TEST_F(PlaceMemoryTest, WithoutNeighboursAnApplicationReturnsToItsIndex) {
     items_ = {appNamed(u"a"_s), appNamed(u"b"_s), appNamed(u"c"_s)};
     scan({u"a"_s, u"c"_s});
     items_ = {appNamed(u"x"_s), appNamed(u"y"_s), appNamed(u"z"_s)};
@@ -162,7 +162,7 @@ TEST_F(PlaceMemoryTest, WithoutItsNeighboursItTakesTheNumberOfItsPlace) {
     EXPECT_EQ(layout(), u"x b y z");
 }
 
-TEST_F(PlaceMemoryTest, AnApplicationThatComesBackElsewhereIsKnownByItsFileName) {
+TEST_F(PlaceMemoryTest, AnApplicationReturningElsewhereIsRecognisedByItsFileName) {
     items_ = {appNamed(u"b"_s), appNamed(u"a"_s)};
     scan({u"a"_s});
     installed_.push_back({u"/home/me/Applications/b.app"_s, u"b"_s});
@@ -171,7 +171,7 @@ TEST_F(PlaceMemoryTest, AnApplicationThatComesBackElsewhereIsKnownByItsFileName)
     EXPECT_TRUE(memory_.remembered().empty());
 }
 
-TEST_F(PlaceMemoryTest, AnApplicationThatMovesOnTheDiskIsNotRemembered) {
+TEST_F(PlaceMemoryTest, AMovedApplicationIsNotRemembered) {
     items_ = {appNamed(u"b"_s), appNamed(u"a"_s)};
     installed_ = {{u"/home/me/Applications/b.app"_s, u"b"_s}, {placePath(u"a"_s), u"a"_s}};
     scan();
@@ -179,7 +179,7 @@ TEST_F(PlaceMemoryTest, AnApplicationThatMovesOnTheDiskIsNotRemembered) {
     EXPECT_TRUE(memory_.remembered().empty());
 }
 
-TEST_F(PlaceMemoryTest, ANewFileThatAnApplicationMovedToIsNotTakenForOneThatCameBack) {
+TEST_F(PlaceMemoryTest, TheNewPathOfAMovedApplicationIsNoReturn) {
     const LaunchItem other = LaunchItem::app(u"/opt/b.app"_s);
     items_ = {other, appNamed(u"a"_s)};
     scan({u"a"_s});
@@ -190,7 +190,7 @@ TEST_F(PlaceMemoryTest, ANewFileThatAnApplicationMovedToIsNotTakenForOneThatCame
     EXPECT_EQ(items_, (LaunchItems{appNamed(u"a"_s), LaunchItem::app(u"/home/me/b.app"_s)}));
 }
 
-TEST_F(PlaceMemoryTest, NeighboursThatMovedOrCameBackElsewhereAreStillNeighbours) {
+TEST_F(PlaceMemoryTest, MovedNeighboursAreStillNeighbours) {
     items_ = {appNamed(u"x"_s), appNamed(u"a"_s), appNamed(u"b"_s), appNamed(u"y"_s)};
     scan({u"x"_s, u"y"_s});
     installed_.push_back({u"/opt/a.app"_s, u"a"_s});
@@ -210,7 +210,7 @@ TEST_F(PlaceMemoryTest, APlaceIsForgottenAfterNinetyDays) {
         PlaceMemory(kept, now_ + PlaceMemory::longest + std::chrono::seconds(1)).remembered().empty());
 }
 
-TEST_F(PlaceMemoryTest, AClockThatWasWrongDoesNotKeepAPlaceForever) {
+TEST_F(PlaceMemoryTest, AWrongClockDoesNotKeepAPlaceForever) {
     items_ = {appNamed(u"b"_s), appNamed(u"a"_s)};
     now_ += std::chrono::days(3650);
     scan({u"a"_s});
@@ -219,7 +219,7 @@ TEST_F(PlaceMemoryTest, AClockThatWasWrongDoesNotKeepAPlaceForever) {
     EXPECT_EQ(later.remembered()[0].since, now_ - std::chrono::days(3650));
 }
 
-TEST_F(PlaceMemoryTest, OfTooManyTheOldestAreForgotten) {
+TEST_F(PlaceMemoryTest, TheOldestOfTooManyPlacesAreForgotten) {
     for (std::size_t i = 0; i < PlaceMemory::mostApplications; ++i) {
         items_.push_back(appNamed(u"early%1"_s.arg(i)));
     }
@@ -232,10 +232,10 @@ TEST_F(PlaceMemoryTest, OfTooManyTheOldestAreForgotten) {
     EXPECT_EQ(layout(), u"late1 late2");
 }
 
-TEST_F(PlaceMemoryTest, APlaceOfAnApplicationThatIsInTheLayoutCountsNoLonger) {
+TEST_F(PlaceMemoryTest, ThePlaceOfAnApplicationInTheLayoutIsForgotten) {
     items_ = {folderOf(u"Games"_s, {u"a"_s, u"b"_s}), appNamed(u"c"_s)};
     scan({u"b"_s, u"c"_s});
-    const auto stale = memory_.remembered(); // as a file that was not written since
+    const auto stale = memory_.remembered(); // as in a file that was not written since
     scan({u"a"_s, u"b"_s, u"c"_s});
     items_ = {appNamed(u"c"_s), appNamed(u"a"_s), folderOf(u"Other"_s, {u"b"_s})};
     memory_ = PlaceMemory(stale, now_);
@@ -244,7 +244,7 @@ TEST_F(PlaceMemoryTest, APlaceOfAnApplicationThatIsInTheLayoutCountsNoLonger) {
     EXPECT_EQ(layout(), u"c a Other(b)");
 }
 
-TEST_F(PlaceMemoryTest, PlacesThatContradictEachOtherDoNoHarm) {
+TEST_F(PlaceMemoryTest, ContradictoryPlacesAreHarmless) {
     const auto place = [](const QString& id, const QString& after, const QString& before) {
         return RememberedItem{.id = id, .after = after, .before = before, .index = -7};
     };

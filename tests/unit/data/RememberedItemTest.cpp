@@ -18,18 +18,18 @@ std::vector<RememberedItem> somePlaces() {
 
 } // namespace
 
-TEST(RememberedItem, PlacesAreReadAsTheyWereWritten) {
+TEST(RememberedItem, PlacesAreReadBackUnchanged) {
     EXPECT_EQ(decodePlaces(encodePlaces(somePlaces())), somePlaces());
     EXPECT_EQ(decodePlaces(encodePlaces({})), std::vector<RememberedItem>());
 }
 
-TEST(RememberedItem, TheTextIsAsItIsDocumented) {
+TEST(RememberedItem, TheTextHasTheDocumentedForm) {
     EXPECT_EQ(encodePlaces({somePlaces()[1]}),
               R"({"places":[{"app":"\/x.app","after":"a:\/w.app","before":"a:\/y.app","index":3,)"
               R"("since":"2023-11-14T22:13:20Z"}]})");
 }
 
-TEST(RememberedItem, WhatIsNoSuchTextIsNone) {
+TEST(RememberedItem, AnyOtherTextIsRefused) {
     const QByteArray whole = encodePlaces(somePlaces());
     for (const QByteArray& text :
          {QByteArray(), QByteArray("[]"), QByteArray("{}"), QByteArray("7"), whole + "x", whole.chopped(1)}) {
@@ -37,7 +37,7 @@ TEST(RememberedItem, WhatIsNoSuchTextIsNone) {
     }
 }
 
-TEST(RememberedItem, PlacesThatMakeNoSenseAreLeftOut) {
+TEST(RememberedItem, InvalidPlacesAreSkipped) {
     const char* const text =
         R"({"places":[{"app":"/a","since":"yesterday"},{"app":"/b"},{"since":"2023-11-14T22:13:20Z"},7,[],
            {"folder":"no","since":"2023-11-14T22:13:20Z"},{"app":"","since":"2023-11-14T22:13:20Z"},

@@ -26,17 +26,17 @@ QStringList found(const QStringList& names, const QString& text,
 
 } // namespace
 
-TEST(SearchIndex, NamesThatStartWithTheTextComeBeforeThoseThatOnlyHoldIt) {
+TEST(SearchIndex, NamesThatStartWithTheTextComeFirst) {
     EXPECT_EQ(found({u"Sticky Notes"_s, u"Notes"_s, u"Chess"_s, u"Notebook"_s}, u"note"_s),
               (QStringList{u"Notebook"_s, u"Notes"_s, u"Sticky Notes"_s}));
 }
 
-TEST(SearchIndex, ANameStartsWithTheTextAsItReadsInLowerCase) {
+TEST(SearchIndex, TheStartOfANameIsComparedInLowerCase) {
     EXPECT_EQ(found({u"Straße"_s, u"Strasse"_s, u"A Strasse"_s}, u"stras"_s),
               (QStringList{u"Strasse"_s, u"A Strasse"_s, u"Straße"_s}));
 }
 
-TEST(SearchIndex, EachKindIsInTheOrderOfNamesWithDigitsAsNumbers) {
+TEST(SearchIndex, BothGroupsAreInTheOrderOfNames) {
     EXPECT_EQ(found({u"My App 10"_s, u"App 10"_s, u"My App 9"_s, u"App 9"_s}, u"app"_s),
               (QStringList{u"App 9"_s, u"App 10"_s, u"My App 9"_s, u"My App 10"_s}));
 }
@@ -47,7 +47,7 @@ TEST(SearchIndex, EqualNamesKeepTheOrderOfTheApplications) {
     EXPECT_EQ(index.find(u"same"_s), (std::vector<std::size_t>{0, 1, 2}));
 }
 
-TEST(SearchIndex, LetterCaseDoesNotMatterInAnyAlphabet) {
+TEST(SearchIndex, LetterCaseIsIgnoredInAnyAlphabet) {
     EXPECT_EQ(found({u"Écran"_s, u"ТЕРМИНАЛ"_s, u"Straße"_s}, u"éCRAN"_s), QStringList{u"Écran"_s});
     EXPECT_EQ(found({u"Écran"_s, u"ТЕРМИНАЛ"_s, u"Straße"_s}, u"терминал"_s), QStringList{u"ТЕРМИНАЛ"_s});
     EXPECT_EQ(found({u"Écran"_s, u"ТЕРМИНАЛ"_s, u"Straße"_s}, u"STRASSE"_s), QStringList{u"Straße"_s});
@@ -55,13 +55,13 @@ TEST(SearchIndex, LetterCaseDoesNotMatterInAnyAlphabet) {
     EXPECT_EQ(found({u"İstanbul"_s}, u"İST"_s), QStringList{u"İstanbul"_s});
 }
 
-TEST(SearchIndex, AnAccentMakesAnotherLetterHoweverItIsSpelled) {
+TEST(SearchIndex, AnAccentedLetterDiffersInBothUnicodeForms) {
     EXPECT_EQ(found({u"Cafe\u0301"_s, u"Cafeteria"_s}, u"caf\u00e9"_s), QStringList{u"Cafe\u0301"_s});
     EXPECT_EQ(found({u"Caf\u00e9"_s}, u"cafe\u0301"_s), QStringList{u"Caf\u00e9"_s});
     EXPECT_EQ(found({u"Caf\u00e9"_s}, u"cafe"_s), QStringList());
 }
 
-TEST(SearchIndex, TheDotOnAnIMakesTwoLettersInTurkishAndOneElsewhere) {
+TEST(SearchIndex, DottedAndDotlessIDifferOnlyInTurkish) {
     const QStringList names = {u"Işık"_s, u"İstanbul"_s, u"internet"_s};
     const QLocale turkish(QLocale::Turkish);
     EXPECT_EQ(found(names, u"i"_s, turkish), (QStringList{u"internet"_s, u"İstanbul"_s}));
@@ -71,29 +71,29 @@ TEST(SearchIndex, TheDotOnAnIMakesTwoLettersInTurkishAndOneElsewhere) {
     EXPECT_EQ(found({u"internet"_s}, u"INTERNET"_s), QStringList{u"internet"_s});
 }
 
-TEST(SearchIndex, WhiteSpaceAroundTheTextDoesNotCountAndWithinItDoes) {
+TEST(SearchIndex, OnlyWhiteSpaceAroundTheTextIsIgnored) {
     EXPECT_EQ(found({u"Notes Viewer"_s, u"NotesViewer"_s}, u" \t\n\u3000notes v \u00a0"_s),
               QStringList{u"Notes Viewer"_s});
 }
 
-TEST(SearchIndex, NothingButWhiteSpaceFindsNothing) {
+TEST(SearchIndex, WhiteSpaceAloneFindsNothing) {
     EXPECT_EQ(found({u"Notes"_s, u" "_s, u""_s}, QString()), QStringList());
     EXPECT_EQ(found({u"Notes"_s, u" "_s, u""_s}, u" \n\u2028 "_s), QStringList());
 }
 
-TEST(SearchIndex, PathsTakeNoPart) {
+TEST(SearchIndex, PathsAreNotSearched) {
     EXPECT_EQ(found({u"Chess"_s}, u"note"_s), QStringList());
     EXPECT_EQ(found({u"Chess"_s}, u".app"_s), QStringList());
 }
 
-TEST(SearchIndex, TextThatRunsFromOneNameIntoTheNextIsInNeither) {
+TEST(SearchIndex, AMatchAcrossTwoNamesDoesNotCount) {
     EXPECT_EQ(found({u"ab"_s, u"cd"_s, u"d"_s}, u"bc"_s), QStringList());
     EXPECT_EQ(found({u"aa"_s, u"ab"_s}, u"aaa"_s), QStringList());
-    // The search goes on right behind the place where it was misled.
+    // After a match across two names the search continues at the next byte.
     EXPECT_EQ(found({u"xa"_s, u"aab"_s}, u"aab"_s), QStringList{u"aab"_s});
 }
 
-TEST(SearchIndex, TheCLocaleSearchesAsEnglishDoes) {
+TEST(SearchIndex, TheCLocaleSearchesLikeEnglish) {
     const QStringList names = {u"b Éa"_s, u"App 10"_s, u"app 9"_s, u"Écran"_s};
     for (const QString& text : {u"a"_s, u"é"_s, u"APP"_s}) {
         EXPECT_EQ(found(names, text, QLocale::c()), found(names, text, QLocale(QLocale::English)));
@@ -106,7 +106,7 @@ TEST(SearchIndex, AnEmptyIndexFindsNothing) {
     EXPECT_EQ(found({}, u"a"_s), QStringList());
 }
 
-TEST(SearchIndex, FindsWhatAComparisonOfEachNameFinds) {
+TEST(SearchIndex, FindsTheSameAsAComparisonOfEachName) {
     std::mt19937 random(7);
     const QString letters = u"aAbB é\u00c9ßſΣς9İ🙂"_s;
     const auto below = [&random](qsizetype limit) {

@@ -10,31 +10,31 @@
 
 namespace amberquill::desktop {
 
-// Preferences in one file that holds one JSON object (RFC 8259). Read once; what is set is written soon, away
-// from the main thread and values set together in one write, and the keys that the program does not know
-// stay. A file that is there but cannot be read as such an object (over a mebibyte, cut off, another kind of
-// value) means defaults, and is set aside before the first write takes its place. A file that is read late is
-// not written before; what is set meanwhile is kept over what it holds.
+// Preferences in a file with one JSON object (RFC 8259). The file is read once. Changes are written soon, on
+// another thread; values that are set together are one write. Unknown keys are kept. A file that cannot be
+// read as such an object (larger than a mebibyte, truncated, another kind of value) gives defaults, and is
+// set aside before the first write. A file that is read late is not written before that; values that were set
+// meanwhile take precedence over the file's.
 class JsonPreferences final : public Preferences {
 public:
-    // What the file holds.
+    // The content of the file.
     struct Content {
-        std::optional<QByteArray> text; // none: there is no file, or no such object in it
+        std::optional<QByteArray> text; // none: no file, or no such object in it
         QJsonObject values;
     };
 
     // Safe on any thread. `path` is absolute.
     [[nodiscard]] static Content read(const FileSystem& files, const QString& path);
 
-    // None: `takeLate` will bring it. `files` outlives this object.
+    // No content: `takeLate` will pass it. `files` outlives this object.
     JsonPreferences(FileSystem& files, QString path, std::optional<Content> content);
     JsonPreferences(FileSystem& files, const QString& path)
         : JsonPreferences(files, path, read(files, path)) {}
 
-    // Once, what the file held that was read late.
+    // Takes the content of a file that was read late. Called once.
     void takeLate(Content content);
 
-    // What is set is written from now on, and what was set before. `queue` outlives this object's use.
+    // Starts writing, also of the values that have been set before. `queue` outlives this object's use.
     void writeOn(MainQueue& queue);
 
     [[nodiscard]] std::optional<int> integer(const QString& key) const override;
@@ -56,11 +56,11 @@ private:
     FileSystem& files_;
     QString path_;
     QJsonObject values_;
-    std::optional<QByteArray> read_; // none: there was no file, or no such object in it, or it is late
+    std::optional<QByteArray> read_; // the file's text; none: no file, no such object, or not read yet
     bool isLate_;
-    QHash<QString, QJsonValue> sets_; // while it is late, by key; undefined: removed
-    std::optional<WriteBehind> file_; // none: values are not written yet
-    bool isChanged_ = false;          // there are other values than were read
+    QHash<QString, QJsonValue> sets_; // set before the file was read, by key; undefined: removed
+    std::optional<WriteBehind> file_; // none: writing has not started
+    bool isChanged_ = false;          // the values differ from the file's
 };
 
 } // namespace amberquill::desktop

@@ -27,7 +27,7 @@ protected:
 
 } // namespace
 
-TEST_F(LeftoverFiles, OfKilledSavesAreRemoved) {
+TEST_F(LeftoverFiles, FilesOfKilledSavesAreRemoved) {
     const std::array names = {".amberquill-0123456789abcdef", ".amberquill-Xy1zAb", ".amberquill-abcde7"};
     for (const char* const name : names) {
         tree_.write(fs::path("data") / name, "half a lay");
@@ -36,7 +36,7 @@ TEST_F(LeftoverFiles, OfKilledSavesAreRemoved) {
     EXPECT_TRUE(fs::is_empty(tree_.at("data")));
 }
 
-TEST_F(LeftoverFiles, WhatIsNotCertainlyOneStays) {
+TEST_F(LeftoverFiles, OtherFilesAreNotRemoved) {
     const std::array names = {"layout.json",
                               ".amberquill-",
                               ".amberquill-config",
@@ -62,7 +62,7 @@ TEST_F(LeftoverFiles, WhatIsNotCertainlyOneStays) {
     }
 }
 
-TEST_F(LeftoverFiles, AnothersFileStays) {
+TEST_F(LeftoverFiles, AFileOfAnotherUserIsNotRemoved) {
     tree_.write("data/.amberquill-0123456789abcdef", "content");
     if (::chown(tree_.at("data/.amberquill-0123456789abcdef").c_str(), 65534, 65534) != 0) {
         GTEST_SKIP() << "only root can give files away";
@@ -71,7 +71,7 @@ TEST_F(LeftoverFiles, AnothersFileStays) {
     EXPECT_TRUE(exists(".amberquill-0123456789abcdef"));
 }
 
-TEST_F(LeftoverFiles, AFileThatIsBeingWrittenStays) {
+TEST_F(LeftoverFiles, AFileThatIsBeingWrittenIsNotRemoved) {
     tree_.makeFolder("data");
     auto file = makeTemporaryFile(folder(), 0600);
     ASSERT_TRUE(file);
@@ -82,7 +82,7 @@ TEST_F(LeftoverFiles, AFileThatIsBeingWrittenStays) {
     EXPECT_FALSE(fs::exists(file->path.constData()));
 }
 
-TEST_F(LeftoverFiles, NoSaveFailsBecauseTheyAreRemovedMeanwhile) {
+TEST_F(LeftoverFiles, RemovingLeftoversDoesNotDisturbASave) {
     tree_.makeFolder("data");
     std::atomic<bool> stop = false;
     std::thread remover([&] {
@@ -101,7 +101,7 @@ TEST_F(LeftoverFiles, NoSaveFailsBecauseTheyAreRemovedMeanwhile) {
     EXPECT_EQ(tree_.read("data/layout.json"), "499");
 }
 
-TEST_F(LeftoverFiles, AMissingFolderIsNoMatter) {
+TEST_F(LeftoverFiles, AMissingFolderIsIgnored) {
     removeLeftoverFiles(folder());
     EXPECT_FALSE(fs::exists(tree_.at("data")));
 }

@@ -25,7 +25,7 @@ protected:
         return {files_, path};
     }
 
-    // What the file holds once everything is written.
+    // The content of the file after all writes.
     [[nodiscard]] QJsonObject written() {
         queue_.runPosted();
         return QJsonDocument::fromJson(files_.file(path).value_or(QByteArray())).object();
@@ -37,7 +37,7 @@ protected:
 
 } // namespace
 
-TEST_F(JsonPreferencesTest, EachTypeIsReadAsItself) {
+TEST_F(JsonPreferencesTest, EachTypeIsRead) {
     const JsonPreferences preferences =
         preferencesOf(R"({"i": 42, "n": -7, "b": true, "f": false, "s": "text"})");
     EXPECT_EQ(preferences.integer(u"i"_s), 42);
@@ -47,7 +47,7 @@ TEST_F(JsonPreferencesTest, EachTypeIsReadAsItself) {
     EXPECT_EQ(preferences.string(u"s"_s), u"text"_s);
 }
 
-TEST_F(JsonPreferencesTest, AnotherTypeThanAskedForReadsAsAbsent) {
+TEST_F(JsonPreferencesTest, AValueOfAnotherTypeIsReadAsAbsent) {
     const JsonPreferences preferences =
         preferencesOf(R"({"i": 1, "b": true, "s": "1", "null": null, "list": [1], "object": {"i": 1}})");
     for (const QString& key : {u"b"_s, u"s"_s, u"null"_s, u"list"_s, u"object"_s, u"missing"_s}) {
@@ -73,7 +73,7 @@ TEST_F(JsonPreferencesTest, OnlyWholeNumbersInRangeAreIntegers) {
     }
 }
 
-TEST_F(JsonPreferencesTest, AFileThatIsReadLateIsNotWrittenBeforeAndWhatIsSetMeanwhileIsKeptOverIt) {
+TEST_F(JsonPreferencesTest, ALateFileIsNotWrittenEarlyAndEarlierSetValuesTakePrecedence) {
     const QByteArray stored = R"({"i": 1, "kept": 2, "removed": 3})";
     files_.addFile(path, stored);
     JsonPreferences preferences(files_, path, std::nullopt);
@@ -93,7 +93,7 @@ TEST_F(JsonPreferencesTest, AFileThatIsReadLateIsNotWrittenBeforeAndWhatIsSetMea
     EXPECT_EQ(files_.file(asidePath), std::nullopt) << "a file that was read needs no copy";
 }
 
-TEST_F(JsonPreferencesTest, AFileThatIsReadLateIsLeftAloneWhereNothingWasSet) {
+TEST_F(JsonPreferencesTest, ALateFileIsNotWrittenIfNothingWasSet) {
     const QByteArray stored = R"({"i": 1})";
     files_.addFile(path, stored);
     JsonPreferences preferences(files_, path, std::nullopt);
@@ -105,7 +105,7 @@ TEST_F(JsonPreferencesTest, AFileThatIsReadLateIsLeftAloneWhereNothingWasSet) {
     EXPECT_EQ(files_.file(path), stored);
 }
 
-TEST_F(JsonPreferencesTest, AnUnreadableFileThatIsReadLateIsSetAside) {
+TEST_F(JsonPreferencesTest, ALateUnreadableFileIsSetAside) {
     files_.addFile(path, "[1]");
     JsonPreferences preferences(files_, path, std::nullopt);
     preferences.writeOn(queue_);
@@ -115,7 +115,7 @@ TEST_F(JsonPreferencesTest, AnUnreadableFileThatIsReadLateIsSetAside) {
     EXPECT_EQ(files_.file(asidePath), "[1]");
 }
 
-TEST_F(JsonPreferencesTest, AValueThatIsSetIsReadBackAtOnceAndWrittenWithTheOthersAfterwards) {
+TEST_F(JsonPreferencesTest, ASetValueIsReadBackAtOnceAndWrittenLaterWithTheOthers) {
     JsonPreferences preferences(files_, path);
     preferences.writeOn(queue_);
     preferences.setInteger(u"i"_s, 5);
@@ -140,7 +140,7 @@ TEST_F(JsonPreferencesTest, AFlushWritesAtOnce) {
     EXPECT_EQ(JsonPreferences(files_, path).integer(u"i"_s), 5);
 }
 
-TEST_F(JsonPreferencesTest, WhatIsSetBeforeThereIsAQueueIsWrittenThen) {
+TEST_F(JsonPreferencesTest, ValuesSetBeforeThereIsAQueueAreWrittenThen) {
     JsonPreferences preferences(files_, path);
     preferences.setInteger(u"i"_s, 5);
     preferences.flush();
@@ -184,7 +184,7 @@ TEST_F(JsonPreferencesTest, UnknownKeysAreKept) {
     EXPECT_EQ(files_.file(asidePath), std::nullopt);
 }
 
-TEST_F(JsonPreferencesTest, WithoutAFileThereAreDefaultsAndNothingIsSetAside) {
+TEST_F(JsonPreferencesTest, AMissingFileGivesDefaultsAndIsNotSetAside) {
     JsonPreferences preferences(files_, path);
     preferences.writeOn(queue_);
     EXPECT_EQ(preferences.integer(u"i"_s), std::nullopt);
@@ -194,7 +194,7 @@ TEST_F(JsonPreferencesTest, WithoutAFileThereAreDefaultsAndNothingIsSetAside) {
     EXPECT_EQ(files_.paths(), QStringList{path});
 }
 
-TEST_F(JsonPreferencesTest, AFileThatCannotBeReadMeansDefaultsAndIsSetAsideBeforeTheFirstWrite) {
+TEST_F(JsonPreferencesTest, AnUnreadableFileGivesDefaultsAndIsSetAsideBeforeTheFirstWrite) {
     const QByteArray oversize = R"({"i": 1, "pad": ")" + QByteArray(qsizetype{1024} * 1024, 'x') + R"("})";
     const QByteArray deep = QByteArray(2000, '[') + QByteArray(2000, ']');
     for (const QByteArray& broken :
@@ -205,7 +205,7 @@ TEST_F(JsonPreferencesTest, AFileThatCannotBeReadMeansDefaultsAndIsSetAsideBefor
         JsonPreferences preferences(files, path);
         preferences.writeOn(queue_);
         EXPECT_EQ(preferences.integer(u"i"_s), std::nullopt) << broken.left(30).toStdString();
-        EXPECT_EQ(files.file(path), broken); // untouched until something is to be kept
+        EXPECT_EQ(files.file(path), broken); // untouched until a value is set
         preferences.setInteger(u"other"_s, 2);
         preferences.flush();
         preferences.setInteger(u"other"_s, 3);
@@ -216,7 +216,7 @@ TEST_F(JsonPreferencesTest, AFileThatCannotBeReadMeansDefaultsAndIsSetAsideBefor
     }
 }
 
-TEST_F(JsonPreferencesTest, WhatCannotBeWrittenHoldsInMemoryAndIsWrittenWithTheNext) {
+TEST_F(JsonPreferencesTest, AValueThatCannotBeWrittenIsKeptAndWrittenWithTheNext) {
     JsonPreferences preferences(files_, path);
     preferences.writeOn(queue_);
     files_.refuseWrites(true);
@@ -229,7 +229,7 @@ TEST_F(JsonPreferencesTest, WhatCannotBeWrittenHoldsInMemoryAndIsWrittenWithTheN
     EXPECT_EQ(written(), (QJsonObject{{u"first"_s, 1}, {u"second"_s, true}}));
 }
 
-TEST_F(JsonPreferencesTest, OnTheDiskTheFolderIsMadeAndTheBrokenFileStaysBeside) {
+TEST_F(JsonPreferencesTest, OnDiskTheFolderIsMadeAndTheBrokenFileIsKept) {
     const TemporaryTree tree;
     PosixFileSystem files;
     const auto set = [&](const QString& key) {
@@ -246,7 +246,7 @@ TEST_F(JsonPreferencesTest, OnTheDiskTheFolderIsMadeAndTheBrokenFileStaysBeside)
     EXPECT_EQ(tree.read("Amberquill/preferences.json.unreadable-1"), "{");
 }
 
-TEST_F(JsonPreferencesTest, AListOfTextsIsReadAsOneAndAnythingElseAsAbsent) {
+TEST_F(JsonPreferencesTest, OnlyAListOfTextsIsReadAsAList) {
     const JsonPreferences preferences =
         preferencesOf(R"({"texts": ["ja", "en"], "none": [], "mixed": ["ja", 1], "text": "ja"})");
     EXPECT_EQ(preferences.stringList(u"texts"_s), (QStringList{u"ja"_s, u"en"_s}));
@@ -256,7 +256,7 @@ TEST_F(JsonPreferencesTest, AListOfTextsIsReadAsOneAndAnythingElseAsAbsent) {
     }
 }
 
-TEST_F(JsonPreferencesTest, AListIsWrittenAndAKeyThatIsRemovedIsGoneFromTheFile) {
+TEST_F(JsonPreferencesTest, AListIsWrittenAndARemovedKeyIsNotInTheFile) {
     JsonPreferences preferences = preferencesOf(R"({"other": 1})");
     preferences.writeOn(queue_);
     preferences.setStringList(u"list"_s, {u"ja"_s});
@@ -266,7 +266,7 @@ TEST_F(JsonPreferencesTest, AListIsWrittenAndAKeyThatIsRemovedIsGoneFromTheFile)
     EXPECT_EQ(preferences.stringList(u"list"_s), std::nullopt);
 }
 
-TEST_F(JsonPreferencesTest, WhatTheFileHoldsAlreadyIsNotWrittenAgain) {
+TEST_F(JsonPreferencesTest, UnchangedContentIsNotWritten) {
     JsonPreferences preferences = preferencesOf(R"({"i": 1, "s": "x", "list": ["a"]})");
     preferences.writeOn(queue_);
     preferences.setInteger(u"i"_s, 1);
