@@ -5,6 +5,7 @@
 #include "platform/linux/environment/BaseFolders.h"
 #include "platform/linux/files/RegularFile.h"
 
+#include <QLoggingCategory>
 #include <cstdint>
 #include <cstdlib>
 #include <fcntl.h>
@@ -15,12 +16,14 @@
 namespace amberquill::desktop {
 namespace {
 
+Q_LOGGING_CATEGORY(bundlesLog, "amberquill.bundles", QtCriticalMsg)
+
 struct FreeList {
     void operator()(plist_t list) const { plist_free(list); }
 };
 using List = std::unique_ptr<std::remove_pointer_t<plist_t>, FreeList>;
 
-// The dictionary that an information property list is, or null.
+// A property list's top dictionary. Null: unsafe, broken, or not a dictionary.
 List parseDictionary(QByteArrayView bytes) {
     if (!isSafePropertyList(bytes)) {
         return {};
@@ -40,7 +43,7 @@ QString textOf(plist_t value) {
     if (value == nullptr || plist_get_node_type(value) != PLIST_STRING) {
         return {};
     }
-    // Not its value function, which ends the program over a text with a NUL in it.
+    // Not plist_get_string_val(), which aborts on a text with a NUL in it.
     std::uint64_t size = 0;
     const char* const text = plist_get_string_ptr(value, &size);
     const QByteArrayView bytes(text, text == nullptr ? 0 : static_cast<qsizetype>(size));
@@ -51,7 +54,7 @@ QString textOf(const List& list, const char* key) {
     return textOf(plist_dict_get_item(list.get(), key));
 }
 
-// A name in the bundle's own folders, which a path could lead out of.
+// A bare file name. A path could lead out of the bundle, so it counts as absent.
 QString fileNameOf(const List& list, const char* key) {
     const QString name = textOf(list, key);
     const bool isName =
@@ -117,7 +120,11 @@ std::optional<BundlePropertyList> readBundlePropertyList(const QString& bundlePa
             list->gnustep = gnustep;
             return list;
         }
+        if (bytes) {
+            qCDebug(bundlesLog) << "property list refused:" << file;
+        }
     }
+    qCDebug(bundlesLog) << "not a bundle:" << *folder;
     return std::nullopt;
 }
 

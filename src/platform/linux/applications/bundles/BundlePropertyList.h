@@ -1,3 +1,15 @@
+// applications/bundles/: application bundles (`*.app` folders) and their property lists. Answers a bundle's
+// identifier, its executable and its icon's file name, and the values of the launcher's own Info.plist.
+//
+// - BundlePropertyList reads a bundle's Info.plist, by libplist: begin reading here.
+// - PropertyListGuard refuses a list that is too large, too deep or too much unfolded, before libplist sees
+// it.
+// - PropertyListMainBundle has the launcher's own values, such as its version and the address of the feed.
+//
+// A list has at most 1 MiB, 64 levels and 20,000 values. File names from a list are bare names, so that none
+// leads out of the bundle. Whatever cannot be read counts as absent; the log category amberquill.bundles
+// names each list that was refused. Which folders are bundles, and their order, is decided by the scanner in
+// data/.
 #pragma once
 
 #include "platform/BundleInformation.h"

@@ -11,18 +11,18 @@ constexpr int maximumDepth = 64;
 constexpr qsizetype maximumValues = 20'000;                            // each copy counted
 constexpr qsizetype maximumUnfoldedBytes = qsizetype{4} * 1024 * 1024; // of texts and data, each copy counted
 constexpr int maximumXmlContainers = 4096;
-constexpr qsizetype maximumXmlEntities = 2000; // the reader moves the rest of a text forward for each
+constexpr qsizetype maximumXmlEntities = 2000; // the parser moves the rest of a text for each
 
 constexpr QByteArrayView binaryHeader("bplist00");
 constexpr qsizetype trailerSize = 32;
 
-// Goes through a binary list as its reader will, copies and all, and gives up where that is too much.
+// Walks a binary list as its parser does, visiting shared values each time, and stops over a bound.
 class BinaryList {
 public:
     explicit BinaryList(QByteArrayView bytes)
         : bytes_(bytes) {}
 
-    bool isHarmless() {
+    bool isSafe() {
         if (bytes_.size() < binaryHeader.size() + trailerSize) {
             return false;
         }
@@ -44,7 +44,7 @@ public:
     }
 
 private:
-    // A big-endian number, or none: it stands outside the list or is larger than any place in one.
+    // A big-endian number. None: outside of the list, or larger than any offset.
     [[nodiscard]] std::optional<qsizetype> number(qsizetype at, qsizetype size) const {
         if (at < 0 || at > bytes_.size() - size) {
             return std::nullopt;
@@ -59,7 +59,7 @@ private:
         return static_cast<qsizetype>(value);
     }
 
-    // How many bytes, letters or values follow, moving `at` to the first of them.
+    // The number of bytes, letters or values that follow. Moves `at` to the first one.
     [[nodiscard]] std::optional<qsizetype> count(unsigned low, qsizetype& at) const {
         constexpr unsigned countFollows = 0x0F;
         ++at;
@@ -144,10 +144,10 @@ private:
     qsizetype bytesLeft_ = maximumUnfoldedBytes;
 };
 
-// Nothing can be nested deeper than there are opening tags of dictionaries and arrays; to count them needs no
-// notion of comments or quoted text that the reader might see otherwise. (A few other tags share their first
-// letters. All the better for speed that they are counted along.)
-bool isHarmlessXml(QByteArrayView bytes) {
+// The depth is at most the number of opening tags of dictionaries and arrays. Counting tags needs no parsing
+// of comments or quoted text, in which this code and the parser could differ. Other tags with the same first
+// letters are counted too.
+bool isSafeXml(QByteArrayView bytes) {
     if (std::count(bytes.begin(), bytes.end(), '&') > maximumXmlEntities) {
         return false;
     }
@@ -175,7 +175,7 @@ bool isSafePropertyList(QByteArrayView bytes) {
     if (bytes.isEmpty() || bytes.size() > maximumPropertyListBytes) {
         return false;
     }
-    return isBinaryPropertyList(bytes) ? BinaryList(bytes).isHarmless() : isHarmlessXml(bytes);
+    return isBinaryPropertyList(bytes) ? BinaryList(bytes).isSafe() : isSafeXml(bytes);
 }
 
 } // namespace amberquill::desktop

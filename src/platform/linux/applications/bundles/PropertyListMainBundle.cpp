@@ -5,9 +5,15 @@
 #include "platform/linux/files/RegularFile.h"
 
 #include <QDir>
+#include <QLoggingCategory>
 #include <fcntl.h>
 
 namespace amberquill::desktop {
+namespace {
+
+Q_LOGGING_CATEGORY(mainBundleLog, "amberquill.bundles", QtCriticalMsg)
+
+} // namespace
 
 std::optional<QString> PropertyListMainBundle::text(const QString& key) const {
     QByteArray buffer;
@@ -15,6 +21,9 @@ std::optional<QString> PropertyListMainBundle::text(const QString& key) const {
         const auto bytes =
             readRegularFile(AT_FDCWD, path->toUtf8().constData(), maximumPropertyListBytes, buffer);
         texts_ = bytes ? propertyListTexts(*bytes) : std::nullopt;
+        if (bytes && !texts_) {
+            qCDebug(mainBundleLog) << "property list refused:" << *path;
+        }
     }
     if (!texts_) {
         texts_.emplace();

@@ -7,8 +7,8 @@
 
 namespace amberquill::desktop {
 
-// What the first property list says that can be read. Read when it is first asked for anything, once. Main
-// thread only.
+// The launcher's own values, from the first property list that can be read. Read once, at the first question.
+// Main thread only.
 class PropertyListMainBundle final : public MainBundle {
 public:
     // Absolute paths.
@@ -22,8 +22,8 @@ private:
     mutable std::optional<QHash<QString, QString>> texts_;
 };
 
-// Where the launcher's own list may be: in the bundle it runs from (empty: in none), among the data of the
-// folders it is installed in, beside it where it was built. `program` is its path.
+// The candidates for the launcher's own list: in the bundle it runs from (`ownBundle`; empty: none), in the
+// data folder it is installed with, and in a build tree. `program` is the launcher's path.
 [[nodiscard]] QStringList mainBundlePaths(const QString& program, const QString& ownBundle);
 
 } // namespace amberquill::desktop

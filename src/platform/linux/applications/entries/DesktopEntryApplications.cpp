@@ -10,34 +10,50 @@
 
 #include <QLoggingCategory>
 #include <algorithm>
+#include <cerrno>
 #include <fcntl.h>
 
 namespace amberquill::desktop {
 namespace {
 
-Q_LOGGING_CATEGORY(log, "amberquill.entries", QtCriticalMsg)
+Q_LOGGING_CATEGORY(entriesLog, "amberquill.entries", QtCriticalMsg)
 
-// One scan's quick look at an entry: only what decides whether it is listed is made sense of.
+// An entry's name if it is listed, else the reason why not.
+struct ListedName {
+    std::optional<QString> name;
+    const char* reason = nullptr;
+};
+
+// Decides which entries one scan lists. Parses only the values that the decision needs.
 class Listing {
 public:
     explicit Listing(const EntrySettings& settings)
         : settings_(settings)
         , programs_(settings.programFolders) {}
 
-    // The name to list the entry under, or none: it is not to be listed.
-    std::optional<QString> nameToList(QByteArrayView bytes) {
+    ListedName decide(QByteArrayView bytes) {
         const auto tokens = tokenizeEntry(bytes, settings_.locale);
-        if (!tokens || !tokens->isValidApplication() || tokens->isTrue(EntryKey::Hidden) ||
-            tokens->isTrue(EntryKey::NoDisplay) ||
-            !isShownIn(settings_.currentDesktops, tokens->list(EntryKey::OnlyShowIn),
+        if (!tokens) {
+            return {.name = {}, .reason = "not a desktop entry, or over a bound"};
+        }
+        if (const char* const reason = tokens->invalidReason()) {
+            return {.name = {}, .reason = reason};
+        }
+        if (tokens->isTrue(EntryKey::Hidden)) {
+            return {.name = {}, .reason = "Hidden"};
+        }
+        if (tokens->isTrue(EntryKey::NoDisplay)) {
+            return {.name = {}, .reason = "NoDisplay"};
+        }
+        if (!isShownIn(settings_.currentDesktops, tokens->list(EntryKey::OnlyShowIn),
                        tokens->list(EntryKey::NotShowIn))) {
-            return std::nullopt;
+            return {.name = {}, .reason = "not for this desktop"};
         }
         const QString tryExec = tokens->text(EntryKey::TryExec);
         if (!tryExec.isEmpty() && !programs_.isInstalled(tryExec)) {
-            return std::nullopt;
+            return {.name = {}, .reason = "TryExec is not installed"};
         }
-        return tokens->text(EntryKey::Name);
+        return {.name = tokens->text(EntryKey::Name)};
     }
 
 private:
@@ -48,10 +64,10 @@ private:
 struct NamedEntry {
     QByteArray id;
     QString path;
-    std::optional<QString> name; // none: it is not to be listed
+    ListedName listed;
 };
 
-// What one of the folders holds, each id once.
+// The entries of one folder, each id once.
 struct FolderEntries {
     std::vector<NamedEntry> entries;
     ScannedFolders scanned;
@@ -68,8 +84,10 @@ FolderEntries readEntries(const QString& path, const EntrySettings& settings, co
             continue;
         }
         const auto bytes = readRegularFile(folder.get(), entry.file.constData(), maximumEntryBytes, buffer);
-        result.entries.push_back({std::move(entry.id), pathBelow(path, textOfUtf8(entry.file)),
-                                  bytes ? listing.nameToList(*bytes) : std::nullopt});
+        const char* const readError = errno == EFBIG ? "too large" : "cannot be read";
+        result.entries.push_back(
+            {std::move(entry.id), pathBelow(path, textOfUtf8(entry.file)),
+             bytes ? listing.decide(*bytes) : ListedName{.name = {}, .reason = readError}});
     }
     return result;
 }
@@ -110,7 +128,7 @@ std::vector<RegisteredApplication> DesktopEntryApplications::list(ScannedFolders
         [settings = settings_](const QString& folder, const RootReaders::GoOn& goOn) {
             return readEntries(folder, settings, goOn);
         });
-    std::vector<const NamedEntry*> standing;
+    std::vector<const NamedEntry*> candidates;
     for (std::size_t place = 0; place < read.size(); ++place) {
         if (read[place] == nullptr) {
             folders.noteGivenUp(folders_[static_cast<qsizetype>(place)]);
@@ -118,25 +136,25 @@ std::vector<RegisteredApplication> DesktopEntryApplications::list(ScannedFolders
         }
         folders.append(read[place]->scanned);
         for (const NamedEntry& entry : read[place]->entries) {
-            standing.push_back(&entry);
+            candidates.push_back(&entry);
         }
     }
-    // Those of an earlier folder stay before those of a later one.
-    std::stable_sort(standing.begin(), standing.end(),
+    // Stable, so that entries of an earlier folder stay before those of a later one.
+    std::stable_sort(candidates.begin(), candidates.end(),
                      [](const NamedEntry* left, const NamedEntry* right) { return left->id < right->id; });
-    standing.erase(
-        std::unique(standing.begin(), standing.end(),
+    candidates.erase(
+        std::unique(candidates.begin(), candidates.end(),
                     [](const NamedEntry* left, const NamedEntry* right) { return left->id == right->id; }),
-        standing.end());
+        candidates.end());
     std::vector<RegisteredApplication> applications;
-    for (const NamedEntry* entry : standing) {
+    for (const NamedEntry* entry : candidates) {
         if (entry->id == ownDesktopId) {
             continue;
         }
-        if (entry->name) {
-            applications.push_back({entry->path, *entry->name});
+        if (entry->listed.name) {
+            applications.push_back({entry->path, *entry->listed.name});
         } else {
-            qCDebug(log) << "not listed:" << entry->id;
+            qCDebug(entriesLog) << "not listed:" << entry->path << entry->listed.reason;
         }
     }
     return applications;

@@ -29,8 +29,8 @@ public:
     }
 
 private:
-    // `prefix` is the folder's own path below the root, with a slash at its end, or empty; `name` is its path
-    // from the open folder `at`.
+    // `prefix` is the folder's path below the root, empty or with a slash at its end. `name` is its path from
+    // the open folder `at`.
     void enter(int at, const char* name, const QByteArray& prefix) {
         struct stat status = {};
         FileDescriptor descriptor = openFolder(at, name);
@@ -39,11 +39,11 @@ private:
             return;
         }
         const FolderKey key(status.st_dev, status.st_ino);
-        if (std::find(above_.begin(), above_.end(), key) != above_.end() ||
+        if (std::find(ancestors_.begin(), ancestors_.end(), key) != ancestors_.end() ||
             ++visits_[key] > maximumVisitsOfFolder) {
             return;
         }
-        above_.push_back(key);
+        ancestors_.push_back(key);
         FolderReader reader(std::move(descriptor));
         if (reader.isOpen()) {
             readNames(reader, prefix);
@@ -51,7 +51,7 @@ private:
         if (!reader.isOpen() || reader.failed()) {
             noteFailure(prefix, EIO);
         }
-        above_.pop_back();
+        ancestors_.pop_back();
     }
 
     void noteFailure(const QByteArray& prefix, int error) {
@@ -64,7 +64,7 @@ private:
         while (const auto child = reader.next()) {
             const bool isNamedEntry = child->nameView().ends_with(entryFileExtension);
             const unsigned char type = targetType(reader, *child);
-            if (type == DT_DIR && !isNamedEntry && above_.size() <= maximumEntryDepth) {
+            if (type == DT_DIR && !isNamedEntry && ancestors_.size() <= maximumEntryDepth) {
                 enter(reader.descriptor(), child->name, prefix + child->name + '/');
             } else if (type != DT_DIR && type != DT_UNKNOWN && isNamedEntry) {
                 add(prefix.isEmpty() ? QByteArray(child->name) : prefix + child->name);
@@ -72,7 +72,7 @@ private:
         }
     }
 
-    // What the child is; of a link, what it leads to. DT_UNKNOWN: it leads nowhere.
+    // The child's type; for a link, its target's. DT_UNKNOWN: a dangling link.
     static unsigned char targetType(const FolderReader& reader, const FolderReader::Child& child) {
         const unsigned char type = reader.typeOf(child);
         if (type != DT_LNK) {
@@ -90,7 +90,7 @@ private:
             return;
         }
         QByteArray id = file;
-        if (above_.size() > 1) {
+        if (ancestors_.size() > 1) {
             id.replace('/', '-');
         }
         found_.push_back({std::move(id), file, folder_});
@@ -100,7 +100,7 @@ private:
     QString path_;
     std::vector<IndexedEntry>& found_;
     ScannedFolders& scanned_;
-    std::vector<FolderKey> above_; // the folders being walked, from the root down
+    std::vector<FolderKey> ancestors_; // the folders being walked, from the root down
     std::map<FolderKey, int> visits_;
 };
 

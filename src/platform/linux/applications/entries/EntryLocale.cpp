@@ -6,7 +6,7 @@
 namespace amberquill::desktop {
 namespace {
 
-// Every localized key of every file is held against these; more than anybody can read are not wanted.
+// Each localized key of each file is compared with the suffixes, so their number is limited.
 constexpr std::size_t maximumSuffixes = 64;
 
 struct LocaleName {
@@ -15,7 +15,7 @@ struct LocaleName {
     QByteArray modifier; // with its at sign, or empty
 };
 
-// The parts of `lang_COUNTRY.ENCODING@MODIFIER`, without the encoding: no key says it.
+// The parts of `lang_COUNTRY.ENCODING@MODIFIER` without the encoding, which keys do not have.
 LocaleName partsOf(QByteArray name) {
     LocaleName parts;
     if (const qsizetype at = name.indexOf('@'); at >= 0) {

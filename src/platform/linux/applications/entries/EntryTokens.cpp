@@ -33,8 +33,7 @@ constexpr std::array<KeyName, entryKeyCount> keyNames = {{
     {"X-GNOME-Autostart-enabled", EntryKey::GnomeAutostartEnabled},
 }};
 
-// Most lines are translations of keys that nobody here asks for: one look at the first letter passes over
-// them.
+// Most lines are translations of unused keys. Checking the first letter skips them fast.
 constexpr std::array<bool, 256> initialsOf(const std::array<KeyName, entryKeyCount>& names) {
     std::array<bool, 256> initials = {};
     for (const KeyName& known : names) {
@@ -73,7 +72,7 @@ const KeyName* keyNamed(QByteArrayView name) {
     return found == keyNames.end() ? nullptr : found;
 }
 
-// What a backslash and this letter stand for, in every kind of value.
+// The character for a backslash and this letter, in all kinds of values.
 std::optional<char> escaped(char letter) {
     switch (letter) {
     case 's':
@@ -105,7 +104,7 @@ QString withoutEscapes(QByteArrayView value) {
     return textOfUtf8(text);
 }
 
-// Fills the values in, line by line.
+// Reads the values, line by line.
 class Tokenizer {
 public:
     using Values = std::array<QByteArrayView, entryKeyCount>;
@@ -166,7 +165,7 @@ private:
             return;
         }
         QByteArrayView name = withoutBlanksAfter(line.first(equals));
-        std::size_t rank = locale_.suffixes.size(); // what the untranslated key gets: the last
+        std::size_t rank = locale_.suffixes.size(); // the untranslated key comes last
         if (name.endsWith(']')) {
             const qsizetype bracket = name.indexOf('[');
             const auto wanted =
@@ -185,7 +184,7 @@ private:
 
     void take(const KeyName& known, std::size_t rank, QByteArrayView value) {
         const auto index = static_cast<std::size_t>(known.key);
-        // A translation that says nothing is none.
+        // An empty translation counts as absent.
         const bool isEmptyTranslation = known.isLocalized && value.isEmpty();
         if (rank <= ranks_[index] && !isEmptyTranslation && value.isValidUtf8() && !value.contains('\0')) {
             ranks_[index] = rank;
@@ -195,7 +194,7 @@ private:
 
     const EntryLocale& locale_;
     Values& values_;
-    std::array<std::size_t, entryKeyCount> ranks_ = {}; // of the values taken so far
+    std::array<std::size_t, entryKeyCount> ranks_ = {}; // of the values so far
     State state_ = State::BeforeGroup;
     int keys_ = 0;
     int lines_ = 0;
@@ -255,10 +254,15 @@ std::optional<bool> EntryTokens::boolean(EntryKey key) const {
     return std::nullopt;
 }
 
-bool EntryTokens::isValidApplication() const {
-    return raw(EntryKey::Type) == QByteArrayView("Application") &&
-           !text(EntryKey::Name).trimmed().isEmpty() &&
-           (!raw(EntryKey::Exec).value_or(QByteArrayView()).isEmpty() || isTrue(EntryKey::DbusActivatable));
+const char* EntryTokens::invalidReason() const {
+    if (raw(EntryKey::Type) != QByteArrayView("Application")) {
+        return "Type is not Application";
+    }
+    if (text(EntryKey::Name).trimmed().isEmpty()) {
+        return "no Name";
+    }
+    const bool hasExec = !raw(EntryKey::Exec).value_or(QByteArrayView()).isEmpty();
+    return hasExec || isTrue(EntryKey::DbusActivatable) ? nullptr : "neither Exec nor DBusActivatable";
 }
 
 std::optional<EntryTokens> tokenizeEntry(QByteArrayView bytes, const EntryLocale& locale) {

@@ -15,7 +15,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-Q_LOGGING_CATEGORY(busLog, "amberquill.launching.bus", QtCriticalMsg)
+Q_LOGGING_CATEGORY(busLog, "amberquill.launching", QtCriticalMsg)
 
 constexpr qsizetype maximumBusName = 255;
 // Longer than the bus's own two minutes for starting a service, because the bus's error says more than a
@@ -42,7 +42,7 @@ BusActivationResult resultFor(const QDBusMessage& reply) {
         return BusActivationResult::Started;
     }
     const QString error = reply.errorName();
-    qCDebug(busLog) << error << reply.errorMessage();
+    qCDebug(busLog) << "activation failed:" << reply.service() << error << reply.errorMessage();
     constexpr std::array unavailable = {
         QLatin1StringView("org.freedesktop.DBus.Error.ServiceUnknown"),
         QLatin1StringView("org.freedesktop.DBus.Error.NameHasNoOwner"),

@@ -32,20 +32,20 @@ struct LaunchPlan {
 };
 
 // The desktop's settings that plans depend on.
-struct LaunchContext {
+struct LaunchSettings {
     EntrySettings entries;
     QString terminal; // the user's preferred one; empty: none
     QString home;
 };
 
-[[nodiscard]] LaunchContext launchContextFrom(const Environment& environment);
+[[nodiscard]] LaunchSettings launchSettingsFrom(const Environment& environment);
 
 // Reads the application at `path`, a desktop file or a bundle, and decides how to open it. None: it cannot be
 // opened. Reads the disk; any thread.
-[[nodiscard]] std::optional<LaunchPlan> planLaunch(const QString& path, const LaunchContext& context);
+[[nodiscard]] std::optional<LaunchPlan> planLaunch(const QString& path, const LaunchSettings& settings);
 
 // The same for a web page, which `xdg-open` shows in the user's browser. None also for an address that is not
 // https. Reads the disk; any thread.
-[[nodiscard]] std::optional<LaunchPlan> planPage(const QUrl& address, const LaunchContext& context);
+[[nodiscard]] std::optional<LaunchPlan> planPage(const QUrl& address, const LaunchSettings& settings);
 
 } // namespace amberquill::desktop

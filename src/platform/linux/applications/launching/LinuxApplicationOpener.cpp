@@ -10,16 +10,16 @@ namespace amberquill::desktop {
 
 namespace {
 
-Q_LOGGING_CATEGORY(launchLog, "amberquill.launching", QtCriticalMsg)
+Q_LOGGING_CATEGORY(openerLog, "amberquill.launching", QtCriticalMsg)
 
 ProcessRequest processRequest(const Command& command, const LaunchPlan& plan, const QString& token,
-                              const InheritedState& start, const QString& home) {
+                              const InheritedState& inherited, const QString& home) {
     ProcessRequest request;
     request.program = QFile::encodeName(command.program);
     for (const QString& argument : command.arguments) {
         request.arguments.push_back(argument.toUtf8());
     }
-    request.environment = start.environment.forChild({
+    request.environment = inherited.environment.forChild({
         .token = token.toUtf8(),
         .entryPath = QFile::encodeName(plan.entryPath),
         .workingDirectory = QFile::encodeName(command.workingDirectory),
@@ -28,7 +28,7 @@ ProcessRequest processRequest(const Command& command, const LaunchPlan& plan, co
         request.processIdVariable = "GIO_LAUNCHED_DESKTOP_FILE_PID";
     }
     request.workingDirectories = {QFile::encodeName(command.workingDirectory), QFile::encodeName(home)};
-    request.limits = start.limits;
+    request.limits = inherited.limits;
     return request;
 }
 
@@ -45,41 +45,30 @@ StartupNotice startupNotice(const LaunchPlan& plan, const QString& token) {
 
 } // namespace
 
-LinuxApplicationOpener::LinuxApplicationOpener(InheritedState start, CurrentBus sessionBus,
+LinuxApplicationOpener::LinuxApplicationOpener(InheritedState inherited, CurrentBus sessionBus,
                                                StartupNotifications& notifications, MainQueue& queue)
-    : start_(std::move(start))
-    , context_(launchContextFrom(start_.environment.lookup()))
+    : inherited_(std::move(inherited))
+    , settings_(launchSettingsFrom(inherited_.environment.lookup()))
     , activation_(sessionBus)
     , launcher_(std::move(sessionBus), queue)
     , notifications_(notifications)
     , queue_(queue) {}
 
 void LinuxApplicationOpener::open(const QString& path, const QString& token, Done done) {
-    planAndCarryOut(
-        [path, context = context_] {
-            auto plan = planLaunch(path, context);
-            if (!plan) {
-                qCDebug(launchLog) << "cannot be opened:" << path;
-            }
-            return plan;
-        },
-        token, std::move(done));
+    planAndCarryOut([path, settings = settings_] { return planLaunch(path, settings); }, token,
+                    std::move(done));
 }
 
 void LinuxApplicationOpener::openPage(const QUrl& address, const QString& token, Done done) {
-    planAndCarryOut([address, context = context_] { return planPage(address, context); }, token,
+    planAndCarryOut([address, settings = settings_] { return planPage(address, settings); }, token,
                     std::move(done));
 }
 
 void LinuxApplicationOpener::planAndCarryOut(std::function<std::optional<LaunchPlan>()> plan,
                                              const QString& token, Done done) {
     queue_.compute(
-        std::move(plan),
-        [this, life = std::weak_ptr(life_), token,
-         done = std::move(done)](const std::optional<LaunchPlan>& made) {
-            if (life.expired()) {
-                return;
-            }
+        context_, std::move(plan),
+        [this, token, done = std::move(done)](const std::optional<LaunchPlan>& made) {
             if (made) {
                 carryOut(*made, token, done);
             } else {
@@ -105,6 +94,7 @@ void LinuxApplicationOpener::carryOut(const LaunchPlan& plan, const QString& tok
     }
     activation_.activate(*plan.bus, token, [this, plan, token, done](BusActivationResult result) {
         if (result == BusActivationResult::Unavailable) {
+            qCDebug(openerLog) << "not available on the bus, run as a process:" << plan.applicationId;
             run(plan, token, done);
         } else {
             done(result == BusActivationResult::Started);
@@ -114,11 +104,12 @@ void LinuxApplicationOpener::carryOut(const LaunchPlan& plan, const QString& tok
 
 void LinuxApplicationOpener::run(const LaunchPlan& plan, const QString& token, Done done) {
     if (!plan.command) {
+        qCDebug(openerLog) << "no command to run instead:" << plan.applicationId;
         done(false);
         return;
     }
-    launcher_.launch(processRequest(*plan.command, plan, token, start_, context_.home), plan.applicationId,
-                     plan.name, std::move(done));
+    launcher_.launch(processRequest(*plan.command, plan, token, inherited_, settings_.home),
+                     plan.applicationId, plan.name, std::move(done));
 }
 
 } // namespace amberquill::desktop

@@ -1,6 +1,25 @@
+// applications/launching/: opens applications. Answers whether one was started; it outlives the launcher.
+//
+// - LinuxApplicationOpener carries out a start: begin reading here.
+// - LaunchPlan decides how. A desktop entry (`.desktop`) is read again at that moment, and its application
+//   activated over the session bus (BusActivation) or run as a process. A bundle (`.app`) has its executable
+//   run. ExecLine splits and expands `Exec`, Terminal finds a terminal.
+// - ProcessLauncher runs a process: SuspendedProcess forks it, up to a start gate; ChildSetup is its code
+// between
+//   fork and exec; SystemdScope moves it into a unit of its own; ChildReaper reaps it.
+// - InheritedState is the environment and the limits the launcher was started with. Applications get these,
+// so
+//   main() captures them first.
+// - StartupNotifications tells task bars. Its implementations are in activation/.
+//
+// An application is never started twice: a command is the fallback only if the bus certainly did not deliver
+// the request. No shell is used. Bounds: 48 KiB for an Exec line, 128 KiB for its arguments, 1 s for a
+// systemd scope, 130 s for an activation. The log category amberquill.launching names each failed start, with
+// the reason.
 #pragma once
 
 #include "platform/ApplicationOpener.h"
+#include "platform/Context.h"
 #include "platform/linux/applications/launching/BusActivation.h"
 #include "platform/linux/applications/launching/InheritedState.h"
 #include "platform/linux/applications/launching/LaunchPlan.h"
@@ -8,7 +27,6 @@
 #include "platform/linux/applications/launching/StartupNotifications.h"
 
 #include <functional>
-#include <memory>
 #include <optional>
 
 namespace amberquill {
@@ -17,18 +35,15 @@ class MainQueue;
 
 namespace amberquill::desktop {
 
-// launching/: opens the applications of a Linux desktop. A desktop file (its path ends in `.desktop`) is read
-// again at that moment, and its application asked for over the session bus or run as a process of its own; a
-// bundle (`.app`) has its executable run. An application outlives the launcher and knows nothing of it.
-//
-// Nothing here waits: the disk is read in the background, and the bus answers when it does. When the opener
-// is destroyed first, a start that is under way goes on, but its `done` is not called.
+// Opens applications and web pages. Never blocks: the disk is read in the background, and the bus answers
+// later. If the opener is destroyed meanwhile, a start that is under way goes on, but its `done` is not
+// called.
 class LinuxApplicationOpener final : public ApplicationOpener {
 public:
-    // `start` is what main() has captured before anything else. The queue and the notifications outlive the
-    // opener. A bus that is not connected counts as a desktop without one.
-    LinuxApplicationOpener(InheritedState start, CurrentBus sessionBus, StartupNotifications& notifications,
-                           MainQueue& queue);
+    // `inherited` is captured at the start of main(). The queue and the notifications outlive the opener.
+    // Without a connected bus, applications are run as processes.
+    LinuxApplicationOpener(InheritedState inherited, CurrentBus sessionBus,
+                           StartupNotifications& notifications, MainQueue& queue);
 
     void open(const QString& path, const QString& token, std::function<void(bool started)> done) override;
     void openPage(const QUrl& address, const QString& token, std::function<void(bool started)> done) override;
@@ -40,13 +55,13 @@ private:
     void carryOut(const LaunchPlan& plan, const QString& token, Done done);
     void run(const LaunchPlan& plan, const QString& token, Done done);
 
-    InheritedState start_;
-    LaunchContext context_;
+    InheritedState inherited_;
+    LaunchSettings settings_;
     BusActivation activation_;
     ProcessLauncher launcher_;
     StartupNotifications& notifications_;
     MainQueue& queue_;
-    std::shared_ptr<void> life_ = std::make_shared<char>(); // what background work holds weakly
+    Context context_;
 };
 
 } // namespace amberquill::desktop

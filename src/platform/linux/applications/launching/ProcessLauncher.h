@@ -26,7 +26,8 @@ public:
                 std::function<void(bool running)> done);
 
 private:
-    void awaitOutcome(FileDescriptor outcome, std::function<void(bool running)> done);
+    void awaitOutcome(FileDescriptor outcome, const QByteArray& program,
+                      std::function<void(bool running)> done);
 
     SystemdScope scope_;
     ChildReaper reaper_;

@@ -14,7 +14,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-Q_LOGGING_CATEGORY(scopeLog, "amberquill.launching.scope", QtCriticalMsg)
+Q_LOGGING_CATEGORY(scopeLog, "amberquill.launching", QtCriticalMsg)
 
 // A manager that hangs delays an application by no more than this.
 constexpr double scopeTimeoutSeconds = 1.0;
@@ -130,15 +130,17 @@ void SystemdScope::place(pid_t process, const QString& applicationId, const QStr
         listen(true); // before the request, so that no signal is missed
     }
     const QString unit = scopeName(applicationId, QRandomGenerator::global()->generate64());
-    pending_.emplace(unit, PendingScope{std::move(then), queue_.postAfter(scopeTimeoutSeconds,
-                                                                          [this, unit] { finish(unit); })});
+    pending_.emplace(unit, PendingScope{std::move(then), queue_.postAfter(scopeTimeoutSeconds, [this, unit] {
+                                            qCDebug(scopeLog) << "no answer in time:" << unit;
+                                            finish(unit);
+                                        })});
 
     auto* const call = new QDBusPendingCallWatcher(bus_.asyncCall(request(unit, process, description)), this);
     connect(call, &QDBusPendingCallWatcher::finished, this, [this, call, unit] {
         call->deleteLater();
         // Success means that a job was queued. The process waits for JobRemoved.
         if (call->isError()) {
-            qCDebug(scopeLog) << unit << call->error().name();
+            qCDebug(scopeLog) << "no scope:" << unit << call->error().name();
             finish(unit);
         }
     });

@@ -1,5 +1,6 @@
 #include "platform/linux/applications/bundles/BundlePropertyList.h"
 
+#include "support/DebugLog.h"
 #include "support/PropertyLists.h"
 #include "support/TemporaryTree.h"
 
@@ -160,4 +161,17 @@ TEST_F(BundlePropertyListTest, ABundleReachedThroughALinkKeepsThePathItWasAskedB
     const auto list = readBundlePropertyList(tree_.link("Link.app", "Real.app"));
     ASSERT_TRUE(list);
     EXPECT_EQ(list->folder, tree_.path("Link.app"));
+}
+
+TEST_F(BundlePropertyListTest, ARefusedListIsLogged) {
+    const auto log = debugLog("amberquill.bundles", [&] {
+        EXPECT_FALSE(read("junk"));
+        EXPECT_FALSE(readBundlePropertyList(tree_.path("missing.app")));
+    });
+    EXPECT_NE(log.find("property list refused: \"" + tree_.path("X.app/Contents/Info.plist").toStdString()),
+              std::string::npos)
+        << log;
+    EXPECT_NE(log.find("not a bundle: \"" + tree_.path("missing.app").toStdString()), std::string::npos)
+        << log;
+    EXPECT_EQ(debugLog("amberquill.bundles", [&] { EXPECT_TRUE(read(xmlDictionary(usual))); }), "");
 }

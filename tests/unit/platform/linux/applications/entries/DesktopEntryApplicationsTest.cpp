@@ -1,9 +1,11 @@
 #include "platform/linux/applications/entries/DesktopEntryApplications.h"
 
+#include "support/DebugLog.h"
 #include "support/FixedEnvironment.h"
 #include "support/OrdinaryUser.h"
 #include "support/TemporaryTree.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -250,4 +252,36 @@ TEST_F(DesktopEntryList, ANameCanBeAskedForWhetherListedOrNot) {
     const DesktopEntryApplications applications(settings_);
     EXPECT_EQ(applications.name(tree_.path("a/applications/x.desktop")), u"deutsch"_s);
     EXPECT_EQ(applications.name(tree_.path("a/applications/missing.desktop")), std::nullopt);
+}
+
+TEST_F(DesktopEntryList, EachEntryThatIsNotListedIsLoggedWithTheReason) {
+    write("a/listed.desktop", entry("Listed"));
+    write("a/broken.desktop", "nothing\n");
+    write("a/link.desktop", "[Desktop Entry]\nType=Link\nName=Link\n");
+    write("a/nameless.desktop", "[Desktop Entry]\nType=Application\nExec=program\n");
+    write("a/no-exec.desktop", "[Desktop Entry]\nType=Application\nName=Name\n");
+    write("a/hidden.desktop", entry("Hidden", "Hidden=true\n"));
+    write("a/no-display.desktop", entry("NoDisplay", "NoDisplay=true\n"));
+    write("a/desktop.desktop", entry("KDE's", "OnlyShowIn=KDE;\n"));
+    write("a/missing.desktop", entry("Missing", "TryExec=missing\n"));
+    write("a/large.desktop", entry("Large", QByteArray(maximumEntryBytes, '#')));
+    write("a/unreadable.desktop", entry("Unreadable"));
+    fs::permissions(tree_.path("a/applications/unreadable.desktop").toStdString(), fs::perms::none);
+    const OrdinaryUser user; // root can read every file
+    const auto log = debugLog("amberquill.entries", [&] { EXPECT_EQ(names(), QStringList{u"Listed"_s}); });
+    const auto logged = [&](const std::string& name, const std::string& reason) {
+        return log.find("not listed: \"" + tree_.path("a/applications/").toStdString() + name +
+                        ".desktop\" " + reason) != std::string::npos;
+    };
+    EXPECT_TRUE(logged("broken", "not a desktop entry, or over a bound")) << log;
+    EXPECT_TRUE(logged("link", "Type is not Application")) << log;
+    EXPECT_TRUE(logged("nameless", "no Name")) << log;
+    EXPECT_TRUE(logged("no-exec", "neither Exec nor DBusActivatable")) << log;
+    EXPECT_TRUE(logged("hidden", "Hidden")) << log;
+    EXPECT_TRUE(logged("no-display", "NoDisplay")) << log;
+    EXPECT_TRUE(logged("desktop", "not for this desktop")) << log;
+    EXPECT_TRUE(logged("missing", "TryExec is not installed")) << log;
+    EXPECT_TRUE(logged("large", "too large")) << log;
+    EXPECT_TRUE(logged("unreadable", "cannot be read")) << log;
+    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 10) << log;
 }

@@ -1,6 +1,7 @@
 #include "platform/linux/applications/launching/LaunchPlan.h"
 
 #include "LaunchFiles.h"
+#include "support/DebugLog.h"
 
 using namespace amberquill;
 using namespace amberquill::desktop;
@@ -10,14 +11,14 @@ namespace {
 
 class LaunchPlanTest : public testing::Test {
 protected:
-    std::optional<LaunchPlan> plan(const QString& path) const { return planLaunch(path, context_); }
+    std::optional<LaunchPlan> plan(const QString& path) const { return planLaunch(path, settings_); }
 
     std::optional<LaunchPlan> planOf(const QString& keys, const QString& name = u"calc.desktop"_s) const {
         return plan(files_.writeEntry(name, keys));
     }
 
     LaunchFiles files_;
-    LaunchContext context_{
+    LaunchSettings settings_{
         .entries = {.dataFolders = {{files_.path(u".local/share"_s)}},
                     .locale = entryLocaleFor({"de"}),
                     .currentDesktops = {},
@@ -101,7 +102,7 @@ TEST_F(LaunchPlanTest, InATerminalTheCommandFollowsTheTerminals) {
     const auto made = planOf(u"Exec=calc %U -x\nTerminal=true\n"_s);
     ASSERT_TRUE(made && made->command);
     EXPECT_EQ(*made->command, (Command{xterm, {xterm, u"-e"_s, u"calc"_s, u"-x"_s}, files_.home()}));
-    context_.terminal = u"alacritty"_s;
+    settings_.terminal = u"alacritty"_s;
     const QString alacritty = files_.write(u"bin/alacritty"_s, "", true);
     EXPECT_EQ(planOf(u"Exec=calc\nTerminal=true\n"_s)->command->program, alacritty);
 }
@@ -189,9 +190,9 @@ TEST_F(LaunchPlanTest, AnythingElseIsNoApplication) {
 }
 
 TEST_F(LaunchPlanTest, APageOfTheWebGoesToTheDesktopsOpener) {
-    EXPECT_FALSE(planPage(QUrl(u"https://example.org/"_s), context_)) << "the desktop has none";
+    EXPECT_FALSE(planPage(QUrl(u"https://example.org/"_s), settings_)) << "the desktop has none";
     const QString program = files_.write(u"bin/xdg-open"_s, "", true);
-    const auto made = planPage(QUrl(u"https://example.org/a b?c=d#e"_s), context_);
+    const auto made = planPage(QUrl(u"https://example.org/a b?c=d#e"_s), settings_);
     ASSERT_TRUE(made && made->command);
     EXPECT_EQ(*made->command,
               (Command{program, {u"xdg-open"_s, u"https://example.org/a%20b?c=d#e"_s}, files_.home()}));
@@ -204,19 +205,36 @@ TEST_F(LaunchPlanTest, OnlyPagesOfTheWebThatAreSecureAreOpened) {
     for (const QString& address :
          {u"http://example.org/"_s, u"file:///etc/passwd"_s, u"/bin/sh"_s, u"https:"_s, u"https:///path"_s,
           u"javascript:alert(1)"_s, u"--help"_s, u""_s}) {
-        EXPECT_FALSE(planPage(QUrl(address), context_)) << address.toStdString();
+        EXPECT_FALSE(planPage(QUrl(address), settings_)) << address.toStdString();
     }
 }
 
-TEST(LaunchContext, ComesFromTheEnvironment) {
+TEST(LaunchSettings, ComesFromTheEnvironment) {
     const Environment environment = [](const char* name) -> std::optional<QByteArray> {
         const QHash<QByteArray, QByteArray> variables{
             {"HOME", "/home/u"}, {"PATH", "/a:b::/c"}, {"TERMINAL", "kitty"}, {"XDG_DATA_HOME", "/data"}};
         return variables.contains(name) ? std::optional(variables[name]) : std::nullopt;
     };
-    const LaunchContext context = launchContextFrom(environment);
-    EXPECT_EQ(context.home, u"/home/u"_s);
-    EXPECT_EQ(context.terminal, u"kitty"_s);
-    EXPECT_EQ(context.entries.programFolders, QStringList({u"/a"_s, u"/c"_s}));
-    EXPECT_EQ(context.entries.dataFolders.folders.front(), u"/data"_s);
+    const LaunchSettings settings = launchSettingsFrom(environment);
+    EXPECT_EQ(settings.home, u"/home/u"_s);
+    EXPECT_EQ(settings.terminal, u"kitty"_s);
+    EXPECT_EQ(settings.entries.programFolders, QStringList({u"/a"_s, u"/c"_s}));
+    EXPECT_EQ(settings.entries.dataFolders.folders.front(), u"/data"_s);
+}
+
+TEST_F(LaunchPlanTest, WhyAnApplicationCannotBeOpenedIsLogged) {
+    const auto logOf = [this](const QString& keys) {
+        return debugLog("amberquill.launching", [&] { EXPECT_FALSE(planOf(keys)); });
+    };
+    const auto says = [](const std::string& log, const char* reason) {
+        return log.find(reason) != std::string::npos && log.find("calc.desktop") != std::string::npos;
+    };
+    EXPECT_PRED2(says, logOf(u"Exec=calc \"a\n"_s), "invalid Exec");
+    EXPECT_PRED2(says, logOf(u"Exec=gone\n"_s), "program not found");
+    EXPECT_PRED2(says, logOf(u"Exec=calc\nTerminal=true\n"_s), "no terminal");
+    EXPECT_PRED2(says, logOf(u"Exec=calc\nHidden=true\n"_s), "missing, invalid or hidden entry");
+    EXPECT_EQ(debugLog("amberquill.launching", [&] { EXPECT_TRUE(planOf(u"Exec=calc\n"_s)); }), "");
+    const auto folder =
+        debugLog("amberquill.launching", [&] { EXPECT_TRUE(planOf(u"Exec=calc\nPath=/gone\n"_s)); });
+    EXPECT_PRED2(says, folder, "working directory cannot be entered: \"/gone\"");
 }

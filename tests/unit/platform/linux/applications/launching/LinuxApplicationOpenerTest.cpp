@@ -28,7 +28,7 @@ public:
     QStringList cancelled;
 };
 
-// The numbers of this process's children, those of which nothing but that is left included.
+// The ids of this process's children, zombies included.
 QSet<QByteArray> childProcesses() {
     QSet<QByteArray> children;
     const QDir threads(u"/proc/self/task"_s);
@@ -62,7 +62,7 @@ protected:
         opener_->open(path, token, [this](bool started) { results_ += started; });
     }
 
-    // What `done` said, once it has.
+    // The argument of `done`, once it was called.
     std::optional<bool> result() {
         if (!waitUntil([this] { return !results_.isEmpty(); })) {
             return std::nullopt;
@@ -71,7 +71,7 @@ protected:
         return results_.front();
     }
 
-    // Whether the application was started. It has done all it does by then.
+    // Whether the application was started. It has ended by then.
     bool started() { return result() == true && awaitReport(reportPath()).has_value(); }
 
     QString reportPath() const { return files_.path(u"report"_s); }
