@@ -7,7 +7,10 @@
 #include "platform/linux/files/RegularFile.h"
 
 #include <QFile>
+#include <QLoggingCategory>
 #include <array>
+#include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <span>
 #include <utility>
@@ -17,6 +20,8 @@ namespace amberquill::desktop {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+Q_LOGGING_CATEGORY(iconsLog, "amberquill.icons", QtCriticalMsg)
 
 constexpr int maximumTries = 4; // files tried for one icon
 
@@ -70,9 +75,13 @@ QImage LinuxApplicationIcons::namedImage(const QString& icon, int edge) const {
             break;
         }
         if (auto image = fileImage(*file, edge); !image.isNull()) {
+            if (attempt > 0) {
+                qCDebug(iconsLog) << "next best file for" << icon << *file;
+            }
             return image;
         }
     }
+    qCDebug(iconsLog) << "no picture for" << icon;
     return {};
 }
 
@@ -98,19 +107,34 @@ QImage LinuxApplicationIcons::fileImage(const QString& path, int edge) const {
     const auto file = openForReading(AT_FDCWD, name.constData());
     // Taken from the open file: another file may have its path by now.
     const auto state = file.isOpen() ? fileState(file, name.toStdString()) : std::nullopt;
-    if (!state || undecodable_.contains(*state)) {
+    if (!state) {
+        return {};
+    }
+    if (undecodable_.contains(*state)) {
+        qCDebug(iconsLog) << "known as undecodable:" << path;
         return {};
     }
     QByteArray buffer;
     const auto content = readRegularFile(file, maximumIconBytes, buffer);
     if (!content) {
+        qCDebug(iconsLog) << "not read:" << path << std::strerror(errno);
         return {};
     }
     auto decoded = workers_.decode(std::as_bytes(std::span(content->begin(), content->end())), edge);
-    if (decoded.kind == DecodedFile::Kind::Undecodable) {
+    switch (decoded.kind) {
+    case DecodedFile::Kind::Picture:
+        break;
+    case DecodedFile::Kind::NoPicture:
+        qCDebug(iconsLog) << "no icon, or a broken one:" << path;
+        break;
+    case DecodedFile::Kind::Undecodable:
+        qCDebug(iconsLog) << "undecodable:" << path;
         undecodable_.add(*state);
-    } else if (decoded.kind == DecodedFile::Kind::Unavailable) {
+        break;
+    case DecodedFile::Kind::Unavailable:
+        qCDebug(iconsLog) << "no process to decode" << path;
         wasUnavailable_ = true;
+        break;
     }
     return std::move(decoded.image);
 }

@@ -15,7 +15,7 @@ namespace amberquill::desktop {
 
 namespace {
 
-Q_LOGGING_CATEGORY(iconLog, "amberquill.icons", QtCriticalMsg)
+Q_LOGGING_CATEGORY(poolLog, "amberquill.decoder", QtCriticalMsg)
 
 // How often one file is tried again after failures that are not the file's.
 constexpr int maximumStarved = 5;
@@ -25,6 +25,30 @@ constexpr int maximumStarts = 30; // that failed
 constexpr int maximumFailed = 2;
 // After so many failed starts in a row there is a pause.
 constexpr int maximumFailedStarts = 3;
+
+// For the log. Null: not a failure.
+const char* failureOf(DecodingAttempt::Kind kind) {
+    using Kind = DecodingAttempt::Kind;
+    switch (kind) {
+    case Kind::Picture:
+    case Kind::NoPicture:
+    case Kind::NeedsFonts:
+        break;
+    case Kind::Failed:
+        return "the process ended, or its answer was invalid";
+    case Kind::TimedOut:
+        return "it takes too long";
+    case Kind::Starved:
+        return "the process got too little processor time";
+    case Kind::Killed:
+        return "the process was killed";
+    case Kind::StartFailed:
+        return "the process was not ready in time";
+    case Kind::StartKilled:
+        return "the process was killed before it was ready";
+    }
+    return nullptr;
+}
 
 std::size_t countOr(int wanted, int usual) {
     return static_cast<std::size_t>(
@@ -64,6 +88,9 @@ DecodedFile IconWorkerPool::decode(std::span<const std::byte> file, int edge) {
         auto attempt = slot->worker->decode(memory, request);
         noteStart(attempt.kind);
         release(*slot, attempt.isUsable);
+        if (const char* const failure = failureOf(attempt.kind)) {
+            qCDebug(poolLog, "A file of %zu bytes was not decoded: %s", file.size(), failure);
+        }
         switch (attempt.kind) {
         case Kind::Picture:
             return {DecodedFile::Kind::Picture, std::move(attempt.image)};
@@ -264,8 +291,9 @@ void IconWorkerPool::noteStart(DecodingAttempt::Kind kind) {
 
 void IconWorkerPool::pause(const char* reason) {
     pausedUntil_ = settings_.now() + settings_.pause;
+    qCDebug(poolLog, "No process is started for a while: %s", reason);
     if (!isShutDown_ && !std::exchange(hasWarned_, true)) {
-        qCWarning(iconLog, "Icons cannot be decoded: the program for it does not start: %s", reason);
+        qCWarning(poolLog, "Icons cannot be decoded: the program for it does not start: %s", reason);
     }
 }
 

@@ -1,11 +1,12 @@
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
 
-#include "WorkerProcesses.h"
 #include "platform/linux/applications/icons/workers/IconWorkerPool.h"
 #include "platform/linux/applications/icons/workers/WorkerProgram.h"
+#include "support/DebugLog.h"
 #include "support/IconFiles.h"
 #include "support/PropertyLists.h"
 #include "support/TestPaths.h"
+#include "workers/WorkerProcesses.h"
 
 #include <atomic>
 #include <gtest/gtest.h>
@@ -358,4 +359,26 @@ TEST_F(UndecodableIconsTest, AnIconThatHasNoPictureIsNotOneThatNoProcessCouldBeH
         EXPECT_TRUE(icons.image(writeEntry(name), 48).isNull());
     }
     EXPECT_FALSE(icons.takeUnavailable());
+}
+
+TEST_F(UndecodableIconsTest, GivenUpFilesAndFallbacksAreLogged) {
+    files_.write("icons/test/48/apps/x.png", "signal 11");
+    files_.write("icons/test/96/apps/x.png", "green");
+    files_.write("icons/test/48/apps/none.png", "none");
+    const auto entry = writeEntry("x");
+    const auto logOf = [this](const QString& path) {
+        return debugLog("amberquill.icons", [&] { static_cast<void>(imageByStandIn(path)); });
+    };
+    const auto says = [](const std::string& log, const std::string& line) {
+        return log.find(line) != std::string::npos;
+    };
+    const auto worst = files_.path("icons/test/48/apps/x.png").toStdString();
+    const auto first = logOf(entry);
+    EXPECT_PRED2(says, first, "undecodable: \"" + worst);
+    EXPECT_PRED2(says, first, "next best file for \"x\"");
+    const auto second = logOf(entry);
+    EXPECT_PRED2(says, second, "known as undecodable: \"" + worst);
+    const auto broken = logOf(writeEntry("none"));
+    EXPECT_PRED2(says, broken, "no icon, or a broken one: ");
+    EXPECT_PRED2(says, broken, "no picture for \"none\"");
 }

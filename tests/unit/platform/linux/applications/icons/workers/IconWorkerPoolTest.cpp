@@ -2,11 +2,12 @@
 
 #include "WorkerProcesses.h"
 #include "platform/linux/decoder/channel/IconBounds.h"
+#include "support/DebugLog.h"
 #include "support/IconFiles.h"
 #include "support/TestPaths.h"
 #include "support/WaitUntil.h"
 
-#include <QLoggingCategory>
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <fcntl.h>
@@ -26,16 +27,16 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 // What the stand-in program does is in StandInDecoder.cpp.
-class IconWorkersTest : public testing::Test {
+class IconWorkerPoolTest : public testing::Test {
 protected:
-    IconWorkersTest() {
+    IconWorkerPoolTest() {
         settings_.program.paths = {testProgram(QStringLiteral("stand_in_decoder")).toStdString()};
         settings_.program.environment = {"STAND_IN_FOLDER=" + files_.at().string()};
         settings_.limits = {.start = seconds(60), .picture = seconds(60), .end = seconds(60)};
         settings_.count = 2;
         settings_.now = [this] { return now_.load(); };
     }
-    ~IconWorkersTest() override {
+    ~IconWorkerPoolTest() override {
         EXPECT_EQ(childProcesses(), std::vector<pid_t>());
         EXPECT_FALSE(isThere("third")) << "more than two processes at a time";
         EXPECT_FALSE(isThere("senseless")) << "a request that makes no sense";
@@ -81,7 +82,7 @@ protected:
 
 } // namespace
 
-TEST_F(IconWorkersTest, APictureComesInTheSizeAskedForAndTheNextFromTheSameProcess) {
+TEST_F(IconWorkerPoolTest, APictureComesInTheSizeAskedForAndTheNextFromTheSameProcess) {
     IconWorkerPool workers(settings_);
     EXPECT_EQ(starts(), 0);
     const auto decoded = decode(workers, "red", 75);
@@ -96,14 +97,14 @@ TEST_F(IconWorkersTest, APictureComesInTheSizeAskedForAndTheNextFromTheSameProce
     EXPECT_EQ(starts(), 1);
 }
 
-TEST_F(IconWorkersTest, WhatIsNoIconGivesNoPictureAndEndsNoProcess) {
+TEST_F(IconWorkerPoolTest, WhatIsNoIconGivesNoPictureAndEndsNoProcess) {
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "none"), Kind::NoPicture);
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
     EXPECT_EQ(starts(), 1);
 }
 
-TEST_F(IconWorkersTest, WhatIsOutOfBoundsIsNotHandedOver) {
+TEST_F(IconWorkerPoolTest, WhatIsOutOfBoundsIsNotHandedOver) {
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, ""), Kind::NoPicture);
     EXPECT_EQ(outcome(workers, std::string(maximumIconBytes + 1, ' ')), Kind::NoPicture);
@@ -113,7 +114,7 @@ TEST_F(IconWorkersTest, WhatIsOutOfBoundsIsNotHandedOver) {
     EXPECT_EQ(starts(), 0);
 }
 
-TEST_F(IconWorkersTest, AProcessFindsNothingOfTheLaunchersButItsSocket) {
+TEST_F(IconWorkerPoolTest, AProcessFindsNothingOfTheLaunchersButItsSocket) {
     settings_.program.environment.emplace_back("OTHER=x");
     const FileDescriptor inherited(::open("/dev/zero", O_RDONLY)); // NOLINT(android-cloexec-open)
     sigset_t blocked;
@@ -134,7 +135,7 @@ TEST_F(IconWorkersTest, AProcessFindsNothingOfTheLaunchersButItsSocket) {
                                   QByteArray::fromStdString(files_.at().string()) + "\nvariable: OTHER=x\n");
 }
 
-TEST_F(IconWorkersTest, ADrawingWithTextIsLeftToAProcessWithFontsWhichServesOthersToo) {
+TEST_F(IconWorkerPoolTest, ADrawingWithTextIsLeftToAProcessWithFontsWhichServesOthersToo) {
     settings_.count = 1;
     IconWorkerPool workers(settings_);
     EXPECT_EQ(colour(workers, "red"), red);
@@ -145,7 +146,7 @@ TEST_F(IconWorkersTest, ADrawingWithTextIsLeftToAProcessWithFontsWhichServesOthe
     EXPECT_EQ(startsWithFonts(), 1);
 }
 
-TEST_F(IconWorkersTest, ThereIsOneProcessWithFontsAtMost) {
+TEST_F(IconWorkerPoolTest, ThereIsOneProcessWithFontsAtMost) {
     IconWorkerPool workers(settings_);
     std::atomic<int> right = 0;
     std::vector<std::thread> threads;
@@ -159,7 +160,7 @@ TEST_F(IconWorkersTest, ThereIsOneProcessWithFontsAtMost) {
     EXPECT_EQ(startsWithFonts(), 1);
 }
 
-TEST_F(IconWorkersTest, AFileThatEndsTwoProcessesIsUndecodable) {
+TEST_F(IconWorkerPoolTest, AFileThatEndsTwoProcessesIsUndecodable) {
     IconWorkerPool workers(settings_);
     for (const int signal :
          {SIGSEGV, SIGABRT, SIGBUS, SIGILL, SIGFPE, SIGTRAP, SIGSYS, SIGXCPU, SIGALRM, SIGPIPE}) {
@@ -174,14 +175,14 @@ TEST_F(IconWorkersTest, AFileThatEndsTwoProcessesIsUndecodable) {
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
 }
 
-TEST_F(IconWorkersTest, TheSecondTryIsWithAProcessThatHasDecodedNothing) {
+TEST_F(IconWorkerPoolTest, TheSecondTryIsWithAProcessThatHasDecodedNothing) {
     IconWorkerPool workers(settings_);
     workers.prepare();
     EXPECT_EQ(outcome(workers, "crashes 1"), Kind::Picture);
     EXPECT_EQ(starts(), 3);
 }
 
-TEST_F(IconWorkersTest, AFileAfterWhichTwoProcessesAnswerNonsenseIsUndecodable) {
+TEST_F(IconWorkerPoolTest, AFileAfterWhichTwoProcessesAnswerNonsenseIsUndecodable) {
     IconWorkerPool workers(settings_);
     for (const char* const file : {"garbage", "short", "long", "descriptor", "smaller", "ready", "fonts"}) {
         EXPECT_EQ(outcome(workers, file), Kind::Undecodable) << file;
@@ -189,19 +190,19 @@ TEST_F(IconWorkersTest, AFileAfterWhichTwoProcessesAnswerNonsenseIsUndecodable) 
     }
 }
 
-TEST_F(IconWorkersTest, AFileAfterWhichTwoProcessesLiveOnWithoutTheirSocketIsUndecodable) {
+TEST_F(IconWorkerPoolTest, AFileAfterWhichTwoProcessesLiveOnWithoutTheirSocketIsUndecodable) {
     settings_.limits.end = milliseconds(20);
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "close"), Kind::Undecodable);
 }
 
-TEST_F(IconWorkersTest, AFileThatEndsOneProcessAndIsDecodedByTheNextHasItsPicture) {
+TEST_F(IconWorkerPoolTest, AFileThatEndsOneProcessAndIsDecodedByTheNextHasItsPicture) {
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "crashes 1"), Kind::Picture);
     EXPECT_EQ(starts(), 2);
 }
 
-TEST_F(IconWorkersTest, AFileWhoseProcessSomebodyElseKillsIsNotUndecodable) {
+TEST_F(IconWorkerPoolTest, AFileWhoseProcessSomebodyElseKillsIsNotUndecodable) {
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "killed 9"), Kind::Picture);
     for (const int signal : {SIGKILL, SIGTERM, SIGINT, SIGHUP}) {
@@ -210,14 +211,14 @@ TEST_F(IconWorkersTest, AFileWhoseProcessSomebodyElseKillsIsNotUndecodable) {
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
 }
 
-TEST_F(IconWorkersTest, AProcessThatIsKilledBeforeItIsReadyIsReplaced) {
+TEST_F(IconWorkerPoolTest, AProcessThatIsKilledBeforeItIsReadyIsReplaced) {
     startBy("first killed");
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
     EXPECT_EQ(starts(), 2);
 }
 
-TEST_F(IconWorkersTest, AProgramWhoseProcessesAreKilledOnceTheyAreReadyIsStartedAgainAtOnce) {
+TEST_F(IconWorkerPoolTest, AProgramWhoseProcessesAreKilledOnceTheyAreReadyIsStartedAgainAtOnce) {
     startBy("thrice");
     IconWorkerPool workers(settings_);
     workers.prepare();
@@ -226,7 +227,7 @@ TEST_F(IconWorkersTest, AProgramWhoseProcessesAreKilledOnceTheyAreReadyIsStarted
     EXPECT_EQ(starts(), 4);
 }
 
-TEST_F(IconWorkersTest, AFileThatKeepsAProcessWorkingForTooLongIsUndecodable) {
+TEST_F(IconWorkerPoolTest, AFileThatKeepsAProcessWorkingForTooLongIsUndecodable) {
     settings_.limits.picture = milliseconds(20);
     std::atomic<int> asked = 0;
     settings_.processorTime = [&](pid_t /*process*/) { return milliseconds(asked++ * 10); };
@@ -235,7 +236,7 @@ TEST_F(IconWorkersTest, AFileThatKeepsAProcessWorkingForTooLongIsUndecodable) {
     EXPECT_EQ(starts(), 1);
 }
 
-TEST_F(IconWorkersTest, AFileWhoseProcessHadNoProcessorTimeIsNotUndecodable) {
+TEST_F(IconWorkerPoolTest, AFileWhoseProcessHadNoProcessorTimeIsNotUndecodable) {
     settings_.limits.picture = milliseconds(20);
     std::atomic<int> asked = 0;
     settings_.processorTime = [&](pid_t /*process*/) { return milliseconds(asked++ * 9); };
@@ -244,7 +245,7 @@ TEST_F(IconWorkersTest, AFileWhoseProcessHadNoProcessorTimeIsNotUndecodable) {
     EXPECT_GT(starts(), 1);
 }
 
-TEST_F(IconWorkersTest, AProcessThatWentAfterItsAnswerIsReplaced) {
+TEST_F(IconWorkerPoolTest, AProcessThatWentAfterItsAnswerIsReplaced) {
     IconWorkerPool workers(settings_);
     EXPECT_EQ(colour(workers, "gone"), red);
     ASSERT_TRUE(waitUntil([] { return runningChildProcesses().empty(); }));
@@ -252,14 +253,14 @@ TEST_F(IconWorkersTest, AProcessThatWentAfterItsAnswerIsReplaced) {
     EXPECT_EQ(starts(), 2);
 }
 
-TEST_F(IconWorkersTest, AProcessThatGaveItsLastAnswerIsReplaced) {
+TEST_F(IconWorkerPoolTest, AProcessThatGaveItsLastAnswerIsReplaced) {
     IconWorkerPool workers(settings_);
     EXPECT_EQ(colour(workers, "last"), red);
     EXPECT_EQ(childProcesses(), std::vector<pid_t>());
     EXPECT_EQ(colour(workers, "green"), green);
 }
 
-TEST_F(IconWorkersTest, AnAnswerTooManyIsNotTakenForThatToTheNextQuestion) {
+TEST_F(IconWorkerPoolTest, AnAnswerTooManyIsNotTakenForThatToTheNextQuestion) {
     IconWorkerPool workers(settings_);
     EXPECT_EQ(colour(workers, "twice"), red);
     ASSERT_TRUE(waitUntil([&] { return isThere("twice"); }));
@@ -267,7 +268,7 @@ TEST_F(IconWorkersTest, AnAnswerTooManyIsNotTakenForThatToTheNextQuestion) {
     EXPECT_EQ(starts(), 2);
 }
 
-TEST_F(IconWorkersTest, AnAnswerToNoQuestionIsNotTakenForOne) {
+TEST_F(IconWorkerPoolTest, AnAnswerToNoQuestionIsNotTakenForOne) {
     settings_.count = 1;
     startBy("first early");
     IconWorkerPool workers(settings_);
@@ -277,7 +278,7 @@ TEST_F(IconWorkersTest, AnAnswerToNoQuestionIsNotTakenForOne) {
     EXPECT_EQ(starts(), 2);
 }
 
-TEST_F(IconWorkersTest, NoPixelIsBrighterThanItsAlpha) {
+TEST_F(IconWorkerPoolTest, NoPixelIsBrighterThanItsAlpha) {
     IconWorkerPool workers(settings_);
     const auto image = decode(workers, "glowing", 3).image;
     ASSERT_EQ(image.size(), QSize(3, 3));
@@ -286,7 +287,7 @@ TEST_F(IconWorkersTest, NoPixelIsBrighterThanItsAlpha) {
     }
 }
 
-TEST_F(IconWorkersTest, ManyAreServedByTwo) {
+TEST_F(IconWorkerPoolTest, ManyAreServedByTwo) {
     IconWorkerPool workers(settings_);
     constexpr int each = 20;
     std::atomic<int> right = 0;
@@ -306,7 +307,7 @@ TEST_F(IconWorkersTest, ManyAreServedByTwo) {
     EXPECT_EQ(childProcesses().size(), 2U);
 }
 
-TEST_F(IconWorkersTest, WhileAFileKeepsOneBusyOthersGoOn) {
+TEST_F(IconWorkerPoolTest, WhileAFileKeepsOneBusyOthersGoOn) {
     IconWorkerPool workers(settings_);
     std::thread slow([&] { EXPECT_EQ(outcome(workers, "hang"), Kind::Unavailable); });
     ASSERT_TRUE(waitUntil([&] { return hanging().size() == 1; }));
@@ -319,7 +320,7 @@ TEST_F(IconWorkersTest, WhileAFileKeepsOneBusyOthersGoOn) {
     slow.join();
 }
 
-TEST_F(IconWorkersTest, WhileOneStartsAnotherThatBecomesFreeServes) {
+TEST_F(IconWorkerPoolTest, WhileOneStartsAnotherThatBecomesFreeServes) {
     startBy("second silent");
     settings_.limits.start = seconds(1);
     IconWorkerPool workers(settings_);
@@ -333,9 +334,9 @@ TEST_F(IconWorkersTest, WhileOneStartsAnotherThatBecomesFreeServes) {
     EXPECT_EQ(runningChildProcesses().size(), 2U); // the one that starts was not given up
 }
 
-TEST_F(IconWorkersTest, AProgramThatIsMissingIsLookedForAgainAfterAWhile) {
+TEST_F(IconWorkerPoolTest, AProgramThatIsMissingIsLookedForAgainAfterAWhile) {
     const auto program = std::exchange(settings_.program.paths, {files_.at("later").string()}).front();
-    QLoggingCategory::setFilterRules(QStringLiteral("amberquill.icons.warning=true"));
+    QLoggingCategory::setFilterRules(QStringLiteral("amberquill.decoder.warning=true"));
     testing::internal::CaptureStderr();
     IconWorkerPool workers(settings_);
     workers.prepare();
@@ -357,13 +358,13 @@ TEST_F(IconWorkersTest, AProgramThatIsMissingIsLookedForAgainAfterAWhile) {
     EXPECT_EQ(said.find(words), said.rfind(words)) << said;
 }
 
-TEST_F(IconWorkersTest, TheFirstOfTheProgramsThatCanBeStartedIs) {
+TEST_F(IconWorkerPoolTest, TheFirstOfTheProgramsThatCanBeStartedIs) {
     settings_.program.paths.insert(settings_.program.paths.begin(), files_.at("missing").string());
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
 }
 
-TEST_F(IconWorkersTest, AProgramThatIsNeverReadyIsLeftAloneForAWhile) {
+TEST_F(IconWorkerPoolTest, AProgramThatIsNeverReadyIsLeftAloneForAWhile) {
     for (const char* const how : {"exit", "picture", "close", "silent"}) {
         auto settings = settings_;
         settings.program.environment.push_back(std::string("STAND_IN_START=") + how);
@@ -387,14 +388,14 @@ TEST_F(IconWorkersTest, AProgramThatIsNeverReadyIsLeftAloneForAWhile) {
     }
 }
 
-TEST_F(IconWorkersTest, AProgramThatFailsOnceIsTriedAgainAtOnce) {
+TEST_F(IconWorkerPoolTest, AProgramThatFailsOnceIsTriedAgainAtOnce) {
     startBy("first exit");
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
     EXPECT_EQ(starts(), 2);
 }
 
-TEST_F(IconWorkersTest, WhatIsPreparedServes) {
+TEST_F(IconWorkerPoolTest, WhatIsPreparedServes) {
     IconWorkerPool workers(settings_);
     workers.prepare();
     workers.prepare();
@@ -403,7 +404,7 @@ TEST_F(IconWorkersTest, WhatIsPreparedServes) {
     EXPECT_EQ(childProcesses().size(), 2U);
 }
 
-TEST_F(IconWorkersTest, ARestEndsThemUntilTheNextQuestion) {
+TEST_F(IconWorkerPoolTest, ARestEndsThemUntilTheNextQuestion) {
     IconWorkerPool workers(settings_);
     workers.rest();
     EXPECT_EQ(colour(workers, "text"), blue);
@@ -413,7 +414,7 @@ TEST_F(IconWorkersTest, ARestEndsThemUntilTheNextQuestion) {
     EXPECT_EQ(startsWithFonts(), 1);
 }
 
-TEST_F(IconWorkersTest, ARestLeavesThoseThatAreBusy) {
+TEST_F(IconWorkerPoolTest, ARestLeavesThoseThatAreBusy) {
     IconWorkerPool workers(settings_);
     std::thread slow([&] { static_cast<void>(outcome(workers, "hang")); });
     ASSERT_TRUE(waitUntil([&] { return hanging().size() == 1; }));
@@ -424,7 +425,7 @@ TEST_F(IconWorkersTest, ARestLeavesThoseThatAreBusy) {
     slow.join();
 }
 
-TEST_F(IconWorkersTest, AtTheEndAllWhoWaitAreAnsweredAndNothingStarts) {
+TEST_F(IconWorkerPoolTest, AtTheEndAllWhoWaitAreAnsweredAndNothingStarts) {
     IconWorkerPool workers(settings_);
     std::vector<std::thread> threads;
     std::latch asked(6);
@@ -446,7 +447,7 @@ TEST_F(IconWorkersTest, AtTheEndAllWhoWaitAreAnsweredAndNothingStarts) {
     EXPECT_EQ(starts(), 2);
 }
 
-TEST_F(IconWorkersTest, AtTheEndNobodyWaitsForAProcessToGetReady) {
+TEST_F(IconWorkerPoolTest, AtTheEndNobodyWaitsForAProcessToGetReady) {
     startBy("silent");
     IconWorkerPool workers(settings_);
     std::thread waits([&] { EXPECT_EQ(outcome(workers, "red"), Kind::Unavailable); });
@@ -455,7 +456,7 @@ TEST_F(IconWorkersTest, AtTheEndNobodyWaitsForAProcessToGetReady) {
     waits.join();
 }
 
-TEST_F(IconWorkersTest, AtTheEndAStoppedProcessKeepsNobodyWaiting) {
+TEST_F(IconWorkerPoolTest, AtTheEndAStoppedProcessKeepsNobodyWaiting) {
     IconWorkerPool workers(settings_);
     std::thread waits([&] { EXPECT_EQ(outcome(workers, "hang"), Kind::Unavailable); });
     ASSERT_TRUE(waitUntil([&] { return hanging().size() == 1; }));
@@ -464,7 +465,7 @@ TEST_F(IconWorkersTest, AtTheEndAStoppedProcessKeepsNobodyWaiting) {
     waits.join();
 }
 
-TEST_F(IconWorkersTest, WhileProcessesAreKilledAtRandomEveryPictureComes) {
+TEST_F(IconWorkerPoolTest, WhileProcessesAreKilledAtRandomEveryPictureComes) {
     IconWorkerPool workers(settings_);
     constexpr int each = 60;
     std::atomic<int> right = 0;
@@ -485,4 +486,13 @@ TEST_F(IconWorkersTest, WhileProcessesAreKilledAtRandomEveryPictureComes) {
     }
     EXPECT_EQ(right, 4 * each);
     EXPECT_GT(killed, 0);
+}
+
+TEST_F(IconWorkerPoolTest, EachFailedAttemptIsLoggedWithTheReason) {
+    IconWorkerPool workers(settings_);
+    const auto crash =
+        debugLog("amberquill.decoder", [&] { EXPECT_EQ(outcome(workers, "signal 11"), Kind::Undecodable); });
+    EXPECT_EQ(std::count(crash.begin(), crash.end(), '\n'), 2) << crash;
+    EXPECT_NE(crash.find("A file of 9 bytes was not decoded: the process ended"), std::string::npos) << crash;
+    EXPECT_EQ(debugLog("amberquill.decoder", [&] { EXPECT_EQ(outcome(workers, "red"), Kind::Picture); }), "");
 }
