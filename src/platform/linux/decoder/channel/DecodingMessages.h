@@ -1,3 +1,14 @@
+// decoder/channel/: how the launcher and a process that decodes icons talk. Both programs use this library.
+//
+// - DecodingMessages are the request and the answer: begin reading here.
+// - MessageSocket sends and receives messages with descriptors.
+// - SharedMemory has a file's bytes, and the picture, so that messages stay small. Sealed memory cannot be
+// changed
+//   or shrunk while the other process reads it.
+// - IconBounds are the maximum sizes of files and pictures.
+//
+// Each side treats the other as hostile: a message of another length, magic number or size is rejected, and
+// no descriptor leaks. Nothing here logs.
 #pragma once
 
 #include <cstddef>

@@ -1,3 +1,15 @@
+// decoder/pictures/: makes pictures of icon files. Linked into amberquill-icons, not into the launcher.
+//
+// - IconDecoder is the answer: begin reading here. It detects the format and calls the reader.
+// - IconFormat detects the format by the first bytes.
+// - RasterPicture reads PNG, JPEG, WebP, TIFF, XPM and ICO by Qt. IcnsContainer reads ICNS.
+// - SvgDrawing draws SVG by librsvg, compressed or not.
+// - ImageFitting scales a picture to the size that was asked for.
+//
+// Bounds: 8 MiB for a file and for its unpacked document, 32 million pixels and 256 MiB for a picture in a
+// file, 4096 pixels each way for the result. Time is not bounded here: the process has limits
+// (decoder/process), and the launcher ends it. A broken file gives a null picture. Files that a drawing
+// refers to are not opened.
 #pragma once
 
 #include <QByteArray>

@@ -1,3 +1,15 @@
+// decoder/process/: the program amberquill-icons, which decodes icons for the launcher in a sandbox. It reads
+// requests from its standard input, a socket, and answers them until the launcher closes the socket.
+//
+// - main.cpp has the order of the steps: begin reading here.
+// - Sandbox resets inherited state, sets limits and gives up privileges.
+// - Landlock restricts files, SystemCallFilter the system calls. One process of two may read fonts.
+// - RequestLoop answers the requests (decoder/channel) by decodedIcon() (decoder/pictures).
+//
+// Everything a library loads is loaded before the sandbox closes; after that no file is opened but fonts. A
+// forbidden system call ends the process with SIGSYS. Limits: 10 s of processor time for a picture, 10 s for
+// all pictures until the process is replaced, 1 GiB of memory, 16 descriptors. A process that cannot be
+// sandboxed exits without decoding. It prints nothing and does not log.
 #pragma once
 
 #include "platform/linux/decoder/process/SystemCallFilter.h"

@@ -1,5 +1,5 @@
 #include "platform/linux/decoder/pictures/SvgDrawing.h"
-
+#include "support/BadDrawings.h"
 #include "support/IconFiles.h"
 
 #include <QStringConverter>
@@ -163,5 +163,54 @@ TEST(SvgDrawing, EveryUnicodeEncodingIsRead) {
         const auto image = drawnSvg(bytes, 16);
         ASSERT_FALSE(image.isNull()) << static_cast<int>(encoding);
         EXPECT_EQ(image.pixel(8, 8), red);
+    }
+}
+
+TEST(Gunzip, WhatWasCompressedComesBack) {
+    for (const auto& text : {QByteArray(), QByteArray("a"), QByteArray(1'000'000, 'x'), redSquare}) {
+        EXPECT_EQ(gunzipped(gzipped(text), 1'000'000), text);
+    }
+}
+
+TEST(Gunzip, WhatIsTooLargeIsNone) {
+    const auto bytes = gzipped(QByteArray(1'000, 'x'));
+    EXPECT_TRUE(gunzipped(bytes, 1'000));
+    EXPECT_FALSE(gunzipped(bytes, 999));
+    EXPECT_FALSE(gunzipped(compressedBomb(), 1'000'000));
+}
+
+TEST(Gunzip, ABrokenOrShortenedFileIsNone) {
+    const auto whole = gzipped(redSquare);
+    for (qsizetype size = 0; size < whole.size(); ++size) {
+        EXPECT_FALSE(gunzipped(whole.first(size), 10'000)) << size;
+    }
+    EXPECT_FALSE(gunzipped("\x1F\x8B garbage", 10'000));
+    EXPECT_FALSE(gunzipped(redSquare, 10'000));
+}
+
+TEST(SvgText, AnElementForTextIsFound) {
+    for (const auto* const body :
+         {"<text>A</text>", "<text/>", "<text x='1'>A</text>", "<text\n>A</text>", "<g><text\tx='1'/></g>",
+          "<svg:text>A</svg:text>", "text text:text <s:text>"}) {
+        EXPECT_TRUE(mayHoldText(svg(body))) << body;
+    }
+}
+
+TEST(SvgText, OtherWordsAreNone) {
+    for (const auto* const body :
+         {"", "text", "<textPath/>", "<context>", "<g id='text'/>", "<path style='text-anchor:end'/>",
+          "<g a:text='1'/>", "<g style='a:text '/>", "<desc>: text </desc>", "<g x='<text'/>"}) {
+        EXPECT_FALSE(mayHoldText(svg(body))) << body;
+    }
+    EXPECT_FALSE(mayHoldText(""));
+    EXPECT_FALSE(mayHoldText("<text"));
+}
+
+TEST(SvgText, WideLettersAreRead) {
+    using enum QStringConverter::Encoding;
+    for (const auto encoding : {Utf16BE, Utf16LE, Utf32BE, Utf32LE}) {
+        QStringEncoder encoder(encoding);
+        EXPECT_TRUE(mayHoldText(encoder(QString::fromUtf8(svg("<text>A</text>")))));
+        EXPECT_FALSE(mayHoldText(encoder(QString::fromUtf8(redSquare))));
     }
 }

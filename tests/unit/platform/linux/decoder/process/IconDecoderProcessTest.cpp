@@ -201,7 +201,7 @@ TEST(IconDecoderProcess, ItEndsWithTheLauncher) {
 
 TEST(IconDecoderProcess, ItEndsWithTheLauncherInTheMiddleOfAPictureToo) {
     TemporaryTree folder;
-    StartedDecoder busy(QStringLiteral("confinement_probe"),
+    StartedDecoder busy(QStringLiteral("sandbox_probe"),
                         {"confined", "work without end", folder.path().toStdString()});
     ASSERT_TRUE(busy.isReady());
     ASSERT_TRUE(busy.ask("file", 8));

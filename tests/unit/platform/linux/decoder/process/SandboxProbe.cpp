@@ -1,11 +1,11 @@
 // Gives up what the process that decodes gives up, and tries one thing:
 //
-//     confinement_probe free|confined|reading NAME FOLDER
+//     sandbox_probe free|confined|reading NAME FOLDER
 //
 // "free" gives up nothing: it shows that what is tried can be done. With "reading", the files in FOLDER/fonts
 // may be read. FOLDER, in which it tries to write, has the files `file` and `fonts/font`.
 
-#include "ConfinementProbe.h"
+#include "SandboxProbe.h"
 
 #include "platform/linux/decoder/process/Landlock.h"
 #include "platform/linux/decoder/process/RequestLoop.h"

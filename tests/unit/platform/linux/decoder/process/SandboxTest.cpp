@@ -1,6 +1,6 @@
-#include "ConfinementProbe.h"
-#include "StartedDecoder.h"
 #include "platform/linux/decoder/process/Sandbox.h"
+#include "SandboxProbe.h"
+#include "StartedDecoder.h"
 #include "support/TemporaryTree.h"
 
 #include <QDir>
@@ -42,7 +42,7 @@ protected:
 
 private:
     [[nodiscard]] Result tried(const std::string& mode, const std::string& name) const {
-        StartedDecoder probe(QStringLiteral("confinement_probe"), {mode, name, folder_.path().toStdString()});
+        StartedDecoder probe(QStringLiteral("sandbox_probe"), {mode, name, folder_.path().toStdString()});
         const int status = probe.status();
         if (WIFSIGNALED(status)) {
             EXPECT_EQ(WTERMSIG(status), SIGSYS);
