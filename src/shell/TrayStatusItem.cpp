@@ -35,9 +35,9 @@ TrayStatusItem::TrayStatusItem(TrayHosts& hosts, MainQueue& queue)
 
 TrayStatusItem::~TrayStatusItem() = default;
 
-// Not at once: the item's own menu may be what turns the item off.
+// Deletes it later: the item's own menu may be what turns the item off.
 template<typename Object>
-void TrayStatusItem::deleteLater(std::unique_ptr<Object>& object) {
+void TrayStatusItem::discard(std::unique_ptr<Object>& object) {
     if (object != nullptr) {
         object->disconnect(this);
         object.release()->deleteLater();
@@ -50,18 +50,17 @@ void TrayStatusItem::setVisible(bool visible) {
         destroy();
         return;
     }
-    hosts_.follow(
-        [this] {
-            if (isVisible_ && icon_ == nullptr) {
-                make();
-            }
-        },
-        [this] { destroy(); });
+    const auto trayCame = [this] {
+        if (isVisible_ && icon_ == nullptr) {
+            make();
+        }
+    };
+    hosts_.follow(context_.bind(trayCame), context_.bind([this] { destroy(); }));
 }
 
 void TrayStatusItem::destroy() {
-    deleteLater(icon_);
-    deleteLater(menu_);
+    discard(icon_);
+    discard(menu_);
 }
 
 void TrayStatusItem::make() {

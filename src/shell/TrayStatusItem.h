@@ -36,7 +36,7 @@ public:
 
 private:
     template<typename Object>
-    void deleteLater(std::unique_ptr<Object>& object);
+    void discard(std::unique_ptr<Object>& object);
     void make();
     void destroy();
     void refill();

@@ -33,7 +33,8 @@ VisibilityController::VisibilityController(const Services& services, QObject* pa
     : QObject(parent)
     , services_(services) {
     services_.statusItem.setActions(
-        {[this] { toggleLauncher(); }, [this](QMenu& menu) { addStatusMenu(menu); }});
+        {.clicked = context_.bind([this] { toggleLauncher(); }),
+         .fillMenu = context_.bind([this](QMenu& menu) { addStatusMenu(menu); })});
 }
 
 bool VisibilityController::showsInDock() const {
@@ -101,17 +102,17 @@ void VisibilityController::addItems(QMenu& menu, bool withHeader) {
 }
 
 void VisibilityController::addStatusMenu(QMenu& menu) {
-    ClosureMenuItem& toggle = add(menu, L::toggleLauncher(), [this] { toggleLauncher(); });
+    ClosureMenuItem& toggle = add(menu, L::toggleLauncher(), context_.bind([this] { toggleLauncher(); }));
     toggle.setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_Space));
     toggle.setShortcutContext(Qt::WidgetShortcut);
     menu.addSeparator();
     addItems(menu, false);
     addSettingsItems(*menu.addMenu(L::settings()));
     menu.addSeparator();
-    add(menu, L::about(), [this] { showAbout(); });
+    add(menu, L::about(), context_.bind([this] { showAbout(); }));
     addUpdateItems(menu);
     menu.addSeparator();
-    add(menu, L::quit(), [this] { quit(); });
+    add(menu, L::quit(), context_.bind([this] { quit(); }));
 }
 
 } // namespace amberquill

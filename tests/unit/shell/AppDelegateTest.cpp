@@ -187,7 +187,7 @@ protected:
 
 } // namespace
 
-TEST_F(AppDelegateTest, TheLauncherIsUpAtEveryStart) {
+TEST_F(AppDelegateTest, EveryStartShowsTheLauncher) {
     delegate_->applicationDidFinishLaunching();
     EXPECT_TRUE(delegate_->model().presented());
     EXPECT_TRUE(delegate_->model().isScanning());
@@ -196,7 +196,7 @@ TEST_F(AppDelegateTest, TheLauncherIsUpAtEveryStart) {
     EXPECT_EQ(delegate_->model().appName(u"/Applications/1.app"_s), u"One"_s);
 }
 
-TEST_F(AppDelegateTest, AFocusThatComesBackToTheLauncherAsItLeavesDoesNotUndoTheHide) {
+TEST_F(AppDelegateTest, AFocusThatReturnsDuringTheFadeOutShowsNothing) {
     delegate_->applicationDidFinishLaunching();
     setState(Qt::ApplicationActive);
     const QWindowList windows = QGuiApplication::topLevelWindows();
@@ -208,14 +208,14 @@ TEST_F(AppDelegateTest, AFocusThatComesBackToTheLauncherAsItLeavesDoesNotUndoThe
     setState(Qt::ApplicationInactive);
     EXPECT_FALSE(delegate_->model().presented());
     setState(Qt::ApplicationActive);
-    EXPECT_FALSE(delegate_->model().presented()) << "nobody wished to see it";
+    EXPECT_FALSE(delegate_->model().presented()) << "the user did not ask for it";
     setState(Qt::ApplicationInactive);
     (*launcher)->setVisible(false);
     setState(Qt::ApplicationActive);
     EXPECT_TRUE(delegate_->model().presented());
 }
 
-TEST_F(AppDelegateTest, TheAboutPanelShowsTheVersionOfTheBundleAsTheUpdateAlertDoes) {
+TEST_F(AppDelegateTest, TheAboutPanelAndTheUpdateAlertShowTheBundlesVersion) {
     makeDelegate({{u"CFBundleShortVersionString"_s, u"7.5"_s}});
     delegate_->applicationDidFinishLaunching();
     for (const auto& entry : delegate_->mainMenu().menus().front().items) {
@@ -244,7 +244,7 @@ TEST_F(AppDelegateTest, TheAboutPanelHidesTheLauncherAndKeepsItHiddenUntilItIsCl
     EXPECT_EQ(LauncherWindowController::auxiliaryFlows(), QSet{u"about"_s});
     QMessageBox* panel = aboutPanel();
     ASSERT_NE(panel, nullptr);
-    panel->hide(); // no window of its own: the flow alone keeps the launcher away
+    panel->hide(); // no window is left: only the flow keeps the launcher hidden
     setState(Qt::ApplicationInactive);
     setState(Qt::ApplicationActive);
     EXPECT_FALSE(delegate_->model().presented());
@@ -259,13 +259,13 @@ TEST_F(AppDelegateTest, TheAboutPanelHidesTheLauncherAndKeepsItHiddenUntilItIsCl
 TEST_F(AppDelegateTest, LosingTheFocusToAnotherApplicationHides) {
     delegate_->applicationDidFinishLaunching();
     setState(Qt::ApplicationInactive);
-    EXPECT_TRUE(delegate_->model().presented()) << "a focus that was never there is not lost";
+    EXPECT_TRUE(delegate_->model().presented()) << "it never had the focus";
     setState(Qt::ApplicationActive);
     setState(Qt::ApplicationInactive);
     EXPECT_FALSE(delegate_->model().presented());
 }
 
-TEST_F(AppDelegateTest, AToggleHidesWhatIsShownAndActiveAndElseShows) {
+TEST_F(AppDelegateTest, AToggleHidesAnActiveLauncherAndElseShowsIt) {
     delegate_->applicationDidFinishLaunching();
     EXPECT_EQ(windows_.presentedWith.size(), 1);
     delegate_->toggleLauncher();
@@ -280,7 +280,7 @@ TEST_F(AppDelegateTest, AToggleHidesWhatIsShownAndActiveAndElseShows) {
     EXPECT_EQ(windows_.presentedWith.size(), 3);
 }
 
-TEST_F(AppDelegateTest, ShowingAndHidingFromOutside) {
+TEST_F(AppDelegateTest, RequestsFromOutsideShowAndHide) {
     delegate_->applicationDidFinishLaunching();
     delegate_->hideLauncher();
     EXPECT_FALSE(delegate_->model().presented());
@@ -291,7 +291,7 @@ TEST_F(AppDelegateTest, ShowingAndHidingFromOutside) {
     EXPECT_EQ(windows_.presentedWith.size(), 3);
 }
 
-TEST_F(AppDelegateTest, WhatCameAlongIsGoodForOneShowing) {
+TEST_F(AppDelegateTest, ATokenIsUsedForOneShowing) {
     delegate_->applicationDidFinishLaunching();
     delegate_->showLauncher(u"first"_s);
     delegate_->showLauncher();
@@ -299,7 +299,7 @@ TEST_F(AppDelegateTest, WhatCameAlongIsGoodForOneShowing) {
     EXPECT_EQ(windows_.presentedWith, (QStringList{u""_s, u"first"_s, u""_s, u"second"_s}));
 }
 
-TEST_F(AppDelegateTest, WhatIsAskedDuringTheStartIsAnsweredByTheStart) {
+TEST_F(AppDelegateTest, ARequestDuringTheStartIsMetByTheStart) {
     delegate_->toggleLauncher({u"token"_s, 0});
     delegate_->hideLauncher();
     delegate_->showLauncher();
@@ -308,7 +308,7 @@ TEST_F(AppDelegateTest, WhatIsAskedDuringTheStartIsAnsweredByTheStart) {
     EXPECT_EQ(windows_.presentedWith, QStringList{u"token"_s});
 }
 
-TEST_F(AppDelegateTest, AStartThatIsAskedToHideShowsNothingUntilItIsAsked) {
+TEST_F(AppDelegateTest, AStartThatIsAskedToHideShowsNothing) {
     delegate_->toggleLauncher();
     delegate_->hideLauncher();
     delegate_->applicationDidFinishLaunching();
@@ -321,7 +321,7 @@ TEST_F(AppDelegateTest, AStartThatIsAskedToHideShowsNothingUntilItIsAsked) {
     EXPECT_EQ(windows_.presentedWith, QStringList{u"token"_s});
 }
 
-TEST_F(AppDelegateTest, TheWindowGetsTheProgramsIconOnceTheStartHasSettled) {
+TEST_F(AppDelegateTest, TheWindowGetsTheProgramsIconTwoSecondsAfterTheStart) {
     delegate_->hideLauncher();
     delegate_->applicationDidFinishLaunching();
     queue_.runPosted();
@@ -339,7 +339,7 @@ TEST_F(AppDelegateTest, TheWindowGetsTheProgramsIconOnceTheStartHasSettled) {
     EXPECT_FALSE(icon().isNull());
 }
 
-TEST_F(AppDelegateTest, BecomingActiveBringsTheLauncherUp) {
+TEST_F(AppDelegateTest, BecomingActiveShowsTheLauncher) {
     delegate_->applicationDidFinishLaunching();
     setState(Qt::ApplicationActive);
     delegate_->hideLauncher();
@@ -352,7 +352,7 @@ TEST_F(AppDelegateTest, BecomingActiveBringsTheLauncherUp) {
     EXPECT_EQ(windows_.presentedWith.size(), 3);
 }
 
-TEST_F(AppDelegateTest, AFocusThatArrivesAfterTheHideDoesNotUndoIt) {
+TEST_F(AppDelegateTest, AFocusThatArrivesAfterTheHideShowsNothing) {
     delegate_->applicationDidFinishLaunching();
     delegate_->hideLauncher();
     setState(Qt::ApplicationActive);
@@ -365,10 +365,10 @@ TEST_F(AppDelegateTest, AFocusThatArrivesAfterTheHideDoesNotUndoIt) {
     EXPECT_EQ(windows_.presentedWith.size(), 2);
     setState(Qt::ApplicationInactive);
     setState(Qt::ApplicationActive);
-    EXPECT_TRUE(delegate_->model().presented()) << "nobody asked for this one: the user did";
+    EXPECT_TRUE(delegate_->model().presented()) << "not requested by a showing";
 }
 
-TEST_F(AppDelegateTest, TheEndOfAFocusFromBeforeTheHideDoesNotHideItAgain) {
+TEST_F(AppDelegateTest, TheEndOfAFocusFromBeforeTheHideHidesNothing) {
     delegate_->applicationDidFinishLaunching();
     setState(Qt::ApplicationActive);
     delegate_->hideLauncher();
@@ -380,7 +380,7 @@ TEST_F(AppDelegateTest, TheEndOfAFocusFromBeforeTheHideDoesNotHideItAgain) {
     EXPECT_FALSE(delegate_->model().presented());
 }
 
-TEST_F(AppDelegateTest, AFocusThatADialogTookAlongIsWaitedForBeforeTheLauncherHides) {
+TEST_F(AppDelegateTest, AFocusLostWithADialogIsWaitedForBeforeTheLauncherHides) {
     delegate_->applicationDidFinishLaunching();
     setState(Qt::ApplicationActive);
     windows_.nobody = true;
@@ -393,7 +393,7 @@ TEST_F(AppDelegateTest, AFocusThatADialogTookAlongIsWaitedForBeforeTheLauncherHi
     EXPECT_FALSE(delegate_->model().presented()) << "it never came";
 }
 
-TEST_F(AppDelegateTest, AFocusThatADialogTookAlongMayComeBack) {
+TEST_F(AppDelegateTest, AFocusLostWithADialogMayReturn) {
     delegate_->applicationDidFinishLaunching();
     setState(Qt::ApplicationActive);
     windows_.nobody = true;
@@ -405,7 +405,7 @@ TEST_F(AppDelegateTest, AFocusThatADialogTookAlongMayComeBack) {
     EXPECT_TRUE(delegate_->model().presented());
 }
 
-TEST_F(AppDelegateTest, ALauncherThatIsShownAsAnotherWindowOfOursClosesStaysUp) {
+TEST_F(AppDelegateTest, ALauncherShownAsAnotherWindowClosesStaysUp) {
     delegate_->applicationDidFinishLaunching();
     setState(Qt::ApplicationActive);
     delegate_->hideLauncher();
@@ -413,7 +413,7 @@ TEST_F(AppDelegateTest, ALauncherThatIsShownAsAnotherWindowOfOursClosesStaysUp) 
     closeADialog();
     delegate_->showLauncher();
     queue_.advance(3);
-    EXPECT_TRUE(delegate_->model().presented()) << "the window manager takes its time to give it the focus";
+    EXPECT_TRUE(delegate_->model().presented()) << "the window manager may be slow to give it the focus";
 }
 
 TEST_F(AppDelegateTest, BecomingActiveLeavesAShownLauncherAlone) {
@@ -434,7 +434,7 @@ TEST_F(AppDelegateTest, BecomingActiveCoversNoOtherWindow) {
     EXPECT_FALSE(delegate_->model().presented());
 }
 
-TEST_F(AppDelegateTest, TheLayoutIsSavedAtTheEndEvenWhenNothingSavedItBefore) {
+TEST_F(AppDelegateTest, TheLayoutIsSavedAtTheEnd) {
     files_.addFile(u"/data/Amberquill/layout.json"_s, "[ {\"app\" : {\"_0\" : \"/Applications/1.app\"}} ]");
     startupData_.layout = LayoutStore::read(files_, u"/data"_s);
     makeDelegate({});
@@ -445,7 +445,7 @@ TEST_F(AppDelegateTest, TheLayoutIsSavedAtTheEndEvenWhenNothingSavedItBefore) {
     EXPECT_EQ(preferences_.flushes, 1);
 }
 
-TEST_F(AppDelegateTest, NoUpdateIsLookedForByItselfBeforeThePreferencesAreRead) {
+TEST_F(AppDelegateTest, AutomaticChecksWaitForLatePreferences) {
     startupData_.preferencesAreLate = true;
     for (const bool isWanted : {true, false}) {
         makeDelegate({{u"SUFeedURL"_s, u"https://example.org/feed.xml"_s}});
@@ -457,7 +457,7 @@ TEST_F(AppDelegateTest, NoUpdateIsLookedForByItselfBeforeThePreferencesAreRead) 
     }
 }
 
-TEST_F(AppDelegateTest, AnotherLanguageMakesTheMainMenuAnew) {
+TEST_F(AppDelegateTest, AnotherLanguageReplacesTheMainMenu) {
     L::setLanguage(AppLanguage::English);
     delegate_->applicationDidFinishLaunching();
     EXPECT_EQ(delegate_->mainMenu().menus()[1].title, u"Edit"_s);
@@ -481,7 +481,7 @@ TEST_F(AppDelegateTest, TheMainMenusKeysWorkWhileTheLauncherIsUp) {
     }
 }
 
-TEST_F(AppDelegateTest, TheWishForLessMotionIsFollowedOnceTheLauncherIsOnTheScreen) {
+TEST_F(AppDelegateTest, TheMotionPreferenceIsFollowedFromTheFirstFrameOn) {
     delegate_->applicationDidFinishLaunching();
     queue_.advance(10);
     QCoreApplication::processEvents();
@@ -500,14 +500,14 @@ TEST_F(AppDelegateTest, TheWishForLessMotionIsFollowedOnceTheLauncherIsOnTheScre
     EXPECT_FALSE(Timeline::shared().isReduced());
 }
 
-TEST_F(AppDelegateTest, OnePressIsOneToggleHoweverManyRoutesItTakes) {
+TEST_F(AppDelegateTest, APressThatArrivesByTwoRoutesTogglesOnce) {
     delegate_->applicationDidFinishLaunching();
     setState(Qt::ApplicationActive);
     delegate_->toggleByPress(PressRoute::HotKey, {});
     EXPECT_FALSE(delegate_->model().presented());
     queue_.advance(0.02);
     delegate_->toggleByPress(PressRoute::Bus, {});
-    EXPECT_FALSE(delegate_->model().presented()) << "the same press once more";
+    EXPECT_FALSE(delegate_->model().presented()) << "the same press again";
     queue_.advance(0.02);
     delegate_->toggleByPress(PressRoute::HotKey, {});
     EXPECT_TRUE(delegate_->model().presented()) << "a second press";
@@ -516,7 +516,7 @@ TEST_F(AppDelegateTest, OnePressIsOneToggleHoweverManyRoutesItTakes) {
     EXPECT_FALSE(delegate_->model().presented());
 }
 
-TEST_F(AppDelegateTest, BothMenusOfferTheUpdatesInTheirPlaces) {
+TEST_F(AppDelegateTest, BothMenusHaveTheUpdateEntriesInTheirPlaces) {
     L::setLanguage(AppLanguage::English);
     delegate_->applicationDidFinishLaunching();
     const auto titles = [](const QMenu& menu) {
@@ -534,7 +534,7 @@ TEST_F(AppDelegateTest, BothMenusOfferTheUpdatesInTheirPlaces) {
     L::setLanguage(AppLanguage::System);
 }
 
-TEST_F(AppDelegateTest, WithoutAFeedACheckSaysUpToDateAtOnceWithTheBundlesVersion) {
+TEST_F(AppDelegateTest, WithoutAFeedACheckAnswersUpToDateAtOnce) {
     makeDelegate({{u"CFBundleShortVersionString"_s, u"4.5"_s}});
     delegate_->applicationDidFinishLaunching();
     setState(Qt::ApplicationActive);
@@ -545,14 +545,14 @@ TEST_F(AppDelegateTest, WithoutAFeedACheckSaysUpToDateAtOnceWithTheBundlesVersio
     EXPECT_EQ(alert()->informativeText(), L::upToDateMessage(u"4.5"_s));
     setState(Qt::ApplicationInactive);
     setState(Qt::ApplicationActive);
-    EXPECT_FALSE(delegate_->model().presented()) << "the alert is not covered by the launcher";
+    EXPECT_FALSE(delegate_->model().presented()) << "the launcher does not cover the alert";
     alert()->button(QMessageBox::Ok)->click();
     setState(Qt::ApplicationInactive);
     setState(Qt::ApplicationActive);
     EXPECT_TRUE(delegate_->model().presented());
 }
 
-TEST_F(AppDelegateTest, WithoutAVersionInTheBundleItIsZero) {
+TEST_F(AppDelegateTest, WithoutAVersionInTheBundleTheVersionIsZero) {
     delegate_->applicationDidFinishLaunching();
     item(*delegate_->menu().make(), L::checkForUpdates()).trigger();
     ASSERT_NE(alert(), nullptr);
@@ -560,7 +560,7 @@ TEST_F(AppDelegateTest, WithoutAVersionInTheBundleItIsZero) {
     alert()->close();
 }
 
-TEST_F(AppDelegateTest, TheSwitchForUpdatesIsKept) {
+TEST_F(AppDelegateTest, TheSwitchForAutomaticChecksIsStored) {
     delegate_->applicationDidFinishLaunching();
     for (const bool wasOn : {true, false}) {
         const auto menu = delegate_->menu().make();
@@ -571,8 +571,8 @@ TEST_F(AppDelegateTest, TheSwitchForUpdatesIsKept) {
     EXPECT_EQ(preferences_.boolean(u"SUEnableAutomaticChecks"_s), true);
 }
 
-TEST_F(AppDelegateTest, TheUpdaterStartsWithTheProgramAndChecksNotAtOnce) {
-    // Nothing listens there.
+TEST_F(AppDelegateTest, TheUpdaterStartsWithTheProgramButChecksLater) {
+    // No server listens on this port.
     const QHash<QString, QString> bundle = {{u"SUFeedURL"_s, u"http://127.0.0.1:1/feed"_s}};
     const QString lastCheck = u"SULastCheckTime"_s;
     const auto anHour = std::chrono::hours(1);
@@ -589,7 +589,7 @@ TEST_F(AppDelegateTest, TheUpdaterStartsWithTheProgramAndChecksNotAtOnce) {
     EXPECT_TRUE(preferences_.contains(lastCheck));
 }
 
-TEST_F(AppDelegateTest, NoUpdateIsLookedForWhileADialogOrAMenuIsOpen) {
+TEST_F(AppDelegateTest, NoAutomaticCheckRunsWhileADialogOrAMenuIsOpen) {
     const QString lastCheck = u"SULastCheckTime"_s;
     queue_.setDate(queue_.date() + std::chrono::hours(24 * 365));
     makeDelegate({{u"SUFeedURL"_s, u"http://127.0.0.1:1/feed"_s}});
@@ -610,7 +610,7 @@ TEST_F(AppDelegateTest, NoUpdateIsLookedForWhileADialogOrAMenuIsOpen) {
     EXPECT_TRUE(preferences_.contains(lastCheck));
 }
 
-TEST_F(AppDelegateTest, NoUpdateIsLookedForDuringADrag) {
+TEST_F(AppDelegateTest, NoAutomaticCheckRunsDuringADrag) {
     const QString lastCheck = u"SULastCheckTime"_s;
     queue_.setDate(queue_.date() + std::chrono::hours(24 * 365));
     files_.addFile(u"/data/Amberquill/layout.json"_s, "[ {\"app\" : {\"_0\" : \"/Applications/1.app\"}} ]");
