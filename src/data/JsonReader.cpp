@@ -371,6 +371,22 @@ void JsonReader::skip() {
     }
 }
 
+std::optional<QString> JsonReader::stringOrSkip() {
+    if (next() == Kind::String) {
+        return string();
+    }
+    skip();
+    return std::nullopt;
+}
+
+std::optional<qint64> JsonReader::integerOrSkip() {
+    if (next() == Kind::Number) {
+        return integer();
+    }
+    skip();
+    return std::nullopt;
+}
+
 bool JsonReader::isAtEnd() {
     skipWhiteSpace();
     return !failed_ && at_ >= text_.size();

@@ -41,8 +41,10 @@ public:
     // None: the number is no integer of 64 bits. 7.0 and 70e-1 are integers.
     std::optional<qint64> integer();
 
-    // Reads one value of any kind.
+    // Each of these reads one value of any kind. None: it is no string, or no such integer.
     void skip();
+    std::optional<QString> stringOrSkip();
+    std::optional<qint64> integerOrSkip();
 
     // Whether the text ends here. It must after the outermost value.
     bool isAtEnd();

@@ -59,11 +59,8 @@ std::optional<QUuid> uuid(const QString& text) {
 // Each of these reads exactly one value, of any kind.
 
 Decoded<QString> readText(JsonReader& reader) {
-    if (reader.next() != JsonReader::Kind::String) {
-        reader.skip();
-        return typeMismatch(QStringLiteral("a string"));
-    }
-    return reader.string();
+    auto text = reader.stringOrSkip();
+    return text ? Decoded<QString>(*std::move(text)) : typeMismatch(QStringLiteral("a string"));
 }
 
 Decoded<QUuid> readUuid(JsonReader& reader) {

@@ -41,24 +41,8 @@ void writeItem(PrettyJsonWriter& json, const LaunchItem& item) {
     json.endObject();
 }
 
-std::optional<QString> readPlainText(JsonReader& reader) {
-    if (reader.next() != JsonReader::Kind::String) {
-        reader.skip();
-        return std::nullopt;
-    }
-    return reader.string();
-}
-
-std::optional<qint64> readInteger(JsonReader& reader) {
-    if (reader.next() != JsonReader::Kind::Number) {
-        reader.skip();
-        return std::nullopt;
-    }
-    return reader.integer();
-}
-
 std::optional<std::chrono::sys_seconds> readDate(JsonReader& reader) {
-    const auto text = readPlainText(reader);
+    const auto text = reader.stringOrSkip();
     return text ? dateFromIsoText(*text) : std::nullopt;
 }
 
@@ -116,15 +100,15 @@ std::optional<LayoutFile> decodeLayoutFile(QByteArrayView text) {
     reader.enterObject();
     while (const auto key = reader.nextKey()) {
         if (*key == u"format") {
-            format = readPlainText(reader);
+            format = reader.stringOrSkip();
         } else if (*key == u"version") {
-            version = readInteger(reader);
+            version = reader.integerOrSkip();
         } else if (*key == u"exportedAt") {
             exportedAt = readDate(reader);
         } else if (*key == u"columns") {
-            columns = readInteger(reader);
+            columns = reader.integerOrSkip();
         } else if (*key == u"rows") {
-            rows = readInteger(reader);
+            rows = reader.integerOrSkip();
         } else if (*key == u"items") {
             items = readList(reader);
         } else {

@@ -32,16 +32,8 @@ void appendPlace(QByteArray& json, const RememberedItem& item) {
     json += '}';
 }
 
-std::optional<QString> readPlaceText(JsonReader& reader) {
-    if (reader.next() != JsonReader::Kind::String) {
-        reader.skip();
-        return std::nullopt;
-    }
-    return reader.string();
-}
-
 std::optional<QUuid> readPlaceUuid(JsonReader& reader) {
-    const QUuid id = QUuid::fromString(readPlaceText(reader).value_or(QString()));
+    const QUuid id = QUuid::fromString(reader.stringOrSkip().value_or(QString()));
     return id.isNull() ? std::nullopt : std::optional(id);
 }
 
@@ -56,7 +48,7 @@ std::optional<RememberedItem> readPlace(JsonReader& reader) {
     reader.enterObject();
     while (const auto key = reader.nextKey()) {
         if (*key == u"app") {
-            const auto path = readPlaceText(reader);
+            const auto path = reader.stringOrSkip();
             item.id = path && !path->isEmpty() ? appItemId(*path) : QString();
         } else if (*key == u"folder") {
             const auto id = readPlaceUuid(reader);
@@ -65,15 +57,15 @@ std::optional<RememberedItem> readPlace(JsonReader& reader) {
             item.folder = readPlaceUuid(reader);
             isValid = isValid && item.folder.has_value();
         } else if (*key == u"name") {
-            item.folderName = readPlaceText(reader).value_or(QString());
+            item.folderName = reader.stringOrSkip().value_or(QString());
         } else if (*key == u"after") {
-            item.after = readPlaceText(reader).value_or(QString());
+            item.after = reader.stringOrSkip().value_or(QString());
         } else if (*key == u"before") {
-            item.before = readPlaceText(reader).value_or(QString());
-        } else if (*key == u"index" && reader.next() == JsonReader::Kind::Number) {
-            item.index = static_cast<qsizetype>(reader.integer().value_or(0));
+            item.before = reader.stringOrSkip().value_or(QString());
+        } else if (*key == u"index") {
+            item.index = static_cast<qsizetype>(reader.integerOrSkip().value_or(0));
         } else if (*key == u"since") {
-            since = dateFromIsoText(readPlaceText(reader).value_or(QString()));
+            since = dateFromIsoText(reader.stringOrSkip().value_or(QString()));
         } else {
             reader.skip();
         }

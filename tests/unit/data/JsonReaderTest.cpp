@@ -74,6 +74,23 @@ TEST(JsonReader, TheKindOfEveryValueIsKnown) {
     EXPECT_EQ(JsonReader("]").next(), JsonReader::Kind::Nothing);
 }
 
+TEST(JsonReader, AValueOfAnotherKindIsSkipped) {
+    JsonReader reader(R"(["a",7,[1],"b",8])");
+    reader.enterArray();
+    ASSERT_TRUE(reader.nextElement());
+    EXPECT_EQ(reader.stringOrSkip(), u"a"_s);
+    ASSERT_TRUE(reader.nextElement());
+    EXPECT_EQ(reader.stringOrSkip(), std::nullopt);
+    ASSERT_TRUE(reader.nextElement());
+    EXPECT_EQ(reader.integerOrSkip(), std::nullopt);
+    ASSERT_TRUE(reader.nextElement());
+    EXPECT_EQ(reader.integerOrSkip(), std::nullopt);
+    ASSERT_TRUE(reader.nextElement());
+    EXPECT_EQ(reader.integerOrSkip(), 8);
+    EXPECT_FALSE(reader.nextElement());
+    EXPECT_TRUE(reader.isAtEnd());
+}
+
 TEST(JsonReader, AByteOrderMarkBeforeTheValueIsIgnored) {
     EXPECT_TRUE(isJson("\xEF\xBB\xBF[]"));
     EXPECT_FALSE(isJson("[]\xEF\xBB\xBF"));
