@@ -8,7 +8,7 @@ namespace amberquill {
 
 class SystemLanguages;
 
-// The languages of the interface, in the order in which they are offered.
+// The languages of the interface, in the order of the language menu.
 enum class AppLanguage {
     System,
     English,
@@ -16,7 +16,7 @@ enum class AppLanguage {
     Spanish,
     French,
     German,
-    Chinese, // simplified; every Chinese system language leads here
+    Chinese, // Simplified, also for systems in Traditional Chinese
     Japanese,
 };
 
@@ -25,14 +25,14 @@ inline constexpr std::array allAppLanguages = {
     AppLanguage::French, AppLanguage::German,  AppLanguage::Chinese, AppLanguage::Japanese,
 };
 
-// The text under which a language is stored: "system", "en", "it", "es", "fr", "de", "zh" or "ja".
+// The stored form of a language: "system", "en", "it", "es", "fr", "de", "zh" or "ja".
 QString rawValue(AppLanguage language);
 
-// The language stored under exactly this text, or none.
+// The language with exactly this stored form, or none.
 std::optional<AppLanguage> appLanguage(const QString& rawValue);
 
-// The language that following the system means: the first of the system's languages that the interface
-// speaks, by the first two characters of its tag; English where there is none. Never `System`.
+// The language to use for `System`: the first of the system's languages that the interface has, by the first
+// two characters of the tag, or else English. Never `System`.
 AppLanguage fromSystem(const SystemLanguages& languages);
 
 } // namespace amberquill

@@ -15,13 +15,13 @@ QString languageCode(AppLanguage language) {
     return language == AppLanguage::Chinese ? QStringLiteral("zh-Hans") : rawValue(language);
 }
 
-// The forms of the user's locale for the language in effect: those of its country where it is of that
-// language.
-QLocale systemLocaleFor(AppLanguage language, const QLocale& spoken) {
+// The user's locale if it has the interface's language, so that formats are those of the user's country;
+// otherwise the language's own locale.
+QLocale systemLocaleFor(AppLanguage language, const QLocale& interface) {
     const QLocale system = QLocale::system();
-    const bool isSpoken = system.language() == spoken.language() && system.script() == spoken.script();
-    const bool hasNone = system.language() == QLocale::C && language == AppLanguage::English;
-    return isSpoken || hasNone ? system : spoken;
+    const bool isSame = system.language() == interface.language() && system.script() == interface.script();
+    const bool isUnset = system.language() == QLocale::C && language == AppLanguage::English;
+    return isSame || isUnset ? system : interface;
 }
 
 } // namespace
@@ -38,17 +38,17 @@ void FrameworkLanguage::apply(AppLanguage language) {
     const QString key = QStringLiteral("AppleLanguages");
     const AppLanguage inEffect = language == AppLanguage::System ? fromSystem(system_) : language;
     const QString code = languageCode(inEffect);
-    const QLocale spoken(code);
+    const QLocale interface(code);
     if (language == AppLanguage::System) {
         preferences_.remove(key);
-        QLocale::setDefault(systemLocaleFor(inEffect, spoken));
+        QLocale::setDefault(systemLocaleFor(inEffect, interface));
     } else {
         preferences_.setStringList(key, {code});
-        QLocale::setDefault(spoken);
+        QLocale::setDefault(interface);
     }
     QCoreApplication::removeTranslator(&translator_);
-    // Not by the user's locale: of its languages Qt would take the first one that itself has texts in.
-    if (translator_.load(spoken, QStringLiteral("qtbase"), QStringLiteral("_"), translations_)) {
+    // With the user's locale, Qt would choose among its languages by the texts that Qt has.
+    if (translator_.load(interface, QStringLiteral("qtbase"), QStringLiteral("_"), translations_)) {
         QCoreApplication::installTranslator(&translator_);
     }
 }

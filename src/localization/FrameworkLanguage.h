@@ -11,12 +11,11 @@ namespace amberquill {
 class Preferences;
 class SystemLanguages;
 
-// Makes the texts that are not the program's own (those of Qt's dialogs, fields and key names) and the forms
-// of numbers and dates follow the language of the interface's texts. The choice is kept in the preferences as
-// well, under "AppleLanguages", for as long as there is one.
+// Applies the interface's language to Qt's own texts (dialogs, fields, key names) and to the formats of
+// numbers and dates. Stores an explicit choice in the preferences under "AppleLanguages".
 class FrameworkLanguage {
 public:
-    // `preferences` and `system` outlive this object; `translations` is the folder of Qt's own.
+    // `preferences` and `system` outlive this object. `translations` is the folder of Qt's translations.
     FrameworkLanguage(Preferences& preferences, const SystemLanguages& system,
                       QString translations = QLibraryInfo::path(QLibraryInfo::TranslationsPath));
     ~FrameworkLanguage();
@@ -24,8 +23,8 @@ public:
     FrameworkLanguage(const FrameworkLanguage&) = delete;
     FrameworkLanguage& operator=(const FrameworkLanguage&) = delete;
 
-    // Needs the application object. `System` is the language that it leads to, with the forms of the user's
-    // locale where that is of this language.
+    // Needs the application object. With `System`, formats are those of the user's locale if it has the
+    // interface's language.
     void apply(AppLanguage language);
 
 private:

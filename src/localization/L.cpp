@@ -18,7 +18,7 @@ LanguageState& state() {
 }
 
 QString inLanguage(const TextRow& row, AppLanguage language) {
-    // The rows have no column for `System`.
+    // Rows have no column for `System`.
     const std::u16string_view text = row.at(static_cast<std::size_t>(language) - 1);
     return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }

@@ -1,4 +1,4 @@
-// localization/: the interface language and every text that the program shows.
+// localization/: the interface language and all texts of the program.
 #pragma once
 
 #include "localization/AppLanguage.h"
@@ -10,19 +10,19 @@ namespace amberquill {
 
 class Preferences;
 
-// The interface texts in the language in effect, looked up afresh each time. Main thread only.
+// The texts of the launcher in the language in effect, looked up at each call. Main thread only.
 class L {
 public:
     L() = delete;
 
-    // The current choice; `System` is never resolved in place, so that it keeps following the system.
+    // The user's choice. `System` is stored as such, so that the interface follows the system's changes.
     static AppLanguage language();
     static void setLanguage(AppLanguage language);
 
-    // Takes the choice from the preferences; no value, or one that names no language, is `System`.
+    // Reads the choice from the preferences; a missing or unknown value is `System`.
     static void loadLanguage(const Preferences& preferences);
 
-    // Where `System` leads, asked at each look-up. The provider outlives its use; without one it is English.
+    // The provider for `System`, asked at each lookup; null: `System` is English. It outlives its use.
     static void setSystemLanguages(const SystemLanguages* languages);
 
     // The language in effect: never `System`.

@@ -2,8 +2,8 @@
 
 namespace amberquill {
 
-// Columns: English, Italian, Spanish, French, German, Chinese, Japanese. No-break spaces are written as
-// escapes so that they can be seen.
+// Columns: English, Italian, Spanish, French, German, Chinese, Japanese. No-break spaces are
+// escapes, to be visible.
 // clang-format off
 const TextTable& textTable() {
     static constexpr TextTable table = {{

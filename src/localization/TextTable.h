@@ -9,7 +9,7 @@ namespace amberquill {
 // A text in each of the seven languages, in the order of AppLanguage without `System`.
 using TextRow = std::array<std::u16string_view, 7>;
 
-// The texts of the interface. Each stands in the table of every language.
+// The texts of the launcher.
 enum class TextKey {
     About,
     Hide,
@@ -61,10 +61,10 @@ using TextTable = std::array<TextRow, static_cast<std::size_t>(TextKey::InvalidL
 
 const TextTable& textTable();
 
-// "Amberquill", the version, then one of these.
+// The text after "Amberquill" and the version.
 const TextRow& upToDateEndings();
 
-// What stands before and after the name of the folder for other applications in the import message.
+// The import message before and after the name of the folder for other applications.
 const TextRow& importLeadIns();
 const TextRow& importClosings();
 

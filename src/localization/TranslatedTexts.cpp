@@ -6,7 +6,7 @@
 #include <QTranslator>
 #include <array>
 
-// Qt's macro for resources works in no namespace.
+// Q_INIT_RESOURCE does not work in a namespace.
 static void loadTranslations() {
     Q_INIT_RESOURCE(amberquill_translations);
 }
@@ -56,15 +56,15 @@ constexpr std::array updateSources = {
 // clang-format on
 static_assert(updateSources.size() == updateTextCount);
 
-// The translation of an English text; the text itself where there is none. A language is loaded when its
-// first text is asked for.
+// The translation of an English text, or the text itself if there is none. A language is loaded at its first
+// text, not at the start of the program.
 QString translated(const char* context, const char* source, int count = -1) {
     static QTranslator translator;
     static AppLanguage loaded = AppLanguage::English;
     if (const AppLanguage language = L::effectiveLanguage(); language != loaded) {
         loadTranslations();
         loaded = language;
-        // Without a file, as for English, the translator is empty from here on.
+        // Without a file, as for English, load() leaves the translator empty.
         static_cast<void>(translator.load(QStringLiteral(":/translations/") + rawValue(language)));
     }
     const QString text = translator.translate(context, source, nullptr, count);
@@ -78,7 +78,7 @@ QString updateText(UpdateText text) {
 }
 
 QString spokenFolder(const QString& name, qsizetype apps) {
-    // Exactly one has a text of its own: some languages count 0 as singular, which is not wanted here.
+    // "1" has its own text: French grammar counts 0 as singular, but an empty folder takes the plural here.
     const QString text =
         apps == 1
             ? translated("SpokenTexts",

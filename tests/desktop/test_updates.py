@@ -1,4 +1,4 @@
-"""Updates, from the menu's entry to the program that takes the old one's place."""
+"""Updates, from the menu entry to the start of the new program."""
 
 import json
 import os
@@ -17,7 +17,7 @@ NOTES = "Faster.\n<b>Bolder.</b>"
 class Updates(ReadAloud):
     @classmethod
     def setUpClass(cls):
-        # As an image is mounted.
+        # The folder in which an image is mounted.
         cls.mount = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
         cls.install(cls.mount / "usr")
 
@@ -36,12 +36,12 @@ class Updates(ReadAloud):
         write_information(self.mount / "usr/share/amberquill/Info.plist", **values)
 
     def offer(self, body, status=200, **values):
-        """Serves that as the feed of a program whose version is 7.8."""
+        """Serves the feed; the installed program has version 7.8."""
         self.server.answers["/feed"] = status, body
         self.inform(version="7.8", feed_address=self.server.address("/feed"), **values)
 
     def begin_checking(self):
-        """Starts the launcher and asks for updates."""
+        """Starts the launcher and checks for updates."""
         launcher = self.begin_shown_launcher(self.made)
         self.choose(self.CHECK_FOR_UPDATES)
         return launcher
@@ -54,7 +54,7 @@ class Updates(ReadAloud):
         self.choose(self.CHECK_FOR_UPDATES)
 
     def expect_texts(self, role, title, texts, focused):
-        """Waits for a dialog with these texts, of which one is the button that has the focus. The launcher is gone."""
+        """Waits for a dialog with these texts and this focused button. The launcher is hidden."""
         read = []
 
         def is_there():
@@ -80,7 +80,7 @@ class Updates(ReadAloud):
         )
 
     def expect_gone(self, launcher):
-        """No dialog any more, and the launcher has not come back."""
+        """There is no dialog any more, and the launcher is still hidden."""
         self.expect_no_other_window(launcher)
         self.assertEqual(self.session.windows_of_class(WINDOW_CLASS), [])
 
@@ -89,13 +89,13 @@ class Updates(ReadAloud):
 
 
 class Checks(Updates):
-    def test_without_a_feed_it_says_up_to_date_and_the_launcher_does_not_cover_that(self):
+    def test_without_a_feed_the_up_to_date_alert_is_above_the_launcher(self):
         self.inform(version="7.8")
         launcher = self.begin_checking()
         self.expect_message("You're up to date", "Amberquill 7.8 is the latest version.")
         alert = self.session.focused_window()
         self.assertIn("_NET_WM_STATE_ABOVE", self.session.atoms(alert, "_NET_WM_STATE"))
-        # Another application comes and goes.
+        # Another application takes the focus and ends.
         other = self.session.start("xmessage", "other")
         until(lambda: self.session.focused_window() != alert, "the other application's focus")
         other.kill()
@@ -109,7 +109,7 @@ class Checks(Updates):
         self.expect_page(self.made)
         self.end_launcher(launcher)
 
-    def test_without_a_version_it_is_zero(self):
+    def test_a_missing_version_is_zero(self):
         self.inform()
         launcher = self.begin_checking()
         self.expect_message("Amberquill 0 is the latest version.")
@@ -117,31 +117,31 @@ class Checks(Updates):
         self.expect_gone(launcher)
         self.end_launcher(launcher)
 
-    def test_a_feed_that_is_not_there_or_empty_counts_as_up_to_date(self):
+    def test_a_missing_or_empty_feed_counts_as_up_to_date(self):
         self.offer(b"not found", status=404)
         launcher = self.begin_checking()
         self.expect_message("You're up to date", "Amberquill 7.8 is the latest version.")
         self.session.press("Return")
         self.expect_gone(launcher)
-        self.assertEqual(self.server.asked("/feed"), 1)
+        self.assertEqual(self.server.request_count("/feed"), 1)
         self.server.answers["/feed"] = 200, b""
         self.check_again()
         self.expect_message("You're up to date", "Amberquill 7.8 is the latest version.")
         self.session.press("Return")
         self.expect_gone(launcher)
-        self.assertEqual(self.server.asked("/feed"), 2)
+        self.assertEqual(self.server.request_count("/feed"), 2)
         self.end_launcher(launcher)
 
-    def test_a_feed_without_anything_newer_is_asked_twice_and_said_so(self):
+    def test_a_feed_without_a_newer_version_is_fetched_twice(self):
         self.offer(feed("7.8", NOTES))
         launcher = self.begin_checking()
         self.expect_message("You're up to date", "Amberquill 7.8 is the latest version.")
-        self.assertEqual(self.server.asked("/feed"), 2)
+        self.assertEqual(self.server.request_count("/feed"), 2)
         self.session.press("Return")
         self.expect_gone(launcher)
         self.end_launcher(launcher)
 
-    def test_the_switch_is_kept(self):
+    def test_the_switch_is_stored(self):
         self.inform(version="7.8")
         launcher = self.begin_shown_launcher(self.made)
         for on in (False, True):
@@ -162,7 +162,7 @@ class Offers(Updates):
         opener.chmod(0o755)
         self.settings["PATH"] = f"{folder}:{os.environ['PATH']}"
 
-    def test_where_the_program_cannot_replace_itself_its_page_is_opened(self):
+    def test_a_program_that_is_not_an_image_opens_the_page(self):
         self.offer(feed("9.9", NOTES, page=PAGE))
         launcher = self.begin_checking()
         buttons = self.expect_found(focused="Open Release Page")
@@ -173,7 +173,7 @@ class Offers(Updates):
         self.expect_gone(launcher)
         self.end_launcher(launcher)
 
-    def test_a_page_that_is_not_secure_is_not_offered(self):
+    def test_a_page_without_https_is_not_offered(self):
         self.offer(feed("9.9", NOTES, page=self.server.address("/page")))
         launcher = self.begin_checking()
         buttons = self.expect_found(focused="Remind Me Later")
@@ -182,7 +182,7 @@ class Offers(Updates):
         self.expect_gone(launcher)
         self.end_launcher(launcher)
 
-    def test_what_was_put_off_and_what_was_skipped_is_shown_when_it_is_asked_for(self):
+    def test_a_check_by_the_user_shows_a_skipped_version(self):
         self.offer(feed("9.9", NOTES, page=PAGE))
         launcher = self.begin_checking()
         self.expect_found(focused="Open Release Page")
@@ -237,7 +237,7 @@ class Offers(Updates):
 
 
 class Installations(Updates):
-    """The program runs from an image that is the user's own."""
+    """The program runs from an image that the user may replace."""
 
     def setUp(self):
         super().setUp()
@@ -280,7 +280,7 @@ class Installations(Updates):
         self.assertEqual(launcher.lines, [])
         until(lambda: self.started.exists() and self.started.read_text() == "9.9\n", "the new program")
 
-    def test_a_restart_can_wait(self):
+    def test_a_restart_can_be_postponed(self):
         self.offer_image()
         launcher = self.begin_checking()
         self.expect_found()
@@ -292,13 +292,12 @@ class Installations(Updates):
         self.end_launcher(launcher)
         self.assertFalse(self.started.exists())
 
-    def test_a_download_that_is_cancelled_in_the_middle_changes_nothing(self):
+    def test_a_cancelled_download_changes_nothing(self):
         self.offer_image()
         self.server.hold("/image", 200_000)
         launcher = self.begin_checking()
         self.expect_found()
         self.session.press("Return")
-        # So much has come that it is told.
         self.expect_texts(
             "dialog", "Downloading the update…", ["Downloading the update…", "200.0 kB of 400.1 kB"], "Cancel"
         )
@@ -308,7 +307,7 @@ class Installations(Updates):
         self.end_launcher(launcher)
         self.expect_old_alone()
 
-    def test_a_download_is_paused_and_gone_on_with(self):
+    def test_a_download_is_paused_and_resumed(self):
         self.offer_image()
         rest = self.server.hold("/image", 200_000)
         launcher = self.begin_checking()
@@ -338,7 +337,7 @@ class Installations(Updates):
         downloads = self.session.cache / "Amberquill" / "updates"
         self.assertEqual([path for path in downloads.rglob("*") if path.stat().st_size > 100_000], [])
 
-    def test_somebody_elses_signature_is_refused(self):
+    def test_a_signature_with_another_key_is_refused(self):
         self.offer_image(signature=SigningKey(2).sign(self.new))
         self.expect_refusal(
             "The update’s signature is not valid: it may have been tampered with. It was deleted and not installed."
@@ -347,12 +346,12 @@ class Installations(Updates):
     def test_without_a_key_nothing_is_installed(self):
         self.offer_image(key="")
         self.expect_refusal("This copy of Amberquill has no key to check updates with. Nothing was installed.")
-        self.assertEqual(self.server.asked("/image"), 0)
+        self.assertEqual(self.server.request_count("/image"), 0)
 
-    def test_what_is_not_as_long_as_announced_is_refused(self):
+    def test_a_download_of_a_wrong_length_is_refused(self):
         self.offer_image(length=len(self.new) - 1)
         self.expect_refusal("The download does not have the announced size. It was deleted and not installed.")
 
-    def test_a_program_that_is_older_than_it_claims_to_be_is_refused(self):
+    def test_a_program_that_is_older_than_the_feed_says_is_refused(self):
         self.offer_image(image=program_image("7.7", self.started))
         self.expect_refusal("The update is not newer than this version. It was not installed.")

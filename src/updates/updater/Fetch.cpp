@@ -9,9 +9,8 @@ Q_LOGGING_CATEGORY(fetchLog, "amberquill.updates", QtCriticalMsg)
 
 } // namespace
 
-Fetch::Fetch(MainQueue& queue, const Timeouts& timeouts, QObject* parent)
-    : QObject(parent)
-    , queue_(queue)
+Fetch::Fetch(MainQueue& queue, const Timeouts& timeouts)
+    : queue_(queue)
     , timeouts_(timeouts) {}
 
 Fetch::~Fetch() = default;

@@ -3,7 +3,6 @@
 #include "updates/updater/HttpGet.h"
 
 #include <QByteArray>
-#include <QObject>
 #include <QUrl>
 #include <functional>
 #include <memory>
@@ -14,12 +13,10 @@ namespace amberquill {
 using Fetched = std::variant<QByteArray, FetchError>;
 
 // Fetches the whole of a small file over HTTP: a response with status 200. Main thread only.
-class Fetch final : public QObject {
-    Q_OBJECT
-
+class Fetch final {
 public:
-    explicit Fetch(MainQueue& queue, const Timeouts& timeouts = {}, QObject* parent = nullptr);
-    ~Fetch() override;
+    explicit Fetch(MainQueue& queue, const Timeouts& timeouts = {});
+    ~Fetch();
 
     Fetch(const Fetch&) = delete;
     Fetch& operator=(const Fetch&) = delete;

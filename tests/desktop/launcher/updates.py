@@ -1,4 +1,4 @@
-"""Updates as somebody offers them: a server, a feed, a key to sign with, and programs that can be replaced."""
+"""Helpers for tests of updates: a server, a feed, a signing key and programs that can be replaced."""
 
 import base64
 import ctypes
@@ -9,13 +9,13 @@ from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 from pathlib import Path
 from xml.sax.saxutils import escape, quoteattr
 
-READER = Path(__file__).parents[3] / "src" / "updates" / "updater" / "Feed.cpp"
-# What describes a version has its names in a space of its own, as the reader of feeds knows.
-NAMES = re.search(r'versionNamespace\("([^"]*)"\)', READER.read_text(encoding="utf-8"))[1]
+FEED_READER = Path(__file__).parents[3] / "src" / "updates" / "updater" / "Feed.cpp"
+# The XML namespace of the elements that describe a version.
+NAMESPACE = re.search(r'versionNamespace\("([^"]*)"\)', FEED_READER.read_text(encoding="utf-8"))[1]
 
 
 class SigningKey:
-    """A key of the test's own, the same for the same number."""
+    """A key pair for tests, always the same for the same number."""
 
     def __init__(self, number=1):
         self._sodium = ctypes.CDLL("libsodium.so.23")
@@ -31,12 +31,12 @@ class SigningKey:
 
 
 class UpdateServer:
-    """An HTTP server on this machine. Paths without an answer are not found."""
+    """An HTTP server on this machine. It answers 404 for other paths than those in `answers`."""
 
     def __init__(self):
         self.answers = {}  # path: (status, body)
         self.requests = []
-        self._held = {}  # path: (bytes sent at first, may the rest follow)
+        self._held = {}  # path: (bytes sent at first, event that releases the rest)
         self._server = ThreadingHTTPServer(("127.0.0.1", 0), self._handler())
         self._server.daemon_threads = True
 
@@ -54,12 +54,12 @@ class UpdateServer:
         return f"http://127.0.0.1:{self._server.server_port}{path}"
 
     def hold(self, path, sent_at_first):
-        """Sends so many bytes of an answer; the rest once the returned event is set."""
+        """Sends the first bytes of an answer, and the rest once the returned event is set."""
         rest = threading.Event()
         self._held[path] = sent_at_first, rest
         return rest
 
-    def asked(self, path):
+    def request_count(self, path):
         return self.requests.count(path)
 
     def _handler(self):
@@ -80,7 +80,7 @@ class UpdateServer:
                         rest.wait()
                         self.wfile.write(body[sent:])
                 except OSError:
-                    pass  # nobody listens any more
+                    pass  # the client has closed the connection
 
             def log_message(self, *_):
                 pass
@@ -100,19 +100,19 @@ def feed(version, notes, page=None, address=None, length=0, signature=None):
         )
     item = "".join(inside)
     return (
-        f'<?xml version="1.0" encoding="utf-8"?>\n<rss version="2.0" xmlns:v={quoteattr(NAMES)}>'
+        f'<?xml version="1.0" encoding="utf-8"?>\n<rss version="2.0" xmlns:v={quoteattr(NAMESPACE)}>'
         f"<channel><title>Amberquill</title><item><title>{escape(version)}</title>{item}</item></channel></rss>\n"
     ).encode()
 
 
 def write_information(path, version=None, feed_address=None, key=None):
-    """The list by which an installed program knows itself."""
+    """The Info.plist of an installed program."""
     values = {"CFBundleShortVersionString": version, "SUFeedURL": feed_address, "SUPublicEDKey": key}
     path.write_bytes(plistlib.dumps({name: value for name, value in values.items() if value}))
 
 
 def program_image(version, started):
-    """A stand-in for an image of that version: says it, and when it is started writes a file."""
+    """A substitute for an image: prints its version for --version, otherwise writes it to the file `started`."""
     script = (
         "#!/bin/sh\n"
         f'if [ "$1" = --version ]; then echo "Amberquill {version}"; exit; fi\n'

@@ -76,7 +76,7 @@ Message readMessage(QXmlStreamReader& xml) {
     return message;
 }
 
-// The messages of a language's file, those of the updater first.
+// The messages of a language's file.
 std::vector<Message> messagesIn(AppLanguage language) {
     QFile file(projectFile(u"src/localization/translations/"_s + rawValue(language) + u".ts"_s));
     EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();

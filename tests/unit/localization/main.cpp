@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
-    // A system of one country, whoever runs the tests.
+    // The same locale on every machine.
     qputenv("LC_ALL", "de_CH.UTF-8");
     qunsetenv("LANGUAGE");
     testing::InitGoogleTest(&argc, argv);

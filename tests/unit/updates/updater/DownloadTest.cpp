@@ -372,16 +372,26 @@ TEST_F(DownloadTest, MayBePausedOrDestroyedWhileItReportsProgress) {
     ASSERT_TRUE(waitUntil([&download] { return download == nullptr; }));
 }
 
-TEST_F(DownloadTest, DestroyedDuringVerificationItGivesNoAnswer) {
-    auto download = std::make_unique<Download>(queue, folder(), request(), idleSeconds);
-    bool hasSaid = false;
-    QObject::connect(download.get(), &Download::verified, [&hasSaid] { hasSaid = true; });
-    QObject::connect(download.get(), &Download::verifying, [&download] { download.reset(); });
-    download->start();
-    ASSERT_TRUE(waitUntil([&download] { return download == nullptr; }));
-    ASSERT_TRUE(queue.finish(std::chrono::seconds(10))) << "the verification does not end";
-    bool isSettled = false; // the verification's answer is posted before this
-    queue.post([&isSettled] { isSettled = true; });
-    ASSERT_TRUE(waitUntil([&isSettled] { return isSettled; }));
-    EXPECT_FALSE(hasSaid);
+TEST_F(DownloadTest, RemovedOrDestroyedDuringVerificationItGivesNoAnswer) {
+    for (const bool isDestroyed : {false, true}) {
+        auto download = std::make_unique<Download>(queue, folder(), request(), idleSeconds);
+        int answers = 0;
+        bool hasEnded = false;
+        QObject::connect(download.get(), &Download::verified, [&answers] { ++answers; });
+        QObject::connect(download.get(), &Download::failed, [&answers] { ++answers; });
+        QObject::connect(download.get(), &Download::verifying, [&] {
+            hasEnded = true;
+            download->remove();
+            if (isDestroyed) {
+                download.reset();
+            }
+        });
+        download->start();
+        ASSERT_TRUE(waitUntil([&hasEnded] { return hasEnded; }));
+        ASSERT_TRUE(queue.finish(std::chrono::seconds(10))) << "the verification does not end";
+        bool isSettled = false; // the verification's answer is posted before this
+        queue.post([&isSettled] { isSettled = true; });
+        ASSERT_TRUE(waitUntil([&isSettled] { return isSettled; }));
+        EXPECT_EQ(answers, 0);
+    }
 }

@@ -108,6 +108,17 @@ TEST_F(UpdaterTest, ACheckCanBeCancelled) {
     EXPECT_EQ(check().size(), 3);
 }
 
+TEST_F(UpdaterTest, ACheckCancelledWhileTheFeedIsReadFindsNothing) {
+    serveVersion("2.0");
+    updater().checkForUpdates();
+    const std::size_t before = queue.waiting();
+    ASSERT_TRUE(waitUntil([&] { return queue.waiting() > before; })) << "the feed has not arrived";
+    updater().cancel();
+    queue.runPosted();
+    EXPECT_EQ(updater().state(), State::Idle);
+    EXPECT_FALSE(interface.lastOffer);
+}
+
 TEST_F(UpdaterTest, ASecondCheckBringsTheWindowToTheFront) {
     serveVersion("2.0");
     check();

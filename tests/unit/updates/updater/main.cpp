@@ -1,8 +1,8 @@
 #include <QCoreApplication>
 #include <gtest/gtest.h>
 
-// Where a secure connection fails and its manager goes at once, Qt's network thread sometimes ends before it
-// has freed what OpenSSL made for it. Nothing of ours calls OpenSSL; all other leaks count.
+// When a secure connection fails and its manager is destroyed at once, Qt's network thread may end before it
+// frees its OpenSSL objects. Our code does not call OpenSSL itself; all other leaks are reported.
 extern "C" [[gnu::visibility("default")]] const char* __lsan_default_suppressions();
 const char* __lsan_default_suppressions() {
     return "leak:libcrypto.so\n";
