@@ -3,6 +3,7 @@
 #include "views/BackgroundWash.h"
 #include "views/ImageEffects.h"
 
+#include <QLoggingCategory>
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -11,6 +12,8 @@
 namespace amberquill {
 
 namespace {
+
+Q_LOGGING_CATEGORY(backdropLog, "amberquill.views", QtCriticalMsg)
 
 // In points.
 constexpr double blurSigma = 30;
@@ -27,11 +30,14 @@ int backdropShrink(double devicePixelRatio) {
     return std::max(1, static_cast<int>(std::lround(shrinkPoints * devicePixelRatio)));
 }
 
-Backdrop::Backdrop(Read read, const BackgroundLook& look, Sheet sheet, std::vector<QRect> hidden)
+Backdrop::Backdrop(Read read, const BackgroundLook& look, Window window, std::vector<QRect> hidden)
     : look_(look) {
-    made_.start([read = std::move(read), look, whole = whole_, sheet, hidden = std::move(hidden)] {
+    made_.start([read = std::move(read), look, whole = whole_, window, hidden = std::move(hidden)] {
         ScreenPicture screen = read();
-        const bool isMissing = sheet == Sheet::Opaque && screen.whole.isNull();
+        if (screen.shrunk.isNull() && !look.isTranslucent) {
+            qCDebug(backdropLog, "no picture of the screen: the background is the theme's colours alone");
+        }
+        const bool isMissing = window == Window::Opaque && screen.whole.isNull();
         if (!isMissing) {
             whole.give(std::exchange(screen.whole, {}));
         }

@@ -11,50 +11,50 @@
 
 namespace amberquill {
 
-// What the colour wash is painted for.
+// All that a background depends on but what lies behind it.
 struct BackgroundLook {
     BackgroundTheme theme;
     QSize pixels; // device pixels
     double devicePixelRatio;
-    bool isTranslucent; // what lies behind the window is seen through it
+    bool isTranslucent; // the wash alone: the window system shows what lies behind the window
 
     bool operator==(const BackgroundLook&) const = default;
 };
 
-// What is seen of a look over a backdrop, which may be null. Pure; safe on any thread.
+// Paints a background over a blurred backdrop, or over black if the backdrop is null. Pure; safe on any
+// thread.
 [[nodiscard]] QImage paintBackground(const BackgroundLook& look, const QImage& backdrop);
 
-// How many device pixels each way become one of the picture that is blurred.
+// By how much a screen is shrunk in each direction before it is blurred.
 [[nodiscard]] int backdropShrink(double devicePixelRatio);
 
-// What lies behind the launcher while it is up, as it was when the launcher came. Made away from the main
-// thread: who shows it waits for what is not ready yet. Safe on any thread.
+// The picture of the screen that the launcher is shown over, and the launcher's background made of it. Both
+// are made on another thread; their getters wait until they are ready. Safe on any thread.
 class Backdrop {
 public:
-    // Reads a screen; null images where there is nothing to be read. Called once, on another thread.
+    // Reads a screen; null images if it cannot be read. Called once, on another thread.
     using Read = std::function<ScreenPicture()>;
 
-    // Whether the window lies on the screen like a sheet of paper or of glass.
-    enum class Sheet { Opaque, Glass };
+    // Whether the desktop shows through the window where the launcher draws nothing.
+    enum class Window { Opaque, Translucent };
 
-    // The launcher's background over what is read, blurred; the tint alone where that is nothing. `hidden`:
-    // parts of what is read, in its shrunk pixels, that are not to be seen in the background.
-    Backdrop(Read read, const BackgroundLook& look, Sheet sheet = Sheet::Glass,
+    // Begins to read the screen and to paint the background over it. `hidden`: parts of the screen, in pixels
+    // of the shrunk image, that the background leaves out.
+    Backdrop(Read read, const BackgroundLook& look, Window window = Window::Translucent,
              std::vector<QRect> hidden = {});
     Backdrop(const Backdrop&) = delete;
     Backdrop& operator=(const Backdrop&) = delete;
     // Waits until the screen has been read.
     ~Backdrop() { made_.waitUntil(QDeadlineTimer(QDeadlineTimer::Forever)); }
 
-    // Waits until the screen has been read: from then on the launcher may cover it. The screen as it is, for
-    // a window that nothing shows through: it is black where nothing is drawn, so where the screen cannot be
-    // read it is the launcher's background. Null for other windows.
+    // What an opaque window shows in place of the desktop: the screen, or the launcher's background if the
+    // screen cannot be read. Null for a translucent window. Waits until the screen has been read; from then
+    // on the launcher may cover the screen.
     [[nodiscard]] const QImage& whole() const { return whole_.get(); }
 
-    // Whether what lies behind the window is seen through it.
     [[nodiscard]] bool isTranslucent() const { return look_.isTranslucent; }
 
-    // The picture for a look, in device pixels; at once if it is the one that was asked for first.
+    // The background in device pixels. For another look than the constructor's it is painted here.
     [[nodiscard]] QImage picture(const BackgroundLook& look) const;
 
 private:

@@ -10,7 +10,7 @@
 
 namespace amberquill {
 
-// The launcher's background, filling the item: the wash of its theme over the backdrop.
+// The launcher's background: the wash of its theme over the backdrop. It fills the item.
 class BackgroundLayer : public amberquill::TextureItem {
     Q_OBJECT
     QML_ELEMENT
@@ -20,13 +20,13 @@ class BackgroundLayer : public amberquill::TextureItem {
 public:
     using TextureItem::TextureItem;
 
-    // What it is shown over from the next frame on. Until the first one it is the wash alone.
+    // Shown from the next frame on. Before the first backdrop the layer is the wash alone.
     void setBackdrop(std::shared_ptr<const Backdrop> backdrop);
 
-    // Lets go of it and of what is painted, in a window that is off the screen, until there is another one.
+    // Frees the backdrop and the painted image until setBackdrop(). For a window that is off the screen.
     void forgetBackdrop();
 
-    // What the layer shows, in device pixels.
+    // The painted image, in device pixels.
     [[nodiscard]] const QImage& picture() const { return painted().image; }
 
     [[nodiscard]] LauncherModel* launcher() const { return launcher_; }
@@ -43,18 +43,18 @@ private:
     std::shared_ptr<const Backdrop> backdrop_;
 };
 
-// The desktop as it is without the launcher, filling the item: what lies lowest in a window that nothing
-// shows through, while the launcher comes and goes.
+// A picture of the desktop that fills the item. An opaque window shows it below the launcher while the
+// launcher fades in and out.
 class DesktopPicture final : public TextureItem {
     Q_OBJECT
 
 public:
     using TextureItem::TextureItem;
 
-    // Null: there is none.
+    // Null: nothing is shown.
     void setImage(const QImage& image);
 
-    // Lets go of it, in a window that is off the screen.
+    // Frees the picture. For a window that is off the screen.
     void forget();
 
 protected:

@@ -13,7 +13,7 @@ namespace amberquill {
 
 namespace {
 
-// The colour wash at a point: premultiplied components and the alpha, 0 … 255.
+// The wash at a point: premultiplied components and the alpha, 0 … 255.
 struct Shade {
     float red;
     float green;
@@ -21,9 +21,9 @@ struct Shade {
     float alpha;
 };
 
-// The colour wash of a theme as a function of the place: the gradient from the top left corner to the bottom
-// right one at an opacity of 0.58, and over it a glow of white at 0.12 from the middle of the top edge to
-// nothing 900 points away. Inline, so that a row of pixels is computed several at a time.
+// The wash of a theme as a function of the place: a gradient from the top left to the bottom right corner
+// with an opacity of 0.58, and over it a white glow, which falls from 0.12 in the middle of the top edge to 0
+// at 900 points. In this file, so that the compiler vectorises loops over a row of pixels.
 class BackgroundShade {
 public:
     BackgroundShade(BackgroundTheme theme, const QSize& pixels, double devicePixelRatio)
@@ -31,7 +31,7 @@ public:
                           static_cast<float>(pixels.height()),
                           1 / static_cast<float>(glowRadius * devicePixelRatio)) {}
 
-    // At a place in device pixels from the top left corner; pixels' centres are at halves.
+    // In device pixels from the top left corner. The centres of pixels are at halves.
     [[nodiscard]] Shade at(float across, float down) const {
         const float part = (across * width_ + down * height_) * toPart_;
         const float aside = across - width_ / 2;
@@ -60,8 +60,8 @@ private:
         Colour bottom;
     };
 
-    // One component of the gradient, premultiplied, in 0 … 255: a straight line of the part of the way on
-    // either side of the middle stop, where the mean of both ends is.
+    // One component of the gradient, premultiplied, 0 … 255. It is piecewise linear in the part of the way,
+    // with the mean of both ends at the middle stop.
     class Ramp {
     public:
         Ramp(float top, float bottom)
@@ -78,7 +78,7 @@ private:
 
         float start_;
         float slope_;
-        float laterSlope_; // what the slope changes by from the middle stop on
+        float laterSlope_; // added to the slope from the middle stop on
     };
 
     BackgroundShade(const ThemeColours& colours, float width, float height, float toGlow)
@@ -111,8 +111,8 @@ private:
     float toGlow_;
 };
 
-// Device pixels between two corners. The corner of index 0 lies half as far outside of the picture, so that a
-// row of pixels falls into whole cells of the dither matrix.
+// Device pixels between two grid points. The first point lies half a cell before the picture, so that a row
+// of pixels falls into whole rows of the dither matrix.
 constexpr int cell = 8;
 constexpr int before = cell / 2;
 constexpr std::size_t components = 3;
@@ -123,12 +123,12 @@ float place(int index) {
     return static_cast<float>(cell * index - before);
 }
 
-// Corners that enclose so many pixels.
-int cornersAround(int pixels) {
+// How many grid points enclose that many pixels.
+int pointsAround(int pixels) {
     return (pixels + before + cell - 1) / cell + 1;
 }
 
-// Where a line through the middles of `count` pixels, which span `length`, is met.
+// The two of `count` source pixels, which together span `length`, that a position lies between.
 struct Between {
     Between(float at, int length, int count) {
         const float exact = at * static_cast<float>(count) / static_cast<float>(length) - 0.5F;
@@ -151,8 +151,8 @@ std::array<float, components> mixed(QRgba64 from, QRgba64 to, float part) {
     return {mix(from.red(), to.red()), mix(from.green(), to.green()), mix(from.blue(), to.blue())};
 }
 
-// The colour wash over a blurred backdrop. Neither has detail, so both are put together at the corners of a
-// coarse grid, and a pixel lies on straight lines between these.
+// The wash over a blurred backdrop. Neither has detail, so both are combined at the points of a coarse grid,
+// and pixels are interpolated between the points.
 class BackgroundGrid {
 public:
     // For a picture of this size; the backdrop, of any size, fills it.
@@ -162,8 +162,8 @@ public:
     void paint(QImage& image) const;
 
 private:
-    // A row of the grid, or what lies between two: its red components, then the green, then the blue ones,
-    // 0 … 255.
+    // A row of the grid, or one interpolated between two: all red components, then all green, then all blue
+    // ones, 0 … 255.
     using Row = std::vector<float>;
 
     [[nodiscard]] Row row(const BackgroundShade& shade, const QSize& pixels, const QImage& backdrop,
@@ -174,9 +174,9 @@ private:
 };
 
 BackgroundGrid::BackgroundGrid(const BackgroundShade& shade, const QSize& pixels, const QImage& backdrop)
-    : columns_(cornersAround(pixels.width())) {
+    : columns_(pointsAround(pixels.width())) {
     const QImage colours = backdrop.convertToFormat(QImage::Format_RGBX64);
-    const int count = cornersAround(pixels.height());
+    const int count = pointsAround(pixels.height());
     rows_.reserve(static_cast<std::size_t>(count));
     for (int index = 0; index < count; ++index) {
         rows_.push_back(row(shade, pixels, colours, index));
@@ -236,7 +236,7 @@ void BackgroundGrid::paint(QImage& image) const {
             const float blueStep = blue[column + 1] - blue[column];
             QRgb* const group = pixels.data() + column * cell;
             for (std::size_t i = 0; i < cell; ++i) {
-                // All within 0 … 255. Through signed integers, as in a wash alone.
+                // All within 0 … 255. Signed, as in packed().
                 const auto level = [&](float start, float step) {
                     return static_cast<QRgb>(static_cast<int>(start + step * parts[i] + rounding[i]));
                 };
@@ -250,10 +250,10 @@ void BackgroundGrid::paint(QImage& image) const {
 
 constexpr auto washDither = ditherMatrix();
 
-// Pixels are computed in groups, several at a time.
+// Pixels are computed in groups of this many, for vectorisation.
 constexpr int groupWidth = 8;
 
-// Through signed integers, for which processors have a conversion of several at a time.
+// Converts to signed integers, because processors have a vector instruction for that.
 QRgb packed(float alpha, float red, float green, float blue) {
     return static_cast<QRgb>(static_cast<int>(alpha)) << 24U |
            static_cast<QRgb>(static_cast<int>(red)) << 16U |
@@ -277,7 +277,7 @@ QImage backgroundWash(BackgroundTheme theme, const QSize& pixels, double deviceP
             for (int i = 0; i < groupWidth; ++i) {
                 const Shade at = shade.at(static_cast<float>(x + i) + 0.5F, down);
                 const float rounding = ditherRow[i];
-                // All within 0 … 255, but for the last group's pixels beyond the edge, which are not kept.
+                // All within 0 … 255, except beyond the right edge; those pixels are dropped.
                 group[static_cast<std::size_t>(i)] =
                     packed(at.alpha + rounding, at.red + rounding, at.green + rounding, at.blue + rounding);
             }
@@ -297,7 +297,7 @@ QImage opaqueBackground(BackgroundTheme theme, const QSize& pixels, double devic
         return image;
     }
     QImage wash = backgroundWash(theme, pixels, devicePixelRatio);
-    // Premultiplied colours are what they are over black.
+    // A premultiplied colour over black is the same colour with full alpha.
     for (int y = 0; y < wash.height(); ++y) {
         auto* line = reinterpret_cast<QRgb*>(wash.scanLine(y));
         std::for_each(line, line + wash.width(), [](QRgb& pixel) { pixel |= 0xff000000U; });

@@ -7,12 +7,12 @@
 
 namespace amberquill {
 
-// The colour wash that lies over the backdrop (BackgroundShade). Premultiplied, dithered so that the dark end
-// shows no bands. Pure; safe on any thread.
+// The translucent colours of a theme that lie over the backdrop. Premultiplied; dithered, so that the dark
+// end shows no bands. Pure; safe on any thread.
 QImage backgroundWash(BackgroundTheme theme, const QSize& pixels, double devicePixelRatio);
 
-// The same over an opaque backdrop that fills the picture, however small it is, or over black where there is
-// none. A small backdrop is taken for a blurred one: it is made larger smoothly.
+// The same over an opaque backdrop, which is scaled up smoothly to fill the picture, or over black if the
+// backdrop is null. The backdrop has no detail: it is blurred.
 QImage opaqueBackground(BackgroundTheme theme, const QSize& pixels, double devicePixelRatio,
                         const QImage& backdrop);
 

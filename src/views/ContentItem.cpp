@@ -6,7 +6,7 @@ namespace amberquill {
 
 ContentItem::ContentItem(QQuickItem* parent)
     : QQuickItem(parent) {
-    // Draws nothing itself; but Qt tells only those that do of another resolution.
+    // It draws nothing, but Qt tells only items with contents about another device pixel ratio.
     setFlag(ItemHasContents);
 }
 

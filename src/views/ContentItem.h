@@ -5,7 +5,7 @@
 
 namespace amberquill {
 
-// The root of the view tree: knows how many device pixels a point has on the screen it is on.
+// The root of the view tree. Tells the device pixel ratio of its window.
 class ContentItem : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT

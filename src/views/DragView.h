@@ -8,7 +8,7 @@
 
 namespace amberquill {
 
-// What is being dragged, for the icon that follows the pointer.
+// The dragged item, for the icon that follows the pointer.
 class DragView : public QObject {
     Q_OBJECT
     QML_ELEMENT

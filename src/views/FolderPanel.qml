@@ -12,7 +12,7 @@ Item {
     required property BackgroundLayer background
     required property ViewTexts texts
 
-    // How visible the page is behind the panel.
+    // The opacity of the page behind the panel.
     readonly property double dimming: 0.2
 
     readonly property bool isVisible: opening.value > 0

@@ -8,7 +8,7 @@ namespace amberquill {
 
 namespace {
 
-constexpr double titleInset = 60; // by which the title is narrower than the panel
+constexpr double titleInset = 60; // the title is narrower than the panel by this
 constexpr double widestTitle = 420;
 constexpr double titleDrop = 4; // below the middle of its band
 
@@ -65,7 +65,7 @@ void FolderTiles::show(const Folder& folder) {
     if (layout != this->layout()) {
         setLayout(layout);
     }
-    become(rowsOf(folder));
+    setRows(rowsOf(folder));
     Q_EMIT panelChanged();
     if (title_ != folder.name) {
         title_ = folder.name;
@@ -73,10 +73,10 @@ void FolderTiles::show(const Folder& folder) {
     }
 }
 
-// The panel of a folder that was closed fades out with everything in it.
+// Once the panel of a closed folder has faded out.
 void FolderTiles::dropWhenGone() {
     if (!isOpen_ && Timeline::shared().isIdle() && !isEmpty()) {
-        become({});
+        setRows({});
     }
 }
 

@@ -10,8 +10,8 @@
 
 namespace amberquill {
 
-// The tiles of the open folder, in the content's points, and where its panel stands. A folder that has been
-// closed keeps them until its panel has gone.
+// The tiles of the open folder and the place of its panel, in the content's points. After the folder is
+// closed the tiles stay until its panel has faded out.
 class FolderTiles : public amberquill::TileRows {
     Q_OBJECT
     QML_ELEMENT
@@ -30,11 +30,11 @@ public:
     [[nodiscard]] bool isEmpty() const { return rows().empty(); }
     // On whole device pixels, so that the slab's outline is sharp.
     [[nodiscard]] QRectF panelRect() const;
-    // The line that the title field is centred on, as wide as the field.
+    // The horizontal line that the title field is centred on; as wide as the field.
     [[nodiscard]] QRectF titleBand() const;
     [[nodiscard]] QString title() const { return title_; }
 
-    // The title field's text is now this one.
+    // Renames the open folder.
     Q_INVOKABLE void rename(const QString& title);
 
 Q_SIGNALS:

@@ -7,7 +7,7 @@
 
 namespace amberquill {
 
-// Types of lower floors that the views bind to; those floors know nothing of QML.
+// Registers types of lower floors for QML; those floors do not depend on QML.
 
 struct AnimatedForQml {
     Q_GADGET

@@ -16,20 +16,19 @@ namespace amberquill {
 
 namespace {
 
-// In points. A blur's radius is where it dies out, twice its Gaussian's standard deviation.
+// In points. The radius of a blur is twice the standard deviation of its Gaussian.
 constexpr double frostRadius = 60;
 constexpr double slabShadowRadius = 30;
 constexpr double slabShadowDrop = 10;
 
-// A slab over a translucent wash hides what shines through the wash this much at least: frost lets no
-// outline through.
+// The least opacity of the slab where the wash behind it is translucent, so that no outline shows through.
 constexpr double leastOpacity = 0.98;
 
-// What is blurred has no detail: it is worked on this many times smaller.
+// A blurred image has no detail, so it is computed this many times smaller.
 constexpr int coarseness = 4;
 
-// The colours at the opacity of frost.
-void thicken(QImage& image) {
+// Raises the opacity of every pixel to the least one.
+void makeOpaqueEnough(QImage& image) {
     const auto least = static_cast<quint16>(std::lround(leastOpacity * 65535));
     for (int y = 0; y < image.height(); ++y) {
         auto* line = reinterpret_cast<QRgba64*>(image.scanLine(y));
@@ -88,7 +87,7 @@ TextureItem::Painted FrostedSlab::paintTexture(double devicePixelRatio) {
     QPainter painter(&image);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     painter.drawImage(QRectF(image.rect()), shadowOf(shape, image.size(), devicePixelRatio));
-    // In the shadow's place, not over it.
+    // Replaces the shadow instead of blending with it.
     QBrush frost(enlarged(behind(devicePixelRatio), pixels));
     frost.setTransform(QTransform::fromTranslate(body.x(), body.y()));
     painter.setCompositionMode(QPainter::CompositionMode_Source);
@@ -103,9 +102,9 @@ TextureItem::Painted FrostedSlab::paintTexture(double devicePixelRatio) {
     return {image, QRectF(corner, QSizeF(image.size()) / devicePixelRatio)};
 }
 
-// What lies behind the slab, blurred and small, under the frost's white and the slab's fill.
+// What lies behind the slab, shrunk and blurred, with the frost's white and the slab's fill over it.
 QImage FrostedSlab::behind(double devicePixelRatio) const {
-    // The blur takes in what lies around the slab, too.
+    // The blur also needs what lies around the slab.
     const double margin = std::ceil(frostRadius / coarseness) * coarseness;
     const double scale = devicePixelRatio / coarseness; // small pixels in a point
     const QRectF area = QRectF(position(), size()).adjusted(-margin, -margin, margin, margin);
@@ -125,7 +124,7 @@ QImage FrostedSlab::behind(double devicePixelRatio) const {
     image.convertTo(QImage::Format_RGBA64_Premultiplied);
     blurColours(image, frostRadius * scale / 2);
     image = image.copy(QRectF(QPointF(margin, margin) * scale, size() * scale).toRect());
-    thicken(image);
+    makeOpaqueEnough(image);
     painter.begin(&image);
     painter.fillRect(image.rect(), Theme::white(Theme::panelFrost));
     painter.fillRect(image.rect(), Theme::white(Theme::panelFill));

@@ -9,16 +9,16 @@ namespace amberquill {
 
 class BackgroundLayer;
 
-// The slab of an open folder, a rectangle with continuous corners that fills the item: what lies behind it,
-// blurred and a little lighter, with an outline inside its edge and a shadow beyond it. Painted once when it
-// comes up; it holds no picture while it is not shown.
+// The panel of an open folder: a rectangle with continuous corners that fills the item. It shows what lies
+// behind it, blurred and a little lighter, with an outline inside its edge and a shadow around it. It is
+// painted once when it is shown, and its image is freed when it is hidden.
 class FrostedSlab : public amberquill::TextureItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(amberquill::LauncherModel* launcher MEMBER launcher_ NOTIFY changed FINAL)
     Q_PROPERTY(amberquill::BackgroundLayer* background MEMBER background_ NOTIFY changed FINAL)
     Q_PROPERTY(double radius MEMBER radius_ NOTIFY changed FINAL) // of the corners, in points
-    // How visible the page's icons are behind it.
+    // The opacity of the page behind the panel.
     Q_PROPERTY(double dimming MEMBER dimming_ NOTIFY changed FINAL)
     Q_PROPERTY(bool isShown READ isShown WRITE setIsShown NOTIFY isShownChanged FINAL)
 

@@ -12,7 +12,7 @@ namespace amberquill {
 
 namespace {
 
-// In points: black, a Gaussian whose blur dies out at its radius, below the icon.
+// Of the shadow, in points. The radius is twice the standard deviation of the Gaussian.
 constexpr double blurRadius = 12;
 constexpr double drop = 6;
 

@@ -7,7 +7,7 @@
 
 namespace amberquill {
 
-// An application's icon, decoded at exactly the pixels it covers; the placeholder until it is decoded.
+// An application's icon, decoded for exactly the pixels that it covers. Until then the placeholder.
 class AppIconTexture : public amberquill::TextureItem {
     Q_OBJECT
     QML_ELEMENT
@@ -37,8 +37,8 @@ private:
     double brightness_ = 0;
 };
 
-// The soft shadow of an icon that is held above the page. The item has the icon's place and size; the shadow
-// reaches beyond it.
+// The soft shadow of the dragged icon. The item has the icon's place and size; the shadow reaches beyond the
+// item.
 class IconShadow : public amberquill::TextureItem {
     Q_OBJECT
     QML_ELEMENT

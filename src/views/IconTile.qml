@@ -19,7 +19,7 @@ Item {
     required property bool highlighted
     required property bool dragged
     required property TileRows tiles
-    property bool covered: false // something lies over it that takes every press
+    property bool covered: false // an open folder lies over the tile and takes every press
 
     readonly property double brightness: pressed ? -0.3 : 0
 

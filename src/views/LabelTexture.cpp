@@ -13,15 +13,14 @@ namespace amberquill {
 
 namespace {
 
-// The shadow, in points: black, a Gaussian whose blur dies out at its radius, just below the text.
+// Of the shadow, in points. The radius is twice the standard deviation of the Gaussian.
 constexpr double labelShadowRadius = 2;
 constexpr double labelShadowDrop = 1;
 
-// Room around the line for the shadow, for accents above capitals and for scripts taller than the label, in
-// points.
+// Room around the line, in points: for the shadow, accents above capitals and tall scripts.
 constexpr double overhang = 7;
 
-// Names longer than any screen is wide are not even measured to their end.
+// Only this many letters of a name are laid out: more are wider than any screen.
 constexpr qsizetype longestName = 512;
 
 QString oneLine(const QString& text) {

@@ -7,8 +7,8 @@
 
 namespace amberquill {
 
-// A tile's name: one line of plain text in white with a soft shadow, centred, cut with an ellipsis where it
-// is wider than the item. Tall scripts and the shadow reach beyond the item instead of being clipped.
+// A tile's name: one centred line of plain white text with a soft shadow, elided if it is wider than the
+// item. Tall scripts and the shadow reach beyond the item instead of being clipped.
 class LabelTexture : public amberquill::TextureItem {
     Q_OBJECT
     QML_ELEMENT

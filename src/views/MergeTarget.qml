@@ -3,8 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Amberquill.Views
 
-// Shows on a tile that what is dragged would be dropped into it: an application shrinks into the outline of the
-// folder to be, a folder swells.
+// Marks a tile that a drop would go into: an application shrinks into the outline of the new folder, a folder grows.
 Item {
     id: target
 
@@ -14,14 +13,14 @@ Item {
 
     readonly property double iconScale: scaling.value
 
-    // What the icon is painted at, in points: a swollen one as large as it is drawn, so that it is sharp there.
-    readonly property double paintedEdge: isOn && isFolder ? PixelGrid.snapped(edge * swollen) : edge
+    // The edge that the icon is painted with, in points. A grown folder is painted as large as it is drawn, to be sharp.
+    readonly property double paintedEdge: isOn && isFolder ? PixelGrid.snapped(edge * grown) : edge
 
-    readonly property double swollen: 1.12
+    readonly property double grown: 1.12
 
     Animated {
         id: scaling
-        target: !target.isOn ? 1 : target.isFolder ? target.swollen : 0.78
+        target: !target.isOn ? 1 : target.isFolder ? target.grown : 0.78
         precision: 0.5 / (target.edge * PixelGrid.ratio)
     }
 

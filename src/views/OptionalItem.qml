@@ -1,7 +1,7 @@
 import QtQuick
 
-// An item that exists only while it is needed: `OptionalItem { isNeeded: …; SomeItem { … } }`. A Loader would do the
-// same, but Qt 6.4's makes no component of a file with `ComponentBehavior: Bound`, and it is a focus scope.
+// Makes the item inside it only while it is needed: `OptionalItem { isNeeded: …; SomeItem { … } }`. In Qt 6.4 a Loader
+// cannot make components of files with `ComponentBehavior: Bound`; besides, a Loader is a focus scope.
 Repeater {
     required property bool isNeeded
 

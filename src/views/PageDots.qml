@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Amberquill.Views
 
-// One dot for each page, the one shown brighter than the others.
+// One dot for each page. The current page has a brighter one.
 Row {
     id: dots
 

@@ -31,7 +31,7 @@ void PointerArea::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void PointerArea::mouseReleaseEvent(QMouseEvent* event) {
-    // The release ends the grab: what follows it is no loss.
+    // Before the release ends the grab: the ungrab that follows is not a cancellation.
     if (std::exchange(pressed_, false) && model_ != nullptr) {
         model_->pointerEnded({start_, event->position()});
     }

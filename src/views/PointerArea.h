@@ -9,8 +9,8 @@
 
 namespace amberquill {
 
-// Takes presses, moves and releases of the main button (or a finger) anywhere on it to the model's pointer
-// handling, in its own coordinates.
+// Passes presses, moves and releases of the main button (or a finger) to the model, in the item's
+// coordinates.
 class PointerArea : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT

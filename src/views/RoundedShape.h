@@ -7,8 +7,8 @@
 
 namespace amberquill {
 
-// A rectangle with continuous corners that fills the item, with an outline inside its edge. A radius of half
-// the height is a capsule, of half the width and height a circle.
+// A rectangle with continuous corners and an outline inside its edge, which fills the item. With a radius of
+// half the height it is a capsule; a square one is then a circle.
 class RoundedShape : public amberquill::TextureItem {
     Q_OBJECT
     QML_ELEMENT

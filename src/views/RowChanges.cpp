@@ -10,12 +10,11 @@ namespace amberquill {
 
 namespace {
 
-// Which of these positions form the longest ascending run (not necessarily adjacent): those can stay where
-// they are while the others move around them.
-std::vector<bool> longestAscendingRun(const std::vector<int>& positions) {
+// Marks a longest ascending subsequence: these rows stay while the others move around them.
+std::vector<bool> longestAscendingSubsequence(const std::vector<int>& positions) {
     const std::size_t count = positions.size();
     std::vector<std::size_t> previous(count, count);
-    std::vector<std::size_t> ends; // for each length, the run of it that ends lowest
+    std::vector<std::size_t> ends; // for each length, the subsequence that ends lowest
     for (std::size_t i = 0; i < count; ++i) {
         const auto longer = std::lower_bound(
             ends.begin(), ends.end(), positions[i],
@@ -62,7 +61,7 @@ QSet<QString> stayingRows(const QStringList& rows, const QStringList& after) {
     for (const QString& row : rows) {
         positions.push_back(places.value(row));
     }
-    const std::vector<bool> run = longestAscendingRun(positions);
+    const std::vector<bool> run = longestAscendingSubsequence(positions);
     QSet<QString> staying;
     for (std::size_t i = 0; i < run.size(); ++i) {
         if (run[i]) {
@@ -83,7 +82,7 @@ std::vector<RowChange> rowChanges(const QStringList& before, const QStringList& 
     removeAllBut(QSet<QString>(after.begin(), after.end()), rows, changes);
     const QSet<QString> known(rows.begin(), rows.end());
     const QSet<QString> staying = stayingRows(rows, after);
-    qsizetype next = 0; // where the row that is wanted next belongs: behind the one before it
+    qsizetype next = 0; // where the next row of `after` belongs
     for (qsizetype i = 0; i < after.size(); ++i) {
         const QString& wanted = after[i];
         if (staying.contains(wanted)) {

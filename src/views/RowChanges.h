@@ -10,17 +10,16 @@ struct RowChange {
     enum class Kind { Remove, Insert, Move };
 
     Kind kind;
-    int first; // the row it begins at; of a move, the row that moves
+    int first; // the first row removed or inserted; the row that moves
     int count; // rows removed or inserted; 1 for a move
-    int to;    // of a move, the row before which it goes, counted before the move; of an insertion, where the
-               // new rows begin in the new list
+    int to; // for a move, the row to insert before, counted before the move; for an insertion, where the new
+            // rows begin in the new list
 
     bool operator==(const RowChange&) const = default;
 };
 
-// The changes, one after another, that turn a list of identities into another one; neither holds one twice.
-// Rows that stand in both stay where the others can move around them: each row is moved, inserted or removed
-// at most once.
+// The changes, in order, that turn one list of identities into another; neither list has duplicates. As few
+// rows as possible move, and each row is moved, inserted or removed at most once.
 std::vector<RowChange> rowChanges(const QStringList& before, const QStringList& after);
 
 } // namespace amberquill

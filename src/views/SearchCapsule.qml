@@ -53,7 +53,7 @@ Item {
         Accessible.searchEdit: true
     }
 
-    // Not a binding of the field's own, which typing would end.
+    // Typing would remove a binding on the field's own property.
     Binding {
         field.text: capsule.launcher.searchText
     }

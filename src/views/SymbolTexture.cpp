@@ -8,7 +8,7 @@ namespace amberquill {
 
 namespace {
 
-// Symbols are designed on a square of this edge. What is to lie on pixels is rounded.
+// The edge of the square on which symbols are designed.
 constexpr double designEdge = 24;
 
 class SymbolPainter {
@@ -93,6 +93,8 @@ private:
     int edge_; // device pixels
 };
 
+// Horizontal and vertical lines are whole pixels thick and lie on pixels; circles touch them. An unknown name
+// is an empty square.
 QImage paintedSymbol(const QString& name, int edge) {
     QImage image(edge, edge, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);

@@ -7,7 +7,7 @@
 
 namespace amberquill {
 
-// One of the interface's own symbols, on the pixel grid at any resolution. The item is a square.
+// One of the interface's own symbols in white, aligned to device pixels. The item is a square.
 class SymbolTexture : public amberquill::TextureItem {
     Q_OBJECT
     QML_ELEMENT

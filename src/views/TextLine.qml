@@ -3,18 +3,18 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Amberquill.Views
 
-// A line of text to be edited.
+// An editable line of text.
 TextInput {
     id: line
 
     readonly property double caretWidth: Math.max(1, Math.round(PixelGrid.ratio)) / PixelGrid.ratio
 
-    // How much of the caret is left of where it stands: all of it before the text, nothing after it. Text from right to
-    // left begins at its right.
+    // The part of the caret's width to the left of the cursor's position: all of it before the text, none after it.
+    // Right-to-left text begins at the right.
     readonly property double partBefore: cursorPosition === 0 ? 1 : cursorPosition === length ? 0 : 0.5
     readonly property double partLeft: effectiveHorizontalAlignment === TextInput.AlignRight ? 1 - partBefore : partBefore
 
-    // Room for the caret beside the text at either end. Qt's software renderer clips at whole points.
+    // Room for the caret at both ends of the text. Qt's software renderer clips at whole points.
     padding: PixelGrid.snapped(2)
     color: Theme.text
     clip: true
@@ -27,7 +27,7 @@ TextInput {
     Accessible.editable: true
     Accessible.focusable: true
 
-    // Between letters, not upon one, and on whole device pixels: Qt's own gets lost between them.
+    // Between letters and on whole device pixels. Qt's own caret may vanish between device pixels.
     cursorDelegate: Item {
         id: caret
         visible: line.cursorVisible

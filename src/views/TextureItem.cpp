@@ -11,8 +11,8 @@ namespace amberquill {
 
 namespace {
 
-// Whether textures below the node are drawn pixel for pixel, only moved: by whole pixels, where a point is
-// not one of them.
+// Whether textures below the node are drawn pixel for pixel: nothing above scales or rotates them, and at
+// other ratios than 1 they are moved by whole pixels.
 bool isOnlyMoved(const QSGNode& node, const QPointF& corner, double devicePixelRatio) {
     QPointF place = corner;
     for (const QSGNode* above = node.parent(); above != nullptr; above = above->parent()) {
@@ -32,8 +32,8 @@ bool isOnlyMoved(const QSGNode& node, const QPointF& corner, double devicePixelR
 
 } // namespace
 
-// The image, smoothed only while something scales it: the software renderer copies pixels much faster than it
-// interpolates them, and takes the slow way for everything that may be smoothed.
+// Draws the image, smoothed only while something scales it: the software renderer copies pixels much faster
+// than it interpolates them.
 class TextureItem::Node final : public QSGNode {
 public:
     explicit Node(QQuickWindow& window)
@@ -44,7 +44,7 @@ public:
     Node& operator=(const Node&) = delete;
     ~Node() override { *known_ = nullptr; }
 
-    // To the node for as long as it lives.
+    // Points to the node, and to null once the node is deleted.
     [[nodiscard]] const std::shared_ptr<Node*>& known() const { return known_; }
 
     [[nodiscard]] bool isEmpty() const { return image_ == nullptr; }
@@ -63,12 +63,12 @@ public:
         image_->setSourceRect(QRectF({}, QSizeF(image.size())));
         image_->setRect(rect);
         if (isNew) {
-            // Whole: the software renderer looks at it at once.
+            // Last: the software renderer reads the node at once.
             appendChildNode(image_);
         }
     }
 
-    // The texture goes with it.
+    // Also deletes the texture.
     void clear() { delete std::exchange(image_, nullptr); }
 
     void preprocess() override {
@@ -102,14 +102,14 @@ void TextureItem::forgetPainted() {
     clearDrawn();
 }
 
-// The item leaves its window. Its node waits for the next frame, which may be a long time off.
+// The item leaves its window. Its node would stay until the next frame, which may be far off.
 void TextureItem::releaseResources() {
     clearDrawn();
     QQuickItem::releaseResources();
 }
 
-// The software renderer works on this thread: between two frames its nodes are anybody's. Without it, no
-// frame would come to take them away from a window that is off the screen.
+// The software renderer runs on this thread, so its nodes may be changed between two frames. A window that is
+// off the screen draws no frame that would free them.
 void TextureItem::clearDrawn() {
     const bool isSoftware =
         window() != nullptr && window()->rendererInterface()->graphicsApi() == QSGRendererInterface::Software;
@@ -137,8 +137,8 @@ QSGNode* TextureItem::updatePaintNode(QSGNode* node, UpdatePaintNodeData* /*data
     if (painted_.image.isNull()) {
         return nullptr;
     }
-    // The software renderer would draw an image that is added to a node without one as if nothing above faded
-    // or moved it. A new node is drawn as it must be.
+    // The software renderer ignores opacity and transforms above an image that is added to an existing node,
+    // so a new node is made.
     if (!drawn || drawn->isEmpty()) {
         drawn = std::make_unique<Node>(*window());
         node_ = drawn->known();

@@ -1,6 +1,6 @@
-// views/: what is drawn. QML lays out and binds; the C++ items here paint shapes, labels and icons once into
-// textures at device resolution, which look the same on a GPU and on the software renderer and are only moved
-// from then on.
+// views/: what is drawn. QML lays out and binds. The C++ items paint shapes, labels and icons once, as images
+// at device resolution, which look the same on a GPU and on the software renderer; from then on they are only
+// moved.
 #pragma once
 
 #include <QImage>
@@ -22,22 +22,21 @@ public:
 protected:
     struct Painted {
         QImage image; // at device resolution
-        QRectF rect;  // where it is drawn, in the item's points; it may reach beyond the item
+        QRectF rect;  // where it is drawn, in the item's points; may reach beyond the item
     };
 
     // Paints what the item shows. Called on the main thread, with a size.
     virtual Painted paintTexture(double devicePixelRatio) = 0;
 
-    // What is shown has changed: it is painted anew before the next frame.
+    // Has the item painted anew before the next frame.
     void repaint();
 
     [[nodiscard]] double devicePixelRatio() const;
 
-    // Lets go of what was painted, until repaint(): for an item in a window that is off the screen. On the
-    // software renderer what is drawn of it goes at once, else with the next frame.
+    // Frees the painted image until repaint(). For an item in a window that is off the screen. With the
+    // software renderer its texture is freed at once, else with the next frame.
     void forgetPainted();
 
-    // What was painted last.
     [[nodiscard]] const Painted& painted() const { return painted_; }
 
     void updatePolish() override;
@@ -52,7 +51,7 @@ private:
     void clearDrawn();
 
     Painted painted_;
-    std::shared_ptr<Node*> node_; // null, or of nothing once the node has gone
+    std::shared_ptr<Node*> node_; // null before the first frame; points to null once the node is deleted
     bool imageIsNew_ = false;
     bool needsPainting_ = true;
 };

@@ -10,13 +10,13 @@ namespace amberquill {
 
 namespace {
 
-// How many rows are made at once, and how many seconds pass until the next ones: a frame, of which making
-// them takes a small part.
+// How many rows are made at once, and the seconds until the next ones: one frame, of which making them takes
+// a small part.
 constexpr int madeAtOnce = 6;
 constexpr double pauseBetween = 0.016;
 
-// Pages that are there at a time while something moves. Turned as fast as a held key does, the strip is some
-// four of them behind.
+// The limit of pages that exist while something moves. With a held arrow key the strip lags about four pages
+// behind.
 constexpr std::size_t mostPages = 8;
 
 bool holds(const std::vector<int>& pages, int page) {
@@ -59,7 +59,7 @@ void TileModel::refresh() {
     }
     noteTurn(page);
     dropFarBehind();
-    become(rowsThere());
+    setRows(existingRows());
     settleWhenAtRest();
 }
 
@@ -69,7 +69,7 @@ void TileModel::noteTurn(int page) {
     turned_.resize(std::min(turned_.size(), mostPages));
 }
 
-// Those turned to longest ago go first.
+// Drops the pages that were turned to longest ago.
 void TileModel::dropFarBehind() {
     const auto age = [this](int page) { return std::find(turned_.begin(), turned_.end(), page); };
     while (whole_.size() > mostPages) {
@@ -78,8 +78,8 @@ void TileModel::dropFarBehind() {
     }
 }
 
-// Neighbours are made, and pages left behind dropped, in moments of their own: never in the middle of a
-// change, never while something moves.
+// Making neighbours and dropping other pages is delayed work: never in the middle of a change, never while
+// something moves.
 void TileModel::settleWhenAtRest() {
     if (whole_ != pagesAtRest() && !isSettling_) {
         isSettling_ = true;
@@ -107,7 +107,7 @@ bool TileModel::settleSome() {
         std::set_difference(wanted.begin(), wanted.end(), whole_.begin(), whole_.end(),
                             std::back_inserter(begun_));
         int room = madeAtOnce;
-        become(rowsWith(room));
+        setRows(rowsWith(room));
         if (room > 0) {
             whole_ = wanted;
             begun_.clear();
@@ -120,13 +120,13 @@ void TileModel::dropPagesLeftBehind() {
     dropOthers(pagesAtRest());
 }
 
-// Whether there were others.
+// False: there were none.
 bool TileModel::dropOthers(const std::vector<int>& wanted) {
-    const auto isLeftBehind = [&wanted](int page) { return !holds(wanted, page); };
-    if (std::erase_if(whole_, isLeftBehind) + std::erase_if(begun_, isLeftBehind) == 0) {
+    const auto isOther = [&wanted](int page) { return !holds(wanted, page); };
+    if (std::erase_if(whole_, isOther) + std::erase_if(begun_, isOther) == 0) {
         return false;
     }
-    become(rowsThere());
+    setRows(existingRows());
     return true;
 }
 
@@ -162,7 +162,7 @@ std::vector<TileModel::Row> TileModel::rowsWith(int& room) const {
     return result;
 }
 
-std::vector<TileModel::Row> TileModel::rowsThere() const {
+std::vector<TileModel::Row> TileModel::existingRows() const {
     int none = 0;
     return rowsWith(none);
 }

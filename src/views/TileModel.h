@@ -9,10 +9,9 @@
 
 namespace amberquill {
 
-// The tiles of the pages. They stand on a strip on which page n begins n content widths from its left end;
-// turning a page moves the strip. While something moves, the pages that were there stay, up to a number of
-// them, and only the one turned to is made; once all rests, the rows become those of the page shown and its
-// two neighbours, a few for each frame.
+// The tiles of the pages, on a strip: page n begins n content widths from its left end, and turning a page
+// moves the strip. While something moves, only the page turned to is made, and the pages that exist stay, up
+// to a limit. At rest the rows become those of the page shown and its two neighbours, a few in each frame.
 class TileModel : public amberquill::TileRows {
     Q_OBJECT
     QML_ELEMENT
@@ -24,8 +23,8 @@ public:
     TileModel(LauncherModel& model, MainQueue& queue, QObject* parent = nullptr);
 
     [[nodiscard]] QPointF gridCenter() const { return model_.metrics().gridRect().center(); }
-    // Drops the tiles of all pages but the one shown and its neighbours, though nothing is seen of it:
-    // settling waits for the launcher.
+    // Drops the tiles of all pages but the one shown and its neighbours. For a hidden launcher, which does
+    // not settle by itself.
     void dropPagesLeftBehind();
 
 private:
@@ -39,16 +38,16 @@ private:
     void relayout() override;
     [[nodiscard]] std::vector<int> pagesAtRest() const;
     [[nodiscard]] std::vector<Row> rowsOf(int page) const;
-    // The rows of the pages that are whole or begun: those that are there, and of those that are missing as
-    // many as there is room for. Afterwards `room` is what is left of it.
+    // The rows of the pages that are whole or begun: all that exist, and up to `room` new ones, whose number
+    // is subtracted from `room`.
     [[nodiscard]] std::vector<Row> rowsWith(int& room) const;
-    [[nodiscard]] std::vector<Row> rowsThere() const;
+    [[nodiscard]] std::vector<Row> existingRows() const;
 
     LauncherModel& model_;
     MainQueue& queue_;
-    std::vector<int> whole_;  // the pages whose tiles are all rows now, ascending
-    std::vector<int> begun_;  // those of which only some may be, ascending
-    std::vector<int> turned_; // the pages turned to, the latest first; as many as may be there
+    std::vector<int> whole_;  // pages with all of their rows, ascending
+    std::vector<int> begun_;  // pages with some of their rows, ascending
+    std::vector<int> turned_; // the pages turned to, the latest first; no more than may exist
     bool isSettling_ = false;
     DelayedWork settling_;
 };

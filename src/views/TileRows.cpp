@@ -9,7 +9,7 @@ namespace amberquill {
 
 namespace {
 
-constexpr double labelInset = 8; // by which the label is narrower than its cell
+constexpr double labelInset = 8; // the label is narrower than its cell by this
 constexpr double labelGap = 8;   // between icon and label
 
 } // namespace
@@ -100,8 +100,8 @@ void TileRows::setLayout(const TileLayout& layout) {
     Q_EMIT layoutChanged();
 }
 
-void TileRows::become(std::vector<Row> wanted) {
-    // A layout from elsewhere may hold an identity twice. It is drawn once.
+void TileRows::setRows(std::vector<Row> wanted) {
+    // An imported layout may contain an identity twice. It is drawn once.
     QSet<QString> seen;
     std::erase_if(wanted, [&seen](const Row& row) {
         const qsizetype before = seen.size();

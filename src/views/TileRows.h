@@ -13,8 +13,8 @@
 
 namespace amberquill {
 
-// Where the parts of a tile stand inside it: the rectangles of GridMetrics moved to the nearest device
-// pixels, so that icons and labels are sharp at rest. Points, from the tile's top left corner.
+// Where the parts of a tile stand: the rectangles of GridMetrics moved to the nearest device pixels, so that
+// icons and labels are sharp at rest. In points from the tile's top left corner.
 struct TileLayout {
     Q_GADGET
     QML_ANONYMOUS
@@ -31,15 +31,15 @@ public:
 
     bool operator==(const TileLayout&) const = default;
 
-    // `scale`: by which everything is smaller than on the page, for the tiles of a crowded folder.
+    // `scale`: below 1 for the smaller tiles of a crowded folder.
     static TileLayout of(const GridMetrics& metrics, double devicePixelRatio, double scale = 1);
 };
 
-// The device pixel corner nearest to a point.
+// The nearest device pixel. The views in QML use PixelGrid.qml.
 QPointF snapped(const QPointF& point, double devicePixelRatio);
 double snapped(double value, double devicePixelRatio);
 
-// A list of tiles to draw, keyed by their items' identities: a tile keeps its delegate, and with it its
+// A list of tiles to draw, keyed by the identities of their items: a tile keeps its delegate, and so its
 // motion, while the layout changes around it.
 class TileRows : public QAbstractListModel {
     Q_OBJECT
@@ -59,9 +59,9 @@ public:
         IsFolderRole,
         PlaceRole, // of the tile's top left corner, in points
         PressedRole,
-        MergeTargetRole, // what is dragged would be dropped into it
-        HighlightedRole, // it is what Return opens
-        DraggedRole,     // the floating icon stands in for it
+        MergeTargetRole, // a drop would go into it
+        HighlightedRole, // Return opens it
+        DraggedRole,     // the floating icon is drawn instead of it
     };
 
     using QAbstractListModel::QAbstractListModel;
@@ -70,7 +70,6 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
-    // Where the parts of each tile stand inside it.
     [[nodiscard]] TileLayout layout() const { return layout_; }
     [[nodiscard]] double devicePixelRatio() const { return devicePixelRatio_; }
     void setDevicePixelRatio(double ratio);
@@ -92,13 +91,13 @@ protected:
         bool operator==(const Row&) const = default;
     };
 
-    // Everything is to be laid out anew: the size or the resolution has changed.
+    // Lays everything out anew, after the size or the device pixel ratio has changed.
     virtual void relayout() = 0;
 
     void setLayout(const TileLayout& layout);
     [[nodiscard]] const std::vector<Row>& rows() const { return rows_; }
     // Inserts, moves, removes and changes rows until they are these.
-    void become(std::vector<Row> wanted);
+    void setRows(std::vector<Row> wanted);
 
 private:
     void apply(const RowChange& change, const std::vector<Row>& wanted);

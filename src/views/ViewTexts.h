@@ -6,7 +6,7 @@
 
 namespace amberquill {
 
-// The texts that the views show, in the interface language.
+// The texts of the views in the interface language.
 class ViewTexts : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -28,7 +28,7 @@ public:
     [[nodiscard]] static QString newFolder();
     [[nodiscard]] static QString settings();
 
-    // The interface language has changed: every text is read anew.
+    // To be called when the interface language has changed: all texts are read anew.
     void retranslate() { Q_EMIT changed(); }
 
     Q_INVOKABLE [[nodiscard]] static QString page(int number, int count);

@@ -31,18 +31,18 @@ WantedIcons::WantedIcons(const LauncherModel& model, const TileRows& tiles, Icon
     , model_(model)
     , tiles_(tiles)
     , cache_(cache) {
-    connect(&model, &LauncherModel::itemsChanged, this, &WantedIcons::tell);
-    connect(&model, &LauncherModel::searchResultsChanged, this, &WantedIcons::tell);
-    connect(&model, &LauncherModel::gridChanged, this, &WantedIcons::tell);
-    connect(&model, &LauncherModel::openFolderIDChanged, this, &WantedIcons::tell);
+    connect(&model, &LauncherModel::itemsChanged, this, &WantedIcons::updateNeeded);
+    connect(&model, &LauncherModel::searchResultsChanged, this, &WantedIcons::updateNeeded);
+    connect(&model, &LauncherModel::gridChanged, this, &WantedIcons::updateNeeded);
+    connect(&model, &LauncherModel::openFolderIDChanged, this, &WantedIcons::updateNeeded);
     connect(&model, &LauncherModel::pageChanged, this, [this] {
-        tell();
-        decodeNeighbours();
+        updateNeeded();
+        prefetchNeighbours();
     });
-    tell();
+    updateNeeded();
 }
 
-void WantedIcons::tell() {
+void WantedIcons::updateNeeded() {
     QSet<QString> paths;
     add(paths, itemsOf(model_.items(), 0));
     if (model_.isSearching()) {
@@ -60,14 +60,14 @@ void WantedIcons::tell() {
     cache_.setNeeded(paths);
 }
 
-void WantedIcons::decodeNeighbours() {
+void WantedIcons::prefetchNeighbours() {
     if (!model_.presented()) {
         return;
     }
     const double ratio = tiles_.devicePixelRatio();
     const int edge = static_cast<int>(std::lround(tiles_.layout().icon.width() * ratio));
     const int page = model_.page();
-    // What is seen first comes first.
+    // In the order in which they are likely to be seen.
     for (const int each : {page, page + 1, page - 1}) {
         for (const LaunchItem& item : itemsOf(model_.displayedItems(), each)) {
             if (const QString* path = item.asApp(); path != nullptr && !cache_.isKnown(*path, edge)) {

@@ -6,7 +6,7 @@
 #include <QSvgRenderer>
 #include <cmath>
 
-// Qt's macro for resources works in no namespace.
+// Qt's macro for resources does not work in a namespace.
 static void loadIcon() {
     Q_INIT_RESOURCE(amberquill_icon);
 }
@@ -15,7 +15,7 @@ namespace amberquill {
 
 QImage applicationPicture(int edge) {
     loadIcon();
-    // Small ones have drawings of their own, on the pixel grid.
+    // Small sizes have drawings of their own, aligned to pixels.
     QString drawing = QStringLiteral(":/assets/org.amberquill.Amberquill-%1.svg").arg(edge);
     if (!QFile::exists(drawing)) {
         drawing = QStringLiteral(":/assets/org.amberquill.Amberquill.svg");

@@ -6,13 +6,13 @@
 
 namespace amberquill {
 
-// The program's own icon, as a square with edges of that many device pixels.
+// The program's own icon: a square with this edge in device pixels.
 [[nodiscard]] QImage applicationPicture(int edge);
 
-// The same with edges of that many points, on a screen with that many device pixels to a point.
+// The same with an edge in points.
 [[nodiscard]] QPixmap applicationPixmap(int edge, double devicePixelRatio);
 
-// The same in the sizes that task bars and switchers show. They are painted at once.
+// The same in the sizes that task bars and window switchers show, painted here.
 [[nodiscard]] QIcon applicationIcon();
 
 } // namespace amberquill

@@ -3,6 +3,7 @@
 #include "platform/WindowSystem.h"
 
 #include <QGuiApplication>
+#include <QLoggingCategory>
 #include <QScreen>
 #include <QWindow>
 
@@ -10,14 +11,16 @@ namespace amberquill {
 
 namespace {
 
-// What a compositor draws around a window, in points.
+Q_LOGGING_CATEGORY(captureLog, "amberquill.window", QtCriticalMsg)
+
+// The width of the shadow that compositors draw around windows, in points.
 constexpr int shadow = 16;
 
-// Where the program's dialogs and menus are, in pixels of the shrunk picture of a screen.
+// The places of the program's dialogs and menus, in pixels of a screen's shrunk picture.
 std::vector<QRect> ownWindows(const QScreen& screen, int shrink) {
     std::vector<QRect> places;
     for (const QWindow* window : QGuiApplication::topLevelWindows()) {
-        // The launcher itself is a plain window, and so is its symbol in a tray.
+        // The launcher and the status item are of the type Qt::Window.
         if (window->isVisible() && window->type() != Qt::Window) {
             const QRect frame = window->frameGeometry()
                                     .adjusted(-shadow, -shadow, shadow, shadow)
@@ -36,7 +39,7 @@ std::vector<QRect> ownWindows(const QScreen& screen, int shrink) {
 std::shared_ptr<const Backdrop> makeBackdrop(ScreenCapture& capture, const WindowSystem& windows,
                                              const QScreen* screen, BackgroundTheme theme,
                                              bool windowIsTranslucent) {
-    // The best guess at what is not known.
+    // If the screen is not known, the primary one is the best guess.
     const QScreen* const covered = screen != nullptr ? screen : QGuiApplication::primaryScreen();
     const double ratio = covered != nullptr ? covered->devicePixelRatio() : 1;
     const QSize points = covered != nullptr ? covered->size() : QSize();
@@ -44,13 +47,16 @@ std::shared_ptr<const Backdrop> makeBackdrop(ScreenCapture& capture, const Windo
     const BackgroundLook look{theme, points * ratio, ratio, isBlurred};
     const ScreenArea area = isBlurred ? ScreenArea() : capture.area(screen);
     const bool isCovered = !windowIsTranslucent || !windows.blendsWindows();
-    const auto sheet = isCovered ? Backdrop::Sheet::Opaque : Backdrop::Sheet::Glass;
+    const auto window = isCovered ? Backdrop::Window::Opaque : Backdrop::Window::Translucent;
     if (area.pixels.isEmpty()) {
-        return std::make_shared<const Backdrop>([] { return ScreenPicture(); }, look, sheet);
+        qCDebug(captureLog, isBlurred ? "the window system blurs what lies behind the window: no capture"
+                                      : "no screen can be captured");
+        return std::make_shared<const Backdrop>([] { return ScreenPicture(); }, look, window);
     }
     const int shrink = backdropShrink(ratio);
     return std::make_shared<const Backdrop>(
-        [&capture, area, shrink, isCovered] { return capture.capture(area, shrink, isCovered); }, look, sheet,
+        [&capture, area, shrink, isCovered] { return capture.capture(area, shrink, isCovered); }, look,
+        window,
         screen != nullptr && windows.tellsPlaces() ? ownWindows(*screen, shrink) : std::vector<QRect>());
 }
 

@@ -5,21 +5,21 @@
 
 namespace amberquill {
 
-void presentDialog(QDialog& dialog, QWindow* launcher, DialogAttention attention) {
-    const bool waits = attention == DialogAttention::Awaited;
+void presentDialog(QDialog& dialog, QWindow* launcher, DialogFocus focus) {
+    const bool takesFocus = focus != DialogFocus::NotTaken;
     dialog.setAttribute(Qt::WA_DeleteOnClose);
-    dialog.setAttribute(Qt::WA_ShowWithoutActivating, waits);
-    dialog.setWindowModality(attention == DialogAttention::Demanded ? Qt::ApplicationModal : Qt::NonModal);
+    dialog.setAttribute(Qt::WA_ShowWithoutActivating, !takesFocus);
+    dialog.setWindowModality(focus == DialogFocus::Modal ? Qt::ApplicationModal : Qt::NonModal);
     dialog.setWindowFlag(Qt::WindowStaysOnTopHint);
-    dialog.winId(); // makes the window, whose parent can be told now
+    dialog.winId(); // makes the window, which needs a parent before it is shown
     if (launcher != nullptr) {
         dialog.windowHandle()->setTransientParent(launcher);
     }
     dialog.show();
-    if (waits) {
-        dialog.raise();
-    } else {
+    if (takesFocus) {
         bringDialogToFront(dialog);
+    } else {
+        dialog.raise();
     }
 }
 

@@ -5,17 +5,17 @@ class QWindow;
 
 namespace amberquill {
 
-enum class DialogAttention {
-    Demanded, // it is answered before any other window of the program
-    Given,    // it has the focus at first
-    Awaited,  // it stands there until somebody turns to it
+enum class DialogFocus {
+    Modal,    // takes the focus, and the program's other windows take no input until it is closed
+    Taken,    // takes the focus when it is shown
+    NotTaken, // is shown without taking the focus
 };
 
-// Shows a dialog above all other windows; above the launcher too, where that is on the screen (null: it is
-// not). The dialog deletes itself when it is closed and outlives the launcher's window.
-void presentDialog(QDialog& dialog, QWindow* launcher, DialogAttention attention);
+// Shows a dialog above all other windows, also above the launcher's (null: it is not on the screen). The
+// dialog deletes itself when it is closed; closing the launcher's window does not close it.
+void presentDialog(QDialog& dialog, QWindow* launcher, DialogFocus focus);
 
-// Above the others again, and with the focus.
+// Raises the dialog above the other windows and gives it the focus.
 void bringDialogToFront(QDialog& dialog);
 
 } // namespace amberquill

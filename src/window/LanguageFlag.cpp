@@ -7,7 +7,7 @@
 #include <QSvgRenderer>
 #include <algorithm>
 
-// Qt's macro for resources works in no namespace.
+// Qt's macro for resources does not work in a namespace.
 static void loadFlags() {
     Q_INIT_RESOURCE(amberquill_flags);
 }
@@ -23,7 +23,7 @@ constexpr double frameInset = 0.5;
 constexpr double frameRadius = 1.5;
 constexpr double frameOpacity = 0.14;
 
-// The flag as large as covers the rectangle.
+// The smallest rectangle with the flag's proportions that covers this one.
 QRectF covering(const QSizeF& picture, const QRectF& rect) {
     const double scale = std::max(rect.width() / picture.width(), rect.height() / picture.height());
     QRectF covered({}, picture * scale);

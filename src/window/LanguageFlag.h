@@ -7,11 +7,10 @@
 
 namespace amberquill {
 
-// How a language is offered in a menu: its own name for itself, or the wish to follow the system in the
-// language in effect.
+// The language's menu title: its own name for itself. For `System`, "automatic" in the interface language.
 [[nodiscard]] QString languageTitle(AppLanguage language);
 
-// The picture beside it, 18 × 12 points with rounded corners and a hairline frame.
+// The picture beside the title: 18 × 12 points with rounded corners and a hairline frame.
 [[nodiscard]] QImage languageFlag(AppLanguage language, double devicePixelRatio);
 
 } // namespace amberquill

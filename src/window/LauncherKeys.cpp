@@ -3,14 +3,14 @@
 namespace amberquill {
 namespace {
 
-// Those that make a combination of a key, beside Control.
+// The modifiers, beside Control, that make a key a combination.
 constexpr Qt::KeyboardModifiers otherModifiers = Qt::AltModifier | Qt::MetaModifier;
 
 KeyAction returnAction(const KeyState& state) {
     if (state.folderIsOpen) {
         return KeyAction::EndEditing;
     }
-    return state.isSearching ? KeyAction::LaunchFirstResult : KeyAction::Swallow;
+    return state.isSearching ? KeyAction::LaunchFirstResult : KeyAction::Ignore;
 }
 
 KeyAction escapeAction(const KeyState& state) {
@@ -21,7 +21,7 @@ KeyAction escapeAction(const KeyState& state) {
 }
 
 KeyAction arrowAction(const KeyState& state, KeyAction turn) {
-    // The caret moves in the text, and a page under a dragged icon turns at the edges only.
+    // In a text the arrows move the caret; while dragging, pages turn at the edges only.
     const bool passesOn = state.hasSearchText || state.folderIsOpen || state.isDragging;
     return passesOn ? KeyAction::PassOn : turn;
 }

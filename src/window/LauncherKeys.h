@@ -5,13 +5,13 @@
 
 namespace amberquill {
 
-// What the launcher as a whole does with a key, before any field sees it.
+// What the launcher does with a key before any field gets it.
 enum class KeyAction {
-    PassOn,  // nothing: the key goes on to the menus and the focused field
-    Swallow, // nothing, and nobody else sees it either
+    PassOn, // nothing: the key goes on to the menus and the focused field
+    Ignore, // nothing, and the key goes no further
     LaunchFirstResult,
     EndEditing,
-    CloseFolder, // Escape peels back one layer at a time
+    CloseFolder, // Escape closes one layer at a time
     ClearSearch,
     Hide,
     PreviousPage,
@@ -19,11 +19,11 @@ enum class KeyAction {
     ShowMenu,
 };
 
-// What the answer depends on.
+// The launcher's state, as far as keys depend on it.
 struct KeyState {
     bool folderIsOpen = false;
-    bool hasSearchText = false; // white space alone is a text too
-    bool isSearching = false;   // and more than white space
+    bool hasSearchText = false; // also if it is only white space
+    bool isSearching = false;   // it has more than white space
     bool isDragging = false;
     bool isComposing = false; // an input method holds text that is not in the field yet
 };
@@ -31,7 +31,7 @@ struct KeyState {
 // Qt's key code and modifiers. With Control held every key goes on to the menus.
 [[nodiscard]] KeyAction keyAction(int key, Qt::KeyboardModifiers modifiers, const KeyState& state);
 
-// Whether the key writes this text into a field: a letter, a figure, a sign, and no combination of keys.
+// Whether the key types this text: it is a printable character, not a key combination.
 [[nodiscard]] bool isTyping(const QString& text, Qt::KeyboardModifiers modifiers);
 
 } // namespace amberquill

@@ -38,7 +38,7 @@ std::unique_ptr<QMenu> LauncherMenu::make() const {
     addSection(*menu, services_.addPresenceItems);
     menu->addSeparator();
     auto* toggle = new ClosureMenuItem(L::toggleLauncher(), services_.hideLauncher, menu.get());
-    // A reminder only: the chord works everywhere, not through this menu.
+    // Only a reminder: the global shortcut does not come through this menu.
     toggle->setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_Space));
     toggle->setShortcutContext(Qt::WidgetShortcut);
     menu->addAction(toggle);
@@ -50,11 +50,11 @@ std::unique_ptr<QMenu> LauncherMenu::make() const {
 void LauncherMenu::popUp(QWindow& above, const std::optional<QPoint>& place) {
     menu_ = make();
     MenuStyle::applyTo(*menu_);
-    menu_->winId(); // makes the window, whose parent can be told now
+    menu_->winId(); // makes the window, which needs a parent before it is shown
     menu_->windowHandle()->setTransientParent(&above);
     menu_->popup(place.value_or(QCursor::pos()));
     if (place) {
-        // Marking an entry by a call would open its submenu.
+        // QMenu::setActiveAction() would open the entry's submenu.
         QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
         QCoreApplication::sendEvent(menu_.get(), &down);
     }

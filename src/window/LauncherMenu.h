@@ -22,7 +22,7 @@ public:
         LayoutDialogs& dialogs;
         std::function<void()> hideLauncher;
         std::function<void()> quit;
-        // What other parts of the program add to it; they may add nothing.
+        // Other parts of the program append their entries. May be null.
         std::function<void(QMenu&)> addUpdateItems;
         std::function<void(QMenu&)> addPresenceItems;
     };
@@ -33,11 +33,11 @@ public:
     LauncherMenu(const LauncherMenu&) = delete;
     LauncherMenu& operator=(const LauncherMenu&) = delete;
 
-    // Made anew, with titles and marks of now.
+    // A new menu with the current titles and check marks.
     [[nodiscard]] std::unique_ptr<QMenu> make() const;
 
-    // Shows it above the window: at the pointer, or at a place in global points, with its first entry marked
-    // as keys expect it.
+    // Shows a new menu above the window: at a place in global points, for the keyboard, with the first entry
+    // marked; or else at the pointer.
     void popUp(QWindow& above, const std::optional<QPoint>& place);
 
 private:

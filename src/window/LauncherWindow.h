@@ -1,5 +1,4 @@
-// window/: the launcher's one window, how it comes and goes, and the keys and wheel that act on it as a
-// whole.
+// window/: the launcher's one window: showing and hiding it, its keys and scrolling, its menus and dialogs.
 #pragma once
 
 #include "model/LauncherModel.h"
@@ -16,53 +15,53 @@
 
 namespace amberquill {
 
-// What the Edit menu does in a field.
+// The commands of the Edit menu.
 enum class EditCommand { Undo, Cut, Copy, Paste, SelectAll };
 
-// The window in which the launcher is drawn: borderless, as large as the screen it is put on. It
-// holds the view tree; the model and the queue outlive it.
+// The window that the launcher is drawn in: borderless and as large as its screen. It owns the view tree. The
+// model and the queue outlive it.
 class LauncherWindow final : public QQuickView {
     Q_OBJECT
 
 public:
-    // `translucent`: what lies behind the window shows through it. An opaque one is drawn faster.
+    // `translucent`: the desktop shows through. An opaque window is drawn faster.
     LauncherWindow(LauncherModel& model, MainQueue& queue, bool translucent);
     ~LauncherWindow() override;
 
     LauncherWindow(const LauncherWindow&) = delete;
     LauncherWindow& operator=(const LauncherWindow&) = delete;
 
-    // What the launcher is shown over from its next coming on: while nothing of it is seen yet, no frame
-    // waits for the picture.
+    // For the next showing. The background takes the backdrop over with the first frame that shows it, so
+    // that no frame before waits for it.
     void setBackdrop(const std::shared_ptr<const Backdrop>& backdrop);
 
-    // Lets go of it, and of the pictures that were made of it, while the window is off the screen.
+    // Frees the backdrop and the images made of it. For a window that is off the screen.
     void forgetBackdrop();
 
-    // Lets go of what the next showing can do without, while the window is off the screen. What was drawn of
-    // it is freed by the event loop afterwards.
+    // Frees what the next showing does not need. For a window that is off the screen. Part of it is freed
+    // later by the event loop.
     void dropUnseen();
 
-    // How opaque the launcher is as a whole, 0 … 1.
+    // The launcher's opacity, 0 … 1.
     void setAlpha(double alpha);
 
-    // Whether pointer, touch and assistive technologies reach anything in it. True at first. What was begun
-    // before it was switched off is cancelled.
+    // Whether pointer, touch and assistive technologies reach the views; true at first. Switching it off
+    // cancels what has begun.
     void setTakesInput(bool takes);
 
     // Whether a field has the keyboard focus.
     [[nodiscard]] bool isEditing() const;
 
-    // Whether an input method holds text for that field which is not in it yet.
+    // Whether an input method is composing text for that field.
     [[nodiscard]] bool isComposing() const;
 
-    // Does this in the field that has the focus; without one it does nothing.
+    // Runs the command in the focused field, if there is one.
     void edit(EditCommand command);
 
     // Takes the keyboard focus from every field.
     void endEditing();
 
-    // Where a menu opened without the pointer belongs: below the menu's button, in global points.
+    // Where a menu opened by a key belongs: below the menu's button, in global points.
     [[nodiscard]] QPoint menuPlace() const;
 
 protected:
@@ -76,7 +75,7 @@ private:
     DragView drag_;
     ViewTexts texts_;
     DesktopPicture desktop_;
-    std::shared_ptr<const Backdrop> coming_; // none: the background has it
+    std::shared_ptr<const Backdrop> nextBackdrop_; // null: the background has taken it over
 };
 
 } // namespace amberquill

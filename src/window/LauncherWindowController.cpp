@@ -21,10 +21,9 @@ namespace {
 
 Q_LOGGING_CATEGORY(windowLog, "amberquill.window", QtCriticalMsg)
 
-// Seconds after the window has gone by which the desktop is itself again.
-constexpr double settled = 0.3;
+// Seconds after the window has gone until other programs and the compositor have redrawn the desktop.
+constexpr double desktopRedrawn = 0.3;
 
-// Not one menu is left over when what it stood above has gone.
 void closeMenus() {
     while (QWidget* menu = QApplication::activePopupWidget()) {
         if (!menu->close()) {
@@ -56,14 +55,17 @@ void LauncherWindowController::show() {
         screen = QGuiApplication::primaryScreen();
     }
     if (screen != nullptr && !window_.isVisible()) {
-        // One that is up is moved by the window system, which looks at where it is.
+        // A visible window is moved by present(), which compares the screens.
         window_.setScreen(screen);
         window_.setGeometry(screen->geometry());
     }
     const bool wasShown = std::exchange(isShown_, true);
     if (!wasShown) {
         showing_.reset();
-        opening_.reset();
+        if (opening_) {
+            qCDebug(windowLog) << "shown again before it was opened:" << opening_->path;
+            opening_.reset();
+        }
         services_.model.willShow();
         fade_.jumpTo(0);
     }
@@ -77,13 +79,14 @@ void LauncherWindowController::show() {
     withAnimation(motion::show, [this] { services_.model.setPresented(true); });
 }
 
-// Before the window covers the screen. While it fades out it is there still: the earlier picture serves on.
+// Called before the window covers the screen. A window that is still fading out keeps its backdrop.
 void LauncherWindowController::renewBackdrop(const QScreen* screen) {
     const bool goesElsewhere = screen != nullptr && screen != window_.screen();
     if (!goesElsewhere && window_.isVisible()) {
         return;
     }
-    if (!goesElsewhere && isJustWithdrawn() && earlierBackdropServes()) {
+    if (!goesElsewhere && isJustWithdrawn() && canReuseBackdrop()) {
+        qCDebug(windowLog, "the earlier backdrop is shown again");
         window_.setBackdrop(backdrop_);
         return;
     }
@@ -95,15 +98,15 @@ void LauncherWindowController::renewBackdrop(const QScreen* screen) {
     window_.setBackdrop(backdrop_);
 }
 
-// Not where the window system has begun or ceased to blur since.
-bool LauncherWindowController::earlierBackdropServes() const {
+// False also if the window system has begun or ceased to blur since.
+bool LauncherWindowController::canReuseBackdrop() const {
     return backdrop_ && backdrop_->isTranslucent() ==
                             (window_.requestedFormat().hasAlpha() && services_.windows.blursBehindWindows());
 }
 
-// Where the window was, others have not drawn themselves again yet, or a compositor still fades it out.
+// Whether other windows may not have been redrawn yet, or a compositor may still be fading the window out.
 bool LauncherWindowController::isJustWithdrawn() const {
-    return withdrawnAt_ >= 0 && services_.queue.now() - withdrawnAt_ < settled;
+    return withdrawnAt_ >= 0 && services_.queue.now() - withdrawnAt_ < desktopRedrawn;
 }
 
 void LauncherWindowController::hide(const std::optional<QString>& thenOpen) {
@@ -116,8 +119,7 @@ void LauncherWindowController::hide(const std::optional<QString>& thenOpen) {
     isShown_ = false;
     scroll_.forget();
     if (thenOpen) {
-        // While the window still has the focus: a window system gives no token to a program in the
-        // background.
+        // While the window still has the focus: programs in the background get no token.
         requestToken(*thenOpen);
     }
     services_.model.willHide();
@@ -145,7 +147,7 @@ bool LauncherWindowController::hasOtherWindow() const {
     }
     const QWindowList windows = QGuiApplication::topLevelWindows();
     return std::any_of(windows.begin(), windows.end(), [this](const QWindow* window) {
-        // Menus and tool tips come and go with the pointer; nobody works in them.
+        // Menus and tool tips do not count: they close by themselves.
         const bool isTransient = window->type() == Qt::Popup || window->type() == Qt::ToolTip;
         return window != &window_ && window->isVisible() && !isTransient &&
                !window->flags().testFlag(Qt::WindowDoesNotAcceptFocus);
@@ -171,7 +173,7 @@ void LauncherWindowController::fadeEnded() {
     services_.windows.withdraw(window_);
     withdrawnAt_ = services_.queue.now();
     window_.forgetBackdrop();
-    services_.queue.thenAfter(showing_, settled, [this] {
+    services_.queue.thenAfter(showing_, desktopRedrawn, [this] {
         backdrop_.reset();
         qCDebug(windowLog, "the earlier backdrop is dropped");
     });
@@ -199,11 +201,11 @@ void LauncherWindowController::open(const QString& path, const QString& token) {
 
 bool LauncherWindowController::eventFilter(QObject* watched, QEvent* event) {
     if (watched == &window_ && event->type() == QEvent::Hide) {
-        // Whoever took it off the screen: no release of the pointer will come.
+        // Also if the window system hid it: the pointer's release will not come.
         services_.model.willHide();
     }
     if (watched == &window_ && event->type() == QEvent::Close) {
-        // Hidden instead of closed. Accepted all the same: whoever quits the program asks its windows first.
+        // Hidden instead of closed. The event stays accepted: quitting the program closes its windows first.
         hide(std::nullopt);
         return true;
     }
@@ -215,7 +217,7 @@ bool LauncherWindowController::eventFilter(QObject* watched, QEvent* event) {
         return isKey || QObject::eventFilter(watched, event);
     }
     if (QWidget* menu = isKey ? QApplication::activePopupWidget() : nullptr) {
-        // Typed on before the window system has turned the keys to the menu.
+        // The window system has not directed the keys to the menu yet.
         QCoreApplication::sendEvent(menu, event);
         return true;
     }
@@ -240,7 +242,7 @@ bool LauncherWindowController::handleKey(const QKeyEvent& event) {
         .isDragging = model.drag().has_value(),
         .isComposing = window_.isComposing(),
     };
-    if (performInstead(keyAction(event.key(), event.modifiers(), state))) {
+    if (perform(keyAction(event.key(), event.modifiers(), state))) {
         return true;
     }
     if (keyEquivalents_ && keyEquivalents_(event)) {
@@ -250,13 +252,13 @@ bool LauncherWindowController::handleKey(const QKeyEvent& event) {
     return false;
 }
 
-// What is done instead of passing the key on, if anything is.
-bool LauncherWindowController::performInstead(KeyAction action) {
+// False: the key is to be passed on.
+bool LauncherWindowController::perform(KeyAction action) {
     LauncherModel& model = services_.model;
     switch (action) {
     case KeyAction::PassOn:
         return false;
-    case KeyAction::Swallow:
+    case KeyAction::Ignore:
         break;
     case KeyAction::LaunchFirstResult:
         model.launchFirstResult();
@@ -286,8 +288,7 @@ bool LauncherWindowController::performInstead(KeyAction action) {
     return true;
 }
 
-// What is typed while no field has the focus searches: the field takes the focus before the key arrives
-// there.
+// Typing while no field has the focus searches: the search field takes the focus before the key is delivered.
 void LauncherWindowController::focusFieldFor(const QKeyEvent& event) {
     if (!window_.isEditing() && isTyping(event.text(), event.modifiers())) {
         services_.model.focusSearch();

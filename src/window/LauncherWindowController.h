@@ -26,13 +26,13 @@ class Backdrop;
 class ScreenCapture;
 class WindowSystem;
 
-// Shows and hides the launcher's window, and opens the application that hiding was asked for. Main thread
-// only.
+// Shows and hides the launcher's window, and opens the application that the window was hidden for. Main
+// thread only.
 class LauncherWindowController final : public QObject, public LauncherController {
     Q_OBJECT
 
 public:
-    // All of it outlives the controller.
+    // All outlive the controller.
     struct Services {
         LauncherModel& model;
         MainQueue& queue;
@@ -41,7 +41,7 @@ public:
         ApplicationOpener& opener;
         const ScrollDevices& scrollDevices;
         ScreenCapture& screens;
-        // For the first showing, begun while the program starts; null: there is none.
+        // For the first showing, begun while the program starts. May be null.
         std::shared_ptr<const Backdrop> firstBackdrop = {};
     };
 
@@ -54,31 +54,31 @@ public:
     // True from the start of show() until the start of hide().
     [[nodiscard]] bool isShown() const { return isShown_; }
 
-    // Brings the launcher up on the screen under the pointer; when it is up, brings it to the front again.
+    // Shows the launcher on the screen under the pointer. If it is shown already, raises it.
     void show();
 
-    // Fades the launcher out and takes it off screen, then opens the application. A show() in the meantime
-    // wins: the window stays and nothing is opened. While hidden, opens at once. The window takes no input
-    // from here on until it is shown again.
+    // Fades the launcher out, takes it off the screen, and opens the application. After a show() in the
+    // meantime the window stays and nothing is opened. A hidden launcher opens the application at once. The
+    // window takes no input until it is shown again.
     void hide(const std::optional<QString>& thenOpen) override;
 
-    // What shows the menu above the window: at a place in global points, or at the pointer.
+    // Shows the menu above the window: at a place in global points, or at the pointer.
     using PopUpMenu = std::function<void(QWindow& above, const std::optional<QPoint>& place)>;
     void setMenu(PopUpMenu popUp) { popUpMenu_ = std::move(popUp); }
     void showMenu() override;
 
-    // What answers the main menu's key equivalents while the launcher is up: whether the key was one.
+    // Runs the main menu's entry with this key equivalent. False: there is none. Asked while the launcher is
+    // shown.
     using KeyEquivalents = std::function<bool(const QKeyEvent& event)>;
     void setKeyEquivalents(KeyEquivalents perform) { keyEquivalents_ = std::move(perform); }
 
     void endEditing() override { window_.endEditing(); }
 
-    // Whether the user works with another window of the program: one that is visible and takes keys, or one
-    // of the auxiliary flows.
+    // Whether another window of the program is visible and takes keys, or an auxiliary flow is open.
     [[nodiscard]] bool hasOtherWindow() const;
 
-    // The names of the flows with windows of their own that are open now; who opens one enters it here and
-    // takes it out again.
+    // The names of the open flows with windows of their own. A flow inserts its name when it opens and
+    // removes it when it ends.
     [[nodiscard]] static QSet<QString>& auxiliaryFlows();
 
     [[nodiscard]] LauncherWindow& window() { return window_; }
@@ -87,21 +87,21 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    // An application that is opened once the fade is over and the token for it is there.
+    // An application that is opened once the fade is over and its activation token has come.
     struct Opening {
         QString path;
         std::optional<QString> token;
         bool fadeIsOver = false;
     };
 
-    // Whether the key goes no further.
+    // True: the key is consumed.
     bool handleKey(const QKeyEvent& event);
-    bool performInstead(KeyAction action);
+    bool perform(KeyAction action);
     void focusFieldFor(const QKeyEvent& event);
     void popUpMenu(const std::optional<QPoint>& place);
     void renewBackdrop(const QScreen* screen);
     [[nodiscard]] bool isJustWithdrawn() const;
-    [[nodiscard]] bool earlierBackdropServes() const;
+    [[nodiscard]] bool canReuseBackdrop() const;
     void requestToken(const QString& path);
     void fadeEnded();
     void openWhenReady();
@@ -115,7 +115,7 @@ private:
     PopUpMenu popUpMenu_;
     KeyEquivalents keyEquivalents_;
     bool isShown_ = false;
-    double withdrawnAt_ = -1; // on the queue's clock; negative: not yet
+    double withdrawnAt_ = -1; // by the queue's clock; negative: never
     std::optional<Opening> opening_;
     Context showing_; // for the end of the latest showing; reset by the next one
     Context context_;

@@ -9,6 +9,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
+#include <QLoggingCategory>
 #include <QMessageBox>
 #include <QPushButton>
 #include <memory>
@@ -19,26 +20,25 @@ namespace amberquill {
 
 namespace {
 
-// What no layout is as large as.
+Q_LOGGING_CATEGORY(dialogLog, "amberquill.window", QtCriticalMsg)
+
+// Larger than any layout, in bytes.
 constexpr qint64 largestFile = 64LL * 1024 * 1024;
 
-// The edge of the icon in the about panel, in points.
+// The edge of the icon and the width of the lines in the about panel, in points.
 constexpr int aboutPicture = 64;
-
-// The lines of the about panel, in points.
 constexpr int aboutWidth = 300;
 
-// What went wrong with a file, in the interface language as far as Qt knows it in words.
+// A file's name and its error. Qt translates some of the errors.
 QString failure(const QString& path, const std::error_code& error) {
     return QFileInfo(path).fileName() + QStringLiteral(": ") + qt_error_string(error.value());
 }
 
 std::unique_ptr<QFileDialog> fileDialog(const QString& command, const QString& folder) {
-    // The dialog that the command's dots announce has none in its title. A folder that is missing would be
-    // taken for a file's name.
+    // The title is the command without its dots. Qt takes a missing folder for a file's name.
     auto dialog = std::make_unique<QFileDialog>(nullptr, QString(command).remove(u'…'),
                                                 QFileInfo(folder).isDir() ? folder : QDir::homePath());
-    // Qt's own, in this process: while it is open the launcher's program is the active one.
+    // Qt's own dialog, in this process: so the program stays the active one.
     dialog->setOption(QFileDialog::DontUseNativeDialog);
     dialog->setNameFilter(QStringLiteral("JSON (*.json)"));
     dialog->setDefaultSuffix(QStringLiteral("json"));
@@ -60,13 +60,13 @@ bool LayoutDialogs::isOpen() const {
     return dialog_ != nullptr;
 }
 
-// The dialog deletes itself when it has been answered.
+// The dialog deletes itself when it is closed.
 void LayoutDialogs::open(QDialog* dialog) {
     if (dialog_ != nullptr) {
-        dialog_->close(); // not deleted at once: its answer may be what opens this one
+        dialog_->close(); // deleted later: its own handler may be running
     }
     dialog_ = dialog;
-    presentDialog(*dialog, services_.above(), DialogAttention::Demanded);
+    presentDialog(*dialog, services_.above(), DialogFocus::Modal);
 }
 
 void LayoutDialogs::ask(const QString& message, const QString& informativeText, const QString& accept,
@@ -95,6 +95,7 @@ void LayoutDialogs::exportLayout() {
 void LayoutDialogs::writeTo(const QString& path) {
     std::error_code error;
     if (!services_.files.writeAtomically(path, services_.model.exportLayoutData(), NewFile::ByUmask, error)) {
+        qCDebug(dialogLog) << "could not export to" << path << error.value();
         showError(L::exportFailed(), failure(path, error));
     }
 }
@@ -112,8 +113,10 @@ void LayoutDialogs::readFrom(const QString& path) {
     std::error_code error;
     const auto content = services_.files.readFile(path, largestFile, error);
     if (!content && error != std::errc::file_too_large) {
+        qCDebug(dialogLog) << "could not read" << path << error.value();
         showError(L::importFailed(), failure(path, error));
     } else if (!content || services_.model.importLayout(*content)) {
+        qCDebug(dialogLog) << "no layout to import in" << path;
         showError(L::importFailed(), InvalidLayoutFile::errorDescription());
     }
 }
@@ -135,7 +138,7 @@ void LayoutDialogs::showAbout(const QString& version, const std::function<void()
     }
     connect(box.get(), &QObject::destroyed, this, closed);
     about_ = box.get();
-    presentDialog(*box.release(), services_.above(), DialogAttention::Given);
+    presentDialog(*box.release(), services_.above(), DialogFocus::Taken);
 }
 
 void LayoutDialogs::showError(const QString& message, const QString& informativeText) {

@@ -15,9 +15,8 @@ namespace amberquill {
 
 class FileSystem;
 
-// The small dialogs: reset, export and import of the layout, and what went wrong. Each stands above the
-// launcher and is answered before anything happens; one at a time. Beside them the panel that tells what this
-// program is, which nobody need answer.
+// The dialogs for reset, export and import of the layout and for errors: modal, above the launcher, one at a
+// time. Also the about panel, which is not modal.
 class LayoutDialogs final : public QObject {
     Q_OBJECT
 
@@ -25,8 +24,8 @@ public:
     struct Services {
         LauncherModel& model;
         FileSystem& files;
-        QString startFolder;             // the file dialogs' first folder
-        std::function<QWindow*()> above; // the window to stand above; none: it is not on the screen
+        QString startFolder;             // where the file dialogs start
+        std::function<QWindow*()> above; // the launcher's window; null: it is not on the screen
     };
 
     explicit LayoutDialogs(Services services, QObject* parent = nullptr);
@@ -38,11 +37,11 @@ public:
     void confirmReset();
     void exportLayout();
     void importLayout();
-    // `closed` is called once it is gone. While it is up, another call brings it to the front.
+    // `closed` is called when the panel is gone. If it is shown already, it is brought to the front.
     void showAbout(const QString& version, const std::function<void()>& closed);
     void showError(const QString& message, const QString& informativeText);
 
-    // Whether one waits for an answer.
+    // Whether a modal dialog is open.
     [[nodiscard]] bool isOpen() const;
 
 private:
@@ -53,7 +52,7 @@ private:
     void readFrom(const QString& path);
 
     Services services_;
-    QPointer<QDialog> dialog_; // waits for an answer
+    QPointer<QDialog> dialog_; // the modal one
     QPointer<QDialog> about_;
 };
 

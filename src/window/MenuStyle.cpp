@@ -13,7 +13,7 @@ constexpr int flagWidth = 18;
 constexpr int markRoom = 22;
 constexpr int itemBorder = 1;
 
-// The item when it has a picture and can be checked.
+// The item if it has a picture and can be checked, else null.
 const QStyleOptionMenuItem* withPictureAndMark(const QStyleOption* option) {
     const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
     return item != nullptr && !item->icon.isNull() && item->checkType != QStyleOptionMenuItem::NotCheckable
@@ -53,7 +53,7 @@ void MenuStyle::drawControl(ControlElement element, const QStyleOption* option, 
     mark.icon = {};
     mark.text.clear();
     QProxyStyle::drawControl(element, &mark, painter, widget);
-    // After the mark, everything else, on the same ground.
+    // Everything else, after the mark.
     QStyleOptionMenuItem unmarked = *item;
     unmarked.checkType = QStyleOptionMenuItem::NotCheckable;
     const bool isMirrored = item->direction == Qt::RightToLeft;

@@ -6,13 +6,14 @@ class QMenu;
 
 namespace amberquill {
 
-// The desktop's style for menus, which has no place for a check mark beside a picture: the flags beside the
-// languages get the room that they are drawn for, and the mark stands before them.
+// The desktop's menu style with room for both a check mark and a picture, as the entries with flags need. The
+// mark stands before the picture.
 class MenuStyle final : public QProxyStyle {
     Q_OBJECT
 
 public:
-    // For the menu and its submenus of now. The style is the menu's and serves it when it is called again.
+    // Sets the style of the menu and of its present submenus. The menu owns it; further calls use the same
+    // one.
     static void applyTo(QMenu& menu);
 
     [[nodiscard]] int pixelMetric(PixelMetric metric, const QStyleOption* option,

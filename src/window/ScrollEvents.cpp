@@ -14,8 +14,8 @@ Q_LOGGING_CATEGORY(scrollLog, "amberquill.window", QtCriticalMsg)
 // Qt counts a notch as fifteen degrees, in eighths of a degree.
 constexpr double angleOfNotch = 120;
 
-// A notch is complete when nearly all of it has come: its fractions are cut to 120ths on their way, by which
-// sixteen of them lose eight. What was lent is taken off the next notch.
+// A notch counts as complete when this much of it is missing: fractions are cut to 120ths on their way, so
+// sixteen of them may lose eight 120ths. The next notch is shorter by what was lent.
 constexpr double lent = 0.1;
 
 QPointF notches(const QWheelEvent& event) {
@@ -51,7 +51,7 @@ double WheelNotches::Axis::add(double notches) {
     }
     fraction += notches;
     const double whole = std::trunc(fraction + std::copysign(lent, notches));
-    // What was lent may leave a fraction against the direction, which is no notch back.
+    // A lent part leaves a fraction against the direction, which is not a notch back.
     if (whole * notches <= 0) {
         return 0;
     }
@@ -91,7 +91,7 @@ void ScrollEvents::forget() {
     notches_.forget();
 }
 
-// A number belongs to another device once the first one is unplugged, so it is asked again after a pause.
+// After a pause the device is looked up again: its number may belong to another one by now.
 const ScrollDevice& ScrollEvents::deviceOf(const QWheelEvent& event, double now) {
     const qint64 id = event.pointingDevice() != nullptr ? event.pointingDevice()->systemId() : 0;
     if (id != deviceId_ || now - lastEvent_ > pause) {
@@ -102,12 +102,12 @@ const ScrollDevice& ScrollEvents::deviceOf(const QWheelEvent& event, double now)
     return device_;
 }
 
-// Where the device is known, so is the unit of its notches; else pixels are points. Until a swipe has shown
-// pixels it may be one that has none.
+// Known devices have a known number of points per notch. For others pixels are points, once the swipe has had
+// any: some devices send none.
 QPointF ScrollEvents::points(const QWheelEvent& event, const ScrollDevice& device) {
     if (device.kind == ScrollDevice::Kind::Unknown) {
-        toldPixels_ = toldPixels_ || !event.pixelDelta().isNull();
-        if (toldPixels_) {
+        hasPixels_ = hasPixels_ || !event.pixelDelta().isNull();
+        if (hasPixels_) {
             return event.pixelDelta();
         }
     }
@@ -131,7 +131,7 @@ void ScrollEvents::handlePhase(const QWheelEvent& event, const ScrollDevice& dev
         move(Swipe::Phased, event, device);
         break;
     case Qt::ScrollEnd:
-        // Of one that began over another window, the launcher has seen nothing.
+        // Not for a swipe that began over another window.
         if (swipe_ == Swipe::Phased) {
             move(Swipe::Phased, event, device);
             end();
@@ -161,7 +161,7 @@ void ScrollEvents::move(Swipe kind, const QWheelEvent& event, const ScrollDevice
 void ScrollEvents::begin(Swipe kind) {
     pendingEnd_.cancel();
     swipe_ = kind;
-    toldPixels_ = false;
+    hasPixels_ = false;
     qCDebug(scrollLog, "a swipe begins");
     handler_(fingers(ScrollEvent::Phase::Began));
 }

@@ -12,20 +12,20 @@ class QWheelEvent;
 
 namespace amberquill {
 
-// Adds up what a wheel turns by to whole notches: a wheel of high resolution sends each notch in fractions.
+// Adds up a wheel's turns to whole notches: high-resolution wheels send fractions of a notch.
 class WheelNotches {
 public:
-    // Seconds without a turn after which a fraction counts no more.
+    // Seconds without a turn after which the fraction is dropped.
     static constexpr double pause = 0.5;
 
-    // The whole notches that are complete with a turn by `notches` at `now` (seconds), if any. On each axis a
-    // change of direction drops the fraction gathered so far, and so does a pause.
+    // The notches that a turn at `now` (seconds) completes, if any. On each axis a change of direction drops
+    // the fraction, and so does a pause.
     std::optional<QPointF> add(const QPointF& notches, double now);
 
     void forget() { *this = {}; }
 
 private:
-    // What an axis has turned by beyond its last whole notch.
+    // The turn since the last whole notch.
     struct Axis {
         double fraction = 0;
         bool forward = false;
@@ -38,8 +38,8 @@ private:
     double last_ = -1e9;
 };
 
-// Makes the model's events of Qt's: a wheel's whole notches, and a touchpad's swipes in points with beginning
-// and end. What reaches Qt, as tried with Qt 6.4:
+// Turns Qt's wheel events into the model's: whole notches of a wheel, and swipes of a touchpad in points with
+// a beginning and an end. Qt 6.4 was observed to send:
 //
 // - X11: angleDelta in 120ths of a notch, from wheels and touchpads alike, never a phase; what is below a
 //   120th of a notch is cut off. pixelDelta is the driver's own unit, also for wheels, and means nothing.
@@ -55,7 +55,7 @@ class ScrollEvents {
 public:
     using Handler = std::function<void(const ScrollEvent&)>;
 
-    // Seconds without movement that end a swipe of a device that does not tell.
+    // Seconds without movement that end a swipe, for devices that do not report the end.
     static constexpr double pause = 0.15;
 
     // `queue` and `devices` outlive this object. `handler` is called from handle() and from the queue.
@@ -63,14 +63,14 @@ public:
 
     void handle(const QWheelEvent& event);
 
-    // Forgets what is under way: the launcher goes, and what it would have led to with it.
+    // Drops the swipe or the fraction of a notch in progress, without further events.
     void forget();
 
 private:
     enum class Swipe {
         None,
-        Phased,  // the device tells its end
-        Unphased // a pause does
+        Phased,  // the device reports its end
+        Unphased // ended by a pause
     };
 
     [[nodiscard]] const ScrollDevice& deviceOf(const QWheelEvent& event, double now);
@@ -87,7 +87,7 @@ private:
     Handler handler_;
     WheelNotches notches_;
     Swipe swipe_ = Swipe::None;
-    bool toldPixels_ = false; // in this swipe
+    bool hasPixels_ = false; // in this swipe
     qint64 deviceId_ = -1;
     ScrollDevice device_;
     double lastEvent_ = -1e9;

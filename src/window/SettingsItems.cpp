@@ -69,7 +69,7 @@ ClosureMenuItem& addChecked(QMenu& menu, const QString& title, bool isChecked,
     return item;
 }
 
-// Of the menu's entries one is chosen, or none.
+// At most one of the menu's entries is checked.
 void makeExclusive(QMenu& menu) {
     auto* group = new QActionGroup(&menu);
     for (QAction* action : menu.actions()) {

@@ -69,10 +69,10 @@ UpdateDialogs::~UpdateDialogs() {
 }
 
 template<typename Dialog>
-Dialog& UpdateDialogs::put(std::unique_ptr<Dialog> dialog, DialogAttention attention) {
+Dialog& UpdateDialogs::put(std::unique_ptr<Dialog> dialog, DialogFocus focus) {
     discard(dialog_);
     dialog_ = dialog.get();
-    presentDialog(*dialog, services_.launcher(), attention);
+    presentDialog(*dialog, services_.launcher(), focus);
     return *dialog.release(); // it deletes itself
 }
 
@@ -80,7 +80,7 @@ void UpdateDialogs::alertUpToDate(const QString& version, std::function<void()> 
     if (alert_ == nullptr || !alert_->isVisible()) {
         auto box = upToDateBox(version);
         alert_ = box.get();
-        presentDialog(*box.release(), services_.launcher(), DialogAttention::Demanded);
+        presentDialog(*box.release(), services_.launcher(), DialogFocus::Modal);
     } else {
         bringDialogToFront(*alert_);
     }
@@ -94,7 +94,7 @@ UpdateProgressDialog& UpdateDialogs::progress() {
     }
     return put(std::make_unique<UpdateProgressDialog>(UpdateProgressDialog::Answers{
                    .pause = answers_.pause, .resume = answers_.resume, .cancel = answers_.cancel}),
-               DialogAttention::Given);
+               DialogFocus::Taken);
 }
 
 void UpdateDialogs::showChecking() {
@@ -129,11 +129,11 @@ void UpdateDialogs::showUpdateFound(const UpdateOffer& offer) {
     const auto openPage = [this, page] { services_.openPage(page, *dialog_->windowHandle()); };
     put(std::make_unique<UpdateFoundDialog>(
             found, UpdateFoundDialog::Answers{.chosen = chosen, .openPage = openPage}),
-        isUserInitiated ? DialogAttention::Given : DialogAttention::Awaited);
+        isUserInitiated ? DialogFocus::Taken : DialogFocus::NotTaken);
 }
 
 void UpdateDialogs::showNoUpdate(const QString& installedVersion) {
-    const auto& box = put(upToDateBox(installedVersion), DialogAttention::Demanded);
+    const auto& box = put(upToDateBox(installedVersion), DialogFocus::Modal);
     connect(&box, &QDialog::finished, this, [this] { answers_.acknowledge(); });
 }
 
@@ -141,7 +141,7 @@ void UpdateDialogs::showError(UpdateError error) {
     auto box = messageBox(updateText(UpdateText::FailedTitle), updateText(reason(error)));
     box->setStandardButtons(QMessageBox::Ok);
     connect(box.get(), &QDialog::finished, this, [this] { answers_.acknowledge(); });
-    put(std::move(box), DialogAttention::Demanded);
+    put(std::move(box), DialogFocus::Modal);
 }
 
 void UpdateDialogs::showProgress(qint64 receivedBytes, qint64 length) {
@@ -163,7 +163,7 @@ void UpdateDialogs::showReadyToRestart(const FeedItem& update) {
     box->setEscapeButton(box->addButton(updateText(UpdateText::Later), QMessageBox::RejectRole));
     connect(box.get(), &QMessageBox::accepted, this, [this] { answers_.restart(); });
     connect(box.get(), &QMessageBox::rejected, this, [this] { answers_.later(); });
-    put(std::move(box), DialogAttention::Given);
+    put(std::move(box), DialogFocus::Taken);
 }
 
 void UpdateDialogs::bringToFront() {

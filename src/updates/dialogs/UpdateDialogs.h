@@ -64,7 +64,7 @@ public:
 
 private:
     template<typename Dialog>
-    Dialog& put(std::unique_ptr<Dialog> dialog, DialogAttention attention);
+    Dialog& put(std::unique_ptr<Dialog> dialog, DialogFocus focus);
     class UpdateProgressDialog& progress();
 
     Services services_;

@@ -118,14 +118,14 @@ TEST(Backdrop, WhereNothingCanBeReadItIsTheTintAlone) {
 }
 
 TEST(Backdrop, AWindowThatNothingShowsThroughIsNeverBlack) {
-    const Backdrop unread([] { return ScreenPicture(); }, look(), Backdrop::Sheet::Opaque);
+    const Backdrop unread([] { return ScreenPicture(); }, look(), Backdrop::Window::Opaque);
     EXPECT_EQ(unread.whole(), unread.picture(look()));
     const QImage whole = plain(pixels, Qt::red);
     const Backdrop read(
         [&] {
             return ScreenPicture{plain({80, 50}, Qt::red), whole};
         },
-        look(), Backdrop::Sheet::Opaque);
+        look(), Backdrop::Window::Opaque);
     EXPECT_EQ(read.whole(), whole);
 }
 
@@ -143,7 +143,8 @@ TEST(Backdrop, WhatIsHiddenIsNotSeenInIt) {
         [&] {
             return ScreenPicture{withDialogs, {}};
         },
-        look(), Backdrop::Sheet::Glass, {QRect(30, 10, 20, 6), QRect(30, 16, 20, 4), QRect(70, 10, 30, 10)});
+        look(), Backdrop::Window::Translucent,
+        {QRect(30, 10, 20, 6), QRect(30, 16, 20, 4), QRect(70, 10, 30, 10)});
     EXPECT_EQ(backdrop.picture(look()), wanted.picture(look()));
 }
 

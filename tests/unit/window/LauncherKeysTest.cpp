@@ -22,8 +22,8 @@ TEST(LauncherKeys, ReturnAndEnterLaunchTheFirstResultOfASearch) {
 
 TEST(LauncherKeys, WithoutASearchReturnAndEnterDoNothingAndReachNobody) {
     for (const KeyState& state : {nothing, onlySpaces, dragging}) {
-        EXPECT_EQ(keyAction(Qt::Key_Return, {}, state), KeyAction::Swallow);
-        EXPECT_EQ(keyAction(Qt::Key_Enter, Qt::KeypadModifier, state), KeyAction::Swallow);
+        EXPECT_EQ(keyAction(Qt::Key_Return, {}, state), KeyAction::Ignore);
+        EXPECT_EQ(keyAction(Qt::Key_Enter, Qt::KeypadModifier, state), KeyAction::Ignore);
     }
 }
 
