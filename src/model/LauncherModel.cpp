@@ -1,6 +1,7 @@
 #include "model/LauncherModel.h"
 
 #include "localization/L.h"
+#include "model/ModelLog.h"
 #include "motion/Animation.h"
 #include "motion/Animations.h"
 #include "platform/MainQueue.h"
@@ -10,6 +11,8 @@
 #include <utility>
 
 namespace amberquill {
+
+Q_LOGGING_CATEGORY(modelLog, "amberquill.model", QtCriticalMsg)
 
 void DragTracker::setLocation(const QPointF& location) {
     if (location != location_) {

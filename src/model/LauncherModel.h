@@ -17,6 +17,7 @@
 #include "model/LayoutStore.h"
 #include "model/MissingApplications.h"
 #include "model/Pages.h"
+#include "platform/Context.h"
 #include "platform/LoginItem.h"
 #include "platform/MainQueue.h"
 
@@ -314,6 +315,8 @@ private:
     [[nodiscard]] DragScene dragScene() const;
     void apply(const DragSession::Actions& actions);
     void applyDeferred();
+    void cancelGesture(const char* cause);
+    void endTransientState(const char* cause);
 
     void takeScan(const ScanResult& scan);
     void rememberPlaces(const LaunchItems& before, const LaunchItems& after);
@@ -357,7 +360,6 @@ private:
 
     std::vector<AppInfo> installed_;         // as the last scan found them, in its order
     std::optional<SearchIndex> searchIndex_; // of `installed_`; none until it is made or needed
-    int indexSerial_ = 0;                    // which of the indexes under way is of `installed_`
     std::vector<std::size_t> found_;         // positions in `installed_`
     LaunchItems foundItems_;
     int browsePage_ = 0; // shown when the search began
@@ -382,6 +384,9 @@ private:
     bool awaitsLayout_;
     bool layoutIsReplaced_ = false; // before it has come
     DelayedWork newFolderOpening_;
+
+    Context indexing_; // of `installed_`: the index under way
+    Context context_;
 };
 
 } // namespace amberquill

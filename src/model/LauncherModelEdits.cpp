@@ -5,7 +5,6 @@
 #include "motion/Animation.h"
 #include "motion/Animations.h"
 
-#include <QPointer>
 #include <algorithm>
 
 namespace amberquill {
@@ -69,13 +68,8 @@ void LauncherModel::merge(const QString& draggedID, const QString& targetID) {
         clampPage();
     });
     if (made) {
-        newFolderOpening_.cancel();
         newFolderOpening_ =
-            services_.queue.postAfter(newFolderOpensAfter, [self = QPointer(this), id = *made] {
-                if (self != nullptr) {
-                    self->openFolder(id);
-                }
-            });
+            services_.queue.postAfter(newFolderOpensAfter, [this, id = *made] { openFolder(id); });
     }
 }
 

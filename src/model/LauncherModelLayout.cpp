@@ -4,6 +4,7 @@
 #include "localization/L.h"
 #include "model/LauncherModel.h"
 #include "model/LayoutEdits.h"
+#include "model/ModelLog.h"
 #include "motion/Animation.h"
 #include "motion/Animations.h"
 #include "platform/MainQueue.h"
@@ -35,11 +36,14 @@ QByteArray LauncherModel::exportLayoutData() const {
 std::optional<InvalidLayoutFile> LauncherModel::importLayout(QByteArrayView data) {
     auto file = decodeLayoutFile(data);
     if (!file || file->format != LayoutFile::ownFormat) {
+        qCDebug(modelLog) << "import refused:" << (file ? "another format" : "not a layout file");
         return InvalidLayoutFile{};
     }
     waitingImport_ = *std::move(file);
     if (hasScanned_) {
         applyWaitingImport();
+    } else {
+        qCDebug(modelLog) << "the import waits for the first scan";
     }
     return std::nullopt;
 }
@@ -49,8 +53,7 @@ void LauncherModel::applyWaitingImport() {
     if (!file) {
         return;
     }
-    willHide();
-    cancelPending();
+    endTransientState("an import");
     setOpenFolderID(std::nullopt);
     setSearchText({});
 
@@ -100,6 +103,7 @@ void LauncherModel::takeLateLayout(StoredLayout stored) {
         return;
     }
     if (drag_) {
+        qCDebug(modelLog) << "the late layout waits for the drag's end";
         deferredLayout_ = std::move(stored);
         return;
     }
@@ -108,10 +112,13 @@ void LauncherModel::takeLateLayout(StoredLayout stored) {
     LaunchItems items = store_.start(std::move(stored));
     std::vector<RememberedItem> places = store_.takePlaces();
     if (layoutIsReplaced_ || !isKnown) {
+        qCDebug(modelLog) << "late layout not taken:"
+                          << (isKnown ? "an import or a reset has replaced it" : "there is none");
         store_.savePlaces(places_.remembered());
         save();
         return;
     }
+    qCDebug(modelLog) << "late layout taken:" << items.size() << "items";
     places_ = PlaceMemory(std::move(places), services_.queue.date());
     withAnimation(motion::replaceLayout, [&] {
         setItems(std::move(items));

@@ -1,5 +1,6 @@
 #include "model/LauncherController.h"
 #include "model/LauncherModel.h"
+#include "model/ModelLog.h"
 #include "motion/Animations.h"
 
 #include <algorithm>
@@ -33,6 +34,13 @@ void LauncherModel::pointerEnded(const PointerGesture& gesture) {
 }
 
 void LauncherModel::pointerCancelled() {
+    cancelGesture("the loss of the pointer");
+}
+
+void LauncherModel::cancelGesture(const char* cause) {
+    if (drag_) {
+        qCDebug(modelLog) << "drag of" << drag_->id << "cancelled by" << cause;
+    }
     apply(dragSession_.pointerCancelled());
 }
 

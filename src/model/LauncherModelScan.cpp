@@ -1,14 +1,40 @@
 #include "data/LayoutReconciler.h"
 #include "model/LauncherModel.h"
+#include "model/ModelLog.h"
 #include "platform/MainQueue.h"
 
-#include <QPointer>
+#include <QSet>
 #include <utility>
 
 namespace amberquill {
 
+namespace {
+
+QSet<QString> pathsIn(const LaunchItems& items) {
+    QSet<QString> paths;
+    for (const LaunchItem& item : items) {
+        if (const Folder* folder = item.asFolder()) {
+            paths.unite({folder->apps.begin(), folder->apps.end()});
+        } else {
+            paths.insert(*item.asApp());
+        }
+    }
+    return paths;
+}
+
+void logChange(const LaunchItems& before, const LaunchItems& after) {
+    if (modelLog().isDebugEnabled()) {
+        const QSet<QString> old = pathsIn(before);
+        const QSet<QString> now = pathsIn(after);
+        qCDebug(modelLog) << "applications that left the layout:" << (old - now).values();
+        qCDebug(modelLog) << "applications that came or came back:" << (now - old).values();
+    }
+}
+
+} // namespace
+
 void LauncherModel::willShow() {
-    willHide();
+    endTransientState("showing the launcher");
     setOpenFolderID(std::nullopt);
     setSearchText({});
     setScrollOffset(0);
@@ -18,7 +44,11 @@ void LauncherModel::willShow() {
 }
 
 void LauncherModel::willHide() {
-    pointerCancelled();
+    endTransientState("hiding the launcher");
+}
+
+void LauncherModel::endTransientState(const char* cause) {
+    cancelGesture(cause);
     newFolderOpening_.cancel();
 }
 
@@ -28,12 +58,10 @@ void LauncherModel::refreshApps() {
     }
     scanning_ = true;
     services_.queue.compute(
-        services_.scan,
-        [self = QPointer(this)](const ScanResult& scan) {
-            if (self != nullptr) {
-                self->scanning_ = false;
-                self->takeScan(scan);
-            }
+        context_, services_.scan,
+        [this](const ScanResult& scan) {
+            scanning_ = false;
+            takeScan(scan);
         },
         Lane::Scan);
 }
@@ -42,15 +70,13 @@ void LauncherModel::refreshApps() {
 void LauncherModel::takeScan(const ScanResult& scan) {
     std::vector<AppInfo> installed = scan.apps;
     for (const QString& path : missing_.staying(items_, scan, services_.queue.now())) {
+        qCDebug(modelLog) << path << "was not found; it stays until another scan decides";
         installed.push_back({path, appName(path)});
     }
     nextDecision_.cancel();
     if (const auto decision = missing_.nextDecision()) {
-        nextDecision_ = services_.queue.postAfter(*decision - services_.queue.now(), [self = QPointer(this)] {
-            if (self != nullptr) {
-                self->refreshApps();
-            }
-        });
+        nextDecision_ =
+            services_.queue.postAfter(*decision - services_.queue.now(), [this] { refreshApps(); });
     }
     applyScan(installed);
 }
@@ -66,6 +92,7 @@ void LauncherModel::applyScan(const std::vector<AppInfo>& installed) {
     const LaunchItems known = places_.putBack(items_, installed);
     LaunchItems reconciled = LayoutReconciler::reconcile(known, installed, std::nullopt, nameOrder());
     if (reconciled != items_) {
+        logChange(items_, reconciled);
         rememberPlaces(known, reconciled);
         setItems(std::move(reconciled));
         save();

@@ -2,7 +2,6 @@
 #include "model/LauncherModel.h"
 #include "platform/MainQueue.h"
 
-#include <QPointer>
 #include <algorithm>
 #include <utility>
 
@@ -79,10 +78,10 @@ void LauncherModel::search() {
     }
 }
 
-// Away from the main thread, so that the first letter typed finds it made.
+// Made in the background, so that it is there for the first letter that is typed.
 void LauncherModel::indexNames() {
     searchIndex_.reset();
-    const int serial = ++indexSerial_;
+    indexing_.reset();
     if (isSearching()) {
         const int pagesBefore = displayedPageCount();
         search();
@@ -92,12 +91,9 @@ void LauncherModel::indexNames() {
         }
         return;
     }
-    services_.queue.compute([apps = installed_] { return SearchIndex(apps, NameOrder()); },
-                            [self = QPointer(this), serial](SearchIndex index) {
-                                if (self != nullptr && self->indexSerial_ == serial) {
-                                    self->searchIndex_ = std::move(index);
-                                }
-                            });
+    services_.queue.compute(
+        indexing_, [apps = installed_] { return SearchIndex(apps, NameOrder()); },
+        [this](SearchIndex index) { searchIndex_ = std::move(index); });
 }
 
 } // namespace amberquill

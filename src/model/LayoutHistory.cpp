@@ -3,6 +3,7 @@
 #include "data/HomePaths.h"
 #include "data/LayoutCoding.h"
 #include "data/LayoutFile.h"
+#include "model/ModelLog.h"
 #include "platform/FileSystem.h"
 #include "platform/MainQueue.h"
 
@@ -117,6 +118,7 @@ private:
                                   return homeRelative(path, home_);
                               })};
         if (!files_.writeAtomically(pathOf(name), encodeLayoutFile(file))) {
+            qCDebug(modelLog) << "no copy of the layout:" << pathOf(name) << "cannot be written";
             return false;
         }
         const std::size_t surplus = kept.size() + 1 - std::min(kept.size() + 1, mostCopies);
@@ -153,24 +155,24 @@ private:
 
 LayoutHistory::LayoutHistory(MainQueue& queue, FileSystem& files, const QString& folder, const QString& home)
     : queue_(queue)
-    , writer_(std::make_shared<Writer>(files, folder + QStringLiteral("/Amberquill/layout-history"), home))
-    , lastDay_(std::make_shared<std::optional<QDate>>()) {}
+    , writer_(std::make_shared<Writer>(files, folder + QStringLiteral("/Amberquill/layout-history"), home)) {}
 
 void LayoutHistory::keep(Layout layout, Reason reason) {
     const std::chrono::sys_seconds date = queue_.date();
     const QDateTime time = QDateTime::fromSecsSinceEpoch(date.time_since_epoch().count());
-    if (reason == Reason::Day && *lastDay_ == time.date()) {
+    if (reason == Reason::Day && lastDay_ == time.date()) {
         return;
     }
-    *lastDay_ = time.date();
+    lastDay_ = time.date();
     writer_->offer({std::move(layout), reason, date, time});
-    queue_.compute([writer = writer_] { return writer->write(); },
-                   [lastDay = lastDay_](bool isWritten) {
-                       if (!isWritten) {
-                           lastDay->reset();
-                       }
-                   },
-                   Lane::Save);
+    queue_.compute(
+        context_, [writer = writer_] { return writer->write(); },
+        [this](bool isWritten) {
+            if (!isWritten) {
+                lastDay_.reset();
+            }
+        },
+        Lane::Save);
 }
 
 void LayoutHistory::flush() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Context.h"
+
 #include <QByteArray>
 #include <QDate>
 #include <QString>
@@ -44,8 +46,8 @@ private:
 
     MainQueue& queue_;
     std::shared_ptr<Writer> writer_; // shared with the work under way
-    std::shared_ptr<std::optional<QDate>>
-        lastDay_; // of the newest copy that was asked for and has not failed
+    std::optional<QDate> lastDay_;   // of the newest copy that was asked for and has not failed
+    Context context_;
 };
 
 } // namespace amberquill

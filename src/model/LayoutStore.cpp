@@ -3,6 +3,7 @@
 #include "data/LayoutCoding.h"
 #include "data/RememberedItem.h"
 #include "model/LayoutEdits.h"
+#include "model/ModelLog.h"
 
 #include <utility>
 
@@ -35,6 +36,8 @@ StoredLayout LayoutStore::read(const FileSystem& files, const QString& folder) {
         if (auto* items = std::get_if<LaunchItems>(&decoded)) {
             stored.content = std::move(*content);
             stored.items = std::move(*items);
+        } else {
+            qCDebug(modelLog) << pathIn(folder) << "does not decode: the next save sets it aside";
         }
     }
     if (auto content = files.readFile(placesPathIn(folder), largestPlacesText)) {

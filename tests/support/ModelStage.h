@@ -54,12 +54,21 @@ public:
 
     LauncherModel& makeModel() {
         model_ = std::make_unique<LauncherModel>(LauncherModel::Services{
-            queue_, files_, preferences_, QStringLiteral("/data"),
-            [this] {
-                ++scans_;
-                return installed_;
-            },
-            remembered_, std::nullopt, homes_, applyToFrameworks_, loginItem_, layoutIsLate_});
+            .queue = queue_,
+            .files = files_,
+            .preferences = preferences_,
+            .applicationSupport = QStringLiteral("/data"),
+            .scan =
+                [this] {
+                    ++scans_;
+                    return installed_;
+                },
+            .rememberedNames = remembered_,
+            .homes = homes_,
+            .applyToFrameworks = applyToFrameworks_,
+            .loginItem = loginItem_,
+            .layoutIsLate = layoutIsLate_,
+        });
         controller_ = std::make_shared<RecordingController>();
         model_->setController(controller_);
         return *model_;

@@ -74,7 +74,12 @@ private:
         }
         files_.addFile(layoutPath, encodeItems(items));
         model_ = std::make_unique<LauncherModel>(LauncherModel::Services{
-            queue_, files_, preferences_, u"/data"_s, [this] { return installed_; }, {}, {}});
+            .queue = queue_,
+            .files = files_,
+            .preferences = preferences_,
+            .applicationSupport = u"/data"_s,
+            .scan = [this] { return installed_; },
+        });
         folders_ = foldersNow();
         QObject::connect(model_.get(), &LauncherModel::itemsChanged, [this] { itemsChanged(); });
         QObject::connect(model_.get(), &LauncherModel::scanned,

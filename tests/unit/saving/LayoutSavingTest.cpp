@@ -54,7 +54,12 @@ protected:
     // A model over the real files that has laid out `count` applications and saved them.
     LauncherModel& modelWith(int count) {
         model_ = std::make_unique<LauncherModel>(LauncherModel::Services{
-            queue_, files_, preferences_, tree_.path(), [] { return std::vector<AppInfo>(); }, {}, {}});
+            .queue = queue_,
+            .files = files_,
+            .preferences = preferences_,
+            .applicationSupport = tree_.path(),
+            .scan = [] { return std::vector<AppInfo>(); },
+        });
         std::vector<AppInfo> installed;
         for (int i = 0; i < count; ++i) {
             installed.push_back({u"/Applications/%1.app"_s.arg(i), u"App %1"_s.arg(i)});
@@ -251,7 +256,12 @@ TEST_F(LayoutSaving, AGridIsOneWriteOfThePreferencesAndNotOneOfTheMainThread) {
     JsonPreferences preferences(files, u"/config/preferences.json"_s);
     preferences.writeOn(queue_);
     LauncherModel model(LauncherModel::Services{
-        queue_, files, preferences, u"/data"_s, [] { return std::vector<AppInfo>(); }, {}, {}});
+        .queue = queue_,
+        .files = files,
+        .preferences = preferences,
+        .applicationSupport = u"/data"_s,
+        .scan = [] { return std::vector<AppInfo>(); },
+    });
     model.setGrid(8, 6);
     EXPECT_EQ(files.writes(), 0);
     queue_.runPosted();

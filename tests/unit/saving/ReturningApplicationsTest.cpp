@@ -52,15 +52,15 @@ protected:
         }
         entries_ = std::make_unique<DesktopEntryApplications>(settings);
         model_ = std::make_unique<LauncherModel>(LauncherModel::Services{
-            queue_,
-            files_,
-            preferences_,
-            tree_.path("data"),
-            [this] {
-                return AppScanner::scan({files_, bundles_, *entries_, tree_.path("home"), {}});
-            },
-            {},
-            {}});
+            .queue = queue_,
+            .files = files_,
+            .preferences = preferences_,
+            .applicationSupport = tree_.path("data"),
+            .scan =
+                [this] {
+                    return AppScanner::scan({files_, bundles_, *entries_, tree_.path("home"), {}});
+                },
+        });
         model_->refreshApps();
         queue_.runPosted();
     }
