@@ -1,38 +1,12 @@
 #include "UpdaterFixture.h"
+#include "support/LogRecorder.h"
 
-#include <QLoggingCategory>
 #include <gtest/gtest.h>
 
 using namespace amberquill;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// What is printed while it exists, with these rules for categories.
-class LogRecorder {
-public:
-    explicit LogRecorder(const QString& rules) {
-        lines().clear();
-        QLoggingCategory::setFilterRules(rules);
-        before_ = qInstallMessageHandler(
-            [](QtMsgType, const QMessageLogContext&, const QString& line) { lines() += line; });
-    }
-    ~LogRecorder() {
-        qInstallMessageHandler(before_);
-        QLoggingCategory::setFilterRules({});
-    }
-
-    LogRecorder(const LogRecorder&) = delete;
-    LogRecorder& operator=(const LogRecorder&) = delete;
-
-    static QStringList& lines() {
-        static QStringList theLines;
-        return theLines;
-    }
-
-private:
-    QtMessageHandler before_;
-};
 
 class UpdaterLogTest : public UpdaterFixture {};
 
