@@ -44,7 +44,7 @@ TEST_F(BundlePropertyListTest, AnXmlListIsRead) {
     EXPECT_EQ(identifier(), u"org.example.App"_s);
 }
 
-TEST_F(BundlePropertyListTest, ABinaryListSaysTheSame) {
+TEST_F(BundlePropertyListTest, ABinaryListHasTheSameValues) {
     const auto fromXml = read(xmlDictionary(usual));
     ASSERT_TRUE(fromXml);
     EXPECT_EQ(read(binaryDictionary(usual)), fromXml);
@@ -90,7 +90,7 @@ TEST_F(BundlePropertyListTest, WithoutAnIdentifierThereIsNone) {
     }
 }
 
-TEST_F(BundlePropertyListTest, AnotherValueThanADictionaryIsNoList) {
+TEST_F(BundlePropertyListTest, AListThatIsNotADictionaryIsRefused) {
     for (const char* const body :
          {"<array><string>CFBundleIdentifier</string></array>", "<string>x</string>", "", "<true/>"}) {
         EXPECT_EQ(read(xmlPropertyList(body)), std::nullopt) << body;
@@ -98,7 +98,7 @@ TEST_F(BundlePropertyListTest, AnotherValueThanADictionaryIsNoList) {
     }
 }
 
-TEST_F(BundlePropertyListTest, ABrokenListIsNone) {
+TEST_F(BundlePropertyListTest, ABrokenListIsRefused) {
     for (const QByteArray& bytes :
          {QByteArray(), "junk"_ba, "<plist"_ba, "<plist><dict><key>"_ba, "bplist00"_ba,
           "bplist00 and more"_ba, "{ CFBundleIdentifier = x; }"_ba, QByteArray(2000, '\0'),
@@ -108,8 +108,8 @@ TEST_F(BundlePropertyListTest, ABrokenListIsNone) {
     }
 }
 
-TEST_F(BundlePropertyListTest, ATextWithANulInItIsNone) {
-    // {CFBundleIdentifier: "a\0b"} in letters of two bytes.
+TEST_F(BundlePropertyListTest, ATextWithANulCountsAsAbsent) {
+    // {CFBundleIdentifier: "a\0b"} as UTF-16.
     const auto list = read(binaryOf({"\xD1\0\1\0\2"_ba,
                                      "\x5F\x10\x12"
                                      "CFBundleIdentifier",
@@ -127,7 +127,7 @@ TEST_F(BundlePropertyListTest, FileNamesNeverLeadOutOfTheBundle) {
     }
 }
 
-TEST_F(BundlePropertyListTest, EntitiesOfTheFilesOwnAreNotUnfolded) {
+TEST_F(BundlePropertyListTest, EntitiesAreNotExpanded) {
     QByteArray list = "<?xml version=\"1.0\"?><!DOCTYPE plist [<!ENTITY a \"aaaaaaaaaa\">";
     for (char name = 'b'; name <= 'j'; ++name) {
         const QByteArray before = QByteArray("&") + static_cast<char>(name - 1) + ";";
@@ -136,10 +136,10 @@ TEST_F(BundlePropertyListTest, EntitiesOfTheFilesOwnAreNotUnfolded) {
     list += "<!ENTITY file SYSTEM \"file:///etc/hostname\">]><plist><dict>"
             "<key>CFBundleIdentifier</key><string>&j;&file;</string></dict></plist>";
     const auto read = this->read(list);
-    EXPECT_TRUE(!read || read->identifier.size() < 20); // refused as a whole, or left as it stands
+    EXPECT_TRUE(!read || read->identifier.size() < 20); // refused, or not expanded
 }
 
-TEST_F(BundlePropertyListTest, WhatIsNoBundleHasNoList) {
+TEST_F(BundlePropertyListTest, AFolderThatIsNotABundleHasNoList) {
     tree_.makeFolder("Empty.app");
     tree_.write("File.app", "text");
     tree_.link("Dangling.app", "missing");
@@ -150,13 +150,13 @@ TEST_F(BundlePropertyListTest, WhatIsNoBundleHasNoList) {
     EXPECT_EQ(readBundlePropertyList(QString()), std::nullopt);
 }
 
-TEST_F(BundlePropertyListTest, AListThatIsNoRegularFileIsNotWaitedFor) {
+TEST_F(BundlePropertyListTest, AListThatIsAPipeDoesNotBlock) {
     tree_.makeFolder("X.app/Contents");
     ASSERT_EQ(::mkfifo(tree_.at("X.app/Contents/Info.plist").c_str(), 0600), 0);
     EXPECT_EQ(readBundlePropertyList(tree_.path("X.app")), std::nullopt);
 }
 
-TEST_F(BundlePropertyListTest, ABundleReachedThroughALinkKeepsThePathItWasAskedBy) {
+TEST_F(BundlePropertyListTest, ABundleBehindALinkKeepsTheLinksPath) {
     tree_.write("Real.app/Contents/Info.plist", xmlDictionary(usual));
     const auto list = readBundlePropertyList(tree_.link("Link.app", "Real.app"));
     ASSERT_TRUE(list);

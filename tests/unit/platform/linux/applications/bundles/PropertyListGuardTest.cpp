@@ -44,14 +44,14 @@ QByteArray nestedXml(int levels, const QByteArray& open, const QByteArray& close
 
 } // namespace
 
-TEST(PropertyListGuard, UsualListsPass) {
+TEST(PropertyListGuard, UsualListsAreSafe) {
     EXPECT_TRUE(isSafePropertyList(xmlDictionary(smallest)));
     EXPECT_TRUE(isSafePropertyList(binaryDictionary(smallest)));
     EXPECT_FALSE(isBinaryPropertyList(xmlDictionary(smallest)));
     EXPECT_TRUE(isBinaryPropertyList(binaryDictionary(smallest)));
 }
 
-TEST(PropertyListGuard, AListLargerThanAMebibyteDoesNot) {
+TEST(PropertyListGuard, AListLargerThanAMebibyteIsUnsafe) {
     QByteArray list = xmlDictionary(smallest);
     list += QByteArray(maximumPropertyListBytes - list.size(), '\n');
     EXPECT_TRUE(isSafePropertyList(list));
@@ -59,21 +59,21 @@ TEST(PropertyListGuard, AListLargerThanAMebibyteDoesNot) {
     EXPECT_FALSE(isSafePropertyList(QByteArray()));
 }
 
-TEST(PropertyListGuard, XmlThatIsNestedTooDeepDoesNot) {
+TEST(PropertyListGuard, XmlNestedTooDeepIsUnsafe) {
     EXPECT_TRUE(isSafePropertyList(nestedXml(1000, "<array>", "</array>")));
     EXPECT_FALSE(isSafePropertyList(nestedXml(5000, "<array>", "</array>")));
     EXPECT_FALSE(isSafePropertyList(nestedXml(5000, "<dict><key>k</key>", "</dict>")));
     EXPECT_FALSE(isSafePropertyList(nestedXml(20'000, "<array><!-- </array> -->", "</array>")));
 }
 
-TEST(PropertyListGuard, XmlOfTooManyValuesDoesNot) {
+TEST(PropertyListGuard, XmlWithTooManyValuesIsUnsafe) {
     EXPECT_TRUE(
         isSafePropertyList(xmlPropertyList("<array>" + QByteArray("<true/>").repeated(1000) + "</array>")));
     EXPECT_FALSE(
         isSafePropertyList(xmlPropertyList("<array>" + QByteArray("<true/>").repeated(20'001) + "</array>")));
 }
 
-TEST(PropertyListGuard, XmlOfTooManyEntitiesDoesNot) {
+TEST(PropertyListGuard, XmlWithTooManyEntitiesIsUnsafe) {
     const auto list = [](int entities) {
         return xmlPropertyList("<string>" + QByteArray("&amp;").repeated(entities) + "</string>");
     };
@@ -81,14 +81,14 @@ TEST(PropertyListGuard, XmlOfTooManyEntitiesDoesNot) {
     EXPECT_FALSE(isSafePropertyList(list(2001)));
 }
 
-TEST(PropertyListGuard, ABinaryListThatUnfoldsToTooManyValuesDoesNot) {
+TEST(PropertyListGuard, ABinaryListThatUnfoldsToTooManyValuesIsUnsafe) {
     EXPECT_TRUE(isSafePropertyList(doublingList(10)));
     EXPECT_FALSE(isSafePropertyList(doublingList(20)));
     EXPECT_FALSE(isSafePropertyList(doublingList(60)));
 }
 
-TEST(PropertyListGuard, ABinaryListWhoseTextsUnfoldToTooManyBytesDoesNot) {
-    // One text of 60,000 letters, meant a hundred times.
+TEST(PropertyListGuard, ABinaryListThatUnfoldsToTooManyBytesIsUnsafe) {
+    // One text of 60,000 characters, referenced a hundred times.
     const QByteArray text = "\x5F\x11\xEA\x60" + QByteArray(60'000, 'x');
     QByteArray array = "\xAF\x10\x64";
     for (int reference = 0; reference < 100; ++reference) {
@@ -100,14 +100,14 @@ TEST(PropertyListGuard, ABinaryListWhoseTextsUnfoldToTooManyBytesDoesNot) {
     EXPECT_TRUE(isSafePropertyList(binaryOf({"\xA2" + to(1) + to(1), text})));
 }
 
-TEST(PropertyListGuard, ABinaryListThatIsNestedTooDeepOrInItselfDoesNot) {
+TEST(PropertyListGuard, ABinaryListNestedTooDeepOrInItselfIsUnsafe) {
     EXPECT_TRUE(isSafePropertyList(nestedBinary(64)));
     EXPECT_FALSE(isSafePropertyList(nestedBinary(65)));
     EXPECT_FALSE(isSafePropertyList(binaryOf({"\xA1" + to(0)})));
     EXPECT_FALSE(isSafePropertyList(binaryOf({"\xD1" + to(1) + to(2), "\x51k", "\xA1" + to(0)})));
 }
 
-TEST(PropertyListGuard, ABinaryListWhoseNumbersLeadOutOfItDoesNot) {
+TEST(PropertyListGuard, ABinaryListWithOffsetsOutsideIsUnsafe) {
     EXPECT_FALSE(isSafePropertyList("bplist00"));
     EXPECT_FALSE(isSafePropertyList("bplist00" + QByteArray(31, '\0')));
     EXPECT_FALSE(isSafePropertyList(binaryOf({"\xA1" + to(7)}))) << "no such object";
@@ -125,14 +125,14 @@ TEST(PropertyListGuard, ABinaryListWhoseNumbersLeadOutOfItDoesNot) {
         for (const char byte : {'\0', '\1', '\x09', '\x7F', '\xFF'}) {
             QByteArray broken = good;
             broken[at] = byte;
-            // Whatever the guard says, the reader behind it comes to an end.
+            // Whatever the guard decides, the parser terminates.
             const auto list = parseBundlePropertyList(broken);
             EXPECT_TRUE(!list || isSafePropertyList(broken));
         }
     }
 }
 
-TEST(PropertyListGuard, EveryCutOfAListEndsWell) {
+TEST(PropertyListGuard, EveryTruncatedListIsHandled) {
     for (const QByteArray& list : {binaryDictionary(smallest), xmlDictionary(smallest)}) {
         ASSERT_TRUE(parseBundlePropertyList(list));
         int read = 0;

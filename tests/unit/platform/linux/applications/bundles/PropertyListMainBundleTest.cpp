@@ -9,7 +9,7 @@ using namespace amberquill;
 using namespace amberquill::desktop;
 using namespace Qt::StringLiterals;
 
-TEST(PropertyListMainBundle, SaysWhatTheListSays) {
+TEST(PropertyListMainBundle, ReturnsTheListsTexts) {
     const TemporaryTree tree;
     const QString path =
         tree.write("Info.plist", xmlDictionary({{"CFBundleVersion", "1.2"}, {"SUFeedURL", "a&amp;b"}}));
@@ -19,7 +19,7 @@ TEST(PropertyListMainBundle, SaysWhatTheListSays) {
     EXPECT_EQ(bundle.text(u"SUPublicEDKey"_s), std::nullopt);
 }
 
-TEST(PropertyListMainBundle, SaysNothingOfAValueThatIsNoText) {
+TEST(PropertyListMainBundle, OtherValuesAreAbsent) {
     const TemporaryTree tree;
     const QString path =
         tree.write("Info.plist", "<plist><dict><key>a</key><integer>1</integer><key>b</key><string>"

@@ -32,7 +32,7 @@ protected:
         tree_.write(folder + "/applications" + file.substr(folder.size()), content);
     }
 
-    // The names that are listed, in the list's order.
+    // The listed names, in the list's order.
     [[nodiscard]] QStringList names() const {
         QStringList names;
         for (const RegisteredApplication& application : DesktopEntryApplications(settings_).list()) {
@@ -51,7 +51,7 @@ using DesktopEntryFilters = DesktopEntryApplicationsTest;
 
 } // namespace
 
-TEST_F(DesktopEntryList, PathsAreTheFilesOwnAndTheOrderIsThatOfTheIds) {
+TEST_F(DesktopEntryList, EntriesAreInOrderOfTheirIds) {
     write("b/zebra.desktop", entry("Ant"));
     write("a/kde/kate.desktop", entry("Zoo"));
     write("a/able.desktop", entry("Middle"));
@@ -83,7 +83,7 @@ TEST_F(DesktopEntryList, EntriesOfTheSameNameOrProgramAreAllListed) {
     EXPECT_EQ(names(), (QStringList{u"Office"_s, u"Office"_s, u"Office"_s}));
 }
 
-TEST_F(DesktopEntryList, EveryPathThatIsListedLeadsToItsFile) {
+TEST_F(DesktopEntryList, EveryListedPathIsItsFile) {
     write("a/\xEF\xBB\xBFmark.desktop", entry("mark"));
     write("a/größe 日本/x y.desktop", entry("letters"));
     const DesktopEntryApplications applications(settings_);
@@ -99,7 +99,7 @@ TEST_F(DesktopEntryList, WithoutFoldersTheListIsEmpty) {
     EXPECT_EQ(names(), QStringList());
 }
 
-TEST_F(DesktopEntryList, OneBadFileEndsItselfAndNotTheScan) {
+TEST_F(DesktopEntryList, ABadFileDoesNotEndTheScan) {
     write("a/1.desktop", entry("first"));
     write("a/2.desktop", QByteArray(maximumEntryBytes + 1, 'x'));
     write("a/3.desktop", "[Desktop Entry]\n" + QByteArray(maximumEntryLineBytes + 1, 'x'));
@@ -113,20 +113,20 @@ TEST_F(DesktopEntryList, OneBadFileEndsItselfAndNotTheScan) {
     EXPECT_EQ(names(), (QStringList{u"first"_s, u"last"_s}));
 }
 
-TEST_F(DesktopEntryList, WhatASmallFileFollowsIsNotReadFromALargerOne) {
+TEST_F(DesktopEntryList, ASmallFileIsNotMixedWithALargerOneBefore) {
     write("a/1.desktop", entry("large", "Name[de]=old\nTerminal=true\nX=" + QByteArray(10'000, 'x') + "\n"));
     write("a/2.desktop", entry("small"));
     settings_.locale = entryLocaleFor({"de"});
     EXPECT_EQ(names(), (QStringList{u"old"_s, u"small"_s}));
 }
 
-TEST_F(DesktopEntryPrecedence, AHiddenWinnerNeverLetsALowerFileThrough) {
+TEST_F(DesktopEntryPrecedence, AHiddenWinnerIsNotReplacedByALowerFile) {
     write("a/x.desktop", entry("upper", "Hidden=true\n"));
     write("b/x.desktop", entry("lower"));
     EXPECT_EQ(names(), QStringList());
 }
 
-TEST_F(DesktopEntryPrecedence, AnInvalidWinnerNeverLetsALowerFileThrough) {
+TEST_F(DesktopEntryPrecedence, AnInvalidWinnerIsNotReplacedByALowerFile) {
     write("b/x.desktop", entry("lower"));
     for (const QByteArray& invalid :
          {QByteArray(), "junk"_ba, "[Desktop Entry]\nType=Link\nName=Link\nURL=x\n"_ba,
@@ -138,13 +138,13 @@ TEST_F(DesktopEntryPrecedence, AnInvalidWinnerNeverLetsALowerFileThrough) {
     }
 }
 
-TEST_F(DesktopEntryPrecedence, AWinnerThatIsNotInstalledNeverLetsALowerFileThrough) {
+TEST_F(DesktopEntryPrecedence, AWinnerThatIsNotInstalledIsNotReplacedByALowerFile) {
     write("a/x.desktop", entry("upper", "TryExec=missing\n"));
     write("b/x.desktop", entry("lower"));
     EXPECT_EQ(names(), QStringList());
 }
 
-TEST_F(DesktopEntryPrecedence, AWinnerThatIsNotShownNeverLetsALowerFileThrough) {
+TEST_F(DesktopEntryPrecedence, AWinnerThatIsNotShownIsNotReplacedByALowerFile) {
     write("a/x.desktop", entry("upper", "NoDisplay=true\n"));
     write("a/y.desktop", entry("upper", "OnlyShowIn=KDE\n"));
     write("b/x.desktop", entry("lower"));
@@ -152,7 +152,7 @@ TEST_F(DesktopEntryPrecedence, AWinnerThatIsNotShownNeverLetsALowerFileThrough) 
     EXPECT_EQ(names(), QStringList());
 }
 
-TEST_F(DesktopEntryPrecedence, AWinnerThatCannotBeReadNeverLetsALowerFileThrough) {
+TEST_F(DesktopEntryPrecedence, AnUnreadableWinnerIsNotReplacedByALowerFile) {
     fs::permissions(tree_.at(), fs::perms{0755});
     write("a/x.desktop", entry("upper"));
     tree_.link("a/applications/y.desktop", "/dev/null");
@@ -163,7 +163,7 @@ TEST_F(DesktopEntryPrecedence, AWinnerThatCannotBeReadNeverLetsALowerFileThrough
     EXPECT_EQ(names(), QStringList());
 }
 
-TEST_F(DesktopEntryPrecedence, ALowerFileThatIsHiddenHidesNothing) {
+TEST_F(DesktopEntryPrecedence, AHiddenLowerFileHidesNothing) {
     write("a/x.desktop", entry("upper"));
     write("b/x.desktop", entry("lower", "Hidden=true\n"));
     EXPECT_EQ(names(), QStringList{u"upper"_s});
@@ -176,7 +176,7 @@ TEST_F(DesktopEntryFilters, NoDisplayIsNotListed) {
     EXPECT_EQ(names(), (QStringList{u"y"_s, u"z"_s}));
 }
 
-TEST_F(DesktopEntryFilters, TheCurrentDesktopDecidesWhereTheEntrySaysSo) {
+TEST_F(DesktopEntryFilters, OnlyShowInAndNotShowInAreHonoured) {
     write("a/everywhere.desktop", entry("everywhere"));
     write("a/gnome.desktop", entry("gnome", "OnlyShowIn=GNOME;Unity;\n"));
     write("a/kde.desktop", entry("kde", "OnlyShowIn=KDE\n"));
@@ -201,12 +201,12 @@ TEST_F(DesktopEntryFilters, TryExecMustBeInstalled) {
     EXPECT_EQ(names(), (QStringList{u"in the path"_s, u"absolute"_s, u"says nothing"_s}));
 }
 
-TEST_F(DesktopEntryFilters, TheProgramOfExecNeedNotBeFound) {
+TEST_F(DesktopEntryFilters, TheProgramOfExecNeedNotExist) {
     write("a/x.desktop", entry("x", "Exec=not-installed-anywhere\n"));
     EXPECT_EQ(names(), QStringList{u"x"_s});
 }
 
-TEST(IsShownIn, TheFirstDesktopThatIsNamedDecides) {
+TEST(IsShownIn, TheFirstListedDesktopDecides) {
     const QStringList ubuntu{u"ubuntu"_s, u"GNOME"_s};
     const auto list = [](const char* name) { return std::optional(QStringList{QLatin1String(name)}); };
     EXPECT_TRUE(isShownIn(ubuntu, list("GNOME"), std::nullopt));
@@ -218,14 +218,14 @@ TEST(IsShownIn, TheFirstDesktopThatIsNamedDecides) {
     EXPECT_FALSE(isShownIn(ubuntu, list("gnome"), std::nullopt)); // the case matters
 }
 
-TEST(IsShownIn, WhereNoDesktopIsKnownOnlyShowInHides) {
+TEST(IsShownIn, WithoutADesktopOnlyShowInHides) {
     EXPECT_TRUE(isShownIn({}, std::nullopt, std::nullopt));
     EXPECT_TRUE(isShownIn({}, std::nullopt, QStringList{u"KDE"_s}));
     EXPECT_FALSE(isShownIn({}, QStringList{u"KDE"_s}, std::nullopt));
-    EXPECT_FALSE(isShownIn({u"KDE"_s}, QStringList(), std::nullopt)); // there, and names nobody
+    EXPECT_FALSE(isShownIn({u"KDE"_s}, QStringList(), std::nullopt)); // an empty list
 }
 
-TEST(EntrySettings, TheEnvironmentSaysAll) {
+TEST(EntrySettings, ComeFromTheEnvironment) {
     const EntrySettings settings =
         entrySettingsFromEnvironment(environmentOf({{"HOME", "/home/u"},
                                                     {"XDG_DATA_DIRS", "/share"},
@@ -246,7 +246,7 @@ TEST(EntrySettings, TheEnvironmentSaysAll) {
     EXPECT_EQ(applications.desktopId(u"/opt/kate.desktop"_s), std::nullopt);
 }
 
-TEST_F(DesktopEntryList, ANameCanBeAskedForWhetherListedOrNot) {
+TEST_F(DesktopEntryList, TheNameOfAnUnlistedEntryIsKnown) {
     write("a/x.desktop", entry("plain", "Name[de]=deutsch\nNoDisplay=true\n"));
     settings_.locale = entryLocaleFor({"de"});
     const DesktopEntryApplications applications(settings_);

@@ -24,7 +24,7 @@ DesktopEntry with(const QByteArray& lines, const QByteArrayList& locale = {}) {
     return entry.value_or(DesktopEntry());
 }
 
-// An entry that says no more than this.
+// An entry of these lines only.
 DesktopEntry plain(const QString& name, const QString& exec) {
     DesktopEntry entry;
     entry.name = name;
@@ -39,7 +39,7 @@ QString nameOf(const QByteArray& lines, const QByteArrayList& locale) {
 
 } // namespace
 
-TEST(DesktopEntryFile, EveryKeyThatIsAskedForIsRead) {
+TEST(DesktopEntryFile, EveryUsedKeyIsRead) {
     const auto entry = parse("[Desktop Entry]\n"
                              "Type=Application\n"
                              "Name=Text Editor\n"
@@ -70,11 +70,11 @@ TEST(DesktopEntryFile, EveryKeyThatIsAskedForIsRead) {
                                    .hidden = true}));
 }
 
-TEST(DesktopEntryFile, KeysThatAreNotThereHaveTheirDefaults) {
+TEST(DesktopEntryFile, AbsentKeysHaveTheirDefaults) {
     EXPECT_EQ(parse(basic), (plain(u"Name"_s, u"program"_s)));
 }
 
-TEST(DesktopEntryFile, CommentsAndBlankLinesMayStandBeforeTheGroupAndInIt) {
+TEST(DesktopEntryFile, CommentsAndBlankLinesAreSkipped) {
     EXPECT_TRUE(parse("# comment\n\n   \n\t# another\n" + basic));
     EXPECT_EQ(with("\n# Exec=other\n\n  #Exec=other\nPath=/x\n").path, u"/x"_s);
     EXPECT_EQ(with("#Exec=other\n").exec, u"program"_s);
@@ -96,12 +96,12 @@ TEST(DesktopEntryFile, TheLastLineNeedsNoEnd) {
     EXPECT_EQ(with("Path").path, QString());
 }
 
-TEST(DesktopEntryFile, AByteOrderMarkIsPassedOver) {
+TEST(DesktopEntryFile, AByteOrderMarkIsSkipped) {
     EXPECT_TRUE(parse("\xEF\xBB\xBF" + basic));
     EXPECT_FALSE(parse("\xEF\xBB" + basic));
 }
 
-TEST(DesktopEntryFile, WhiteSpaceAroundTheEqualsSignAndAtLineStartsAndEndsIsNone) {
+TEST(DesktopEntryFile, WhiteSpaceAroundKeysAndValuesIsIgnored) {
     const auto entry =
         parse("  [Desktop Entry]  \n\tType \t=  Application \n Name=  Two words \t\nExec = a  b\n");
     ASSERT_TRUE(entry);
@@ -126,7 +126,7 @@ TEST(DesktopEntryFile, TheDesktopEntryGroupComesFirst) {
     EXPECT_FALSE(parse("[Desktop Entry]"));
 }
 
-TEST(DesktopEntryFile, KeysOfLaterGroupsAreNoneOfTheEntrys) {
+TEST(DesktopEntryFile, KeysOfLaterGroupsAreIgnored) {
     const DesktopEntry entry =
         with("[Desktop Action new]\nName=New\nExec=other\nTerminal=true\n[Desktop Entry]\nNoDisplay=true\n");
     EXPECT_EQ(entry, (plain(u"Name"_s, u"program"_s)));
@@ -138,13 +138,13 @@ TEST(DesktopEntryFile, TheCaseOfAKeyMatters) {
     EXPECT_FALSE(with("terminal=true\nTERMINAL=true\n").terminal);
 }
 
-TEST(DesktopEntryFile, UnknownKeysAndLinesThatSayNothingArePassedOver) {
+TEST(DesktopEntryFile, UnknownKeysAndMalformedLinesAreSkipped) {
     EXPECT_EQ(with("X-Vendor-Key=1\nNonsense\n=value\nName Suffix=x\nExec\nT\xC3\xA9rminal=true\nIcon]=x\n"
                    "Icon[=x\nIcon[de=x\n[]=x\n"),
               (plain(u"Name"_s, u"program"_s)));
 }
 
-TEST(DesktopEntryFile, OfAKeyThatStandsThereTwiceTheLaterCounts) {
+TEST(DesktopEntryFile, OfARepeatedKeyTheLastCounts) {
     EXPECT_EQ(with("Exec=second\n").exec, u"second"_s);
     EXPECT_FALSE(with("Terminal=true\nTerminal=false\n").terminal);
 }
@@ -176,7 +176,7 @@ TEST(DesktopEntryNeeds, WithoutExecItIsInvalidUnlessTheBusStartsIt) {
     EXPECT_TRUE(entry->dbusActivatable);
 }
 
-TEST(DesktopEntryEscapes, StringsKnowTheFive) {
+TEST(DesktopEntryEscapes, FiveEscapesAreUndone) {
     EXPECT_EQ(with("Name=a\\sb\\nc\\td\\re\\\\f\n").name, u"a b\nc\td\re\\f"_s);
     EXPECT_EQ(with("Exec=sh -c \"echo \\\\$HOME\"\n").exec, u"sh -c \"echo \\$HOME\""_s);
 }
@@ -185,7 +185,7 @@ TEST(DesktopEntryEscapes, AnEscapedBackslashEscapesNothing) {
     EXPECT_EQ(with("Name=a\\\\nb\\\\\\\\n\n").name, u"a\\nb\\\\n"_s);
 }
 
-TEST(DesktopEntryEscapes, OtherBackslashesStandForThemselves) {
+TEST(DesktopEntryEscapes, OtherBackslashesAreLiteral) {
     EXPECT_EQ(with("Name=\\a \\; \\\" \\$ \\\n").name, u"\\a \\; \\\" \\$ \\"_s);
 }
 
@@ -199,18 +199,18 @@ TEST(DesktopEntryLists, SemicolonsDivideAndTheLastMayBeMissing) {
     EXPECT_EQ(with("OnlyShowIn=A;;B;;\n").onlyShowIn, (QStringList{u"A"_s, u"B"_s}));
 }
 
-TEST(DesktopEntryLists, AnEmptyListIsThereAndAMissingOneIsNot) {
+TEST(DesktopEntryLists, AnEmptyListDiffersFromAnAbsentOne) {
     EXPECT_EQ(with("OnlyShowIn=\n").onlyShowIn, QStringList());
     EXPECT_EQ(with("OnlyShowIn=;\n").onlyShowIn, QStringList());
     EXPECT_EQ(with("").onlyShowIn, std::nullopt);
 }
 
-TEST(DesktopEntryLists, AnEscapedSemicolonDividesNothing) {
+TEST(DesktopEntryLists, AnEscapedSemicolonIsLiteral) {
     EXPECT_EQ(with("OnlyShowIn=A\\;B;C\\sD;E\\\\;F\\x\\\n").onlyShowIn,
               (QStringList{u"A;B"_s, u"C D"_s, u"E\\"_s, u"F\\x\\"_s}));
 }
 
-TEST(DesktopEntryBooleans, TrueAndFalseAndOfOldFilesOneAndZero) {
+TEST(DesktopEntryBooleans, TrueAndFalseAndInOldFilesOneAndZero) {
     EXPECT_TRUE(with("Terminal=true\n").terminal);
     EXPECT_TRUE(with("Terminal=1\n").terminal);
     EXPECT_FALSE(with("Terminal=false\n").terminal);
@@ -220,7 +220,7 @@ TEST(DesktopEntryBooleans, TrueAndFalseAndOfOldFilesOneAndZero) {
     EXPECT_EQ(with("").startupNotify, std::nullopt);
 }
 
-TEST(DesktopEntryBooleans, JunkMakesNoApplicationVanish) {
+TEST(DesktopEntryBooleans, InvalidBooleansAreIgnored) {
     for (const char* const junk : {"yes", "True", "TRUE", "2", "true;", "", "truefalse", "\xFF"}) {
         const DesktopEntry entry = with("NoDisplay=" + QByteArray(junk) + "\nHidden=" + junk +
                                         "\nTerminal=" + junk + "\nStartupNotify=" + junk + "\n");
@@ -229,7 +229,7 @@ TEST(DesktopEntryBooleans, JunkMakesNoApplicationVanish) {
     }
 }
 
-TEST(DesktopEntryTranslations, TheMostExactOneWins) {
+TEST(DesktopEntryTranslations, TheMostSpecificOneWins) {
     const QByteArray lines = "Name=plain\nName[sr]=sr\nName[sr@latin]=sr@latin\nName[sr_RS]=sr_RS\n"
                              "Name[sr_RS@latin]=sr_RS@latin\n";
     EXPECT_EQ(nameOf(lines, {"sr_RS.UTF-8@latin"}), u"sr_RS@latin"_s);
@@ -245,7 +245,7 @@ TEST(DesktopEntryTranslations, TheCountryComesBeforeTheModifier) {
               u"country"_s);
 }
 
-TEST(DesktopEntryTranslations, AKeyWithModifierIsForNoLocaleWithoutIt) {
+TEST(DesktopEntryTranslations, AKeyWithAModifierNeedsALocaleWithIt) {
     EXPECT_EQ(nameOf("Name=plain\nName[sr@latin]=latin\n", {"sr_RS.UTF-8"}), u"plain"_s);
 }
 
@@ -255,7 +255,7 @@ TEST(DesktopEntryTranslations, TheOrderOfTheLinesDoesNotMatter) {
     EXPECT_EQ(nameOf("Name[de]=wide\nName=plain\n", {"de_AT"}), u"wide"_s);
 }
 
-TEST(DesktopEntryTranslations, ASecondLanguageServesWhereTheFirstIsMissing) {
+TEST(DesktopEntryTranslations, TheSecondLanguageIsTheFallback) {
     EXPECT_EQ(nameOf("Name=plain\nName[fr]=fr\nName[it]=it\n", {"de_AT", "fr", "it"}), u"fr"_s);
 }
 
@@ -264,7 +264,7 @@ TEST(DesktopEntryTranslations, ThreeLetterLanguagesWork) {
     EXPECT_EQ(nameOf("Name=plain\nName[hs]=wrong\n", {"hsb_DE"}), u"plain"_s);
 }
 
-TEST(DesktopEntryTranslations, AnEmptyTranslationIsNone) {
+TEST(DesktopEntryTranslations, AnEmptyTranslationIsIgnored) {
     EXPECT_EQ(nameOf("Name=plain\nName[de]=\n", {"de"}), u"plain"_s);
 }
 
@@ -273,7 +273,7 @@ TEST(DesktopEntryTranslations, ATranslationAloneIsAName) {
     EXPECT_EQ(nameOf("Name[de]=Name\n", {"fr"}), u"!invalid"_s);
 }
 
-TEST(DesktopEntryTranslations, IconsHaveThemAndOtherKeysDoNot) {
+TEST(DesktopEntryTranslations, IconsAreTranslatedAndOtherKeysAreNot) {
     const DesktopEntry entry =
         with("Icon=plain\nIcon[de]=deutsch\nExec[de]=other\nTerminal[de]=true\n", {"de"});
     EXPECT_EQ(entry.icon, u"deutsch"_s);
@@ -315,7 +315,7 @@ TEST(DesktopEntrySafety, NothingInAValueIsEvaluated) {
     EXPECT_EQ(entry.exec, u"program"_s);
 }
 
-TEST(DesktopEntryBounds, AFileThatIsTooLargeIsNoEntry) {
+TEST(DesktopEntryBounds, ATooLargeFileIsInvalid) {
     const QByteArray line = "#" + QByteArray(1022, 'x') + "\n";
     QByteArray bytes = basic;
     while (bytes.size() + line.size() <= maximumEntryBytes) {
@@ -326,7 +326,7 @@ TEST(DesktopEntryBounds, AFileThatIsTooLargeIsNoEntry) {
     EXPECT_FALSE(parse(bytes + "#"));
 }
 
-TEST(DesktopEntryBounds, ALineThatIsTooLongIsNoEntry) {
+TEST(DesktopEntryBounds, ATooLongLineIsInvalid) {
     const QByteArray key = "X-Long=";
     EXPECT_TRUE(parse(basic + key + QByteArray(maximumEntryLineBytes - key.size(), 'x') + "\n"));
     EXPECT_FALSE(parse(basic + key + QByteArray(maximumEntryLineBytes - key.size() + 1, 'x') + "\n"));
@@ -334,13 +334,13 @@ TEST(DesktopEntryBounds, ALineThatIsTooLongIsNoEntry) {
     EXPECT_FALSE(parse(QByteArray(maximumEntryLineBytes + 1, ' ') + "\n" + basic));
 }
 
-TEST(DesktopEntryBounds, TooManyKeysAreNoEntry) {
+TEST(DesktopEntryBounds, TooManyKeysAreInvalid) {
     const int known = 3;
     EXPECT_TRUE(parse(basic + QByteArray("A=\n").repeated(maximumEntryKeys - known)));
     EXPECT_FALSE(parse(basic + QByteArray("A=\n").repeated(maximumEntryKeys - known + 1)));
 }
 
-TEST(DesktopEntryBounds, TooManyLinesAreNoEntryWhateverTheySay) {
+TEST(DesktopEntryBounds, TooManyLinesAreInvalid) {
     EXPECT_TRUE(parse(basic + QByteArray("\n").repeated(maximumEntryLines / 2)));
     EXPECT_FALSE(parse(basic + QByteArray("\n").repeated(maximumEntryLines)));
     EXPECT_FALSE(parse(basic + QByteArray("#\n").repeated(maximumEntryLines)));
@@ -353,7 +353,7 @@ TEST(ReadDesktopEntry, AFileIsReadByItsPath) {
     EXPECT_TRUE(readDesktopEntry(tree.link("link.desktop", "a.desktop"), {}));
 }
 
-TEST(ReadDesktopEntry, WhatIsNoRegularFileIsNoneAndNotWaitedFor) {
+TEST(ReadDesktopEntry, APipeIsInvalidAndDoesNotBlock) {
     const TemporaryTree tree;
     tree.link("dangling.desktop", "missing");
     ASSERT_EQ(::mkfifo(tree.at("pipe.desktop").c_str(), 0600), 0);

@@ -46,7 +46,7 @@ using Lines = std::vector<std::string>;
 
 } // namespace
 
-TEST_F(DesktopEntryFolders, TheScanIsToldWhichAreMissingAndWhichCouldNotBeRead) {
+TEST_F(DesktopEntryFolders, MissingAndUnreadableFoldersAreReported) {
     fs::permissions(tree_.at(), fs::perms{0755});
     touch("a/readable.desktop");
     touch("a/locked/kate.desktop");
@@ -97,7 +97,7 @@ TEST_F(DesktopEntryIds, TheyComeInByteOrder) {
                           "\xC3\xA4.desktop"}));
 }
 
-TEST_F(DesktopEntryIds, OnlyTheExactEndingMakesAnEntry) {
+TEST_F(DesktopEntryIds, OnlyTheExactExtensionMakesAnEntry) {
     for (const char* const name : {"a.desktop~", "b.desktop.dpkg-new", "c.Desktop", "d.DESKTOP", "e",
                                    "mimeinfo.cache", "f.directory"}) {
         touch("a/" + std::string(name));
@@ -120,14 +120,14 @@ TEST_F(DesktopEntryWinner, TheEarlierFolderWins) {
     EXPECT_EQ(index({"b", "a"}), (Lines{"x.desktop = b/x.desktop", "y.desktop = b/y.desktop"}));
 }
 
-TEST_F(DesktopEntryWinner, TheSameIdByAnotherPathIsTheSame) {
+TEST_F(DesktopEntryWinner, DifferentPathsMayGiveTheSameId) {
     touch("a/kde-kate.desktop");
     touch("b/kde/kate.desktop");
     EXPECT_EQ(index({"a", "b"}), Lines{"kde-kate.desktop = a/kde-kate.desktop"});
     EXPECT_EQ(index({"b", "a"}), Lines{"kde-kate.desktop = b/kde/kate.desktop"});
 }
 
-TEST_F(DesktopEntryWinner, WithinAFolderTheFileNearestToTheTopWins) {
+TEST_F(DesktopEntryWinner, InAFolderTheFileNearestToTheTopWins) {
     touch("a/p-q-x.desktop");
     touch("a/p/q-x.desktop");
     touch("a/p/q/x.desktop");
@@ -137,7 +137,7 @@ TEST_F(DesktopEntryWinner, WithinAFolderTheFileNearestToTheTopWins) {
     EXPECT_EQ(index({"a"}), Lines{"p-q-x.desktop = a/p-q/x.desktop"}); // '-' comes before '/'
 }
 
-TEST_F(DesktopEntryWinner, NothingIsOpenedToDecide) {
+TEST_F(DesktopEntryWinner, NoFileIsOpened) {
     fs::permissions(tree_.at(), fs::perms{0755});
     touch("a/x.desktop");
     touch("b/x.desktop");
@@ -168,7 +168,7 @@ TEST_F(DesktopEntryFolders, LinksToFilesAndFoldersAreFollowed) {
               (Lines{"linked.desktop = a/linked.desktop", "sub-other.desktop = a/sub/other.desktop"}));
 }
 
-TEST_F(DesktopEntryFolders, WhereTheFileSystemDoesNotTellEntriesFoldersAndLinksAreFoundAllTheSame) {
+TEST_F(DesktopEntryFolders, EntriesFoldersAndLinksAreFoundWithoutEntryTypes) {
     touch("elsewhere/c.desktop");
     touch("a/a.desktop");
     touch("a/sub/b.desktop");
@@ -180,14 +180,14 @@ TEST_F(DesktopEntryFolders, WhereTheFileSystemDoesNotTellEntriesFoldersAndLinksA
                                    "sub-b.desktop = a/sub/b.desktop"}));
 }
 
-TEST_F(DesktopEntryFolders, ADanglingLinkIsNotThereAndHidesNothing) {
+TEST_F(DesktopEntryFolders, ADanglingLinkIsSkippedAndHidesNothing) {
     tree_.link("a/x.desktop", "missing");
     tree_.link("a/sub", "missing");
     touch("b/x.desktop");
     EXPECT_EQ(index({"a", "b"}), Lines{"x.desktop = b/x.desktop"});
 }
 
-TEST_F(DesktopEntryFolders, LoopsOfLinksEnd) {
+TEST_F(DesktopEntryFolders, CyclesOfLinksEnd) {
     touch("a/x.desktop");
     tree_.link("a/self", ".");
     tree_.link("a/sub/up", "../..");
@@ -195,13 +195,13 @@ TEST_F(DesktopEntryFolders, LoopsOfLinksEnd) {
     tree_.link("a/one", "two");
     tree_.link("a/two", "one");
     tree_.link("a/me.desktop", "me.desktop");
-    // Up to the tree and down again is one way round; then the folder is met inside itself.
+    // The first link leads to the tree and down again. The second visit finds the folder inside itself.
     EXPECT_EQ(index({"a"}), Lines{"x.desktop = a/x.desktop"});
 }
 
-TEST_F(DesktopEntryFolders, AFolderReachedByManyLinksIsVisitedAFewTimesOnly) {
+TEST_F(DesktopEntryFolders, VisitsOfALinkedFolderAreBounded) {
     touch("deep/x.desktop");
-    // Each level has a hundred links to the next: 100^4 ways down.
+    // Each level has a hundred links to the next: 100^4 paths.
     for (int level = 0; level < 4; ++level) {
         const fs::path next = level == 3 ? tree_.at("deep") : tree_.at("level" + std::to_string(level + 1));
         for (int link = 0; link < 100; ++link) {
@@ -223,7 +223,7 @@ TEST_F(DesktopEntryFolders, TheDepthIsBounded) {
     EXPECT_TRUE(found.front().ends_with("/in.desktop")) << found.front();
 }
 
-TEST_F(DesktopEntryFolders, AFolderWithTheEndingIsNeitherAnEntryNorEntered) {
+TEST_F(DesktopEntryFolders, AFolderWithTheExtensionIsSkipped) {
     touch("a/x.desktop/inner.desktop");
     tree_.link("a/y.desktop", "x.desktop");
     touch("b/x.desktop");
@@ -231,7 +231,7 @@ TEST_F(DesktopEntryFolders, AFolderWithTheEndingIsNeitherAnEntryNorEntered) {
     EXPECT_EQ(index({"a", "b"}), (Lines{"x.desktop = b/x.desktop", "y.desktop = b/y.desktop"}));
 }
 
-TEST_F(DesktopEntryFolders, WhateverElseHasTheEndingTakesTheId) {
+TEST_F(DesktopEntryFolders, OtherFilesWithTheExtensionTakeTheId) {
     tree_.makeFolder("a");
     ASSERT_EQ(::mkfifo(tree_.at("a/pipe.desktop").c_str(), 0600), 0);
     const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -277,16 +277,16 @@ TEST(ApplicationId, IsThePathBelowTheApplicationFolderWithDashes) {
     EXPECT_EQ(applicationIdFor(u"/usr/share/applications/kde/calc.desktop"_s, folders), u"kde-calc"_s);
 }
 
-TEST(ApplicationId, TheFolderOfApplicationsMayStandInThePathMoreThanOnce) {
+TEST(ApplicationId, TheApplicationFoldersNameMayBeInThePathTwice) {
     EXPECT_EQ(applicationIdFor(u"/a/applications/share/applications/applications/x.desktop"_s, folders),
               u"applications-x"_s);
 }
 
-TEST(ApplicationId, ElsewhereItIsTheName) {
+TEST(ApplicationId, OutsideOfTheFoldersItIsTheName) {
     EXPECT_EQ(applicationIdFor(u"/home/u/Desktop/calc.desktop"_s, folders), u"calc"_s);
 }
 
-TEST(ApplicationId, WhatIsNoDesktopFileHasNone) {
+TEST(ApplicationId, OtherFilesHaveNone) {
     EXPECT_EQ(applicationIdFor(u"/usr/share/applications/Calc.app"_s, folders), QString());
     EXPECT_EQ(applicationIdFor({}, folders), QString());
 }

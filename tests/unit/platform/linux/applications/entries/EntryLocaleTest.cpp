@@ -17,12 +17,12 @@ Suffixes suffixesOf(const std::map<std::string, QByteArray>& variables) {
 
 } // namespace
 
-TEST(EntryLocale, AFullNameWantsTheFourFormsInTheStandardsOrder) {
+TEST(EntryLocale, AFullNameHasFourSuffixesInTheStandardsOrder) {
     EXPECT_EQ(entryLocaleFor({"sr_RS.UTF-8@latin"}).suffixes,
               (Suffixes{"sr_RS@latin", "sr_RS", "sr@latin", "sr"}));
 }
 
-TEST(EntryLocale, TheEncodingIsInNoKey) {
+TEST(EntryLocale, TheEncodingIsIgnored) {
     EXPECT_EQ(entryLocaleFor({"de_AT.ISO-8859-15"}).suffixes, (Suffixes{"de_AT", "de"}));
     EXPECT_EQ(entryLocaleFor({"de.UTF-8"}).suffixes, (Suffixes{"de"}));
 }
@@ -31,7 +31,7 @@ TEST(EntryLocale, ThreeLetterLanguagesWork) {
     EXPECT_EQ(entryLocaleFor({"hsb_DE.UTF-8"}).suffixes, (Suffixes{"hsb_DE", "hsb"}));
 }
 
-TEST(EntryLocale, ALocaleWithoutModifierWantsNoKeyWithOne) {
+TEST(EntryLocale, ALocaleWithoutModifierHasNoSuffixWithOne) {
     EXPECT_EQ(entryLocaleFor({"sr_RS.UTF-8"}).suffixes, (Suffixes{"sr_RS", "sr"}));
     EXPECT_EQ(entryLocaleFor({"sr_RS.UTF-8"}).rank("sr@latin"), std::nullopt);
 }
@@ -40,19 +40,19 @@ TEST(EntryLocale, AModifierWithoutCountry) {
     EXPECT_EQ(entryLocaleFor({"ca@valencia"}).suffixes, (Suffixes{"ca@valencia", "ca"}));
 }
 
-TEST(EntryLocale, SeveralNamesStandOneAfterTheOtherWithoutRepetitions) {
+TEST(EntryLocale, SuffixesOfSeveralNamesAreInOrderAndUnique) {
     EXPECT_EQ(entryLocaleFor({"de_AT", "de_DE", "de", "", "fr"}).suffixes,
               (Suffixes{"de_AT", "de", "de_DE", "fr"}));
 }
 
-TEST(EntryLocale, CAndPosixWantThePlainKeyAndEndTheList) {
+TEST(EntryLocale, CAndPosixEndTheList) {
     for (const char* const name : {"C", "POSIX", "C.UTF-8"}) {
         EXPECT_EQ(entryLocaleFor({name}).suffixes, Suffixes{}) << name;
         EXPECT_EQ(entryLocaleFor({"fr", name, "de"}).suffixes, Suffixes{"fr"}) << name;
     }
 }
 
-TEST(EntryLocale, NamesThatAreNoneAreSkipped) {
+TEST(EntryLocale, InvalidNamesAreSkipped) {
     EXPECT_EQ(entryLocaleFor({"@euro", ".UTF-8", "_DE", "it"}).suffixes, Suffixes{"it"});
 }
 
@@ -64,7 +64,7 @@ TEST(EntryLocale, TheListIsBounded) {
     EXPECT_EQ(entryLocaleFor(names).suffixes.size(), 64U);
 }
 
-TEST(EntryLocale, TheRankIsThePlaceInTheList) {
+TEST(EntryLocale, TheRankIsTheIndexInTheList) {
     const EntryLocale locale = entryLocaleFor({"de_AT"});
     EXPECT_EQ(locale.rank("de_AT"), 0U);
     EXPECT_EQ(locale.rank("de"), 1U);

@@ -1,5 +1,5 @@
-// Holds the reader's answers against those of GIO, which the desktop's own programs use. Where ours differ,
-// they do so on purpose: each such case stands here with both answers and the reason.
+// Compares the answers with those of GIO, which the desktop's own programs use. Each intended difference is
+// listed here with both answers and the reason.
 #include "platform/linux/applications/entries/DesktopEntryApplications.h"
 
 #include "support/FixedEnvironment.h"
@@ -26,7 +26,7 @@ Names namesByGio(const Variables& variables) {
     for (const auto& [name, value] : variables) {
         environment.insert(QString::fromStdString(name), QString::fromUtf8(value));
     }
-    // Sanitizers read theirs at the start.
+    // Sanitizers read their options at the start.
     for (const char* const kept : {"ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS"}) {
         if (qEnvironmentVariableIsSet(kept)) {
             environment.insert(QLatin1String(kept), qEnvironmentVariable(kept));
@@ -64,7 +64,7 @@ std::string nameIn(const Names& names, const std::string& id) {
     return found == names.end() ? absent : found->second;
 }
 
-// A case that GIO and ours answer differently.
+// A case in which GIO and the launcher differ.
 struct Difference {
     std::string ours;
     std::string gio;
@@ -72,7 +72,7 @@ struct Difference {
 };
 using Differences = std::map<std::string, Difference>; // by id
 
-// Every id has the same answer from both, or stands among the differences with exactly these two answers.
+// Each id has the same answer from both, or is listed in the differences with exactly these two answers.
 void compare(const Names& ours, const Names& gio, const Differences& differences) {
     std::set<std::string> ids;
     for (const Names& names : {ours, gio}) {
@@ -96,7 +96,7 @@ void compare(const Names& ours, const Names& gio, const Differences& differences
     }
 }
 
-// Two data folders that hold every awkward case.
+// Two data folders with all cases.
 class GioComparison : public testing::Test {
 protected:
     GioComparison() {
@@ -119,7 +119,7 @@ protected:
                         "\nExec=tool\n" + lines);
     }
 
-    // The lines alone make the entry.
+    // An entry of these lines only.
     void only(const std::string& file, const QByteArray& lines) const {
         entry(file, "[Desktop Entry]\n" + lines);
     }
@@ -129,7 +129,7 @@ protected:
                     "[Desktop Entry]\nType=Application\nName=lower\nExec=tool\n" + lines);
     }
 
-    // An environment in which both find these folders and no others but what they add themselves.
+    // An environment with these folders. Both programs may add folders of their own.
     [[nodiscard]] Variables variables(const Variables& locale, const QByteArray& desktops) const {
         Variables result = {
             {"HOME", tree_.path("home").toUtf8()},
@@ -141,7 +141,7 @@ protected:
         return result;
     }
 
-    // Both, over all cases; `differences` are those of this locale beside `alwaysDifferent`.
+    // Compares all cases. `differences` are those of this locale, in addition to `alwaysDifferent`.
     void compareAll(const Variables& locale, const Differences& differences) const {
         makeAll();
         Differences all = alwaysDifferent();
@@ -152,7 +152,7 @@ protected:
             SCOPED_TRACE(std::string("on the desktop ") + desktops);
             const Variables environment = variables(locale, desktops);
             const Names gio = namesByGio(environment);
-            EXPECT_GT(gio.size(), 60U); // so many of the cases are entries to be listed
+            EXPECT_GT(gio.size(), 60U); // so many cases are listed
             compare(namesByUs(environment), gio, all);
         }
     }
@@ -359,7 +359,7 @@ Differences GioComparison::alwaysDifferent() {
     };
 }
 
-TEST_F(GioComparison, EveryAwkwardCaseHasTheSameAnswerOrAReason) {
+TEST_F(GioComparison, EveryCaseHasTheSameAnswerOrAReason) {
     compareAll({{"LANGUAGE", "de_AT:fr"}, {"LANG", "C"}},
                {{"language-empty.desktop",
                  {"language-empty", "", "an empty translation says nothing: the plain name is better"}}});
@@ -393,7 +393,7 @@ TEST_F(GioComparison, WithoutALanguage) {
                  {absent, "Unnamed", "a name in another language only is no name in this one"}}});
 }
 
-TEST_F(GioComparison, ALinkBackUpIsNotWalkedAgainAndAgain) {
+TEST_F(GioComparison, ALinkToAParentIsNotFollowedRepeatedly) {
     with("x", {});
     tree_.link("own/applications/loop", ".");
     const Variables environment = variables({}, "GNOME");
@@ -404,8 +404,8 @@ TEST_F(GioComparison, ALinkBackUpIsNotWalkedAgainAndAgain) {
     EXPECT_TRUE(gio.contains("loop-x.desktop"));
 }
 
-// The folders beside the test: entries as people and programs write them, in which nothing differs.
-TEST_F(GioComparison, TheKeptEntriesHaveTheSameAnswer) {
+// The folders beside the test, with realistic entries. There are no differences.
+TEST_F(GioComparison, TheStoredEntriesHaveTheSameAnswer) {
     const QByteArray kept =
         projectFile(QStringLiteral("tests/unit/platform/linux/applications/entries/data")).toLocal8Bit();
     const std::pair<const char*, const char*> languages[] = {{"", "Paper Boats"},
@@ -425,7 +425,7 @@ TEST_F(GioComparison, TheKeptEntriesHaveTheSameAnswer) {
             environment["XDG_DATA_HOME"] = kept + "/own";
             environment["XDG_DATA_DIRS"] = kept + "/system";
             const Names ours = namesByUs(environment);
-            EXPECT_GT(ours.size(), 45U); // so many are to be listed on any desktop
+            EXPECT_GT(ours.size(), 45U); // so many are listed on any desktop
             EXPECT_EQ(nameIn(ours, "many-languages.desktop"), boats);
             compare(ours, namesByGio(environment), {});
         }

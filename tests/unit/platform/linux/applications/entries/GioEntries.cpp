@@ -1,5 +1,5 @@
-// What GIO lists: for each application that is to be shown its id, its file and its name, each ended by a
-// NUL. GIO reads its environment once and keeps what it read, so a test that asks it starts this program.
+// Prints the applications that GIO lists: the id, file and name of each, NUL-terminated. A program of its
+// own, because GIO reads its environment only once.
 #include <cstdio>
 #include <gio/gdesktopappinfo.h>
 #include <gio/gio.h>

@@ -45,7 +45,7 @@ TEST_F(ProgramLookupTest, AnAbsolutePathNeedsNoFolder) {
     EXPECT_FALSE(isInstalled(tree_.path("other/missing")));
 }
 
-TEST_F(ProgramLookupTest, ARelativePathIsNoProgram) {
+TEST_F(ProgramLookupTest, ARelativePathIsNotAProgram) {
     program("bin/sub/program");
     EXPECT_FALSE(isInstalled(u"sub/program"_s));
     EXPECT_FALSE(isInstalled(u"./program"_s));

@@ -39,7 +39,7 @@ protected:
                             "[Desktop Entry]\nType=Application\nName=X\nExec=true\nIcon=" + icon + "\n" +
                                 more);
     }
-    // Asked of icons that have just been made.
+    // By a new object, which has read nothing yet.
     QImage image(const QString& path, int edge = 48) {
         return LinuxApplicationIcons(settings(), workers_).image(path, edge);
     }
@@ -50,13 +50,13 @@ protected:
         return files_.path("X.app");
     }
 
-    // Gray where there is no picture.
+    // Gray for a null image.
     static QRgb colour(const QImage& image) {
         return image.isNull() ? qRgb(128, 128, 128) : image.pixel(image.width() / 2, image.height() / 2);
     }
 
     TemporaryTree files_;
-    // The program as it is built.
+    // The real program.
     IconWorkerPool workers_{
         {.program = installedWorkerProgram(testProgram(u"../amberquill"_s), processEnvironment()),
          .limits = {.start = std::chrono::seconds(60),
@@ -68,7 +68,7 @@ constexpr QRgb none = 0xFF808080U;
 
 } // namespace
 
-TEST_F(LinuxApplicationIconsTest, AnEntrysIconComesFromTheThemeInExactlyThePixelsAskedFor) {
+TEST_F(LinuxApplicationIconsTest, AnEntrysIconComesFromTheThemeInTheRequestedSize) {
     files_.write("icons/test/48/apps/x.png", png(48, 48, QColor(255, 0, 0)));
     files_.write("icons/test/96/apps/x.png", png(96, 96, QColor(0, 0, 255)));
     const auto small = entryImage("x", 48);
@@ -94,7 +94,7 @@ TEST_F(LinuxApplicationIconsTest, TheIconOfTheUsersLanguageIsTaken) {
     EXPECT_EQ(colour(image(writeEntry("x", "Icon[de]=y\nIcon[fr]=x\n"))), green);
 }
 
-TEST_F(LinuxApplicationIconsTest, NoneOrABrokenOneIsNull) {
+TEST_F(LinuxApplicationIconsTest, AMissingOrBrokenIconIsNull) {
     EXPECT_TRUE(entryImage("").isNull());
     EXPECT_TRUE(entryImage("missing").isNull());
     files_.write("icons/test/48/apps/x.png", "not a picture");
@@ -107,14 +107,14 @@ TEST_F(LinuxApplicationIconsTest, NoneOrABrokenOneIsNull) {
     EXPECT_TRUE(image(u".app"_s).isNull());
 }
 
-TEST_F(LinuxApplicationIconsTest, ABrokenFileGivesWayToTheNextBest) {
+TEST_F(LinuxApplicationIconsTest, ABrokenFileIsReplacedByTheNextBest) {
     files_.write("icons/test/48/apps/x.png", "not a picture");
     files_.write("icons/test/96/apps/x.png", png(96, 96).first(60));
     files_.write("icons/hicolor/48x48/apps/x.png", png(48, 48, QColor(0, 0, 255)));
     EXPECT_EQ(colour(entryImage("x")), blue);
 }
 
-TEST_F(LinuxApplicationIconsTest, AFileThatIsNotWhatItsNameSaysIsReadForWhatItIs) {
+TEST_F(LinuxApplicationIconsTest, TheFormatIsDetectedNotTakenFromTheName) {
     files_.write("icons/test/48/apps/x.svg", png(48, 48, QColor(0, 255, 0)));
     EXPECT_EQ(colour(entryImage("x")), green);
     files_.write("icons/test/48/apps/y.png", redSquare);
@@ -126,7 +126,7 @@ TEST_F(LinuxApplicationIconsTest, AFileThatIsTooLargeIsNotRead) {
     EXPECT_TRUE(entryImage("x").isNull());
 }
 
-TEST_F(LinuxApplicationIconsTest, WhatIsNoFileIsNotWaitedFor) {
+TEST_F(LinuxApplicationIconsTest, APipeInPlaceOfAnIconDoesNotBlock) {
     ASSERT_EQ(::mkfifo(files_.at("pipe.png").c_str(), 0600), 0);
     EXPECT_TRUE(entryImage(files_.path("pipe.png").toUtf8()).isNull());
     ASSERT_EQ(::mkfifo(files_.at("pipe.desktop").c_str(), 0600), 0);
@@ -134,7 +134,7 @@ TEST_F(LinuxApplicationIconsTest, WhatIsNoFileIsNotWaitedFor) {
     EXPECT_TRUE(entryImage("/dev/zero").isNull());
 }
 
-TEST_F(LinuxApplicationIconsTest, WhatStandsInForAnIconComesFromTheTheme) {
+TEST_F(LinuxApplicationIconsTest, TheGenericIconComesFromTheTheme) {
     LinuxApplicationIcons icons(settings(), workers_);
     EXPECT_TRUE(icons.genericIcon(48).isNull());
     files_.write("icons/test/48/apps/application-x-executable.png", "not a picture");
@@ -146,7 +146,7 @@ TEST_F(LinuxApplicationIconsTest, WhatStandsInForAnIconComesFromTheTheme) {
     EXPECT_TRUE(entryImage("missing").isNull()) << "it is no application's own";
 }
 
-TEST_F(LinuxApplicationIconsTest, ABundlesIconStandsInItsResources) {
+TEST_F(LinuxApplicationIconsTest, ABundlesIconIsInItsResources) {
     const auto bundle = writeBundle({{"CFBundleIconFile", "AppIcon"}});
     EXPECT_EQ(colour(image(bundle)), none);
     files_.write("X.app/Contents/Resources/AppIcon.png", png(64, 64, QColor(0, 0, 255)));
@@ -159,14 +159,14 @@ TEST_F(LinuxApplicationIconsTest, ABundlesIconStandsInItsResources) {
     EXPECT_EQ(image(bundle, 120).size(), QSize(120, 120));
 }
 
-TEST_F(LinuxApplicationIconsTest, ABundlesIconMayBeNamedWithItsEnding) {
+TEST_F(LinuxApplicationIconsTest, ABundlesIconMayBeNamedWithItsExtension) {
     files_.write("X.app/Contents/Resources/AppIcon.icns",
                  icns({icnsChunk("ic07", png(64, 64, QColor(0, 255, 0)))}));
     EXPECT_EQ(colour(image(writeBundle({{"CFBundleIconFile", "AppIcon.icns"}}))), green);
     EXPECT_EQ(colour(image(writeBundle({{"CFBundleIconFile", "AppIcon.png"}}))), none);
 }
 
-TEST_F(LinuxApplicationIconsTest, AGnustepBundlesIconStandsInItsResources) {
+TEST_F(LinuxApplicationIconsTest, AGnustepBundlesIconIsInItsResources) {
     files_.write("Y.app/Resources/Info-gnustep.plist",
                  xmlDictionary({{"NSIcon", "Y.tiff"}, {"NSExecutable", "Y"}}));
     files_.write("Y.app/Resources/Y.tiff", encoded(filledImage(48, 48, QColor(0, 255, 0)), "tiff"));
@@ -176,7 +176,7 @@ TEST_F(LinuxApplicationIconsTest, AGnustepBundlesIconStandsInItsResources) {
     EXPECT_EQ(colour(image(files_.path("Y.app"))), green);
 }
 
-TEST_F(LinuxApplicationIconsTest, ABundlesIconDoesNotLeadElsewhere) {
+TEST_F(LinuxApplicationIconsTest, ABundlesIconCannotBeOutsideOfIt) {
     const auto outside = files_.write("outside.png", png(48, 48, QColor(0, 255, 0)));
     files_.makeFolder("X.app/Contents/Resources");
     for (const auto& name : {std::string("../../../outside.png"), outside.toStdString(), std::string(".."),
@@ -186,7 +186,7 @@ TEST_F(LinuxApplicationIconsTest, ABundlesIconDoesNotLeadElsewhere) {
     EXPECT_EQ(colour(image(writeBundle({{"CFBundleName", "X"}}))), none);
 }
 
-TEST_F(LinuxApplicationIconsTest, WhatIsRememberedOfFoldersIsForgottenWhenAsked) {
+TEST_F(LinuxApplicationIconsTest, ForgetReadsTheFoldersAgain) {
     LinuxApplicationIcons icons(settings(), workers_);
     const auto entry = writeEntry("x");
     EXPECT_EQ(colour(icons.image(entry, 48)), none);
@@ -194,8 +194,7 @@ TEST_F(LinuxApplicationIconsTest, WhatIsRememberedOfFoldersIsForgottenWhenAsked)
     EXPECT_EQ(colour(icons.image(entry, 48)), none);
     icons.forget();
     EXPECT_EQ(colour(icons.image(entry, 48)), red);
-    files_.write("icons/test/48/apps/x.png",
-                 png(48, 48, QColor(0, 0, 255))); // the picture itself is not kept
+    files_.write("icons/test/48/apps/x.png", png(48, 48, QColor(0, 0, 255))); // pictures are not kept
     EXPECT_EQ(colour(icons.image(entry, 48)), blue);
 }
 
@@ -243,7 +242,7 @@ TEST_F(LinuxApplicationIconsTest, ADrawingWithTextHasItsText) {
     EXPECT_GT(drawn, 500);
 }
 
-TEST_F(LinuxApplicationIconsTest, WhileProcessesAreKilledAtRandomEveryPictureComes) {
+TEST_F(LinuxApplicationIconsTest, EveryPictureIsDecodedWhileProcessesAreKilledAtRandom) {
     constexpr int count = 100;
     std::vector<QString> entries;
     for (int i = 0; i < count; ++i) {
@@ -278,67 +277,67 @@ TEST_F(LinuxApplicationIconsTest, WhileProcessesAreKilledAtRandomEveryPictureCom
 
 namespace {
 
-// What the stand-in program does is in StandInDecoder.cpp.
+// The commands in these files are described in FakeDecoder.cpp.
 class UndecodableIconsTest : public LinuxApplicationIconsTest {
 protected:
-    QImage imageByStandIn(const QString& path, const std::string& version = "1.0") {
+    QImage fakeDecodedImage(const QString& path, const std::string& version = "1.0") {
         auto settings = this->settings();
         settings.version = version;
-        return LinuxApplicationIcons(settings, standIns_).image(path, 48);
+        return LinuxApplicationIcons(settings, fakeWorkers_).image(path, 48);
     }
-    // How many processes have been started for it.
+    // The number of processes started so far.
     qsizetype starts() const {
         return std::filesystem::exists(files_.at("started")) ? files_.read("started").count('\n') : 0;
     }
 
-    IconWorkerPool standIns_{{.program = {.paths = {testProgram(u"stand_in_decoder"_s).toStdString()},
-                                          .environment = {"STAND_IN_FOLDER=" + files_.at().string()}},
-                              .limits = {.start = std::chrono::seconds(60),
-                                         .picture = std::chrono::seconds(60),
-                                         .end = std::chrono::seconds(60)}}};
+    IconWorkerPool fakeWorkers_{{.program = {.paths = {testProgram(u"fake_decoder"_s).toStdString()},
+                                             .environment = {"FAKE_DECODER_FOLDER=" + files_.at().string()}},
+                                 .limits = {.start = std::chrono::seconds(60),
+                                            .picture = std::chrono::seconds(60),
+                                            .end = std::chrono::seconds(60)}}};
 };
 
 } // namespace
 
-TEST_F(UndecodableIconsTest, AnIconThatEndsProcessesIsNotTriedAgainUntilItChanges) {
+TEST_F(UndecodableIconsTest, AnIconThatCrashesProcessesIsNotTriedAgainUntilItChanges) {
     files_.write("icons/test/48/apps/x.png", "signal 11");
     const auto entry = writeEntry("x");
-    EXPECT_EQ(colour(imageByStandIn(entry)), none);
+    EXPECT_EQ(colour(fakeDecodedImage(entry)), none);
     const auto tries = starts();
     EXPECT_EQ(tries, 2);
-    EXPECT_EQ(colour(imageByStandIn(entry)), none);
+    EXPECT_EQ(colour(fakeDecodedImage(entry)), none);
     EXPECT_EQ(starts(), tries);
     files_.write("icons/test/48/apps/x.png", "green");
-    EXPECT_EQ(colour(imageByStandIn(entry)), green);
+    EXPECT_EQ(colour(fakeDecodedImage(entry)), green);
 }
 
 TEST_F(UndecodableIconsTest, AnotherVersionTriesThemAgain) {
     files_.write("icons/test/48/apps/x.png", "signal 11");
     const auto entry = writeEntry("x");
-    EXPECT_EQ(colour(imageByStandIn(entry, "1.0")), none);
+    EXPECT_EQ(colour(fakeDecodedImage(entry, "1.0")), none);
     const auto tries = starts();
-    EXPECT_EQ(colour(imageByStandIn(entry, "1.1")), none);
+    EXPECT_EQ(colour(fakeDecodedImage(entry, "1.1")), none);
     EXPECT_GT(starts(), tries);
 }
 
-TEST_F(UndecodableIconsTest, TheNextBestFileTakesItsPlace) {
+TEST_F(UndecodableIconsTest, TheNextBestFileIsUsedInstead) {
     files_.write("icons/test/48/apps/x.png", "signal 11");
     files_.write("icons/test/96/apps/x.png", "green");
     const auto entry = writeEntry("x");
-    EXPECT_EQ(colour(imageByStandIn(entry)), green);
-    EXPECT_EQ(colour(imageByStandIn(entry)), green);
+    EXPECT_EQ(colour(fakeDecodedImage(entry)), green);
+    EXPECT_EQ(colour(fakeDecodedImage(entry)), green);
 }
 
-TEST_F(UndecodableIconsTest, AnIconWhoseProcessSomebodyElseKilledIsTriedAgain) {
+TEST_F(UndecodableIconsTest, AnIconWhoseProcessWasKilledFromOutsideIsTriedAgain) {
     files_.write("icons/test/48/apps/x.png", "signal 9");
     const auto entry = writeEntry("x");
-    EXPECT_EQ(colour(imageByStandIn(entry)), none);
+    EXPECT_EQ(colour(fakeDecodedImage(entry)), none);
     const auto tries = starts();
-    EXPECT_EQ(colour(imageByStandIn(entry)), none);
+    EXPECT_EQ(colour(fakeDecodedImage(entry)), none);
     EXPECT_GT(starts(), tries);
 }
 
-TEST_F(LinuxApplicationIconsTest, ThatNoProcessCouldBeHadForAnIconIsToldOnce) {
+TEST_F(LinuxApplicationIconsTest, AnIconWithoutAProcessIsReportedOnce) {
     files_.write("icons/test/48/apps/x.png", png(48, 48, QColor(255, 0, 0)));
     const auto entry = writeEntry("x");
     IconWorkerPool missing({.program = {.paths = {files_.at("missing").string()}, .environment = {}}});
@@ -351,10 +350,10 @@ TEST_F(LinuxApplicationIconsTest, ThatNoProcessCouldBeHadForAnIconIsToldOnce) {
     EXPECT_FALSE(icons.takeUnavailable()) << "there is no such file";
 }
 
-TEST_F(UndecodableIconsTest, AnIconThatHasNoPictureIsNotOneThatNoProcessCouldBeHadFor) {
+TEST_F(UndecodableIconsTest, AnIconWithoutAPictureIsNotReportedAsWithoutAProcess) {
     files_.write("icons/test/48/apps/none.png", "none");
     files_.write("icons/test/48/apps/x.png", "signal 11");
-    LinuxApplicationIcons icons(settings(), standIns_);
+    LinuxApplicationIcons icons(settings(), fakeWorkers_);
     for (const char* const name : {"none", "x", "missing"}) {
         EXPECT_TRUE(icons.image(writeEntry(name), 48).isNull());
     }
@@ -367,7 +366,7 @@ TEST_F(UndecodableIconsTest, GivenUpFilesAndFallbacksAreLogged) {
     files_.write("icons/test/48/apps/none.png", "none");
     const auto entry = writeEntry("x");
     const auto logOf = [this](const QString& path) {
-        return debugLog("amberquill.icons", [&] { static_cast<void>(imageByStandIn(path)); });
+        return debugLog("amberquill.icons", [&] { static_cast<void>(fakeDecodedImage(path)); });
     };
     const auto says = [](const std::string& log, const std::string& line) {
         return log.find(line) != std::string::npos;

@@ -19,7 +19,7 @@ const FileState worse{.path = "/icons/worse", .modified = 1, .size = 2};
 class UndecodableFilesTest : public testing::Test {
 protected:
     std::string path() const { return files_.at("cache/Amberquill/undecodable").string(); }
-    // As the next start has it.
+    // As read by the next start.
     bool isKept(const FileState& file) const { return UndecodableFiles(path(), "1").contains(file); }
 
     TemporaryTree files_;
@@ -27,7 +27,7 @@ protected:
 
 } // namespace
 
-TEST_F(UndecodableFilesTest, WhatIsAddedIsThereAtTheNextStart) {
+TEST_F(UndecodableFilesTest, AddedFilesAreKeptForTheNextStart) {
     UndecodableFiles files(path(), "1");
     EXPECT_FALSE(files.contains(bad));
     files.add(bad);
@@ -39,7 +39,7 @@ TEST_F(UndecodableFilesTest, WhatIsAddedIsThereAtTheNextStart) {
     EXPECT_TRUE(isKept(worse));
 }
 
-TEST_F(UndecodableFilesTest, AnotherVersionBeginsAnew) {
+TEST_F(UndecodableFilesTest, AnotherVersionStartsWithAnEmptyList) {
     UndecodableFiles(path(), "1").add(bad);
     UndecodableFiles newer(path(), "2");
     EXPECT_FALSE(newer.contains(bad));
@@ -48,7 +48,7 @@ TEST_F(UndecodableFilesTest, AnotherVersionBeginsAnew) {
     EXPECT_TRUE(UndecodableFiles(path(), "2").contains(worse));
 }
 
-TEST_F(UndecodableFilesTest, WhatAnotherProcessAddsStays) {
+TEST_F(UndecodableFilesTest, FilesAddedByAnotherProcessAreKept) {
     UndecodableFiles one(path(), "1");
     UndecodableFiles other(path(), "1");
     EXPECT_FALSE(one.contains(bad));
@@ -59,14 +59,14 @@ TEST_F(UndecodableFilesTest, WhatAnotherProcessAddsStays) {
     EXPECT_TRUE(isKept(worse));
 }
 
-TEST_F(UndecodableFilesTest, WithoutAPlaceToWriteToItIsRememberedAllTheSame) {
+TEST_F(UndecodableFilesTest, WithoutAWritableFileTheListIsKeptInMemory) {
     files_.write("cache", "a file where the folder should be");
     UndecodableFiles files(path(), "1");
     files.add(bad);
     EXPECT_TRUE(files.contains(bad));
 }
 
-TEST_F(UndecodableFilesTest, NonsenseInTheFileIsNothingAndGoes) {
+TEST_F(UndecodableFilesTest, AnInvalidFileIsReplaced) {
     files_.write("cache/Amberquill/undecodable", QByteArray(3'000'000, '\xFF'));
     UndecodableFiles files(path(), "1");
     EXPECT_FALSE(files.contains(bad));
@@ -74,7 +74,7 @@ TEST_F(UndecodableFilesTest, NonsenseInTheFileIsNothingAndGoes) {
     EXPECT_TRUE(isKept(bad));
 }
 
-TEST_F(UndecodableFilesTest, TheFormerNotesGoAndNothingThatALinkLeadsTo) {
+TEST_F(UndecodableFilesTest, EarlierVersionsNotesAreRemovedWithoutFollowingLinks) {
     files_.write("cache/Amberquill/decoding/suspects", "x");
     files_.write("cache/Amberquill/decoding/decoding-abc", "x");
     files_.write("cache/Amberquill/names", "x");
@@ -133,7 +133,7 @@ TEST(FileState, AChangeOfTimeOrSizeIsAnotherState) {
     EXPECT_NE(stateOf(path), first);
 }
 
-TEST(FileState, OnlyRegularFilesHaveOne) {
+TEST(FileState, OnlyRegularFilesHaveAState) {
     const TemporaryTree files;
     files.write("a", "x");
     EXPECT_TRUE(stateOf(files.link("link", "a")));
@@ -153,7 +153,7 @@ UndecodableList writtenAndRead(const UndecodableList& list) {
 
 } // namespace
 
-TEST(UndecodableList, AFileIsInItUntilItChanges) {
+TEST(UndecodableList, AFileIsListedUntilItChanges) {
     UndecodableList list;
     EXPECT_FALSE(list.contains(fileNumber(1)));
     list.put(fileNumber(1));
@@ -167,7 +167,7 @@ TEST(UndecodableList, AFileIsInItUntilItChanges) {
     EXPECT_FALSE(list.contains(fileNumber(1)));
 }
 
-TEST(UndecodableList, WhatIsWrittenIsRead) {
+TEST(UndecodableList, AWrittenListCanBeRead) {
     UndecodableList list;
     const std::vector<FileState> files{
         {.path = "/a b\n\xFF%20/ü.svg", .modified = -1, .size = 0},
@@ -189,7 +189,7 @@ TEST(UndecodableList, AnotherVersionsListIsEmpty) {
     EXPECT_FALSE(UndecodableList::read(list.written("11"), "1").contains(fileNumber(1)));
 }
 
-TEST(UndecodableList, OfTooManyTheOldestGo) {
+TEST(UndecodableList, BeyondTheMaximumTheOldestAreDropped) {
     UndecodableList list;
     for (std::size_t i = 0; i <= UndecodableList::maximumFiles; ++i) {
         list.put(fileNumber(i));
@@ -203,7 +203,7 @@ TEST(UndecodableList, OfTooManyTheOldestGo) {
     EXPECT_FALSE(list.contains(fileNumber(2)));
 }
 
-TEST(UndecodableList, ItsTextIsNeverTooLong) {
+TEST(UndecodableList, TheTextIsBounded) {
     UndecodableList list;
     for (std::size_t i = 0; i < UndecodableList::maximumFiles; ++i) {
         auto file = fileNumber(i);
@@ -222,7 +222,7 @@ TEST(UndecodableList, ItsTextIsNeverTooLong) {
     EXPECT_TRUE(UndecodableList::read(text, "1").contains(newest));
 }
 
-TEST(UndecodableList, ANonsensicalTextGivesWhatMakesSense) {
+TEST(UndecodableList, MalformedLinesAreSkipped) {
     const auto heading = UndecodableList().written("1");
     for (const QByteArray& text :
          {QByteArray(), QByteArray(100'000, '\xFF'), QByteArray(100'000, '\n'), QByteArray("1 2 /icons/1\n"),

@@ -15,7 +15,7 @@ TEST(BusAddress, DotsBecomeSlashesAndDashesUnderscores) {
               (BusAddress{u"org.example.my-calc.Calc2"_s, u"/org/example/my_calc/Calc2"_s}));
 }
 
-TEST(BusAddress, AnIdThatIsNoBusNameHasNone) {
+TEST(BusAddress, AnIdThatIsNotABusNameHasNone) {
     for (const QString& id :
          {u""_s, u"calc"_s, u"org..calc"_s, u".org.calc"_s, u"org.calc."_s, u"org.2calc"_s, u"org.c alc"_s,
           u"org.cälc"_s, u"org/calc.x"_s, u":1.7"_s, u"org."_s + QString(252, u'x')}) {
@@ -50,14 +50,14 @@ protected:
 
 } // namespace
 
-TEST_F(BusActivationTest, TheApplicationIsAskedOnItsNameAndPath) {
+TEST_F(BusActivationTest, TheApplicationIsActivatedAtItsNameAndPath) {
     MockApplication application(bus_.connect(), calc.name, calc.path);
     activate();
     EXPECT_EQ(result(), BusActivationResult::Started);
     EXPECT_EQ(application.activations(), QList<QVariantMap>{QVariantMap()});
 }
 
-TEST_F(BusActivationTest, TheTokenIsInThePlatformDataUnderBothNames) {
+TEST_F(BusActivationTest, ThePlatformDataHasTheTokenUnderBothNames) {
     MockApplication application(bus_.connect(), calc.name, calc.path);
     activate(u"a-token"_s);
     EXPECT_EQ(result(), BusActivationResult::Started);
@@ -65,7 +65,7 @@ TEST_F(BusActivationTest, TheTokenIsInThePlatformDataUnderBothNames) {
               (QVariantMap{{u"desktop-startup-id"_s, u"a-token"_s}, {u"activation-token"_s, u"a-token"_s}}));
 }
 
-TEST_F(BusActivationTest, ItDoesNotWaitForTheAnswer) {
+TEST_F(BusActivationTest, ActivationDoesNotBlock) {
     MockApplication application(bus_.connect(), calc.name, calc.path);
     application.failWith({}); // never answers
     activate();
@@ -74,7 +74,7 @@ TEST_F(BusActivationTest, ItDoesNotWaitForTheAnswer) {
     EXPECT_TRUE(results_.isEmpty());
 }
 
-TEST_F(BusActivationTest, WithoutSuchAServiceItIsUnavailable) {
+TEST_F(BusActivationTest, AMissingServiceIsUnavailable) {
     activate();
     EXPECT_EQ(result(), BusActivationResult::Unavailable);
 }
@@ -85,7 +85,7 @@ TEST_F(BusActivationTest, AServiceThatCannotBeStartedIsUnavailable) {
     EXPECT_EQ(result(), BusActivationResult::Unavailable);
 }
 
-TEST_F(BusActivationTest, AServiceThatEndsBeforeItIsThereIsUnavailable) {
+TEST_F(BusActivationTest, AServiceThatExitsBeforeItHasItsNameIsUnavailable) {
     bus_.makeActivatable("org.example.Calc", "/bin/false");
     activate();
     EXPECT_EQ(result(), BusActivationResult::Unavailable);
@@ -97,7 +97,7 @@ TEST_F(BusActivationTest, WithoutABusItIsUnavailable) {
     EXPECT_EQ(result(), BusActivationResult::Unavailable);
 }
 
-TEST_F(BusActivationTest, AnErrorOfTheApplicationsOwnIsAFailure) {
+TEST_F(BusActivationTest, AnErrorOfTheApplicationIsAFailure) {
     MockApplication application(bus_.connect(), calc.name, calc.path);
     application.failWith(u"org.example.Error.NotToday"_s);
     activate();
@@ -111,14 +111,14 @@ TEST_F(BusActivationTest, AServiceWithoutTheInterfaceIsAFailure) {
     EXPECT_EQ(result(), BusActivationResult::Failed);
 }
 
-TEST_F(BusActivationTest, TheBusGivingUpOnASlowStartIsAFailure) {
+TEST_F(BusActivationTest, ATimeoutOfTheBusIsAFailure) {
     MockApplication application(bus_.connect(), calc.name, calc.path);
     application.failWith(u"org.freedesktop.DBus.Error.TimedOut"_s);
     activate();
     EXPECT_EQ(result(), BusActivationResult::Failed);
 }
 
-TEST_F(BusActivationTest, OneThatHasTheRequestAndDoesNotAnswerCountsAsStarted) {
+TEST_F(BusActivationTest, AnApplicationThatDoesNotAnswerCountsAsStarted) {
     MockApplication application(bus_.connect(), calc.name, calc.path);
     application.failWith(u"org.freedesktop.DBus.Error.NoReply"_s);
     activate();

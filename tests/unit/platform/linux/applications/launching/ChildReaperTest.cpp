@@ -17,7 +17,7 @@ using namespace amberquill::desktop;
 
 namespace {
 
-// A child that ends when it is killed, or when the test ends without having killed it.
+// A child that runs until it is killed, by the destructor at the latest.
 pid_t startChild() {
     const pid_t child = fork();
     if (child == 0) {
@@ -48,7 +48,7 @@ TEST(ChildReaper, NoZombieIsLeft) {
     EXPECT_TRUE(waitUntil([child] { return !processExists(child); }));
 }
 
-TEST(ChildReaper, WhereTheKernelDoesNotTellItLooks) {
+TEST(ChildReaper, WithoutAProcessDescriptorTheChildIsPolled) {
     ManualQueue queue;
     ChildReaper reaper(queue);
     const pid_t child = startChild();
@@ -61,7 +61,7 @@ TEST(ChildReaper, WhereTheKernelDoesNotTellItLooks) {
     EXPECT_EQ(queue.waiting(), 0U) << "and looks no more";
 }
 
-TEST(ChildReaper, WhatItDoesNotWatchIsLeftAlone) {
+TEST(ChildReaper, OtherChildrenAreNotReaped) {
     ManualQueue queue;
     ChildReaper reaper(queue);
     const pid_t watched = startChild();
@@ -73,7 +73,7 @@ TEST(ChildReaper, WhatItDoesNotWatchIsLeftAlone) {
     EXPECT_EQ(waitpid(other, nullptr, 0), other);
 }
 
-TEST(ChildReaper, ItCanGoBeforeItsChildren) {
+TEST(ChildReaper, ItMayBeDestroyedBeforeItsChildrenEnd) {
     ManualQueue queue;
     const pid_t first = startChild();
     const pid_t second = startChild();

@@ -7,8 +7,8 @@
 
 using namespace amberquill::desktop;
 
-// In a process of its own, which can do without its files.
-TEST(ChildSetup, ClosingOneByOneSparesWhatStandsBefore) {
+// In a child process, because it closes all descriptors.
+TEST(ChildSetup, ClosingOneByOneKeepsLowerDescriptors) {
     const pid_t child = fork();
     if (child == 0) {
         const int kept = fcntl(STDOUT_FILENO, F_DUPFD, 200);

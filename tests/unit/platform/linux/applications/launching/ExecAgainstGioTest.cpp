@@ -1,5 +1,4 @@
-// The argument vector that an application is run with, held against what GIO runs it with, for lines on which
-// the rules agree.
+// Compares the argument vectors of applications with those of GIO, for lines on which the rules agree.
 #include "platform/linux/applications/launching/ExecLine.h"
 
 #include "LaunchFiles.h"
@@ -7,7 +6,7 @@
 #include "platform/linux/applications/entries/DesktopEntry.h"
 #include "support/WaitUntil.h"
 
-// GIO's headers use names that Qt's make macros of, were it not for QT_NO_KEYWORDS.
+// GIO's headers use names that are macros of Qt without QT_NO_KEYWORDS.
 #include <gio/gdesktopappinfo.h>
 
 using namespace amberquill;
@@ -16,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The arguments that reach the program when GIO launches the entry.
+// The arguments that the program gets from GIO.
 std::optional<QStringList> byGio(const QString& entryPath, const QString& reportPath) {
     GDesktopAppInfo* const application =
         g_desktop_app_info_new_from_filename(QFile::encodeName(entryPath).constData());
@@ -52,8 +51,8 @@ INSTANTIATE_TEST_SUITE_P(Lines, ExecAgainstGio,
                                          "%%", "100%%x", "%i", "x %c y", "%k", "%d %n %v %m z", "@@u %U @@",
                                          "a;b", "a&b | c > d", "~ * ?", "$HOME", "é ü"));
 
-// Both would be wrong to run anything.
-TEST(ExecAgainstGioMalformed, AQuoteThatDoesNotEndRunsNothing) {
+// Neither may run anything.
+TEST(ExecAgainstGioMalformed, AnUnfinishedQuoteRunsNothing) {
     const LaunchFiles files;
     const QString path = files.writeEntry(u"calc.desktop"_s, u"Exec=/bin/true \"a\n"_s);
     EXPECT_EQ(g_desktop_app_info_new_from_filename(QFile::encodeName(path).constData()), nullptr);

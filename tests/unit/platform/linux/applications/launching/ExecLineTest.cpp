@@ -31,7 +31,7 @@ TEST(ExecQuoting, InsideDoubleQuotesFourCharactersAreEscaped) {
     EXPECT_EQ(arguments(uR"(calc "\"\`\$\\")"_s), of({u"calc"_s, u"\"`$\\"_s}));
 }
 
-TEST(ExecQuoting, InsideDoubleQuotesAnyOtherBackslashStays) {
+TEST(ExecQuoting, InsideDoubleQuotesOtherBackslashesAreLiteral) {
     EXPECT_EQ(arguments(uR"(calc "C:\new\table")"_s), of({u"calc"_s, uR"(C:\new\table)"_s}));
 }
 
@@ -47,11 +47,11 @@ TEST(ExecQuoting, SingleQuotesQuoteAndEscapeNothing) {
     EXPECT_EQ(arguments(uR"(sh -c 'echo "$HOME" \n')"_s), of({u"sh"_s, u"-c"_s, uR"(echo "$HOME" \n)"_s}));
 }
 
-TEST(ExecQuoting, QuotesMayStandInMidWord) {
+TEST(ExecQuoting, QuotesMayBeInsideAWord) {
     EXPECT_EQ(arguments(u"calc --name=\"a b\"'c d'e"_s), of({u"calc"_s, u"--name=a bc de"_s}));
 }
 
-TEST(ExecQuoting, ABackslashOutsideQuotesTakesTheNextCharacterAsItIs) {
+TEST(ExecQuoting, ABackslashOutsideQuotesEscapesTheNextCharacter) {
     EXPECT_EQ(arguments(uR"(wine C:\\Program\ Files\\a.exe)"_s),
               of({u"wine"_s, uR"(C:\Program Files\a.exe)"_s}));
 }
@@ -62,7 +62,7 @@ TEST(ExecQuoting, NothingIsEvaluated) {
                   u">"_s, u"x"_s}));
 }
 
-TEST(ExecQuoting, AQuoteThatDoesNotEndIsMalformed) {
+TEST(ExecQuoting, AnUnfinishedQuoteIsMalformed) {
     EXPECT_EQ(arguments(u"calc \"a b"_s), std::nullopt);
     EXPECT_EQ(arguments(u"calc 'a b"_s), std::nullopt);
     EXPECT_EQ(arguments(u"calc \"a\\\""_s), std::nullopt);
@@ -76,24 +76,24 @@ TEST(ExecQuoting, ALineWithoutAProgramIsMalformed) {
     EXPECT_EQ(arguments(u"%U"_s), std::nullopt);
 }
 
-TEST(ExecQuoting, ANullCharacterIsMalformedWhereverItIs) {
+TEST(ExecQuoting, ANullCharacterIsMalformed) {
     EXPECT_EQ(arguments(u"calc a"_s + QChar(QChar::Null) + u"b"_s), std::nullopt);
     EXPECT_EQ(execArguments(u"calc %c"_s, {{}, QString(QChar(QChar::Null)), {}}), std::nullopt);
 }
 
-TEST(FieldCodes, CodesForFilesVanishWithTheirArgument) {
+TEST(FieldCodes, CodesForFilesAreDroppedWithTheirArgument) {
     EXPECT_EQ(arguments(u"calc %f %F a %u %U"_s), of({u"calc"_s, u"a"_s}));
 }
 
-TEST(FieldCodes, AnArgumentThatWasMoreThanTheCodeStays) {
+TEST(FieldCodes, AnArgumentWithMoreThanTheCodeStays) {
     EXPECT_EQ(arguments(u"calc --file=%f x%Uy"_s), of({u"calc"_s, u"--file="_s, u"xy"_s}));
 }
 
-TEST(FieldCodes, DeprecatedCodesVanish) {
+TEST(FieldCodes, DeprecatedCodesAreDropped) {
     EXPECT_EQ(arguments(u"calc %d %D %n %N %v %m x%d"_s), of({u"calc"_s, u"x"_s}));
 }
 
-TEST(FieldCodes, TwoPercentSignsAreOneAlsoInMidWord) {
+TEST(FieldCodes, TwoPercentSignsAreOne) {
     EXPECT_EQ(arguments(u"calc %% 100%%a %%f %%%%"_s), of({u"calc"_s, u"%"_s, u"100%a"_s, u"%f"_s, u"%%"_s}));
 }
 
@@ -101,7 +101,7 @@ TEST(FieldCodes, TheIconIsTwoArguments) {
     EXPECT_EQ(arguments(u"calc %i x"_s), of({u"calc"_s, u"--icon"_s, u"calc-icon"_s, u"x"_s}));
 }
 
-TEST(FieldCodes, WithoutAnIconTheCodeIsNoArgument) {
+TEST(FieldCodes, WithoutAnIconTheCodeIsDropped) {
     EXPECT_EQ(execArguments(u"calc %i x"_s, {{}, u"Name"_s, u"/p"_s}), of({u"calc"_s, u"x"_s}));
 }
 
@@ -111,7 +111,7 @@ TEST(FieldCodes, TheNameAndThePathAreOneArgumentEach) {
                   u"--title=The Calculator"_s}));
 }
 
-TEST(FieldCodes, AReplacementIsNeitherSplitNorExpandedNorUnquotedAgain) {
+TEST(FieldCodes, AReplacementIsNotParsedAgain) {
     EXPECT_EQ(execArguments(u"calc %c %i"_s, {u"%f '"_s, u"a %k \"b\" %%"_s, u"/p"_s}),
               of({u"calc"_s, u"a %k \"b\" %%"_s, u"--icon"_s, u"%f '"_s}));
 }
@@ -126,7 +126,7 @@ TEST(FieldCodes, FileForwardingMarksPassThrough) {
                   u"@@"_s}));
 }
 
-TEST(FieldCodes, WhatIsNoCodeIsText) {
+TEST(FieldCodes, UnknownCodesAreText) {
     EXPECT_EQ(arguments(u"xdg-open http://localhost/a%20b 5%"_s),
               of({u"xdg-open"_s, u"http://localhost/a%20b"_s, u"5%"_s}));
 }
@@ -146,7 +146,7 @@ TEST(ExecBounds, VeryManyWordsAreRefused) {
     EXPECT_EQ(arguments(u"calc"_s + u" x"_s.repeated(5'000)), std::nullopt);
 }
 
-TEST(ExecBounds, AShortLineCannotGrowWithoutEnd) {
+TEST(ExecBounds, AnExpandedLineIsBounded) {
     const ExecFields longName{{}, QString(60'000, u'n'), {}};
     EXPECT_TRUE(execArguments(u"calc %c"_s, longName).has_value());
     EXPECT_EQ(execArguments(u"calc "_s + u"%c"_s.repeated(20'000), longName), std::nullopt);

@@ -8,12 +8,12 @@ using namespace amberquill::desktop;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
-TEST(InheritedEnvironment, AnApplicationGetsWhatWeWereStartedWith) {
+TEST(InheritedEnvironment, AnApplicationGetsTheInheritedEnvironment) {
     const InheritedEnvironment start({"PATH=/bin", "QT_SCALE_FACTOR=2", "EMPTY=", "SIGNS=a=b"});
     EXPECT_THAT(start.forChild({}), ElementsAre("PATH=/bin", "QT_SCALE_FACTOR=2", "EMPTY=", "SIGNS=a=b"));
 }
 
-TEST(InheritedEnvironment, WhatWeSetForOurselvesAfterwardsDoesNotReachIt) {
+TEST(InheritedEnvironment, VariablesSetLaterDoNotReachAnApplication) {
     qputenv("AMBERQUILL_TEST_BEFORE", "the session's");
     qunsetenv("AMBERQUILL_TEST_AFTER");
     const InheritedEnvironment start = InheritedEnvironment::capture();
@@ -24,7 +24,7 @@ TEST(InheritedEnvironment, WhatWeSetForOurselvesAfterwardsDoesNotReachIt) {
     EXPECT_EQ(child.value("AMBERQUILL_TEST_AFTER"), std::nullopt);
 }
 
-TEST(InheritedEnvironment, WhatWasSaidToUsAloneStaysBehind) {
+TEST(InheritedEnvironment, VariablesForTheLauncherAloneAreLeftOut) {
     const InheritedEnvironment start(
         {"XDG_ACTIVATION_TOKEN=ours", "DESKTOP_STARTUP_ID=ours", "DESKTOP_AUTOSTART_ID=1",
          "NOTIFY_SOCKET=/run/x", "WATCHDOG_PID=1", "WATCHDOG_USEC=1", "LISTEN_FDS=1", "LISTEN_PID=1",
@@ -36,7 +36,7 @@ TEST(InheritedEnvironment, WhatWasSaidToUsAloneStaysBehind) {
                                                 "WAYLAND_DISPLAY=wayland-0"));
 }
 
-TEST(InheritedEnvironment, TheTokenIsGivenUnderBothNames) {
+TEST(InheritedEnvironment, TheTokenIsSetUnderBothNames) {
     const InheritedEnvironment start({"XDG_ACTIVATION_TOKEN=ours"});
     EXPECT_THAT(start.forChild({.token = "theirs", .entryPath = {}, .workingDirectory = {}}),
                 UnorderedElementsAre("XDG_ACTIVATION_TOKEN=theirs", "DESKTOP_STARTUP_ID=theirs"));

@@ -28,7 +28,7 @@ public:
         return file;
     }
 
-    // A desktop file among the user's applications; `keys` are its lines but for the first, the type and the
+    // A desktop file among the user's applications; `keys` are its lines without the group, the type and the
     // name.
     QString writeEntry(const QString& name, const QString& keys) const {
         return write(QStringLiteral(".local/share/applications/") + name,

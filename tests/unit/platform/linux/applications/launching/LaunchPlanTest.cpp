@@ -66,7 +66,7 @@ TEST_F(LaunchPlanTest, PathIsTheWorkingDirectory) {
     EXPECT_EQ(made->command->workingDirectory, files_.path(u"work"_s));
 }
 
-TEST_F(LaunchPlanTest, AnUnusablePathIsTheHomeFolder) {
+TEST_F(LaunchPlanTest, AnUnusablePathIsReplacedByTheHomeFolder) {
     for (const QString& path : {files_.path(u"gone"_s), calc_, u"bin"_s, u"~/bin"_s, u"$HOME"_s}) {
         const auto made = planOf(u"Exec=calc\nPath=%1\n"_s.arg(path));
         ASSERT_TRUE(made);
@@ -74,14 +74,14 @@ TEST_F(LaunchPlanTest, AnUnusablePathIsTheHomeFolder) {
     }
 }
 
-TEST_F(LaunchPlanTest, ARelativeProgramStandsInTheWorkingDirectory) {
+TEST_F(LaunchPlanTest, ARelativeProgramIsInTheWorkingDirectory) {
     const auto made = planOf(u"Exec=./calc -x\nPath=%1\n"_s.arg(files_.path(u"bin"_s)));
     ASSERT_TRUE(made && made->command);
     EXPECT_EQ(QDir::cleanPath(made->command->program), calc_);
     EXPECT_EQ(made->command->arguments.front(), u"./calc"_s);
 }
 
-TEST_F(LaunchPlanTest, AProgramThatIsNotThereCannotBeOpened) {
+TEST_F(LaunchPlanTest, AMissingProgramCannotBeOpened) {
     EXPECT_FALSE(planOf(u"Exec=gone\n"_s));
     EXPECT_FALSE(planOf(u"Exec=/nowhere/at/all\n"_s));
     files_.write(u"bin/text"_s, "");
@@ -92,12 +92,12 @@ TEST_F(LaunchPlanTest, AMalformedLineCannotBeOpened) {
     EXPECT_FALSE(planOf(u"Exec=calc \"a\n"_s));
 }
 
-TEST_F(LaunchPlanTest, AHiddenEntryIsNoLongerInstalled) {
+TEST_F(LaunchPlanTest, AHiddenEntryCannotBeOpened) {
     EXPECT_FALSE(planOf(u"Exec=calc\nHidden=true\n"_s));
     EXPECT_TRUE(planOf(u"Exec=calc\nNoDisplay=true\n"_s));
 }
 
-TEST_F(LaunchPlanTest, InATerminalTheCommandFollowsTheTerminals) {
+TEST_F(LaunchPlanTest, ATerminalsWordsComeBeforeTheCommand) {
     const QString xterm = files_.write(u"bin/xterm"_s, "", true);
     const auto made = planOf(u"Exec=calc %U -x\nTerminal=true\n"_s);
     ASSERT_TRUE(made && made->command);
@@ -107,16 +107,16 @@ TEST_F(LaunchPlanTest, InATerminalTheCommandFollowsTheTerminals) {
     EXPECT_EQ(planOf(u"Exec=calc\nTerminal=true\n"_s)->command->program, alacritty);
 }
 
-TEST_F(LaunchPlanTest, WithoutATerminalOneThatNeedsItCannotBeOpened) {
+TEST_F(LaunchPlanTest, ATerminalProgramNeedsATerminal) {
     EXPECT_FALSE(planOf(u"Exec=calc\nTerminal=true\n"_s));
 }
 
-TEST_F(LaunchPlanTest, ATerminalIsNotOpenedForAProgramThatIsNotThere) {
+TEST_F(LaunchPlanTest, NoTerminalIsOpenedForAMissingProgram) {
     files_.write(u"bin/xterm"_s, "", true);
     EXPECT_FALSE(planOf(u"Exec=gone\nTerminal=true\n"_s));
 }
 
-TEST_F(LaunchPlanTest, AnApplicationOfTheBusHasItsAddressAndTheCommandForNeed) {
+TEST_F(LaunchPlanTest, ADBusApplicationHasAnAddressAndACommandAsFallback) {
     const auto made =
         planOf(u"DBusActivatable=true\nExec=calc\nStartupNotify=true\n"_s, u"org.example.my-calc.desktop"_s);
     ASSERT_TRUE(made && made->command);
@@ -124,14 +124,14 @@ TEST_F(LaunchPlanTest, AnApplicationOfTheBusHasItsAddressAndTheCommandForNeed) {
     EXPECT_TRUE(made->tellsWhenReady);
 }
 
-TEST_F(LaunchPlanTest, TheBusAloneWillDo) {
+TEST_F(LaunchPlanTest, ADBusApplicationNeedsNoExec) {
     const auto made = planOf(u"DBusActivatable=true\n"_s, u"org.example.Calc.desktop"_s);
     ASSERT_TRUE(made);
     EXPECT_TRUE(made->bus);
     EXPECT_FALSE(made->command);
 }
 
-TEST_F(LaunchPlanTest, AnIdThatIsNoBusNameLeavesTheCommand) {
+TEST_F(LaunchPlanTest, AnIdThatIsNotABusNameLeavesOnlyTheCommand) {
     const auto made = planOf(u"DBusActivatable=true\nExec=calc\n"_s);
     ASSERT_TRUE(made);
     EXPECT_FALSE(made->bus);
@@ -163,7 +163,7 @@ TEST_F(LaunchPlanTest, AGnustepBundleHasItsExecutableBesideItsResources) {
     EXPECT_EQ(made->applicationId, u"Calc"_s);
 }
 
-TEST_F(LaunchPlanTest, ABundleWhoseExecutableLeadsElsewhereCannotBeOpened) {
+TEST_F(LaunchPlanTest, ABundleWithAnExecutableOutsideCannotBeOpened) {
     for (const char* const name : {"../../../bin/calc", "/bin/sh", "..", ".", ""}) {
         files_.writePropertyList(u"Calc.app/Contents/Info.plist"_s,
                                  "<key>CFBundleExecutable</key><string>" + QByteArray(name) + "</string>");
@@ -183,13 +183,13 @@ TEST_F(LaunchPlanTest, ADamagedBundleCannotBeOpened) {
     EXPECT_FALSE(plan(files_.path(u"Empty.app"_s))) << "it is there but may not be executed";
 }
 
-TEST_F(LaunchPlanTest, AnythingElseIsNoApplication) {
+TEST_F(LaunchPlanTest, OtherFilesCannotBeOpened) {
     EXPECT_FALSE(plan(calc_));
     EXPECT_FALSE(plan(files_.home()));
     EXPECT_FALSE(plan({}));
 }
 
-TEST_F(LaunchPlanTest, APageOfTheWebGoesToTheDesktopsOpener) {
+TEST_F(LaunchPlanTest, AWebPageIsOpenedByXdgOpen) {
     EXPECT_FALSE(planPage(QUrl(u"https://example.org/"_s), settings_)) << "the desktop has none";
     const QString program = files_.write(u"bin/xdg-open"_s, "", true);
     const auto made = planPage(QUrl(u"https://example.org/a b?c=d#e"_s), settings_);
@@ -200,7 +200,7 @@ TEST_F(LaunchPlanTest, APageOfTheWebGoesToTheDesktopsOpener) {
     EXPECT_FALSE(made->bus);
 }
 
-TEST_F(LaunchPlanTest, OnlyPagesOfTheWebThatAreSecureAreOpened) {
+TEST_F(LaunchPlanTest, OnlyHttpsAddressesAreOpened) {
     files_.write(u"bin/xdg-open"_s, "", true);
     for (const QString& address :
          {u"http://example.org/"_s, u"file:///etc/passwd"_s, u"/bin/sh"_s, u"https:"_s, u"https:///path"_s,

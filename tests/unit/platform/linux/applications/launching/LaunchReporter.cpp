@@ -1,5 +1,5 @@
-// The program that the tests launch: writes down how it finds itself and ends, or stays with the argument
-// --stay until it is killed. Plain C++: nothing here opens a file or changes a signal behind our back.
+// The program that the tests launch. It reports its state and exits, or with --stay runs until it is killed.
+// Plain C++, because libraries may open files or change signals.
 #include <cstdio>
 #include <dirent.h>
 #include <fcntl.h>
@@ -11,7 +11,7 @@
 
 namespace {
 
-// One line each, whatever the value has in it.
+// One line for each value.
 std::string hex(const std::string& text) {
     constexpr char digits[] = "0123456789abcdef";
     std::string result;
@@ -67,7 +67,7 @@ int main(int argc, char** argv) {
     }
     const std::string path = argv[1];
     const std::string unfinished = path + ".unfinished";
-    // Gathered in memory, so that the report has no file open that it would report.
+    // Collected in memory first, so that the report's own file is not in it.
     std::ostringstream out;
     for (int i = 0; i < argc; ++i) {
         out << "argument " << hex(argv[i]) << '\n';

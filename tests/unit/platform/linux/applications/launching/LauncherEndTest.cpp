@@ -1,4 +1,4 @@
-// What becomes of an application when the launcher ends.
+// Applications when the launcher ends.
 #include "LaunchFiles.h"
 #include "Report.h"
 #include "support/TestPaths.h"
@@ -21,7 +21,7 @@ protected:
         EXPECT_TRUE(launcher_.waitForFinished(10'000));
     }
 
-    // The application's, which stays until this test ends.
+    // The application's id. It runs until this test ends.
     std::optional<Report> report() {
         std::optional<Report> report = awaitReport(files_.path(u"report"_s));
         process_ = report ? report->process : 0;
@@ -56,7 +56,7 @@ TEST_F(LauncherEnd, QuittingLeavesTheApplicationAlone) {
     EXPECT_TRUE(isAlive(process_));
 }
 
-TEST_F(LauncherEnd, KilledBeforeTheWordTheStartGoesOn) {
+TEST_F(LauncherEnd, ALauncherKilledBeforeTheStartGateOpensStillStartsTheApplication) {
     run({u"hold"_s, reporterPath(), files_.path(u"report"_s)});
     EXPECT_EQ(launcher_.exitStatus(), QProcess::CrashExit);
     ASSERT_TRUE(report());

@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class NotificationsTakenDown final : public StartupNotifications {
+class RecordedNotifications final : public StartupNotifications {
 public:
     void begin(const StartupNotice& notice) override { begun += notice; }
     void cancel(const QString& id) override { cancelled += id; }
@@ -82,7 +82,7 @@ protected:
     LaunchFiles files_;
     QByteArray programFolders_ = "/usr/bin:/bin";
     EventLoopQueue queue_;
-    NotificationsTakenDown notifications_;
+    RecordedNotifications notifications_;
     std::unique_ptr<LinuxApplicationOpener> opener_;
     QList<bool> results_;
 };
@@ -101,7 +101,7 @@ TEST_F(LinuxApplicationOpenerTest, AnEntryIsRun) {
     EXPECT_EQ(report->session, report->process);
 }
 
-TEST_F(LinuxApplicationOpenerTest, ItsEnvironmentIsThatOfOurStart) {
+TEST_F(LinuxApplicationOpenerTest, ItGetsTheInheritedEnvironment) {
     qputenv("AMBERQUILL_TEST_AFTER", "ours");
     const QString path = files_.writeEntry(u"calc.desktop"_s, execLine());
     open(path, u"a-token"_s);
@@ -143,7 +143,7 @@ TEST_F(LinuxApplicationOpenerTest, ABundleIsRun) {
     EXPECT_FALSE(report->variables.contains("GIO_LAUNCHED_DESKTOP_FILE"));
 }
 
-TEST_F(LinuxApplicationOpenerTest, APageIsHandedToTheDesktopsOpener) {
+TEST_F(LinuxApplicationOpenerTest, APageIsOpenedByXdgOpen) {
     const QString script = u"#!/bin/sh\nexec %1 \"$@\"\n"_s.arg(reporterLine(reportPath(), {}));
     files_.write(u"xdg-open"_s, script.toUtf8(), true);
     programFolders_ = files_.home().toUtf8() + ":/usr/bin:/bin";
@@ -161,12 +161,12 @@ TEST_F(LinuxApplicationOpenerTest, APageOfAnotherSchemeIsNotOpened) {
     EXPECT_EQ(result(), false);
 }
 
-TEST_F(LinuxApplicationOpenerTest, WhatCannotBeReadFails) {
+TEST_F(LinuxApplicationOpenerTest, AnUnreadableApplicationFails) {
     open(files_.path(u"gone.desktop"_s));
     EXPECT_EQ(result(), false);
 }
 
-TEST_F(LinuxApplicationOpenerTest, WhatTheKernelRefusesFails) {
+TEST_F(LinuxApplicationOpenerTest, AProgramThatTheKernelRefusesFails) {
     files_.write(u"text"_s, "no program\n", true);
     open(files_.writeEntry(u"calc.desktop"_s, u"Exec=%1\n"_s.arg(files_.path(u"text"_s))));
     EXPECT_EQ(result(), false);
@@ -194,7 +194,7 @@ TEST_F(LinuxApplicationOpenerTest, ManyAtOnceAllRun) {
     }
 }
 
-TEST_F(LinuxApplicationOpenerTest, WhenTheOpenerGoesTheStartGoesOn) {
+TEST_F(LinuxApplicationOpenerTest, AStartGoesOnWhenTheOpenerIsDestroyed) {
     const QString path = files_.writeEntry(u"calc.desktop"_s, execLine());
     PrivateBus bus;
     MockManager manager(bus.connect());
@@ -206,7 +206,7 @@ TEST_F(LinuxApplicationOpenerTest, WhenTheOpenerGoesTheStartGoesOn) {
     EXPECT_TRUE(results_.isEmpty());
 }
 
-TEST_F(LinuxApplicationOpenerTest, AnOpenerThatGoesWhileTheDiskIsReadStartsNothing) {
+TEST_F(LinuxApplicationOpenerTest, AnOpenerDestroyedWhileTheDiskIsReadStartsNothing) {
     const QString path = files_.writeEntry(u"calc.desktop"_s, execLine());
     const QSet<QByteArray> before = childProcesses();
     open(path);
@@ -243,7 +243,7 @@ TEST_F(LinuxApplicationOpenerTest, ItStartsInAScopeOfItsOwn) {
               QList<uint>{static_cast<uint>(report->process)});
 }
 
-TEST_F(LinuxApplicationOpenerTest, AManagerThatHangsDoesNotKeepItFromStarting) {
+TEST_F(LinuxApplicationOpenerTest, AHangingManagerDoesNotPreventTheStart) {
     PrivateBus bus;
     MockManager manager(bus.connect());
     manager.setAnswer(MockManager::Answer::None);
@@ -269,7 +269,7 @@ protected:
                                  u"DBusActivatable=true\n"_s + execLine() + more);
     }
 
-    // Long enough for a second start, had there been one: everything that was asked for has been answered.
+    // All requests have been answered, so a second start would have happened by now.
     bool wasRun() {
         bool later = false;
         queue_.runInBackground([] {}, [&later] { later = true; });
@@ -287,7 +287,7 @@ protected:
 
 } // namespace
 
-TEST_F(OverTheBus, AnApplicationIsAskedAndNotRun) {
+TEST_F(OverTheBus, AnApplicationIsActivatedAndNotRun) {
     const auto calc = application();
     open(writeBusEntry(), u"a-token"_s);
     EXPECT_EQ(result(), true);
@@ -296,7 +296,7 @@ TEST_F(OverTheBus, AnApplicationIsAskedAndNotRun) {
     EXPECT_FALSE(wasRun());
 }
 
-TEST_F(OverTheBus, OneThatRefusesIsNotRunAsWell) {
+TEST_F(OverTheBus, AnApplicationThatRefusesIsNotRun) {
     const auto calc = application();
     calc->failWith(u"org.freedesktop.DBus.Error.Failed"_s);
     open(writeBusEntry());
@@ -304,23 +304,23 @@ TEST_F(OverTheBus, OneThatRefusesIsNotRunAsWell) {
     EXPECT_FALSE(wasRun());
 }
 
-TEST_F(OverTheBus, OneThatTheBusDoesNotHaveIsRun) {
+TEST_F(OverTheBus, AnApplicationUnknownToTheBusIsRun) {
     open(writeBusEntry());
     EXPECT_TRUE(started());
 }
 
-TEST_F(OverTheBus, OneThatTheBusCannotStartIsRun) {
+TEST_F(OverTheBus, AnApplicationThatTheBusCannotStartIsRun) {
     bus_.makeActivatable("org.example.my-calc", "/bin/false");
     open(writeBusEntry());
     EXPECT_TRUE(started());
 }
 
-TEST_F(OverTheBus, OneThatCanNeitherBeAskedNorRunFails) {
+TEST_F(OverTheBus, AnApplicationThatCannotBeActivatedOrRunFails) {
     open(files_.writeEntry(u"org.example.my-calc.desktop"_s, u"DBusActivatable=true\n"_s));
     EXPECT_EQ(result(), false);
 }
 
-TEST_F(LinuxApplicationOpenerTest, AStartIsAnnouncedForThoseThatSayWhenTheyAreReady) {
+TEST_F(LinuxApplicationOpenerTest, AStartIsAnnouncedIfTheEntrySupportsIt) {
     const QString path = files_.writeEntry(
         u"calc.desktop"_s, execLine() + u"StartupNotify=true\nIcon=calc\nStartupWMClass=Calc\n"_s);
     open(path, u"an-id_TIME7"_s);
@@ -336,19 +336,19 @@ TEST_F(LinuxApplicationOpenerTest, AStartIsAnnouncedForThoseThatSayWhenTheyAreRe
     EXPECT_TRUE(notifications_.cancelled.isEmpty());
 }
 
-TEST_F(LinuxApplicationOpenerTest, OthersAreNotAnnounced) {
+TEST_F(LinuxApplicationOpenerTest, OtherStartsAreNotAnnounced) {
     open(files_.writeEntry(u"calc.desktop"_s, execLine()), u"an-id_TIME7"_s);
     EXPECT_TRUE(started());
     EXPECT_TRUE(notifications_.begun.isEmpty());
 }
 
-TEST_F(LinuxApplicationOpenerTest, WithoutAnIdThereIsNothingToAnnounce) {
+TEST_F(LinuxApplicationOpenerTest, WithoutATokenNothingIsAnnounced) {
     open(files_.writeEntry(u"calc.desktop"_s, execLine() + u"StartupNotify=true\n"_s));
     EXPECT_TRUE(started());
     EXPECT_TRUE(notifications_.begun.isEmpty());
 }
 
-TEST_F(LinuxApplicationOpenerTest, AStartThatFailsIsTakenBack) {
+TEST_F(LinuxApplicationOpenerTest, AFailedStartIsCancelled) {
     files_.write(u"text"_s, "no program\n", true);
     open(files_.writeEntry(u"calc.desktop"_s, u"StartupNotify=true\nExec=%1\n"_s.arg(files_.path(u"text"_s))),
          u"an-id_TIME7"_s);

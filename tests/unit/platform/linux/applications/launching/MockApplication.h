@@ -7,7 +7,7 @@
 
 namespace amberquill {
 
-// An application that the bus knows: takes down what it is asked to do.
+// An application on the bus that records its calls.
 class MockApplication final : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
@@ -19,7 +19,7 @@ public:
         bus_.registerService(name);
     }
 
-    // Answers with this error from now on; with nothing at all where it is empty.
+    // Answers with this error from now on. Empty: does not answer.
     void failWith(const QString& error) {
         fails_ = true;
         error_ = error;

@@ -11,8 +11,7 @@
 
 namespace amberquill {
 
-// A systemd user manager, as far as it can be seen on the bus: takes the requests down and does with each
-// what the test says.
+// A systemd user manager on the bus. Records the requests, and answers each as the test says.
 class MockManager final : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.systemd1.Manager")

@@ -1,5 +1,4 @@
-// A launcher that the tests can lose: it opens the application at its second argument and then ends in the
-// way its first one says.
+// A launcher that opens the application at its second argument and then ends in the way of its first one.
 #include "platform/linux/applications/launching/LinuxApplicationOpener.h"
 #include "platform/linux/queue/EventLoopQueue.h"
 
@@ -14,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Ends once the application runs.
+// Quits once the application runs.
 int quitAfterOpening(const InheritedState& start, const QString& path) {
     EventLoopQueue queue;
     NullStartupNotifications notifications;
@@ -24,14 +23,14 @@ int quitAfterOpening(const InheritedState& start, const QString& path) {
     return QCoreApplication::exec();
 }
 
-// Is killed before it gives the word.
+// Is killed before the start gate opens.
 int dieWhileHolding(const InheritedState& start, const QString& program, const QString& report) {
     ProcessRequest request;
     request.program = QFile::encodeName(program);
     request.arguments = {"reporter", QFile::encodeName(report), "--stay"};
     request.environment = start.environment.forChild({});
     request.limits = start.limits;
-    const auto held = startSuspended(request);
+    const auto suspended = startSuspended(request);
     kill(getpid(), SIGKILL);
     return 1;
 }

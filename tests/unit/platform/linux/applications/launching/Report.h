@@ -7,12 +7,12 @@
 
 namespace amberquill {
 
-// What the launched program wrote down of itself.
+// The launched program's report on itself.
 struct Report {
     QStringList arguments; // all but the program's name and the report's path
     QByteArray programName;
     QHash<QByteArray, QByteArray> variables;
-    QHash<int, QByteArray> descriptors; // what each open one leads to
+    QHash<int, QByteArray> descriptors; // the target of each open one
     QHash<int, bool> nonBlocking;
     QByteArray blockedSignals; // masks in hexadecimal digits
     QByteArray ignoredSignals;
@@ -23,14 +23,14 @@ struct Report {
     quint64 fileLimit = 0;
 };
 
-// The report at `path`; waits for it. None: it does not come.
+// Waits for the report at `path`. None: timeout.
 std::optional<Report> awaitReport(const QString& path);
 
 // The program that writes reports, and an `Exec` line that runs it.
 QString reporterPath();
 QString reporterLine(const QString& reportPath, const QString& arguments = {});
 
-// Whether there is such a process, be it as a zombie.
+// Whether there is such a process, even a zombie.
 bool processExists(qint64 process);
 
 } // namespace amberquill

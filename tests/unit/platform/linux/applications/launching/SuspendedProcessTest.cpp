@@ -21,9 +21,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class HeldProcessTest : public testing::Test {
+class SuspendedProcessTest : public testing::Test {
 protected:
-    // A process that will be the reporter; held.
+    // A request for the reporter.
     ProcessRequest request() const {
         ProcessRequest made;
         made.program = QFile::encodeName(reporterPath());
@@ -36,37 +36,37 @@ protected:
 
     QString reportPath() const { return folder_.filePath(u"report"_s); }
 
-    // Starts it, gives the word at once and waits for what it reports.
+    // Starts the process, resumes it at once and waits for the report.
     std::optional<Report> run(const ProcessRequest& asked) {
-        std::optional<SuspendedProcess> held = startSuspended(asked);
-        if (!held) {
+        std::optional<SuspendedProcess> suspended = startSuspended(asked);
+        if (!suspended) {
             return std::nullopt;
         }
-        held->resume();
+        suspended->resume();
         std::optional<Report> report = awaitReport(reportPath());
-        waitpid(held->id, nullptr, 0);
+        waitpid(suspended->id, nullptr, 0);
         return report;
     }
 
     QTemporaryDir folder_;
 };
 
-// What execve said, or 0 where the program runs. Waits for it.
-int outcomeOf(const SuspendedProcess& held) {
+// Waits for the error number of execve; 0: the program runs.
+int outcomeOf(const SuspendedProcess& suspended) {
     int error = 0;
-    const ssize_t count = read(held.outcome.get(), &error, sizeof error);
+    const ssize_t count = read(suspended.outcome.get(), &error, sizeof error);
     return count == 0 ? 0 : error;
 }
 
 int startError(const ProcessRequest& request) {
-    std::optional<SuspendedProcess> held = startSuspended(request);
-    held->resume();
-    const int error = outcomeOf(*held);
-    waitpid(held->id, nullptr, 0);
+    std::optional<SuspendedProcess> suspended = startSuspended(request);
+    suspended->resume();
+    const int error = outcomeOf(*suspended);
+    waitpid(suspended->id, nullptr, 0);
     return error;
 }
 
-// A standard stream of this process that leads elsewhere for as long as it lives.
+// Redirects a standard stream of this process while it lives.
 class StreamElsewhere {
 public:
     StreamElsewhere(int stream, int target)
@@ -88,7 +88,7 @@ private:
 
 } // namespace
 
-TEST_F(HeldProcessTest, TheArgumentsAndTheEnvironmentArriveAsTheyAre) {
+TEST_F(SuspendedProcessTest, TheArgumentsAndTheEnvironmentAreUnchanged) {
     ProcessRequest asked = request();
     asked.arguments.insert(asked.arguments.end(), {"", "a b", "\"$HOME\"", "\xc3\xa9\n"});
     asked.environment = {"A=1", "B=x y"};
@@ -99,7 +99,7 @@ TEST_F(HeldProcessTest, TheArgumentsAndTheEnvironmentArriveAsTheyAre) {
     EXPECT_EQ(report->variables, (QHash<QByteArray, QByteArray>{{"A", "1"}, {"B", "x y"}}));
 }
 
-TEST_F(HeldProcessTest, ItsOwnNumberIsInTheVariableForIt) {
+TEST_F(SuspendedProcessTest, TheVariableHasItsProcessId) {
     ProcessRequest asked = request();
     asked.processIdVariable = "OWN_NUMBER";
     const auto report = run(asked);
@@ -107,14 +107,14 @@ TEST_F(HeldProcessTest, ItsOwnNumberIsInTheVariableForIt) {
     EXPECT_EQ(report->variables.value("OWN_NUMBER"), QByteArray::number(report->process));
 }
 
-TEST_F(HeldProcessTest, ItLeadsASessionOfItsOwn) {
+TEST_F(SuspendedProcessTest, ItLeadsASessionOfItsOwn) {
     const auto report = run(request());
     ASSERT_TRUE(report);
     EXPECT_EQ(report->session, report->process);
     EXPECT_NE(report->session, getsid(0));
 }
 
-TEST_F(HeldProcessTest, NoFileOfOursIsOpenInIt) {
+TEST_F(SuspendedProcessTest, NoFileOfOursIsOpenInIt) {
     const FileDescriptor ours(open("/etc/passwd", O_RDONLY)); // does not close on exec
     const FileDescriptor high(fcntl(ours.get(), F_DUPFD, 500));
     ASSERT_TRUE(high.isOpen());
@@ -125,13 +125,13 @@ TEST_F(HeldProcessTest, NoFileOfOursIsOpenInIt) {
     EXPECT_EQ(open, QList<int>({0, 1, 2}));
 }
 
-TEST_F(HeldProcessTest, ItReadsFromNothing) {
+TEST_F(SuspendedProcessTest, ItsInputIsEmpty) {
     const auto report = run(request());
     ASSERT_TRUE(report);
     EXPECT_EQ(report->descriptors.value(0), "/dev/null");
 }
 
-TEST_F(HeldProcessTest, ItWritesWhereWeDo) {
+TEST_F(SuspendedProcessTest, ItsOutputIsOurs) {
     const QByteArray path = QFile::encodeName(folder_.filePath(u"log"_s));
     const FileDescriptor log(open(path.constData(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
     const StreamElsewhere error(STDERR_FILENO, log.get());
@@ -140,7 +140,7 @@ TEST_F(HeldProcessTest, ItWritesWhereWeDo) {
     EXPECT_EQ(report->descriptors.value(2), path);
 }
 
-TEST_F(HeldProcessTest, AStreamThatRefusesOutputIsNotHandedOn) {
+TEST_F(SuspendedProcessTest, ANonBlockingStreamIsNotPassedOn) {
     const QByteArray path = QFile::encodeName(folder_.filePath(u"log"_s));
     const FileDescriptor log(open(path.constData(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0600));
     const StreamElsewhere error(STDERR_FILENO, log.get());
@@ -150,7 +150,7 @@ TEST_F(HeldProcessTest, AStreamThatRefusesOutputIsNotHandedOn) {
     EXPECT_FALSE(report->nonBlocking.value(2));
 }
 
-TEST_F(HeldProcessTest, APipeIsNotHandedOnSoThatNobodyWaitsForItsEnd) {
+TEST_F(SuspendedProcessTest, APipeIsNotPassedOn) {
     int ends[2];
     ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
     const FileDescriptor reading(ends[0]);
@@ -161,7 +161,7 @@ TEST_F(HeldProcessTest, APipeIsNotHandedOnSoThatNobodyWaitsForItsEnd) {
     EXPECT_EQ(report->descriptors.value(1), "/dev/null");
 }
 
-TEST_F(HeldProcessTest, AFileOfOursInThePlaceOfAMissingStreamIsNotHandedOn) {
+TEST_F(SuspendedProcessTest, AFileInThePlaceOfAMissingStreamIsNotPassedOn) {
     const FileDescriptor secret(open("/etc/passwd", O_RDONLY | O_CLOEXEC));
     const StreamElsewhere output(STDOUT_FILENO, secret.get());
     fcntl(STDOUT_FILENO, F_SETFD, FD_CLOEXEC);
@@ -170,7 +170,7 @@ TEST_F(HeldProcessTest, AFileOfOursInThePlaceOfAMissingStreamIsNotHandedOn) {
     EXPECT_EQ(report->descriptors.value(1), "/dev/null");
 }
 
-TEST_F(HeldProcessTest, MissingStreamsAreReplaced) {
+TEST_F(SuspendedProcessTest, MissingStreamsAreReplaced) {
     const FileDescriptor nothing(open("/dev/null", O_WRONLY | O_CLOEXEC));
     std::optional<Report> report;
     {
@@ -187,7 +187,7 @@ TEST_F(HeldProcessTest, MissingStreamsAreReplaced) {
               (QHash<int, QByteArray>{{0, "/dev/null"}, {1, "/dev/null"}, {2, "/dev/null"}}));
 }
 
-TEST_F(HeldProcessTest, NoSignalIsBlockedOrIgnored) {
+TEST_F(SuspendedProcessTest, NoSignalIsBlockedOrIgnored) {
     sigset_t blocked;
     sigset_t before;
     sigemptyset(&blocked);
@@ -208,20 +208,20 @@ TEST_F(HeldProcessTest, NoSignalIsBlockedOrIgnored) {
     EXPECT_EQ(sigismember(&ours, SIGUSR2), 0);
 }
 
-TEST_F(HeldProcessTest, TheLimitsAreThoseOfTheStart) {
+TEST_F(SuspendedProcessTest, ItHasTheInheritedLimits) {
     rlimit before{};
     getrlimit(RLIMIT_NOFILE, &before);
     ASSERT_GT(before.rlim_cur, 300U);
     const rlimit atStart{300, before.rlim_max};
     setrlimit(RLIMIT_NOFILE, &atStart);
     const ProcessRequest asked = request();
-    setrlimit(RLIMIT_NOFILE, &before); // as a program does that needs many files
+    setrlimit(RLIMIT_NOFILE, &before); // as programs with many files do
     const auto report = run(asked);
     ASSERT_TRUE(report);
     EXPECT_EQ(report->fileLimit, 300U);
 }
 
-TEST_F(HeldProcessTest, TheOutOfMemoryScoreIsThatOfTheStart) {
+TEST_F(SuspendedProcessTest, ItHasTheInheritedOutOfMemoryScore) {
     const ProcessRequest asked = request();
     ASSERT_FALSE(asked.limits.outOfMemoryScore.isEmpty());
     QFile score(u"/proc/self/oom_score_adj"_s);
@@ -233,7 +233,7 @@ TEST_F(HeldProcessTest, TheOutOfMemoryScoreIsThatOfTheStart) {
     EXPECT_EQ(report->outOfMemoryScore, asked.limits.outOfMemoryScore);
 }
 
-TEST_F(HeldProcessTest, ItWorksInTheFirstFolderThatCanBeEntered) {
+TEST_F(SuspendedProcessTest, TheWorkingDirectoryIsTheFirstThatCanBeEntered) {
     ProcessRequest asked = request();
     asked.workingDirectories = {"/nowhere/at/all", "/etc/passwd", QFile::encodeName(folder_.path())};
     const auto report = run(asked);
@@ -241,7 +241,7 @@ TEST_F(HeldProcessTest, ItWorksInTheFirstFolderThatCanBeEntered) {
     EXPECT_EQ(report->folder, QFile::encodeName(QDir(folder_.path()).canonicalPath()));
 }
 
-TEST_F(HeldProcessTest, WithoutAnyFolderItWorksInTheRoot) {
+TEST_F(SuspendedProcessTest, WithoutAFolderTheWorkingDirectoryIsTheRoot) {
     ProcessRequest asked = request();
     asked.workingDirectories = {"/nowhere/at/all"};
     const auto report = run(asked);
@@ -249,51 +249,51 @@ TEST_F(HeldProcessTest, WithoutAnyFolderItWorksInTheRoot) {
     EXPECT_EQ(report->folder, "/");
 }
 
-TEST_F(HeldProcessTest, ItWaitsForTheWord) {
-    std::optional<SuspendedProcess> held = startSuspended(request());
-    ASSERT_TRUE(held);
-    pollfd outcome{held->outcome.get(), POLLIN, 0};
+TEST_F(SuspendedProcessTest, ItWaitsAtTheStartGate) {
+    std::optional<SuspendedProcess> suspended = startSuspended(request());
+    ASSERT_TRUE(suspended);
+    pollfd outcome{suspended->outcome.get(), POLLIN, 0};
     EXPECT_EQ(poll(&outcome, 1, 50), 0) << "neither failed nor running";
-    EXPECT_EQ(QFileInfo(u"/proc/%1/exe"_s.arg(held->id)).symLinkTarget(),
+    EXPECT_EQ(QFileInfo(u"/proc/%1/exe"_s.arg(suspended->id)).symLinkTarget(),
               QCoreApplication::applicationFilePath());
-    held->resume();
-    EXPECT_EQ(outcomeOf(*held), 0);
+    suspended->resume();
+    EXPECT_EQ(outcomeOf(*suspended), 0);
     EXPECT_TRUE(awaitReport(reportPath()));
-    waitpid(held->id, nullptr, 0);
+    waitpid(suspended->id, nullptr, 0);
 }
 
-TEST_F(HeldProcessTest, TheWordIsHeardWhileACopyOfOurEndIsOpenElsewhere) {
-    std::optional<SuspendedProcess> held = startSuspended(request());
-    ASSERT_TRUE(held);
-    const FileDescriptor copy(fcntl(held->startGate.get(), F_DUPFD_CLOEXEC, 0));
-    held->resume();
-    EXPECT_EQ(outcomeOf(*held), 0);
+TEST_F(SuspendedProcessTest, TheStartGateOpensWhileACopyOfOurEndIsOpen) {
+    std::optional<SuspendedProcess> suspended = startSuspended(request());
+    ASSERT_TRUE(suspended);
+    const FileDescriptor copy(fcntl(suspended->startGate.get(), F_DUPFD_CLOEXEC, 0));
+    suspended->resume();
+    EXPECT_EQ(outcomeOf(*suspended), 0);
     EXPECT_TRUE(awaitReport(reportPath()));
-    waitpid(held->id, nullptr, 0);
+    waitpid(suspended->id, nullptr, 0);
 }
 
-TEST_F(HeldProcessTest, TheWordToOneThatHasEndedIsHarmless) {
-    std::optional<SuspendedProcess> held = startSuspended(request());
-    ASSERT_TRUE(held);
-    kill(held->id, SIGKILL);
-    waitpid(held->id, nullptr, 0);
-    held->resume(); // no broken pipe ends us
-    EXPECT_FALSE(held->startGate.isOpen());
+TEST_F(SuspendedProcessTest, ResumingAnEndedProcessIsHarmless) {
+    std::optional<SuspendedProcess> suspended = startSuspended(request());
+    ASSERT_TRUE(suspended);
+    kill(suspended->id, SIGKILL);
+    waitpid(suspended->id, nullptr, 0);
+    suspended->resume(); // no SIGPIPE
+    EXPECT_FALSE(suspended->startGate.isOpen());
 }
 
-TEST_F(HeldProcessTest, OneThatWaitsWithholdsNothingFromAnother) {
+TEST_F(SuspendedProcessTest, ASuspendedProcessDoesNotBlockAnotherStart) {
     const std::optional<SuspendedProcess> waiting = startSuspended(request());
     ASSERT_TRUE(waiting);
-    ASSERT_TRUE(run(request())); // would wait for ever for an end of file that the first one withheld
+    ASSERT_TRUE(run(request())); // would hang if the first process withheld the EOF
     kill(waiting->id, SIGKILL);
     waitpid(waiting->id, nullptr, 0);
 }
 
-TEST_F(HeldProcessTest, AProgramThatRunsIsASuccess) {
+TEST_F(SuspendedProcessTest, AProgramThatRunsIsASuccess) {
     EXPECT_EQ(startError(request()), 0);
 }
 
-TEST_F(HeldProcessTest, AProgramThatCannotRunSaysWhy) {
+TEST_F(SuspendedProcessTest, AFailedExecReportsTheError) {
     ProcessRequest asked = request();
     asked.program = "/nowhere/at/all";
     EXPECT_EQ(startError(asked), ENOENT);
@@ -309,18 +309,18 @@ TEST_F(HeldProcessTest, AProgramThatCannotRunSaysWhy) {
     EXPECT_EQ(startError(asked), ENOEXEC);
 }
 
-TEST_F(HeldProcessTest, ItsEndCanBeSeen) {
-    std::optional<SuspendedProcess> held = startSuspended(request());
-    ASSERT_TRUE(held);
-    ASSERT_TRUE(held->process.isOpen());
-    pollfd process{held->process.get(), POLLIN, 0};
+TEST_F(SuspendedProcessTest, ItsEndCanBeObserved) {
+    std::optional<SuspendedProcess> suspended = startSuspended(request());
+    ASSERT_TRUE(suspended);
+    ASSERT_TRUE(suspended->process.isOpen());
+    pollfd process{suspended->process.get(), POLLIN, 0};
     EXPECT_EQ(poll(&process, 1, 0), 0);
-    held->resume();
+    suspended->resume();
     EXPECT_EQ(poll(&process, 1, 10'000), 1);
-    waitpid(held->id, nullptr, 0);
+    waitpid(suspended->id, nullptr, 0);
 }
 
-TEST_F(HeldProcessTest, NothingIsLeftOpenInUs) {
+TEST_F(SuspendedProcessTest, NoDescriptorIsLeftOpenInTheLauncher) {
     const auto openFiles = [] {
         return QDir(u"/proc/self/fd"_s).entryList(QDir::Files | QDir::System).size();
     };
@@ -331,11 +331,11 @@ TEST_F(HeldProcessTest, NothingIsLeftOpenInUs) {
     EXPECT_EQ(openFiles(), before);
 }
 
-TEST_F(HeldProcessTest, WithoutRoomForAnotherFileThereIsNone) {
+TEST_F(SuspendedProcessTest, WithoutFreeDescriptorsItFails) {
     const ProcessRequest asked = request();
     rlimit before{};
     getrlimit(RLIMIT_NOFILE, &before);
-    // Room for one of the two channels, and for what a sanitizer opens to look at memory.
+    // Room for one of the two channels, and for descriptors of sanitizers.
     const FileDescriptor firstFree(dup(STDERR_FILENO));
     const rlimit little{static_cast<rlim_t>(firstFree.get()) + 4, before.rlim_max};
     setrlimit(RLIMIT_NOFILE, &little);

@@ -21,11 +21,11 @@ TEST(ScopeName, AnIdIsEscapedAsSystemdDoes) {
     EXPECT_EQ(systemdEscaped(u"é"), u"\\xc3\\xa9"_s);
 }
 
-TEST(ScopeName, ItNamesTheLauncherTheApplicationAndTheStart) {
+TEST(ScopeName, ItHasTheLauncherTheApplicationAndARandomNumber) {
     EXPECT_EQ(scopeName(u"gnome-calc", 0xabcd), u"app-amberquill-gnome\\x2dcalc-000000000000abcd.scope"_s);
 }
 
-TEST(ScopeName, ItIsNeverLongerThanAUnitNameMayBe) {
+TEST(ScopeName, LongIdsAreCut) {
     const QString name = scopeName(QString(400, u'-'), 1);
     EXPECT_LE(name.size(), 255);
     EXPECT_GT(name.size(), 250);
@@ -40,7 +40,7 @@ protected:
         scope_.place(4242, id, u"The Calculator"_s, [this] { ++placed_; });
     }
 
-    // Waits until the manager's answers so far have been handled: they come in order.
+    // Waits until the manager's answers so far have been handled.
     void awaitAnswers() {
         const QDBusMessage ping =
             QDBusMessage::createMethodCall(u"org.freedesktop.systemd1"_s, u"/org/freedesktop/systemd1"_s,
@@ -60,7 +60,7 @@ protected:
 
 } // namespace
 
-TEST_F(SystemdScopeTest, AsksForAScopeOfItsOwnInTheSliceOfApplications) {
+TEST_F(SystemdScopeTest, TheScopeIsInTheSliceOfApplications) {
     MockManager manager(bus_.connect());
     place(u"gnome-calc"_s);
     ASSERT_TRUE(waitUntil([&] { return manager.requests().size() == 1; }));
@@ -75,11 +75,11 @@ TEST_F(SystemdScopeTest, AsksForAScopeOfItsOwnInTheSliceOfApplications) {
     EXPECT_EQ(request.properties.value(u"Description"_s), u"The Calculator"_s);
 }
 
-TEST_F(SystemdScopeTest, TheProcessWaitsUntilTheScopeIsThere) {
+TEST_F(SystemdScopeTest, TheProcessWaitsForTheScope) {
     MockManager manager(bus_.connect());
     place();
     ASSERT_TRUE(waitUntil([&] { return manager.requests().size() == 1; }));
-    manager.finishJob(u"app-amberquill-other-1.scope"_s); // somebody else's
+    manager.finishJob(u"app-amberquill-other-1.scope"_s); // not ours
     awaitAnswers();
     queue_.advance(0.9);
     EXPECT_EQ(placed_, 0) << "the promise of a job is not the scope";
@@ -89,7 +89,7 @@ TEST_F(SystemdScopeTest, TheProcessWaitsUntilTheScopeIsThere) {
     EXPECT_EQ(placed_, 1);
 }
 
-TEST_F(SystemdScopeTest, AJobThatFailsKeepsNothingWaiting) {
+TEST_F(SystemdScopeTest, AFailedJobEndsTheWait) {
     MockManager manager(bus_.connect());
     place();
     ASSERT_TRUE(waitUntil([&] { return manager.requests().size() == 1; }));
@@ -97,7 +97,7 @@ TEST_F(SystemdScopeTest, AJobThatFailsKeepsNothingWaiting) {
     EXPECT_TRUE(waitUntil([&] { return placed_ == 1; }));
 }
 
-TEST_F(SystemdScopeTest, ARefusalKeepsNothingWaiting) {
+TEST_F(SystemdScopeTest, ARefusalEndsTheWait) {
     MockManager manager(bus_.connect());
     manager.setAnswer(MockManager::Answer::Error);
     place();
@@ -106,7 +106,7 @@ TEST_F(SystemdScopeTest, ARefusalKeepsNothingWaiting) {
     EXPECT_EQ(placed_, 1);
 }
 
-TEST_F(SystemdScopeTest, AManagerThatHangsIsGivenOneSecond) {
+TEST_F(SystemdScopeTest, AHangingManagerIsWaitedForOneSecond) {
     MockManager manager(bus_.connect());
     manager.setAnswer(MockManager::Answer::None);
     place();
@@ -115,13 +115,13 @@ TEST_F(SystemdScopeTest, AManagerThatHangsIsGivenOneSecond) {
     EXPECT_EQ(placed_, 0);
     queue_.advance(0.01);
     EXPECT_EQ(placed_, 1);
-    manager.finishJob(manager.requests().front().unit); // too late, and harmless
+    manager.finishJob(manager.requests().front().unit); // too late
     place();
     ASSERT_TRUE(waitUntil([&] { return manager.requests().size() == 2; }));
     EXPECT_EQ(placed_, 1);
 }
 
-TEST_F(SystemdScopeTest, WithoutAManagerNothingWaits) {
+TEST_F(SystemdScopeTest, WithoutAManagerThereIsNoWait) {
     place();
     EXPECT_TRUE(waitUntil([&] { return placed_ == 1; }));
     EXPECT_NEAR(queue_.now(), 1000, 1e-9) << "and no time has passed";
@@ -133,13 +133,13 @@ TEST_F(SystemdScopeTest, AManagerThatIsNotRunningIsNotStarted) {
     EXPECT_TRUE(waitUntil([&] { return placed_ == 1; }));
 }
 
-TEST_F(SystemdScopeTest, WithoutABusNothingWaits) {
+TEST_F(SystemdScopeTest, WithoutABusThereIsNoWait) {
     SystemdScope scope(noBus, queue_);
     scope.place(4242, u"x"_s, u"X"_s, [this] { ++placed_; });
     EXPECT_EQ(placed_, 1);
 }
 
-TEST_F(SystemdScopeTest, TheManagerOfABusThatCameBackIsAsked) {
+TEST_F(SystemdScopeTest, TheManagerOfANewBusIsUsed) {
     place();
     EXPECT_TRUE(waitUntil([&] { return placed_ == 1; }));
     bus_.stop();

@@ -16,12 +16,12 @@ ProgramFinder installed(const QStringList& programs) {
 
 } // namespace
 
-TEST(Terminal, TheDesktopsOwnChoiceComesFirst) {
+TEST(Terminal, XdgTerminalExecComesFirst) {
     EXPECT_EQ(terminalCommand(installed({u"xterm"_s, u"kitty"_s, u"xdg-terminal-exec"_s}), u"kitty"_s),
               QStringList({u"/bin/xdg-terminal-exec"_s}));
 }
 
-TEST(Terminal, ThenTheUsersVariable) {
+TEST(Terminal, ThenTheVariableTerminal) {
     EXPECT_EQ(terminalCommand(installed({u"x-terminal-emulator"_s, u"alacritty"_s}), u"alacritty"_s),
               QStringList({u"/bin/alacritty"_s, u"-e"_s}));
 }
@@ -34,19 +34,19 @@ TEST(Terminal, TheVariableMayBeAPathAndHaveArguments) {
               QStringList({u"/opt/my term/gnome-terminal"_s, u"--wait"_s, u"--"_s}));
 }
 
-TEST(Terminal, AnUnknownOneOfTheVariableIsTakenToBeLikeXterm) {
+TEST(Terminal, AnUnknownTerminalIsRunLikeXterm) {
     EXPECT_EQ(terminalCommand(installed({u"myterm"_s}), u"myterm"_s),
               QStringList({u"/bin/myterm"_s, u"-e"_s}));
 }
 
-TEST(Terminal, AVariableThatNamesNothingIsPassedOver) {
+TEST(Terminal, AVariableThatNamesNoProgramIsIgnored) {
     const ProgramFinder find = installed({u"xterm"_s});
     for (const QString& variable : {u"gone"_s, u""_s, u" "_s, u"'xterm"_s}) {
         EXPECT_EQ(terminalCommand(find, variable), QStringList({u"/bin/xterm"_s, u"-e"_s}));
     }
 }
 
-TEST(Terminal, KnownOnesGetTheirOwnExecuteArgument) {
+TEST(Terminal, KnownTerminalsGetTheirOwnExecuteArgument) {
     const auto command = [](const QString& program) { return terminalCommand(installed({program}), {}); };
     EXPECT_EQ(command(u"gnome-terminal"_s), QStringList({u"/bin/gnome-terminal"_s, u"--"_s}));
     EXPECT_EQ(command(u"konsole"_s), QStringList({u"/bin/konsole"_s, u"-e"_s}));
@@ -55,11 +55,11 @@ TEST(Terminal, KnownOnesGetTheirOwnExecuteArgument) {
     EXPECT_EQ(command(u"wezterm"_s), QStringList({u"/bin/wezterm"_s, u"start"_s, u"--"_s}));
 }
 
-TEST(Terminal, TheSystemsAlternativeComesBeforeTheOthers) {
+TEST(Terminal, XTerminalEmulatorComesBeforeTheOthers) {
     EXPECT_EQ(terminalCommand(installed({u"xterm"_s, u"konsole"_s, u"x-terminal-emulator"_s}), {}),
               QStringList({u"/bin/x-terminal-emulator"_s, u"-e"_s}));
 }
 
-TEST(Terminal, WithoutAnyThereIsNone) {
+TEST(Terminal, WithoutATerminalThereIsNoCommand) {
     EXPECT_EQ(terminalCommand(installed({u"firefox"_s}), u"gone"_s), std::nullopt);
 }

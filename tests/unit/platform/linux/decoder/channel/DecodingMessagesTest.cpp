@@ -43,14 +43,14 @@ TEST(DecodingMessages, AnAnswerArrivesAsItWasSent) {
     }
 }
 
-TEST(DecodingMessages, SizesBeyondTheBoundsAreRefused) {
+TEST(DecodingMessages, SizesOverTheBoundsAreRefused) {
     EXPECT_FALSE(decodedRequest(encodedRequest({0, 1})));
     EXPECT_FALSE(decodedRequest(encodedRequest({maximumIconEdge + 1, 1})));
     EXPECT_FALSE(decodedRequest(encodedRequest({1, maximumIconBytes + 1})));
     EXPECT_FALSE(decodedAnswer(encodedAnswer({DecodingOutcome::Picture, maximumIconEdge + 1, false})));
 }
 
-TEST(DecodingMessages, AnythingElseIsRefused) {
+TEST(DecodingMessages, OtherMessagesAreRefused) {
     const auto request = encodedRequest({120, 4711});
     const auto answer = encodedAnswer({DecodingOutcome::Picture, 120, false});
     EXPECT_FALSE(decodedRequest({}));

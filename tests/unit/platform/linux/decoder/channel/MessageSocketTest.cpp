@@ -46,7 +46,7 @@ int descriptorsInUse() {
     return count;
 }
 
-// Sends what sendMessage() does not, as a program that was taken over may. At most three descriptors.
+// Sends messages that sendMessage() refuses, as a hostile program may. At most three descriptors.
 bool sendAnything(int socket, std::string text, std::span<const int> descriptors) {
     alignas(cmsghdr) std::array<char, CMSG_SPACE(3 * sizeof(int))> control = {};
     iovec part = {text.data(), text.size()};
@@ -78,7 +78,7 @@ TEST_F(MessageSocketTest, MessagesArriveOneByOne) {
     EXPECT_EQ(text(*second), "two");
 }
 
-TEST_F(MessageSocketTest, AMessageThatIsTooLongSaysThatItWasCutOff) {
+TEST_F(MessageSocketTest, ATooLongMessageIsReportedAsTruncated) {
     ASSERT_TRUE(sendMessage(near_.get(), bytesOf("123456789")));
     const auto message = receive();
     ASSERT_TRUE(message);
@@ -106,7 +106,7 @@ TEST_F(MessageSocketTest, DescriptorsComeWithAMessageAndAreNotInherited) {
     EXPECT_FALSE(isOpen(received));
 }
 
-TEST_F(MessageSocketTest, MoreDescriptorsThanMayComeAreClosed) {
+TEST_F(MessageSocketTest, TooManyDescriptorsAreClosed) {
     const int before = descriptorsInUse();
     const std::array descriptors{near_.get(), near_.get(), near_.get()};
     EXPECT_FALSE(sendMessage(near_.get(), bytesOf("x"), descriptors));
@@ -122,7 +122,7 @@ TEST_F(MessageSocketTest, DescriptorsOfAnEmptyMessageAreClosed) {
     EXPECT_EQ(descriptorsInUse(), before);
 }
 
-TEST_F(MessageSocketTest, AnEndThatIsGoneIsNoticed) {
+TEST_F(MessageSocketTest, AClosedEndIsNoticed) {
     near_.close();
     EXPECT_FALSE(receive());
     EXPECT_FALSE(sendMessage(far_.get(), bytesOf("x")));

@@ -36,7 +36,7 @@ TEST(SharedMemory, SealedMemoryHoldsTheBytesAndCannotBeChanged) {
     EXPECT_FALSE(MappedMemory::map(memory, 4, Access::ReadAndWrite));
 }
 
-TEST(SharedMemory, WhatIsWrittenToWritableMemoryIsSeenByAll) {
+TEST(SharedMemory, WritableMemoryIsShared) {
     const FileDescriptor memory = writableMemory(8);
     ASSERT_TRUE(memory.isOpen());
     auto one = MappedMemory::map(memory, 8, Access::ReadAndWrite);
@@ -49,7 +49,7 @@ TEST(SharedMemory, WhatIsWrittenToWritableMemoryIsSeenByAll) {
     EXPECT_NE(::ftruncate(memory.get(), 16), 0);
 }
 
-TEST(SharedMemory, MemoryCannotBecomeAProgram) {
+TEST(SharedMemory, MemoryCannotBeExecuted) {
     constexpr unsigned int cannotRun = 0x0008U; // MFD_NOEXEC_SEAL
     if (!FileDescriptor(::memfd_create("test", MFD_CLOEXEC | cannotRun)).isOpen()) {
         GTEST_SKIP() << "this kernel's memory always can";
@@ -65,7 +65,7 @@ TEST(SharedMemory, MemoryOfAnotherSizeIsNotMapped) {
     EXPECT_FALSE(MappedMemory::map(memory, 16, Access::Read));
 }
 
-TEST(SharedMemory, NoBytesAreMappedLikeAnyOthers) {
+TEST(SharedMemory, ZeroBytesCanBeMapped) {
     const FileDescriptor memory = sealedMemory({});
     ASSERT_TRUE(memory.isOpen());
     const auto mapped = MappedMemory::map(memory, 0, Access::Read);
@@ -74,14 +74,14 @@ TEST(SharedMemory, NoBytesAreMappedLikeAnyOthers) {
     EXPECT_FALSE(MappedMemory::map(memory, 1, Access::Read));
 }
 
-TEST(SharedMemory, MemoryThatCouldBecomeSmallerIsNotMapped) {
+TEST(SharedMemory, MemoryThatCouldShrinkIsNotMapped) {
     const FileDescriptor memory = unsealed(8);
     EXPECT_FALSE(MappedMemory::map(memory, 8, Access::Read));
     ASSERT_EQ(::fcntl(memory.get(), F_ADD_SEALS, F_SEAL_SHRINK), 0);
     EXPECT_TRUE(MappedMemory::map(memory, 8, Access::Read));
 }
 
-TEST(SharedMemory, WhatIsNoMemoryIsNotMapped) {
+TEST(SharedMemory, OtherDescriptorsAreNotMapped) {
     const FileDescriptor file(::open("/dev/null", O_RDWR | O_CLOEXEC));
     EXPECT_FALSE(MappedMemory::map(file, 8, Access::Read));
     EXPECT_FALSE(MappedMemory::map(FileDescriptor(), 8, Access::Read));

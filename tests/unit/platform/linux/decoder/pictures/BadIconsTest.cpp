@@ -19,7 +19,7 @@ const BadIcons& all() {
 
 } // namespace
 
-TEST(BadIcons, EachEndsAsItSays) {
+TEST(BadIcons, EachHasItsExpectedOutcome) {
     for (const auto& [name, bytes, outcome] : all()) {
         EXPECT_LE(bytes.size(), maximumIconBytes) << name;
         if (outcome == BadIcon::Outcome::Overload) {
@@ -40,7 +40,7 @@ TEST(BadIcons, EachEndsAsItSays) {
     }
 }
 
-TEST(BadIcons, NothingIsSaidAboutThem) {
+TEST(BadIcons, LibrariesPrintNothing) {
     testing::internal::CaptureStderr();
     for (const auto& icon : all()) {
         if (icon.outcome != BadIcon::Outcome::Overload) {
@@ -58,9 +58,9 @@ TEST(BadIcons, NothingIsSaidAboutThem) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST(BadIcons, FilesThatADrawingRefersToAreNotOpened) {
+TEST(BadIcons, ReferencedFilesAreNotOpened) {
     const TemporaryTree tree;
-    // What the drawings would show of them.
+    // The colours that the drawings would show.
     tree.write("picture.png", png(100, 100, Qt::blue));
     tree.write("drawing.svg", svg("<g id='a'>" + squareOf("blue") + "</g>"));
     tree.write("style.css", "rect{fill:blue}");

@@ -29,14 +29,14 @@ QByteArray packedColour(int edge, const QColor& colour) {
 
 } // namespace
 
-TEST(IcnsContainer, PicturesComeWithTheSizeTheyHave) {
+TEST(IcnsContainer, PicturesHaveTheirRealSize) {
     EXPECT_EQ(edges(icns({icnsChunk("TOC ", "xxxxxxxx"), icnsChunk("ic07", png(128, 128)),
                           icnsChunk("ic11", png(32, 32)), icnsChunk("ic08", png(300, 200)),
                           icnsChunk("info", "<plist/>")})),
               (Edges{128, 32, 300}));
 }
 
-TEST(IcnsContainer, OldPicturesArePackedPlanesWithTheirAlphaBeside) {
+TEST(IcnsContainer, OldPicturesHaveASeparateAlphaChunk) {
     const auto file = icns({icnsChunk("is32", packedColour(16, QColor(10, 20, 30))),
                             icnsChunk("s8mk", QByteArray(256, '\x40')),
                             icnsChunk("it32", QByteArray(4, '\0') + packedColour(128, QColor(1, 2, 3)))});
@@ -64,7 +64,7 @@ TEST(IcnsContainer, PlanesAreUnpackedByteByByte) {
     EXPECT_EQ(image.pixel(15, 15), qRgba(255, 5, 255, 255));
 }
 
-TEST(IcnsContainer, NewerSmallPicturesHaveAlphaAmongTheirPlanes) {
+TEST(IcnsContainer, NewerSmallPicturesHaveAnAlphaPlane) {
     const auto file =
         icns({icnsChunk("ic04", "ARGB" + icnsRepeated('\x7F', 256) + packedColour(16, QColor(9, 8, 7)))});
     const auto pictures = icnsPictures(file);
@@ -72,7 +72,7 @@ TEST(IcnsContainer, NewerSmallPicturesHaveAlphaAmongTheirPlanes) {
     EXPECT_EQ(unpackedIcnsPicture(pictures[0]).pixel(3, 3), qRgba(9, 8, 7, 0x7F));
 }
 
-TEST(IcnsContainer, PlanesThatAreTooShortOrTooLongAreNone) {
+TEST(IcnsContainer, TooShortOrTooLongPlanesAreRefused) {
     const auto whole = packedColour(16, Qt::red);
     for (qsizetype size = 1; size < whole.size(); ++size) {
         const auto file = icns({icnsChunk("is32", whole.first(size))});
@@ -82,7 +82,7 @@ TEST(IcnsContainer, PlanesThatAreTooShortOrTooLongAreNone) {
     EXPECT_TRUE(unpackedIcnsPicture(icnsPictures(overrun).at(0)).isNull());
 }
 
-TEST(IcnsContainer, WhatCannotBeReadIsLeftOut) {
+TEST(IcnsContainer, UnsupportedPicturesAreLeftOut) {
     EXPECT_EQ(
         edges(
             icns({icnsChunk("ic07", redSquare), icnsChunk("ic08", icns({icnsChunk("ic07", png(9, 9))})),
@@ -91,17 +91,17 @@ TEST(IcnsContainer, WhatCannotBeReadIsLeftOut) {
         Edges{});
 }
 
-TEST(IcnsContainer, LengthsThatLieEndIt) {
+TEST(IcnsContainer, InvalidLengthsEndTheFile) {
     const auto good = icnsChunk("ic07", png(8, 8));
     EXPECT_EQ(edges(icns({good, "ic08" + bigEndian(0), good})), Edges{8});
     EXPECT_EQ(edges(icns({good, "ic08" + bigEndian(7), good})), Edges{8});
     EXPECT_EQ(edges(icns({good, "ic08" + bigEndian(0xFFFFFFFFU), good})), Edges{8});
-    EXPECT_EQ(edges("icns" + bigEndian(0xFFFFFFFFU) + good), Edges{8}); // its own length means nothing
+    EXPECT_EQ(edges("icns" + bigEndian(0xFFFFFFFFU) + good), Edges{8}); // the file's own length is ignored
     EXPECT_EQ(edges("icns"), Edges{});
     EXPECT_EQ(edges(""), Edges{});
 }
 
-TEST(IcnsContainer, AFileThatEndsAnywhereGivesWhatIsWhole) {
+TEST(IcnsContainer, ATruncatedFileGivesItsCompletePictures) {
     const auto whole = icns({icnsChunk("ic11", png(32, 32)), icnsChunk("ic07", png(128, 128))});
     for (qsizetype size = 0; size < whole.size(); ++size) {
         EXPECT_LE(edges(whole.first(size)).size(), 1U) << size;
@@ -109,7 +109,7 @@ TEST(IcnsContainer, AFileThatEndsAnywhereGivesWhatIsWhole) {
     EXPECT_EQ(edges(whole), (Edges{32, 128}));
 }
 
-TEST(IcnsContainer, AMillionChunksTakeNoTime) {
+TEST(IcnsContainer, TheNumberOfChunksIsBounded) {
     const auto many = icns({icnsChunk("ic07", "").repeated(1'000'000), icnsChunk("ic07", png(8, 8))});
     EXPECT_EQ(edges(many), Edges{});
 }

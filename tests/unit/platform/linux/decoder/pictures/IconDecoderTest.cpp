@@ -28,7 +28,7 @@ QByteArray threeSizes(int redEdge, int greenEdge, int blueEdge) {
 
 } // namespace
 
-TEST(IconDecoder, EveryFormatBecomesThePixelsAskedFor) {
+TEST(IconDecoder, EveryFormatIsDecodedInTheRequestedSize) {
     const auto picture = filledImage(64, 64, QColor(255, 0, 0));
     for (const auto& bytes :
          {encoded(picture, "png"), encoded(picture, "webp"), encoded(picture, "tiff"),
@@ -52,13 +52,13 @@ TEST(IconDecoder, OfSeveralSizesTheExactOneIsTakenThenTheNextLargerThenTheLarges
     EXPECT_EQ(centre(decoded(threeSizes(512, 256, 16), 17)), green);
 }
 
-TEST(IconDecoder, ABrokenSizeGivesWayToTheNextBest) {
+TEST(IconDecoder, ABrokenSizeIsReplacedByTheNextBest) {
     const auto bytes =
         icns({icnsChunk("ic07", pngThatClaims(64, 64)), icnsChunk("ic08", png(128, 128, Qt::blue))});
     EXPECT_EQ(centre(decoded(bytes, 64)), blue);
 }
 
-TEST(IconDecoder, AnUnpackedSizeCountsLikeAnyOther) {
+TEST(IconDecoder, APackedSizeCountsLikeOthers) {
     const auto planes = QByteArray(4, '\0') + icnsRepeated('\xFF', 128 * 128) +
                         icnsRepeated('\0', 128 * 128) + icnsRepeated('\0', 128 * 128);
     EXPECT_EQ(
@@ -66,8 +66,8 @@ TEST(IconDecoder, AnUnpackedSizeCountsLikeAnyOther) {
         red);
 }
 
-TEST(IconDecoder, AFileIsWhatItsBytesSay) {
-    // Nothing here has a name; a picture whose bytes are another format's is that format's.
+TEST(IconDecoder, TheFormatIsDetectedFromTheBytes) {
+    // Files have no names here. The bytes alone tell the format.
     EXPECT_EQ(centre(decoded(png(16, 16, QColor(0, 255, 0)), 16)), green);
     EXPECT_TRUE(decoded("#!/bin/sh\nexit 0\n", 16).isNull());
     EXPECT_TRUE(decoded(gzipped(png(16, 16)), 16).isNull());

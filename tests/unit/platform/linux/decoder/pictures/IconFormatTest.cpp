@@ -7,7 +7,7 @@
 using namespace amberquill;
 using namespace amberquill::desktop;
 
-TEST(IconFormat, BytesSayWhatAFileIs) {
+TEST(IconFormat, TheFirstBytesDecide) {
     EXPECT_EQ(iconFormat(png(4, 4)), IconFormat::Png);
     EXPECT_EQ(iconFormat(encoded(filledImage(4, 4, Qt::red), "jpeg")), IconFormat::Jpeg);
     EXPECT_EQ(iconFormat(encoded(filledImage(4, 4, Qt::red), "webp")), IconFormat::Webp);

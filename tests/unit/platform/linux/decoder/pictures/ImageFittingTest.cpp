@@ -16,7 +16,7 @@ void expectIsPicture(const QImage& image, int edge) {
     EXPECT_EQ(image.devicePixelRatio(), 1.0);
 }
 
-// The pixels as they lie in memory, premultiplied.
+// The pixels in memory, premultiplied.
 QRgb stored(const QImage& image, int x, int y) {
     return reinterpret_cast<const QRgb*>(image.constScanLine(y))[x];
 }
@@ -46,7 +46,7 @@ TEST(ImageFitting, TheFittedSizeKeepsProportionsAndFillsOneSide) {
     EXPECT_EQ(fittedSize({16, 16}, 1), QSize(1, 1));
 }
 
-TEST(ImageFitting, APictureOfTheRightSizeKeepsEveryPixel) {
+TEST(ImageFitting, APictureOfTheRightSizeIsUnchanged) {
     QImage image(5, 5, QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < 5; ++y) {
         for (int x = 0; x < 5; ++x) {
@@ -101,7 +101,7 @@ TEST(ImageFitting, ColoursNeverExceedTheirAlpha) {
     }
 }
 
-TEST(ImageFitting, WhatIsFinerThanAPixelBecomesItsMean) {
+TEST(ImageFitting, DetailsFinerThanAPixelAreAveraged) {
     QImage checks(480, 480, QImage::Format_ARGB32);
     for (int y = 0; y < 480; ++y) {
         for (int x = 0; x < 480; ++x) {
@@ -145,7 +145,7 @@ TEST(ImageFitting, AnEnlargedEdgeRisesSmoothly) {
     EXPECT_GE(qRed(stored(fitted, 74, 60)), 250);
 }
 
-TEST(ImageFitting, ATurnedPictureIsFittedTheSameTurned) {
+TEST(ImageFitting, RotationAndFittingCommute) {
     QImage image(37, 53, QImage::Format_ARGB32);
     for (int y = 0; y < 53; ++y) {
         for (int x = 0; x < 37; ++x) {
@@ -164,7 +164,7 @@ TEST(ImageFitting, ATurnedPictureIsFittedTheSameTurned) {
     }
 }
 
-TEST(ImageFitting, OtherColourSpacesBecomeTheScreens) {
+TEST(ImageFitting, OtherColourSpacesAreConvertedToSrgb) {
     auto image = filledImage(32, 32, QColor(128, 255, 64));
     image.setColorSpace(QColorSpace(QColorSpace::DisplayP3));
     auto expected = image;
@@ -177,8 +177,8 @@ TEST(ImageFitting, OtherColourSpacesBecomeTheScreens) {
     EXPECT_EQ(largestDifference(fittedImage(image, 24), image.pixel(0, 0)), 0);
 }
 
-// What many programs write into each PNG file.
-TEST(ImageFitting, TheScreensPrimariesWithAGammaValueAreTheScreensColours) {
+// As many programs write it into each PNG file.
+TEST(ImageFitting, SrgbPrimariesWithAnotherGammaAreTakenAsSrgb) {
     const QColorSpace usual({0.3127, 0.3290}, {0.64, 0.33}, {0.30, 0.60}, {0.15, 0.06},
                             QColorSpace::TransferFunction::Gamma, 1.0F / 0.45455F);
     auto image = filledImage(32, 32, QColor(5, 20, 60));
@@ -195,7 +195,7 @@ TEST(ImageFitting, FormatsWithFewColoursAreFitted) {
     }
 }
 
-TEST(ImageFitting, NothingBecomesNothing) {
+TEST(ImageFitting, ANullPictureStaysNull) {
     EXPECT_TRUE(fittedImage(QImage(), 24).isNull());
     EXPECT_TRUE(fittedImage(filledImage(4, 4, Qt::red), 0).isNull());
 }

@@ -14,7 +14,7 @@ constexpr std::array formats{std::pair{"png", IconFormat::Png},   std::pair{"jpe
                              std::pair{"webp", IconFormat::Webp}, std::pair{"tiff", IconFormat::Tiff},
                              std::pair{"xpm", IconFormat::Xpm},   std::pair{"ico", IconFormat::Ico}};
 
-// The most memory that this process has had, in bytes.
+// The process's peak memory, in bytes.
 std::int64_t peakMemory() {
     rusage usage = {};
     ::getrusage(RUSAGE_SELF, &usage);
@@ -25,7 +25,7 @@ constexpr std::int64_t mebibyte = std::int64_t{1024} * 1024;
 
 constexpr int edge = 48;
 
-// Every pixel another colour and alpha.
+// Each pixel has another colour and alpha.
 QImage manyColours(int width, int height) {
     QImage image(width, height, QImage::Format_ARGB32);
     for (int y = 0; y < height; ++y) {
@@ -61,7 +61,7 @@ QByteArray greyTiff(const std::vector<quint32>& edges) {
         return bytes.first(size);
     };
     QByteArray bytes("II*\0", 4);
-    for (const auto size : edges) { // where the picture's list of entries lies, then its pixels and the list
+    for (const auto size : edges) { // the offset of the picture's entries, then its pixels and the entries
         const auto pixels = static_cast<quint32>(bytes.size()) + 4;
         bytes +=
             littleEndian(pixels + size * size, 4) + QByteArray(static_cast<qsizetype>(size) * size, '\xFF');
@@ -90,7 +90,7 @@ TEST(RasterPicture, EveryFormatIsRead) {
     }
 }
 
-TEST(RasterPicture, AFileThatEndsAnywhereIsNoneOrHasItsSize) {
+TEST(RasterPicture, ATruncatedFileIsNullOrHasItsSize) {
     for (const auto& [name, format] : formats) {
         const auto whole = encoded(filledImage(20, 30, Qt::red), name);
         for (qsizetype size = 0; size < whole.size(); size += 1 + size / 40) {
@@ -100,7 +100,7 @@ TEST(RasterPicture, AFileThatEndsAnywhereIsNoneOrHasItsSize) {
     }
 }
 
-TEST(RasterPicture, AFileWithAnyByteChangedIsSurvived) {
+TEST(RasterPicture, AFileWithAnyByteChangedIsHandled) {
     for (const auto& [name, format] : formats) {
         const auto whole = encoded(filledImage(20, 30, Qt::red), name);
         for (qsizetype at = 0; at < whole.size(); at += 1 + at / 60) {
@@ -112,7 +112,7 @@ TEST(RasterPicture, AFileWithAnyByteChangedIsSurvived) {
     }
 }
 
-TEST(RasterPicture, AHeaderThatPromisesTooMuchIsRefusedBeforeMemoryIsTaken) {
+TEST(RasterPicture, ATooLargeHeaderIsRefusedBeforeAllocation) {
     const auto before = peakMemory();
     EXPECT_TRUE(decodedRaster(pngThatClaims(30'000, 30'000), IconFormat::Png, edge).isNull());
     EXPECT_TRUE(decodedRaster(pngThatClaims(2'000'000'000, 1), IconFormat::Png, edge).isNull());
@@ -131,14 +131,14 @@ TEST(RasterPicture, TheLargestPictureMayHaveSixteenBitsAColour) {
     EXPECT_EQ(decodedRaster(encoded(deep, "png"), IconFormat::Png, edge).size(), deep.size());
 }
 
-TEST(RasterPicture, PixelsThatAreNotThereAreNone) {
+TEST(RasterPicture, MissingPixelsAreRefused) {
     EXPECT_TRUE(decodedRaster(pngThatClaims(500, 500), IconFormat::Png, edge).isNull());
     EXPECT_TRUE(decodedRaster(pngThatClaims(500, 500, pngChunk("IEND", "")), IconFormat::Png, edge).isNull());
     EXPECT_TRUE(
         decodedRaster(pngThatClaims(500, 500, pngChunk("IDAT", "garbage")), IconFormat::Png, edge).isNull());
 }
 
-TEST(RasterPicture, OnlyTheFormatAskedForIsRead) {
+TEST(RasterPicture, OnlyTheRequestedFormatIsRead) {
     EXPECT_TRUE(decodedRaster(png(4, 4), IconFormat::Jpeg, edge).isNull());
     EXPECT_TRUE(decodedRaster(redSquare, IconFormat::Svg, edge).isNull());
     EXPECT_TRUE(decodedRaster(redSquare, IconFormat::Png, edge).isNull());
@@ -154,7 +154,7 @@ TEST(RasterPicture, AHeaderStatesTheSize) {
     EXPECT_TRUE(rasterSize("", IconFormat::Png).isEmpty());
 }
 
-TEST(RasterPicture, EveryPixelOfAPngIsAsItWasWritten) {
+TEST(RasterPicture, EveryPixelOfAPngIsExact) {
     const auto image = manyColours(37, 21);
     EXPECT_EQ(decodedRaster(encoded(image, "png"), IconFormat::Png, edge), image);
 }
@@ -180,14 +180,14 @@ TEST(RasterPicture, EveryKindOfPngIsRead) {
     }
 }
 
-TEST(RasterPicture, AColourProfileComesWithIt) {
+TEST(RasterPicture, AColourProfileIsKept) {
     auto image = manyColours(4, 4);
     image.setColorSpace(QColorSpace(QColorSpace::DisplayP3));
     EXPECT_EQ(decodedRaster(encoded(image, "png"), IconFormat::Png, edge).colorSpace().primaries(),
               QColorSpace::Primaries::DciP3D65);
 }
 
-TEST(RasterPicture, ABrokenProfileIsNone) {
+TEST(RasterPicture, ABrokenProfileIsIgnored) {
     const auto header = pngThatClaims(1, 1);
     for (const auto& profile :
          {QByteArray(), QByteArray("name"), QByteArray("name\0", 5), QByteArray("name\0\0", 6),
@@ -203,7 +203,7 @@ TEST(RasterPicture, ABrokenProfileIsNone) {
     }
 }
 
-TEST(RasterPicture, APngThatEndsAnywhereIsNone) {
+TEST(RasterPicture, ATruncatedPngIsNull) {
     const auto whole = encoded(manyColours(30, 30), "png");
     const auto end = whole.indexOf("IEND") - 4;
     for (qsizetype size = 0; size < end; ++size) {
@@ -241,7 +241,7 @@ TEST(RasterPicture, OfSeveralSizesInATiffFileTheBestIsTaken) {
     EXPECT_EQ(decodedRaster(bytes, IconFormat::Tiff, 500).size(), QSize(256, 256));
 }
 
-TEST(RasterPicture, ABrokenSizeInAnIcoFileGivesWayToTheNextBest) {
+TEST(RasterPicture, ABrokenSizeInAnIcoFileIsReplacedByTheNextBest) {
     EXPECT_EQ(
         decodedRaster(icoOf({{16, png(16, 16)}, {64, pngThatClaims(64, 64)}}), IconFormat::Ico, 48).size(),
         QSize(16, 16));
@@ -271,12 +271,12 @@ TEST(PictureChoice, TheExactSizeIsBestThenTheNextLargerThenTheLargest) {
     EXPECT_EQ(best({16, 48, 32}, 100), (Order{1, 2, 0}));
 }
 
-TEST(PictureChoice, TheFirstOfEqualOnesIsBest) {
+TEST(PictureChoice, TheFirstOfEqualPicturesIsBest) {
     EXPECT_EQ(best({48, 48}, 48), (Order{0, 1}));
     EXPECT_EQ(best({48, 48}, 96), (Order{0, 1}));
 }
 
-TEST(PictureChoice, ThreeAreWorthATry) {
+TEST(PictureChoice, AtMostThreeAreTried) {
     EXPECT_EQ(best({1, 2, 3, 4, 5}, 1), (Order{0, 1, 2}));
     EXPECT_EQ(best({}, 1), Order{});
 }

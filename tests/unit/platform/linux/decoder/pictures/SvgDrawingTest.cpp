@@ -16,7 +16,7 @@ const QByteArray filling = R"(<rect width="100%" height="100%" fill="#f00"/>)";
 
 } // namespace
 
-TEST(SvgDrawing, ADrawingFillsExactlyThePixelsAskedFor) {
+TEST(SvgDrawing, ADrawingFillsTheRequestedSize) {
     for (const int edge : {1, 16, 96, 120, 257}) {
         const auto image = drawnSvg(redSquare, edge);
         ASSERT_EQ(image.size(), QSize(edge, edge));
@@ -36,7 +36,7 @@ TEST(SvgDrawing, ProportionsAreKeptAndTheDrawingIsCentred) {
     EXPECT_EQ(wide.pixel(50, 74), red);
     EXPECT_EQ(wide.pixel(50, 75), nothing);
     EXPECT_EQ(wide.pixel(0, 50), red);
-    // Without a view box the size in the document says the same.
+    // Without a view box the document's size counts.
     const auto tall =
         drawnSvg(svg(R"(<rect width="10" height="20" fill="#f00"/>)", R"(width="10" height="20")"), 100);
     ASSERT_EQ(tall.size(), QSize(100, 100));
@@ -46,7 +46,7 @@ TEST(SvgDrawing, ProportionsAreKeptAndTheDrawingIsCentred) {
     EXPECT_EQ(tall.pixel(75, 50), nothing);
 }
 
-TEST(SvgDrawing, AViewBoxOfAnySizeAndPlaceIsDrawnWhole) {
+TEST(SvgDrawing, AnyViewBoxIsDrawnCompletely) {
     for (const auto* const box : {"0 0 1 1", "0 0 0.01 0.01", "-50 -50 100 100", "0 0 90000 90000"}) {
         const auto numbers = QByteArray(box).split(' ');
         const auto image = drawnSvg(svg("<rect x=\"" + numbers[0] + "\" y=\"" + numbers[1] + "\" width=\"" +
@@ -70,13 +70,13 @@ TEST(SvgDrawing, TextIsDrawn) {
     EXPECT_FALSE(drawnSvg(svg(R"(<text x="5" y="90" font-size="80">W</text>)"), 64).isNull());
 }
 
-TEST(SvgDrawing, ADrawingOfNothingIsNone) {
+TEST(SvgDrawing, AnEmptyDrawingIsNull) {
     EXPECT_TRUE(drawnSvg(svg(""), 32).isNull());
     EXPECT_TRUE(drawnSvg(svg(R"(<rect x="500" width="10" height="10"/>)"), 32).isNull());
     EXPECT_TRUE(drawnSvg(svg(filling, R"(viewBox="0 0 -5 5")"), 32).isNull());
 }
 
-TEST(SvgDrawing, AnAnimatedDrawingStandsStill) {
+TEST(SvgDrawing, AnAnimatedDrawingShowsItsFirstFrame) {
     const auto image = drawnSvg(svg(R"(<rect width="100" height="100" fill="#f00"><animateTransform )"
                                     R"(attributeName="transform" type="rotate" from="0" to="360" begin="0s" )"
                                     R"(dur="1s" repeatCount="indefinite"/></rect>)"),
@@ -85,7 +85,7 @@ TEST(SvgDrawing, AnAnimatedDrawingStandsStill) {
     EXPECT_EQ(image.pixel(16, 16), red);
 }
 
-TEST(SvgDrawing, ADrawingThatEndsAnywhereIsNone) {
+TEST(SvgDrawing, ATruncatedDrawingIsNull) {
     for (qsizetype size = 0; size < redSquare.size(); ++size) {
         EXPECT_TRUE(drawnSvg(redSquare.first(size), 16).isNull()) << size;
     }
@@ -114,7 +114,7 @@ TEST(SvgDrawing, AFilterIsDrawn) {
                      R"(<rect x="30" y="30" width="40" height="40" fill="red" filter='url(#f)'/>)"),
                  100);
     EXPECT_GT(qAlpha(image.pixel(50, 50)), 180);
-    EXPECT_GT(qAlpha(image.pixel(50, 28)), 50); // beyond the edge that the shape has
+    EXPECT_GT(qAlpha(image.pixel(50, 28)), 50); // outside of the shape
     EXPECT_LT(qAlpha(image.pixel(50, 28)), 200);
 }
 
@@ -129,7 +129,7 @@ TEST(SvgDrawing, APictureInTheDocumentIsDrawn) {
     }
 }
 
-TEST(SvgDrawing, ADrawingWithoutAnySizeIsAsLargeAsWhatItShows) {
+TEST(SvgDrawing, ADrawingWithoutASizeHasThatOfItsContent) {
     const auto image = drawnSvg(svg(R"(<rect width="40" height="20" fill="red"/>)", ""), 100);
     EXPECT_EQ(image.pixel(50, 24), nothing);
     EXPECT_EQ(image.pixel(50, 25), red);
@@ -137,7 +137,7 @@ TEST(SvgDrawing, ADrawingWithoutAnySizeIsAsLargeAsWhatItShows) {
     EXPECT_EQ(image.pixel(50, 75), nothing);
 }
 
-TEST(SvgDrawing, LengthsInInchesAreOf96Pixels) {
+TEST(SvgDrawing, AnInchIs96Pixels) {
     const auto image =
         drawnSvg(svg(R"(<rect width="0.5in" height="1in" fill="red"/>)", R"(width="96" height="96")"), 96);
     EXPECT_EQ(image.pixel(47, 95), red);
@@ -166,20 +166,20 @@ TEST(SvgDrawing, EveryUnicodeEncodingIsRead) {
     }
 }
 
-TEST(Gunzip, WhatWasCompressedComesBack) {
+TEST(Gunzip, CompressedBytesAreRestored) {
     for (const auto& text : {QByteArray(), QByteArray("a"), QByteArray(1'000'000, 'x'), redSquare}) {
         EXPECT_EQ(gunzipped(gzipped(text), 1'000'000), text);
     }
 }
 
-TEST(Gunzip, WhatIsTooLargeIsNone) {
+TEST(Gunzip, TooLargeContentIsRefused) {
     const auto bytes = gzipped(QByteArray(1'000, 'x'));
     EXPECT_TRUE(gunzipped(bytes, 1'000));
     EXPECT_FALSE(gunzipped(bytes, 999));
     EXPECT_FALSE(gunzipped(compressedBomb(), 1'000'000));
 }
 
-TEST(Gunzip, ABrokenOrShortenedFileIsNone) {
+TEST(Gunzip, ABrokenOrTruncatedFileIsRefused) {
     const auto whole = gzipped(redSquare);
     for (qsizetype size = 0; size < whole.size(); ++size) {
         EXPECT_FALSE(gunzipped(whole.first(size), 10'000)) << size;
@@ -188,7 +188,7 @@ TEST(Gunzip, ABrokenOrShortenedFileIsNone) {
     EXPECT_FALSE(gunzipped(redSquare, 10'000));
 }
 
-TEST(SvgText, AnElementForTextIsFound) {
+TEST(SvgText, ATextElementIsFound) {
     for (const auto* const body :
          {"<text>A</text>", "<text/>", "<text x='1'>A</text>", "<text\n>A</text>", "<g><text\tx='1'/></g>",
           "<svg:text>A</svg:text>", "text text:text <s:text>"}) {
@@ -196,7 +196,7 @@ TEST(SvgText, AnElementForTextIsFound) {
     }
 }
 
-TEST(SvgText, OtherWordsAreNone) {
+TEST(SvgText, OtherWordsAreNotText) {
     for (const auto* const body :
          {"", "text", "<textPath/>", "<context>", "<g id='text'/>", "<path style='text-anchor:end'/>",
           "<g a:text='1'/>", "<g style='a:text '/>", "<desc>: text </desc>", "<g x='<text'/>"}) {
@@ -206,7 +206,7 @@ TEST(SvgText, OtherWordsAreNone) {
     EXPECT_FALSE(mayHoldText("<text"));
 }
 
-TEST(SvgText, WideLettersAreRead) {
+TEST(SvgText, WideCharactersAreRead) {
     using enum QStringConverter::Encoding;
     for (const auto encoding : {Utf16BE, Utf16LE, Utf32BE, Utf32LE}) {
         QStringEncoder encoder(encoding);

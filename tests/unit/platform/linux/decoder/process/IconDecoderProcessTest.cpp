@@ -32,13 +32,13 @@ int blackPixels(const QImage& image) {
     return count;
 }
 
-// On a kernel that does not have one of its system calls.
+// On a kernel without one of the system calls.
 std::vector<std::string> withoutCall(const std::string& call, std::vector<std::string> arguments = {}) {
     arguments.insert(arguments.begin(), {call, testProgram(decoderProgram).toStdString()});
     return arguments;
 }
 
-// What the kernel says of a process, by its name in /proc/PID/status.
+// A field of /proc/PID/status.
 std::string statusEntry(pid_t process, const std::string& name) {
     QFile file(QStringLiteral("/proc/%1/status").arg(process));
     EXPECT_TRUE(file.open(QIODevice::ReadOnly));
@@ -47,7 +47,7 @@ std::string statusEntry(pid_t process, const std::string& name) {
     return line.match(QString::fromUtf8(file.readAll())).captured(1).toStdString();
 }
 
-// Where each descriptor of a process leads.
+// The target of each descriptor of a process.
 std::map<int, std::string> descriptorsOf(pid_t process) {
     std::map<int, std::string> descriptors;
     for (const auto& entry :
@@ -59,7 +59,7 @@ std::map<int, std::string> descriptorsOf(pid_t process) {
 
 } // namespace
 
-TEST(IconDecoderProcess, PicturesComeBackAsTheFilesHaveThem) {
+TEST(IconDecoderProcess, PicturesAreDecoded) {
     StartedDecoder decoder;
     ASSERT_TRUE(decoder.isReady());
     const auto fromPng = decoder.decoded(png(32, 32), 48);
@@ -71,7 +71,7 @@ TEST(IconDecoderProcess, PicturesComeBackAsTheFilesHaveThem) {
     EXPECT_EQ(fromSvg.pixelColor(39, 0), QColor(Qt::blue));
 }
 
-TEST(IconDecoderProcess, AFileThatIsNoIconGivesNoPicture) {
+TEST(IconDecoderProcess, AFileThatIsNotAnIconGivesNoPicture) {
     StartedDecoder decoder;
     ASSERT_TRUE(decoder.isReady());
     ASSERT_TRUE(decoder.ask("no picture", 48));
@@ -79,7 +79,7 @@ TEST(IconDecoderProcess, AFileThatIsNoIconGivesNoPicture) {
     EXPECT_FALSE(decoder.decoded(png(8, 8), 48).isNull());
 }
 
-TEST(IconDecoderProcess, TextIsDrawnWhereFontsAreWantedAndSentBackElsewhere) {
+TEST(IconDecoderProcess, TextIsDrawnWithFontsAndRefusedWithout) {
     StartedDecoder plain;
     ASSERT_TRUE(plain.isReady());
     ASSERT_TRUE(plain.ask(redSquareWithText, 64));
@@ -93,7 +93,7 @@ TEST(IconDecoderProcess, TextIsDrawnWhereFontsAreWantedAndSentBackElsewhere) {
     EXPECT_EQ(descriptorsOf(withFonts.process()).size(), 3U);
 }
 
-TEST(IconDecoderProcess, WithoutLandlockItServesAndLeavesOutText) {
+TEST(IconDecoderProcess, WithoutLandlockItLeavesOutText) {
     StartedDecoder decoder(QStringLiteral("refused_call"),
                            withoutCall("landlock_create_ruleset", {decoderFontsArgument}));
     ASSERT_TRUE(decoder.isReady());
@@ -102,16 +102,16 @@ TEST(IconDecoderProcess, WithoutLandlockItServesAndLeavesOutText) {
     EXPECT_EQ(blackPixels(picture), 0);
 }
 
-TEST(IconDecoderProcess, OnAKernelThatCannotCloseDescriptorsInOneCallItClosesThemAllTheSame) {
+TEST(IconDecoderProcess, WithoutCloseRangeItClosesDescriptors) {
     StartedDecoder decoder(QStringLiteral("refused_call"), withoutCall("close_range"));
     ASSERT_TRUE(decoder.isReady());
     EXPECT_EQ(descriptorsOf(decoder.process()).size(), 3U);
     EXPECT_FALSE(decoder.decoded(png(32, 32), 48).isNull());
 }
 
-TEST(IconDecoderProcess, WithoutAnyOtherPartOfItsConfinementItDoesNotServe) {
+TEST(IconDecoderProcess, WithoutAnotherPartOfTheSandboxItDoesNotServe) {
     std::vector<std::string> calls{"seccomp"};
-#ifndef AMBERQUILL_SANITIZED // sanitizers do not start without it
+#ifndef AMBERQUILL_SANITIZED // sanitizers need it to start
     calls.emplace_back("prlimit64");
 #endif
     for (const auto& call : calls) {
@@ -121,18 +121,18 @@ TEST(IconDecoderProcess, WithoutAnyOtherPartOfItsConfinementItDoesNotServe) {
     }
 }
 
-TEST(IconDecoderProcess, TheKernelRefusesItEverythingBeforeTheFirstRequest) {
+TEST(IconDecoderProcess, TheSandboxIsCompleteBeforeTheFirstRequest) {
     StartedDecoder decoder;
     ASSERT_TRUE(decoder.isReady());
     EXPECT_EQ(statusEntry(decoder.process(), "Seccomp"), "2");
     EXPECT_EQ(statusEntry(decoder.process(), "NoNewPrivs"), "1");
-#ifndef AMBERQUILL_SANITIZED // which have a thread of their own
-    // The one that waits for the launcher's end. Another would be older than the rules for files.
+#ifndef AMBERQUILL_SANITIZED // sanitizers have a thread of their own
+    // The thread that waits for the launcher's end. Others would have started before Landlock's rules.
     EXPECT_EQ(statusEntry(decoder.process(), "Threads"), "2");
 #endif
 }
 
-TEST(IconDecoderProcess, ItHasNoDescriptorsButTheSocketAndTwoOutputsThatLeadNowhere) {
+TEST(IconDecoderProcess, ItHasOnlyTheSocketAndTwoNullOutputs) {
     StartedDecoder decoder;
     ASSERT_TRUE(decoder.isReady());
     const auto before = descriptorsOf(decoder.process());
@@ -140,14 +140,14 @@ TEST(IconDecoderProcess, ItHasNoDescriptorsButTheSocketAndTwoOutputsThatLeadNowh
     EXPECT_TRUE(before.at(decoderSocket).starts_with("socket:"));
     EXPECT_EQ(before.at(STDOUT_FILENO), "/dev/null");
     EXPECT_EQ(before.at(STDERR_FILENO), "/dev/null");
-    // Qt has a thread convert the second one.
+    // Qt converts the second one on a thread.
     EXPECT_FALSE(decoder.decoded(png(32, 32), 48).isNull());
     EXPECT_FALSE(decoder.decoded(png(1000, 1000), 48).isNull());
     EXPECT_FALSE(decoder.decoded(blueSquare, 48).isNull());
     EXPECT_EQ(descriptorsOf(decoder.process()), before);
 }
 
-TEST(IconDecoderProcess, SignalsEndItWhateverTheLauncherMadeOfThem) {
+TEST(IconDecoderProcess, SignalsEndItEvenIfTheLauncherIgnoresThem) {
     sigset_t blocked = {};
     sigset_t before = {};
     ::sigaddset(&blocked, SIGPROF);
@@ -165,7 +165,7 @@ TEST(IconDecoderProcess, SignalsEndItWhateverTheLauncherMadeOfThem) {
     EXPECT_EQ(signals("SigBlk"), 0U);
 }
 
-TEST(IconDecoderProcess, ItsLimitsAreTheLowestThatServe) {
+TEST(IconDecoderProcess, ItHasResourceLimits) {
     StartedDecoder decoder;
     ASSERT_TRUE(decoder.isReady());
     const auto limit = [&decoder](__rlimit_resource resource) {
@@ -177,14 +177,14 @@ TEST(IconDecoderProcess, ItsLimitsAreTheLowestThatServe) {
     EXPECT_EQ(limit(RLIMIT_CORE), both(0));
     EXPECT_EQ(limit(RLIMIT_FSIZE), both(0));
     EXPECT_EQ(limit(RLIMIT_NOFILE), both(16));
-    // First the signal that says why.
+    // The soft limit's signal comes first.
     EXPECT_EQ(limit(RLIMIT_CPU), std::pair(rlim_t{20}, rlim_t{21}));
 #ifndef AMBERQUILL_SANITIZED
     EXPECT_EQ(limit(RLIMIT_AS), both(static_cast<rlim_t>(decoderMemory)));
 #endif
 }
 
-TEST(IconDecoderProcess, WhenMemoryRunsShortTheKernelEndsItFirst) {
+TEST(IconDecoderProcess, ItHasTheHighestOutOfMemoryScore) {
     StartedDecoder decoder;
     ASSERT_TRUE(decoder.isReady());
     QFile file(QStringLiteral("/proc/%1/oom_score_adj").arg(decoder.process()));
@@ -199,7 +199,7 @@ TEST(IconDecoderProcess, ItEndsWithTheLauncher) {
     EXPECT_EQ(decoder.exit(), DecoderExit::Done);
 }
 
-TEST(IconDecoderProcess, ItEndsWithTheLauncherInTheMiddleOfAPictureToo) {
+TEST(IconDecoderProcess, ItEndsWithTheLauncherWhileItDecodes) {
     TemporaryTree folder;
     StartedDecoder busy(QStringLiteral("sandbox_probe"),
                         {"confined", "work without end", folder.path().toStdString()});
@@ -209,7 +209,7 @@ TEST(IconDecoderProcess, ItEndsWithTheLauncherInTheMiddleOfAPictureToo) {
     EXPECT_EQ(busy.exit(), DecoderExit::Done);
 }
 
-TEST(IconDecoderProcess, ASenselessRequestEndsIt) {
+TEST(IconDecoderProcess, AnInvalidRequestEndsIt) {
     StartedDecoder decoder;
     ASSERT_TRUE(decoder.isReady());
     ASSERT_TRUE(sendMessage(decoder.socket(), std::array<std::byte, 1>{}));
@@ -217,7 +217,7 @@ TEST(IconDecoderProcess, ASenselessRequestEndsIt) {
     EXPECT_EQ(decoder.exit(), DecoderExit::InvalidRequest);
 }
 
-TEST(IconDecoderProcess, StartedByHandItSaysWhatItIs) {
+TEST(IconDecoderProcess, StartedByHandItPrintsItsPurpose) {
     QProcess process;
     process.setStandardInputFile(QProcess::nullDevice());
     process.start(testProgram(decoderProgram), {});
@@ -227,31 +227,31 @@ TEST(IconDecoderProcess, StartedByHandItSaysWhatItIs) {
     EXPECT_TRUE(process.readAllStandardError().contains("amberquill, which starts it"));
 }
 
-TEST(IconDecoderProcess, OfLargePicturesNoMemoryIsKept) {
+TEST(IconDecoderProcess, MemoryOfLargePicturesIsReturned) {
 #ifdef AMBERQUILL_SANITIZED
     GTEST_SKIP() << "sanitizers keep memory";
 #endif
     StartedDecoder decoder;
     ASSERT_TRUE(decoder.isReady());
-    // Everything that is loaded once has been.
+    // All libraries are loaded by now.
     EXPECT_FALSE(decoder.decoded(png(600, 600), 64).isNull());
     const auto kilobytes = [&decoder] { return std::stol(statusEntry(decoder.process(), "RssAnon")); };
     const long before = kilobytes();
-    // Left to itself, the heap comes to keep what is not larger than what was let go of before.
-    constexpr long keptAtMost = 10 * 1024; // of pictures of 16 MB and more
+    // By default the heap keeps blocks up to the size of the largest freed one.
+    constexpr long keptAtMost = 10 * 1024; // pictures have 16 MB and more
     for (const int edge : {2500, 2400, 2300, 2000}) {
         EXPECT_FALSE(decoder.decoded(png(edge, edge), 512).isNull());
         EXPECT_LT(kilobytes(), before + keptAtMost) << edge;
     }
 }
 
-TEST(IconDecoderProcess, TheLargestPictureThatAFileMayHoldIsDecodedWithinItsMemory) {
+TEST(IconDecoderProcess, TheLargestAllowedPictureIsDecodedWithinTheMemoryLimit) {
     StartedDecoder decoder;
     ASSERT_TRUE(decoder.isReady());
     EXPECT_FALSE(decoder.decoded(png(5'792, 5'792), 1024).isNull());
 }
 
-TEST(IconDecoderProcess, BadFilesAreAnsweredByTheSameProcess) {
+TEST(IconDecoderProcess, BadFilesDoNotEndTheProcess) {
     StartedDecoder decoder;
     ASSERT_TRUE(decoder.isReady());
     for (const auto& [name, bytes, outcome] : badIcons()) {
@@ -269,7 +269,7 @@ TEST(IconDecoderProcess, BadFilesAreAnsweredByTheSameProcess) {
     }
 }
 
-TEST(IconDecoderProcess, OverloadsMeetTheirLimitsAndKeepNoOtherProcessFromItsWork) {
+TEST(IconDecoderProcess, OverloadsMeetTheirLimits) {
     std::vector<std::unique_ptr<StartedDecoder>> overloaded;
     for (const auto& [name, bytes, outcome] : badIcons()) {
         if (outcome == BadIcon::Outcome::Overload) {
@@ -281,7 +281,7 @@ TEST(IconDecoderProcess, OverloadsMeetTheirLimitsAndKeepNoOtherProcessFromItsWor
     StartedDecoder decoder;
     ASSERT_TRUE(decoder.isReady());
     EXPECT_FALSE(decoder.decoded(png(32, 32), 48).isNull());
-    // As long as the launcher waits, for all together; then they are killed.
+    // As long as the launcher waits, for all together. Then they are killed.
     auto longest = 2s;
     for (const auto& each : overloaded) {
         const bool isAnswered = each->waitForAnswer(std::exchange(longest, 0s)) && each->answer();

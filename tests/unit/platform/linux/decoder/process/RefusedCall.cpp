@@ -1,4 +1,4 @@
-// Runs a program as on a kernel that does not have one of the system calls:
+// Runs a program as on a kernel without one of the system calls:
 //
 //     refused_call NAME PROGRAM ARGUMENT...
 

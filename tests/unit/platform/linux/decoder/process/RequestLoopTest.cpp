@@ -32,15 +32,15 @@ DecodedIcon greenIcon(const QByteArray&, int edge) {
 }
 
 // serveRequests() on a thread of its own, and the launcher's end of the socket.
-class Serving : public testing::Test {
+class RequestLoop : public testing::Test {
 protected:
-    Serving() {
+    RequestLoop() {
         auto sockets = messageSockets();
         if (sockets) {
             std::tie(near_, far_) = std::move(*sockets);
         }
     }
-    ~Serving() override { static_cast<void>(end()); }
+    ~RequestLoop() override { static_cast<void>(end()); }
 
     void start(const Decoding& decoding, const RequestLimits& limits = patient) {
         thread_ = std::thread([this, decoding, limits] {
@@ -50,7 +50,7 @@ protected:
         EXPECT_EQ(answer(), (DecodingAnswer{DecodingOutcome::Ready, 0, false}));
     }
 
-    // Waits for what serveRequests() returns, which is given no more requests.
+    // Closes the socket and waits for the result of serveRequests().
     std::optional<RequestLoopEnd> end() {
         near_.close();
         if (thread_.joinable()) {
@@ -73,7 +73,7 @@ protected:
         return send({edge, 4}, std::array{file_.get(), picture_.get()});
     }
 
-    // None: serveRequests() is over.
+    // None: serveRequests() has returned.
     std::optional<DecodingAnswer> answer() {
         std::array<std::byte, answerSize> buffer = {};
         const auto message = receiveMessage(near_.get(), buffer);
@@ -88,8 +88,8 @@ protected:
     std::thread thread_;
 };
 
-// A request that is not the launcher's; the service is over after it.
-using InvalidRequest = Serving;
+// An invalid request, after which serveRequests() returns.
+using InvalidRequest = RequestLoop;
 
 constexpr DecodingAnswer picture(std::uint32_t edge, bool isLast = false) {
     return {DecodingOutcome::Picture, edge, isLast};
@@ -101,7 +101,7 @@ constexpr DecodingAnswer noPicture(std::uint32_t edge) {
 
 } // namespace
 
-TEST_F(Serving, EachRequestIsAnsweredFromItsOwnBytes) {
+TEST_F(RequestLoop, EachRequestIsAnsweredFromItsOwnBytes) {
     start([](const QByteArray& bytes, int edge) {
         EXPECT_EQ(bytes, "file");
         return greenIcon(bytes, edge);
@@ -118,7 +118,7 @@ TEST_F(Serving, EachRequestIsAnsweredFromItsOwnBytes) {
     EXPECT_EQ(end(), RequestLoopEnd::Done);
 }
 
-TEST_F(Serving, APictureOfAnotherSizeOrFormatIsNone) {
+TEST_F(RequestLoop, APictureOfAnotherSizeOrFormatIsRefused) {
     start([](const QByteArray&, int edge) {
         return DecodedIcon{edge == 10 ? greenSquare(11)
                                       : greenSquare(edge).convertToFormat(QImage::Format_RGB888)};
@@ -129,13 +129,13 @@ TEST_F(Serving, APictureOfAnotherSizeOrFormatIsNone) {
     }
 }
 
-TEST_F(Serving, ADrawingWithTextIsSentBackWhereThereAreNoFonts) {
+TEST_F(RequestLoop, ADrawingWithTextNeedsFontsHereToo) {
     start([](const QByteArray&, int) { return DecodedIcon{QImage(), true}; });
     ASSERT_TRUE(ask(8));
     EXPECT_EQ(answer(), (DecodingAnswer{DecodingOutcome::NeedsFonts, 8, false}));
 }
 
-TEST_F(Serving, AnEmptyFileIsDecodedLikeAnyOther) {
+TEST_F(RequestLoop, AnEmptyFileIsDecodedLikeAnyOther) {
     start([](const QByteArray& bytes, int) {
         EXPECT_TRUE(bytes.isEmpty());
         return DecodedIcon();
@@ -146,7 +146,7 @@ TEST_F(Serving, AnEmptyFileIsDecodedLikeAnyOther) {
     EXPECT_EQ(answer(), noPicture(8));
 }
 
-TEST_F(Serving, NoDescriptorIsOpenWhileAPictureIsMadeButThoseOfBefore) {
+TEST_F(RequestLoop, TheRequestsDescriptorsAreClosedBeforeDecoding) {
     const auto descriptorsInUse = [] {
         int count = 0;
         for (int i = 0; i < 1024; ++i) {
@@ -167,13 +167,14 @@ TEST_F(Serving, NoDescriptorIsOpenWhileAPictureIsMadeButThoseOfBefore) {
     EXPECT_EQ(descriptorsInUse(), before);
 }
 
-TEST_F(Serving, ProcessorTimeIsLimitedForEachPictureAndForNothingElse) {
+TEST_F(RequestLoop, ProcessorTimeIsLimitedForEachPictureOnly) {
     const auto left = [] {
         itimerval timer = {};
         EXPECT_EQ(::getitimer(ITIMER_PROF, &timer), 0);
         return timer.it_value.tv_sec;
     };
-    std::atomic<time_t> during = 0; // messages order the two threads, which sanitizers do not see
+    std::atomic<time_t> during =
+        0; // atomic, because sanitizers do not see that the messages order the threads
     start([&](const QByteArray& bytes, int edge) {
         during = left();
         return greenIcon(bytes, edge);
@@ -187,7 +188,7 @@ TEST_F(Serving, ProcessorTimeIsLimitedForEachPictureAndForNothingElse) {
     }
 }
 
-TEST_F(Serving, TheAnswerAfterWhichMuchProcessorTimeIsUsedUpIsTheLast) {
+TEST_F(RequestLoop, TheAnswerAfterTheProcessorBudgetIsTheLast) {
     start(greenIcon, {0s, 100s});
     ASSERT_TRUE(ask(8));
     EXPECT_EQ(answer(), picture(8, true));
@@ -235,7 +236,7 @@ TEST_F(InvalidRequest, MemoryTooSmallForThePicture) {
     EXPECT_EQ(end(), RequestLoopEnd::InvalidRequest);
 }
 
-TEST_F(InvalidRequest, MemoryForThePictureThatCannotBeWrittenTo) {
+TEST_F(InvalidRequest, ReadOnlyMemoryForThePicture) {
     start(greenIcon);
     ASSERT_TRUE(send({1, 4}, std::array{file_.get(), file_.get()}));
     EXPECT_FALSE(answer());

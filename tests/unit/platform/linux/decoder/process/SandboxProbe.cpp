@@ -1,9 +1,9 @@
-// Gives up what the process that decodes gives up, and tries one thing:
+// Enters the decoder's sandbox and tries one operation:
 //
 //     sandbox_probe free|confined|reading NAME FOLDER
 //
-// "free" gives up nothing: it shows that what is tried can be done. With "reading", the files in FOLDER/fonts
-// may be read. FOLDER, in which it tries to write, has the files `file` and `fonts/font`.
+// "free" enters no sandbox, to show that the operation works without. With "reading", the files in
+// FOLDER/fonts may be read. FOLDER has the files `file` and `fonts/font`.
 
 #include "SandboxProbe.h"
 
@@ -37,7 +37,7 @@ using namespace amberquill::desktop;
 
 namespace {
 
-// What is there before anything is given up.
+// Opened before the sandbox.
 struct Prepared {
     std::string file;
     std::string fonts;

@@ -18,15 +18,14 @@ void PrintTo(Result result, std::ostream* stream) {
     *stream << names.at(static_cast<std::size_t>(result));
 }
 
-class Confinement : public testing::Test {
+class Sandbox : public testing::Test {
 protected:
-    Confinement() {
+    Sandbox() {
         folder_.write("file", "text");
         folder_.write("fonts/font", "text");
     }
 
-    // What becomes of what a process tries that has given up everything, nothing, or all but reading in a
-    // folder.
+    // The outcome of an operation in the sandbox, without it, and in the sandbox that may read a folder.
     [[nodiscard]] Result confined(const std::string& name) const { return tried("confined", name); }
     [[nodiscard]] Result free(const std::string& name) const { return tried("free", name); }
     [[nodiscard]] Result reading(const std::string& name) const { return tried("reading", name); }
@@ -34,7 +33,7 @@ protected:
     static bool isRefused(Result result) { return result == Result::Failed || result == Result::Killed; }
 
     static bool kernelHasLandlock() {
-        constexpr int version = 1; // asks for it
+        constexpr int version = 1; // asks for Landlock's version
         return ::syscall(SYS_landlock_create_ruleset, nullptr, 0, version) >= 1;
     }
 
@@ -61,7 +60,7 @@ private:
     }
 };
 
-// What a process with files to read is refused as well.
+// Operations that are denied to processes with fonts as well.
 constexpr std::array refusedToAll{
     "read a file",
     "list a folder",
@@ -104,7 +103,7 @@ constexpr std::array forReaders{"read a font", "list the fonts"};
 
 } // namespace
 
-TEST_F(Confinement, WhatIsTriedHereSucceedsInAFreeProcess) {
+TEST_F(Sandbox, EveryAttemptSucceedsOutsideOfTheSandbox) {
     for (const auto& names :
          {std::span<const char* const>(refusedToAll), std::span<const char* const>(forReaders)}) {
         for (const auto* const name : names) {
@@ -116,7 +115,7 @@ TEST_F(Confinement, WhatIsTriedHereSucceedsInAFreeProcess) {
     }
 }
 
-TEST_F(Confinement, FilesTheNetworkAndOtherProcessesAreRefused) {
+TEST_F(Sandbox, FilesTheNetworkAndOtherProcessesAreDenied) {
     for (const auto* const name : refusedToAll) {
         EXPECT_TRUE(isRefused(confined(name))) << name;
     }
@@ -125,7 +124,7 @@ TEST_F(Confinement, FilesTheNetworkAndOtherProcessesAreRefused) {
     }
 }
 
-TEST_F(Confinement, WhatLibrariesNeverTryEndsTheProcess) {
+TEST_F(Sandbox, OtherSystemCallsEndTheProcess) {
     for (const auto* const name :
          {"make a socket", "connect", "start a process", "run a program", "be traced", "signal its parent",
           "make memory that runs", "have memory run", "make memory with a descriptor"}) {
@@ -133,7 +132,7 @@ TEST_F(Confinement, WhatLibrariesNeverTryEndsTheProcess) {
     }
 }
 
-TEST_F(Confinement, AReaderReadsTheFilesItMayReadAndDoesNothingElse) {
+TEST_F(Sandbox, WithFontsOnlyTheirFilesAreReadable) {
     if (!kernelHasLandlock()) {
         GTEST_SKIP() << "this kernel cannot let a process read some files only";
     }
@@ -145,12 +144,12 @@ TEST_F(Confinement, AReaderReadsTheFilesItMayReadAndDoesNothingElse) {
     }
 }
 
-TEST_F(Confinement, ThreadsAndMemoryAreThere) {
+TEST_F(Sandbox, ThreadsAndMemoryAreAllowed) {
     EXPECT_EQ(confined("start threads"), Result::Succeeded);
     EXPECT_EQ(confined("take much memory"), Result::Succeeded);
 }
 
-TEST_F(Confinement, MoreMemoryThanThereMayBeIsRefused) {
+TEST_F(Sandbox, MemoryIsLimited) {
 #ifdef AMBERQUILL_SANITIZED
     GTEST_SKIP() << "sanitizers reserve more than any limit";
 #else

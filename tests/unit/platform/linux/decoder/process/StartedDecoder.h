@@ -22,17 +22,17 @@
 
 namespace amberquill::desktop {
 
-// As seen from the tests' programs.
+// Relative to the tests' programs.
 inline const QString decoderProgram = QStringLiteral("../amberquill-icons");
 
-// A program that answers requests, started as the launcher starts one. It is gone with its owner.
+// A decoding program, started as the launcher starts it. Killed by the destructor.
 class StartedDecoder {
 public:
-    // The program itself.
+    // amberquill-icons.
     StartedDecoder()
         : StartedDecoder(decoderProgram, {}) {}
 
-    // One that lies beside the tests.
+    // A program in the tests' folder.
     StartedDecoder(const QString& program, std::vector<std::string> arguments) {
         auto sockets = messageSockets();
         if (!sockets) {
@@ -52,7 +52,7 @@ public:
         for (const int output : {STDOUT_FILENO, STDERR_FILENO}) {
             ::posix_spawn_file_actions_addopen(&actions, output, "/dev/null", O_WRONLY, 0);
         }
-        // One that it is to close.
+        // An inherited descriptor that it should close.
         constexpr int inherited = 9;
         ::posix_spawn_file_actions_addopen(&actions, inherited, "/dev/null", O_RDONLY, 0);
         EXPECT_EQ(::posix_spawn(&process_, words.front(), &actions, nullptr, words.data(), environ), 0);
@@ -70,14 +70,14 @@ public:
     [[nodiscard]] pid_t process() const { return process_; }
     [[nodiscard]] int socket() const { return socket_.get(); }
 
-    // Waits for the next answer. None: the process is gone, or said something else.
+    // Waits for the next answer. None: the process is gone, or the message is invalid.
     std::optional<DecodingAnswer> answer() {
         std::array<std::byte, answerSize> buffer = {};
         const auto message = receiveMessage(socket_.get(), buffer);
         return message ? decodedAnswer(std::span(buffer).first(message->size)) : std::nullopt;
     }
 
-    // False: there is none, and the process goes on.
+    // False: no answer in that time.
     bool waitForAnswer(std::chrono::milliseconds longest) {
         pollfd socket = {socket_.get(), POLLIN, 0};
         return ::poll(&socket, 1, static_cast<int>(longest.count())) > 0;
@@ -93,7 +93,7 @@ public:
         return sendMessage(socket_.get(), message, std::array{file.get(), picture_.get()});
     }
 
-    // The picture that the last answer was about.
+    // The picture of the last answer.
     QImage picture(std::uint32_t edge) {
         auto mapped = MappedMemory::map(picture_, pictureBytes(edge), MappedMemory::Access::Read);
         if (!mapped) {
@@ -105,7 +105,7 @@ public:
             .copy();
     }
 
-    // One request from beginning to end. Null: no picture, for whatever reason.
+    // Sends a request and waits for its picture. Null: no picture.
     QImage decoded(const QByteArray& bytes, std::uint32_t edge) {
         const DecodingAnswer wanted{DecodingOutcome::Picture, edge, false};
         return ask(bytes, edge) && answer() == wanted ? picture(edge) : QImage();
@@ -113,7 +113,7 @@ public:
 
     void hangUp() { socket_.close(); }
 
-    // Waits for its end. As waitpid() has it.
+    // Waits for its end. Returns waitpid()'s status.
     int status() {
         int status = -1;
         EXPECT_GT(::waitpid(std::exchange(process_, -1), &status, 0), 0);

@@ -10,7 +10,7 @@ using namespace amberquill::desktop;
 
 namespace {
 
-// Both ways of looking: a folder that is read, and one so large that single files are looked for.
+// The parameter is whether the folder is read, or so large that single files are probed.
 class IconFolderTest : public testing::TestWithParam<std::int64_t> {
 protected:
     IconFolder folder() const { return {files_.at("icons").string(), GetParam()}; }
@@ -23,7 +23,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(BothWays, IconFolderTest, testing::Values(0, 1'000'000),
                          [](const auto& size) { return size.param == 0 ? "Read" : "LookedFor"; });
 
-TEST_P(IconFolderTest, AnIconHasTheEndingsThatStandInTheFolder) {
+TEST_P(IconFolderTest, AnIconHasTheExtensionsOfItsFiles) {
     for (const auto* const name :
          {"a.png", "a.svg", "a.xpm", "b.svgz", "org.x.B.c.png", "d.PNG", "e.jpg", "f", ".png"}) {
         files_.write(std::filesystem::path("icons") / name, "x");
@@ -39,7 +39,7 @@ TEST_P(IconFolderTest, AnIconHasTheEndingsThatStandInTheFolder) {
     }
 }
 
-TEST_P(IconFolderTest, FoldersAreNoIconsAndLinksAre) {
+TEST_P(IconFolderTest, LinksAreIconsAndFoldersAreNot) {
     files_.makeFolder("icons/a.png");
     files_.write("elsewhere.svg", "x");
     files_.link("icons/b.svg", files_.at("elsewhere.svg"));
@@ -48,7 +48,7 @@ TEST_P(IconFolderTest, FoldersAreNoIconsAndLinksAre) {
     EXPECT_EQ(icons.extensions("b"), IconExtensions{IconExtension::Svg});
 }
 
-TEST_P(IconFolderTest, WhereTheFileSystemDoesNotTellFoldersAreNoIconsEither) {
+TEST_P(IconFolderTest, FoldersAreNoIconsWithoutEntryTypesEither) {
     files_.makeFolder("icons/a.png");
     files_.write("icons/b.png", "x");
     files_.link("icons/c.png", "b.png");
@@ -59,14 +59,14 @@ TEST_P(IconFolderTest, WhereTheFileSystemDoesNotTellFoldersAreNoIconsEither) {
     EXPECT_FALSE(icons.extensions("c").isEmpty());
 }
 
-TEST_P(IconFolderTest, AMissingFolderIsAnEmptyOne) {
+TEST_P(IconFolderTest, AMissingFolderIsEmpty) {
     EXPECT_TRUE(folder().extensions("a").isEmpty());
 }
 
-TEST(IconFolder, ALargeFolderIsReadOnceLookingHasCostAsMuch) {
+TEST(IconFolder, ALargeFolderIsReadAfterManyProbes) {
     const TemporaryTree files;
     files.makeFolder("icons");
-    constexpr std::int64_t size = 20'000; // fifty questions' worth
+    constexpr std::int64_t size = 20'000; // as much as fifty probes
     IconFolder folder(files.at("icons").string(), size);
     for (int i = 0; i < 200; ++i) {
         EXPECT_TRUE(folder.extensions("missing" + std::to_string(i)).isEmpty());
@@ -75,7 +75,7 @@ TEST(IconFolder, ALargeFolderIsReadOnceLookingHasCostAsMuch) {
     EXPECT_TRUE(folder.extensions("late").isEmpty()); // from memory
 }
 
-TEST(IconFolder, AFolderThatWasReadIsNotAskedAgain) {
+TEST(IconFolder, AReadFolderIsKeptInMemory) {
     const TemporaryTree files;
     files.write("icons/a.png", "x");
     IconFolder folder(files.at("icons").string(), 0);
@@ -86,7 +86,7 @@ TEST(IconFolder, AFolderThatWasReadIsNotAskedAgain) {
     EXPECT_TRUE(folder.extensions("b").isEmpty());
 }
 
-TEST(IconExtensions, AnIconsEndingIsTakenOffANameOnce) {
+TEST(IconExtensions, AnIconsExtensionIsRemovedOnce) {
     EXPECT_EQ(withoutIconExtension("foo.png"), "foo");
     EXPECT_EQ(withoutIconExtension("foo.SVG"), "foo");
     EXPECT_EQ(withoutIconExtension("foo.svgz"), "foo");

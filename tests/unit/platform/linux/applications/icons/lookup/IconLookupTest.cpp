@@ -30,7 +30,7 @@ protected:
 
     QStringList baseFolders() const { return {files_.path("icons"), files_.path("pixmaps")}; }
 
-    // The file found, as a path below the test's folder; empty: none.
+    // The found file's path below the test's folder; empty: none.
     QString found(const IconLookup& lookup, const QString& icon, int edge = 48, int skip = 0) const {
         const auto file = lookup.find(icon, edge, skip);
         return file ? file->mid(files_.path().size() + 1) : QString();
@@ -44,7 +44,7 @@ protected:
 
 } // namespace
 
-TEST_F(IconLookupTest, TheThemeComesBeforeWhatItInheritsAndThatBeforeHicolor) {
+TEST_F(IconLookupTest, TheThemeComesBeforeItsParentsAndTheyBeforeHicolor) {
     writeIcon("icons/hicolor/48x48/apps/x.png");
     EXPECT_EQ(found(u"x"_s), u"icons/hicolor/48x48/apps/x.png"_s);
     writeIcon("icons/parent/48/apps/x.png");
@@ -62,7 +62,7 @@ TEST_F(IconLookupTest, HicolorIsLastWhereverAThemeNamesIt) {
     EXPECT_EQ(found(u"x"_s, 48, 2), u""_s);
 }
 
-TEST_F(IconLookupTest, AncestorsAreAskedDepthFirst) {
+TEST_F(IconLookupTest, ParentsAreSearchedDepthFirst) {
     writeTheme("test", "a,b");
     writeTheme("a", "grandparent");
     writeTheme("b", "");
@@ -72,7 +72,7 @@ TEST_F(IconLookupTest, AncestorsAreAskedDepthFirst) {
     EXPECT_EQ(found(u"x"_s), u"icons/grandparent/48/apps/x.png"_s);
 }
 
-TEST_F(IconLookupTest, ThemesThatInheritEachOtherAreAskedOnce) {
+TEST_F(IconLookupTest, ThemesThatInheritEachOtherAreSearchedOnce) {
     writeTheme("parent", "test,parent");
     writeIcon("icons/parent/48/apps/x.png");
     EXPECT_EQ(found(u"x"_s), u"icons/parent/48/apps/x.png"_s);
@@ -97,7 +97,7 @@ TEST_F(IconLookupTest, IconsWithoutAThemeAreFoundLast) {
     EXPECT_EQ(found(u"x"_s, 48, 2), u"pixmaps/x.xpm"_s);
 }
 
-TEST_F(IconLookupTest, OfIconsWithoutAThemeADrawingIsFoundFirst) {
+TEST_F(IconLookupTest, WithoutAThemeADrawingComesFirst) {
     writeIcon("pixmaps/x.png");
     writeIcon("pixmaps/x.svg");
     writeIcon("pixmaps/x.xpm");
@@ -105,22 +105,22 @@ TEST_F(IconLookupTest, OfIconsWithoutAThemeADrawingIsFoundFirst) {
     EXPECT_EQ(found(u"x"_s, 48, 1), u"pixmaps/x.png"_s);
     EXPECT_EQ(found(u"x"_s, 48, 2), u"pixmaps/x.xpm"_s);
     writeIcon("icons/x.png");
-    EXPECT_EQ(found(u"x"_s), u"icons/x.png"_s); // what is wanted more goes first
+    EXPECT_EQ(found(u"x"_s), u"icons/x.png"_s); // the more wanted folder first
 }
 
-TEST_F(IconLookupTest, WhatNoThemeAskedForHasIsLookedForInAdwaita) {
+TEST_F(IconLookupTest, AdwaitaIsTheLastFallback) {
     writeTheme("Adwaita", "hicolor,parent");
     writeIcon("icons/Adwaita/48/apps/x.png");
     writeIcon("icons/Adwaita/96/apps/x.png");
     EXPECT_EQ(found(u"x"_s), u"icons/Adwaita/48/apps/x.png"_s);
     EXPECT_EQ(found(u"x"_s, 48, 1), u"icons/Adwaita/96/apps/x.png"_s);
     EXPECT_EQ(found(u"x"_s, 48, 2), u""_s);
-    writeIcon("pixmaps/x.png"); // a program's own goes before it
+    writeIcon("pixmaps/x.png"); // a program's own icon comes before it
     EXPECT_EQ(found(u"x"_s), u"pixmaps/x.png"_s);
     EXPECT_EQ(found(u"x"_s, 48, 1), u"icons/Adwaita/48/apps/x.png"_s);
 }
 
-TEST_F(IconLookupTest, AdwaitaIsNotAskedTwiceWhereAThemeInheritsIt) {
+TEST_F(IconLookupTest, AdwaitaIsNotSearchedTwice) {
     writeTheme("test", "Adwaita");
     writeTheme("Adwaita", "");
     writeIcon("icons/Adwaita/48/apps/x.png");
@@ -130,7 +130,7 @@ TEST_F(IconLookupTest, AdwaitaIsNotAskedTwiceWhereAThemeInheritsIt) {
     EXPECT_EQ(found(u"x"_s, 48, 2), u""_s);
 }
 
-TEST_F(IconLookupTest, ANameMayCarryAnEnding) {
+TEST_F(IconLookupTest, ANameMayHaveAnExtension) {
     writeIcon("icons/test/48/apps/foo.svg");
     EXPECT_EQ(found(u"foo.png"_s), u"icons/test/48/apps/foo.svg"_s);
     EXPECT_EQ(found(u"foo.xpm"_s), u"icons/test/48/apps/foo.svg"_s);
@@ -150,7 +150,7 @@ TEST_F(IconLookupTest, NamesAreNotAsciiOnly) {
     EXPECT_EQ(found(u"Über die Brücke"_s), u"icons/test/48/apps/Über die Brücke.png"_s);
 }
 
-TEST_F(IconLookupTest, AnAbsolutePathIsTheAnswerIfItIsARegularFiles) {
+TEST_F(IconLookupTest, AnAbsolutePathMustBeARegularFile) {
     const auto file = files_.write("anywhere/icon.gif", "x");
     const IconLookup lookup(baseFolders(), u"test"_s);
     EXPECT_EQ(lookup.find(file, 48), file);
@@ -164,7 +164,7 @@ TEST_F(IconLookupTest, AnAbsolutePathIsTheAnswerIfItIsARegularFiles) {
     EXPECT_EQ(lookup.find(pipe, 48), std::nullopt);
 }
 
-TEST_F(IconLookupTest, WhatIsNeitherANameNorAnAbsolutePathIsRefused) {
+TEST_F(IconLookupTest, RelativePathsAreRefused) {
     writeIcon("icons/secret.png");
     writeIcon("icons/test/48/apps/x.png");
     for (const auto& icon : {u""_s, u"."_s, u".."_s, u"../secret"_s, u"apps/x"_s, u"test/48/apps/x"_s,
@@ -174,7 +174,7 @@ TEST_F(IconLookupTest, WhatIsNeitherANameNorAnAbsolutePathIsRefused) {
     EXPECT_EQ(IconLookup(baseFolders(), u"test"_s).find(u'/' + QString(QChar(0)), 48), std::nullopt);
 }
 
-TEST_F(IconLookupTest, WhatWasReadIsRememberedUntilItIsToldToForget) {
+TEST_F(IconLookupTest, AnswersAreRememberedUntilForget) {
     IconLookup lookup(baseFolders(), u"test"_s);
     EXPECT_EQ(found(lookup, u"x"_s), u""_s);
     writeIcon("icons/test/48/apps/x.png");

@@ -20,7 +20,7 @@ protected:
         return IconThemeCache::open(openFolder(AT_FDCWD, files_.path().toUtf8().constData()).get());
     }
 
-    // What the cache says of a name, as text.
+    // The cache's answer for a name, as text.
     static std::string answer(const IconThemeCache& cache, std::string_view name) {
         std::string text;
         for (const auto& image : cache.find(name)) {
@@ -38,7 +38,7 @@ protected:
 
 } // namespace
 
-TEST_F(IconThemeCacheTest, ANameLeadsToItsDirectories) {
+TEST_F(IconThemeCacheTest, ANameIsFoundInItsDirectories) {
     CachedIcons icons{{"one", {{0, pngFlag}, {1, svgFlag | pngFlag}}}, {"t\xC3\xBCr", {{1, xpmFlag}}}};
     for (int i = 0; i < 40; ++i) {
         icons["filler" + std::to_string(i)] = {{0, pngFlag}};
@@ -53,7 +53,7 @@ TEST_F(IconThemeCacheTest, ANameLeadsToItsDirectories) {
     EXPECT_EQ(answer(*cache, ""), "");
 }
 
-TEST_F(IconThemeCacheTest, WhatIsNoCacheIsNone) {
+TEST_F(IconThemeCacheTest, AnInvalidCacheIsRefused) {
     EXPECT_FALSE(open(""));
     EXPECT_FALSE(open("something else altogether"));
     auto other = themeCache({"a"}, {});
@@ -65,7 +65,7 @@ TEST_F(IconThemeCacheTest, WhatIsNoCacheIsNone) {
     EXPECT_FALSE(IconThemeCache::open(openFolder(AT_FDCWD, files_.path().toUtf8().constData()).get()));
 }
 
-TEST_F(IconThemeCacheTest, AChainThatLeadsBackToItselfEnds) {
+TEST_F(IconThemeCacheTest, ACyclicChainEnds) {
     auto bytes = themeCache({"a"}, {{"x", {{0, pngFlag}}}}, 1);
     const auto entry = bytes.size() - 12;
     bytes.replace(entry, 4, bigEndian(static_cast<quint32>(entry)));
@@ -81,7 +81,7 @@ TEST_F(IconThemeCacheTest, ADirectoryNumberThatIsTooLargeIsLeftOut) {
     EXPECT_EQ(answer(*cache, "x"), "a.svg ");
 }
 
-TEST_F(IconThemeCacheTest, OffsetsThatLeadAnywhereAreSurvived) {
+TEST_F(IconThemeCacheTest, RandomOffsetsAreHandled) {
     const auto whole = themeCache({"a", "b"}, {{"x", {{0, pngFlag}}}, {"y", {{1, svgFlag}}}}, 2);
     for (qsizetype size = 0; size < whole.size(); ++size) {
         if (const auto cache = open(whole.first(size))) {

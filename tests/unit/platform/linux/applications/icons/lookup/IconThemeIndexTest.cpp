@@ -26,7 +26,7 @@ using Type = IconDirectory::Type;
 
 } // namespace
 
-TEST(IconThemeIndex, DirectoriesComeInTheThemesOrderAsItDescribesThem) {
+TEST(IconThemeIndex, DirectoriesHaveTheThemesOrderAndValues) {
     const auto index = parsed("[Icon Theme]\nName=T\nDirectories=scalable/apps,48x48@2/apps\n"
                               "[48x48@2/apps]\nSize=48\nScale=2\nType=Fixed\nContext=Applications\n"
                               "[scalable/apps]\nSize=128\nMinSize=8\nMaxSize=512\nType=Scalable\n");
@@ -50,7 +50,7 @@ TEST(IconThemeIndex, DirectoriesComeInTheThemesOrderAsItDescribesThem) {
                                                     .context = "Applications"}));
 }
 
-TEST(IconThemeIndex, ADirectoryThatSaysLittleHasTheStandardsDefaults) {
+TEST(IconThemeIndex, MissingKeysHaveTheStandardsDefaults) {
     const auto index = parsed(themeIndex({{"32/apps", "Size=32"}}));
     ASSERT_TRUE(index);
     ASSERT_EQ(index->directories.size(), 1U);
@@ -76,13 +76,13 @@ TEST(IconThemeIndex, InheritedThemesAreNamesInOrder) {
     EXPECT_EQ(index->inherits, (Paths{"one", "two", "six"}));
 }
 
-TEST(IconThemeIndex, ADirectoryThatIsNotListedOrNotDescribedDoesNotCount) {
+TEST(IconThemeIndex, ADirectoryMustBeListedAndDescribed) {
     const auto index = parsed("[Icon Theme]\nDirectories=a,b\n[a]\nSize=1\n[c]\nSize=1\n");
     ASSERT_TRUE(index);
     EXPECT_EQ(pathsOf(*index), Paths{"a"});
 }
 
-TEST(IconThemeIndex, ADirectoryWithoutASensibleSizeIsLeftOut) {
+TEST(IconThemeIndex, ADirectoryWithAnInvalidSizeIsLeftOut) {
     for (const auto* const size : {"", "0", "-5", "many", "48px", "5000", "99999999999999999999"}) {
         const auto index = parsed(themeIndex({{"a", QByteArray("Size=") + size}, {"b", "Size=16"}}));
         ASSERT_TRUE(index);
@@ -105,14 +105,14 @@ TEST(IconThemeIndex, APathThatLeadsOutOfTheThemeIsLeftOut) {
     EXPECT_EQ(pathsOf(*index), Paths{"good/apps"});
 }
 
-TEST(IconThemeIndex, TextWithoutTheThemesGroupIsNone) {
+TEST(IconThemeIndex, AnIndexNeedsTheIconThemeGroup) {
     EXPECT_FALSE(parsed(""));
     EXPECT_FALSE(parsed("[Desktop Entry]\nName=x\n"));
     EXPECT_FALSE(parsed("Directories=a\n[a]\nSize=1\n"));
     EXPECT_FALSE(parsed(QByteArray(64, '\0')));
 }
 
-TEST(IconThemeIndex, MarksSpacesAndCommentsDoNotMatter) {
+TEST(IconThemeIndex, ByteOrderMarksSpacesAndCommentsAreIgnored) {
     const auto index = parsed("\xEF\xBB\xBF# a comment\r\n\r\n[Icon Theme]\r\n  Directories = a , b \r\n"
                               "[a]\r\n\tSize\t=\t16\t\r\n# Size=17\r\n[b]\r\nSize=32\r\n");
     ASSERT_TRUE(index);
@@ -120,14 +120,14 @@ TEST(IconThemeIndex, MarksSpacesAndCommentsDoNotMatter) {
     EXPECT_EQ(index->directories[0].size, 16);
 }
 
-TEST(IconThemeIndex, OfTwoGroupsWithOneNameTheFirstCounts) {
+TEST(IconThemeIndex, TheFirstGroupOfANameCounts) {
     const auto index = parsed("[Icon Theme]\nDirectories=a,a\n[a]\nSize=16\n[a]\nSize=32\n");
     ASSERT_TRUE(index);
     ASSERT_EQ(index->directories.size(), 1U);
     EXPECT_EQ(index->directories[0].size, 16);
 }
 
-TEST(IconThemeIndex, WhatIsTooMuchIsLeftOut) {
+TEST(IconThemeIndex, BoundsApply) {
     std::vector<std::pair<QByteArray, QByteArray>> directories;
     for (int i = 0; i < 6000; ++i) {
         directories.emplace_back("d" + QByteArray::number(i), "Size=16");
@@ -138,7 +138,7 @@ TEST(IconThemeIndex, WhatIsTooMuchIsLeftOut) {
     EXPECT_FALSE(parsed("[Icon Theme]\n" + QByteArray(1024 * 1024, '#')));
 }
 
-TEST(IconThemeIndex, ATextThatEndsAnywhereIsReadAsFarAsItGoes) {
+TEST(IconThemeIndex, ATruncatedIndexIsReadUpToItsEnd) {
     const auto whole = themeIndex({{"a/b", "Size=16\nScale=2\nType=Fixed"}, {"c", "Size=32"}}, "x,y");
     for (qsizetype size = 0; size <= whole.size(); ++size) {
         const auto index = parsed(whole.first(size));

@@ -26,7 +26,7 @@ protected:
 
 } // namespace
 
-TEST_F(IconThemeNameTest, KdesChoiceStandsInItsGlobals) {
+TEST_F(IconThemeNameTest, KdesThemeIsInKdeglobals) {
     EXPECT_EQ(chosen("KDE"), u"breeze"_s);
     files_.write("system/kdeglobals", "[Icons]\nTheme=from-system\n");
     EXPECT_EQ(chosen("KDE"), u"from-system"_s);
@@ -38,12 +38,12 @@ TEST_F(IconThemeNameTest, KdesChoiceStandsInItsGlobals) {
     EXPECT_EQ(chosen("KDE", u"platform"_s), u"own"_s);
 }
 
-TEST_F(IconThemeNameTest, AKeyThatIsLockedCountsAllTheSame) {
+TEST_F(IconThemeNameTest, ALockedKeyCounts) {
     files_.write("config/kdeglobals", "[Icons][$i]\nTheme[$i]=locked\n");
     EXPECT_EQ(chosen("KDE"), u"locked"_s);
 }
 
-TEST_F(IconThemeNameTest, GnomesChoiceStandsInItsDatabase) {
+TEST_F(IconThemeNameTest, GnomesThemeIsInDconf) {
     files_.write("config/gtk-3.0/settings.ini", "[Settings]\ngtk-icon-theme-name=from-gtk\n");
     files_.write("config/dconf/user",
                  dconfDatabase({{"/org/gnome/desktop/interface/icon-theme", "from-dconf"},
@@ -57,7 +57,7 @@ TEST_F(IconThemeNameTest, GnomesChoiceStandsInItsDatabase) {
     EXPECT_EQ(chosen("sway"), u"from-gtk"_s);
 }
 
-TEST_F(IconThemeNameTest, XfceAndLxqtAreAskedInTheirOwnSettings) {
+TEST_F(IconThemeNameTest, XfceAndLxqtHaveTheirOwnSettings) {
     files_.write(
         "config/xfce4/xfconf/xfce-perchannel-xml/xsettings.xml",
         "<?xml version=\"1.0\"?>\n<channel name=\"xsettings\"><property name=\"Net\" type=\"empty\">"
@@ -68,7 +68,7 @@ TEST_F(IconThemeNameTest, XfceAndLxqtAreAskedInTheirOwnSettings) {
     EXPECT_EQ(chosen("LXQt"), u"from-lxqt"_s);
 }
 
-TEST_F(IconThemeNameTest, ElsewhereThePlatformThemeIsAskedThenGtksSettings) {
+TEST_F(IconThemeNameTest, OtherwiseThePlatformThemeCountsThenGtksSettings) {
     EXPECT_EQ(chosen("sway"), u"hicolor"_s);
     files_.write("config/gtk-4.0/settings.ini", "[Settings]\ngtk-icon-theme-name=four\n");
     EXPECT_EQ(chosen("sway"), u"four"_s);
@@ -78,13 +78,13 @@ TEST_F(IconThemeNameTest, ElsewhereThePlatformThemeIsAskedThenGtksSettings) {
     EXPECT_EQ(chosen("sway", u"platform"_s), u"platform"_s);
 }
 
-TEST_F(IconThemeNameTest, WhereNothingIsSetADesktopsDefaultCounts) {
+TEST_F(IconThemeNameTest, WithoutASettingTheDesktopsDefaultCounts) {
     EXPECT_EQ(chosen("GNOME"), u"Adwaita"_s);
     EXPECT_EQ(chosen("ubuntu:GNOME"), u"Yaru"_s);
     EXPECT_EQ(chosen(""), u"hicolor"_s);
 }
 
-TEST_F(IconThemeNameTest, WhatIsNoNameOfAThemeIsNotTaken) {
+TEST_F(IconThemeNameTest, AnInvalidNameIsIgnored) {
     for (const auto* const name : {"../evil", "/etc", "", ".hidden", "a/b"}) {
         files_.write("config/kdeglobals", QByteArray("[Icons]\nTheme=") + name + "\n");
         EXPECT_EQ(chosen("KDE"), u"breeze"_s) << name;
@@ -92,7 +92,7 @@ TEST_F(IconThemeNameTest, WhatIsNoNameOfAThemeIsNotTaken) {
     }
 }
 
-TEST_F(IconThemeNameTest, BrokenSettingsAreAsIfThereWereNone) {
+TEST_F(IconThemeNameTest, BrokenSettingsAreIgnored) {
     files_.write("config/kdeglobals", "[Icons\nTheme[$\n[Icons]\nTheme[$i=x\nTheme");
     files_.write("config/dconf/user", "GVariant");
     files_.write("config/xfce4/xfconf/xfce-perchannel-xml/xsettings.xml",

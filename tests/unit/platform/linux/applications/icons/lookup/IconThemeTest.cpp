@@ -12,14 +12,14 @@ namespace {
 constexpr std::int64_t before = 1'000'000;
 constexpr std::int64_t later = 2'000'000;
 
-// Two base folders, "home" before "system", with copies of themes in them.
+// Two base folders with themes, "home" before "system".
 class IconThemeTest : public testing::Test {
 protected:
     IconTheme theme(std::string_view name = "test") const {
         return {name, {files_.at("home").string(), files_.at("system").string()}};
     }
 
-    // The file found, as a path below the test's folder; empty: none.
+    // The found file's path below the test's folder; empty: none.
     std::string found(IconTheme& theme, std::string_view name, int edge, int skip = 0) const {
         const auto file = theme.find(name, edge, skip);
         return file ? std::filesystem::path(*file).lexically_relative(files_.at("")).string() : "";
@@ -29,7 +29,7 @@ protected:
         return found(made, name, edge, skip);
     }
 
-    // A cache for the system's copy of the theme, newer than the folders it speaks of.
+    // A cache for the theme in the system's folder, newer than the directories.
     void writeCache(const std::vector<std::string>& directories, const CachedIcons& icons) const {
         files_.write("system/test/icon-theme.cache", themeCache(directories, icons));
         for (const auto& directory : directories) {
@@ -43,7 +43,7 @@ protected:
 
 } // namespace
 
-TEST_F(IconThemeTest, TheFileThatSuitsBestIsFound) {
+TEST_F(IconThemeTest, TheBestFileIsFound) {
     files_.write("system/test/index.theme",
                  themeIndex({{"48/apps", fixedSize(48)}, {"128/apps", fixedSize(128)}}));
     files_.write("system/test/48/apps/x.png", "x");
@@ -54,7 +54,7 @@ TEST_F(IconThemeTest, TheFileThatSuitsBestIsFound) {
     EXPECT_EQ(found("y", 48), "");
 }
 
-TEST_F(IconThemeTest, PngIsPreferredToSvgAndThatToXpm) {
+TEST_F(IconThemeTest, PngIsPreferredToSvgAndSvgToXpm) {
     files_.write("system/test/index.theme", themeIndex({{"48/apps", fixedSize(48)}}));
     for (const auto* const extension : {"xpm", "svgz", "svg", "png"}) {
         const auto path = std::string("system/test/48/apps/x.") + extension;
@@ -85,7 +85,7 @@ TEST_F(IconThemeTest, AtOneSizeTheMostWantedFolderComesFirst) {
     EXPECT_EQ(found("x", 48, 2), "");
 }
 
-TEST_F(IconThemeTest, EachCopysIndexAddsItsDirectories) {
+TEST_F(IconThemeTest, EachFoldersIndexAddsItsDirectories) {
     files_.write("system/test/index.theme", themeIndex({{"48/apps", fixedSize(48)}}, "one"));
     files_.write("home/test/index.theme", themeIndex({{"64/apps", fixedSize(64)}}, "two"));
     files_.write("system/test/64/apps/x.png", "x");
@@ -114,7 +114,7 @@ TEST_F(IconThemeTest, HicolorNeedsNoIndex) {
     EXPECT_EQ(found(hicolor, "x", 256, 3), "");
 }
 
-TEST_F(IconThemeTest, HicolorWithoutAnIndexUsesTheOtherCopiesIndexToo) {
+TEST_F(IconThemeTest, HicolorWithoutAnIndexUsesTheOtherFoldersIndex) {
     files_.write("system/hicolor/index.theme",
                  themeIndex({{"48x48/apps", fixedSize(48)}, {"48x48/places", fixedSize(48)}}));
     files_.write("home/hicolor/48x48/places/x.png", "x");
@@ -124,7 +124,7 @@ TEST_F(IconThemeTest, HicolorWithoutAnIndexUsesTheOtherCopiesIndexToo) {
     EXPECT_EQ(found(hicolor, "y", 48), "home/hicolor/1024x1024/apps/y.png");
 }
 
-TEST_F(IconThemeTest, ALinkThatLeadsNowhereIsPassedOver) {
+TEST_F(IconThemeTest, ADanglingLinkIsSkipped) {
     files_.write("system/test/index.theme",
                  themeIndex({{"48/apps", fixedSize(48)}, {"64/apps", fixedSize(64)}}));
     files_.link("system/test/48/apps/x.png", "gone.png");
@@ -142,7 +142,7 @@ TEST_F(IconThemeTest, AFolderUnderTwoNamesCountsUnderBoth) {
     EXPECT_EQ(found("x", 96), "system/test/48@2/apps/x.png");
 }
 
-TEST_F(IconThemeTest, TheCacheIsBelievedWhereItIsNewerThanAFolder) {
+TEST_F(IconThemeTest, TheCacheIsUsedIfItIsNewerThanAFolder) {
     files_.write("system/test/index.theme",
                  themeIndex({{"48/apps", fixedSize(48)}, {"64/apps", fixedSize(64)}}));
     files_.write("system/test/48/apps/x.png", "x");
@@ -175,7 +175,7 @@ TEST_F(IconThemeTest, AFolderMadeAfterTheCacheIsRead) {
     EXPECT_EQ(found("x", 64), "system/test/64/apps/x.png");
 }
 
-TEST_F(IconThemeTest, WhatTheCacheSaysAndIsGoneIsPassedOver) {
+TEST_F(IconThemeTest, FilesThatAreOnlyInTheCacheAreSkipped) {
     files_.write("system/test/index.theme",
                  themeIndex({{"48/apps", fixedSize(48)}, {"64/apps", fixedSize(64)}}));
     files_.makeFolder("system/test/48/apps");
@@ -184,7 +184,7 @@ TEST_F(IconThemeTest, WhatTheCacheSaysAndIsGoneIsPassedOver) {
     EXPECT_EQ(found("x", 48), "system/test/64/apps/x.png");
 }
 
-TEST_F(IconThemeTest, CompressedDrawingsAreFoundBesideACacheThatOmitsThem) {
+TEST_F(IconThemeTest, CompressedDrawingsAreFoundWithoutTheCache) {
     files_.write("system/test/index.theme",
                  themeIndex({{"48/apps", fixedSize(48)},
                              {"scalable/apps", "Size=128\nMinSize=8\nMaxSize=512\nType=Scalable"}}));
@@ -194,7 +194,7 @@ TEST_F(IconThemeTest, CompressedDrawingsAreFoundBesideACacheThatOmitsThem) {
     EXPECT_EQ(found("x", 48), "system/test/scalable/apps/x.svgz");
 }
 
-TEST_F(IconThemeTest, DirectoriesBeyondAllMeasureAreLeftOut) {
+TEST_F(IconThemeTest, TooManyDirectoriesAreLeftOut) {
     std::vector<std::string> bases;
     for (const std::string number : {"0", "1", "2", "3", "4"}) {
         std::vector<std::pair<QByteArray, QByteArray>> directories;
@@ -212,7 +212,7 @@ TEST_F(IconThemeTest, DirectoriesBeyondAllMeasureAreLeftOut) {
     EXPECT_EQ(found(made, "x4", 16), "");
 }
 
-TEST_F(IconThemeTest, ASearchEndsWhereTooManyFilesAreNotThere) {
+TEST_F(IconThemeTest, ASearchEndsAfterTooManyMissingFiles) {
     std::vector<std::pair<QByteArray, QByteArray>> directories;
     for (int i = 1; i <= 400; ++i) {
         const auto name = std::to_string(i);

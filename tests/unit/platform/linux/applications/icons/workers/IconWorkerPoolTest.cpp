@@ -26,12 +26,12 @@ using Kind = DecodedFile::Kind;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-// What the stand-in program does is in StandInDecoder.cpp.
+// The commands in these files are described in FakeDecoder.cpp.
 class IconWorkerPoolTest : public testing::Test {
 protected:
     IconWorkerPoolTest() {
-        settings_.program.paths = {testProgram(QStringLiteral("stand_in_decoder")).toStdString()};
-        settings_.program.environment = {"STAND_IN_FOLDER=" + files_.at().string()};
+        settings_.program.paths = {testProgram(QStringLiteral("fake_decoder")).toStdString()};
+        settings_.program.environment = {"FAKE_DECODER_FOLDER=" + files_.at().string()};
         settings_.limits = {.start = seconds(60), .picture = seconds(60), .end = seconds(60)};
         settings_.count = 2;
         settings_.now = [this] { return now_.load(); };
@@ -39,10 +39,12 @@ protected:
     ~IconWorkerPoolTest() override {
         EXPECT_EQ(childProcesses(), std::vector<pid_t>());
         EXPECT_FALSE(isThere("third")) << "more than two processes at a time";
-        EXPECT_FALSE(isThere("senseless")) << "a request that makes no sense";
+        EXPECT_FALSE(isThere("senseless")) << "an invalid request";
     }
 
-    void startBy(const std::string& how) { settings_.program.environment.push_back("STAND_IN_START=" + how); }
+    void startBy(const std::string& how) {
+        settings_.program.environment.push_back("FAKE_DECODER_START=" + how);
+    }
 
     bool isThere(const std::string& name) const { return std::filesystem::exists(files_.at(name)); }
     QByteArray read(const std::string& name) const {
@@ -50,7 +52,7 @@ protected:
     }
     qsizetype starts() const { return read("started").count('\n'); }
     qsizetype startsWithFonts() const { return read("started").count(" fonts\n"); }
-    // The processes that hang by now.
+    // The processes that hang.
     std::vector<pid_t> hanging() const {
         std::vector<pid_t> result;
         for (const auto& entry : std::filesystem::directory_iterator(files_.at())) {
@@ -68,7 +70,7 @@ protected:
     static Kind outcome(IconWorkerPool& workers, const std::string& file) {
         return decode(workers, file).kind;
     }
-    // Gray where there is no picture.
+    // Gray for a null image.
     static QRgb colour(IconWorkerPool& workers, const std::string& file) {
         const auto image = decode(workers, file).image;
         return image.isNull() ? qRgb(128, 128, 128) : image.pixel(image.width() / 2, image.height() / 2);
@@ -82,7 +84,7 @@ protected:
 
 } // namespace
 
-TEST_F(IconWorkerPoolTest, APictureComesInTheSizeAskedForAndTheNextFromTheSameProcess) {
+TEST_F(IconWorkerPoolTest, PicturesHaveTheRequestedSizeAndShareAProcess) {
     IconWorkerPool workers(settings_);
     EXPECT_EQ(starts(), 0);
     const auto decoded = decode(workers, "red", 75);
@@ -97,14 +99,14 @@ TEST_F(IconWorkerPoolTest, APictureComesInTheSizeAskedForAndTheNextFromTheSamePr
     EXPECT_EQ(starts(), 1);
 }
 
-TEST_F(IconWorkerPoolTest, WhatIsNoIconGivesNoPictureAndEndsNoProcess) {
+TEST_F(IconWorkerPoolTest, AFileThatIsNotAnIconEndsNoProcess) {
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "none"), Kind::NoPicture);
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
     EXPECT_EQ(starts(), 1);
 }
 
-TEST_F(IconWorkerPoolTest, WhatIsOutOfBoundsIsNotHandedOver) {
+TEST_F(IconWorkerPoolTest, FilesOverTheBoundsAreNotSent) {
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, ""), Kind::NoPicture);
     EXPECT_EQ(outcome(workers, std::string(maximumIconBytes + 1, ' ')), Kind::NoPicture);
@@ -114,7 +116,7 @@ TEST_F(IconWorkerPoolTest, WhatIsOutOfBoundsIsNotHandedOver) {
     EXPECT_EQ(starts(), 0);
 }
 
-TEST_F(IconWorkerPoolTest, AProcessFindsNothingOfTheLaunchersButItsSocket) {
+TEST_F(IconWorkerPoolTest, AProcessInheritsOnlyItsSocket) {
     settings_.program.environment.emplace_back("OTHER=x");
     const FileDescriptor inherited(::open("/dev/zero", O_RDONLY)); // NOLINT(android-cloexec-open)
     sigset_t blocked;
@@ -131,11 +133,11 @@ TEST_F(IconWorkerPoolTest, AProcessFindsNothingOfTheLaunchersButItsSocket) {
                               "descriptor 0: socket:\n"
                               "descriptor 1: /dev/null\n"
                               "descriptor 2: /dev/null\n"
-                              "variable: STAND_IN_FOLDER=" +
+                              "variable: FAKE_DECODER_FOLDER=" +
                                   QByteArray::fromStdString(files_.at().string()) + "\nvariable: OTHER=x\n");
 }
 
-TEST_F(IconWorkerPoolTest, ADrawingWithTextIsLeftToAProcessWithFontsWhichServesOthersToo) {
+TEST_F(IconWorkerPoolTest, ADrawingWithTextIsDecodedByAProcessWithFonts) {
     settings_.count = 1;
     IconWorkerPool workers(settings_);
     EXPECT_EQ(colour(workers, "red"), red);
@@ -146,7 +148,7 @@ TEST_F(IconWorkerPoolTest, ADrawingWithTextIsLeftToAProcessWithFontsWhichServesO
     EXPECT_EQ(startsWithFonts(), 1);
 }
 
-TEST_F(IconWorkerPoolTest, ThereIsOneProcessWithFontsAtMost) {
+TEST_F(IconWorkerPoolTest, AtMostOneProcessHasFonts) {
     IconWorkerPool workers(settings_);
     std::atomic<int> right = 0;
     std::vector<std::thread> threads;
@@ -160,7 +162,7 @@ TEST_F(IconWorkerPoolTest, ThereIsOneProcessWithFontsAtMost) {
     EXPECT_EQ(startsWithFonts(), 1);
 }
 
-TEST_F(IconWorkerPoolTest, AFileThatEndsTwoProcessesIsUndecodable) {
+TEST_F(IconWorkerPoolTest, AFileThatCrashesTwoProcessesIsUndecodable) {
     IconWorkerPool workers(settings_);
     for (const int signal :
          {SIGSEGV, SIGABRT, SIGBUS, SIGILL, SIGFPE, SIGTRAP, SIGSYS, SIGXCPU, SIGALRM, SIGPIPE}) {
@@ -175,14 +177,14 @@ TEST_F(IconWorkerPoolTest, AFileThatEndsTwoProcessesIsUndecodable) {
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
 }
 
-TEST_F(IconWorkerPoolTest, TheSecondTryIsWithAProcessThatHasDecodedNothing) {
+TEST_F(IconWorkerPoolTest, TheSecondTryIsInAFreshProcess) {
     IconWorkerPool workers(settings_);
     workers.prepare();
     EXPECT_EQ(outcome(workers, "crashes 1"), Kind::Picture);
     EXPECT_EQ(starts(), 3);
 }
 
-TEST_F(IconWorkerPoolTest, AFileAfterWhichTwoProcessesAnswerNonsenseIsUndecodable) {
+TEST_F(IconWorkerPoolTest, AFileWithTwoInvalidAnswersIsUndecodable) {
     IconWorkerPool workers(settings_);
     for (const char* const file : {"garbage", "short", "long", "descriptor", "smaller", "ready", "fonts"}) {
         EXPECT_EQ(outcome(workers, file), Kind::Undecodable) << file;
@@ -190,19 +192,19 @@ TEST_F(IconWorkerPoolTest, AFileAfterWhichTwoProcessesAnswerNonsenseIsUndecodabl
     }
 }
 
-TEST_F(IconWorkerPoolTest, AFileAfterWhichTwoProcessesLiveOnWithoutTheirSocketIsUndecodable) {
+TEST_F(IconWorkerPoolTest, AFileAfterWhichTwoProcessesCloseTheirSocketIsUndecodable) {
     settings_.limits.end = milliseconds(20);
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "close"), Kind::Undecodable);
 }
 
-TEST_F(IconWorkerPoolTest, AFileThatEndsOneProcessAndIsDecodedByTheNextHasItsPicture) {
+TEST_F(IconWorkerPoolTest, AFileThatCrashesOnlyOneProcessIsDecoded) {
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "crashes 1"), Kind::Picture);
     EXPECT_EQ(starts(), 2);
 }
 
-TEST_F(IconWorkerPoolTest, AFileWhoseProcessSomebodyElseKillsIsNotUndecodable) {
+TEST_F(IconWorkerPoolTest, AFileWhoseProcessIsKilledFromOutsideIsNotUndecodable) {
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "killed 9"), Kind::Picture);
     for (const int signal : {SIGKILL, SIGTERM, SIGINT, SIGHUP}) {
@@ -218,7 +220,7 @@ TEST_F(IconWorkerPoolTest, AProcessThatIsKilledBeforeItIsReadyIsReplaced) {
     EXPECT_EQ(starts(), 2);
 }
 
-TEST_F(IconWorkerPoolTest, AProgramWhoseProcessesAreKilledOnceTheyAreReadyIsStartedAgainAtOnce) {
+TEST_F(IconWorkerPoolTest, ProcessesKilledWhenReadyAreReplacedWithoutAPause) {
     startBy("thrice");
     IconWorkerPool workers(settings_);
     workers.prepare();
@@ -227,7 +229,7 @@ TEST_F(IconWorkerPoolTest, AProgramWhoseProcessesAreKilledOnceTheyAreReadyIsStar
     EXPECT_EQ(starts(), 4);
 }
 
-TEST_F(IconWorkerPoolTest, AFileThatKeepsAProcessWorkingForTooLongIsUndecodable) {
+TEST_F(IconWorkerPoolTest, AFileThatTakesTooLongIsUndecodable) {
     settings_.limits.picture = milliseconds(20);
     std::atomic<int> asked = 0;
     settings_.processorTime = [&](pid_t /*process*/) { return milliseconds(asked++ * 10); };
@@ -245,7 +247,7 @@ TEST_F(IconWorkerPoolTest, AFileWhoseProcessHadNoProcessorTimeIsNotUndecodable) 
     EXPECT_GT(starts(), 1);
 }
 
-TEST_F(IconWorkerPoolTest, AProcessThatWentAfterItsAnswerIsReplaced) {
+TEST_F(IconWorkerPoolTest, AProcessThatExitsAfterItsAnswerIsReplaced) {
     IconWorkerPool workers(settings_);
     EXPECT_EQ(colour(workers, "gone"), red);
     ASSERT_TRUE(waitUntil([] { return runningChildProcesses().empty(); }));
@@ -253,14 +255,14 @@ TEST_F(IconWorkerPoolTest, AProcessThatWentAfterItsAnswerIsReplaced) {
     EXPECT_EQ(starts(), 2);
 }
 
-TEST_F(IconWorkerPoolTest, AProcessThatGaveItsLastAnswerIsReplaced) {
+TEST_F(IconWorkerPoolTest, AProcessThatSentItsLastAnswerIsReplaced) {
     IconWorkerPool workers(settings_);
     EXPECT_EQ(colour(workers, "last"), red);
     EXPECT_EQ(childProcesses(), std::vector<pid_t>());
     EXPECT_EQ(colour(workers, "green"), green);
 }
 
-TEST_F(IconWorkerPoolTest, AnAnswerTooManyIsNotTakenForThatToTheNextQuestion) {
+TEST_F(IconWorkerPoolTest, AnExtraAnswerIsNotTakenForTheNext) {
     IconWorkerPool workers(settings_);
     EXPECT_EQ(colour(workers, "twice"), red);
     ASSERT_TRUE(waitUntil([&] { return isThere("twice"); }));
@@ -268,7 +270,7 @@ TEST_F(IconWorkerPoolTest, AnAnswerTooManyIsNotTakenForThatToTheNextQuestion) {
     EXPECT_EQ(starts(), 2);
 }
 
-TEST_F(IconWorkerPoolTest, AnAnswerToNoQuestionIsNotTakenForOne) {
+TEST_F(IconWorkerPoolTest, AnAnswerBeforeTheRequestIsNotUsed) {
     settings_.count = 1;
     startBy("first early");
     IconWorkerPool workers(settings_);
@@ -278,7 +280,7 @@ TEST_F(IconWorkerPoolTest, AnAnswerToNoQuestionIsNotTakenForOne) {
     EXPECT_EQ(starts(), 2);
 }
 
-TEST_F(IconWorkerPoolTest, NoPixelIsBrighterThanItsAlpha) {
+TEST_F(IconWorkerPoolTest, PicturesAreValidPremultiplied) {
     IconWorkerPool workers(settings_);
     const auto image = decode(workers, "glowing", 3).image;
     ASSERT_EQ(image.size(), QSize(3, 3));
@@ -287,7 +289,7 @@ TEST_F(IconWorkerPoolTest, NoPixelIsBrighterThanItsAlpha) {
     }
 }
 
-TEST_F(IconWorkerPoolTest, ManyAreServedByTwo) {
+TEST_F(IconWorkerPoolTest, TwoProcessesServeManyThreads) {
     IconWorkerPool workers(settings_);
     constexpr int each = 20;
     std::atomic<int> right = 0;
@@ -307,7 +309,7 @@ TEST_F(IconWorkerPoolTest, ManyAreServedByTwo) {
     EXPECT_EQ(childProcesses().size(), 2U);
 }
 
-TEST_F(IconWorkerPoolTest, WhileAFileKeepsOneBusyOthersGoOn) {
+TEST_F(IconWorkerPoolTest, OtherFilesAreDecodedWhileOneProcessIsBusy) {
     IconWorkerPool workers(settings_);
     std::thread slow([&] { EXPECT_EQ(outcome(workers, "hang"), Kind::Unavailable); });
     ASSERT_TRUE(waitUntil([&] { return hanging().size() == 1; }));
@@ -320,7 +322,7 @@ TEST_F(IconWorkerPoolTest, WhileAFileKeepsOneBusyOthersGoOn) {
     slow.join();
 }
 
-TEST_F(IconWorkerPoolTest, WhileOneStartsAnotherThatBecomesFreeServes) {
+TEST_F(IconWorkerPoolTest, AFreeProcessIsUsedWhileAnotherStarts) {
     startBy("second silent");
     settings_.limits.start = seconds(1);
     IconWorkerPool workers(settings_);
@@ -331,10 +333,10 @@ TEST_F(IconWorkerPoolTest, WhileOneStartsAnotherThatBecomesFreeServes) {
     files_.write("go", "");
     slow.join();
     asks.join();
-    EXPECT_EQ(runningChildProcesses().size(), 2U); // the one that starts was not given up
+    EXPECT_EQ(runningChildProcesses().size(), 2U); // the starting process was kept
 }
 
-TEST_F(IconWorkerPoolTest, AProgramThatIsMissingIsLookedForAgainAfterAWhile) {
+TEST_F(IconWorkerPoolTest, AMissingProgramIsTriedAgainAfterAPause) {
     const auto program = std::exchange(settings_.program.paths, {files_.at("later").string()}).front();
     QLoggingCategory::setFilterRules(QStringLiteral("amberquill.decoder.warning=true"));
     testing::internal::CaptureStderr();
@@ -358,16 +360,16 @@ TEST_F(IconWorkerPoolTest, AProgramThatIsMissingIsLookedForAgainAfterAWhile) {
     EXPECT_EQ(said.find(words), said.rfind(words)) << said;
 }
 
-TEST_F(IconWorkerPoolTest, TheFirstOfTheProgramsThatCanBeStartedIs) {
+TEST_F(IconWorkerPoolTest, TheFirstProgramThatCanBeStartedIsUsed) {
     settings_.program.paths.insert(settings_.program.paths.begin(), files_.at("missing").string());
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
 }
 
-TEST_F(IconWorkerPoolTest, AProgramThatIsNeverReadyIsLeftAloneForAWhile) {
+TEST_F(IconWorkerPoolTest, AProgramThatIsNeverReadyCausesAPause) {
     for (const char* const how : {"exit", "picture", "close", "silent"}) {
         auto settings = settings_;
-        settings.program.environment.push_back(std::string("STAND_IN_START=") + how);
+        settings.program.environment.push_back(std::string("FAKE_DECODER_START=") + how);
         if (how == std::string("silent")) {
             settings.limits.start = milliseconds(20);
         }
@@ -388,14 +390,14 @@ TEST_F(IconWorkerPoolTest, AProgramThatIsNeverReadyIsLeftAloneForAWhile) {
     }
 }
 
-TEST_F(IconWorkerPoolTest, AProgramThatFailsOnceIsTriedAgainAtOnce) {
+TEST_F(IconWorkerPoolTest, OneFailedStartCausesNoPause) {
     startBy("first exit");
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "red"), Kind::Picture);
     EXPECT_EQ(starts(), 2);
 }
 
-TEST_F(IconWorkerPoolTest, WhatIsPreparedServes) {
+TEST_F(IconWorkerPoolTest, PreparedProcessesAreUsed) {
     IconWorkerPool workers(settings_);
     workers.prepare();
     workers.prepare();
@@ -404,7 +406,7 @@ TEST_F(IconWorkerPoolTest, WhatIsPreparedServes) {
     EXPECT_EQ(childProcesses().size(), 2U);
 }
 
-TEST_F(IconWorkerPoolTest, ARestEndsThemUntilTheNextQuestion) {
+TEST_F(IconWorkerPoolTest, RestEndsProcessesUntilTheNextFile) {
     IconWorkerPool workers(settings_);
     workers.rest();
     EXPECT_EQ(colour(workers, "text"), blue);
@@ -414,7 +416,7 @@ TEST_F(IconWorkerPoolTest, ARestEndsThemUntilTheNextQuestion) {
     EXPECT_EQ(startsWithFonts(), 1);
 }
 
-TEST_F(IconWorkerPoolTest, ARestLeavesThoseThatAreBusy) {
+TEST_F(IconWorkerPoolTest, RestKeepsBusyProcesses) {
     IconWorkerPool workers(settings_);
     std::thread slow([&] { static_cast<void>(outcome(workers, "hang")); });
     ASSERT_TRUE(waitUntil([&] { return hanging().size() == 1; }));
@@ -425,7 +427,7 @@ TEST_F(IconWorkerPoolTest, ARestLeavesThoseThatAreBusy) {
     slow.join();
 }
 
-TEST_F(IconWorkerPoolTest, AtTheEndAllWhoWaitAreAnsweredAndNothingStarts) {
+TEST_F(IconWorkerPoolTest, AfterShutDownAllCallsReturnAndNothingStarts) {
     IconWorkerPool workers(settings_);
     std::vector<std::thread> threads;
     std::latch asked(6);
@@ -447,7 +449,7 @@ TEST_F(IconWorkerPoolTest, AtTheEndAllWhoWaitAreAnsweredAndNothingStarts) {
     EXPECT_EQ(starts(), 2);
 }
 
-TEST_F(IconWorkerPoolTest, AtTheEndNobodyWaitsForAProcessToGetReady) {
+TEST_F(IconWorkerPoolTest, ShutDownDoesNotWaitForAStart) {
     startBy("silent");
     IconWorkerPool workers(settings_);
     std::thread waits([&] { EXPECT_EQ(outcome(workers, "red"), Kind::Unavailable); });
@@ -456,7 +458,7 @@ TEST_F(IconWorkerPoolTest, AtTheEndNobodyWaitsForAProcessToGetReady) {
     waits.join();
 }
 
-TEST_F(IconWorkerPoolTest, AtTheEndAStoppedProcessKeepsNobodyWaiting) {
+TEST_F(IconWorkerPoolTest, ShutDownDoesNotWaitForAStoppedProcess) {
     IconWorkerPool workers(settings_);
     std::thread waits([&] { EXPECT_EQ(outcome(workers, "hang"), Kind::Unavailable); });
     ASSERT_TRUE(waitUntil([&] { return hanging().size() == 1; }));
@@ -465,7 +467,7 @@ TEST_F(IconWorkerPoolTest, AtTheEndAStoppedProcessKeepsNobodyWaiting) {
     waits.join();
 }
 
-TEST_F(IconWorkerPoolTest, WhileProcessesAreKilledAtRandomEveryPictureComes) {
+TEST_F(IconWorkerPoolTest, EveryPictureIsDecodedWhileProcessesAreKilledAtRandom) {
     IconWorkerPool workers(settings_);
     constexpr int each = 60;
     std::atomic<int> right = 0;

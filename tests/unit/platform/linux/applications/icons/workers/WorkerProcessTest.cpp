@@ -18,7 +18,7 @@ using End = WorkerProcess::End;
 
 const QDeadlineTimer never(QDeadlineTimer::Forever);
 
-// A shell that does this.
+// A shell that runs this script.
 std::unique_ptr<WorkerProcess> shell(const std::string& script) {
     const FileDescriptor nothing(::open("/dev/null", O_RDWR | O_CLOEXEC));
     return WorkerProcess::start({.paths = {"/bin/sh"}, .environment = {}}, {"-c", script}, nothing);
@@ -26,7 +26,7 @@ std::unique_ptr<WorkerProcess> shell(const std::string& script) {
 
 } // namespace
 
-TEST(WorkerProcess, WhatCannotBeStartedSaysWhy) {
+TEST(WorkerProcess, AFailedStartSetsErrno) {
     const FileDescriptor nothing(::open("/dev/null", O_RDWR | O_CLOEXEC));
     EXPECT_EQ(WorkerProcess::start({.paths = {"/nonexistent"}, .environment = {}}, {}, nothing), nullptr);
     EXPECT_EQ(errno, ENOENT);
@@ -35,7 +35,7 @@ TEST(WorkerProcess, WhatCannotBeStartedSaysWhy) {
     EXPECT_EQ(childProcesses(), std::vector<pid_t>());
 }
 
-TEST(WorkerProcess, AnEndIsItsOwnOrSomebodyElses) {
+TEST(WorkerProcess, TheEndIsByItselfOrFromOutside) {
     EXPECT_EQ(shell("exit 0")->waitForEnd(never), End::ByItself);
     EXPECT_EQ(shell("exit 137")->waitForEnd(never), End::ByItself);
     for (const char* const signal : {"SEGV", "ABRT", "BUS", "ILL", "FPE", "TRAP", "SYS", "XCPU", "ALRM"}) {
@@ -50,13 +50,13 @@ TEST(WorkerProcess, AnEndIsItsOwnOrSomebodyElses) {
     EXPECT_EQ(childProcesses(), std::vector<pid_t>());
 }
 
-TEST(WorkerProcess, WhatDoesNotEndInTimeIsKilled) {
+TEST(WorkerProcess, AProcessThatDoesNotEndInTimeIsKilled) {
     const auto process = shell("while :; do :; done");
     EXPECT_EQ(process->waitForEnd(QDeadlineTimer(0)), std::nullopt);
     EXPECT_TRUE(waitUntil([] { return runningChildProcesses().empty(); }));
 }
 
-TEST(WorkerProcess, WithoutAProcessDescriptorNobodyWaitsForAnEnd) {
+TEST(WorkerProcess, WithoutAProcessDescriptorItIsKilledAtOnce) {
     const auto child = [](const char* script) {
         const pid_t id = ::fork();
         if (id == 0) {
@@ -73,7 +73,7 @@ TEST(WorkerProcess, WithoutAProcessDescriptorNobodyWaitsForAnEnd) {
     EXPECT_EQ(childProcesses(), std::vector<pid_t>());
 }
 
-TEST(WorkerProcess, NothingIsLeftOfOneThatIsLetGoOf) {
+TEST(WorkerProcess, TheDestructorKillsAndReaps) {
     static_cast<void>(shell("while :; do :; done"));
     auto stopped = shell("while :; do :; done");
     ASSERT_EQ(::kill(stopped->id(), SIGSTOP), 0);
@@ -81,9 +81,9 @@ TEST(WorkerProcess, NothingIsLeftOfOneThatIsLetGoOf) {
     EXPECT_EQ(childProcesses(), std::vector<pid_t>());
 }
 
-TEST(WorkerProcess, ProcessorTimeIsWhatItWorked) {
+TEST(WorkerProcess, ProcessorTimeIsMeasured) {
     const auto busy = shell("while :; do :; done");
     EXPECT_TRUE(waitUntil([&] { return processorTimeOf(busy->id()) > std::chrono::milliseconds(50); }));
-    constexpr pid_t nobody = 0x400001; // above all that the system gives
+    constexpr pid_t nobody = 0x400001; // above the system's maximum
     EXPECT_EQ(processorTimeOf(nobody), std::chrono::nanoseconds(0));
 }

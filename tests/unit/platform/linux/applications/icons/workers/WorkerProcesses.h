@@ -12,7 +12,7 @@
 
 namespace amberquill {
 
-// The child processes of this one, those that have ended and wait to be reaped only if asked for.
+// This process's children, with zombies only if asked for.
 inline std::vector<pid_t> childProcesses(bool withEnded = true) {
     std::vector<pid_t> result;
     for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
@@ -23,9 +23,9 @@ inline std::vector<pid_t> childProcesses(bool withEnded = true) {
         std::ifstream file(entry.path() / "stat");
         std::string text;
         std::getline(file, text);
-        const auto rest = text.rfind(')'); // of its name, which may have anything in it
+        const auto rest = text.rfind(')'); // of its name, which may contain any character
         if (rest == std::string::npos) {
-            continue; // it has gone meanwhile
+            continue; // it has ended meanwhile
         }
         const char state = text.at(rest + 2);
         if (std::stoi(text.substr(rest + 4)) == ::getpid() && (withEnded || state != 'Z')) {
@@ -39,7 +39,7 @@ inline std::vector<pid_t> runningChildProcesses() {
     return childProcesses(false);
 }
 
-// As somebody else does it. False: there is none.
+// A kill from outside. False: there is no child.
 inline bool killChildProcess(std::mt19937& random) {
     constexpr std::array signals{SIGKILL, SIGTERM, SIGHUP};
     const auto running = runningChildProcesses();

@@ -8,7 +8,7 @@ using namespace amberquill;
 using namespace amberquill::desktop;
 using namespace Qt::StringLiterals;
 
-TEST(InstalledWorker, ItIsBesideTheLauncherOrWhereBothAreInstalled) {
+TEST(InstalledWorkerProgram, ItIsBesideTheLauncherOrInTheInstalledFolder) {
     const auto program = installedWorkerProgram(u"/mnt/image/usr/bin/amberquill"_s, environmentOf({}));
     ASSERT_EQ(program.paths.size(), 2U);
     EXPECT_EQ(program.paths[0], "/mnt/image/usr/bin/amberquill-icons");
@@ -16,11 +16,11 @@ TEST(InstalledWorker, ItIsBesideTheLauncherOrWhereBothAreInstalled) {
     EXPECT_TRUE(program.environment.empty());
 }
 
-TEST(InstalledWorker, ItIsNotLookedForInTheWorkingDirectory) {
+TEST(InstalledWorkerProgram, ItIsNotInTheWorkingDirectory) {
     EXPECT_TRUE(installedWorkerProgram({}, environmentOf({})).paths.empty());
 }
 
-TEST(InstalledWorker, ItIsToldOfFontsLanguageAndLibrariesAndNothingElse) {
+TEST(InstalledWorkerProgram, ItsEnvironmentHasFontsLanguageAndLibrariesOnly) {
     const auto program = installedWorkerProgram(
         u"/usr/bin/amberquill"_s, environmentOf({{"HOME", "/home/user"},
                                                  {"LANG", "de_DE.UTF-8"},

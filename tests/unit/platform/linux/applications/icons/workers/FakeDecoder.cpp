@@ -1,9 +1,9 @@
-// Stands in for the program that decodes icons, and does what the "file" says, which is a word and at times a
-// number. What it leaves in STAND_IN_FOLDER:
-//   started         a line for each process: its number, and " fonts" where it was started with them
-//   third           there were more than two at a time
-//   hangs-*, ...    see below; the ending is the process's number
-// STAND_IN_START says what it does instead of getting ready.
+// A test double of amberquill-icons. Its behaviour is chosen by the "file", which has a command and sometimes
+// a number. Files that it writes to FAKE_DECODER_FOLDER:
+//   started         a line for each process: its id, and " fonts" if it was started with fonts
+//   third           more than two ran at a time
+//   hangs-*, ...    see below; ends with the process's id
+// FAKE_DECODER_START is what it does instead of becoming ready.
 #include "platform/linux/decoder/channel/DecodingMessages.h"
 #include "platform/linux/decoder/channel/MessageSocket.h"
 #include "platform/linux/decoder/channel/SharedMemory.h"
@@ -32,14 +32,14 @@ namespace {
 constexpr std::uint32_t red = 0xFFFF0000U;
 constexpr std::uint32_t green = 0xFF00FF00U;
 constexpr std::uint32_t blue = 0xFF0000FFU;
-constexpr std::uint32_t glowing = 0x80FF4080U; // no premultiplied pixel
+constexpr std::uint32_t glowing = 0x80FF4080U; // not a valid premultiplied pixel
 
 std::string folder() {
-    const char* const text = std::getenv("STAND_IN_FOLDER");
+    const char* const text = std::getenv("FAKE_DECODER_FOLDER");
     return text == nullptr ? "." : text;
 }
 
-// Whole at once, for those who wait for it.
+// Atomically, for readers that wait for the file.
 void leave(const std::string& name, const std::string& text = {}) {
     const auto path = folder() + '/' + name;
     const auto temporary = folder() + "/." + name + std::to_string(::getpid());
@@ -54,7 +54,7 @@ void appendTo(const std::string& name, const std::string& line) {
     ::close(file);
 }
 
-// How often this has been asked by any process before.
+// How many calls any process made before.
 int timesBefore(const std::string& name) {
     const auto path = folder() + '/' + name;
     std::error_code none;
@@ -67,7 +67,7 @@ void takePlace() {
     for (const char* const name : {"/place1", "/place2"}) {
         const int file = ::open((folder() + name).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
         if (::flock(file, LOCK_EX | LOCK_NB) == 0) {
-            return; // as long as it lives
+            return; // held while it lives
         }
     }
     leave("third");
@@ -76,7 +76,7 @@ void takePlace() {
 [[noreturn]] void waitForEnd(int signal) {
     constexpr rlimit noCore = {};
     ::setrlimit(RLIMIT_CORE, &noCore);
-    std::signal(signal, SIG_DFL); // a sanitizer would say something
+    std::signal(signal, SIG_DFL); // a sanitizer would print a report
     ::raise(signal);
     ::_exit(99);
 }
@@ -88,7 +88,7 @@ void takePlace() {
     }
 }
 
-// What it finds itself with.
+// The inherited state.
 std::string report() {
     std::ostringstream text;
     text << "leads a session: " << (::getsid(0) == ::getpid()) << '\n';
@@ -218,7 +218,7 @@ void carryOut(const Command& command, const DecodingRequest& request, const Answ
         answers.picture(red, true);
     } else if (word == "glowing") {
         answers.picture(glowing);
-    } else if (word == "waits") { // for its being told to go on
+    } else if (word == "waits") { // for the file `go`
         leave(word);
         while (!std::filesystem::exists(folder() + "/go")) {
             ::usleep(1'000);
@@ -264,7 +264,7 @@ int main(int argc, char** argv) {
     const bool hasFonts = std::any_of(
         argv, argv + argc, [](const char* text) { return std::string(text) == decoderFontsArgument; });
     appendTo("started", std::to_string(::getpid()) + (hasFonts ? " fonts\n" : "\n"));
-    const char* const how = std::getenv("STAND_IN_START");
+    const char* const how = std::getenv("FAKE_DECODER_START");
     start(how == nullptr ? "" : how);
     while (true) {
         std::array<std::byte, requestSize> buffer = {};
