@@ -9,7 +9,7 @@ namespace {
 
 std::vector<RememberedItem> somePlaces() {
     const QUuid folder = QUuid::fromString(u"3F2504E0-4F89-11D3-9A0C-0305E82C3301"_s);
-    const PlaceMemory::Date since{std::chrono::seconds(1'700'000'000)};
+    const std::chrono::sys_seconds since{std::chrono::seconds(1'700'000'000)};
     return {
         {.id = folderItemId(folder), .folderName = u"Ga\"mes/"_s, .after = {}, .index = 0, .since = since},
         {.id = u"a:/x.app"_s, .after = u"a:/w.app"_s, .before = u"a:/y.app"_s, .index = 3, .since = since},
