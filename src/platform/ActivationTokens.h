@@ -16,9 +16,8 @@ public:
     ActivationTokens& operator=(const ActivationTokens&) = delete;
     virtual ~ActivationTokens() = default;
 
-    // Asks for a token on behalf of `window`, which has the focus now. `then` gets it, or an empty text where
-    // there is none to be had; it is called exactly once, soon (a compositor that does not answer counts as
-    // "none").
+    // Asks for a token on behalf of `window`, which has the focus now. `then` is called exactly once, and
+    // soon: with the token, or with an empty text if the desktop has none or does not answer.
     virtual void request(QWindow& window, const QString& applicationPath,
                          std::function<void(QString)> then) = 0;
 };

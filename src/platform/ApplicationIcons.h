@@ -21,20 +21,12 @@ public:
     // no such icon.
     [[nodiscard]] virtual QImage genericIcon(int edge) const = 0;
 
-    // Drops what is remembered of the icon folders' contents: the next question looks again.
+    // Drops cached contents of the icon folders: the next call reads them again.
     virtual void forget() = 0;
 
-    // Nothing was asked for for some seconds: gives back what was kept ready for quick answers. The next
-    // question may come at any time.
+    // Frees what is kept ready for quick answers. Called when no icon was asked for during some seconds; the
+    // next call may come at any time.
     virtual void rest() = 0;
-};
-
-class NullApplicationIcons final : public ApplicationIcons {
-public:
-    [[nodiscard]] QImage image(const QString&, int) const override { return {}; }
-    [[nodiscard]] QImage genericIcon(int) const override { return {}; }
-    void forget() override {}
-    void rest() override {}
 };
 
 } // namespace amberquill

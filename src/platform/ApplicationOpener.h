@@ -19,16 +19,10 @@ public:
     // false when it could not be.
     virtual void open(const QString& path, const QString& token, std::function<void(bool started)> done) = 0;
 
-    // Shows a page of the web in the application that the user has for these. Addresses of another scheme
-    // than https are not opened: they may name files and programs. Everything else as above.
+    // Opens a web page in the user's browser. Only https addresses are opened: others may name files and
+    // programs. `token` and `done` as above.
     virtual void openPage(const QUrl& address, const QString& token,
                           std::function<void(bool started)> done) = 0;
-};
-
-class NullApplicationOpener final : public ApplicationOpener {
-public:
-    void open(const QString&, const QString&, std::function<void(bool)> done) override { done(false); }
-    void openPage(const QUrl&, const QString&, std::function<void(bool)> done) override { done(false); }
 };
 
 } // namespace amberquill

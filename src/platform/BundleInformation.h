@@ -5,7 +5,7 @@
 
 namespace amberquill {
 
-// What an application bundle (a `*.app` folder) says of itself. Safe on any thread.
+// Information about application bundles (`*.app` folders). Safe on any thread.
 class BundleInformation {
 public:
     BundleInformation() = default;
@@ -13,16 +13,9 @@ public:
     BundleInformation& operator=(const BundleInformation&) = delete;
     virtual ~BundleInformation() = default;
 
-    // The bundle's identifier, or none: not a bundle, no property list, an unreadable one, or no identifier
-    // in it.
+    // The bundle's identifier. None: not a bundle, or a property list that is missing, unreadable or without
+    // an identifier.
     [[nodiscard]] virtual std::optional<QString> bundleIdentifier(const QString& bundlePath) const = 0;
-};
-
-class NullBundleInformation final : public BundleInformation {
-public:
-    [[nodiscard]] std::optional<QString> bundleIdentifier(const QString&) const override {
-        return std::nullopt;
-    }
 };
 
 } // namespace amberquill

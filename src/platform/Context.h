@@ -5,9 +5,9 @@
 
 namespace amberquill {
 
-// What delayed and background work is bound to: bound work does nothing once its context is gone. A context
-// is a member of the object that the work uses. It is declared last, so that it goes first. Main thread only;
-// work that is bound may be copied and destroyed on any thread.
+// The lifetime of delayed and background work: work that is bound to a context does nothing once the context
+// is destroyed. A context is a member of the object that the work uses, declared last, so that it is
+// destroyed first. Main thread only; bound work may be copied and destroyed on any thread.
 class Context {
 public:
     Context() = default;
@@ -15,7 +15,7 @@ public:
     Context& operator=(const Context&) = delete;
     ~Context() = default;
 
-    // `work` as a function that does nothing once this context is gone or has been reset. Called on the main
+    // A function that calls `work`, unless this context has been destroyed or reset. It is called on the main
     // thread.
     template<typename Work>
     [[nodiscard]] auto bind(Work work) const {
@@ -26,10 +26,10 @@ public:
         };
     }
 
-    // Gone when what is bound now does nothing any more. May be asked on any thread.
+    // Expires when work that is bound now does nothing any more. May be checked on any thread.
     [[nodiscard]] std::weak_ptr<const char> life() const { return life_; }
 
-    // All that was bound so far does nothing any more: nobody waits for those answers.
+    // Work that was bound so far does nothing from now on: its answers are no longer wanted.
     void reset() { life_ = std::make_shared<const char>(); }
 
 private:

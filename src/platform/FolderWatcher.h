@@ -5,7 +5,7 @@
 
 namespace amberquill {
 
-// Tells when something changed in or below folders. Main thread only.
+// Reports changes in and below folders. Main thread only.
 class FolderWatcher {
 public:
     FolderWatcher() = default;
@@ -13,14 +13,9 @@ public:
     FolderWatcher& operator=(const FolderWatcher&) = delete;
     virtual ~FolderWatcher() = default;
 
-    // From now on `changed` is called on the main thread after changes in these folders (missing ones
-    // included: they may come) once it has been quiet for a moment. Replaces what was watched before.
+    // From now on `changed` is called after changes in these folders, once no more come for a moment. Folders
+    // may be missing: their appearance is a change. Replaces the folders of an earlier call.
     virtual void watch(const QStringList& folders, std::function<void()> changed) = 0;
-};
-
-class NullFolderWatcher final : public FolderWatcher {
-public:
-    void watch(const QStringList&, std::function<void()>) override {}
 };
 
 } // namespace amberquill

@@ -16,7 +16,7 @@ struct KeyChord {
     bool operator==(const KeyChord&) const = default;
 };
 
-// What came along with a press and lets the program come to the front for it.
+// What lets the program come to the front for a press of a shortcut.
 struct PressOrigin {
     QString token;          // an activation token; empty: none
     std::uint32_t time = 0; // on the X server's clock, in milliseconds; 0: not known
@@ -24,8 +24,8 @@ struct PressOrigin {
     bool operator==(const PressOrigin&) const = default;
 };
 
-// Keys that reach the program whatever window has the focus. Main thread only. A refusal, as of a chord that
-// somebody else has, is silent.
+// Keys that reach the program whatever window has the focus. Main thread only. A chord that the desktop
+// refuses, for instance because another program has it, is never delivered; nothing else tells of it.
 class GlobalShortcut {
 public:
     using Handler = std::function<void(std::uint32_t id)>;
@@ -35,20 +35,20 @@ public:
     GlobalShortcut& operator=(const GlobalShortcut&) = delete;
     virtual ~GlobalShortcut() = default;
 
-    // From now on a press of the chord is delivered under the id, once, however long it is held.
+    // From now on each press of the chord is delivered under the id, once, however long it is held.
     virtual void add(std::uint32_t id, const KeyChord& chord) = 0;
 
-    // Its presses arrive no more. Harmless where there are none.
+    // Presses under this id are no longer delivered. Ids that were not added are ignored.
     virtual void remove(std::uint32_t id) = 0;
 
-    // What tells of the presses may be there again after it had gone: it is asked anew.
+    // The desktop's service for shortcuts may be back after it had gone: registers the chords again.
     virtual void serviceCameBack() {}
 
     // There is one handler for all ids.
     [[nodiscard]] bool hasHandler() const { return handler_ != nullptr; }
     void setHandler(Handler handler) { handler_ = std::move(handler); }
 
-    // Of the press that is being delivered.
+    // Valid while a press is delivered.
     [[nodiscard]] const PressOrigin& origin() const { return origin_; }
 
 protected:

@@ -4,7 +4,7 @@
 
 namespace amberquill {
 
-// Where things are kept. Absolute folders without a trailing slash; a folder need not exist.
+// The folders of the program's files. Absolute, without a trailing slash; a folder need not exist.
 struct Locations {
     QString home;               // the user's home folder
     QString applicationSupport; // data that the user would miss: the layout

@@ -5,8 +5,7 @@
 
 namespace amberquill {
 
-// What the launcher's own bundle says of it: the information property list that is installed beside the
-// program's data.
+// The launcher's own information property list, which is installed with the program's data.
 class MainBundle {
 public:
     MainBundle() = default;
@@ -14,7 +13,7 @@ public:
     MainBundle& operator=(const MainBundle&) = delete;
     virtual ~MainBundle() = default;
 
-    // The text that stands under a key, or none: no list, no such key, or another kind of value.
+    // The text under a key. None: no list, no such key, or a value that is no text.
     [[nodiscard]] virtual std::optional<QString> text(const QString& key) const = 0;
 };
 
@@ -23,7 +22,7 @@ public:
     [[nodiscard]] std::optional<QString> text(const QString&) const override { return std::nullopt; }
 };
 
-// The program's version as people are shown it everywhere; "0" where the bundle says none.
+// The program's version as users see it; "0" if the bundle has none.
 [[nodiscard]] inline QString shownVersion(const MainBundle& bundle) {
     return bundle.text(QStringLiteral("CFBundleShortVersionString")).value_or(QStringLiteral("0"));
 }

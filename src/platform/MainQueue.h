@@ -17,8 +17,8 @@
 
 namespace amberquill {
 
-// Work that waits on the main queue for its time. It does not run once this handle is gone, or has been given
-// other work. Main thread only.
+// Delayed work on the main queue. Destroying the handle, or assigning other work to it, cancels the work.
+// Main thread only.
 class [[nodiscard]] DelayedWork {
 public:
     DelayedWork() = default;
@@ -36,7 +36,7 @@ public:
     }
     ~DelayedWork() { cancel(); }
 
-    // The work will not run. Harmless when it has run already.
+    // The work will not run. Does nothing if it has run already.
     void cancel() {
         if (cancelled_) {
             *cancelled_ = true;
@@ -47,19 +47,21 @@ private:
     std::shared_ptr<bool> cancelled_;
 };
 
-// What background work is for. Work of one kind does not wait for work of another.
+// Kinds of background work. Work of one kind does not wait for work of another.
 enum class Lane {
     General,
     Scan,   // finding the applications
-    Launch, // reading what is to be opened
+    Launch, // reading the application to be opened
     Icons,  // decoding
-    Save,   // writing what is kept
-    Apart,  // on a thread of its own for each piece: it may hang, and the program's end does not wait for it
+    Save,   // writing files
+    Apart,  // work that may hang: each piece has a thread of its own, and the program's end does not wait for
+            // it
 };
 inline constexpr std::size_t sharedLaneCount = 5; // all but the last
 
-// The main thread's clock and queue: the only way in the program to learn the time or to do something later.
-// All operations but `post` are called on the main thread.
+// The main thread's clock and queue: the program's only source of time, timers and background work. All
+// operations but `post` are called on the main thread. Waits that block a thread have a QDeadlineTimer
+// instead.
 class MainQueue {
 public:
     using Work = std::function<void()>;
@@ -72,39 +74,39 @@ public:
     // Seconds on a clock that never goes back. Only differences mean anything.
     [[nodiscard]] virtual double now() const = 0;
 
-    // The date and time of day in UTC, as the user's machine has it: it may go back.
+    // The date and time of day in UTC, by the machine's clock, which may be set back.
     [[nodiscard]] virtual std::chrono::sys_seconds date() const = 0;
 
-    // Runs the work on the main thread after what is running now. May be called on any thread.
+    // Runs the work on the main thread, after the work that runs now. May be called on any thread.
     virtual void post(Work work) = 0;
 
-    // The same, unless the context is gone by then.
+    // The same, unless the context has been destroyed by then.
     template<typename Bound>
     void then(const Context& context, Bound work) {
         post(context.bind(std::move(work)));
     }
 
-    // Runs the work on the main thread once `seconds` have passed, unless the handle is gone by then.
+    // Runs the work on the main thread after `seconds`, unless the handle has been destroyed by then.
     [[nodiscard]] DelayedWork postAfter(double seconds, Work work) {
         auto cancelled = std::make_shared<bool>(false);
         wait(seconds, std::move(work), cancelled);
         return DelayedWork(std::move(cancelled));
     }
 
-    // The same for work that nothing cancels but the end of its context.
+    // The same for work that only the end of its context cancels.
     template<typename Bound>
     void thenAfter(const Context& context, double seconds, Bound work) {
         wait(seconds, context.bind(std::move(work)), std::make_shared<bool>(false));
     }
 
-    // Runs `work` away from the main thread, then `thenOnMain` on it. `work` gets values and shares nothing.
-    // What `thenOnMain` uses outlives the queue, or it is bound to a context.
+    // Runs `work` on another thread, then `thenOnMain` on the main thread. `work` captures values and shares
+    // nothing. `thenOnMain` is bound to a context, or all that it uses outlives the queue.
     void runInBackground(Work work, Work thenOnMain, Lane lane = Lane::General) {
         start(lane, std::move(work), std::move(thenOnMain));
     }
 
-    // The same for work that answers with a value: `then(value)` runs on the main thread, unless the context
-    // is gone by then.
+    // The same for work with a result: `then(result)` runs on the main thread, unless the context has been
+    // destroyed by then.
     template<typename Task, typename Then>
     void compute(const Context& context, Task task, Then then, Lane lane = Lane::General) {
         auto value = std::make_shared<std::optional<decltype(task())>>();
@@ -121,9 +123,9 @@ public:
                         [then = std::move(then), value]() mutable { then(std::move(**value)); }, lane);
     }
 
-    // `work` as a function that may be called on any thread, also when this queue is gone: it posts the work,
-    // which runs with the values that the function was given, unless the context is gone by then. Where it is
-    // gone already, the values end on the calling thread.
+    // A function for answers from other threads: it posts a call of `work` with the function's arguments. It
+    // may be called on any thread, also after this queue has been destroyed. Once the context has been
+    // destroyed it does nothing, and its arguments end on the calling thread.
     template<typename Bound>
     [[nodiscard]] auto answer(const Context& context, Bound work) const {
         auto bound = std::make_shared<decltype(context.bind(std::move(work)))>(context.bind(std::move(work)));
@@ -138,10 +140,11 @@ public:
     }
 
 private:
-    // What `post` does, as a function that may outlive the queue and then does nothing. Called on any thread.
+    // The same as `post`, as a function that may outlive the queue and then does nothing. Called on any
+    // thread.
     [[nodiscard]] virtual std::function<void(Work)> poster() const = 0;
 
-    // `cancelled` is looked at when the time has come.
+    // The work does not run if it is cancelled when its time comes.
     virtual void wait(double seconds, Work work, std::shared_ptr<const bool> cancelled) = 0;
     virtual void start(Lane lane, Work work, Work thenOnMain) = 0;
 };

@@ -12,18 +12,12 @@ public:
     MotionPreference& operator=(const MotionPreference&) = delete;
     virtual ~MotionPreference() = default;
 
-    // As far as is known by now. False until follow() has found out otherwise.
+    // As known by now: false until follow() finds out otherwise.
     [[nodiscard]] virtual bool isReduced() const = 0;
 
-    // Begins to find out, without waiting for it. From now on `changed` is called after each change of
-    // isReduced(), the first one included.
+    // Begins to ask the desktop, without waiting for the answer. From now on `changed` is called after each
+    // change of isReduced(), the first one included.
     virtual void follow(std::function<void()> changed) = 0;
-};
-
-class NullMotionPreference final : public MotionPreference {
-public:
-    [[nodiscard]] bool isReduced() const override { return false; }
-    void follow(std::function<void()>) override {}
 };
 
 } // namespace amberquill

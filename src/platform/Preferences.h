@@ -6,9 +6,8 @@
 
 namespace amberquill {
 
-// The user's preferences: typed values by key. A value of another type than the one asked for reads as
-// absent. Main thread only, but for `flush`. A failed write is silent, and the value holds until the program
-// ends.
+// The user's preferences: typed values by key. A value of another type than the requested one reads as
+// absent. If writing fails, the values last until the program ends. Main thread only, except `flush`.
 class Preferences {
 public:
     Preferences() = default;
@@ -27,24 +26,8 @@ public:
     virtual void setStringList(const QString& key, const QStringList& value) = 0;
     virtual void remove(const QString& key) = 0;
 
-    // Returns when what was set is on the disk, or has failed. Safe on any thread.
+    // Returns when all changes are on the disk or have failed. Safe on any thread.
     virtual void flush() = 0;
-};
-
-class NullPreferences final : public Preferences {
-public:
-    [[nodiscard]] std::optional<int> integer(const QString&) const override { return std::nullopt; }
-    [[nodiscard]] std::optional<bool> boolean(const QString&) const override { return std::nullopt; }
-    [[nodiscard]] std::optional<QString> string(const QString&) const override { return std::nullopt; }
-    [[nodiscard]] std::optional<QStringList> stringList(const QString&) const override {
-        return std::nullopt;
-    }
-    void setInteger(const QString&, int) override {}
-    void setBoolean(const QString&, bool) override {}
-    void setString(const QString&, const QString&) override {}
-    void setStringList(const QString&, const QStringList&) override {}
-    void remove(const QString&) override {}
-    void flush() override {}
 };
 
 } // namespace amberquill

@@ -5,16 +5,16 @@
 
 namespace amberquill {
 
-// How the running program came to be on this machine.
+// How the running program was installed.
 enum class InstallKind {
     Image,          // one file that the user may replace
-    PackageManager, // files that a package manager looks after
+    PackageManager, // files that belong to a package manager
     Other,          // built by hand, or an image that is not the user's to replace
 };
 
-// Replaces the program by a newer one, where that is one file. In two steps, so that what has come can be
-// looked at before anything is touched: stage(), then replace() or discard(). These three are safe on any
-// thread, one at a time; the others belong to the main thread.
+// Replaces the program by a newer one, if it is a single file. There are two steps, so that the new file can
+// be checked before the old one is touched: stage(), then replace() or discard(). These three are safe on any
+// thread, one at a time; the others are called on the main thread.
 class ProgramInstaller {
 public:
     ProgramInstaller() = default;
@@ -24,23 +24,23 @@ public:
 
     [[nodiscard]] virtual InstallKind kind() const = 0;
 
-    // Copies the file to where it can take the program's place and answers the version it says it is. None:
-    // that failed, or it does not say one; nothing is left behind.
+    // Copies the file next to the program and answers the version that it reports. None: copying failed, or
+    // the file reports no version; the copy is removed.
     [[nodiscard]] virtual std::optional<QString> stage(const QString& file) = 0;
 
-    // Puts what is staged in the program's place as one step: whatever happens meanwhile, the old program or
-    // the new one is there whole. False: the old one is, and nothing is left behind.
+    // Renames the staged file over the program, in one step: at any time the old program or the new one is
+    // there, complete. False: the old one is still there, and the staged file is removed.
     [[nodiscard]] virtual bool replace() = 0;
 
-    // Removes what is staged. Harmless when nothing is.
+    // Removes the staged file, if there is one.
     virtual void discard() = 0;
 
-    // Has the program started anew as soon as this process has ended, which is up to the caller. False: that
-    // cannot be done.
+    // Starts the program again as soon as this process has ended; the caller ends it. False: this is not
+    // possible.
     [[nodiscard]] virtual bool startAgainAfterExit() = 0;
 };
 
-// A program that nobody can replace from within.
+// A program that cannot replace itself.
 class NullProgramInstaller final : public ProgramInstaller {
 public:
     [[nodiscard]] InstallKind kind() const override { return InstallKind::Other; }

@@ -9,13 +9,13 @@
 namespace amberquill {
 
 struct RegisteredApplication {
-    QString path; // of the file that registers it; opens it and finds its icon
-    QString name; // as shown to a person, in the user's language
+    QString path; // of the file that registers it, by which it is opened and its icon is found
+    QString name; // in the user's language
 
     bool operator==(const RegisteredApplication&) const = default;
 };
 
-// The applications that the desktop itself knows of, beside the bundles in the application folders.
+// The applications that are registered with the desktop, as opposed to bundles in the application folders.
 // Safe on any thread.
 class RegisteredApplications {
 public:
@@ -24,8 +24,8 @@ public:
     RegisteredApplications& operator=(const RegisteredApplications&) = delete;
     virtual ~RegisteredApplications() = default;
 
-    // Those to be listed, in a stable order, and in `folders`, at its end, where they were looked for. Reads
-    // the disk; takes a noticeable time with thousands.
+    // The applications to be listed, in a stable order. Appends the folders that were searched to `folders`.
+    // Reads the disk, which takes a noticeable time with thousands of applications.
     [[nodiscard]] virtual std::vector<RegisteredApplication> list(ScannedFolders& folders) const = 0;
     [[nodiscard]] std::vector<RegisteredApplication> list() const {
         ScannedFolders ignored;
@@ -34,14 +34,6 @@ public:
 
     // The folders whose changes may change the list, whether they exist or not.
     [[nodiscard]] virtual QStringList watchedFolders() const = 0;
-};
-
-class NullRegisteredApplications final : public RegisteredApplications {
-public:
-    using RegisteredApplications::list;
-
-    [[nodiscard]] std::vector<RegisteredApplication> list(ScannedFolders&) const override { return {}; }
-    [[nodiscard]] QStringList watchedFolders() const override { return {}; }
 };
 
 } // namespace amberquill

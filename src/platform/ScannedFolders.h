@@ -5,14 +5,14 @@
 
 namespace amberquill {
 
-// The folders that a scan went through, and how it found them. An application below a folder that could not
-// be read may be there all the same. Absolute paths without a slash at the end.
+// The folders of a scan, and which of them could not be read: applications in those may still exist. Absolute
+// paths without a slash at the end.
 struct ScannedFolders {
-    QStringList roots;      // where the search began, in its order
-    QStringList missing;    // of the roots, those that are not there
-    QStringList unreadable; // roots, and folders below them, that were not read to their end
+    QStringList roots;      // where the search began, in the order of the search
+    QStringList missing;    // roots that do not exist
+    QStringList unreadable; // roots, and folders below them, that were not read completely
 
-    // Notes a root of which nothing is known, since it does not answer.
+    // Notes a root that does not answer.
     void noteGivenUp(const QString& root) {
         roots.append(root);
         unreadable.append(root);
@@ -24,7 +24,8 @@ struct ScannedFolders {
         unreadable += others.unreadable;
     }
 
-    // Notes why `folder` was not read. One below a root that is gone has gone with what was in it.
+    // Notes why `folder` was not read. A folder below a root that no longer exists is not noted: its
+    // applications are gone as well.
     void noteFailure(const QString& folder, std::error_code error, bool isRoot) {
         if (error != std::errc::no_such_file_or_directory && error != std::errc::not_a_directory) {
             unreadable.append(folder);

@@ -4,17 +4,17 @@
 
 namespace amberquill {
 
-// What scrolls, as the desktop knows it.
+// A device that scrolls, as described by the desktop.
 struct ScrollDevice {
     enum class Kind {
-        Unknown, // an event's own data must tell
+        Unknown, // only the event's own data tells
         Wheel,
         Touchpad,
     };
 
     Kind kind = Kind::Unknown;
-    // How far fingers move on it for what counts as a wheel's notch: a tenth of a notch is a point where Qt
-    // computes the one from the other.
+    // How far fingers move on it for the equivalent of a wheel's notch. Where Qt converts one into the other,
+    // a point is a tenth of a notch.
     double pointsPerNotch = 10;
 
     bool operator==(const ScrollDevice&) const = default;
@@ -28,8 +28,8 @@ public:
     ScrollDevices& operator=(const ScrollDevices&) = delete;
     virtual ~ScrollDevices() = default;
 
-    // The device with Qt's number (QInputDevice::systemId) for it. The answer may change as devices come and
-    // go: asked at the beginning of each movement.
+    // The device with this QInputDevice::systemId. Devices come and go, so this is asked at the beginning of
+    // each movement.
     [[nodiscard]] virtual ScrollDevice device(qint64 systemId) const = 0;
 };
 

@@ -5,7 +5,7 @@
 
 namespace amberquill {
 
-// The languages the user prefers, as the system knows them (BCP 47 tags, most wanted first).
+// The user's preferred languages, as set in the system: BCP 47 tags, most preferred first.
 class SystemLanguages {
 public:
     SystemLanguages() = default;
@@ -13,17 +13,11 @@ public:
     SystemLanguages& operator=(const SystemLanguages&) = delete;
     virtual ~SystemLanguages() = default;
 
-    // A system-wide list set beside the locale, or none where the system has no such thing.
+    // A system-wide list that is set apart from the locale. None: the system has no such list.
     [[nodiscard]] virtual std::optional<QStringList> systemWideList() const = 0;
 
-    // The list that the locale gives.
+    // The list of the locale.
     [[nodiscard]] virtual QStringList preferred() const = 0;
-};
-
-class NullSystemLanguages final : public SystemLanguages {
-public:
-    [[nodiscard]] std::optional<QStringList> systemWideList() const override { return std::nullopt; }
-    [[nodiscard]] QStringList preferred() const override { return {}; }
 };
 
 } // namespace amberquill

@@ -8,7 +8,7 @@ class QWindow;
 
 namespace amberquill {
 
-// What a desktop's window system does for the launcher's window beyond what Qt does itself. Main thread only.
+// The window system's services for the launcher's window that Qt does not offer. Main thread only.
 class WindowSystem {
 public:
     WindowSystem() = default;
@@ -19,51 +19,44 @@ public:
     // The screen under the pointer; null leaves the choice to the window system.
     [[nodiscard]] virtual QScreen* screenUnderPointer() const = 0;
 
-    // Whether what lies behind a translucent window shows through it, now. Where it does not, it is black.
+    // Whether translucent windows are blended with the windows behind them, now. If not, they have black
+    // behind.
     [[nodiscard]] virtual bool blendsWindows() const { return true; }
 
-    // Whether what lies behind a translucent window is blurred once it is presented, now. Only where windows
-    // blend.
+    // Whether the window system blurs the content behind a translucent window, now. Only if windows are
+    // blended.
     [[nodiscard]] virtual bool blursBehindWindows() const { return false; }
 
-    // Whether a program knows where on the screen its own windows are.
+    // Whether a program can find out where on the screen its own windows are.
     [[nodiscard]] virtual bool tellsPlaces() const { return true; }
 
-    // What came along with the user's wish to see the launcher and lets the next present() take the focus: an
-    // activation token (Wayland), a startup notification id (X11). Empty: nothing came along.
+    // The activation token (or startup notification id) of the user's action that shows the launcher: it lets
+    // the next present() take the focus. Empty: the action had none.
     virtual void setActivationToken(const QString&) {}
 
     // When the user asked to see the launcher, on the X server's clock in milliseconds, for the next
     // present(). Without it, that is now.
     virtual void setUserTime(std::uint32_t) {}
 
-    // Whether the window, while it is up, appears in task bars and window cycles. False at first. Window
-    // systems without such a wish ignore it.
+    // Whether the window, while it is shown, appears in task bars and window switchers. False at first.
+    // Window systems without such a setting ignore it.
     virtual void setListedInTaskBars(bool) {}
 
-    // Puts the window on screen: covering the whole of its screen, panels included, above other windows, on
-    // every desktop, out of task bars and window cycles unless it is to be listed there; then brings it to
-    // the front with the input focus. On a window that is up already: moves it to that screen and brings it
-    // to the front again. The window keeps to a living screen from then on, whatever happens to this one.
+    // Shows the window over the whole screen, panels included, above other windows, on every virtual desktop,
+    // and outside task bars and window switchers unless it is to be listed there; then brings it to the front
+    // with the input focus. Moves a window that is shown already to that screen and brings it to the front
+    // again. If the screen goes away later, the window moves to one that exists.
     virtual void present(QWindow& window, QScreen* screen) = 0;
 
-    // Takes the window off screen; the window that had the focus before gets it back.
+    // Hides the window; the window that had the focus before gets it back.
     virtual void withdraw(QWindow& window) = 0;
 
-    // Whether the input focus lies with no program's window, now: where a window manager found nobody to give
-    // it to. False where that cannot be known.
+    // Whether no window has the input focus now, because the window manager found none to give it to. False
+    // if this cannot be found out.
     [[nodiscard]] virtual bool nobodyHasFocus() const { return false; }
 
     // The system's alert sound.
     virtual void beep() = 0;
-};
-
-class NullWindowSystem final : public WindowSystem {
-public:
-    [[nodiscard]] QScreen* screenUnderPointer() const override { return nullptr; }
-    void present(QWindow&, QScreen*) override {}
-    void withdraw(QWindow&) override {}
-    void beep() override {}
 };
 
 } // namespace amberquill

@@ -10,6 +10,7 @@
 #include "platform/Preferences.h"
 #include "platform/linux/queue/EventLoopQueue.h"
 #include "support/MemoryFileSystem.h"
+#include "support/MemoryPreferences.h"
 #include "views/BackgroundWash.h"
 
 #include <benchmark/benchmark.h>
@@ -166,7 +167,7 @@ void indexNames(benchmark::State& state) {
 void typeALetter(benchmark::State& state, const char* text) {
     EventLoopQueue queue;
     MemoryFileSystem files;
-    NullPreferences preferences;
+    MemoryPreferences preferences;
     const std::vector<AppInfo> apps = installedApps(state.range(0));
     LauncherModel model({queue, files, preferences, {}, [] { return std::vector<AppInfo>(); }, {}, {}});
     model.applyScan(apps);

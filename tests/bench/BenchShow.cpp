@@ -62,7 +62,7 @@ int main(int argc, char** argv) {
     const auto windows = desktop::makeWindowSystem();
     const auto screens = desktop::makeScreenCapture();
     NullActivationTokens tokens;
-    NullApplicationOpener opener;
+    FailingOpener opener;
     const NullScrollDevices devices;
     LauncherWindowController controller({model, queue, *windows, tokens, opener, devices, *screens});
 

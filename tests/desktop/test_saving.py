@@ -17,10 +17,10 @@ class Saving(OnX11):
         self.layout_file.parent.mkdir()
 
     def expect_to_work_without_saving(self):
-        """With one warning and nothing else."""
-        launcher = self.begin_shown_launcher(self.made)
+        """With one line in the debug log and nothing else."""
+        launcher = self.begin_shown_launcher(self.made, QT_LOGGING_RULES="amberquill.saving.debug=true")
         self.choose(self.SORT)
-        until(lambda: launcher.lines and launcher.lines[0].endswith(NO_FILE), "the warning")
+        until(lambda: launcher.lines and launcher.lines[0].endswith(NO_FILE), "the line in the log")
         self.act("hide")
         self.expect_hidden()
         self.act("show")

@@ -2,8 +2,12 @@
 #pragma once
 
 #include "platform/ApplicationIcons.h"
+#include "platform/ApplicationOpener.h"
+#include "platform/BundleInformation.h"
 #include "platform/FolderWatcher.h"
+#include "platform/RegisteredApplications.h"
 #include "platform/SystemLanguages.h"
+#include "platform/TrayHosts.h"
 
 #include <QColor>
 #include <utility>
@@ -27,6 +31,45 @@ public:
     [[nodiscard]] QImage genericIcon(int) const override { return {}; }
     void forget() override {}
     void rest() override {}
+};
+
+// Applications without icons.
+class NoIcons final : public ApplicationIcons {
+public:
+    [[nodiscard]] QImage image(const QString&, int) const override { return {}; }
+    [[nodiscard]] QImage genericIcon(int) const override { return {}; }
+    void forget() override {}
+    void rest() override {}
+};
+
+// No path is a bundle with an identifier.
+class NoBundles final : public BundleInformation {
+public:
+    [[nodiscard]] std::optional<QString> bundleIdentifier(const QString&) const override {
+        return std::nullopt;
+    }
+};
+
+class NoRegisteredApplications final : public RegisteredApplications {
+public:
+    using RegisteredApplications::list;
+
+    [[nodiscard]] std::vector<RegisteredApplication> list(ScannedFolders&) const override { return {}; }
+    [[nodiscard]] QStringList watchedFolders() const override { return {}; }
+};
+
+// Starts nothing.
+class FailingOpener final : public ApplicationOpener {
+public:
+    void open(const QString&, const QString&, std::function<void(bool)> done) override { done(false); }
+    void openPage(const QUrl&, const QString&, std::function<void(bool)> done) override { done(false); }
+};
+
+// One tray, which tells nothing of its items.
+class SilentTray final : public TrayHosts {
+public:
+    void follow(std::function<void()> came, std::function<void()> /*gone*/) override { came(); }
+    [[nodiscard]] QImage itemPicture() const override { return {}; }
 };
 
 // A folder watcher that reports a change when a test says so.

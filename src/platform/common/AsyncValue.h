@@ -14,9 +14,9 @@
 
 namespace amberquill {
 
-// A value that is made on a thread of its own, while the caller goes on. A disk that does not answer keeps
-// nobody waiting: the thread goes on by itself, and what `make` refers to has to be there for as long as it
-// does. Copies refer to the same value. Safe on any thread.
+// A value that is computed on a thread of its own. Nothing waits for a thread that hangs, for instance on a
+// disk that does not answer; all that `make` refers to has to outlive the thread. Copies refer to the same
+// value. Safe on any thread.
 template<typename Value>
 class AsyncValue {
 public:
@@ -32,7 +32,7 @@ public:
         }
     }
 
-    // From now on this is the value: for a maker that has more than one to give.
+    // Sets the value, for producers that are not started here.
     void give(Value value) const {
         const std::scoped_lock lock(state_->mutex);
         state_->isUnderWay = false;
@@ -44,22 +44,22 @@ public:
         state_->changed.notify_all();
     }
 
-    // The value, once it is there. Waits for one that has not been started, too. Not to be used with those
-    // below, which take the value away.
+    // Waits for the value, even if it has not been started. Not to be combined with the functions below,
+    // which take the value away.
     [[nodiscard]] const Value& get() const {
         std::unique_lock lock(state_->mutex);
         state_->changed.wait(lock, [this] { return state_->value.has_value(); });
         return *state_->value;
     }
 
-    // The value, if it is there by then; only once. One that has not been started is not waited for.
+    // The value, if it is there by the deadline; only once. Does not wait if nothing was started.
     [[nodiscard]] std::optional<Value> takeBy(QDeadlineTimer deadline) const {
         std::unique_lock lock(state_->mutex);
         wait(lock, deadline);
         return std::exchange(state_->value, std::nullopt);
     }
 
-    // Waits as long for the end of what was started.
+    // Waits for the value without taking it.
     void waitUntil(QDeadlineTimer deadline) const {
         std::unique_lock lock(state_->mutex);
         wait(lock, deadline);
@@ -70,7 +70,7 @@ public:
         return takeBy(QDeadlineTimer(QDeadlineTimer::Forever));
     }
 
-    // Has `then` called with the value on the main thread as soon as it is there, unless the context is gone
+    // Calls `then` with the value on the main thread once it is there, unless the context has been destroyed
     // by then.
     template<typename Then>
     void whenThere(const MainQueue& queue, const Context& context, Then then) const {

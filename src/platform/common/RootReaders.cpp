@@ -15,7 +15,7 @@ namespace amberquill {
 
 namespace {
 
-// A reading that takes so long is given up whether it gets on or not.
+// A reading that takes so long is given up even if it makes progress.
 constexpr std::chrono::seconds longestReading{5};
 constexpr std::chrono::milliseconds lookEvery{50};
 
@@ -36,7 +36,7 @@ struct RootReaders::State {
     std::mutex mutex;
     std::condition_variable ended;
     QHash<QString, std::shared_ptr<Job>> underWay;
-    QHash<QString, std::shared_ptr<void>> late; // what readings came to that had been given up
+    QHash<QString, std::shared_ptr<void>> late; // results of readings that had been given up
     std::function<void()> answered;
 
     void end(const QString& key, Job& job, const std::shared_ptr<void>& result) {

@@ -9,22 +9,22 @@
 
 namespace amberquill {
 
-// Reads folders side by side, each on a thread of its own, so that one on a mount that does not answer keeps
-// no other waiting. A folder whose reading gets no further is given up. Its reading goes on and is not begun
-// a second time; what it comes to in the end is the answer to the next question for it. Safe on any thread.
+// Reads folders in parallel, each on a thread of its own, so that a mount that does not answer delays no
+// other folder. A reading without progress is given up: it continues in the background, is not started a
+// second time, and its result answers the next question for that folder. Safe on any thread.
 class RootReaders {
 public:
-    // Tells that the reading gets on.
+    // Called by a reading to report progress.
     using GoOn = std::function<void()>;
 
-    // A reading that gets no further for so long is given up.
+    // A reading without progress for so long is given up.
     explicit RootReaders(std::chrono::milliseconds longestStandstill = std::chrono::seconds(1));
     RootReaders(const RootReaders&) = delete;
     RootReaders& operator=(const RootReaders&) = delete;
     ~RootReaders();
 
-    // What `read` answers for each of the roots, null for one that was given up. `kind` tells readings of one
-    // folder for different purposes apart, and always stands for the same `Result`.
+    // The results of `read` for the roots, null for a root that was given up. `kind` distinguishes readings
+    // of the same folder for different purposes; one kind always has the same `Result`.
     template<typename Result, typename Read>
     std::vector<std::shared_ptr<Result>> readAll(const QString& kind, const QStringList& roots, Read read) {
         std::vector<Reading> readings;
@@ -40,10 +40,10 @@ public:
         return results;
     }
 
-    // Called, on any thread, when a reading that was given up has come to its end.
+    // `answered` is called, on any thread, when a reading that was given up has ended.
     void setAnswered(std::function<void()> answered);
 
-    // Whether no reading is under way.
+    // Whether no reading is running.
     [[nodiscard]] bool isIdle() const;
 
 private:
@@ -60,7 +60,7 @@ private:
     std::shared_ptr<State> state_; // shared with the threads
 };
 
-// The same on this thread where there are no readers.
+// The same on the calling thread if there are no readers.
 template<typename Result, typename Read>
 std::vector<std::shared_ptr<Result>> readRoots(RootReaders* readers, const QString& kind,
                                                const QStringList& roots, Read read) {

@@ -7,13 +7,14 @@
 #include <algorithm>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <utility>
 
 namespace amberquill {
 
 namespace {
 
-Q_LOGGING_CATEGORY(savingLog, "amberquill.saving", QtWarningMsg)
+Q_LOGGING_CATEGORY(savingLog, "amberquill.saving", QtCriticalMsg)
 
 // Seconds between attempts to write what could not be written.
 constexpr double firstPause = 1;
@@ -51,7 +52,7 @@ public:
         }
     }
 
-    // Any thread; waits for a write that is under way on another.
+    // Any thread; waits for a write that is running on another.
     void write() {
         if (earlier_) {
             earlier_->write();
@@ -74,7 +75,7 @@ public:
     void stopTrying() { retry_.cancel(); }
 
 private:
-    // Not more than one write is under way: a disk that hangs holds up one thread, not all of them.
+    // At most one write runs at a time: a disk that hangs blocks one thread, not all of them.
     void request() {
         if (!std::exchange(isRequested_, true) && !isWriting_) {
             start();
@@ -119,21 +120,27 @@ private:
 
     // False: the file does not hold the content.
     bool replace(const QByteArray& content) {
-        // The file may have been deleted or changed by others since.
+        // Others may have deleted or changed the file since.
         if (content == held_ && files_.readFile(path_, largest_) == content) {
             return true;
         }
         const FileKind kind = files_.kind(path_);
         if (kind == FileKind::Other) {
-            if (!std::exchange(hasWarned_, true)) {
-                qCWarning(savingLog) << path_ << "is no regular file: nothing is saved there";
+            if (!std::exchange(hasLoggedKind_, true)) {
+                qCDebug(savingLog) << path_ << "is no regular file: nothing is saved there";
             }
             return false;
         }
-        if (!held_ && kind != FileKind::Missing && !files_.setAside(path_)) {
-            return false;
+        if (!held_ && kind != FileKind::Missing) {
+            const bool isSetAside = files_.setAside(path_);
+            qCDebug(savingLog) << path_ << (isSetAside ? "is set aside" : "cannot be set aside");
+            if (!isSetAside) {
+                return false;
+            }
         }
-        if (!files_.writeAtomically(path_, content)) {
+        std::error_code error;
+        if (!files_.writeAtomically(path_, content, NewFile::UserOnly, error)) {
+            qCDebug(savingLog) << path_ << "is not written:" << error.message().c_str();
             return false;
         }
         held_ = content;
@@ -144,18 +151,18 @@ private:
     FileSystem& files_;
     const QString path_;
     const qint64 largest_;
-    std::shared_ptr<Writer> earlier_; // its file is written first
+    std::shared_ptr<Writer> earlier_; // writes its file first
 
     bool isRequested_ = false;
     bool isWriting_ = false; // in the background
     double pause_ = firstPause;
     DelayedWork retry_;
 
-    std::mutex writeMutex_;          // held while a write is under way; guards held_ and hasWarned_
-    std::optional<QByteArray> held_; // what the file is known to hold; none: unknown
-    bool hasWarned_ = false;
+    std::mutex writeMutex_;          // held while a write is under way; guards held_ and hasLoggedKind_
+    std::optional<QByteArray> held_; // the known content of the file; none: unknown
+    bool hasLoggedKind_ = false;
 
-    std::mutex mutex_; // guards what waits
+    std::mutex mutex_; // guards waiting_
     std::optional<QByteArray> waiting_;
 };
 

@@ -9,38 +9,39 @@ namespace amberquill {
 class FileSystem;
 class MainQueue;
 
-// One file of the user's whose content the program keeps. The newest content is written away from the main
-// thread, several changes made together as one; content that was overtaken is not written at all.
+// A file of the user's with content that the program owns. The newest content is written in the background;
+// changes that are made together are written once.
 //
-// What cannot be written now stays in memory and is tried again, after pauses that grow from a second to five
-// minutes. Nobody is told. A file whose content the program does not know is set aside before something takes
-// its place; where that fails, nothing is written. Where the path leads to something other than a regular
-// file, nothing is written either, and one warning is logged.
+// Content that cannot be written stays in memory and is tried again, after pauses that grow from a second to
+// five minutes; failures are only logged. A file with unknown content is renamed before a new one takes its
+// place; if renaming fails, nothing is written. If the path leads to anything but a regular file, nothing is
+// written either.
 //
-// Main thread only, but for `flush`.
+// Main thread only, except `flush`.
 class WriteBehind {
 public:
-    // `path` is absolute; its missing folders are made. `largest` is the most content there can be, in bytes.
-    // Both services outlive this object and the work it has posted.
+    // `path` is absolute; missing folders are created. `largest` is the largest possible content, in bytes.
+    // Both services outlive this object and the work that it has posted.
     WriteBehind(MainQueue& queue, FileSystem& files, QString path, qint64 largest);
     WriteBehind(const WriteBehind&) = delete;
     WriteBehind& operator=(const WriteBehind&) = delete;
-    // What was saved and has not failed yet is still written; nothing is tried again.
+    // Content that was saved and has not failed yet is still written, but not tried again.
     ~WriteBehind();
 
-    // The file was read, and this is what it holds: it need not be set aside. Called before the first save.
+    // The file was read and holds this content, so it need not be renamed. Called before the first save.
     void assumeHeld(const QByteArray& content);
 
-    // From now on what waits for the other file is written, or fails, before this one's content is written.
+    // From now on content that waits for the other file is written, or fails, before this file is written.
     void writeAfter(const WriteBehind& other);
 
-    // Replaces the file's content soon, unless it is this already.
+    // Replaces the file's content soon, unless the file has this content already.
     void save(QByteArray content);
 
-    // Writes soon what could not be written before. For when the cause may be gone.
+    // Tries again soon to write content that could not be written. Called when the cause may be gone.
     void tryAgain();
 
-    // Writes on this thread, which may be any, what waits. Returns when it is on the disk, or has failed.
+    // Writes waiting content on the calling thread, which may be any. Returns when it is on the disk or has
+    // failed.
     void flush();
 
 private:

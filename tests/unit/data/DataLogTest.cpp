@@ -7,9 +7,9 @@
 #include "data/LayoutReconciler.h"
 #include "data/NameOrder.h"
 #include "data/PlaceMemory.h"
-#include "platform/BundleInformation.h"
-#include "platform/RegisteredApplications.h"
+#include "support/DebugLog.h"
 #include "support/MemoryFileSystem.h"
+#include "support/PlatformFakes.h"
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -19,19 +19,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Everything that the work prints.
-std::string printedBy(const std::function<void()>& work) {
-    testing::internal::CaptureStderr();
-    work();
-    return testing::internal::GetCapturedStderr();
-}
-
-// The same with the log switched on.
 std::string loggedBy(const std::function<void()>& work) {
-    QLoggingCategory::setFilterRules(u"amberquill.data.debug=true"_s);
-    const std::string text = printedBy(work);
-    QLoggingCategory::setFilterRules({});
-    return text;
+    return debugLog("amberquill.data", work);
 }
 
 bool has(const std::string& text, const char* part) {
@@ -41,7 +30,9 @@ bool has(const std::string& text, const char* part) {
 } // namespace
 
 TEST(DataLog, NothingIsPrintedByDefault) {
-    EXPECT_EQ(printedBy([] { std::ignore = decodeItems("[7]"); }), "");
+    testing::internal::CaptureStderr();
+    std::ignore = decodeItems("[7]");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 TEST(DataLog, AnUndecodableLayoutIsLoggedWithTheReasonAndItsPlace) {
@@ -65,8 +56,8 @@ TEST(DataLog, ASkippedBundleIsLoggedWithTheReason) {
     files.addFolder(u"/Applications/locked"_s);
     files.makeUnreadable(u"/Applications/locked"_s);
     const std::string log = loggedBy([&] {
-        std::ignore = AppScanner::scan({files, NullBundleInformation(), NullRegisteredApplications(),
-                                        u"/home/me"_s, u"/Applications/Own.app"_s});
+        std::ignore = AppScanner::scan(
+            {files, NoBundles(), NoRegisteredApplications(), u"/home/me"_s, u"/Applications/Own.app"_s});
     });
     EXPECT_TRUE(has(log, "/Applications/B.app listed already")) << log;
     EXPECT_TRUE(has(log, "/Applications/Own.app the launcher itself")) << log;

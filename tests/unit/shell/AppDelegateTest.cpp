@@ -174,7 +174,7 @@ protected:
     MemoryPreferences preferences_;
     FakeWindowSystem windows_;
     NullActivationTokens tokens_;
-    NullApplicationOpener opener_;
+    FailingOpener opener_;
     ManualFolderWatcher watcher_;
     FakeStatusItem statusItem_;
     StartupData startupData_;

@@ -7,6 +7,7 @@
 #include "platform/ScrollDevices.h"
 #include "platform/WindowSystem.h"
 #include "support/ModelFixture.h"
+#include "support/PlatformFakes.h"
 #include "window/LauncherWindowController.h"
 
 #include <QDialog>
@@ -82,7 +83,7 @@ protected:
 
     OffscreenWindowSystem windows_;
     NullActivationTokens tokens_;
-    NullApplicationOpener opener_;
+    FailingOpener opener_;
     NullScrollDevices devices_;
     NullScreenCapture screens_;
     QWindow other_;

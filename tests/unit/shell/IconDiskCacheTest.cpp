@@ -81,7 +81,7 @@ TEST_F(IconDiskCacheTest, IconsAreWrittenOnlyWhenTheyHaveChanged) {
 }
 
 TEST_F(IconDiskCacheTest, UnchangedGenericIconsAreNotWrittenAgain) {
-    NullApplicationIcons none;
+    NoIcons none;
     cache_.serveFrom(&none, &queue_);
     makeDiskCache();
     decode(path(1), 64);
@@ -100,7 +100,7 @@ TEST_F(IconDiskCacheTest, UnchangedGenericIconsAreNotWrittenAgain) {
 }
 
 TEST_F(IconDiskCacheTest, TheGenericIconOfAnotherApplicationIsWritten) {
-    NullApplicationIcons none;
+    NoIcons none;
     cache_.serveFrom(&none, &queue_);
     makeDiskCache();
     decode(path(1), 64);

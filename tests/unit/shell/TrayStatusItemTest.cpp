@@ -2,6 +2,7 @@
 
 #include "platform/TrayHosts.h"
 #include "support/ManualQueue.h"
+#include "support/PlatformFakes.h"
 #include "window/MenuStyle.h"
 
 #include <QApplication>
@@ -45,7 +46,7 @@ protected:
         return nullptr;
     }
 
-    NullTrayHosts hosts_;
+    SilentTray hosts_;
     ManualQueue queue_;
     std::function<void()> chosen_;
     TrayStatusItem item_{hosts_, queue_};

@@ -4,6 +4,7 @@
 #include "localization/L.h"
 #include "platform/SystemLanguages.h"
 #include "support/ModelFixture.h"
+#include "support/PlatformFakes.h"
 #include "window/ApplicationIcon.h"
 
 #include <QApplication>
@@ -213,7 +214,7 @@ TEST_F(LayoutDialogsTest, AFileThatMayNotBeReadIsSaidInTheInterfaceLanguage) {
         {AppLanguage::Japanese, u"locked.json: 許可されていません"_s},
         {AppLanguage::English, u"locked.json: Permission denied"_s},
     };
-    const NullSystemLanguages system;
+    const FixedSystemLanguages system({});
     FrameworkLanguage frameworks(preferences_, system);
     for (const auto& [language, said] : words) {
         L::setLanguage(language);

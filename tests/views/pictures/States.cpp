@@ -3,6 +3,7 @@
 #include "data/IconCache.h"
 #include "motion/Animation.h"
 #include "motion/Animations.h"
+#include "support/PlatformFakes.h"
 
 using namespace Qt::StringLiterals;
 
@@ -126,7 +127,7 @@ const std::vector<State>& states() {
          }},
         {u"without-icons"_s,
          [](ViewStage& stage) {
-             static NullApplicationIcons none;
+             static NoIcons none;
              IconCache::shared().serveFrom(&none, &stage.queue_);
              showPage(stage);
          }},

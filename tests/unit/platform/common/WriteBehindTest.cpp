@@ -1,5 +1,6 @@
 #include "platform/common/WriteBehind.h"
 
+#include "support/DebugLog.h"
 #include "support/ManualQueue.h"
 #include "support/MemoryFileSystem.h"
 
@@ -138,16 +139,33 @@ TEST_F(WriteBehindTest, AFlushThatFailsIsTriedAgain) {
     EXPECT_EQ(held(), "one");
 }
 
-TEST_F(WriteBehindTest, WhatIsNoFileIsLeftAloneWithOneWarning) {
+TEST_F(WriteBehindTest, APathThatIsNoFileIsLeftAloneAndLoggedOnce) {
+    files_.addFolder(path_);
+    const std::string log = debugLog("amberquill.saving", [this] {
+        file_->save("one");
+        queue_.advance(3600);
+        file_->save("two");
+        file_->flush();
+    });
+    EXPECT_EQ(log, "amberquill.saving: \"/data/file\" is no regular file: nothing is saved there\n");
+    EXPECT_EQ(files_.paths(), QStringList());
+}
+
+TEST_F(WriteBehindTest, WithoutTheDebugLogNothingIsPrinted) {
     files_.addFolder(path_);
     testing::internal::CaptureStderr();
     file_->save("one");
     queue_.advance(3600);
-    file_->save("two");
-    file_->flush();
-    const std::string said = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(said, "amberquill.saving: \"/data/file\" is no regular file: nothing is saved there\n");
-    EXPECT_EQ(files_.paths(), QStringList());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(WriteBehindTest, AFileThatIsSetAsideIsLogged) {
+    files_.addFile(path_, "unknown");
+    const std::string log = debugLog("amberquill.saving", [this] {
+        file_->save("one");
+        queue_.runPosted();
+    });
+    EXPECT_EQ(log, "amberquill.saving: \"/data/file\" is set aside\n");
 }
 
 TEST_F(WriteBehindTest, WhatWasSavedIsWrittenThoughItsOwnerIsGoneAndNothingIsTriedAgain) {
