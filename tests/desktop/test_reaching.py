@@ -354,13 +354,13 @@ class ByTheChord(OnX11):
         self.end_launcher(launcher)
 
     def test_it_follows_the_keyboard(self):
-        launcher = self.begin_shown_launcher(self.made, QT_LOGGING_RULES="amberquill.shortcuts.debug=true")
+        launcher = self.begin_shown_launcher(self.made, QT_LOGGING_RULES="amberquill.input.debug=true")
         other = self.begin_client(KeyTaker)
         letter_j = 44
         self.session.run("xmodmap", "-e", f"keycode {letter_j} = space", "-e", f"keycode {self.SPACE_BAR} = j j")
         chord = KeyTaker.CONTROL | KeyTaker.ALT
         # Asking for the keys before they are taken would be in the launcher's way.
-        followed = "amberquill.shortcuts: the keyboard has changed; the chord is on"
+        followed = "amberquill.input: the keyboard has changed; the chord is on"
         launcher.expect(f"{followed} std::vector({letter_j})")
         self.assertTrue(other.is_taken(letter_j, chord))
         self.assertFalse(other.is_taken(self.SPACE_BAR, chord))

@@ -9,6 +9,8 @@
 
 namespace amberquill::desktop {
 
+Q_LOGGING_CATEGORY(activationLog, "amberquill.activation", QtCriticalMsg)
+
 namespace {
 
 const QNativeInterface::QX11Application* x11() {

@@ -1,11 +1,23 @@
-// platform/linux/activation/: how the right to come to the front is handed on, from who starts the launcher
-// to the launcher and from it to the applications it starts: a folder a window system.
+// platform/linux/activation/: how a program gets the right to come to the front. Window managers and
+// compositors give the focus to a new window only if a token shows that the user asked for it. The launcher
+// uses the token it was started with, and asks for one for each application it starts.
+//
+// Parts:
+// - takeStartToken: the token in our own environment, good for one showing.
+// - x11/: startup notification ids, made here, and the messages that announce a start (StartupMessage is the
+// pure
+//   part: texts and chunks; X11Activation sends them).
+// - wayland/: XdgActivation asks the compositor, on Qt's connection.
+//
+// Rules: nothing here waits. X11 answers at once; a compositor has 0.3 seconds, after which an application is
+// started without a token. Main thread only. Log: amberquill.activation.
 #pragma once
 
 #include "platform/ActivationTokens.h"
 #include "platform/linux/applications/launching/InheritedState.h"
 #include "platform/linux/applications/launching/StartupNotifications.h"
 
+#include <QLoggingCategory>
 #include <QString>
 #include <QStringView>
 #include <memory>
@@ -15,6 +27,8 @@ class MainQueue;
 }
 
 namespace amberquill::desktop {
+
+Q_DECLARE_LOGGING_CATEGORY(activationLog)
 
 // Those of the window system that the application object runs on; null objects where it has none. Never null.
 // They are destroyed before the application object.

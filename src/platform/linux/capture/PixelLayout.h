@@ -1,5 +1,3 @@
-// platform/linux/capture/: what display servers' pixels are made of, and images made smaller while they are
-// read. Pure functions of values.
 #pragma once
 
 #include <QRgb>

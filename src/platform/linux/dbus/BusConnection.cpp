@@ -5,6 +5,8 @@
 
 namespace amberquill::desktop {
 
+Q_LOGGING_CATEGORY(dbusLog, "amberquill.dbus", QtCriticalMsg)
+
 namespace {
 
 // Far above any request that is meant.
@@ -54,11 +56,13 @@ BusConnection connectToBus(const QByteArray& address, std::chrono::milliseconds 
     }
     BusConnection connection(dbus_connection_open_private(address.constData(), nullptr));
     if (!connection) {
+        qCDebug(dbusLog) << "no bus at" << address;
         return nullptr;
     }
     dbus_connection_set_exit_on_disconnect(connection.get(), FALSE);
     dbus_connection_set_max_message_size(connection.get(), largestMessage);
     if (!authenticate(*connection, longest)) {
+        qCDebug(dbusLog) << "the bus does not answer:" << address;
         return nullptr;
     }
     const BusMessage hello = callToBus("Hello");

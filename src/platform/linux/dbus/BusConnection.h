@@ -1,14 +1,28 @@
-// platform/linux/dbus/: the session bus: the one running instance, which others ask to show itself, and what
-// the desktop's services tell.
+// platform/linux/dbus/: what several rooms need of D-Bus. Two libraries speak to the bus: libdbus before Qt
+// exists and where a bounded wait is needed (the single instance), Qt's QtDBus elsewhere (portals, trays,
+// systemd).
+//
+// Parts:
+// - BusConnection: libdbus connections and calls with a limit, for any thread. BusWatches: runs such a
+// connection
+//   on the main thread's event loop.
+// - BusAddress: where the session bus is, and how to keep libraries from starting or awaiting one.
+// - AsyncBusConnector: makes Qt's connections on a background thread; CurrentBus: the connection to use now.
+//
+// Rules: the main thread never waits for a bus. A bus that does not answer within the limit counts as none.
+// Log: amberquill.dbus.
 #pragma once
 
 #include <QByteArray>
+#include <QLoggingCategory>
 #include <chrono>
 #include <dbus/dbus.h>
 #include <memory>
 #include <optional>
 
 namespace amberquill::desktop {
+
+Q_DECLARE_LOGGING_CATEGORY(dbusLog)
 
 struct MessageUnref {
     void operator()(DBusMessage* message) const { dbus_message_unref(message); }

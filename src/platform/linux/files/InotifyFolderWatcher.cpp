@@ -12,9 +12,9 @@
 namespace amberquill::desktop {
 namespace {
 
-Q_LOGGING_CATEGORY(log, "amberquill.watcher", QtCriticalMsg)
+Q_LOGGING_CATEGORY(watcherLog, "amberquill.files", QtCriticalMsg)
 
-// Deadlines are sums of decimals: half a microsecond stands for their rounding.
+// Tolerance in seconds for the rounding of deadlines, which are sums of decimals.
 constexpr double rounding = 0.5e-6;
 
 timespec systemTime() {
@@ -23,7 +23,7 @@ timespec systemTime() {
     return time;
 }
 
-// The roots in their order, those that do not answer empty.
+// The roots in their order; a root that does not answer is empty.
 QByteArrayList answering(const QByteArrayList& roots, RootReaders* readers) {
     if (readers == nullptr) {
         return roots;
@@ -48,9 +48,8 @@ QByteArrayList answering(const QByteArrayList& roots, RootReaders* readers) {
 
 } // namespace
 
-// One call of `watch`, until the next one. What waits in the queue on its behalf holds it weakly, so nothing
-// of a former call is ever heard of again.
-class InotifyFolderWatcher::Watching : public std::enable_shared_from_this<Watching> {
+// One call of `watch`. The next call destroys it, possibly from within its own `changed`.
+class InotifyFolderWatcher::Watching {
 public:
     Watching(MainQueue& queue, RootReaders* readers, const QStringList& folders,
              std::function<void()> changed)
@@ -68,7 +67,7 @@ public:
 
     void start() {
         if (!inotify_->isOpen()) {
-            qCInfo(log) << "nothing can be watched";
+            qCDebug(watcherLog) << "inotify is not available: no folder is watched";
             return;
         }
         notifier_ = std::make_unique<QSocketNotifier>(inotify_->get(), QSocketNotifier::Read);
@@ -82,14 +81,11 @@ private:
         walking_ = true;
         namesMoved_ = false;
         queue_.compute(
+            context_,
             [inotify = inotify_, roots = roots_, readers = readers_, since = started_] {
                 return watchFolders(*inotify, answering(roots, readers), since);
             },
-            [weak = weak_from_this()](WatchedFolders&& found) {
-                if (const auto self = weak.lock()) {
-                    self->adopt(std::move(found));
-                }
-            });
+            [this](WatchedFolders&& found) { adopt(std::move(found)); });
     }
 
     void adopt(WatchedFolders&& found) {
@@ -100,25 +96,32 @@ private:
         }
         const bool first = std::exchange(isFirstWalk_, false);
         const bool rootsMoved = found.roots != folders_.roots;
+        const bool isQuiet = std::exchange(isQuietAfterWalk_, false);
         folders_ = std::move(found);
         walking_ = false;
-        qCDebug(log) << folders_.byWatch.size() << "folders are watched";
+        qCDebug(watcherLog) << folders_.byWatch.size() << "folders are watched";
         if (first) {
             if (folders_.modifiedMeanwhile) {
                 filesChanged_ = true;
                 noteChange();
             }
         } else if (rootsMoved || filesChanged_) {
+            // A folder that came during this walk is not watched yet: its content is reported again.
+            filesChanged_ = namesMoved_;
+            if (isQuiet && namesMoved_) {
+                walk();
+            }
             report();
+            return;
         }
-        if (std::exchange(isQuietAfterWalk_, false)) {
+        if (isQuiet) {
             settle();
         }
     }
 
     void readEvents() {
         constexpr std::size_t bufferSize = std::size_t{64} * 1024;
-        constexpr int atOnce = 16; // the rest is read when the main thread comes by again
+        constexpr int atOnce = 16; // the rest is read in the next turn of the event loop
         alignas(inotify_event) std::array<char, bufferSize> buffer; // NOLINT: filled by read
         for (int round = 0; round < atOnce; ++round) {
             const ssize_t size = ::read(inotify_->get(), buffer.data(), buffer.size());
@@ -135,7 +138,7 @@ private:
 
     void judge(const inotify_event& event) {
         if ((event.mask & IN_Q_OVERFLOW) != 0) {
-            // What was lost may have been anything.
+            // Events were lost: anything may have changed.
             namesMoved_ = true;
             filesChanged_ = true;
             noteChange();
@@ -143,7 +146,8 @@ private:
         }
         const auto known = folders_.byWatch.find(event.wd);
         if (known == folders_.byWatch.end()) {
-            // A watch that a walk under way has just added. Or one that is gone: its farewell says nothing.
+            // A watch that the walk under way has just added. IN_IGNORED alone means that a watch was
+            // removed.
             if ((event.mask & IN_IGNORED) == 0 && walking_) {
                 namesMoved_ = true;
                 filesChanged_ = true;
@@ -174,14 +178,10 @@ private:
         }
     }
 
-    // One delayed work at a time, however many changes come: it looks again when it wakes too early.
+    // One timer at a time: it is extended when it fires while changes still come.
     void waitFor(double seconds) {
         waits_ = true;
-        wake_ = queue_.postAfter(seconds, [weak = weak_from_this()] {
-            if (const auto self = weak.lock()) {
-                self->wake();
-            }
-        });
+        wake_ = queue_.postAfter(seconds, [this] { wake(); });
     }
 
     void wake() {
@@ -195,22 +195,21 @@ private:
         settle();
     }
 
-    // The changes are over. Where folders came or went the watches are put right first: what happens in a
-    // new folder before it is watched is then seen by whoever looks after `changed`.
+    // The changes are over. Where folders came or went, the watches are renewed before `changed` is called:
+    // changes in a new folder before it is watched are then part of the state that `changed` finds.
     void settle() {
         if (walking_) {
             isQuietAfterWalk_ = true;
         } else if (namesMoved_) {
             walk();
         } else if (filesChanged_) {
+            filesChanged_ = false;
             report();
         }
     }
 
-    // The callers hold this object: `changed` may watch something else and so let go of it.
+    // The last step of its callers: `changed` may watch other folders, which destroys this object.
     void report() {
-        // A folder that came during the last walk is not watched yet: what is in it has to be told of again.
-        filesChanged_ = namesMoved_;
         const auto changed = changed_;
         changed();
     }
@@ -233,6 +232,7 @@ private:
     double firstChange_ = 0; // of those waited for
     double lastChange_ = 0;
     DelayedWork wake_;
+    Context context_;
 };
 
 InotifyFolderWatcher::InotifyFolderWatcher(MainQueue& queue, RootReaders* readers)
@@ -242,7 +242,7 @@ InotifyFolderWatcher::InotifyFolderWatcher(MainQueue& queue, RootReaders* reader
 InotifyFolderWatcher::~InotifyFolderWatcher() = default;
 
 void InotifyFolderWatcher::watch(const QStringList& folders, std::function<void()> changed) {
-    watching_ = std::make_shared<Watching>(queue_, readers_, folders, std::move(changed));
+    watching_ = std::make_unique<Watching>(queue_, readers_, folders, std::move(changed));
     watching_->start();
 }
 

@@ -36,7 +36,7 @@ private:
 
     MainQueue& queue_;
     RootReaders* readers_;
-    std::shared_ptr<Watching> watching_;
+    std::unique_ptr<Watching> watching_;
 };
 
 } // namespace amberquill::desktop

@@ -1,3 +1,15 @@
+// platform/linux/files/: the disk, by system calls: no code path waits for a pipe, a device or a terminal,
+// and each error is known.
+//
+// Parts, from the bottom:
+// - FileDescriptor: owns a descriptor; waiting for one with a limit; process descriptors.
+// - FolderReader lists a folder, RegularFile reads a file up to a limit, AtomicWriter replaces a file in one
+// step.
+// - PosixFileSystem: the FileSystem built on these. JsonPreferences: the preferences file.
+// - WatchWalk decides which folders need a watch; InotifyFolderWatcher watches them and reports changes.
+//
+// Rules: a size limit for everything that is read; symbolic links are followed for files the user may link,
+// not below watched folders. Safe on any thread unless the class says otherwise. Log: amberquill.files.
 #pragma once
 
 #include "platform/FileSystem.h"

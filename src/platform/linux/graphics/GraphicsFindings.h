@@ -1,5 +1,3 @@
-// platform/linux/gpu/: whether a hardware GPU draws for the launcher. Asked before the application object
-// exists, so without anything of Qt's window system.
 #pragma once
 
 #include "platform/linux/environment/Environment.h"

@@ -7,6 +7,8 @@
 #include <unistd.h>
 
 namespace amberquill::desktop {
+
+Q_LOGGING_CATEGORY(graphicsLog, "amberquill.graphics", QtCriticalMsg)
 namespace {
 
 [[nodiscard]] ServerOffers ask(DisplayServer server, const Environment& environment) {
@@ -34,6 +36,7 @@ bool hasHardwareGpu() {
         .hasNvidiaDevice = access("/dev/nvidiactl", R_OK | W_OK) == 0,
     };
     if (findings.softwareAskedFor || (findings.renderNodes.empty() && !findings.hasNvidiaDevice)) {
+        qCDebug(graphicsLog) << (findings.softwareAskedFor ? "software is asked for" : "no GPU");
         return false; // no need to ask the server
     }
     for (const auto server : displayServers(environment)) {
@@ -45,7 +48,11 @@ bool hasHardwareGpu() {
             break;
         }
     }
-    return drawsOnHardware(findings);
+    const bool draws = drawsOnHardware(findings);
+    qCDebug(graphicsLog) << findings.renderNodes.size()
+                         << "render nodes; server takes GPU buffers:" << findings.serverTakesGpuBuffers
+                         << "hardware draws:" << draws;
+    return draws;
 }
 
 } // namespace amberquill::desktop

@@ -8,6 +8,8 @@
 
 namespace amberquill::desktop {
 
+Q_LOGGING_CATEGORY(inputLog, "amberquill.input", QtCriticalMsg)
+
 std::unique_ptr<GlobalShortcut> makeGlobalShortcut(MainQueue& queue, PortalShortcuts::Connect connect) {
     if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
         auto shortcuts = std::make_unique<X11Shortcuts>(

@@ -17,6 +17,8 @@
 #include <unistd.h>
 
 namespace amberquill::desktop {
+
+Q_LOGGING_CATEGORY(installationLog, "amberquill.installation", QtCriticalMsg)
 namespace {
 
 // What the image says to the program that it starts, and would say anew.
@@ -179,6 +181,7 @@ std::optional<QString> AppImageInstaller::stage(const QString& file) {
     auto version = copy(file.toUtf8()) ? versionOfProgram(staged_, environment_) : std::nullopt;
     reached_(Step::AskedVersion);
     if (!version) {
+        qCDebug(installationLog) << file << "cannot be copied or does not say its version";
         discard();
     }
     return version;
@@ -187,6 +190,7 @@ std::optional<QString> AppImageInstaller::stage(const QString& file) {
 bool AppImageInstaller::replace() {
     if (image_.isEmpty() || !modeOfOwnFile(image_) ||
         ::rename(staged_.constData(), image_.constData()) != 0) {
+        qCDebug(installationLog) << image_ << "cannot be replaced";
         discard();
         return false;
     }

@@ -1,14 +1,24 @@
-// installation/: how the program came to be on this machine, and its replacement by a newer one.
+// platform/linux/installation/: how the program was installed, and its replacement by a newer version.
+//
+// Parts: AppImageInstaller replaces the one file of an AppImage; ProgramVersion starts a program with
+// --version and reads its answer. Copies installed in another way are not replaced: installKindOf says which.
+//
+// Rules: the new file is written beside the old one, flushed, asked for its version, then renamed over it, so
+// that an interruption at any point leaves a working program. The signature has been checked before. Blocks:
+// call it on a background thread. Log: amberquill.installation.
 #pragma once
 
 #include "platform/ProgramInstaller.h"
 
 #include <QByteArray>
+#include <QLoggingCategory>
 #include <QString>
 #include <functional>
 #include <vector>
 
 namespace amberquill::desktop {
+
+Q_DECLARE_LOGGING_CATEGORY(installationLog)
 
 // Replaces the program where it runs from an AppImage: one file, which names itself in the environment of
 // what it starts. That environment also reaches other programs that are started from in there, so the program

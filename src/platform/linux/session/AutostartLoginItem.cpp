@@ -3,6 +3,7 @@
 #include "platform/linux/applications/entries/DesktopEntryApplications.h"
 #include "platform/linux/applications/entries/EntryTokens.h"
 #include "platform/linux/environment/BaseFolders.h"
+#include "platform/linux/session/SingleInstance.h"
 
 #include <algorithm>
 
@@ -90,9 +91,16 @@ bool AutostartLoginItem::isEnabled() const {
     return false;
 }
 
+void AutostartLoginItem::write(const QByteArray& entry) {
+    const QString path = entryIn(settings_.folders.first());
+    if (!files_.writeAtomically(path, entry)) {
+        qCDebug(sessionLog) << "cannot write" << path;
+    }
+}
+
 void AutostartLoginItem::enable() {
     if (!isEnabled()) {
-        files_.writeAtomically(entryIn(settings_.folders.first()), autostartEntryFor(settings_.program));
+        write(autostartEntryFor(settings_.program));
     }
 }
 
@@ -102,7 +110,7 @@ void AutostartLoginItem::disable() {
                     [this](const QString& folder) { return readEntryIn(folder).has_value(); });
     const QString own = entryIn(settings_.folders.first());
     if (isInSystem) {
-        files_.writeAtomically(own, hiddenAutostartEntry());
+        write(hiddenAutostartEntry());
     } else {
         files_.remove(own);
     }

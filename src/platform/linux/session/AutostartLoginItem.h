@@ -49,6 +49,7 @@ public:
 
 private:
     [[nodiscard]] static QString entryIn(const QString& folder);
+    void write(const QByteArray& entry);
     [[nodiscard]] std::optional<QByteArray> readEntryIn(const QString& folder) const;
 
     FileSystem& files_;

@@ -9,15 +9,17 @@
 
 namespace amberquill::desktop {
 
+Q_LOGGING_CATEGORY(sessionLog, "amberquill.session", QtCriticalMsg)
+
 namespace {
 
-// Seconds until a bus that has gone is looked for again: at first, and at most, each time twice as long.
-// Where the folder of its socket tells of changes, looking by itself is for what that misses.
+// Seconds between attempts to find the bus again: the first pause, doubled up to the longest. If the folder
+// of its socket is watched, the attempts only cover events that the watch misses.
 constexpr double firstPause = 0.5;
 constexpr double longestPause = 5;
 constexpr double longestWatchedPause = 60;
 
-// A bus listens a moment after its socket is there.
+// A bus listens a moment after it has created its socket.
 constexpr int attemptsAtNewSocket = 20;
 constexpr std::chrono::milliseconds betweenAttempts{50};
 
@@ -27,7 +29,7 @@ ClaimResult claimAnew(const QByteArray& address, int attempts) {
         if (attempt > 0) {
             std::this_thread::sleep_for(betweenAttempts);
         }
-        // Whoever has the name by then keeps it.
+        // Another program that has the name by now keeps it.
         result = claimName(address, {}, {}, [] { return false; });
         if (result.kind != ClaimResult::Kind::NoBus) {
             break;
@@ -54,6 +56,9 @@ SingleInstance::SingleInstance(NameClaim& claim, QByteArray address, MainQueue& 
 
 void SingleInstance::settled(ClaimResult result) {
     hasBus_ = result.kind != ClaimResult::Kind::NoBus;
+    qCDebug(sessionLog) << (!hasBus_            ? "no session bus"
+                            : result.connection ? "has the name on the bus"
+                                                : "another program has the name on the bus");
     if (result.connection) {
         object_ = std::make_unique<ApplicationObject>(std::move(result.connection), carryOut_,
                                                       queue_.answer(context_, [this] { lost(); }));
@@ -61,6 +66,7 @@ void SingleInstance::settled(ClaimResult result) {
 }
 
 void SingleInstance::lost() {
+    qCDebug(sessionLog) << "the session bus has gone";
     object_.reset();
     hasBus_ = false;
     pause_ = firstPause;
@@ -70,7 +76,7 @@ void SingleInstance::lost() {
         QObject::connect(folderWatcher_.get(), &QFileSystemWatcher::directoryChanged, folderWatcher_.get(),
                          [this] { claimAgain(attemptsAtNewSocket); });
     }
-    // Another one may have come by now.
+    // The next bus may be there already.
     claimAgain(1);
 }
 

@@ -1,3 +1,18 @@
+// platform/linux/session/: the program as a part of the desktop session: one instance, started at login if
+// the user likes, ended by signals.
+//
+// Parts:
+// - ApplicationRequest (pure): show, hide or toggle, as a D-Bus call and as the program's own start
+// (StartupRequest).
+// - NameClaim: takes the name on the bus on a thread while the program starts, or hands the request to the
+// running
+//   instance. ApplicationObject: answers later requests. SingleInstance: both, and again on the next bus.
+// - AutostartLoginItem: the entry in ~/.config/autostart.
+// - ProcessSetup and TerminationSignals: malloc, fonts and signals of the process.
+//
+// Rules: a second start ends before it shows anything. A bus that does not answer delays a start by a second
+// at most (ClaimBounds). A bus that went away is looked for again, at most every five seconds. Log:
+// amberquill.session.
 #pragma once
 
 #include "platform/MainQueue.h"
@@ -5,17 +20,20 @@
 #include "platform/linux/session/NameClaim.h"
 
 #include <QFileSystemWatcher>
+#include <QLoggingCategory>
 
 namespace amberquill::desktop {
 
-// The one running program, as the bus knows it: what comes of a claim. When the bus goes and another comes at
-// the same address, the name is claimed there again: at once where the bus's socket is in a folder, or else
-// within seconds. Main thread only.
+Q_DECLARE_LOGGING_CATEGORY(sessionLog)
+
+// Holds the name that a NameClaim has taken, and answers requests. When the bus goes and another one starts
+// at the same address, the name is claimed there: at once if the bus's socket is in a folder, which is
+// watched, or else within seconds. Main thread only.
 class SingleInstance {
 public:
-    // Waits for the claim's end within its bounds, so it is made as late in a start as can be, yet before
-    // anything is shown. Then `carryOut` gets what others ask; what was asked by then, before this returns.
-    // `cameBack` is called when there is a bus again after one has gone.
+    // Waits for the claim's result within its bounds: construct it late in a start, but before anything is
+    // shown. `carryOut` gets each request, those that have arrived already before the constructor returns.
+    // `cameBack` is called when there is a bus again.
     SingleInstance(
         NameClaim& claim, QByteArray address, MainQueue& queue,
         std::function<void(const ApplicationRequest&)> carryOut, std::function<void()> cameBack = [] {});
@@ -23,7 +41,7 @@ public:
     SingleInstance& operator=(const SingleInstance&) = delete;
     ~SingleInstance() = default;
 
-    // Whether the session has a bus, and that answers.
+    // Whether the session has a bus that answers.
     [[nodiscard]] bool hasBus() const { return hasBus_; }
 
 private:
@@ -38,7 +56,7 @@ private:
     std::function<void(const ApplicationRequest&)> carryOut_;
     std::function<void()> cameBack_;
     bool hasBus_ = false;
-    // Of the folder of the bus's socket; there while a bus that has gone is waited for.
+    // Watches the folder of the bus's socket while there is no bus.
     std::unique_ptr<QFileSystemWatcher> folderWatcher_;
     DelayedWork nextClaim_;
     double pause_ = 0;

@@ -1,4 +1,3 @@
-// process/: how the system speaks to the process as a whole.
 #pragma once
 
 #include <QObject>

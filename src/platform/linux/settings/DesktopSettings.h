@@ -1,4 +1,13 @@
-// platform/linux/settings/: how desktops keep their users' settings in files.
+// platform/linux/settings/: the settings of the user's desktop that the launcher follows: reduced motion, and
+// for applications/ the icon theme. Desktops store them in different places, so each place has a reader.
+//
+// Parts:
+// - DesktopSettings: which desktop runs, where its files are, and the value of a key in an ini-like file.
+// - DconfDatabase: GNOME's database, read as a file. PortalSettings: org.freedesktop.portal.Settings.
+// - MotionSettings (pure): the rule for reduced motion. LinuxMotionPreference reads and watches its sources.
+//
+// Rules: files are untrusted: sizes are limited and offsets checked. The portal is never started and never
+// waited for. Log: amberquill.settings.
 #pragma once
 
 #include "platform/linux/environment/Environment.h"

@@ -2,8 +2,6 @@
 
 #include "platform/linux/settings/DesktopSettings.h"
 
-#include <QPointer>
-
 namespace amberquill::desktop {
 
 using namespace Qt::StringLiterals;
@@ -71,12 +69,9 @@ void LinuxMotionPreference::readFiles() {
     isReading_ = true;
     hasChangedMeanwhile_ = false;
     watchFiles();
-    queue_.compute([configuration = configuration_] { return readMotionFiles(configuration); },
-                   [self = QPointer(this)](const MotionFiles& files) {
-                       if (self != nullptr) {
-                           self->filesAreRead(files);
-                       }
-                   });
+    queue_.compute(
+        context_, [configuration = configuration_] { return readMotionFiles(configuration); },
+        [this](const MotionFiles& files) { filesAreRead(files); });
 }
 
 void LinuxMotionPreference::filesAreRead(const MotionFiles& files) {

@@ -1,4 +1,3 @@
-// platform/linux/motion/: whether the user has asked for less motion, wherever desktops keep that.
 #pragma once
 
 #include <QString>

@@ -4,7 +4,6 @@
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 
 namespace amberquill::desktop {
 
@@ -44,7 +43,7 @@ PortalSettings::PortalSettings(QDBusConnection bus, QList<PortalKey> keys, Handl
 }
 
 void PortalSettings::ask() {
-    ++asked_;
+    context_.reset();
     changed_.clear();
     for (const PortalKey& key : std::as_const(keys_)) {
         ask(key);
@@ -56,19 +55,24 @@ void PortalSettings::ask(const PortalKey& key) {
     message.setAutoStartService(false);
     message << key.space << key.name;
     auto* const pending = new QDBusPendingCallWatcher(bus_.asyncCall(message, patience_), this);
-    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, key, asked = asked_, pending] {
+    auto answer =
+        context_.bind([this, key](const QDBusPendingReply<QDBusVariant>& reply) { answered(key, reply); });
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [answer, pending]() mutable {
         pending->deleteLater();
-        const QDBusPendingReply<QDBusVariant> reply = *pending;
-        if (asked != asked_ || changed_.contains(key)) {
-            return;
-        }
-        if (reply.isError()) {
-            qCDebug(settingsLog) << "no" << key.space << key.name << reply.error().name();
-            handler_(key, std::nullopt);
-            return;
-        }
-        handler_(key, unwrapped(QVariant::fromValue(reply.value())));
+        answer(QDBusPendingReply<QDBusVariant>(*pending));
     });
+}
+
+void PortalSettings::answered(const PortalKey& key, const QDBusPendingReply<QDBusVariant>& reply) {
+    if (changed_.contains(key)) {
+        return;
+    }
+    if (reply.isError()) {
+        qCDebug(settingsLog) << "no" << key.space << key.name << reply.error().name();
+        handler_(key, std::nullopt);
+        return;
+    }
+    handler_(key, unwrapped(QVariant::fromValue(reply.value())));
 }
 
 void PortalSettings::settingChanged(const QString& space, const QString& name, const QDBusVariant& value) {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/Context.h"
+
 #include <QDBusConnection>
+#include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QList>
@@ -38,14 +41,15 @@ private Q_SLOTS:
 private:
     void ask();
     void ask(const PortalKey& key);
+    void answered(const PortalKey& key, const QDBusPendingReply<QDBusVariant>& reply);
 
     QDBusConnection bus_;
     QList<PortalKey> keys_;
     Handler handler_;
     int patience_;
     QDBusServiceWatcher watcher_;
-    unsigned asked_ = 0;       // how often: an answer of an earlier portal does not count
-    QList<PortalKey> changed_; // since then: an answer from before the change does not count either
+    QList<PortalKey> changed_; // since the portal was asked: its answer may be older than the change
+    Context context_;          // of the calls to the portal that runs now
 };
 
 } // namespace amberquill::desktop

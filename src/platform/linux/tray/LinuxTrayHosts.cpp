@@ -30,7 +30,7 @@ xcb_connection_t* xConnection() {
     return static_cast<xcb_connection_t*>(native->nativeResourceForIntegration("connection"));
 }
 
-// What Qt puts into a tray of the older kind; its own parts find it by this name, too.
+// Qt's window in an XEmbed tray. Qt itself finds it by this name, too.
 const QWindow* itemWindow() {
     const QWindowList windows = QGuiApplication::allWindows();
     const auto found = std::find_if(windows.begin(), windows.end(), [](const QWindow* window) {
@@ -76,7 +76,7 @@ void LinuxTrayHosts::busCameBack() {
         return;
     }
     followBus();
-    // An item in a tray of the older kind needs no bus.
+    // An item in an XEmbed tray needs no bus.
     if (xConnection() == nullptr || itemWindow() == nullptr) {
         gone_();
     }
@@ -100,7 +100,7 @@ void LinuxTrayHosts::ask() {
         const QDBusPendingReply<QDBusVariant> answer = *call;
         const bool hasHost = answer.isValid() && answer.value().variant().toBool();
         const bool hasXEmbedTray = xembedTrays_ && xembedTrays_->isThere();
-        qCDebug(trayLog) << "host of items:" << hasHost << "XEmbed tray:" << hasXEmbedTray;
+        qCDebug(trayLog) << "host of status notifier items:" << hasHost << "XEmbed tray:" << hasXEmbedTray;
         if (hasHost || hasXEmbedTray) {
             came_();
         }

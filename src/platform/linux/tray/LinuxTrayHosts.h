@@ -1,3 +1,11 @@
+// platform/linux/tray/: whether the desktop has a place for the status item: a host of status notifier items
+// on the session bus or, on X11, an XEmbed tray that takes windows into itself. Qt draws the item.
+//
+// Parts: LinuxTrayHosts asks both and reports hosts that come; XEmbedTrays finds the older kind, and reads
+// the picture of the item in it.
+//
+// Rules: main thread only. The bus is asked without waiting, the X server with a round trip. An item goes to
+// a host that is there: Qt never looks again. Log: amberquill.tray.
 #pragma once
 
 #include "platform/TrayHosts.h"

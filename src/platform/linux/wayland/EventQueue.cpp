@@ -6,6 +6,8 @@
 
 namespace amberquill::desktop {
 
+Q_LOGGING_CATEGORY(waylandLog, "amberquill.wayland", QtCriticalMsg)
+
 EventQueue::EventQueue(wl_display* display)
     : display_(display)
     , queue_(wl_display_create_queue(display), &wl_event_queue_destroy)
@@ -57,7 +59,11 @@ bool EventQueue::roundTrip(QDeadlineTimer deadline) {
     static constexpr wl_callback_listener listener{
         .done = [](void* done, wl_callback*, std::uint32_t) { *static_cast<bool*>(done) = true; }};
     wl_callback_add_listener(callback.get(), &listener, &answered);
-    return handleUntil([&answered] { return answered; }, deadline);
+    const bool came = handleUntil([&answered] { return answered; }, deadline);
+    if (!came) {
+        qCDebug(waylandLog) << "the compositor has not answered in time, or has gone";
+    }
+    return came;
 }
 
 } // namespace amberquill::desktop

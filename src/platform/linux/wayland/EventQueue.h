@@ -1,6 +1,14 @@
+// platform/linux/wayland/: what several rooms need of the Wayland protocol, beside Qt's own use of it.
+//
+// Parts: EventQueue, the events of our own objects on a connection that Qt or we have opened, with bounded
+// waits; Globals, what the compositor offers.
+//
+// Rules: a compositor that does not answer in time counts as not offering the protocol. Objects of one queue
+// belong to one thread at a time. Log: amberquill.wayland.
 #pragma once
 
 #include <QDeadlineTimer>
+#include <QLoggingCategory>
 #include <functional>
 #include <memory>
 
@@ -10,21 +18,23 @@ struct wl_registry;
 
 namespace amberquill::desktop {
 
-// The events of some objects of a Wayland connection, which others may read too. Handled by who asks here,
-// and by nobody else: on one thread at a time.
+Q_DECLARE_LOGGING_CATEGORY(waylandLog)
+
+// The events of some objects of a Wayland connection, which others may read, too. They are handled only by
+// the calls below, on one thread at a time.
 class EventQueue {
 public:
-    // `display` outlives this, and this outlives the objects.
+    // `display` outlives the queue, the queue outlives its objects.
     explicit EventQueue(wl_display* display);
 
-    // Objects that it makes have their events here.
+    // A registry whose objects have their events in this queue.
     [[nodiscard]] std::unique_ptr<wl_registry, void (*)(wl_registry*)> registry() const;
 
-    // Handles what has come so far, without waiting.
+    // Handles the events that have arrived, without waiting.
     void handle();
 
-    // Sends what is to be sent and handles what comes until something is so. False: it did not become so in
-    // time, or the compositor has gone.
+    // Flushes requests and handles events until `isSo` is true. False: not in time, or the compositor has
+    // gone.
     [[nodiscard]] bool handleUntil(const std::function<bool()>& isSo, QDeadlineTimer deadline);
 
     // Waits until the compositor has answered everything that was sent before.

@@ -9,6 +9,8 @@
 
 namespace amberquill::desktop {
 
+Q_LOGGING_CATEGORY(windowsLog, "amberquill.windows", QtCriticalMsg)
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -33,12 +35,15 @@ public:
 
 std::unique_ptr<WindowSystem> makeWindowSystem() {
     if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+        qCDebug(windowsLog) << "X11";
         return std::make_unique<X11WindowSystem>(x11->connection());
     }
     if (QGuiApplication::platformName().startsWith(u"wayland"_s)) {
+        qCDebug(windowsLog) << "Wayland";
         return std::make_unique<WaylandWindowSystem>(static_cast<wl_display*>(
             QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("wl_display")));
     }
+    qCDebug(windowsLog) << "unknown window system" << QGuiApplication::platformName();
     return std::make_unique<PlainWindowSystem>();
 }
 

@@ -6,6 +6,8 @@
 
 namespace amberquill::desktop {
 
+Q_LOGGING_CATEGORY(x11Log, "amberquill.x11", QtCriticalMsg)
+
 void internAtoms(xcb_connection_t* connection, std::span<const std::string_view> names,
                  std::span<xcb_atom_t> atoms) {
     std::vector<xcb_intern_atom_cookie_t> cookies(names.size());
@@ -17,6 +19,9 @@ void internAtoms(xcb_connection_t* connection, std::span<const std::string_view>
             const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr));
             return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
         });
+    if (std::find(atoms.begin(), atoms.end(), xcb_atom_t{XCB_ATOM_NONE}) != atoms.end()) {
+        qCDebug(x11Log) << "the server has not given all atoms";
+    }
 }
 
 } // namespace amberquill::desktop

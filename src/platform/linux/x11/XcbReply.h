@@ -1,7 +1,12 @@
-// platform/linux/x11/: what several rooms need of the X protocol: replies that free themselves, and atoms.
-// Each room speaks to the X server for itself; the connection is Qt's unless the room opens its own.
+// platform/linux/x11/: what several rooms need of the X protocol.
+//
+// Parts: XcbReply, a reply that frees itself; internAtoms, the atoms of names in one round trip.
+//
+// Rules: each room speaks to the X server for itself, on Qt's connection unless its header says otherwise. A
+// null reply means that the server has refused or gone; the caller goes on without it. Log: amberquill.x11.
 #pragma once
 
+#include <QLoggingCategory>
 #include <array>
 #include <cstdlib>
 #include <memory>
@@ -10,6 +15,8 @@
 #include <xcb/xcb.h>
 
 namespace amberquill::desktop {
+
+Q_DECLARE_LOGGING_CATEGORY(x11Log)
 
 // xcb allocates its replies with malloc.
 struct XcbFree {

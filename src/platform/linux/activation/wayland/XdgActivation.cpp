@@ -1,5 +1,7 @@
 #include "platform/linux/activation/wayland/XdgActivation.h"
 
+#include "platform/linux/activation/Activation.h"
+
 #include "platform/linux/applications/entries/EntryIndex.h"
 #include "xdg-activation-v1-client-protocol.h"
 
@@ -59,6 +61,7 @@ void XdgActivation::withdrawn(std::uint32_t name) {
 void XdgActivation::requestToken(const ActivationProof& proof, const QString& applicationId,
                                  std::function<void(QString)> then) {
     if (manager_ == nullptr) {
+        qCDebug(activationLog) << "the compositor offers no activation tokens";
         then({});
         return;
     }
@@ -86,10 +89,9 @@ void XdgActivation::requestToken(const ActivationProof& proof, const QString& ap
     wl_display_flush(display_);
 
     request.then = std::move(then);
-    request.limit = queue_.postAfter(longestWait, [this, life = std::weak_ptr(life_), token] {
-        if (!life.expired()) {
-            finish(token, {});
-        }
+    request.limit = queue_.postAfter(longestWait, [this, token] {
+        qCDebug(activationLog) << "no token within" << longestWait << "s";
+        finish(token, {});
     });
     requests_.push_back(std::move(request));
 }

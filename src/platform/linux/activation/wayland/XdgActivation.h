@@ -80,7 +80,6 @@ private:
     std::uint32_t managerName_ = 0;
     std::vector<std::uint32_t> seatNames_;
     std::vector<Request> requests_;
-    std::shared_ptr<void> life_ = std::make_shared<char>(); // what delayed work holds weakly
 };
 
 // Tokens of the compositor that Qt is connected to. Made after the application object, on Wayland; destroyed

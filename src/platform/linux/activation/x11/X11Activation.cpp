@@ -1,5 +1,7 @@
 #include "platform/linux/activation/x11/X11Activation.h"
 
+#include "platform/linux/activation/Activation.h"
+
 #include "platform/linux/activation/x11/StartupMessage.h"
 #include "platform/linux/x11/XcbReply.h"
 
@@ -43,6 +45,7 @@ void X11ActivationTokens::request(QWindow& window, const QString& applicationPat
                                   std::function<void(QString)> then) {
     const quint32 time = userTime(window.screen());
     if (time == 0) {
+        qCDebug(activationLog) << "no startup id: the time of the user's action is not known";
         // An id that ends in zero asks not to come to the front.
         then({});
         return;
@@ -79,6 +82,7 @@ bool X11StartupNotifications::learnAtoms() {
 
 void X11StartupNotifications::broadcast(const QByteArray& message) {
     if (!learnAtoms()) {
+        qCDebug(activationLog) << "no startup notification: the server gives no atoms";
         return;
     }
     const xcb_window_t root = rootWindow(connection_, screen_);

@@ -1,5 +1,3 @@
-// platform/linux/wayland/screencopy/: what is on the screens of compositors that let a client copy it, by the
-// protocol wlr-screencopy-unstable-v1.
 #pragma once
 
 #include "platform/ScreenCapture.h"

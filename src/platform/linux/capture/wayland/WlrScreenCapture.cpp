@@ -1,5 +1,6 @@
 #include "platform/linux/capture/wayland/WlrScreenCapture.h"
 
+#include "platform/linux/capture/ScreenCaptures.h"
 #include "platform/linux/capture/ScreenRows.h"
 #include "platform/linux/capture/wayland/OutputReader.h"
 
@@ -52,6 +53,8 @@ ScreenPicture WlrScreenCapture::capture(const ScreenArea& area, int shrink, bool
         last_.keep(area, picture.shrunk);
         return picture;
     }
+    qCDebug(captureLog) << "no picture:" << area.output
+                        << (reader_->isGone() ? "no compositor" : "not offered, refused or not in time");
     const QImage last = reader_->isGone() ? QImage() : last_.of(area);
     return last.isNull() ? ScreenPicture()
                          : ScreenRows(area.pixels.size(), shrink, alsoWhole).pictureOver(last);

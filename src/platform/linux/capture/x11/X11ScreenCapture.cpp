@@ -1,5 +1,6 @@
 #include "platform/linux/capture/x11/X11ScreenCapture.h"
 
+#include "platform/linux/capture/ScreenCaptures.h"
 #include "platform/linux/capture/ScreenRows.h"
 #include "platform/linux/capture/x11/RootReader.h"
 
@@ -40,6 +41,8 @@ ScreenPicture X11ScreenCapture::capture(const ScreenArea& area, int shrink, bool
         last_.keep(area, picture.shrunk);
         return picture;
     }
+    qCDebug(captureLog) << "incomplete:" << area.pixels
+                        << (reader_->isGone() ? "no X server" : "not all rows came in time");
     if (reader_->isGone()) {
         return {};
     }

@@ -1,8 +1,9 @@
 #include "platform/linux/input/portal/PortalSession.h"
 
+#include "platform/linux/input/InputDevices.h"
+
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QLoggingCategory>
 #include <algorithm>
 #include <utility>
 
@@ -11,8 +12,6 @@ namespace amberquill::desktop {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-Q_LOGGING_CATEGORY(portalLog, "amberquill.shortcuts.portal", QtCriticalMsg)
 
 // The bus may have to start the portal.
 constexpr int longestWaitMilliseconds = 120'000;
@@ -24,15 +23,15 @@ const QString requestInterface = u"org.freedesktop.portal.Request"_s;
 const QString sessionInterface = u"org.freedesktop.portal.Session"_s;
 const QString programId = u"org.amberquill.Amberquill"_s;
 
-// Watching one sender would have Qt wait for the bus to tell who that is. What others on the bus could make
-// up they can call for as well.
+// Qt would block to resolve a sender's name. Other programs on the bus gain nothing by faking these signals:
+// they may toggle the launcher anyway.
 const QString anySender;
 
 QString nameOf(std::uint32_t id) {
     return u"toggle-%1"_s.arg(id);
 }
 
-// The object that the portal answers a request of this connection and token by.
+// The object path of the portal's answer to a request with this token.
 QString requestPathFor(const QDBusConnection& bus, const QString& token) {
     QString sender = bus.baseService().mid(1);
     sender.replace(u'.', u'_');
@@ -41,10 +40,10 @@ QString requestPathFor(const QDBusConnection& bus, const QString& token) {
 
 } // namespace
 
-PortalSession::PortalSession(QDBusConnection bus, std::map<std::uint32_t, KeyChord> shortcuts, int serial)
+PortalSession::PortalSession(QDBusConnection bus, std::map<std::uint32_t, KeyChord> shortcuts, int number)
     : bus_(std::move(bus))
     , shortcuts_(std::move(shortcuts))
-    , token_(u"amberquill%1"_s.arg(serial)) {
+    , token_(u"amberquill%1"_s.arg(number)) {
     bus_.connect(anySender, portalPath, shortcutsInterface, u"Activated"_s, this,
                  SLOT(activated(QDBusObjectPath, QString, qulonglong, QVariantMap)));
     registerProgram();
@@ -54,14 +53,14 @@ PortalSession::~PortalSession() {
     if (!handle_.isEmpty()) {
         QDBusMessage close =
             QDBusMessage::createMethodCall(portalName, handle_, sessionInterface, u"Close"_s);
-        // A portal that is gone has no session to close.
+        // Does not start a portal for a session that it would not know.
         close.setAutoStartService(false);
         bus_.send(close);
     }
 }
 
-// By this alone the portal knows the name of a program that runs in no sandbox. Older ones do not have it,
-// and do without.
+// Tells the portal the name of a program that runs outside a sandbox. Older portals lack the method and do
+// not need it.
 void PortalSession::registerProgram() {
     QDBusMessage call = QDBusMessage::createMethodCall(
         portalName, portalPath, u"org.freedesktop.host.portal.Registry"_s, u"Register"_s);
@@ -74,8 +73,8 @@ void PortalSession::registerProgram() {
 }
 
 void PortalSession::createSession() {
-    // Some desktops keep shortcuts by the session's token, so that it is always the same. Some take the
-    // shortcuts here, and show their settings in answer to BindShortcuts.
+    // Some desktops store shortcuts by the session's token, so it is constant. Some take the shortcuts here
+    // already, and open their settings for BindShortcuts.
     const QVariantMap options = {{u"session_handle_token"_s, u"amberquill"_s},
                                  {u"shortcuts"_s, QVariant::fromValue(wanted())}};
     request(u"CreateSession"_s, {}, options, [this](const QVariantMap& results) {
@@ -117,8 +116,8 @@ void PortalSession::bindShortcuts() {
     request(u"BindShortcuts"_s,
             {QVariant::fromValue(QDBusObjectPath(handle_)), QVariant::fromValue(wanted()), QString()}, {},
             [](const QVariantMap& results) {
-                // Fewer than were asked for: the user has kept the others.
-                qCDebug(portalLog) << "bound" << shortcutsIn(results).size();
+                // May be fewer than requested: the user decides.
+                qCDebug(inputLog) << "the portal has bound" << shortcutsIn(results).size() << "shortcuts";
             });
 }
 
@@ -126,7 +125,7 @@ void PortalSession::request(const QString& method, QVariantList arguments, QVari
                             Response then) {
     const QString token = token_ + u"_%1"_s.arg(++requests_);
     const QString path = requestPathFor(bus_, token);
-    // Before the call: the answer may be there before the call's own.
+    // Before the call: the response may arrive before the call returns.
     bus_.connect(anySender, path, requestInterface, u"Response"_s, this,
                  SLOT(responded(uint, QVariantMap, QDBusMessage)));
     requestPath_ = path;
@@ -135,11 +134,11 @@ void PortalSession::request(const QString& method, QVariantList arguments, QVari
     QDBusMessage call = QDBusMessage::createMethodCall(portalName, portalPath, shortcutsInterface, method);
     call.setArguments(arguments << options);
     auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call, longestWaitMilliseconds), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, method] {
         watcher->deleteLater();
         const QDBusPendingReply<QDBusObjectPath> reply = *watcher;
         if (reply.isError()) {
-            qCDebug(portalLog) << reply.error().name();
+            qCDebug(inputLog) << "the portal has refused" << method << reply.error().name();
             Q_EMIT unavailable();
         }
     });
@@ -156,6 +155,8 @@ void PortalSession::responded(uint code, const QVariantMap& results, const QDBus
     constexpr uint agreed = 0;
     if (code == agreed) {
         then(results);
+    } else {
+        qCDebug(inputLog) << "the portal's request has ended with code" << code;
     }
 }
 

@@ -17,8 +17,9 @@ class PortalSession final : public QObject {
     Q_OBJECT
 
 public:
-    // The connection is the program's own for this portal. `serial` differs from all earlier ones of it.
-    PortalSession(QDBusConnection bus, std::map<std::uint32_t, KeyChord> shortcuts, int serial);
+    // The connection is the program's own for this portal. `number` is unique among the sessions of
+    // this connection.
+    PortalSession(QDBusConnection bus, std::map<std::uint32_t, KeyChord> shortcuts, int number);
     ~PortalSession() override;
     PortalSession(const PortalSession&) = delete;
     PortalSession& operator=(const PortalSession&) = delete;

@@ -1,6 +1,5 @@
 #include "platform/linux/input/portal/PortalShortcuts.h"
 
-#include <QPointer>
 #include <utility>
 
 namespace amberquill::desktop {
@@ -13,11 +12,7 @@ PortalShortcuts::PortalShortcuts(MainQueue& queue, Connect connect)
     registerPortalTypes();
 }
 
-PortalShortcuts::~PortalShortcuts() {
-    due_.cancel();
-}
-
-// A session takes shortcuts once, so that another set is another session's.
+// A session binds its shortcuts once, so every change needs another session.
 void PortalShortcuts::add(std::uint32_t id, const KeyChord& chord) {
     shortcuts_.insert_or_assign(id, chord);
     dropSession();
@@ -35,7 +30,7 @@ void PortalShortcuts::remove(std::uint32_t id) {
     }
 }
 
-// The bus, which has only now begun: its portal may take a while.
+// The bus has just started: its portal may not be there yet.
 void PortalShortcuts::serviceCameBack() {
     if (!shortcuts_.empty() && !session_) {
         repetitions_ = 1;
@@ -44,12 +39,7 @@ void PortalShortcuts::serviceCameBack() {
 }
 
 void PortalShortcuts::ask(double secondsFromNow) {
-    due_.cancel();
-    due_ = queue_.postAfter(secondsFromNow, [self = QPointer(this)] {
-        if (self != nullptr) {
-            self->begin();
-        }
-    });
+    due_ = queue_.postAfter(secondsFromNow, [this] { begin(); });
 }
 
 void PortalShortcuts::askAgain(double secondsFromNow) {
@@ -68,18 +58,14 @@ void PortalShortcuts::begin() {
     if (bus_) {
         openSession();
     } else if (!std::exchange(isConnecting_, true)) {
-        connect_([self = QPointer(this)](const QDBusConnection& bus) {
-            if (self != nullptr) {
-                self->connected(bus);
-            }
-        });
+        connect_(context_.bind([this](const QDBusConnection& bus) { connected(bus); }));
     }
 }
 
 void PortalShortcuts::connected(const QDBusConnection& bus) {
     isConnecting_ = false;
     if (!bus.isConnected()) {
-        // One that has been there may come back.
+        // Only a bus that was there before may come back.
         if (repetitions_ > 0) {
             askAgain(untilAskedAgain);
         }
@@ -97,7 +83,7 @@ void PortalShortcuts::connected(const QDBusConnection& bus) {
     openSession();
 }
 
-// With the shortcuts of now: they may have gone while the bus was looked for.
+// The shortcuts may have been removed while the bus was being connected.
 void PortalShortcuts::openSession() {
     if (shortcuts_.empty()) {
         return;
@@ -118,7 +104,7 @@ void PortalShortcuts::portalChanged(const QString& before, const QString& now) {
         dropSession();
     }
     if (session_) {
-        // It has come because we asked.
+        // Our own request has started the portal.
         return;
     }
     askAgain(now.isEmpty() ? untilAskedAgain : 0);
@@ -131,7 +117,7 @@ void PortalShortcuts::busLost() {
     askAgain(untilAskedAgain);
 }
 
-// It may be what is calling us.
+// Deleted later: the session may be the caller.
 void PortalShortcuts::dropSession() {
     if (session_) {
         session_->disconnect(this);

@@ -31,7 +31,7 @@ public:
 
     // `connect` is called again when the bus has ended the connection.
     PortalShortcuts(MainQueue& queue, Connect connect);
-    ~PortalShortcuts() override;
+    ~PortalShortcuts() override = default;
     PortalShortcuts(const PortalShortcuts&) = delete;
     PortalShortcuts& operator=(const PortalShortcuts&) = delete;
 
@@ -62,6 +62,7 @@ private:
     int repetitions_ = 0; // since a session lasted
     double begun_ = 0;    // when the portal was asked last
     DelayedWork due_;
+    Context context_;
 };
 
 } // namespace amberquill::desktop

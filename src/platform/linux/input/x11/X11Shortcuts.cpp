@@ -1,18 +1,15 @@
 #include "platform/linux/input/x11/X11Shortcuts.h"
 
-#include "platform/MainQueue.h"
+#include "platform/linux/input/InputDevices.h"
 #include "platform/linux/x11/XcbReply.h"
 
-#include <QLoggingCategory>
 #include <string_view>
 
 namespace amberquill::desktop {
 
 namespace {
 
-Q_LOGGING_CATEGORY(grabLog, "amberquill.shortcuts", QtCriticalMsg)
-
-// Second byte of the keyboard extension's events.
+// The second byte of the keyboard extension's events.
 constexpr std::uint8_t newKeyboard = 0;
 constexpr std::uint8_t newMapping = 1;
 
@@ -32,7 +29,6 @@ X11Shortcuts::X11Shortcuts(xcb_connection_t* connection, xcb_window_t root, Main
 }
 
 X11Shortcuts::~X11Shortcuts() {
-    *isAlive_ = false;
     for (const auto& [id, shortcut] : shortcuts_) {
         release(shortcut.grabs);
     }
@@ -53,7 +49,7 @@ void X11Shortcuts::remove(std::uint32_t id) {
 }
 
 bool X11Shortcuts::handle(const xcb_generic_event_t& event) {
-    // An event that another program made up has a bit more and is none of these.
+    // Events sent by other programs have another bit set, so they match none of these.
     switch (event.response_type) {
     case XCB_KEY_PRESS:
     case XCB_KEY_RELEASE:
@@ -63,7 +59,7 @@ bool X11Shortcuts::handle(const xcb_generic_event_t& event) {
         followKeyboardLater();
         return false;
     default:
-        // Programs that know the keyboard extension, as Qt does, are told by it alone.
+        // Clients of the keyboard extension, such as Qt, get its events instead of MappingNotify.
         if (keyboardEvent_ != 0 && event.response_type == keyboardEvent_ &&
             (event.pad0 == newKeyboard || event.pad0 == newMapping)) {
             followKeyboardLater();
@@ -91,25 +87,23 @@ bool X11Shortcuts::handleKey(const xcb_key_press_event_t& event, bool isPress) {
     return false;
 }
 
-// After what came before: Qt has yet to tell of a focus that it has read of.
+// Queued: Qt delivers focus changes that it has already read first.
 void X11Shortcuts::deliverLater(std::uint32_t id, std::uint32_t time) {
-    queue_.post([this, alive = isAlive_, id, time] {
-        if (*alive && shortcuts_.contains(id)) {
+    queue_.then(context_, [this, id, time] {
+        if (shortcuts_.contains(id)) {
             deliver(id, {{}, time});
         }
     });
 }
 
-// Such events come in swarms.
+// One change of the keyboard sends many events.
 void X11Shortcuts::followKeyboardLater() {
     if (std::exchange(followIsDue_, true)) {
         return;
     }
-    queue_.post([this, alive = isAlive_] {
-        if (*alive) {
-            followIsDue_ = false;
-            followKeyboard();
-        }
+    queue_.then(context_, [this] {
+        followIsDue_ = false;
+        followKeyboard();
     });
 }
 
@@ -124,7 +118,7 @@ void X11Shortcuts::followKeyboard() {
             release(shortcut.grabs);
             shortcut.grabs = std::move(grabs);
             grab(shortcut.grabs);
-            qCDebug(grabLog) << "the keyboard has changed; the chord is on" << shortcut.grabs.keyCodes;
+            qCDebug(inputLog) << "the keyboard has changed; the chord is on" << shortcut.grabs.keyCodes;
         }
     }
 }
@@ -133,8 +127,8 @@ void X11Shortcuts::grab(const KeyGrabs& grabs) {
     std::vector<xcb_void_cookie_t> asked;
     for (const xcb_keycode_t key : grabs.keyCodes) {
         for (const std::uint16_t lock : grabs.locks) {
-            // With what is typed before the chord is let go going where it would without the grab, when that
-            // is one of our windows: the launcher may have the focus by then.
+            // owner_events: while the chord is held, other keys go to our window with the focus as without
+            // the grab.
             asked.push_back(xcb_grab_key_checked(connection_, 1, root_,
                                                  static_cast<std::uint16_t>(grabs.modifiers | lock), key,
                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
@@ -142,7 +136,7 @@ void X11Shortcuts::grab(const KeyGrabs& grabs) {
     }
     for (const xcb_void_cookie_t cookie : asked) {
         if (const XcbReply<xcb_generic_error_t> refusal{xcb_request_check(connection_, cookie)}) {
-            qCDebug(grabLog) << "the keys are somebody else's: X error" << refusal->error_code;
+            qCDebug(inputLog) << "key grab refused: X error" << refusal->error_code;
         }
     }
 }

@@ -1,24 +1,19 @@
-// platform/linux/shortcuts/: the keys that reach the launcher from everywhere.
 #pragma once
 
 #include "platform/GlobalShortcut.h"
+#include "platform/MainQueue.h"
 #include "platform/linux/input/x11/KeyGrabs.h"
 
 #include <QAbstractNativeEventFilter>
 #include <map>
-#include <memory>
-
-namespace amberquill {
-class MainQueue;
-}
 
 namespace amberquill::desktop {
 
-// Key grabs on the root window of an X server. It sees the events of the connection as Qt's native event
-// filter, or as they are given to `handle`.
+// Global shortcuts by key grabs on the root window of an X server. Reads the events of the connection as a
+// native event filter of Qt, or as they are given to `handle`.
 class X11Shortcuts final : public GlobalShortcut, public QAbstractNativeEventFilter {
 public:
-    // Both outlive it. The keyboard's changes are followed after the event that tells of them.
+    // The connection and the queue outlive this object. When the keyboard mapping changes, the grabs follow.
     X11Shortcuts(xcb_connection_t* connection, xcb_window_t root, MainQueue& queue);
     ~X11Shortcuts() override;
     X11Shortcuts(const X11Shortcuts&) = delete;
@@ -27,7 +22,7 @@ public:
     void add(std::uint32_t id, const KeyChord& chord) override;
     void remove(std::uint32_t id) override;
 
-    // Whether the event was one of a chord and nobody else's.
+    // Whether the event belongs to a chord, so that nothing else handles it.
     bool handle(const xcb_generic_event_t& event);
 
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
@@ -53,7 +48,7 @@ private:
     std::uint8_t keyboardEvent_ = 0; // the type of the keyboard extension's events; 0: there is none
     std::map<std::uint32_t, Shortcut> shortcuts_;
     bool followIsDue_ = false;
-    std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
+    Context context_;
 };
 
 } // namespace amberquill::desktop

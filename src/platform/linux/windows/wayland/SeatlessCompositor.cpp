@@ -2,6 +2,8 @@
 
 #include "platform/linux/graphics/GraphicsFindings.h"
 
+#include "platform/linux/windows/WindowSystems.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <memory>
@@ -49,6 +51,7 @@ void avoidInputMethodWithoutSeat(const Environment& environment) {
         return;
     }
     if (isSeatless()) {
+        qCDebug(windowsLog) << "the compositor has no seat: its input method is not used";
         qputenv(inputMethodVariable, "compose"); // comes with Qt
     }
 }

@@ -1,4 +1,3 @@
-// platform/linux/wayland/: the launcher's window under Wayland compositors, through the protocols they offer.
 #pragma once
 
 #include "platform/WindowSystem.h"

@@ -1,5 +1,3 @@
-// platform/linux/x11/: the launcher's window under the X Window System, by the Extended Window Manager Hints,
-// and on a bare server without a window manager.
 #pragma once
 
 #include "platform/WindowSystem.h"
@@ -13,7 +11,8 @@
 
 namespace amberquill::desktop {
 
-// Made after the application object, on its X connection.
+// The launcher's window by the Extended Window Manager Hints, and on a server without a window manager. Made
+// after the application object, on its X connection.
 class X11WindowSystem final : public QObject, public WindowSystem {
     Q_OBJECT
 
