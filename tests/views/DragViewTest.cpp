@@ -26,7 +26,7 @@ INSTANTIATE_TEST_SUITE_P(Sizes, DragViewTest,
                                     std::to_string(size.param.height());
                          });
 
-TEST_P(DragViewTest, TheCellOfWhatIsDraggedIsEmptyAndItsIconFollowsThePointerATenthLarger) {
+TEST_P(DragViewTest, DraggingEmptiesTheCellAndTheIconFollowsThePointerATenthLarger) {
     showWith(80);
     const QPointF to =
         model_->metrics().cellCenter(11) + QPointF(model_->metrics().cellSize().width() / 2, 3);
@@ -41,7 +41,7 @@ TEST_P(DragViewTest, TheCellOfWhatIsDraggedIsEmptyAndItsIconFollowsThePointerATe
     EXPECT_FALSE(isAbout(at(image, to - QPointF(half + 2, 0)), wanted, 40));
 }
 
-TEST_P(DragViewTest, TheIconInTheHandHasAShadowBelowIt) {
+TEST_P(DragViewTest, TheDraggedIconHasAShadowBelowIt) {
     showWith(1);
     const QPointF to = model_->metrics().cellCenter(17);
     const QPointF below = to + QPointF(0, model_->metrics().iconSize() * 1.1 / 2 + 4);
@@ -51,13 +51,13 @@ TEST_P(DragViewTest, TheIconInTheHandHasAShadowBelowIt) {
     EXPECT_LT(at(picture(), below).lightness(), before - 4);
 }
 
-TEST_P(DragViewTest, AnApplicationThatWouldTakeTheDropShrinksIntoAFoldersOutline) {
+TEST_P(DragViewTest, AnApplicationMarkedForAMergeShrinksIntoAFoldersOutline) {
     showWith(80);
     drag(3, iconCentre(4));
     advance(0.19);
     ASSERT_EQ(model_->mergeTargetID(), LaunchItem::app(path(5)).id());
     advance(1);
-    // Aside, where the hand does not cover it, but near enough to keep it marked.
+    // Aside, where the dragged icon does not cover it, but near enough to keep it marked.
     const GridMetrics metrics = model_->metrics();
     dragTo(start_, iconCentre(4) + QPointF(metrics.iconSize() * 0.8, 0));
     advance(0.5);
@@ -72,7 +72,7 @@ TEST_P(DragViewTest, AnApplicationThatWouldTakeTheDropShrinksIntoAFoldersOutline
     EXPECT_GT(outline.lightness(), outside.lightness() + 25);
 }
 
-TEST_P(DragViewTest, AFolderThatWouldTakeTheDropSwells) {
+TEST_P(DragViewTest, AFolderMarkedForAMergeGrows) {
     files_.addFile(layoutPath,
                    encodeItems({LaunchItem::app(path(1)),
                                 LaunchItem::folder({QUuid::createUuid(), u"F"_s, {path(20), path(21)}})}));
@@ -130,7 +130,7 @@ TEST_P(DragViewTest, WhileSearchingTheFirstResultIsMarkedAndThereAreNoDots) {
     EXPECT_NEAR(at(picture(), corner).lightness(), before, 2);
 }
 
-TEST_P(DragViewTest, WhenNothingIsFoundAWordSaysSoInTheMiddleOfTheGrid) {
+TEST_P(DragViewTest, ASearchWithoutResultsShowsATextInTheMiddleOfTheGrid) {
     showWith(80);
     model_->setSearchText(u"no such application"_s);
     const QImage image = picture();

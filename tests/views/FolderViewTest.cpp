@@ -86,7 +86,7 @@ TEST_P(FolderViewTest, ThePanelStandsAtItsPlaceWithTheApplicationsAtTheirs) {
           QPointF(rect.center().x() + 250, rect.top() + 8), QPointF(rect.center().x(), rect.bottom() - 4)}) {
         EXPECT_GT(at(image, inside).lightness(), at(before, QPointF(3, inside.y())).lightness() / 4 + 10);
     }
-    // The corner is cut: what is there lies behind, in the panel's shadow.
+    // The corner is round: the panel's shadow is seen there.
     EXPECT_LT(at(image, rect.topLeft() + QPointF(2, 2)).lightness(),
               at(image, rect.topLeft() + QPointF(20, 20)).lightness());
 }
@@ -108,7 +108,7 @@ TEST_P(FolderViewTest, BehindAnOpenFolderThePageIsDim) {
                         4));
 }
 
-TEST_P(FolderViewTest, APageOfDotsIsAbsentWhileAFolderIsOpen) {
+TEST_P(FolderViewTest, ThePageDotsAreHiddenWhileAFolderIsOpen) {
     showWithFolder(4);
     const QPointF dot(GetParam().width() / 2.0 - 12, GetParam().height() - 35.0);
     EXPECT_GT(at(picture(), dot).lightness(), 230);
@@ -135,7 +135,7 @@ TEST_P(FolderViewTest, ThePanelGrowsFromALittleSmallerAndFadesIn) {
         << "the page is as bright as before";
 }
 
-TEST_P(FolderViewTest, AnEmptyFolderSaysSoInTheMiddleOfItsPanel) {
+TEST_P(FolderViewTest, AnEmptyFolderShowsATextInTheMiddleOfItsPanel) {
     showWithFolder(0);
     openFolder();
     const QImage image = picture();

@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// What stands below the icons, for names as people and programs give them.
+// The labels below the icons, with unusual names.
 class LabelTest : public RootViewFixture {
 protected:
     void showNamed(const QStringList& names) {
@@ -23,7 +23,7 @@ protected:
         settle();
     }
 
-    // The label of a place with all that reaches beyond it, in device pixels.
+    // The label in a slot, with the parts that reach beyond it, in device pixels.
     [[nodiscard]] QImage label(int slot) const {
         const GridMetrics metrics = model_->metrics();
         const QPointF centre = metrics.cellCenter(slot);
@@ -98,7 +98,7 @@ TEST_P(LabelTest, EveryScriptIsDrawnInItsPlace) {
     }
 }
 
-TEST_P(LabelTest, WhatTheFontOfTheLabelsLacksComesFromAnother) {
+TEST_P(LabelTest, MissingGlyphsComeFromAnotherFont) {
     showNamed({u"中文"_s, u"国語"_s, u"アア"_s, u"🎨"_s});
     EXPECT_NE(label(0), label(1)) << "a missing sign is a box like any other";
     EXPECT_NE(label(1), label(2));
@@ -113,8 +113,8 @@ TEST_P(LabelTest, WhatTheFontOfTheLabelsLacksComesFromAnother) {
     EXPECT_GT(most, 60) << "in its colours";
 }
 
-TEST_P(LabelTest, NothingOfALetterIsCutOffAboveOrBelow) {
-    // The same name where nothing bounds it: alone in a picture much higher than a line.
+TEST_P(LabelTest, LettersAreNotClippedAboveOrBelow) {
+    // The same name in a picture much higher than a line, where nothing is clipped.
     showNamed({u"gjpqy|Åẫ"_s});
     const GridMetrics metrics = model_->metrics();
     QFont font = QGuiApplication::font();
@@ -156,7 +156,7 @@ TEST_P(LabelTest, ANameTooWideEndsInAnEllipsis) {
         << "what lies beyond the end makes no difference";
     const auto [left, right] = extent(label(0));
     const QImage image = label(0);
-    // Three low dots at the end: nothing in the upper half of its last points.
+    // The dots of the ellipsis are low: the upper half is empty there.
     int high = 0;
     for (int y = 0; y < static_cast<int>(model_->metrics().labelHeight() * ratio() / 2); ++y) {
         for (int x = right - static_cast<int>(6 * ratio()); x < right; ++x) {
@@ -181,8 +181,8 @@ TEST_P(LabelTest, ASoftShadowLiesBelowTheLetters) {
     EXPECT_GT(darkest, wash / 2 - 4) << "no more than black at 0.45";
 }
 
-TEST_P(LabelTest, WhatLiesBeyondAThousandLettersIsNotLaidOut) {
-    // Accents on one letter make a name no wider: what follows them is drawn wherever it is laid out.
+TEST_P(LabelTest, LettersBeyondTheFirst512AreNotLaidOut) {
+    // Accents do not make a name wider, so letters after them would be drawn if they were laid out.
     const auto accented = [](int accents, const QString& end) {
         return u"e"_s + QString(accents, u'\u0301') + end;
     };

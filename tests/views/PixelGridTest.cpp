@@ -46,7 +46,7 @@ protected:
             for (const double edge : {rect.left(), rect.top()}) {
                 EXPECT_NEAR(edge, std::round(edge), 1e-6) << type.toStdString();
             }
-            if (type != u"amberquill::LabelTexture"_s) { // a label's own height is the font's business
+            if (type != u"amberquill::LabelTexture"_s) { // the height of a label depends on the font
                 EXPECT_NEAR(rect.right(), std::round(rect.right()), 1e-6) << type.toStdString();
                 EXPECT_NEAR(rect.bottom(), std::round(rect.bottom()), 1e-6) << type.toStdString();
             }
@@ -60,8 +60,7 @@ protected:
         expectWhole(u"amberquill::SymbolTexture"_s, 2);
     }
 
-    // From a colour to what is beside it within one device pixel, going from this point: 1, 0 is to the
-    // right.
+    // Whether the colour at this point ends within one device pixel, in the direction of `step`.
     [[nodiscard]] static testing::AssertionResult endsSharply(const QImage& image, QPoint from,
                                                               const QPoint& step) {
         const QColor inside = image.pixelColor(from);
@@ -73,7 +72,7 @@ protected:
         if (!image.rect().contains(from) || walked < 4) {
             return testing::AssertionFailure() << "no edge, after " << walked << " pixels";
         }
-        // Where an icon ends, neighbours beyond its edge look alike.
+        // Beyond a sharp edge neighbouring pixels look alike.
         return isAbout(image.pixelColor(from), image.pixelColor(from + step), 12)
                    ? testing::AssertionSuccess()
                    : testing::AssertionFailure()
@@ -90,8 +89,8 @@ protected:
         }
     }
 
-    // The caret of a field that stands about here: the columns of white between these heights, all in device
-    // pixels. Empty where there is none.
+    // The caret of a field in this area: columns of white pixels of nearly its height. In device pixels;
+    // empty if there is none.
     [[nodiscard]] static QRect caret(const QImage& image, const QRect& field) {
         QRect found;
         for (int x = field.left(); x <= field.right(); ++x) {
@@ -111,20 +110,20 @@ protected:
         return found;
     }
 
-    // The item's device pixels with so many points beside it on either side.
+    // The item's device pixels, and so many points to the left and right of it.
     [[nodiscard]] QRect about(const QQuickItem* item, double beside) const {
         return pixels(item).adjusted(-beside * ratio(), 0, beside * ratio(), 0).toRect();
     }
 
-    // A caret is a point wide, as nearly as whole pixels are.
+    // A caret is a point wide, rounded to whole pixels.
     void expectCaretIn(const QImage& image, const QQuickItem* field) {
         const QRect found = caret(image, about(field, 3));
         EXPECT_EQ(found.width(), std::lround(ratio()));
         EXPECT_NEAR(found.height(), field->property("cursorRectangle").toRectF().height() * ratio(), 1);
     }
 
-    // A symbol's part (0 … 1) as seen from the side or from above: how bright the brightest pixel of each row
-    // or column is, 0 as what is beside the symbol, 1 as its brightest.
+    // The brightest pixel in each row or column of a part (0 … 1) of a symbol: 0 is the background beside the
+    // symbol, 1 its brightest pixel.
     [[nodiscard]] std::vector<double> profile(const QImage& image, const QQuickItem* symbol,
                                               const QRectF& part, bool isOfRows) const {
         const QRect whole = pixels(symbol).toRect();
@@ -227,14 +226,14 @@ TEST_P(PixelGridTest, IconsAreAsSharpAsTheirPixels) {
     }
 }
 
-TEST_P(PixelGridTest, ASwollenFoldersIconsAreAsSharpAsTheOthers) {
+TEST_P(PixelGridTest, TheIconsOfAGrownFolderAreSharp) {
     addFolderOfFive();
     showWith(80);
     const QPointF start = iconCentre(0);
     press(start);
     dragTo(start, iconCentre(1));
     advance(1);
-    // Aside, where the hand does not cover it, but near enough to keep it marked.
+    // Aside, where the dragged icon does not cover it, but near enough to keep it marked.
     dragTo(start, iconCentre(1) + QPointF(model_->metrics().iconSize() * 0.8, 0));
     settle();
     ASSERT_EQ(model_->mergeTargetID(), LaunchItem::folder(games_).id());
@@ -243,7 +242,7 @@ TEST_P(PixelGridTest, ASwollenFoldersIconsAreAsSharpAsTheOthers) {
     expectSharpIcon(image, iconCentre(1) - QPointF(body * 0.3, body * 0.3), {{-1, 0}, {0, -1}});
 }
 
-TEST_P(PixelGridTest, TheIconInTheHandIsSharpWhereItRests) {
+TEST_P(PixelGridTest, TheDraggedIconIsSharpAtRest) {
     addFolderOfFive();
     showWith(80);
     const QPointF start = iconCentre(3);
@@ -274,7 +273,7 @@ TEST_P(PixelGridTest, OnAnotherScreenEverythingIsPaintedAnewForIt) {
     EXPECT_TRUE(isAbout(at(image, iconCentre(8) + QPointF(half - 2, 0)), ColourIcons::colour(8)));
 }
 
-TEST_P(PixelGridTest, TheCaretOfTheEmptySearchFieldStandsBesideWhatIsWrittenThere) {
+TEST_P(PixelGridTest, TheCaretOfTheEmptySearchFieldStandsBesideThePlaceholder) {
     showWith(3);
     const QQuickItem* field = focused(u"searchField"_s);
     const QImage with = picture();
@@ -283,7 +282,7 @@ TEST_P(PixelGridTest, TheCaretOfTheEmptySearchFieldStandsBesideWhatIsWrittenTher
     window_->endEditing();
     const QImage without = picture();
     ASSERT_TRUE(caret(without, about(field, 3)).isEmpty());
-    // Where it was there is nothing of a letter, and a letter follows.
+    // No letter lies below the caret, and one follows it.
     const auto inkIn = [&](const QRect& area) {
         const QColor bare = without.pixelColor(columns.left() - 3, columns.center().y());
         int ink = 0;
@@ -298,7 +297,7 @@ TEST_P(PixelGridTest, TheCaretOfTheEmptySearchFieldStandsBesideWhatIsWrittenTher
     EXPECT_GT(inkIn(columns.translated(static_cast<int>(4 * ratio()), 0)), 0);
 }
 
-TEST_P(PixelGridTest, TheCaretIsSeenWhereverItStandsInAText) {
+TEST_P(PixelGridTest, TheCaretIsVisibleAtEveryPositionOfAText) {
     showWith(3);
     QQuickItem* field = focused(u"searchField"_s);
     type("ones more screens or even more names or no areas");
@@ -308,7 +307,7 @@ TEST_P(PixelGridTest, TheCaretIsSeenWhereverItStandsInAText) {
     }
 }
 
-TEST_P(PixelGridTest, TheCaretOfAFoldersTitleIsSeenAtBothEndsOfALongName) {
+TEST_P(PixelGridTest, TheCaretOfAFoldersTitleIsVisibleAtBothEndsOfALongName) {
     addFolderOfFive();
     showWith(80);
     model_->renameFolder(games_.id,
@@ -334,7 +333,7 @@ TEST_P(PixelGridTest, TheSymbolsLinesAndCirclesLieOnWholePixels) {
     model_->setSearchText(u"App"_s);
     settle();
     const QImage image = picture();
-    // Where there is nothing but level or upright lines, and the outermost of circles.
+    // Parts with horizontal or vertical lines alone, and the outermost rows and columns of circles.
     expectOnPixels(image, u"line.3.horizontal"_s, {0.3, 0, 0.4, 1}, true);
     expectOnPixels(image, u"plus"_s, {0.2, 0, 0.2, 1}, true);
     expectOnPixels(image, u"plus"_s, {0, 0.2, 1, 0.2}, false);

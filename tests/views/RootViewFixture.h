@@ -7,7 +7,7 @@
 
 namespace amberquill {
 
-// The views on a stage of a test's own, as large as its parameter says.
+// The views in a window as large as the test's parameter.
 class RootViewFixture : public testing::TestWithParam<QSize>, protected ViewStage {
 protected:
     void SetUp() override { begin(GetParam()); }

@@ -203,7 +203,7 @@ TEST_P(RootViewTest, TheSearchFieldAndTheTwoButtonsStandAtTheTop) {
     EXPECT_FALSE(isLit(left + 1, 41)) << "outside the circle";
 }
 
-TEST_P(RootViewTest, BeforeItIsPresentedTheContentIsNotThere) {
+TEST_P(RootViewTest, TheContentIsInvisibleBeforeItIsPresented) {
     installed_ = apps(80);
     open();
     const QImage image = picture();

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// What stands where, how large and how opaque, in every state of the launcher.
+// The items' places, sizes and opacities in every state of the launcher.
 class StatesTest : public RootViewFixture {
 protected:
     void showWithFolder(int count) {
@@ -23,7 +23,7 @@ protected:
         settle();
     }
 
-    // Nothing is on the page but a folder, which stands aside: behind its panel is the wash alone.
+    // The page holds one folder, whose panel does not lie over its icon: behind the panel is the wash alone.
     void showOnlyAFolder() {
         files_.addFile(layoutPath, encodeItems({LaunchItem::folder({id_, u"Games"_s, {path(1), path(2)}})}));
         showWith(2);
@@ -142,7 +142,7 @@ TEST_P(StatesTest, AFoldersNineSmallIconsHaveTheirRectangles) {
     EXPECT_TRUE(isAbout(at(image, line), lightened(lightened(under(line), 0.2), 0.22), 6));
 }
 
-TEST_P(StatesTest, TheContentShrinksFromEightPerCentMoreAndFadesIn) {
+TEST_P(StatesTest, TheContentShrinksFrom108PerCentAndFadesIn) {
     installed_ = apps(80);
     open();
     QCoreApplication::processEvents();
@@ -172,7 +172,7 @@ TEST_P(StatesTest, TheContentShrinksFromEightPerCentMoreAndFadesIn) {
     EXPECT_EQ(drawnOpacity(iconOf(1)), 0);
 }
 
-TEST_P(StatesTest, AnOpenFoldersPanelComesFromAndGoesTo92PerCent) {
+TEST_P(StatesTest, AFoldersPanelGrowsFrom92PerCentAndShrinksBack) {
     showWithFolder(4);
     openFolder();
     const QString slab = u"amberquill::FrostedSlab"_s;
@@ -235,14 +235,14 @@ TEST_P(StatesTest, ThePanelsCornerIsAContinuousCurveOfRadius30) {
     const QRectF panel = drawnRect(only(u"amberquill::FrostedSlab"_s));
     const double row = panel.top() + 0.5 * pixel();
     const auto lit = [&](double x, double y) { return at(image, {panel.left() + x, y}).lightness(); };
-    // In the first row of pixels: nothing where an arc of that radius would already be as bright as a side.
+    // In the first row of pixels a circular arc of this radius would already be bright here.
     const int side = lit(panel.width() / 2, row);
     const int outside =
         at(image, {panel.left() + panel.width() / 2, panel.top() - 1.5 * pixel()}).lightness();
     ASSERT_GT(side, outside + 30);
     EXPECT_LT(lit(26.5, row), outside + (side - outside) * 0.4);
     EXPECT_GT(lit(50, row), outside + (side - outside) * 0.8);
-    // On the diagonal it is where the arc is: 30 × (1 − √½) = 8.8 points from the tip along either side.
+    // On the diagonal it meets the arc: 30 × (1 − √½) = 8.8 points from the tip along either side.
     const QPointF tip = panel.topLeft();
     const int inner = at(image, tip + QPointF(14, 14)).lightness();
     EXPECT_GT(at(image, tip + QPointF(9.4, 9.4)).lightness(), inner) << "the line inside its edge";
@@ -271,7 +271,7 @@ TEST_P(StatesTest, NoOutlineOfThePageIsSeenThroughThePanel) {
     // Above the title, where there is nothing on the panel itself.
     const QRectF panel = drawnRect(only(u"amberquill::FrostedSlab"_s)).adjusted(50, 4, -50, 0);
     const QRect area(pixelOf(panel.topLeft()), pixelOf({panel.right(), panel.top() + 14}));
-    // What lies on either side of a line as long as a dither cell, in which two levels are mixed.
+    // Compares both sides of lines as long as a dither cell, in which two levels are mixed.
     constexpr int length = 8;
     double sharpest = 0;
     for (int y = area.top(); y + length < area.bottom(); ++y) {
@@ -301,7 +301,7 @@ TEST_P(StatesTest, WhereThePanelsColoursChangeSlowlyNeighbouringPixelsMixTwoLeve
     openFolder();
     settle();
     const QImage image = picture();
-    // To the left of the icons and to the right of them: there the frost alone is seen.
+    // To the left and right of the icons only the frost is seen.
     const QRectF panel = drawnRect(only(u"amberquill::FrostedSlab"_s));
     constexpr int block = 8;
     int blocks = 0;
@@ -370,7 +370,7 @@ TEST_P(StatesTest, TheSmallerTilesOfACrowdedFolderStandAtTheirCells) {
     }
 }
 
-TEST_P(StatesTest, WhatIsDraggedIsGoneFromItsCellAndATenthLargerInTheHandUntilItIsDropped) {
+TEST_P(StatesTest, ADraggedIconIsOutOfItsCellAndATenthLargerUntilItIsDropped) {
     showWith(80);
     const GridMetrics metrics = model_->metrics();
     const QPointF to = metrics.cellCenter(11) + QPointF(metrics.cellSize().width() / 2, 3);
@@ -427,7 +427,7 @@ TEST_P(StatesTest, AnApplicationMarkedForAMergeShrinksTo78PerCentInAnOutlineOf95
     expectRect(drawnRect(iconOf(5)), around(iconCentre(4), icon), pixel());
 }
 
-TEST_P(StatesTest, AFolderMarkedForAMergeSwellsTo112PerCentWithoutAnOutline) {
+TEST_P(StatesTest, AFolderMarkedForAMergeGrowsTo112PerCentWithoutAnOutline) {
     showWithFolder(4);
     const double icon = model_->metrics().iconSize();
     drag(0, iconCentre(2));
@@ -528,7 +528,7 @@ TEST_P(StatesTest, EachThemeHasItsColours) {
           Theme{BackgroundTheme::Blue, colour(0.18, 0.35, 0.63), colour(0.04, 0.10, 0.28)}}) {
         model_->setBackground(each.theme);
         const QImage image = picture();
-        // Over black, at the two ends of the gradient. The glow has died out at the bottom.
+        // Over black, at both ends of the gradient. At the bottom there is no glow.
         const auto dimmed = [](const QColor& of, double glow) {
             const auto component = [glow](double value) {
                 return static_cast<int>(std::lround((value * 0.58 * (1 - glow) + glow) * 255));
@@ -544,7 +544,7 @@ TEST_P(StatesTest, EachThemeHasItsColours) {
     }
 }
 
-TEST_P(StatesTest, OnlyWhatIsRoundOfAButtonTakesClicks) {
+TEST_P(StatesTest, OnlyTheCircleOfAButtonTakesClicks) {
     showWith(3);
     QCoreApplication::processEvents();
     const int left = (contentSize_.width() - 392) / 2;
@@ -576,7 +576,7 @@ TEST_P(StatesTest, AButtonUnderThePointerIsBrighter) {
     EXPECT_TRUE(isAbout(at(picture(), point), lightened(under(point), 0.18), 1));
 }
 
-TEST_P(StatesTest, AWholeDotsSquareTakesClicks) {
+TEST_P(StatesTest, TheWholeSquareOfADotTakesClicks) {
     showWith(80);
     QCoreApplication::processEvents();
     const int first = (contentSize_.width() - 66) / 2;
@@ -588,7 +588,7 @@ TEST_P(StatesTest, AWholeDotsSquareTakesClicks) {
     EXPECT_TRUE(controller_->hides.empty());
 }
 
-TEST_P(StatesTest, TheDotsGoWhileSearchingAndWhileAFolderIsOpen) {
+TEST_P(StatesTest, TheDotsAreHiddenWhileSearchingAndWhileAFolderIsOpen) {
     showWithFolder(4);
     const QString dots = u"PageDots"_s;
     EXPECT_NE(only(dots), nullptr);

@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Both text fields, typed into as people do.
+// Typing into both text fields.
 class TextFieldTest : public RootViewFixture {
 protected:
     void showWithFolder() {
@@ -47,7 +47,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Size, TextFieldTest, testing::Values(QSize(1280, 800)),
                          [](const auto& size) { return std::to_string(size.param.width()); });
 
-TEST_P(TextFieldTest, WhatAnInputMethodComposesIsSearchedForOnlyOnceItIsThere) {
+TEST_P(TextFieldTest, ComposedTextIsSearchedForOnlyOnceItIsCommitted) {
     installed_ = {{u"/Applications/1.app"_s, u"日本語"_s}, {u"/Applications/2.app"_s, u"Other"_s}};
     open();
     bringUp();
@@ -73,7 +73,7 @@ TEST_P(TextFieldTest, AFoldersNameIsComposedToo) {
     EXPECT_EQ(model_->folder(id_)->name, u"Games芸"_s);
 }
 
-TEST_P(TextFieldTest, ThePlaceholderGoesWithWhatIsTypedOrComposedAndSpeaksTheInterfacesLanguage) {
+TEST_P(TextFieldTest, ThePlaceholderIsInTheInterfaceLanguageAndHiddenByTypedOrComposedText) {
     showWith(3);
     QQuickItem* field = focused(u"searchField"_s);
     const auto placeholder = [&]() -> QString {

@@ -39,7 +39,7 @@ protected:
         window_.show();
     }
 
-    // How many pixels are neither black nor white, as near as a colour blended in eight bits comes to them.
+    // How many pixels are neither black nor white; blending in eight bits may miss these by two levels.
     int greys() {
         QCoreApplication::processEvents();
         const QImage picture = window_.grabWindow();
@@ -61,7 +61,7 @@ protected:
         return count;
     }
 
-    // As many as there are while the stripes are seen: every second column of theirs.
+    // The number of white pixels while the stripes are seen: every second column.
     [[nodiscard]] int all() const {
         return static_cast<int>(std::lround(stripes_.width() / 2 * window_.effectiveDevicePixelRatio()));
     }
@@ -95,7 +95,7 @@ TEST_F(DrawnTexture, IsSharpAgainWhenTheScalingIsOver) {
     EXPECT_EQ(greys(), 0);
 }
 
-TEST_F(DrawnTexture, WhatIsForgottenWhileTheWindowIsHiddenIsSeenAgainOnceItIsPaintedAgain) {
+TEST_F(DrawnTexture, AnItemFreedInAHiddenWindowIsDrawnAgainOnceItIsRepainted) {
     for (int time = 0; time < 2; ++time) {
         EXPECT_EQ(whites(), all());
         window_.hide();
@@ -108,7 +108,7 @@ TEST_F(DrawnTexture, WhatIsForgottenWhileTheWindowIsHiddenIsSeenAgainOnceItIsPai
     EXPECT_EQ(whites(), all());
 }
 
-TEST_F(DrawnTexture, WhatIsForgottenBeforeItWasDrawnOrAfterItsWindowHasGoneIsNoMatter) {
+TEST_F(DrawnTexture, AnItemMayBeFreedBeforeItIsDrawnAndOutsideOfAWindow) {
     Stripes alone;
     alone.forgetPainted();
     EXPECT_EQ(whites(), all());
@@ -117,7 +117,7 @@ TEST_F(DrawnTexture, WhatIsForgottenBeforeItWasDrawnOrAfterItsWindowHasGoneIsNoM
     EXPECT_EQ(whites(), 0);
 }
 
-TEST_F(DrawnTexture, WhatIsForgottenIsPaintedAtOnceWhenItIsShownAnew) {
+TEST_F(DrawnTexture, AnItemRepaintedInAHiddenWindowIsDrawnInTheFirstFrame) {
     EXPECT_EQ(whites(), all());
     window_.hide();
     stripes_.forgetPainted();
@@ -126,7 +126,7 @@ TEST_F(DrawnTexture, WhatIsForgottenIsPaintedAtOnceWhenItIsShownAnew) {
     EXPECT_EQ(whites(), all());
 }
 
-TEST_F(DrawnTexture, AnItemThatLeavesAHiddenWindowLeavesNothingDrawnThere) {
+TEST_F(DrawnTexture, AnItemRemovedFromAHiddenWindowFreesItsTexture) {
     EXPECT_EQ(whites(), all());
     window_.hide();
     const QImage kept = stripes_.painted().image;

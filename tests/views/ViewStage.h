@@ -14,7 +14,7 @@
 
 namespace amberquill {
 
-// The real views with a real model, drawn into an image by the renderer of the program that it is part of.
+// The real views with a real model, drawn into an image by the program's renderer.
 class ViewStage : public ModelStage {
 public:
     void begin(const QSize& contentSize) {
@@ -30,7 +30,7 @@ public:
         ModelStage::end();
     }
 
-    // The launcher as it stands once it has come up, with this many applications installed.
+    // Shows the launcher with this many applications, until it is fully presented.
     void showWith(int count) {
         installed_ = apps(count);
         open();
@@ -42,11 +42,11 @@ public:
         window_ = std::make_unique<LauncherWindow>(*model_, queue_, true);
         if (screen_ != nullptr) {
             window_->setScreen(screen_);
-            window_->setPosition(screen_->geometry().topLeft()); // or it would be moved off again
+            window_->setPosition(screen_->geometry().topLeft()); // else it is moved to another screen
         }
         window_->resize(contentSize_);
         window_->show();
-        // On a real display a window comes up, in its size, some time after it is asked for.
+        // On a real display a window appears some time after show().
         [[maybe_unused]] const bool isThere = QTest::qWaitForWindowExposed(window_.get());
         window_->setAlpha(1);
         model_->willShow();
@@ -62,7 +62,7 @@ public:
 
     [[nodiscard]] double ratio() const { return window_->effectiveDevicePixelRatio(); }
 
-    // What is on the screen, over black, in device pixels.
+    // The window over black, in device pixels.
     [[nodiscard]] QImage picture() const {
         QCoreApplication::processEvents();
         return window_->grabWindow().convertToFormat(QImage::Format_RGB32);
@@ -89,7 +89,7 @@ public:
         }
     }
 
-    // The item of this name, anywhere in the picture; null when there is none.
+    // The item of this name; null: there is none.
     [[nodiscard]] QQuickItem* item(const QString& name) const {
         return itemBelow(window_->rootObject(), name);
     }
@@ -113,8 +113,8 @@ public:
         }
     }
 
-    // Every visible item of a type, in the order in which they are drawn: "amberquill::AppIconTexture" for
-    // one of C++, "FolderTitle" for one of QML.
+    // Every visible item of a type, in the order of drawing. The type is "amberquill::AppIconTexture" for one
+    // in C++, "FolderTitle" for one in QML.
     [[nodiscard]] std::vector<QQuickItem*> drawn(const QString& type) const {
         std::vector<QQuickItem*> found;
         collect(window_->rootObject(), type, found);
@@ -126,7 +126,7 @@ public:
         return item->mapRectToScene(QRectF({}, item->size()));
     }
 
-    // How opaque an item is with everything that it is in.
+    // The opacity of an item within the window.
     [[nodiscard]] static double drawnOpacity(const QQuickItem* item) {
         double opacity = 1;
         for (; item != nullptr; item = item->parentItem()) {
@@ -135,7 +135,7 @@ public:
         return opacity;
     }
 
-    // The drawn icon of the application with this number, which is among those of the page or the panel.
+    // The visible icon of the application with this number; null: there is none.
     [[nodiscard]] QQuickItem* iconOf(int number) const {
         for (QQuickItem* icon : drawn(QStringLiteral("amberquill::AppIconTexture"))) {
             if (icon->property("path").toString() == path(number)) {
@@ -145,13 +145,13 @@ public:
         return nullptr;
     }
 
-    // Until everything rests, the neighbours of the page shown are made and every icon is there.
+    // Advances until everything rests, the neighbours of the page shown are made and every icon is decoded.
     void settle() {
         advance(2);
         finishIcons();
     }
 
-    // What is drawn asks for its icons, and they come.
+    // Draws, which asks for icons, and has them decoded.
     void finishIcons() {
         for (int round = 0; round < 2; ++round) {
             QCoreApplication::processEvents();
@@ -174,7 +174,7 @@ public:
     }
 
     QSize contentSize_;
-    QScreen* screen_ = nullptr; // null: the one that is there
+    QScreen* screen_ = nullptr; // null: the primary one
     ColourIcons icons_;
     ApplicationIcons* iconSource_ = &icons_;
     std::unique_ptr<LauncherWindow> window_;

@@ -1,5 +1,6 @@
 #include "views/Backdrop.h"
 
+#include "support/DebugLog.h"
 #include "views/BackgroundWash.h"
 
 #include <QColor>
@@ -45,7 +46,7 @@ TEST(Backdrop, ShrinksByEightPointsEachWay) {
     EXPECT_EQ(backdropShrink(0.01), 1);
 }
 
-TEST(Backdrop, EachThemesTintLiesOverWhatWasRead) {
+TEST(Backdrop, EachThemesWashLiesOverTheScreen) {
     const QColor behind(200, 100, 40);
     for (const BackgroundTheme theme : allBackgroundThemes) {
         const Backdrop backdrop([&] { return ScreenPicture{plain({80, 50}, behind), {}}; }, look(theme));
@@ -75,7 +76,7 @@ TEST(Backdrop, AnEdgeOnTheScreenIsBlurred) {
         const QRgb over = reinterpret_cast<const QRgb*>(wash.constScanLine(200))[x];
         return (qRed(picture.pixel(x, 200)) - qRed(over)) / (1 - qAlpha(over) / 255.0) / 255;
     };
-    // A Gaussian's share beyond the edge: half at it, 16 % one standard deviation (30 points) away.
+    // By the Gaussian: one half at the edge, 16 % at one standard deviation (30 points).
     EXPECT_NEAR(lightBehind(320), 0.5, 0.03);
     EXPECT_NEAR(lightBehind(290), 0.16, 0.03);
     EXPECT_NEAR(lightBehind(350), 0.84, 0.03);
@@ -93,7 +94,7 @@ TEST(Backdrop, AGentleSlopeOnTheScreenHasNoStairs) {
     }
     const Backdrop backdrop([&] { return ScreenPicture{slope, {}}; }, look());
     const QImage picture = backdrop.picture(look());
-    // The means of blocks along the slope, each of several of those in which the dither mixes two levels.
+    // The means of blocks along the slope, each of several dither cells.
     constexpr int block = 8;
     constexpr int height = 10 * block;
     std::vector<double> means;
@@ -111,13 +112,24 @@ TEST(Backdrop, AGentleSlopeOnTheScreenHasNoStairs) {
     }
 }
 
-TEST(Backdrop, WhereNothingCanBeReadItIsTheTintAlone) {
+TEST(Backdrop, WithoutAPictureOfTheScreenItIsTheWashAlone) {
     const Backdrop backdrop([] { return ScreenPicture(); }, look());
     EXPECT_TRUE(backdrop.whole().isNull());
     EXPECT_EQ(backdrop.picture(look()), opaqueBackground(BackgroundTheme::Blue, pixels, 1, {}));
 }
 
-TEST(Backdrop, AWindowThatNothingShowsThroughIsNeverBlack) {
+TEST(Backdrop, AMissingPictureOfTheScreenIsLogged) {
+    const auto logOf = [](bool isTranslucent) {
+        return debugLog("amberquill.views", [isTranslucent] {
+            const BackgroundLook wanted = look(BackgroundTheme::Blue, isTranslucent);
+            static_cast<void>(Backdrop([] { return ScreenPicture(); }, wanted).picture(wanted));
+        });
+    };
+    EXPECT_NE(logOf(false).find("no picture of the screen"), std::string::npos);
+    EXPECT_EQ(logOf(true), "") << "nothing was to be captured";
+}
+
+TEST(Backdrop, AnOpaqueWindowIsNeverBlack) {
     const Backdrop unread([] { return ScreenPicture(); }, look(), Backdrop::Window::Opaque);
     EXPECT_EQ(unread.whole(), unread.picture(look()));
     const QImage whole = plain(pixels, Qt::red);
@@ -129,7 +141,7 @@ TEST(Backdrop, AWindowThatNothingShowsThroughIsNeverBlack) {
     EXPECT_EQ(read.whole(), whole);
 }
 
-TEST(Backdrop, WhatIsHiddenIsNotSeenInIt) {
+TEST(Backdrop, HiddenPartsOfTheScreenAreFilled) {
     const QColor behind(200, 100, 40);
     const QImage desktop = plain({80, 50}, behind);
     QImage withDialogs = desktop;
@@ -148,7 +160,7 @@ TEST(Backdrop, WhatIsHiddenIsNotSeenInIt) {
     EXPECT_EQ(backdrop.picture(look()), wanted.picture(look()));
 }
 
-TEST(Backdrop, WhereTheDesktopIsSeenThroughItIsTheTranslucentTint) {
+TEST(Backdrop, ForATranslucentLookItIsTheTranslucentWash) {
     const Backdrop backdrop([] { return ScreenPicture(); }, look(BackgroundTheme::Green, true));
     EXPECT_TRUE(backdrop.isTranslucent());
     EXPECT_EQ(backdrop.picture(look(BackgroundTheme::Green, true)),

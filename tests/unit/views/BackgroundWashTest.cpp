@@ -82,7 +82,7 @@ TEST(BackgroundWash, NoComponentExceedsTheAlpha) {
 }
 
 TEST(BackgroundWash, NeighbouringPixelsShowNoBands) {
-    // The average of a block follows the gradient to a fraction of a step: that is what dithering is for.
+    // Dithering: the mean of a block follows the gradient to a fraction of a level.
     const QSize size(1920, 1080);
     const QImage image = backgroundWash(BackgroundTheme::Blue, size, 1);
     for (const QPoint corner : {QPoint(1600, 800), QPoint(200, 600), QPoint(1000, 1000)}) {
@@ -103,7 +103,7 @@ TEST(BackgroundWash, AnEmptySizeIsAnEmptyImage) {
     EXPECT_TRUE(backgroundWash(BackgroundTheme::Blue, {0, 0}, 1).isNull());
 }
 
-TEST(BackgroundWash, OverNothingAnOpaqueBackgroundIsTheWashOverBlack) {
+TEST(BackgroundWash, WithoutABackdropAnOpaqueBackgroundIsTheWashOverBlack) {
     const QSize size(320, 200);
     const QImage wash = backgroundWash(BackgroundTheme::Blue, size, 1);
     const QImage image = opaqueBackground(BackgroundTheme::Blue, size, 1, {});

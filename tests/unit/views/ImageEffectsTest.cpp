@@ -104,7 +104,7 @@ TEST(ColourBlur, EachChannelSpreadsAsTheGaussianDoes) {
         }
     }
     blurColours(image, sigma);
-    // What is left at a distance from the middle of an edge of a square, where the other edges hardly count.
+    // The profile across the middle of an edge of the square, where the other edges hardly count.
     for (int distance = -8; distance <= 8; ++distance) {
         const double part = 0.5 * std::erfc((distance - 0.5) / (sigma * std::numbers::sqrt2)) *
                             std::erf(10.5 / (sigma * std::numbers::sqrt2));
@@ -133,7 +133,7 @@ TEST(ColourBlur, NothingIsLostOrComesFromBeyondTheEdges) {
     }
 }
 
-TEST(ColourBlur, SmallImagesAreSurvived) {
+TEST(ColourBlur, SmallImagesAreSafe) {
     QImage pixel(1, 1, QImage::Format_RGBX64);
     pixel.fill(QColor(0xFF123456));
     blurColours(pixel, 30);
@@ -205,7 +205,7 @@ TEST(Enlarge, NoComponentExceedsTheAlpha) {
     }
 }
 
-TEST(FillFromAround, GoesFromOneSideToTheOther) {
+TEST(FillFromAround, InterpolatesBetweenTheSides) {
     QImage image = plain({5, 1}, hole);
     image.setPixel(0, 0, 0xFF000000);
     image.setPixel(4, 0, 0xFF808080);
@@ -217,7 +217,7 @@ TEST(FillFromAround, GoesFromOneSideToTheOther) {
     EXPECT_EQ(image.pixel(4, 0), 0xFF808080);
 }
 
-TEST(FillFromAround, AtAnEdgeOnlyWhatIsInTheImageCounts) {
+TEST(FillFromAround, AtAnEdgeOnlyPixelsOfTheImageCount) {
     QImage image = plain({4, 4}, 0xFF102030);
     image.setPixel(3, 3, hole);
     image.setPixel(3, 2, hole);
@@ -234,7 +234,7 @@ TEST(FillFromAround, PartsThatTouchAreFilledAsOne) {
     EXPECT_EQ(image, plain({7, 1}, 0xFF102030));
 }
 
-TEST(FillFromAround, WhatIsOutsideOrEverythingIsLeftAsItIs) {
+TEST(FillFromAround, PartsOutsideAndPartsThatCoverEverythingChangeNothing) {
     QImage image = plain({3, 3}, hole);
     fillFromAround(image, {QRect(5, 5, 2, 2), QRect(-9, -9, 2, 2), QRect()});
     fillFromAround(image, {QRect(-1, -1, 9, 9)});

@@ -63,7 +63,7 @@ TEST(RowChanges, NeighboursGoAndComeTogether) {
     EXPECT_EQ(changes(u"abcd"_s, u"bd"_s), (std::vector{removal(2, 1), removal(0, 1)}));
 }
 
-TEST(RowChanges, OneThatMovesIsMovedAndTheOthersStay) {
+TEST(RowChanges, OnlyTheRowThatMovesIsMoved) {
     EXPECT_EQ(changes(u"abcd"_s, u"bcda"_s), (std::vector{move(0, 4)}));
     EXPECT_EQ(changes(u"abcd"_s, u"dabc"_s), (std::vector{move(3, 0)}));
     EXPECT_EQ(changes(u"abcde"_s, u"acdbe"_s), (std::vector{move(1, 4)}));

@@ -42,7 +42,7 @@ protected:
     }
 
     void note(const QString& form, int a, int b) { changes_.append(form.arg(a).arg(b)); }
-    // Long enough to make and drop what is to be made and dropped at rest, a few rows at a time.
+    // Long enough to make and drop all rows that are made and dropped at rest.
     void settle() { queue_.advance(0.5); }
 
     [[nodiscard]] QStringList ids() const {
@@ -92,7 +92,7 @@ TEST_F(TileModelTest, ATilesPlaceOnTheStripIsItsCentreOnThePage) {
     }
 }
 
-TEST_F(TileModelTest, TilesTellTheirNameAndPath) {
+TEST_F(TileModelTest, TilesHaveANameAndAPath) {
     presentedWith(3);
     const QModelIndex first = tiles_->index(0);
     EXPECT_EQ(first.data(TileModel::NameRole), u"App 1"_s);
@@ -100,7 +100,7 @@ TEST_F(TileModelTest, TilesTellTheirNameAndPath) {
     EXPECT_EQ(first.data(TileModel::IsFolderRole), false);
 }
 
-TEST_F(TileModelTest, AFolderTellsItsApplications) {
+TEST_F(TileModelTest, AFolderHasItsApplications) {
     const Folder folder{QUuid::createUuid(), u"F"_s, {path(1), path(2)}};
     files_.addFile(layoutPath, encodeItems({LaunchItem::folder(folder)}));
     presentedWith(2);
@@ -110,9 +110,9 @@ TEST_F(TileModelTest, AFolderTellsItsApplications) {
     EXPECT_EQ(first.data(TileModel::NameRole), u"F"_s);
 }
 
-TEST_F(TileModelTest, WhileThePagesMoveNothingIsMadeOrDroppedAndAfterwardsItIs) {
+TEST_F(TileModelTest, RowsAreMadeAndDroppedOnlyAfterThePagesHaveMoved) {
     LauncherModel& model = presentedWith(200);
-    // Something that moves because of the page turn.
+    // Moves with the page turn.
     Animated strip;
     strip.setTarget(0);
     QObject::connect(&model, &LauncherModel::pageChanged, [&] { strip.setTarget(-1500.0 * model.page()); });
@@ -131,10 +131,10 @@ TEST_F(TileModelTest, WhileThePagesMoveNothingIsMadeOrDroppedAndAfterwardsItIs) 
     EXPECT_EQ(ids(), wantedIds());
 }
 
-TEST_F(TileModelTest, MotionThatBeginsWhileANeighbourIsMadeKeepsWhatIsThere) {
+TEST_F(TileModelTest, MotionThatBeginsWhileANeighbourIsMadeKeepsItsRows) {
     LauncherModel& model = presentedWith(200);
     model.goToPage(2);
-    // Some of the tiles of the page after this one are made, and some are not.
+    // Only some tiles of the next page are made.
     queue_.advance(3 * 0.016);
     ASSERT_GT(ids().size(), 70);
     ASSERT_LT(ids().size(), 105);
@@ -145,7 +145,7 @@ TEST_F(TileModelTest, MotionThatBeginsWhileANeighbourIsMadeKeepsWhatIsThere) {
     model.turnToPage(1);
     settle();
     EXPECT_TRUE(changes_.isEmpty()) << changes_.join(u' ').toStdString();
-    // The page that was begun is whole at once when it is turned to.
+    // Turning to the page that was begun makes the rest of its tiles at once.
     model.turnToPage(3);
     EXPECT_EQ(ids().size(), 105);
     queue_.advance(0.01);
@@ -156,7 +156,7 @@ TEST_F(TileModelTest, MotionThatBeginsWhileANeighbourIsMadeKeepsWhatIsThere) {
     EXPECT_EQ(ids(), wantedIds());
 }
 
-TEST_F(TileModelTest, PagesTurnedFasterThanTheyComeToRestGoOnceTheyAreFarBehind) {
+TEST_F(TileModelTest, PagesFarBehindAreDroppedWhileMoreAreTurned) {
     LauncherModel& model = presentedWith(30 * 35);
     Animated strip;
     strip.setTarget(0);
@@ -173,7 +173,7 @@ TEST_F(TileModelTest, PagesTurnedFasterThanTheyComeToRestGoOnceTheyAreFarBehind)
     }
 }
 
-TEST_F(TileModelTest, APageLeftFarBehindByOneTurnStaysUntilAllRests) {
+TEST_F(TileModelTest, APageFarBehindAfterOneTurnStaysUntilAllRests) {
     LauncherModel& model = presentedWith(30 * 35);
     Animated strip;
     strip.setTarget(0);
@@ -183,7 +183,7 @@ TEST_F(TileModelTest, APageLeftFarBehindByOneTurnStaysUntilAllRests) {
     EXPECT_TRUE(ids().contains(model.items()[0].id()));
 }
 
-TEST_F(TileModelTest, PagesLeftBehindByALauncherThatWentAreDroppedWhenAsked) {
+TEST_F(TileModelTest, AHiddenLauncherDropsOtherPagesWhenAsked) {
     LauncherModel& model = presentedWith(200);
     Animated strip;
     strip.setTarget(0);
@@ -197,7 +197,7 @@ TEST_F(TileModelTest, PagesLeftBehindByALauncherThatWentAreDroppedWhenAsked) {
     EXPECT_TRUE(ids().contains(model.items()[4 * 35].id())) << "the page shown is shown next";
 }
 
-TEST_F(TileModelTest, APageThatWasNotThereIsMadeAtOnceAndTheOldOnesStayWhileTheyMayBeSeen) {
+TEST_F(TileModelTest, ANewPageIsMadeAtOnceAndTheOldOnesStayWhileTheyMayBeSeen) {
     LauncherModel& model = presentedWith(200);
     Animated strip;
     strip.setTarget(0);
@@ -214,7 +214,7 @@ TEST_F(TileModelTest, APageThatWasNotThereIsMadeAtOnceAndTheOldOnesStayWhileThey
     EXPECT_EQ(ids(), wantedIds());
 }
 
-TEST_F(TileModelTest, AnAppThatGoesIsOneRemovalAndOneThatFollows) {
+TEST_F(TileModelTest, ARemovedAppIsOneRemoval) {
     LauncherModel& model = presentedWith(20);
     std::vector<AppInfo> fewer = apps(20);
     fewer.erase(fewer.begin() + 4);
@@ -223,7 +223,7 @@ TEST_F(TileModelTest, AnAppThatGoesIsOneRemovalAndOneThatFollows) {
     EXPECT_EQ(ids(), wantedIds());
 }
 
-TEST_F(TileModelTest, AppsThatComeAreOneInsertion) {
+TEST_F(TileModelTest, NewAppsAreOneInsertion) {
     LauncherModel& model = presentedWith(20);
     model.applyScan(apps(23));
     EXPECT_EQ(changes_, QStringList{u"+20-22"_s});
@@ -269,7 +269,7 @@ TEST_F(TileModelTest, ItIsEmptyBeforeTheContentHasASize) {
     EXPECT_EQ(tiles.rowCount(), 3);
 }
 
-TEST_F(TileModelTest, WhateverComesAndGoesTheRowsFollow) {
+TEST_F(TileModelTest, TheRowsFollowRandomChanges) {
     std::mt19937 random(7);
     LauncherModel& model = presentedWith(60);
     for (int round = 0; round < 300; ++round) {
@@ -279,7 +279,7 @@ TEST_F(TileModelTest, WhateverComesAndGoesTheRowsFollow) {
                 some.push_back(app);
             }
         }
-        // What has gone comes back at the end, in a new order of names each time.
+        // Applications that come back are appended, in a new order of names each time.
         std::shuffle(some.begin(), some.end(), random);
         for (std::size_t i = 0; i < some.size(); ++i) {
             some[i].name = QString::number(i);
@@ -291,7 +291,7 @@ TEST_F(TileModelTest, WhateverComesAndGoesTheRowsFollow) {
     }
 }
 
-TEST_F(TileModelTest, TilesFollowTheSearchAndATileThatIsFoundStaysTheSame) {
+TEST_F(TileModelTest, TilesFollowTheSearchAndFoundTilesAreKept) {
     LauncherModel& model = presentedWith(36);
     changes_.clear();
     model.setSearchText(u"App 3"_s);
@@ -305,7 +305,7 @@ TEST_F(TileModelTest, TilesFollowTheSearchAndATileThatIsFoundStaysTheSame) {
     EXPECT_EQ(ids(), wantedIds());
 }
 
-TEST_F(TileModelTest, AnIdentityThatTheLayoutHoldsTwiceIsDrawnOnceOnWhicheverPagesItStands) {
+TEST_F(TileModelTest, ADuplicateIdentityIsDrawnOnceOnWhicheverPagesItStands) {
     const LaunchItem twice = LaunchItem::folder({QUuid::createUuid(), u"Twice"_s, {}});
     LaunchItems items;
     for (int i = 1; i <= 110; ++i) {

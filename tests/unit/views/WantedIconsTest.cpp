@@ -11,7 +11,7 @@ using namespace amberquill;
 
 namespace {
 
-// Ten pages of applications, and a cache with room for nothing beside what is needed.
+// Ten pages of applications, and a cache that keeps only the needed icons.
 class WantedIconsTest : public ModelFixture {
 protected:
     void SetUp() override {
@@ -31,7 +31,7 @@ protected:
 
     [[nodiscard]] int edge() const { return static_cast<int>(std::lround(tiles_->layout().icon.width())); }
 
-    // Whether the icons of all applications of a page are there.
+    // Whether all icons of a page are decoded.
     [[nodiscard]] bool isDecoded(int page) const {
         int known = 0;
         for (int slot = 0; slot < perPage; ++slot) {
@@ -64,7 +64,7 @@ TEST_F(WantedIconsTest, TheIconsOfTheNeighboursAreDecodedWhenAPageIsTurned) {
     EXPECT_FALSE(isDecoded(6));
 }
 
-TEST_F(WantedIconsTest, IconsOfPagesAroundTheOneShownStayAndAreDecodedAgainWhenTheyComeNear) {
+TEST_F(WantedIconsTest, IconsOfNearPagesAreKeptAndDecodedAgainWhenTheyComeNear) {
     for (int page = 1; page < 10; ++page) {
         turnTo(page);
     }
@@ -75,7 +75,7 @@ TEST_F(WantedIconsTest, IconsOfPagesAroundTheOneShownStayAndAreDecodedAgainWhenT
     EXPECT_FALSE(isDecoded(8));
 }
 
-TEST_F(WantedIconsTest, TheFirstPagesIconsStayForTheNextStart) {
+TEST_F(WantedIconsTest, TheFirstPagesIconsAreKeptForTheNextStart) {
     turnTo(1);
     ASSERT_TRUE(isDecoded(0));
     turnTo(9);
@@ -83,7 +83,7 @@ TEST_F(WantedIconsTest, TheFirstPagesIconsStayForTheNextStart) {
     EXPECT_TRUE(isDecoded(0));
 }
 
-TEST_F(WantedIconsTest, TheIconsBeneathASearchStay) {
+TEST_F(WantedIconsTest, TheIconsOfThePageBeneathASearchAreKept) {
     turnTo(4);
     model_->setSearchText(QStringLiteral("App 3"));
     queue_.runPosted();

@@ -26,7 +26,7 @@ TEST(ApplicationIcon, IsAnAmberSquareWithRoundCornersAtEachSize) {
     }
 }
 
-TEST(ApplicationIcon, TheTilesOfSmallOnesEndBetweenPixels) {
+TEST(ApplicationIcon, SmallSizesAreAlignedToPixels) {
     const QColor tile(QLatin1String("#fff4de"));
     struct Small {
         int edge;

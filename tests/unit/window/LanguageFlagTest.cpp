@@ -19,14 +19,14 @@ TEST(LanguageFlag, EachLanguageHasAPictureOfItsOwnOf18By12Points) {
     }
 }
 
-TEST(LanguageFlag, TheStripesStandWhereTheyBelong) {
+TEST(LanguageFlag, TheStripesAreInTheirPlaces) {
     const QImage italy = languageFlag(AppLanguage::Italian, 1);
     EXPECT_GT(italy.pixelColor(3, 6).green(), italy.pixelColor(3, 6).red() + 60);
     EXPECT_GT(italy.pixelColor(9, 6).lightness(), 220);
     EXPECT_GT(italy.pixelColor(15, 6).red(), italy.pixelColor(15, 6).green() + 60);
 }
 
-TEST(LanguageFlag, LanguagesCallThemselvesByTheirOwnNames) {
+TEST(LanguageFlag, LanguagesHaveTheirOwnNames) {
     L::setLanguage(AppLanguage::German);
     EXPECT_EQ(languageTitle(AppLanguage::Spanish), u"Español"_s);
     EXPECT_EQ(languageTitle(AppLanguage::Japanese), u"日本語"_s);

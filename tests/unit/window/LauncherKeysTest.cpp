@@ -20,7 +20,7 @@ TEST(LauncherKeys, ReturnAndEnterLaunchTheFirstResultOfASearch) {
     EXPECT_EQ(keyAction(Qt::Key_Enter, Qt::KeypadModifier, searching), KeyAction::LaunchFirstResult);
 }
 
-TEST(LauncherKeys, WithoutASearchReturnAndEnterDoNothingAndReachNobody) {
+TEST(LauncherKeys, WithoutASearchReturnAndEnterAreIgnored) {
     for (const KeyState& state : {nothing, onlySpaces, dragging}) {
         EXPECT_EQ(keyAction(Qt::Key_Return, {}, state), KeyAction::Ignore);
         EXPECT_EQ(keyAction(Qt::Key_Enter, Qt::KeypadModifier, state), KeyAction::Ignore);
@@ -36,7 +36,7 @@ TEST(LauncherKeys, WithAFolderOpenReturnAndEnterEndTheEditingOfItsTitle) {
         << "the folder comes before the search";
 }
 
-TEST(LauncherKeys, EscapePeelsBackOneLayerAtATime) {
+TEST(LauncherKeys, EscapeClosesOneLayerAtATime) {
     EXPECT_EQ(keyAction(Qt::Key_Escape, {}, folder), KeyAction::CloseFolder);
     EXPECT_EQ(keyAction(Qt::Key_Escape, {}, {.folderIsOpen = true, .hasSearchText = true}),
               KeyAction::CloseFolder);
@@ -52,14 +52,14 @@ TEST(LauncherKeys, TheArrowsTurnPages) {
     EXPECT_EQ(keyAction(Qt::Key_Right, Qt::KeypadModifier, nothing), KeyAction::NextPage);
 }
 
-TEST(LauncherKeys, TheArrowsGoOnWithTextInTheFieldOrAFolderOpenOrDuringADrag) {
+TEST(LauncherKeys, TheArrowsArePassedOnWithTextInTheFieldAFolderOpenOrDuringADrag) {
     for (const KeyState& state : {searching, onlySpaces, folder, dragging}) {
         EXPECT_EQ(keyAction(Qt::Key_Left, {}, state), KeyAction::PassOn);
         EXPECT_EQ(keyAction(Qt::Key_Right, {}, state), KeyAction::PassOn);
     }
 }
 
-TEST(LauncherKeys, WithControlEveryKeyGoesOn) {
+TEST(LauncherKeys, WithControlEveryKeyIsPassedOn) {
     for (const int key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape, Qt::Key_Left, Qt::Key_Right,
                           Qt::Key_F10, Qt::Key_Menu, Qt::Key_Q, Qt::Key_Comma}) {
         for (const KeyState& state : {nothing, folder, searching, dragging}) {
@@ -69,7 +69,7 @@ TEST(LauncherKeys, WithControlEveryKeyGoesOn) {
     }
 }
 
-TEST(LauncherKeys, WhatAnInputMethodComposesWithGoesOn) {
+TEST(LauncherKeys, KeysThatComposeArePassedOn) {
     for (const int key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape, Qt::Key_Left, Qt::Key_Right}) {
         EXPECT_EQ(keyAction(key, {}, {.isComposing = true}), KeyAction::PassOn);
         EXPECT_EQ(keyAction(key, {}, {.folderIsOpen = true, .isComposing = true}), KeyAction::PassOn);
@@ -86,7 +86,7 @@ TEST(LauncherKeys, TheMenusKeysShowTheMenu) {
     EXPECT_EQ(keyAction(Qt::Key_Menu, Qt::MetaModifier, nothing), KeyAction::PassOn);
 }
 
-TEST(LauncherKeys, OtherKeysGoOn) {
+TEST(LauncherKeys, OtherKeysArePassedOn) {
     for (const int key : {Qt::Key_A, Qt::Key_Up, Qt::Key_Down, Qt::Key_Space, Qt::Key_Tab, Qt::Key_Backspace,
                           Qt::Key_Home, Qt::Key_End, Qt::Key_PageUp, Qt::Key_PageDown, Qt::Key_Delete}) {
         for (const KeyState& state : {nothing, folder, searching, dragging}) {
@@ -95,7 +95,7 @@ TEST(LauncherKeys, OtherKeysGoOn) {
     }
 }
 
-TEST(LauncherKeys, TypingIsAKeyThatWritesSomething) {
+TEST(LauncherKeys, OnlyPrintableCharactersAreTyping) {
     EXPECT_TRUE(isTyping(u"a"_s, {}));
     EXPECT_TRUE(isTyping(u"A"_s, Qt::ShiftModifier));
     EXPECT_TRUE(isTyping(u" "_s, {}));

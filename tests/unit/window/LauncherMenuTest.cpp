@@ -23,8 +23,10 @@ protected:
         L::setSystemLanguages(&system_);
         L::setLanguage(AppLanguage::English);
         shownWith(3);
-        dialogs_ = std::make_unique<LayoutDialogs>(
-            LayoutDialogs::Services{*model_, files_, u"/desktop"_s, [] { return nullptr; }});
+        dialogs_ = std::make_unique<LayoutDialogs>(LayoutDialogs::Services{
+            .model = *model_, .files = files_, .startFolder = u"/desktop"_s, .above = [] {
+                return nullptr;
+            }});
     }
     void TearDown() override {
         L::setLanguage(AppLanguage::System);
@@ -33,9 +35,12 @@ protected:
     }
 
     [[nodiscard]] std::unique_ptr<QMenu> menu() {
-        return LauncherMenu({*model_, *dialogs_, [this] { ++hidden_; }, [this] { ++quits_; },
-                             [](QMenu& menu) { menu.addAction(u"update"_s); },
-                             [](QMenu& menu) { menu.addAction(u"presence"_s); }})
+        return LauncherMenu({.model = *model_,
+                             .dialogs = *dialogs_,
+                             .hideLauncher = [this] { ++hidden_; },
+                             .quit = [this] { ++quits_; },
+                             .addUpdateItems = [](QMenu& menu) { menu.addAction(u"update"_s); },
+                             .addPresenceItems = [](QMenu& menu) { menu.addAction(u"presence"_s); }})
             .make();
     }
 
@@ -91,7 +96,7 @@ TEST_F(LauncherMenuTest, TheSixGridsAreOfferedAndTheCurrentOneIsChecked) {
     EXPECT_EQ(checked(submenu(*menu(), 0)), QStringList{u"8 × 5"_s});
 }
 
-TEST_F(LauncherMenuTest, TheTilesTravelToTheirPlacesInAnotherGrid) {
+TEST_F(LauncherMenuTest, TheTilesMoveToTheirPlacesInAnotherGrid) {
     std::vector<std::optional<Animation>> carried;
     QObject::connect(model_.get(), &LauncherModel::gridChanged,
                      [&carried] { carried.push_back(currentAnimation()); });
@@ -115,12 +120,12 @@ TEST_F(LauncherMenuTest, TheShownMenuAndItsSubmenusHaveTheLaunchersStyle) {
     }
 }
 
-TEST_F(LauncherMenuTest, AGridThatIsNotOfferedChecksNone) {
+TEST_F(LauncherMenuTest, AGridThatIsNoPresetChecksNone) {
     model_->setGrid(12, 2);
     EXPECT_TRUE(checked(submenu(*menu(), 0)).isEmpty());
 }
 
-TEST_F(LauncherMenuTest, TheThemesAreNamedInTheLanguageInEffect) {
+TEST_F(LauncherMenuTest, TheThemesAreNamedInTheInterfaceLanguage) {
     model_->setLanguage(AppLanguage::German);
     EXPECT_EQ(titles(submenu(*menu(), 1)), (QStringList{u"Blau"_s, u"Lila"_s, u"Grün"_s}));
     model_->setLanguage(AppLanguage::System);
@@ -145,7 +150,7 @@ TEST_F(LauncherMenuTest, TheLanguagesAreOfferedWithTheirFlags) {
     EXPECT_EQ(titles(*menu()).constFirst(), L::grid()) << "and the next menu is Italian";
 }
 
-TEST_F(LauncherMenuTest, OfGridsThemesAndLanguagesOneIsChosen) {
+TEST_F(LauncherMenuTest, GridsThemesAndLanguagesAreExclusive) {
     const auto made = menu();
     for (int index = 0; index < 3; ++index) {
         const QList<QAction*> entries = submenu(*made, index).actions();
@@ -157,7 +162,7 @@ TEST_F(LauncherMenuTest, OfGridsThemesAndLanguagesOneIsChosen) {
     EXPECT_EQ(item(*made, L::openAtLogin()).actionGroup(), nullptr);
 }
 
-TEST_F(LauncherMenuTest, ItsEntriesDoWhatTheySay) {
+TEST_F(LauncherMenuTest, ItsEntriesRunTheirActions) {
     const auto made = menu();
     item(*made, L::rescan()).trigger();
     queue_.runPosted();
@@ -177,8 +182,8 @@ TEST_F(LauncherMenuTest, SortingByNameSorts) {
     makeModel();
     model_->willShow();
     queue_.runPosted();
-    dialogs_ = std::make_unique<LayoutDialogs>(
-        LayoutDialogs::Services{*model_, files_, u"/desktop"_s, [] { return nullptr; }});
+    dialogs_ = std::make_unique<LayoutDialogs>(LayoutDialogs::Services{
+        .model = *model_, .files = files_, .startFolder = u"/desktop"_s, .above = [] { return nullptr; }});
     item(*menu(), L::sortByName()).trigger();
     EXPECT_EQ(model_->items(), (LaunchItems{LaunchItem::app(u"/a.app"_s), LaunchItem::app(u"/b.app"_s)}));
 }

@@ -6,6 +6,7 @@
 #include "platform/ScreenCapture.h"
 #include "platform/ScrollDevices.h"
 #include "platform/WindowSystem.h"
+#include "support/DebugLog.h"
 #include "support/ModelFixture.h"
 #include "views/BackgroundLayer.h"
 
@@ -82,13 +83,13 @@ public:
     }
     [[nodiscard]] ScreenPicture capture(const ScreenArea&, int, bool) override { return {}; }
 
-    mutable int areas = 0; // asked for
+    mutable int areas = 0; // calls of area()
 };
 
-// The first one below an item, in depth, of which something is so; null: there is none.
-QQuickItem* itemBelow(const QQuickItem* top, const std::function<bool(const QQuickItem&)>& isSo) {
+// The first item below `top`, in depth, that matches; null: there is none.
+QQuickItem* itemBelow(const QQuickItem* top, const std::function<bool(const QQuickItem&)>& matches) {
     for (QQuickItem* child : top->childItems()) {
-        if (QQuickItem* found = isSo(*child) ? child : itemBelow(child, isSo)) {
+        if (QQuickItem* found = matches(*child) ? child : itemBelow(child, matches)) {
             return found;
         }
     }
@@ -101,8 +102,14 @@ protected:
         ModelFixture::SetUp();
         installed_ = apps(80);
         LauncherModel& model = makeModel();
-        shower_ = std::make_shared<LauncherWindowController>(LauncherWindowController::Services{
-            model, queue_, windows_, tokens_, opener_, devices_, screens_});
+        shower_ = std::make_shared<LauncherWindowController>(
+            LauncherWindowController::Services{.model = model,
+                                               .queue = queue_,
+                                               .windows = windows_,
+                                               .tokens = tokens_,
+                                               .opener = opener_,
+                                               .scrollDevices = devices_,
+                                               .screens = screens_});
         model.setController(shower_);
     }
 
@@ -111,7 +118,7 @@ protected:
         ModelFixture::TearDown();
     }
 
-    // Time goes by in frames, as it does on a screen.
+    // Advances time in frames.
     void pass(double seconds) {
         constexpr double frame = 1.0 / 120;
         for (double passed = 0; passed + frame / 2 < seconds; passed += frame) {
@@ -120,7 +127,7 @@ protected:
         }
     }
 
-    // What the background shows; null: nothing is kept.
+    // The background's image; null: it has been freed.
     [[nodiscard]] const QImage& background() const {
         return shower_->window().rootObject()->findChild<BackgroundLayer*>()->picture();
     }
@@ -162,7 +169,7 @@ TEST_F(LauncherWindowControllerTest, ShowingCoversTheScreenFadesInAndScans) {
     EXPECT_EQ(scans_, 1);
 }
 
-TEST_F(LauncherWindowControllerTest, TheSearchFieldIsAskedForAtEveryShow) {
+TEST_F(LauncherWindowControllerTest, EveryShowFocusesTheSearchField) {
     const int token = model_->focusSearchToken();
     shower_->show();
     EXPECT_EQ(model_->focusSearchToken(), token) << "not before the window is up";
@@ -173,7 +180,7 @@ TEST_F(LauncherWindowControllerTest, TheSearchFieldIsAskedForAtEveryShow) {
     EXPECT_EQ(model_->focusSearchToken(), token + 2);
 }
 
-TEST_F(LauncherWindowControllerTest, ASecondShowBringsToTheFrontWithoutStartingOver) {
+TEST_F(LauncherWindowControllerTest, ASecondShowRaisesTheWindowWithoutStartingOver) {
     shower_->show();
     pass(0.3);
     shower_->show();
@@ -183,7 +190,7 @@ TEST_F(LauncherWindowControllerTest, ASecondShowBringsToTheFrontWithoutStartingO
     EXPECT_EQ(scans_, 1);
 }
 
-TEST_F(LauncherWindowControllerTest, AWindowThatIsUpIsMovedByTheWindowSystemAlone) {
+TEST_F(LauncherWindowControllerTest, AVisibleWindowIsMovedByTheWindowSystemAlone) {
     shower_->show();
     shower_->window().show();
     const QRect elsewhere(10, 10, 300, 200);
@@ -193,7 +200,7 @@ TEST_F(LauncherWindowControllerTest, AWindowThatIsUpIsMovedByTheWindowSystemAlon
     EXPECT_EQ(shower_->window().geometry(), elsewhere);
 }
 
-TEST_F(LauncherWindowControllerTest, HidingFadesOutAndThenTakesTheWindowAway) {
+TEST_F(LauncherWindowControllerTest, HidingFadesOutAndThenWithdrawsTheWindow) {
     shower_->show();
     pass(0.5);
     shower_->hide(std::nullopt);
@@ -207,7 +214,7 @@ TEST_F(LauncherWindowControllerTest, HidingFadesOutAndThenTakesTheWindowAway) {
     EXPECT_TRUE(opener_.opened.isEmpty());
 }
 
-TEST_F(LauncherWindowControllerTest, TheContentComesOnItsSpringAndLeavesOnItsCurve) {
+TEST_F(LauncherWindowControllerTest, TheContentIsPresentedOnItsSpringAndHiddenOnItsCurve) {
     std::optional<Animation> carried;
     QObject::connect(model_.get(), &LauncherModel::presentedChanged,
                      [&carried] { carried = currentAnimation(); });
@@ -239,7 +246,7 @@ TEST_F(LauncherWindowControllerTest, TheWindowFadesOutFaster) {
     EXPECT_NEAR(alpha(), 0, 0.001);
 }
 
-TEST_F(LauncherWindowControllerTest, AskedToCloseItHides) {
+TEST_F(LauncherWindowControllerTest, ClosingTheWindowHidesIt) {
     for (int i = 0; i < 2; ++i) {
         shower_->show();
         shower_->window().show();
@@ -266,7 +273,7 @@ TEST_F(LauncherWindowControllerTest, AnApplicationIsOpenedOnceTheFadeIsOver) {
     EXPECT_EQ(windows_.withdrawn, 1);
 }
 
-TEST_F(LauncherWindowControllerTest, ATokenThatComesLateIsWaitedFor) {
+TEST_F(LauncherWindowControllerTest, OpeningWaitsForALateToken) {
     tokens_.hold = true;
     shower_->show();
     shower_->hide(application);
@@ -294,7 +301,7 @@ TEST_F(LauncherWindowControllerTest, AShowDuringTheFadeWinsAndTheLaunchIsDropped
     EXPECT_TRUE(shower_->isShown());
 }
 
-TEST_F(LauncherWindowControllerTest, AFadeOvertakenByAShowNeverEndsALaterOne) {
+TEST_F(LauncherWindowControllerTest, AFadeInterruptedByAShowDoesNotEndALaterOne) {
     shower_->show();
     pass(0.5);
     shower_->hide(application);
@@ -325,7 +332,21 @@ TEST_F(LauncherWindowControllerTest, AFailedLaunchBeepsOnce) {
     EXPECT_EQ(windows_.beeps, 1);
 }
 
-TEST_F(LauncherWindowControllerTest, ACompletionThatOutlivesTheControllerDoesNothing) {
+TEST_F(LauncherWindowControllerTest, AFailedLaunchIsLogged) {
+    opener_.succeeds = false;
+    const std::string log = debugLog("amberquill.window", [&] { shower_->hide(application); });
+    EXPECT_NE(log.find("could not open \"" + application.toStdString()), std::string::npos) << log;
+}
+
+TEST_F(LauncherWindowControllerTest, ALaunchDroppedByAShowIsLogged) {
+    shower_->show();
+    shower_->hide(application);
+    const std::string log = debugLog("amberquill.window", [&] { shower_->show(); });
+    EXPECT_NE(log.find("shown again before it was opened: \"" + application.toStdString()), std::string::npos)
+        << log;
+}
+
+TEST_F(LauncherWindowControllerTest, ALateAnswerDoesNothingOnceTheControllerIsGone) {
     tokens_.hold = true;
     shower_->show();
     shower_->hide(application);
@@ -429,7 +450,7 @@ protected:
         model_->openFolder(model_->items().back().asFolder()->id);
         pass(0.5);
         auto* title = shower_->window().rootObject()->findChild<QQuickItem*>(u"folderTitle"_s);
-        if (title == nullptr) { // delegates are no children of what repeats them
+        if (title == nullptr) { // repeated items are not children of the Repeater
             title = itemBelow(shower_->window().rootObject(),
                               [](const QQuickItem& item) { return item.objectName() == u"folderTitle"_s; });
         }
@@ -449,12 +470,12 @@ protected:
 
 } // namespace
 
-TEST_F(LauncherWindowEditing, WhatIsTypedSearches) {
+TEST_F(LauncherWindowEditing, TypingSearches) {
     type(u"app 7"_s);
     EXPECT_EQ(model_->searchText(), u"app 7"_s);
 }
 
-TEST_F(LauncherWindowEditing, WhatIsTypedWithNoFieldFocusedSearchesTooFromTheFirstLetterOn) {
+TEST_F(LauncherWindowEditing, TypingWithNoFieldFocusedSearchesFromTheFirstLetterOn) {
     shower_->window().endEditing();
     ASSERT_FALSE(shower_->window().isEditing());
     key(Qt::Key_Up);
@@ -485,7 +506,7 @@ TEST_F(LauncherWindowControllerTest, NoCaretBlinks) {
     EXPECT_EQ(QGuiApplication::styleHints()->cursorFlashTime(), 0) << "each blink would wake the processor";
 }
 
-TEST_F(LauncherWindowEditing, WhatIsTypedInAFoldersTitleIsItsName) {
+TEST_F(LauncherWindowEditing, TypingInAFoldersTitleRenamesIt) {
     openFolderTitle();
     shower_->window().edit(EditCommand::SelectAll);
     type(u"x"_s);
@@ -501,7 +522,7 @@ TEST_F(LauncherWindowEditing, ReturnEndsTheEditingOfAFoldersTitleAndLeavesItOpen
     EXPECT_TRUE(shower_->isShown());
 }
 
-TEST_F(LauncherWindowEditing, EscapeIsTheFieldsOwnWhileAnInputMethodComposes) {
+TEST_F(LauncherWindowEditing, EscapeGoesToTheFieldWhileAnInputMethodComposes) {
     QInputMethodEvent composing(u"ni"_s, {});
     QCoreApplication::sendEvent(shower_->window().activeFocusItem(), &composing);
     ASSERT_TRUE(shower_->window().isComposing());
@@ -545,7 +566,7 @@ TEST_F(LauncherWindowEditing, TheEditMenuWorksInWhicheverFieldHasTheFocus) {
     EXPECT_EQ(model_->searchText(), QString()) << "no field, nothing to edit";
 }
 
-TEST_F(LauncherWindowEditing, KeysOfTheMainMenuReachItAndGoNoFurther) {
+TEST_F(LauncherWindowEditing, KeyEquivalentsOfTheMainMenuAreConsumed) {
     std::vector<int> offered;
     shower_->setKeyEquivalents([&offered](const QKeyEvent& event) {
         offered.push_back(event.key());
@@ -574,7 +595,7 @@ TEST_F(LauncherWindowEditing, TheMenuKeyShowsTheMenuBelowItsButtonAndTheButtonAt
     EXPECT_EQ(places[1], std::nullopt);
 }
 
-TEST_F(LauncherWindowEditing, KeysGoToAMenuThatIsOpen) {
+TEST_F(LauncherWindowEditing, KeysGoToAnOpenMenu) {
     QMenu menu;
     menu.addAction(u"first"_s);
     menu.addAction(u"second"_s);
@@ -627,7 +648,7 @@ TEST_F(LauncherWindowControllerTest, ASwipeWithoutPhasesTurnsItsPageAfterAPauseB
 
 namespace {
 
-// A hand on the launcher's mouse.
+// The launcher with a mouse.
 class LauncherWindowDrag : public LauncherWindowControllerTest {
 protected:
     void SetUp() override {
@@ -677,7 +698,7 @@ TEST_F(LauncherWindowDrag, TheMouseDragsAnIconAndLetsItGo) {
     EXPECT_FALSE(model_->drag().has_value());
 }
 
-TEST_F(LauncherWindowDrag, HidingEndsADragAndTheHandIsNotHeardUntilItPressesAnew) {
+TEST_F(LauncherWindowDrag, HidingEndsADragAndMovesAreIgnoredUntilTheNextPress) {
     dragOverThird();
     key(Qt::Key_Escape);
     expectNoDrag();
@@ -690,13 +711,13 @@ TEST_F(LauncherWindowDrag, HidingEndsADragAndTheHandIsNotHeardUntilItPressesAnew
     EXPECT_TRUE(opener_.opened.isEmpty());
 }
 
-TEST_F(LauncherWindowDrag, AWindowTakenFromTheScreenEndsADrag) {
+TEST_F(LauncherWindowDrag, AWindowHiddenByTheWindowSystemEndsADrag) {
     dragOverThird();
     shower_->window().hide();
     expectNoDrag();
 }
 
-TEST_F(LauncherWindowDrag, WhileItLeavesNoClickIsTakenAndOnceItIsBackTheyAre) {
+TEST_F(LauncherWindowDrag, ClicksAreIgnoredDuringTheFadeOutAndTakenAfterTheNextShow) {
     const auto click = [this](int slot) {
         mouse(QEvent::MouseButtonPress, model_->metrics().cellCenter(slot));
         mouse(QEvent::MouseButtonRelease, model_->metrics().cellCenter(slot));
@@ -712,7 +733,7 @@ TEST_F(LauncherWindowDrag, WhileItLeavesNoClickIsTakenAndOnceItIsBackTheyAre) {
     EXPECT_EQ(opener_.opened.size(), 2);
 }
 
-TEST_F(LauncherWindowDrag, WhileItLeavesNothingIsTypedIntoIt) {
+TEST_F(LauncherWindowDrag, TypingIsIgnoredDuringTheFadeOut) {
     shower_->window().requestActivate();
     QCoreApplication::processEvents();
     const auto* field = shower_->window().rootObject()->findChild<QQuickItem*>(u"searchField"_s);
@@ -724,7 +745,7 @@ TEST_F(LauncherWindowDrag, WhileItLeavesNothingIsTypedIntoIt) {
     EXPECT_EQ(model_->searchText(), QString());
 }
 
-TEST_F(LauncherWindowDrag, WhileItLeavesAssistiveTechnologiesPressNothing) {
+TEST_F(LauncherWindowDrag, AssistiveTechnologiesPressNothingDuringTheFadeOut) {
     QQuickItem* tile = itemBelow(shower_->window().rootObject(), [](const QQuickItem& item) {
         return item.property("itemId").toString() == u"a:/Applications/1.app"_s;
     });
@@ -751,7 +772,7 @@ TEST_F(LauncherWindowDrag, AMouseTakenByAnotherItemEndsADrag) {
     expectNoDrag();
 }
 
-TEST_F(LauncherWindowControllerTest, AnotherWindowIsOneThatTheUserCanWorkIn) {
+TEST_F(LauncherWindowControllerTest, OnlyAVisibleWindowThatTakesKeysCountsAsAnotherWindow) {
     shower_->window().setVisible(true);
     EXPECT_FALSE(shower_->hasOtherWindow()) << "its own does not count";
     QWindow other;
@@ -775,7 +796,7 @@ TEST_F(LauncherWindowControllerTest, AnAuxiliaryFlowCountsAsAnotherWindow) {
     EXPECT_FALSE(shower_->hasOtherWindow());
 }
 
-TEST_F(LauncherWindowControllerTest, TheDesktopIsLookedAtEachTimeTheWindowIsAboutToCoverIt) {
+TEST_F(LauncherWindowControllerTest, TheScreenIsCapturedEachTimeBeforeTheWindowCoversIt) {
     shower_->show();
     EXPECT_EQ(screens_.areas, 1);
     shower_->window().show();
@@ -798,7 +819,7 @@ TEST_F(LauncherWindowControllerTest, TheDesktopIsLookedAtEachTimeTheWindowIsAbou
     EXPECT_EQ(screens_.areas, 2);
 }
 
-TEST_F(LauncherWindowControllerTest, TheEarlierPictureServesNoMoreOnceTheDesktopIsBlurredByTheSystem) {
+TEST_F(LauncherWindowControllerTest, TheBackdropIsNotReusedOnceTheWindowSystemBlurs) {
     const auto showAgainAtOnce = [this] {
         shower_->hide(std::nullopt);
         pass(0.2);
@@ -817,12 +838,19 @@ TEST_F(LauncherWindowControllerTest, TheEarlierPictureServesNoMoreOnceTheDesktop
     EXPECT_EQ(screens_.areas, 2);
 }
 
-TEST_F(LauncherWindowControllerTest, NoPictureOfTheDesktopIsKeptWhileItIsHidden) {
+TEST_F(LauncherWindowControllerTest, NoPictureOfTheDesktopIsKeptWhileHidden) {
     auto backdrop = std::make_shared<const Backdrop>([] { return ScreenPicture(); },
                                                      BackgroundLook{{}, QSize(16, 9), 1, false});
     const std::weak_ptr<const Backdrop> kept = backdrop;
-    shower_ = std::make_shared<LauncherWindowController>(LauncherWindowController::Services{
-        *model_, queue_, windows_, tokens_, opener_, devices_, screens_, std::move(backdrop)});
+    shower_ = std::make_shared<LauncherWindowController>(
+        LauncherWindowController::Services{.model = *model_,
+                                           .queue = queue_,
+                                           .windows = windows_,
+                                           .tokens = tokens_,
+                                           .opener = opener_,
+                                           .scrollDevices = devices_,
+                                           .screens = screens_,
+                                           .firstBackdrop = std::move(backdrop)});
     shower_->show();
     shower_->window().show();
     pass(0.5);

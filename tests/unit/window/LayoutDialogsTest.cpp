@@ -3,6 +3,7 @@
 #include "localization/FrameworkLanguage.h"
 #include "localization/L.h"
 #include "platform/SystemLanguages.h"
+#include "support/DebugLog.h"
 #include "support/ModelFixture.h"
 #include "support/PlatformFakes.h"
 #include "window/ApplicationIcon.h"
@@ -29,8 +30,10 @@ protected:
         makeModel();
         model_->willShow();
         queue_.runPosted();
-        dialogs_ = std::make_unique<LayoutDialogs>(
-            LayoutDialogs::Services{*model_, files_, folder_.path(), [] { return nullptr; }});
+        dialogs_ = std::make_unique<LayoutDialogs>(LayoutDialogs::Services{
+            .model = *model_, .files = files_, .startFolder = folder_.path(), .above = [] {
+                return nullptr;
+            }});
     }
     void TearDown() override {
         dialogs_.reset();
@@ -43,7 +46,7 @@ protected:
         return qobject_cast<Dialog*>(QApplication::activeModalWidget());
     }
 
-    // The about panel, null where there is none.
+    // The about panel; null: there is none.
     static QMessageBox* panel() {
         for (QWidget* each : QApplication::topLevelWidgets()) {
             auto* box = qobject_cast<QMessageBox*>(each);
@@ -73,7 +76,7 @@ protected:
         dialog->close();
     }
 
-    // Imports the file, and expects to be told that it holds no layout.
+    // Imports the file and expects the error that it holds no layout.
     void expectNoLayoutIn(const QString& path) {
         dialogs_->importLayout();
         choose(path);
@@ -115,7 +118,7 @@ TEST_F(LayoutDialogsTest, ADeclinedResetChangesNothing) {
     EXPECT_FALSE(dialogs_->isOpen());
 }
 
-TEST_F(LayoutDialogsTest, AnExportIsWrittenWhereItWasAskedFor) {
+TEST_F(LayoutDialogsTest, AnExportIsWrittenToTheChosenFile) {
     dialogs_->exportLayout();
     auto* dialog = shown<QFileDialog>();
     ASSERT_NE(dialog, nullptr);
@@ -152,8 +155,10 @@ TEST_F(LayoutDialogsTest, AnExportToANameWithoutSuffixIsAJsonFile) {
 }
 
 TEST_F(LayoutDialogsTest, WithoutADesktopFolderTheFileDialogsBeginInTheHomeFolder) {
-    dialogs_ = std::make_unique<LayoutDialogs>(
-        LayoutDialogs::Services{*model_, files_, folder_.filePath(u"missing"_s), [] { return nullptr; }});
+    dialogs_ = std::make_unique<LayoutDialogs>(LayoutDialogs::Services{
+        .model = *model_, .files = files_, .startFolder = folder_.filePath(u"missing"_s), .above = [] {
+            return nullptr;
+        }});
     for (const auto open : {&LayoutDialogs::exportLayout, &LayoutDialogs::importLayout}) {
         (*dialogs_.*open)();
         auto* dialog = shown<QFileDialog>();
@@ -163,7 +168,7 @@ TEST_F(LayoutDialogsTest, WithoutADesktopFolderTheFileDialogsBeginInTheHomeFolde
     }
 }
 
-TEST_F(LayoutDialogsTest, AnExportThatCannotBeWrittenIsSaid) {
+TEST_F(LayoutDialogsTest, AFailedExportShowsAnError) {
     dialogs_->exportLayout();
     files_.refuseWrites(true);
     choose(u"/desktop/layout.json"_s);
@@ -174,7 +179,23 @@ TEST_F(LayoutDialogsTest, AnExportThatCannotBeWrittenIsSaid) {
     EXPECT_EQ(box->informativeText(), u"layout.json: No space left on device"_s);
 }
 
-TEST_F(LayoutDialogsTest, AnImportIsConfirmedAndThenTaken) {
+TEST_F(LayoutDialogsTest, FailedExportsAndImportsAreLogged) {
+    files_.addFile(u"/desktop/other.json"_s, "{}");
+    const std::string log = debugLog("amberquill.window", [&] {
+        dialogs_->importLayout();
+        choose(u"/desktop/missing.json"_s);
+        press(QMessageBox::AcceptRole);
+        expectNoLayoutIn(u"/desktop/other.json"_s);
+        dialogs_->exportLayout();
+        files_.refuseWrites(true);
+        choose(u"/desktop/layout.json"_s);
+    });
+    EXPECT_NE(log.find("could not read \"/desktop/missing.json\""), std::string::npos) << log;
+    EXPECT_NE(log.find("no layout to import in \"/desktop/other.json\""), std::string::npos) << log;
+    EXPECT_NE(log.find("could not export to \"/desktop/layout.json\""), std::string::npos) << log;
+}
+
+TEST_F(LayoutDialogsTest, AConfirmedImportReplacesTheLayout) {
     dialogs_->exportLayout();
     choose(u"/desktop/layout.json"_s);
     model_->resetLayout();
@@ -190,12 +211,12 @@ TEST_F(LayoutDialogsTest, AnImportIsConfirmedAndThenTaken) {
     EXPECT_TRUE(isUntouched());
 }
 
-TEST_F(LayoutDialogsTest, AFileThatIsNoLayoutIsSaidAndChangesNothing) {
+TEST_F(LayoutDialogsTest, AFileThatIsNoLayoutShowsAnErrorAndChangesNothing) {
     files_.addFile(u"/desktop/other.json"_s, "{}");
     expectNoLayoutIn(u"/desktop/other.json"_s);
 }
 
-TEST_F(LayoutDialogsTest, AFileThatCannotBeReadIsSaid) {
+TEST_F(LayoutDialogsTest, AFileThatCannotBeReadShowsAnError) {
     dialogs_->importLayout();
     choose(u"/desktop/missing.json"_s);
     press(QMessageBox::AcceptRole);
@@ -206,7 +227,7 @@ TEST_F(LayoutDialogsTest, AFileThatCannotBeReadIsSaid) {
     EXPECT_TRUE(isUntouched());
 }
 
-TEST_F(LayoutDialogsTest, AFileThatMayNotBeReadIsSaidInTheInterfaceLanguage) {
+TEST_F(LayoutDialogsTest, AReadErrorIsShownInTheInterfaceLanguage) {
     files_.addFile(u"/desktop/locked.json"_s);
     files_.makeUnreadable(u"/desktop/locked.json"_s);
     const std::map<AppLanguage, QString> words = {
@@ -231,12 +252,12 @@ TEST_F(LayoutDialogsTest, AFileThatMayNotBeReadIsSaidInTheInterfaceLanguage) {
     }
 }
 
-TEST_F(LayoutDialogsTest, AFileTooLargeForALayoutIsNone) {
+TEST_F(LayoutDialogsTest, AFileTooLargeForALayoutShowsAnError) {
     files_.addFile(u"/desktop/large.json"_s, QByteArray(64 * 1024 * 1024 + 1, ' '));
     expectNoLayoutIn(u"/desktop/large.json"_s);
 }
 
-TEST_F(LayoutDialogsTest, ItIsToldWhenTheAboutPanelIsGone) {
+TEST_F(LayoutDialogsTest, ClosingTheAboutPanelIsReported) {
     bool isClosed = false;
     dialogs_->showAbout(u"1.2"_s, [&isClosed] { isClosed = true; });
     auto* box = panel();
@@ -251,7 +272,7 @@ TEST_F(LayoutDialogsTest, ItIsToldWhenTheAboutPanelIsGone) {
     EXPECT_TRUE(isClosed);
 }
 
-TEST_F(LayoutDialogsTest, NobodyNeedAnswerTheAboutPanel) {
+TEST_F(LayoutDialogsTest, TheAboutPanelIsNotModal) {
     dialogs_->showAbout(u"1.2"_s, [] {});
     ASSERT_NE(panel(), nullptr);
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "other windows take keys";
@@ -276,7 +297,7 @@ TEST_F(LayoutDialogsTest, TheAboutPanelIsWideEnoughForItsTitle) {
         L::setLanguage(language);
         dialogs_->showAbout(u"1"_s, [] {});
         ASSERT_NE(panel(), nullptr);
-        // A window manager's buttons stand beside it, and its letters are larger and bold.
+        // Window managers put buttons beside the title and draw it larger and bold.
         QFont title = QApplication::font();
         title.setBold(true);
         constexpr int buttons = 120;

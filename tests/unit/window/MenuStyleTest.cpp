@@ -66,12 +66,12 @@ TEST_F(MenuStyleTest, PicturesAreDrawnAtTheirOwnSize) {
     EXPECT_EQ(columnsOfPicture(entry(1)), 18);
 }
 
-TEST_F(MenuStyleTest, TheMarkOfTheChosenEntryStandsBeforeItsPicture) {
+TEST_F(MenuStyleTest, TheCheckMarkStandsBeforeThePicture) {
     EXPECT_TRUE(isMarkedBeforePicture(entry(0)));
     EXPECT_FALSE(isMarkedBeforePicture(entry(1)));
 }
 
-TEST_F(MenuStyleTest, SubmenusThatComeLaterGetTheSameOne) {
+TEST_F(MenuStyleTest, LaterSubmenusGetTheSameStyle) {
     QMenu* nested = menu_.addMenu(u"nested"_s)->addMenu(u"in it"_s);
     MenuStyle::applyTo(menu_);
     EXPECT_NE(qobject_cast<MenuStyle*>(menu_.style()), nullptr);

@@ -38,7 +38,7 @@ ScrollEvent fingers(Phase phase, double x = 0, double y = 0) {
     return {{x, y}, true, phase, false};
 }
 
-// A desktop on which every device is the same one.
+// Every device is the same one.
 class OneDevice final : public ScrollDevices {
 public:
     [[nodiscard]] ScrollDevice device(qint64 systemId) const override {
@@ -59,7 +59,7 @@ protected:
         scroll_.handle(event);
     }
 
-    // What came since the last question.
+    // The events since the last call.
     Events taken() { return std::exchange(events_, {}); }
 
     ManualQueue queue_;
@@ -83,7 +83,7 @@ protected:
     ScrollEvents scroll_{queue_, devices_, [this](const ScrollEvent& event) { events_.push_back(event); }};
 };
 
-// As Qt sends what an X server's driver for a touchpad reports: eight of the driver's units are a point.
+// Events as Qt sends them for a touchpad on X11: eight of the driver's units are a point.
 class OnX11Touchpad : public ScrollEventsTest {
 protected:
     void SetUp() override { devices_.answer = {Kind::Touchpad, 15}; }
@@ -93,7 +93,7 @@ protected:
 
 } // namespace
 
-TEST_F(ScrollEventsTest, AWheelsNotchIsOneAndDownAndRightAreNegative) {
+TEST_F(ScrollEventsTest, ANotchOfAWheelIsOneAndDownAndRightAreNegative) {
     send({}, {0, -120});
     send({}, {240, 0});
     EXPECT_EQ(taken(), Events({notch(0, -1), notch(2, 0)}));
@@ -122,13 +122,13 @@ TEST_F(ScrollEventsTest, AWheelWhoseDriverSendsPixelsIsAWheel) {
     EXPECT_EQ(taken(), Events({notch(0, -1)}));
 }
 
-TEST_F(ScrollEventsTest, AWheelThatQtTakesForATouchpadIsAWheel) {
-    source_ = &second_; // all there is under Wayland
+TEST_F(ScrollEventsTest, AWheelThatQtReportsAsATouchpadIsAWheel) {
+    source_ = &second_; // the only device under Wayland
     send({}, {0, -120});
     EXPECT_EQ(taken(), Events({notch(0, -1)}));
 }
 
-TEST_F(ScrollEventsTest, AnEventWithoutMovementIsNone) {
+TEST_F(ScrollEventsTest, AnEventWithoutMovementIsIgnored) {
     send({}, {});
     devices_.answer = {Kind::Touchpad, 15};
     source_ = &second_;
@@ -141,9 +141,9 @@ TEST_F(ScrollEventsTest, AnEventWithoutMovementIsNone) {
 TEST_F(ScrollEventsTest, AWaylandTouchpadsSwipeIsInPixelsAndEndsWithItsPhase) {
     send({}, {}, Qt::ScrollBegin);
     send({-13, 4}, {-156, 48}, Qt::ScrollUpdate);
-    queue_.advance(2); // fingers may rest
+    queue_.advance(2); // resting fingers send nothing
     send({-1, 0}, {-10, 5}, Qt::ScrollUpdate);
-    send({0, 0}, {-5, 5}, Qt::ScrollUpdate); // what is missing here comes with a later event
+    send({0, 0}, {-5, 5}, Qt::ScrollUpdate); // the rest comes with a later event
     send({}, {}, Qt::ScrollEnd);
     EXPECT_EQ(taken(),
               Events({fingers(Phase::Began), fingers(Phase::Changed, -13, 4), fingers(Phase::Changed, -1, 0),
@@ -151,7 +151,7 @@ TEST_F(ScrollEventsTest, AWaylandTouchpadsSwipeIsInPixelsAndEndsWithItsPhase) {
     EXPECT_EQ(queue_.waiting(), 0U);
 }
 
-TEST_F(ScrollEventsTest, WhatComesWithABeginningOrAnEndCountsToo) {
+TEST_F(ScrollEventsTest, MovementInABeginOrEndEventCounts) {
     send({-7, 0}, {-84, 0}, Qt::ScrollBegin);
     send({-5, 0}, {-60, 0}, Qt::ScrollEnd);
     EXPECT_EQ(taken(), Events({fingers(Phase::Began), fingers(Phase::Changed, -7, 0),
@@ -164,17 +164,17 @@ TEST_F(ScrollEventsTest, ASwipeWithPhasesButNoPixelsIsMeasuredByItsAngle) {
     EXPECT_EQ(taken(), Events({fingers(Phase::Began), fingers(Phase::Changed, -20, 0)}));
 }
 
-TEST_F(ScrollEventsTest, ASwipeThatBeganOverAnotherWindowBeginsHere) {
+TEST_F(ScrollEventsTest, ASwipeFromAnotherWindowBeginsWithItsFirstMovement) {
     send({-13, 0}, {-156, 0}, Qt::ScrollUpdate);
     EXPECT_EQ(taken(), Events({fingers(Phase::Began), fingers(Phase::Changed, -13, 0)}));
 }
 
-TEST_F(ScrollEventsTest, TheEndOfASwipeThatWasNotSeenIsNone) {
+TEST_F(ScrollEventsTest, TheEndOfASwipeOverAnotherWindowIsIgnored) {
     send({}, {}, Qt::ScrollEnd);
     EXPECT_EQ(taken(), Events());
 }
 
-TEST_F(ScrollEventsTest, WhatGoesOnByItselfIsMomentum) {
+TEST_F(ScrollEventsTest, MomentumIsMarkedAsSuch) {
     send({-13, 4}, {-156, 48}, Qt::ScrollMomentum);
     ASSERT_EQ(events_.size(), 1U);
     EXPECT_TRUE(events_.front().precise);
@@ -191,13 +191,13 @@ TEST_F(ScrollEventsTest, PixelsWithoutAPhaseAreASwipeThatAPauseEnds) {
 }
 
 TEST_F(ScrollEventsTest, TheSystemsSignIsKeptWhetherScrollingIsNaturalOrNot) {
-    // Fingers that move left. The system has turned the natural one round, and says so.
+    // Fingers that move left. With natural scrolling the system inverts the sign and reports that.
     send({-91, 0}, {-1092, 0}, Qt::ScrollBegin, true);
     send({}, {}, Qt::ScrollEnd, true);
     send({91, 0}, {1092, 0}, Qt::ScrollBegin, false);
     EXPECT_EQ(taken(), Events({fingers(Phase::Began), fingers(Phase::Changed, -91, 0), fingers(Phase::Ended),
                                fingers(Phase::Began), fingers(Phase::Changed, 91, 0)}));
-    // Fingers and a wheel that move towards the user, each way.
+    // Fingers and a wheel that move towards the user, with and without natural scrolling.
     send({}, {0, 120}, Qt::NoScrollPhase, true);
     send({}, {0, -120}, Qt::NoScrollPhase, false);
     EXPECT_EQ(taken(), Events({notch(0, 1), notch(0, -1)}));
@@ -209,7 +209,7 @@ TEST_F(ScrollEventsTest, TheSystemsSignIsKeptWhetherScrollingIsNaturalOrNot) {
               Events({fingers(Phase::Began), fingers(Phase::Changed, 0, 1), fingers(Phase::Changed, 0, -1)}));
 }
 
-TEST_F(OnX11Touchpad, ANotchIsAsManyPointsAsTheDeviceSays) {
+TEST_F(OnX11Touchpad, ANotchIsAsManyPointsAsTheDeviceReports) {
     swipe(-8, 16);
     devices_.answer.pointsPerNotch = 30;
     source_ = &second_;
@@ -242,7 +242,7 @@ TEST_F(OnX11Touchpad, OnlyAPauseEndsASwipe) {
     EXPECT_EQ(taken(), Events({fingers(Phase::Began), fingers(Phase::Changed, -10, 0)}));
 }
 
-TEST_F(OnX11Touchpad, PhasesCountWhereTheyAreSentAfterAll) {
+TEST_F(OnX11Touchpad, PhasesCountIfTheyAreSent) {
     send({}, {}, Qt::ScrollBegin);
     send({-80, 0}, {-80, 0}, Qt::ScrollUpdate);
     queue_.advance(1);
@@ -251,7 +251,7 @@ TEST_F(OnX11Touchpad, PhasesCountWhereTheyAreSentAfterAll) {
     EXPECT_EQ(taken(), Events({fingers(Phase::Ended)}));
 }
 
-TEST_F(OnX11Touchpad, ForgettingEndsNothing) {
+TEST_F(OnX11Touchpad, ForgettingSendsNoEnd) {
     swipe(-80, 0);
     scroll_.forget();
     taken();
@@ -273,7 +273,7 @@ TEST_F(OnX11Touchpad, NothingComesAfterItsEnd) {
     EXPECT_EQ(events->size(), 2U);
 }
 
-TEST_F(OnX11Touchpad, ADeviceIsAskedForAtTheBeginningOfAMovement) {
+TEST_F(OnX11Touchpad, TheDeviceIsLookedUpAtTheBeginningOfAMovement) {
     swipe(-8, 0);
     swipe(-8, 0);
     EXPECT_EQ(devices_.asked, std::vector<qint64>({11}));
@@ -288,7 +288,7 @@ TEST_F(OnX11Touchpad, ADeviceIsAskedForAtTheBeginningOfAMovement) {
 
 namespace {
 
-// What the notches add up to when a wheel turns by `part` of a notch `times` times, ten milliseconds apart.
+// The sum of the notches when a wheel turns by `part` of a notch `times` times, ten milliseconds apart.
 QPointF turned(WheelNotches& notches, const QPointF& part, int times, double& now) {
     QPointF sum;
     for (int i = 0; i < times; ++i) {
@@ -323,14 +323,14 @@ TEST(WheelNotches, ALargeTurnKeepsItsFraction) {
     EXPECT_EQ(notches.add({0, 0.25}, 1.2), QPointF(0, 1));
 }
 
-TEST(WheelNotches, FractionsThatWereCutShortStillMakeTheirNotch) {
+TEST(WheelNotches, TruncatedFractionsStillCompleteTheirNotch) {
     WheelNotches notches;
     double now = 1;
     EXPECT_EQ(turned(notches, {0, 7 / 120.0}, 15, now), QPointF());
     EXPECT_EQ(turned(notches, {0, 7 / 120.0}, 1, now), QPointF(0, 1)) << "sixteen of 7.5 make 120";
 }
 
-TEST(WheelNotches, WhatIsLentIsTakenOffTheNextNotch) {
+TEST(WheelNotches, ALentPartIsTakenOffTheNextNotch) {
     WheelNotches notches;
     double now = 1;
     EXPECT_EQ(turned(notches, {0, 1 / 120.0}, 12'000, now), QPointF(0, 100));

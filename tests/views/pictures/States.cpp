@@ -54,8 +54,8 @@ void take(ViewStage& stage, int slot, const QPointF& to) {
     stage.settle();
 }
 
-// Held over a place until it is marked, then moved aside, where the hand does not cover it but it stays
-// marked.
+// Holds an icon over a slot until the tile there is marked, then moves the icon aside, so that it does not
+// cover the tile but the tile stays marked.
 void takeOnto(ViewStage& stage, int slot, int target) {
     take(stage, slot, stage.iconCentre(target));
     stage.dragTo(stage.iconCentre(slot),
