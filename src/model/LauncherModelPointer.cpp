@@ -16,6 +16,8 @@ template<typename... Cases>
 struct Overloaded : Cases... {
     using Cases::operator()...;
 };
+template<typename... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>; // clang 14 needs it
 
 } // namespace
 
