@@ -609,6 +609,18 @@ TEST_F(LauncherWindowEditing, KeysGoToAnOpenMenu) {
     EXPECT_TRUE(shower_->isShown());
 }
 
+TEST_F(LauncherWindowControllerTest, HidingClosesTheMenusThatAreOpen) {
+    shower_->show();
+    QMenu menu;
+    QMenu* submenu = menu.addMenu(u"submenu"_s);
+    submenu->addAction(u"entry"_s);
+    menu.popup({0, 0});
+    submenu->popup({10, 10});
+    shower_->hide(std::nullopt);
+    EXPECT_FALSE(submenu->isVisible());
+    EXPECT_FALSE(menu.isVisible());
+}
+
 TEST_F(LauncherWindowControllerTest, KeysAreLeftAloneWhileHidden) {
     shower_->show();
     pass(0.5);
