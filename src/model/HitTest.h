@@ -9,7 +9,7 @@
 
 namespace amberquill {
 
-// What lies under a point.
+// The result of a hit test.
 struct Hit {
     struct GridItem { // a tile on the page
         QString id;
@@ -19,7 +19,7 @@ struct Hit {
         QString path;
         bool operator==(const FolderItem&) const = default;
     };
-    struct FolderPanel { // the open folder's panel, on no application
+    struct FolderPanel { // the open folder's panel, beside its applications
         bool operator==(const FolderPanel&) const = default;
     };
     struct OutsideFolder { // a folder is open and the point is outside its panel
@@ -34,15 +34,15 @@ struct Hit {
     bool operator==(const Hit&) const = default;
 };
 
-// The page that is hit: what it shows and how it is shifted.
+// The pages as they are shown.
 struct HitPage {
-    const LaunchItems& items; // those displayed, of all pages
+    const LaunchItems& items; // on all pages
     GridMetrics metrics;
     int page = 0;
     double scrollOffset = 0; // points
 };
 
-// With an open folder only its panel is hit, never the page beneath.
+// While a folder is open, the page beneath is not hit.
 Hit hitTest(const QPointF& point, const HitPage& page, const Folder* openFolder);
 
 } // namespace amberquill

@@ -1,4 +1,4 @@
-// model/: the launcher's one observable object, and the pure rules beside it that it binds together.
+// model/: LauncherModel, the one observable object, and the pure rules that it uses.
 #pragma once
 
 #include <QString>
@@ -6,7 +6,7 @@
 
 namespace amberquill {
 
-// What the model asks of the window that shows it.
+// What the model needs from its window.
 class LauncherController {
 public:
     LauncherController() = default;
@@ -14,13 +14,13 @@ public:
     LauncherController& operator=(const LauncherController&) = delete;
     virtual ~LauncherController() = default;
 
-    // Takes the launcher off the screen, then opens the application at this path, if one is given.
+    // Hides the launcher, then opens the application at this path, if one is given.
     virtual void hide(const std::optional<QString>& thenOpen) = 0;
 
     // Shows the launcher's menu at the pointer.
     virtual void showMenu() = 0;
 
-    // Takes the keyboard focus from every field, which ends and commits what was being edited.
+    // Removes the keyboard focus from all fields, which commits an edit.
     virtual void endEditing() = 0;
 };
 

@@ -41,8 +41,8 @@ class FileSystem;
 class LauncherController;
 class Preferences;
 
-// Where the pointer is during a drag, in the launcher's content. It is an object of its own so that a move
-// of the pointer reaches only what follows the pointer.
+// The pointer's location during a drag, in the launcher's content. An object of its own, so that a move of
+// the pointer updates only the floating icon.
 class DragTracker final : public QObject {
     Q_OBJECT
     Q_PROPERTY(QPointF location READ location NOTIFY locationChanged FINAL)
@@ -60,14 +60,14 @@ private:
     QPointF location_;
 };
 
-// A file that was to be imported is no layout.
+// The error of an import whose file is not a layout.
 struct InvalidLayoutFile {
     // For the user, in the interface language.
     [[nodiscard]] static QString errorDescription() { return L::invalidLayoutFile(); }
 };
 
-// The launcher's state and everything that is done to it. Views and controllers read and change the launcher
-// through this object alone; every change of a property is told at once, inside the animation it carries.
+// The launcher's state and the operations on it. Views and controllers read and change the launcher only
+// through this object. A change of a property is signalled at once, inside the animation that belongs to it.
 // Main thread only.
 class LauncherModel final : public QObject {
     Q_OBJECT
@@ -87,20 +87,20 @@ class LauncherModel final : public QObject {
     Q_PROPERTY(QSizeF size READ size WRITE setSize NOTIFY sizeChanged FINAL)
 
 public:
-    // What the model works with; all of it outlives the model.
+    // The services outlive the model.
     struct Services {
         MainQueue& queue;
         FileSystem& files;
         Preferences& preferences;
-        QString applicationSupport;                   // the folder of the layout's own folder
-        std::function<ScanResult()> scan;             // run away from the main thread
-        QHash<QString, QString> rememberedNames = {}; // by path: shown until the first scan is in
-        std::optional<StoredLayout> layout = {};      // read beforehand; none: read by the model
+        QString applicationSupport;                   // the layout's folder is inside this one
+        std::function<ScanResult()> scan;             // runs in the background
+        QHash<QString, QString> rememberedNames = {}; // by path; shown until the first scan
+        std::optional<StoredLayout> layout = {};      // none: the model reads it
         HomeFolders homes = {};
-        // Makes the frameworks' own texts follow the interface language.
+        // Sets the language of the texts of Qt.
         std::function<void(AppLanguage)> applyToFrameworks = [](AppLanguage) {};
         std::shared_ptr<LoginItem> loginItem = std::make_shared<NullLoginItem>();
-        bool layoutIsLate = false; // `takeLateLayout` will bring it: nothing is read for it
+        bool layoutIsLate = false; // nothing is read: `takeLateLayout` brings the layout
     };
 
     explicit LauncherModel(Services services, QObject* parent = nullptr);
@@ -109,10 +109,10 @@ public:
     LauncherModel(const LauncherModel&) = delete;
     LauncherModel& operator=(const LauncherModel&) = delete;
 
-    // The background theme that the user chose last.
+    // The stored background theme.
     [[nodiscard]] static BackgroundTheme storedBackground(const Preferences& preferences);
 
-    // Called back for what only the window can do; held weakly.
+    // The window; held weakly.
     void setController(std::weak_ptr<LauncherController> controller) { controller_ = std::move(controller); }
 
     [[nodiscard]] const LaunchItems& items() const { return items_; }
@@ -134,49 +134,49 @@ public:
     // The content's size in points, as the view reports it.
     void setSize(const QSizeF& size);
     void setPresented(bool presented);
-    // Asks the view to put the keyboard focus into the search field.
+    // Asks the view to focus the search field.
     void focusSearch();
 
     // --- Pages
 
     [[nodiscard]] GridMetrics metrics() const { return {size_, columns_, rows_}; }
-    // What the pages show: the layout, or what a search has found.
+    // The items on the pages: the layout, or the search results.
     [[nodiscard]] const LaunchItems& displayedItems() const { return isSearching() ? foundItems_ : items_; }
     [[nodiscard]] int pageCount(const LaunchItems& items) const;
     [[nodiscard]] int displayedPageCount() const { return pageCount(displayedItems()); }
     [[nodiscard]] std::vector<VisibleEntry> visibleEntries() const;
     void clampPage();
-    // Shows the page nearest to `page`, without an animation of its own.
+    // Shows `page`, or the nearest there is. The caller brings the animation.
     void goToPage(int page);
-    // The same on the page spring: what a dot, a key or the wheel does.
+    // The same, on the page spring.
     Q_INVOKABLE void turnToPage(int page);
     void handleScroll(const ScrollEvent& event);
 
-    // A folder's name; an application's as scanned, or what its path tells.
+    // A folder's name; an application's name from the scan, or else from its path.
     [[nodiscard]] QString name(const LaunchItem& item) const;
     [[nodiscard]] QString appName(const QString& path) const;
 
     // --- Showing and scanning
 
-    // Just before the launcher comes on screen: clears what the last showing left, and scans.
+    // Called just before the launcher is shown: resets search, folder, drag and scroll offset, and scans.
     void willShow();
-    // As it begins to leave the screen: takes the pointer's gesture away.
+    // Called when the launcher begins to hide: cancels the pointer's gesture.
     void willHide();
-    // Scans in the background, unless a scan is under way.
+    // Scans in the background, unless a scan is running.
     void refreshApps();
     [[nodiscard]] bool isScanning() const { return scanning_; }
-    // Applications that are not installed leave the layout, their places are remembered; those that come back
-    // take theirs again, and new ones stand at its end.
+    // Removes applications that are not installed, and remembers their places. Applications that are back
+    // return to their places; new ones are appended.
     void applyScan(const std::vector<AppInfo>& installed);
 
     // --- Search
 
-    // The text as typed. A search begins, changes or ends with it; it begins on the first page, and its end
-    // returns to the page before it.
+    // Starts, changes or ends a search. A search begins on the first page; when it ends, the page from before
+    // is shown again.
     void setSearchText(const QString& text);
-    // Whether there is more in the text than white space.
+    // Whether the text has more than white space.
     [[nodiscard]] bool isSearching() const { return !QStringView(searchText_).trimmed().isEmpty(); }
-    // The applications found, the best first.
+    // The applications found, best match first.
     [[nodiscard]] std::vector<AppInfo> searchResults() const;
     [[nodiscard]] bool findsNothing() const { return isSearching() && foundItems_.empty(); }
     Q_INVOKABLE void launchFirstResult();
@@ -186,46 +186,44 @@ public:
     [[nodiscard]] Hit hitTest(const QPointF& point) const;
     void pointerChanged(const PointerGesture& gesture);
     void pointerEnded(const PointerGesture& gesture);
-    // The gesture was taken away: it is no tap, a drag ends where it is, and what is still told of it is not
-    // heard.
+    // The gesture was cancelled: it is not a tap, a drag ends where it is, and the rest of the gesture is
+    // ignored.
     void pointerCancelled();
-    // What a tap on the tile of this identity does, on the page or in the open folder: for who does not use a
-    // pointer.
+    // Does what a tap on this tile does, on the page or in the open folder. For the keyboard and screen
+    // readers.
     Q_INVOKABLE void activate(const QString& id);
 
     // --- Folders
 
-    // An id that names no folder is none to open or rename: nothing happens.
+    // `openFolder` and `renameFolder` do nothing for an id without a folder.
     [[nodiscard]] std::optional<std::size_t> folderIndex(const QUuid& id) const;
-    // The folder of this id; null when there is none.
+    // The folder with this id; null: none.
     [[nodiscard]] const Folder* folder(const QUuid& id) const;
     void openFolder(const QUuid& id);
     void closeFolder();
-    // Takes any text, the empty one too. It is on the disk when the folder is closed.
+    // Accepts any text, also an empty one. Saved when the folder is closed.
     void renameFolder(const QUuid& id, const QString& name);
-    // Adds an empty folder at the end, and shows it there.
+    // Appends an empty folder and shows its page.
     Q_INVOKABLE void newEmptyFolder();
 
     // --- Drag and drop
 
-    // What is being dragged; none between drags. A drag begins and ends with the pointer's gesture.
+    // None between drags.
     [[nodiscard]] const std::optional<DragInfo>& drag() const { return drag_; }
     [[nodiscard]] QString draggedID() const { return drag_ ? drag_->id : QString(); }
-    // The tile marked as the one that the dragged application merges with; empty when there is none.
+    // The tile marked as the merge target of the dragged application; empty: none.
     [[nodiscard]] QString mergeTargetID() const { return mergeTargetID_; }
-    // Where the pointer is during a drag.
     [[nodiscard]] DragTracker* tracker() { return &tracker_; }
-    // What waits for the icon to rest; empty when nothing does.
+    // The key of the intent that is carried out when the icon rests; empty: none.
     [[nodiscard]] QString pendingKey() const { return dragSession_.pendingKey(); }
-    // Lets go of what a drag waits to do.
     void cancelPending();
 
-    // What a drag does to the layout, each on its animation; the end of the drag saves it. Where the item,
-    // the folder or the place is missing, nothing happens.
+    // The edits of a drag, each on its animation. They do not save: the end of the drag does. They do nothing
+    // when the item, the folder or the index does not exist.
     void move(const QString& id, std::size_t to);
     void moveInFolder(const QUuid& folderID, const QString& path, std::size_t to);
     void pullOut(const QString& path, const QUuid& folderID);
-    // A folder that this makes opens a moment later.
+    // A new folder opens 0.3 s later.
     void merge(const QString& draggedID, const QString& targetID);
 
     // --- The menu
@@ -234,29 +232,29 @@ public:
 
     // --- The layout as a whole
 
-    // Writes the private layout file, once it is known what that held. Before the first change of a day, a
-    // copy of it is kept.
+    // Writes the private layout file. Does nothing until a late layout has come. Before the first change of a
+    // day, a copy of the layout is kept.
     void save();
-    // The layout that was late. It takes the place of what was arranged meanwhile, but not of an import or a
-    // reset: these stand for any layout.
+    // The layout was read late. It replaces changes made meanwhile, but not an import or a reset: these would
+    // have replaced it.
     void takeLateLayout(StoredLayout stored);
-    // The preferences have been read only now: takes the grid, the background and the language from them.
+    // The preferences were read late: takes grid, background and language from them.
     void takeLatePreferences();
-    // Returns when what was saved is on the disk. Safe on any thread.
+    // Returns when everything saved is on the disk. Any thread.
     void flushSaves() {
         store_.flush();
         history_.flush();
     }
 
-    // The layout and the grid as a file for other machines: paths below the home folder are written from "~".
+    // The layout and the grid as an exchange file: paths below the home folder begin with "~".
     [[nodiscard]] QByteArray exportLayoutData() const;
-    // Takes layout and grid from such a file. Applications that are not installed are left out, several that
-    // the file does not know come into a folder of their own. Before the first scan, it waits for it. After a
-    // failure nothing has changed.
+    // Takes layout and grid from an exchange file. Applications that are not installed are left out; several
+    // that are not in the file are put into a new folder. Before the first scan, the import waits for it. A
+    // failure changes nothing.
     [[nodiscard]] std::optional<InvalidLayoutFile> importLayout(QByteArrayView data);
-    // All applications by their names, no folders.
+    // Lays out all applications by name, without folders.
     void resetLayout();
-    // Folders among applications; what folders hold stays in its order.
+    // Sorts folders and applications together; the order inside folders stays.
     void sortByName();
 
     // --- Settings, each kept in the preferences as soon as it changes
@@ -265,7 +263,7 @@ public:
     static constexpr std::array<std::pair<int, int>, 6> gridPresets = {
         {{5, 4}, {6, 4}, {7, 5}, {8, 5}, {8, 6}, {9, 6}}};
 
-    // The page stays one of those that are left. The caller brings the animation.
+    // The page stays in range. The caller brings the animation.
     void setColumns(int columns);
     void setRows(int rows);
     void setGrid(int columns, int rows);
@@ -280,7 +278,7 @@ Q_SIGNALS:
     void pageCountChanged();
     void scrollOffsetChanged();
     void searchTextChanged();
-    // While searching, or when a search ends: the displayed items are others now.
+    // The displayed items have changed because of a search or its end.
     void searchResultsChanged();
     void openFolderIDChanged();
     void dragChanged();
@@ -291,16 +289,16 @@ Q_SIGNALS:
     void sizeChanged();
     void gridChanged();
     void backgroundChanged();
-    // The interface language is another and stored: texts are to be made anew.
+    // The interface language has changed and is stored: texts must be made again.
     void languageDidChange();
-    // Names may read differently now: the first scan after a start, or a renamed application.
+    // Names may have changed: after the first scan, or when an application was renamed.
     void namesChanged();
-    // A scan is in and has been applied.
+    // A scan has been applied.
     void scanned(const std::vector<amberquill::AppInfo>& installed);
 
 private:
     void setItems(LaunchItems items);
-    // Changes the layout in place; every change of it goes through here.
+    // Every change of the layout goes through here.
     void editItems(const std::function<void(LaunchItems&)>& edit);
     void setPage(int page);
     void setScrollOffset(double offset);
@@ -341,7 +339,7 @@ private:
     LayoutStore store_;
     LayoutHistory history_;
     std::weak_ptr<LauncherController> controller_;
-    std::optional<NameOrder> nameOrder_; // made when first needed: it costs milliseconds
+    std::optional<NameOrder> nameOrder_; // made on first use: it takes milliseconds
 
     LaunchItems items_;
     QHash<QString, AppInfo> apps_;
@@ -358,34 +356,34 @@ private:
     BackgroundTheme background_;
     AppLanguage language_;
 
-    std::vector<AppInfo> installed_;         // as the last scan found them, in its order
-    std::optional<SearchIndex> searchIndex_; // of `installed_`; none until it is made or needed
+    std::vector<AppInfo> installed_;         // in the order of the last scan
+    std::optional<SearchIndex> searchIndex_; // of `installed_`
     std::vector<std::size_t> found_;         // positions in `installed_`
     LaunchItems foundItems_;
-    int browsePage_ = 0; // shown when the search began
+    int browsePage_ = 0; // the page when the search began
 
     std::optional<LayoutFile> waitingImport_; // for the first scan
     PlaceMemory places_;
     MissingApplications missing_;
-    DelayedWork nextDecision_; // about those of `missing_` that stay
+    DelayedWork nextDecision_; // the scan that decides about `missing_`
     bool scanning_ = false;
     bool hasScanned_ = false;
     PageTurns pageTurns_;
 
     DragSession dragSession_;
-    // As the session's actions have set them.
+    // Set by the session's actions.
     std::optional<DragInfo> drag_;
     QString mergeTargetID_;
     DragTracker tracker_;
     DelayedWork dragTimer_;
     DelayedWork glideEnd_;
-    std::optional<std::vector<AppInfo>> deferredScan_; // came in during a drag
-    std::optional<StoredLayout> deferredLayout_;       // so did this
+    std::optional<std::vector<AppInfo>> deferredScan_; // arrived during a drag
+    std::optional<StoredLayout> deferredLayout_;       // likewise
     bool awaitsLayout_;
-    bool layoutIsReplaced_ = false; // before it has come
+    bool layoutIsReplaced_ = false; // while it was awaited
     DelayedWork newFolderOpening_;
 
-    Context indexing_; // of `installed_`: the index under way
+    Context indexing_; // the running making of `searchIndex_`
     Context context_;
 };
 

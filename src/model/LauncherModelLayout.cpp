@@ -15,7 +15,7 @@ namespace amberquill {
 
 namespace {
 
-// Imported grids are kept within these; stored ones are taken as they are.
+// The bounds of an imported grid.
 constexpr qint64 leastColumns = 3;
 constexpr qint64 mostColumns = 12;
 constexpr qint64 leastRows = 2;
@@ -63,7 +63,7 @@ void LauncherModel::applyWaitingImport() {
         withPaths(std::move(file->items), [&tilde](const QString& path) { return tilde.expand(path); });
     LayoutEdits::separateFolders(imported);
     LaunchItems reconciled = LayoutReconciler::reconcile(imported, installed_, L::otherApps(), nameOrder());
-    // What the file places and is not installed yet takes its place when it is.
+    // Applications of the file that are not installed yet take their places when they are.
     forgetPlaces();
     rememberPlaces(imported, reconciled);
     layoutIsReplaced_ = true;
@@ -124,13 +124,13 @@ void LauncherModel::takeLateLayout(StoredLayout stored) {
         setItems(std::move(items));
         clampPage();
     });
-    // What the last scan found missing counted for other items.
+    // The last scan was compared with other items.
     refreshApps();
 }
 
 void LauncherModel::keepCopy(LayoutHistory::Reason reason) {
-    // What stands there before the layout has come is nobody's arrangement. The layout that comes is copied
-    // when it is replaced.
+    // Before the late layout has come, there is no arrangement to keep. The late layout itself is copied when
+    // it is replaced.
     if (!awaitsLayout_) {
         history_.keep({encodeItems(items_), columns_, rows_}, reason);
     }

@@ -10,7 +10,7 @@ namespace amberquill {
 
 namespace {
 
-constexpr double glideEndsAfter = 0.19; // seconds; a moment longer than the glide
+constexpr double glideEndsAfter = 0.19; // seconds; a little longer than the glide
 
 template<typename... Cases>
 struct Overloaded : Cases... {

@@ -66,7 +66,7 @@ void LauncherModel::refreshApps() {
         Lane::Scan);
 }
 
-// What a scan does not find may still stay for a while: another scan decides about it.
+// Keeps missing applications for a while, and plans the scan that decides about them.
 void LauncherModel::takeScan(const ScanResult& scan) {
     std::vector<AppInfo> installed = scan.apps;
     for (const QString& path : missing_.staying(items_, scan, services_.queue.now())) {
@@ -108,7 +108,7 @@ void LauncherModel::rememberPlaces(const LaunchItems& before, const LaunchItems&
     }
 }
 
-// Of an arrangement that the user has given up.
+// The user has replaced the arrangement that the places belong to.
 void LauncherModel::forgetPlaces() {
     if (!places_.remembered().empty()) {
         places_.clear();

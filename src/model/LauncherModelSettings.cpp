@@ -13,7 +13,7 @@ namespace {
 constexpr int defaultColumns = 7;
 constexpr int defaultRows = 5;
 
-// Stored grids are taken as they are, but a page has a cell, and no more of them than fit an integer.
+// The bounds of a stored grid side: a page has at least one cell, and their number fits an integer.
 constexpr int largestGridSide = 1000;
 
 constexpr auto columnsKey = QLatin1StringView("gridColumns");

@@ -7,34 +7,34 @@
 #include <cstddef>
 #include <optional>
 
-// What dragging and folders do to a layout. Nothing here adds an application to the layout or takes one away.
+// Edits of a layout by drags and folder operations. None adds or removes an application.
 namespace amberquill::LayoutEdits {
 
-// Where the item of this identity stands.
+// The index of the item with this id.
 std::optional<std::size_t> indexOf(const LaunchItems& items, const QString& id);
 
-// Where the first folder of this id stands.
+// The index of the first folder with this id.
 std::optional<std::size_t> folderIndex(const LaunchItems& items, const QUuid& id);
 
-// Gives each folder an id of its own: the first of one id keeps it.
+// Makes the ids of folders unique: of several with one id, the first keeps it.
 void separateFolders(LaunchItems& items);
 
-// Takes the item at `from` out and puts it back so that it ends at `to`; both are places in the list.
+// Moves the item at index `from` to index `to`.
 void move(LaunchItems& items, std::size_t from, std::size_t to);
 
-// The same with two of a folder's applications. `folder` is where a folder stands.
+// The same inside the folder at index `folder`.
 void moveInFolder(LaunchItems& items, std::size_t folder, qsizetype from, qsizetype to);
 
 void rename(LaunchItems& items, std::size_t folder, const QString& name);
 
-// Puts the application at `dragged` into the folder `targetId`, at its end, or with the application
-// `targetId` into a new folder of that name: then its id is the result. Without a target it stays where it
-// is.
+// Appends the application at index `dragged` to the folder `targetId`, or makes a folder of that name from
+// the application `targetId` and the dragged one. The result is the new folder's id. Does nothing without a
+// target.
 std::optional<QUuid> merge(LaunchItems& items, std::size_t dragged, const QString& targetId,
                            const QString& newFolderName);
 
-// Takes the application out of the folder and puts it behind it. A folder left with one application becomes
-// that application; one left with none goes, and `path` takes its place. The result is where `path` stands.
+// Moves the application out of the folder to the index after it. A folder left with one application becomes
+// that application; an empty one is replaced by `path`. The result is the index of `path`.
 std::size_t pullOut(LaunchItems& items, std::size_t folder, const QString& path);
 
 } // namespace amberquill::LayoutEdits

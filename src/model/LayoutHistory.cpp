@@ -20,7 +20,7 @@ namespace amberquill {
 
 namespace {
 
-// As many as there can be: a disk that hangs does not fill the memory.
+// Limits the memory while a disk hangs.
 constexpr std::size_t mostWaitingCopies = LayoutHistory::mostCopies;
 constexpr int largestCopyNumber = 999'999'999;
 
@@ -66,7 +66,7 @@ public:
         Layout layout;
         Reason reason = Reason::Day;
         std::chrono::sys_seconds date;
-        QDateTime time; // the same where the user is
+        QDateTime time; // in the user's time zone
     };
 
     Writer(FileSystem& files, QString folder, QString home)
@@ -81,7 +81,7 @@ public:
         }
     }
 
-    // Any thread. False: something could not be written.
+    // Any thread. Returns whether everything was written.
     bool write() {
         const std::scoped_lock writing(writeMutex_);
         std::vector<Copy> copies;
@@ -128,7 +128,7 @@ private:
         return true;
     }
 
-    // The oldest first.
+    // Oldest first.
     [[nodiscard]] std::vector<KeptCopy> keptCopies() const {
         std::vector<KeptCopy> kept;
         const auto entries = files_.listFolder(folder_);
@@ -148,8 +148,8 @@ private:
     FileSystem& files_;
     const QString folder_;
     const QString home_;
-    std::mutex writeMutex_; // held while copies are written
-    std::mutex mutex_;      // guards what waits
+    std::mutex writeMutex_; // held during a write
+    std::mutex mutex_;      // guards waiting_
     std::vector<Copy> waiting_;
 };
 

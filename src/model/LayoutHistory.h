@@ -13,11 +13,11 @@ namespace amberquill {
 class FileSystem;
 class MainQueue;
 
-// Copies of earlier layouts, as files that an import takes: of the layout before the first change of each of
-// the user's days, and before what replaces it as a whole. They are written away from the main thread to
-// `layout-history` beside the layout, and carry their number in the name: the newest `mostCopies` are kept,
-// whatever the clock did meanwhile. Other files there are left alone. What cannot be written is given up;
-// nobody is told. Main thread only, but for `flush`.
+// Copies of earlier layouts as exchange files, which can be imported. A copy is made before the first change
+// of a day (in the user's time zone) and before an import, a reset or a sort. The copies are written in the
+// background to `layout-history` beside the layout. Their names hold a number, by which the newest
+// `mostCopies` are kept even if the clock goes back. Other files there are left alone. A copy that cannot be
+// written is dropped. Main thread only, except `flush`.
 class LayoutHistory {
 public:
     enum class Reason { Day, Import, Reset, Sort };
@@ -30,23 +30,23 @@ public:
         int rows = 0;
     };
 
-    // `folder` is where applications keep what the user would miss, `home` the user's own home folder. Both
-    // services outlive this object and the work it has posted.
+    // `folder` is the folder of the applications' data, `home` the user's home folder. Both services outlive
+    // this object and the work it has posted.
     LayoutHistory(MainQueue& queue, FileSystem& files, const QString& folder, const QString& home);
 
-    // Keeps a copy of the layout, soon; for `Reason::Day` only where the newest copy is not of today. A
-    // layout without items is not copied.
+    // Writes a copy of the layout soon; for `Reason::Day` only if the newest copy is not of today. An empty
+    // layout is not copied.
     void keep(Layout layout, Reason reason);
 
-    // Writes on this thread, which may be any, what waits.
+    // Writes the waiting copies on this thread. Any thread.
     void flush();
 
 private:
     class Writer;
 
     MainQueue& queue_;
-    std::shared_ptr<Writer> writer_; // shared with the work under way
-    std::optional<QDate> lastDay_;   // of the newest copy that was asked for and has not failed
+    std::shared_ptr<Writer> writer_; // shared with running work
+    std::optional<QDate> lastDay_;   // of the newest requested copy that has not failed
     Context context_;
 };
 

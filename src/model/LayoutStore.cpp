@@ -57,7 +57,7 @@ LaunchItems LayoutStore::start(StoredLayout stored) {
     places_ = std::move(stored.places).value_or(std::vector<RememberedItem>());
     file_.assumeHeld(stored.content);
     text_ = stored.content;
-    // Files of other programs and of earlier versions may hold an id twice.
+    // Files from other programs and earlier versions may hold an id twice.
     LayoutEdits::separateFolders(*stored.items);
     return std::move(*stored.items);
 }

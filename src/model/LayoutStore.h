@@ -12,48 +12,48 @@
 
 namespace amberquill {
 
-// What the private layout file and the file of places beside it held when they were read.
+// The contents of the private layout file and of the file of places beside it.
 struct StoredLayout {
     QByteArray content;
-    std::optional<LaunchItems> items; // none: no file, or one that does not decode
+    std::optional<LaunchItems> items; // none: there is no file, or it does not decode
     QByteArray placesContent;
-    std::optional<std::vector<RememberedItem>> places; // the same
+    std::optional<std::vector<RememberedItem>> places; // likewise
 };
 
-// The private layout file, and beside it the places of applications that are gone from it. Nothing is ever
-// reported: what cannot be read is an empty layout, what cannot be written stays in memory and is tried again
-// (WriteBehind). Main thread only; the writing itself happens away from it.
+// The private layout file and, beside it, the places of applications that have left the layout. Errors are
+// not reported: a file that cannot be read is an empty layout, a write that fails is repeated later
+// (WriteBehind). Main thread only; the files are written in the background.
 class LayoutStore {
 public:
-    // `folder` is where applications keep what the user would miss; both services outlive the store.
+    // `folder` is the folder of the applications' data. Both services outlive the store.
     LayoutStore(MainQueue& queue, FileSystem& files, const QString& folder);
 
-    // Reads the files. Safe on any thread, and for a layout of thousands worth one of its own.
+    // Reads the files. Any thread: a layout of thousands of items takes a while.
     [[nodiscard]] static StoredLayout read(const FileSystem& files, const QString& folder);
 
-    // The layout to start with, and what the file is known to hold from now on.
+    // Takes what was read as the files' contents. Returns the layout.
     [[nodiscard]] LaunchItems start(StoredLayout stored);
 
     [[nodiscard]] LaunchItems load() { return start(read(files_, folder_)); }
 
-    // The places that belong to that layout.
+    // The places read with the layout.
     [[nodiscard]] std::vector<RememberedItem> takePlaces() { return std::exchange(places_, {}); }
 
-    // Writes the places. Where a layout is saved next, they are on the disk before it: a process may end at
-    // any time.
+    // Writes the places. They reach the disk before a layout that is saved afterwards: the process may end
+    // between the two.
     void savePlaces(const std::vector<RememberedItem>& places);
 
-    // Writes the layout, unless it is what the file holds already. Answers the text that this changes; none
-    // where there was no layout before, or the same.
+    // Writes the layout if it has changed. Returns the text that it replaces; none if there was no layout, or
+    // the same one.
     std::optional<QByteArray> save(const LaunchItems& items);
 
-    // Writes soon what could not be written before.
+    // Repeats failed writes soon.
     void tryAgain() {
         placesFile_.tryAgain();
         file_.tryAgain();
     }
 
-    // Returns when the last save is on the disk, or has failed.
+    // Returns when the last save is on the disk or has failed.
     void flush() {
         placesFile_.flush();
         file_.flush();
@@ -65,7 +65,7 @@ private:
     WriteBehind placesFile_;
     WriteBehind file_;
     std::vector<RememberedItem> places_; // as read
-    std::optional<QByteArray> text_;     // of the layout read or saved last
+    std::optional<QByteArray> text_;     // of the layout that was read or saved last
 };
 
 } // namespace amberquill

@@ -8,7 +8,7 @@ namespace amberquill {
 
 namespace {
 
-// Seconds by which a timer may come early.
+// A timer may fire early by so many seconds.
 constexpr double timerError = 0.01;
 
 bool isBelow(const QString& path, const QString& folder) {
@@ -20,7 +20,7 @@ bool isBelowOneOf(const QString& path, const QStringList& folders) {
                        [&path](const QString& folder) { return isBelow(path, folder); });
 }
 
-// The layout's applications that the scan lacks, each once, but for those that have moved.
+// The layout's applications that are not in the scan, except moved ones, without duplicates.
 QStringList missingFrom(const ScanResult& scan, const LaunchItems& items) {
     QSet<QString> found;
     found.reserve(static_cast<qsizetype>(scan.apps.size()));
@@ -58,7 +58,7 @@ QStringList missingFrom(const ScanResult& scan, const LaunchItems& items) {
     return missing;
 }
 
-// The roots that were read, and have no application.
+// The roots that could be read and hold no application.
 QStringList emptyRoots(const ScanResult& scan) {
     QStringList empty = scan.folders.roots;
     empty.removeIf([&scan](const QString& root) {

@@ -10,27 +10,29 @@
 
 namespace amberquill {
 
-// How long applications of the layout stay that a scan does not find: a package that is being upgraded is
-// away for a second, a mount for longer. Times are in seconds of the main queue's clock.
+// How long applications stay in the layout that a scan does not find: a package that is being upgraded is
+// missing for a second, a mounted folder for longer. Times are seconds of the main queue's clock.
 //
-// In the first scan of a process all are gone at once, but for those below a folder that could not be read.
-// From then on they stay for a moment; those of a root that is not there although it had applications stay
-// until it is; and a root that is there and empty has to be found so twice.
+// An application below a folder that cannot be read stays as long as that is so. Apart from these, the first
+// scan of a process removes all missing applications at once. After that
+// - an application below a missing root stays until the root is back;
+// - applications of an empty root leave when a second scan finds the root empty, `emptyRootDelay` later;
+// - any other one leaves when it has been missing for `gracePeriod`.
 class MissingApplications {
 public:
     static constexpr double gracePeriod = 5;
-    // So far apart two scans find a root empty before that is believed.
+    // Between the two scans that find a root empty.
     static constexpr double emptyRootDelay = 10;
 
-    // The paths of the layout's applications that the scan lacks and that stay, in the layout's order. An
-    // application whose file name the scan has in a new place has moved, and does not stay.
+    // The paths of missing applications that stay, in the layout's order. An application whose file name the
+    // scan has found at a new path has moved and does not stay.
     [[nodiscard]] QStringList staying(const LaunchItems& items, const ScanResult& scan, double now);
 
-    // When another scan can decide about some that stay; none: nothing is to be decided by then.
+    // The time of the next scan that may remove some of them; none: no such scan is needed.
     [[nodiscard]] std::optional<double> nextDecision() const { return nextDecision_; }
 
 private:
-    // Whether something that was first seen so at `since`, and is still so, stays.
+    // Whether the delay that began at `since` is still running.
     bool isWithin(double since, double span, double now);
 
     bool hasScanned_ = false;

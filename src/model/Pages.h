@@ -10,7 +10,7 @@
 // The pages: how many there are, what they show, and how wheel and touchpad turn them.
 namespace amberquill {
 
-// An item placed on a page for drawing.
+// An item and its position on the screen.
 struct VisibleEntry {
     LaunchItem item;
     QPointF center; // of its cell, in the launcher's content
@@ -19,41 +19,41 @@ struct VisibleEntry {
     bool operator==(const VisibleEntry&) const = default;
 };
 
-// ⌈items ÷ slots⌉, at least 1: an empty layout has one page.
+// At least 1.
 int pageCount(std::size_t itemCount, int slotsPerPage);
 
-// The items of the page shown and of its two neighbours, in page order and then slot order. Takes time with
-// the size of a page, not with the number of items.
+// The items of the current page and its two neighbours, by page and then by slot. The time depends on the
+// size of a page, not on the number of items.
 std::vector<VisibleEntry> visibleEntries(const LaunchItems& items, const GridMetrics& metrics, int page,
                                          double scrollOffset);
 
-// A movement of a wheel or on a touchpad.
+// A wheel or touchpad event.
 struct ScrollEvent {
     enum class Phase { None, MayBegin, Began, Changed, Ended, Cancelled };
 
     QPointF delta;        // a wheel's notch is 1, a touchpad's unit is a point; down and right are negative
     bool precise = false; // from a touchpad
     Phase phase = Phase::None;
-    bool momentum = false; // the touchpad goes on by itself after the fingers left
+    bool momentum = false; // sent by the touchpad after the fingers have left
 };
 
-// How wheel and touchpad turn pages: pure but for what a gesture under way has gathered so far.
+// How wheel and touchpad turn pages. Keeps only the sum of the running swipe and the time of the last notch.
 class PageTurns {
 public:
-    // The page to go to from `page` for a notch of the wheel at `now` (seconds), or the same page. At most
-    // one page is turned every 0.3 s however fast the wheel is spun.
+    // The page that a notch of the wheel at `now` (seconds) leads to, or `page`. At most one page is turned
+    // every 0.3 s.
     int wheel(const QPointF& delta, int page, double now);
 
     void begin() { swipe_ = {}; }
 
-    // The pages' offset while the fingers move, in points. Past either end the pages resist.
+    // The pages' offset in points while the fingers move. Past the first and last page it grows more slowly.
     double move(const QPointF& delta, int page, int pageCount);
 
-    // The page to go to when the fingers leave.
+    // The page to show when the fingers leave.
     int end(int page);
 
 private:
-    QPointF swipe_; // what the touchpad's deltas have added up to
+    QPointF swipe_; // the sum of the touchpad's deltas
     double lastWheelPage_ = -1e9;
 };
 

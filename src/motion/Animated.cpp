@@ -8,7 +8,7 @@ namespace amberquill {
 
 namespace {
 
-constexpr double unseenPart = 1e-4; // of an opacity
+constexpr double unseenPart = 1e-4; // of an opacity's target
 
 // The animation that a change of a target follows now; none: the value jumps. With reduced motion only fades
 // are animated.
@@ -83,7 +83,7 @@ void Animated::setIsFade(bool isFade) {
 
 bool Animated::advance(double now) {
     if (!isMoving()) {
-        return false; // a jump has ended it since the last frame
+        return false; // a jump has ended the motion since the last frame
     }
     const double before = value();
     trajectory_.advance(now, precision_);
@@ -128,7 +128,7 @@ void AnimatedPoint::setPrecision(double precision) {
 
 bool AnimatedPoint::advance(double now) {
     if (!isMoving()) {
-        return false; // a jump has ended it since the last frame
+        return false; // a jump has ended the motion since the last frame
     }
     const QPointF before = value();
     x_.advance(now, precision_);

@@ -9,18 +9,18 @@
 
 namespace amberquill {
 
-// A number that follows its target: at once when the target changes outside `withAnimation`, on that
-// animation when it changes inside. Views bind what they draw to `value`. The first target is where it
-// starts.
+// A number that follows its target. When the target changes inside `withAnimation`, the value moves on that
+// animation; outside, it jumps. Views bind to `value`. The value starts at the first target.
 class Animated : public QObject, private Moving {
     Q_OBJECT
     Q_PROPERTY(double target READ target WRITE setTarget NOTIFY targetChanged FINAL)
     Q_PROPERTY(double value READ value NOTIFY valueChanged FINAL)
-    // How close to its target a spring may end, in the value's unit: half a device pixel for positions.
+    // A spring ends within this distance of its target, in the value's unit; for positions half a device
+    // pixel.
     Q_PROPERTY(double precision READ precision WRITE setPrecision NOTIFY precisionChanged FINAL)
-    // An opacity: where less motion is wanted it still fades, shortly, while everything else jumps. It is at
-    // its target as soon as nobody sees the difference: Qt's software renderer takes two opacities that
-    // differ by less than a hundred-thousandth of them for the same, and would stay a little short of opaque.
+    // An opacity. With reduced motion it still fades, but quickly, while other values jump. It becomes
+    // exactly its target when the difference is invisible: Qt's software renderer ignores a change of opacity
+    // below a hundred-thousandth, and would never become fully opaque.
     Q_PROPERTY(bool isFade READ isFade WRITE setIsFade NOTIFY isFadeChanged FINAL)
     Q_PROPERTY(bool isMoving READ isMoving NOTIFY isMovingChanged FINAL)
 
@@ -30,7 +30,7 @@ public:
 
     [[nodiscard]] double target() const { return trajectory_.target(); }
     void setTarget(double target);
-    // At `target` at once, whatever it is doing.
+    // Sets the value to `target` at once and ends a motion.
     void jumpTo(double target);
     [[nodiscard]] double value() const;
     [[nodiscard]] double precision() const { return precision_; }
@@ -56,12 +56,12 @@ private:
     bool hasTarget_ = false;
 };
 
-// A position that follows its target as Animated's number does.
+// A position that follows its target, as `Animated` does for a number.
 class AnimatedPoint : public QObject, private Moving {
     Q_OBJECT
     Q_PROPERTY(QPointF target READ target WRITE setTarget NOTIFY targetChanged FINAL)
     Q_PROPERTY(QPointF value READ value NOTIFY valueChanged FINAL)
-    // How close to its target a spring may end, in points: half a device pixel.
+    // A spring ends within this distance of its target, in points: half a device pixel.
     Q_PROPERTY(double precision READ precision WRITE setPrecision NOTIFY precisionChanged FINAL)
     Q_PROPERTY(bool isMoving READ isMoving NOTIFY isMovingChanged FINAL)
 

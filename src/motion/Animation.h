@@ -1,5 +1,5 @@
-// motion/: how visible state changes travel. A change made inside `withAnimation` carries its animation to
-// every `Animated` that it reaches; nothing else starts a motion.
+// motion/: animations of visible changes. A change inside `withAnimation` moves every `Animated` whose target
+// it sets; nothing else starts a motion.
 #pragma once
 
 #include <functional>
@@ -7,17 +7,17 @@
 
 namespace amberquill {
 
-// How a value gets from where it is to where it should be.
+// How a value moves to its target.
 struct Animation {
     enum class Curve {
-        Spring,   // by response and damping; keeps the speed it is interrupted at
+        Spring,   // by response and damping; an interrupted one keeps its speed
         EaseIn,   // starts slowly
         EaseOut,  // ends slowly
-        EaseBoth, // starts softly, ends slowly: what window fades use
+        EaseBoth, // starts softly and ends slowly; for window fades
     };
 
     Curve curve = Curve::Spring;
-    double seconds = 0;         // a spring's response (its undamped period), or the whole time of an ease
+    double seconds = 0;         // a spring's response (its undamped period), or an ease's duration
     double dampingFraction = 1; // springs only; 1 does not overshoot
 
     bool operator==(const Animation&) const = default;
@@ -39,7 +39,7 @@ constexpr Animation easeBoth(double seconds) {
     return {Animation::Curve::EaseBoth, seconds, 1};
 }
 
-// How far an ease has come (0 … 1) after a part (0 … 1) of its time.
+// The progress (0 … 1) of an ease after a part (0 … 1) of its duration.
 double easeProgress(Animation::Curve curve, double part);
 
 // Runs `change`: every value that it changes moves on `animation`. Calls nest, the inner one counts. Main

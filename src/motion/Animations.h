@@ -19,7 +19,7 @@ inline constexpr Animation pullOut = spring(0.35, 0.85);
 inline constexpr Animation mergeTarget = spring(0.25, 0.7);
 inline constexpr Animation dropGlide = easeOut(0.18);
 
-// What fades become where the desktop asks for less motion; positions jump there.
+// For fades with reduced motion; positions jump then.
 inline constexpr Animation reducedFade = easeOut(0.12);
 
 } // namespace amberquill::motion

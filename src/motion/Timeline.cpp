@@ -37,7 +37,7 @@ void Timeline::remove(Moving& moving) {
 
 void Timeline::advance() {
     const double time = now();
-    // What moves may come to life or go away while others are told: only what is still here is called.
+    // Others may be added or removed during the loop: removed ones are not called.
     const std::vector<Moving*> frame = moving_;
     for (Moving* moving : frame) {
         const bool stillHere = std::find(moving_.begin(), moving_.end(), moving) != moving_.end();

@@ -8,22 +8,21 @@ namespace amberquill {
 
 class MainQueue;
 
-// Something that moves and wants to be told the time.
+// A value in motion that is advanced each frame.
 class Moving {
 public:
     Moving() = default;
     Moving(const Moving&) = delete;
     Moving& operator=(const Moving&) = delete;
 
-    // Leaves the timeline.
+    // Removes it from the timeline.
     virtual ~Moving();
 
-    // Moves to where it is at `now` (seconds). False once it rests.
+    // Advances to `now` (seconds). False: the motion has ended.
     virtual bool advance(double now) = 0;
 };
 
-// Everything that moves now. While something does, `advance` is called once a frame by a FrameDriver; while
-// nothing does, nothing runs. Main thread only.
+// All values in motion. While there are any, a FrameDriver calls `advance` once a frame. Main thread only.
 class Timeline final : public QObject {
     Q_OBJECT
 
@@ -31,12 +30,12 @@ public:
     // The process's timeline.
     static Timeline& shared();
 
-    // The clock; it outlives its use. Until this is called, nothing moves: every change jumps.
+    // The clock, which outlives its use. Without one, every change jumps.
     void runOn(const MainQueue* queue) { queue_ = queue; }
     [[nodiscard]] bool isRunning() const { return queue_ != nullptr; }
     [[nodiscard]] double now() const;
 
-    // Where the desktop asks for less motion, positions jump and fades are short.
+    // Reduced motion, as the desktop asks for it: positions jump and fades are short.
     void setReduced(bool reduced) { reduced_ = reduced; }
     [[nodiscard]] bool isReduced() const { return reduced_; }
 
@@ -44,7 +43,7 @@ public:
     void remove(Moving& moving);
     [[nodiscard]] bool isIdle() const { return moving_.empty(); }
 
-    // One frame: everything that moves is moved to the present.
+    // One frame.
     void advance();
 
 Q_SIGNALS:
@@ -57,8 +56,8 @@ private:
     bool reduced_ = false;
 };
 
-// Advances a timeline once a frame while something on it moves: at the display's own rate where the scene is
-// drawn in step with it, sixty times a second elsewhere. Idle, it does not run at all.
+// Advances a timeline once a frame while it is not idle: at the display's rate where Qt Quick renders in step
+// with the display, otherwise sixty times a second.
 class FrameDriver final : public QAbstractAnimation {
     Q_OBJECT
 

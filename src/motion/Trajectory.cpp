@@ -8,14 +8,14 @@ namespace amberquill {
 
 namespace {
 
-// A motion that sets off while the program is busy (the first frame of all, say) is not half over when it is
-// first seen: at most this much of it has passed by then.
+// When the program is busy at the start of a motion (as before the first frame), the motion's first visible
+// step is at most this long.
 constexpr double longestFirstStep = 1.0 / 60;
 
 struct SpringState {
     double offset;
     double velocity;
-    double furthest; // what the offset cannot exceed from here on
+    double furthest; // the offset's bound from now on
 };
 
 // The damped oscillator  x'' + 2ζω x' + ω² x = 0  from an offset and a velocity, after `time`.
@@ -71,16 +71,16 @@ void Trajectory::travel(double target, const Animation& animation, double now) {
     startOffset_ = value_ - target;
     startVelocity_ = velocity_;
     moving_ = true;
-    seen_ = false;
+    hasAdvanced_ = false;
 }
 
 void Trajectory::advance(double now, double precision) {
     if (!moving_) {
         return;
     }
-    if (!seen_ && now > startTime_) {
+    if (!hasAdvanced_ && now > startTime_) {
         startTime_ = std::max(startTime_, now - longestFirstStep);
-        seen_ = true;
+        hasAdvanced_ = true;
     }
     const double elapsed = std::max(now - startTime_, 0.0);
     if (animation_.curve == Animation::Curve::Spring) {
@@ -108,7 +108,7 @@ void Trajectory::followEase(double elapsed) {
         return;
     }
     value_ = target_ + startOffset_ * (1 - easeProgress(animation_.curve, part));
-    // What a spring that takes over from here goes on with.
+    // The velocity for a spring that interrupts this ease.
     constexpr double step = 1e-4;
     const double next =
         target_ + startOffset_ * (1 - easeProgress(animation_.curve, std::min(part + step, 1.0)));

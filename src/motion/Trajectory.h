@@ -4,8 +4,8 @@
 
 namespace amberquill {
 
-// One number on its way to a target. A spring is solved in closed form: where it is depends on the time alone
-// and not on how often it is looked at. Times are seconds on the main queue's clock.
+// The motion of a number to a target. A spring is solved in closed form: its value depends only on the time,
+// not on the number of calls. Times are seconds of the main queue's clock.
 class Trajectory {
 public:
     explicit Trajectory(double value = 0)
@@ -17,14 +17,14 @@ public:
     [[nodiscard]] double velocity() const { return velocity_; } // per second
     [[nodiscard]] bool isMoving() const { return moving_; }
 
-    // At `target` at once.
+    // Sets the value to `target` at once.
     void jump(double target);
 
-    // On its way to `target` from where it is; a spring goes on with the speed it has.
+    // Moves to `target` from the current value; a spring keeps the current velocity.
     void travel(double target, const Animation& animation, double now);
 
-    // Where it is at `now`. It rests, exactly at its target, as soon as it can no longer get further from it
-    // than `precision` (in the value's own unit).
+    // Advances to `now`. The motion ends, exactly at the target, when the value can no longer differ from the
+    // target by `precision` (in the value's unit).
     void advance(double now, double precision);
 
 private:
@@ -39,7 +39,7 @@ private:
     double startOffset_ = 0; // from the target
     double startVelocity_ = 0;
     bool moving_ = false;
-    bool seen_ = true; // since it set off
+    bool hasAdvanced_ = true; // advanced since its start
 };
 
 } // namespace amberquill

@@ -60,7 +60,7 @@ private:
     QPointF start_;
 };
 
-// Back and forth within the icon's own slot.
+// Back and forth within one slot.
 void moveWithinASlot(benchmark::State& state) {
     Launcher launcher(state.range(0));
     const GridMetrics grid = launcher.model().metrics();

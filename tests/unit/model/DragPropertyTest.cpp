@@ -1,4 +1,4 @@
-// A hand that does anything in any order: whatever it does, nothing is lost and nothing is stuck.
+// Random sequences of user actions: no application is lost and no state is stuck.
 #include "data/FolderMetrics.h"
 #include "data/LayoutCoding.h"
 #include "model/LauncherModel.h"
@@ -29,7 +29,7 @@ QString text(const QPointF& point) {
     return u"(%1, %2)"_s.arg(point.x()).arg(point.y());
 }
 
-// One sequence of random steps, the same for the same seed. The first rule that is broken ends it.
+// One sequence of random steps, determined by its seed. It ends at the first rule that is broken.
 class Sequence {
 public:
     explicit Sequence(unsigned seed)
@@ -47,7 +47,7 @@ public:
     [[nodiscard]] QString broken() const { return broken_; }
     [[nodiscard]] QString steps() const { return steps_.join(u'\n'); }
 
-    // What has happened, to tell whether sequences reach what they are to try.
+    // How often each event has happened: the test checks that the sequences reach all of them.
     [[nodiscard]] const std::map<QString, int>& reached() const { return reached_; }
 
 private:
@@ -128,7 +128,7 @@ private:
         return sizes;
     }
 
-    // Folders come and go in single changes of the layout, each of which tells what it is by its animation.
+    // Each change of the layout is recognised by its animation.
     void itemsChanged() {
         FolderSizes now = foldersNow();
         for (const auto& [id, size] : folders_) {
@@ -186,7 +186,7 @@ private:
 
     [[nodiscard]] bool opens() const { return queue_.now() < opensUntil_ + 1e-6; }
 
-    // Whether an application is shown that is not installed: another scan decides about it.
+    // Whether a missing application is still shown: another scan decides about it.
     [[nodiscard]] bool hasMissing() const {
         const QHash<QString, AppInfo>& shown = model_->apps();
         return std::count_if(installed_.begin(), installed_.end(), [&shown](const AppInfo& app) {
@@ -204,7 +204,7 @@ private:
     // --- The steps
 
     void takeStep() {
-        // A hand that has pressed mostly moves, waits and lets go.
+        // While pressed, mostly moves, waits and releases.
         const int choice = below(holding_ ? 62 : 24);
         switch (choice) {
         case 0:
@@ -297,7 +297,7 @@ private:
         }
     }
 
-    // A lost gesture mostly falls silent; sometimes its moves are still told.
+    // After a cancelled gesture, its moves may still arrive.
     void takeAway() {
         note(u"lost grab"_s);
         model_->pointerCancelled();
@@ -456,7 +456,7 @@ private:
         return {between(-20, model_->size().width() + 20), between(-20, model_->size().height() + 20)};
     }
 
-    // A place that means something: upon or beside an icon, at an edge, in, around or off a panel.
+    // A point near an icon, at an edge, or in, around or outside a panel.
     QPointF somewhere() {
         const GridMetrics grid = model_->metrics();
         const QPointF jitter(between(-1, 1) * grid.cellSize().width() / 2,
@@ -497,7 +497,7 @@ private:
     FolderSizes folders_;
     double opensUntil_ = 0;
     bool wasLive_ = false;
-    bool holding_ = false; // the hand has pressed and not let go
+    bool holding_ = false; // pressed and not released
     std::optional<QPointF> pressedAt_;
     QPointF pointer_;
 
@@ -510,13 +510,13 @@ class DragProperties : public testing::TestWithParam<unsigned> {};
 
 } // namespace
 
-TEST_P(DragProperties, NothingIsLostAndNothingIsStuckWhateverTheHandDoes) {
+TEST_P(DragProperties, RandomActionsLoseNothingAndLeaveNothingStuck) {
     std::map<QString, int> reached;
     for (unsigned i = 0; i < sequencesPerTest; ++i) {
         const unsigned seed = GetParam() * sequencesPerTest + i;
         const Sequence sequence(seed);
         ASSERT_TRUE(sequence.broken().isEmpty())
-            << "seed " << seed << ": not so that " << sequence.broken().toStdString() << "\n"
+            << "seed " << seed << ": broken rule: " << sequence.broken().toStdString() << "\n"
             << sequence.steps().toStdString();
         for (const auto& [event, count] : sequence.reached()) {
             reached[event] += count;
@@ -526,7 +526,7 @@ TEST_P(DragProperties, NothingIsLostAndNothingIsStuckWhateverTheHandDoes) {
          {u"drag"_s, u"glide"_s, u"merged"_s, u"moved"_s, u"moved in a folder"_s, u"pulled out"_s,
           u"folder dissolved"_s, u"marked"_s, u"page turned by a drag"_s, u"taken away"_s,
           u"scan held back"_s, u"search during a drag"_s}) {
-        EXPECT_GT(reached[event], 20) << "the sequences hardly try: " << event.toStdString();
+        EXPECT_GT(reached[event], 20) << "the sequences hardly reach: " << event.toStdString();
     }
 }
 

@@ -17,27 +17,27 @@ const GridMetrics grid{{1500, 892}, 7, 5};
 const LaunchItem folder =
     LaunchItem::folder({QUuid(u"3F2504E0-4F89-11D3-9A0C-0305E82C3301"_s), u"Games"_s, {u"x"_s}});
 
-// A grid whose icon, before it is limited, is this large: the cell's height decides.
+// A grid with this raw icon size, by the cell's height.
 GridMetrics gridWithIconOf(double size) {
     double height = size / 0.8 + 8;
-    for (int round = 0; round < 50; ++round) { // the label grows with the cell
+    for (int round = 0; round < 50; ++round) { // the label's height depends on the cell's
         height = size / 0.8 + 8 + GridMetrics{{10'000, 192 + height}, 1, 1}.labelHeight();
     }
     return {{10'000, 192 + height}, 1, 1};
 }
 
 const DragStep nothing;
-DragStep keeping() {
+DragStep keepTarget() {
     DragStep step;
     step.cancelsPending = true;
     return step;
 }
 DragStep overNothing() {
-    DragStep step = keeping();
+    DragStep step = keepTarget();
     step.clearsTarget = true;
     return step;
 }
-DragStep waiting(Kind kind, std::size_t place, const QString& key, double seconds) {
+DragStep startIntent(Kind kind, std::size_t place, const QString& key, double seconds) {
     DragStep step;
     step.clearsTarget = true;
     step.intent = DragIntent{kind, place, key, seconds};
@@ -55,13 +55,13 @@ protected:
 
 } // namespace
 
-TEST(DragRadii, AreSharesOfTheIconBeforeItIsLimited) {
+TEST(DragRadii, AreSharesOfTheRawIconSize) {
     EXPECT_NEAR(grid.rawIconSize(), 92.8, 1e-9);
     EXPECT_NEAR(mergeRadius(grid), 0.6 * 92.8, 1e-9);
     EXPECT_NEAR(holdRadius(grid), 0.85 * 92.8, 1e-9);
 }
 
-TEST(DragRadii, AreThoseOfThirtySixPointsForSmallerIcons) {
+TEST(DragRadii, AreConstantForIconsBelowThirtySixPoints) {
     for (const double size : {1.0, 20.0, 35.9}) {
         ASSERT_NEAR(gridWithIconOf(size).rawIconSize(), size, 1e-6);
         EXPECT_EQ(mergeRadius(gridWithIconOf(size)), 21.6);
@@ -72,7 +72,7 @@ TEST(DragRadii, AreThoseOfThirtySixPointsForSmallerIcons) {
     EXPECT_NEAR(holdRadius(gridWithIconOf(40)), 34, 1e-6);
 }
 
-TEST(DragRadii, AreThoseOfAHundredAndTwentyEightPointsForLargerIcons) {
+TEST(DragRadii, AreConstantForIconsAbove128Points) {
     for (const double size : {128.1, 300.0}) {
         ASSERT_NEAR(gridWithIconOf(size).rawIconSize(), size, 1e-6);
         EXPECT_EQ(mergeRadius(gridWithIconOf(size)), 76.8);
@@ -92,8 +92,8 @@ TEST(IconCenters, StandAboveTheirCellsByHalfOfLabelAndGap) {
 
 TEST_F(PageDragRules, WithinFortyPointsOfAnEdgeThePageTurns) {
     drag_.page = 1;
-    EXPECT_EQ(at({39.9, 400}), waiting(Kind::FlipPage, 0, u"page:0"_s, 0.65));
-    EXPECT_EQ(at({1460.1, 400}), waiting(Kind::FlipPage, 2, u"page:2"_s, 0.65));
+    EXPECT_EQ(at({39.9, 400}), startIntent(Kind::FlipPage, 0, u"page:0"_s, 0.65));
+    EXPECT_EQ(at({1460.1, 400}), startIntent(Kind::FlipPage, 2, u"page:2"_s, 0.65));
     EXPECT_EQ(at({-50, 400}).intent->key, u"page:0"_s);
 }
 
@@ -103,7 +103,7 @@ TEST_F(PageDragRules, AtFortyPointsFromAnEdgeItDoesNot) {
     EXPECT_EQ(at({1460, 400}), overNothing());
 }
 
-TEST_F(PageDragRules, BeyondTheFirstAndTheLastPageThereIsNothingToTurnTo) {
+TEST_F(PageDragRules, BeyondTheFirstAndTheLastPageNoPageIsTurned) {
     EXPECT_EQ(at({10, 400}), overNothing());
     drag_.page = 2;
     EXPECT_EQ(at({1490, 400}), overNothing());
@@ -115,36 +115,37 @@ TEST_F(PageDragRules, TheEdgeTurnsThePageEvenWithoutTheDraggedItem) {
     EXPECT_EQ(at(icon(3)), nothing);
 }
 
-TEST_F(PageDragRules, BesideTheGridNothingIsWished) {
+TEST_F(PageDragRules, BesideTheGridThereIsNoIntent) {
     EXPECT_EQ(at({750, 100}), overNothing());
     EXPECT_EQ(at({100, 400}), overNothing());
 }
 
-TEST_F(PageDragRules, WhatCountsIsWhereTheFloatingIconsCellWouldBe) {
-    // The icon's centre is 12 points above its cell's: the grid's top edge is probed from there.
+TEST_F(PageDragRules, TheSlotIsThatOfTheFloatingIconsCell) {
+    // The cell's centre is 12 points below the icon's.
     EXPECT_EQ(at({210, 107.9}), overNothing());
     EXPECT_TRUE(at({210, 108}).intent.has_value());
     drag_.grabOffset = {30, 50};
     EXPECT_EQ(at({240, 157.9}), overNothing());
     EXPECT_EQ(at(icon(10) + drag_.grabOffset), overNothing());
-    EXPECT_EQ(at(icon(3) + drag_.grabOffset), waiting(Kind::MarkTarget, 3, u"merge:a:3"_s, 0.18));
+    EXPECT_EQ(at(icon(3) + drag_.grabOffset), startIntent(Kind::MarkTarget, 3, u"merge:a:3"_s, 0.18));
 }
 
-TEST_F(PageDragRules, OverItsOwnSlotNothingIsWished) {
+TEST_F(PageDragRules, OverItsOwnSlotThereIsNoIntent) {
     EXPECT_EQ(at(icon(10)), overNothing());
     EXPECT_EQ(at(icon(10) + QPointF(80, 50)), overNothing());
 }
 
-TEST_F(PageDragRules, CloserThanTheMergeRadiusAnAppMarksWhatItIsOver) {
+TEST_F(PageDragRules, CloserThanTheMergeRadiusAnAppMarksTheItemBelow) {
     const double radius = mergeRadius(grid);
-    EXPECT_EQ(at(icon(3) + QPointF(radius - 0.01, 0)), waiting(Kind::MarkTarget, 3, u"merge:a:3"_s, 0.18));
-    EXPECT_EQ(at(icon(3) + QPointF(radius + 0.01, 0)), waiting(Kind::Move, 3, u"move:3"_s, 0.35));
+    EXPECT_EQ(at(icon(3) + QPointF(radius - 0.01, 0)),
+              startIntent(Kind::MarkTarget, 3, u"merge:a:3"_s, 0.18));
+    EXPECT_EQ(at(icon(3) + QPointF(radius + 0.01, 0)), startIntent(Kind::Move, 3, u"move:3"_s, 0.35));
     EXPECT_EQ(at(icon(3) + QPointF(0, radius - 0.01)).intent->kind, Kind::MarkTarget);
     EXPECT_EQ(at(icon(3) + QPointF(0, radius + 0.01)).intent->kind, Kind::Move);
 }
 
 TEST_F(PageDragRules, AtTheMergeRadiusItMovesThere) {
-    drag_.metrics = {{1500, 937}, 7, 5}; // cells of 180 × 149: no number here is rounded
+    drag_.metrics = {{1500, 937}, 7, 5}; // cells of 180 × 149: all values are exact
     ASSERT_EQ(drag_.metrics.rawIconSize(), 100);
     ASSERT_EQ(mergeRadius(drag_.metrics), 60);
     const QPointF center = iconCenter(drag_.metrics, 0);
@@ -157,12 +158,12 @@ TEST_F(PageDragRules, AtTheMergeRadiusItMovesThere) {
 TEST_F(PageDragRules, AnAppMarksAFolderToo) {
     items_[3] = folder;
     EXPECT_EQ(at(icon(3)),
-              waiting(Kind::MarkTarget, 3, u"merge:f:3F2504E0-4F89-11D3-9A0C-0305E82C3301"_s, 0.18));
+              startIntent(Kind::MarkTarget, 3, u"merge:f:3F2504E0-4F89-11D3-9A0C-0305E82C3301"_s, 0.18));
 }
 
 TEST_F(PageDragRules, AFolderNeverMarksAnythingButMovesThere) {
     drag_.dragsFolder = true;
-    EXPECT_EQ(at(icon(3)), waiting(Kind::Move, 3, u"move:3"_s, 0.35));
+    EXPECT_EQ(at(icon(3)), startIntent(Kind::Move, 3, u"move:3"_s, 0.35));
 }
 
 TEST_F(PageDragRules, PlacesCountFromTheFirstPage) {
@@ -173,8 +174,8 @@ TEST_F(PageDragRules, PlacesCountFromTheFirstPage) {
 
 TEST_F(PageDragRules, PastTheLastItemIsTheEnd) {
     drag_.page = 2; // items 70 … 79
-    EXPECT_EQ(at(icon(10)), waiting(Kind::Move, 79, u"move:79"_s, 0.3));
-    EXPECT_EQ(at(icon(34)), waiting(Kind::Move, 79, u"move:79"_s, 0.3));
+    EXPECT_EQ(at(icon(10)), startIntent(Kind::Move, 79, u"move:79"_s, 0.3));
+    EXPECT_EQ(at(icon(34)), startIntent(Kind::Move, 79, u"move:79"_s, 0.3));
 }
 
 TEST_F(PageDragRules, TheLastItemIsAtTheEndAlready) {
@@ -186,27 +187,27 @@ TEST_F(PageDragRules, TheLastItemIsAtTheEndAlready) {
 TEST_F(PageDragRules, AMarkedTargetIsHeldWithinTheHoldRadius) {
     drag_.target = 3;
     const double radius = holdRadius(grid);
-    EXPECT_EQ(at(icon(3)), keeping());
-    EXPECT_EQ(at(icon(3) + QPointF(radius - 0.01, 0)), keeping());
-    EXPECT_EQ(at(icon(3) - QPointF(0, radius - 0.01)), keeping()) << "above the grid, even";
-    EXPECT_EQ(at(icon(3) + QPointF(radius + 0.01, 0)), waiting(Kind::Move, 3, u"move:3"_s, 0.35));
+    EXPECT_EQ(at(icon(3)), keepTarget());
+    EXPECT_EQ(at(icon(3) + QPointF(radius - 0.01, 0)), keepTarget());
+    EXPECT_EQ(at(icon(3) - QPointF(0, radius - 0.01)), keepTarget()) << "above the grid, even";
+    EXPECT_EQ(at(icon(3) + QPointF(radius + 0.01, 0)), startIntent(Kind::Move, 3, u"move:3"_s, 0.35));
 }
 
 TEST_F(PageDragRules, AMarkedTargetOfAnotherPageIsNotHeld) {
     drag_.target = 3;
     drag_.page = 1;
-    EXPECT_EQ(at(icon(3)), waiting(Kind::MarkTarget, 38, u"merge:a:38"_s, 0.18));
+    EXPECT_EQ(at(icon(3)), startIntent(Kind::MarkTarget, 38, u"merge:a:38"_s, 0.18));
     drag_.target = 38;
-    EXPECT_EQ(at(icon(3)), keeping());
+    EXPECT_EQ(at(icon(3)), keepTarget());
 }
 
-TEST_F(PageDragRules, TheEdgeLetsGoOfAMarkedTarget) {
+TEST_F(PageDragRules, AtTheEdgeTheMarkedTargetIsCleared) {
     drag_.target = 0;
     const GridMetrics narrow{{400, 892}, 1, 5}; // 70 points of margin
     drag_.metrics = narrow;
     const QPointF beside(39, iconCenter(narrow, 0).y());
     drag_.page = 1;
-    EXPECT_EQ(at(beside), waiting(Kind::FlipPage, 0, u"page:0"_s, 0.65));
+    EXPECT_EQ(at(beside), startIntent(Kind::FlipPage, 0, u"page:0"_s, 0.65));
 }
 
 TEST_F(PageDragRules, AnEmptyLayoutHasNothingToDrag) {
@@ -216,7 +217,7 @@ TEST_F(PageDragRules, AnEmptyLayoutHasNothingToDrag) {
     EXPECT_EQ(dropTarget(drag_, icon(0)), std::nullopt);
 }
 
-TEST_F(PageDragRules, ADropMergesWithWhatIsCloserThanTheMergeRadius) {
+TEST_F(PageDragRules, ADropMergesWithAnItemCloserThanTheMergeRadius) {
     const double radius = mergeRadius(grid);
     EXPECT_EQ(dropTarget(drag_, icon(3) + QPointF(radius - 0.01, 0)), u"a:3"_s);
     EXPECT_EQ(dropTarget(drag_, icon(3) + QPointF(radius + 0.01, 0)), std::nullopt);
@@ -236,7 +237,7 @@ TEST_F(PageDragRules, AFolderDroppedDoesNotMerge) {
     EXPECT_EQ(dropTarget(drag_, icon(3)), std::nullopt);
 }
 
-TEST_F(PageDragRules, AWildPointerIsNowhere) {
+TEST_F(PageDragRules, InfiniteAndNaNPointsAreOutsideTheGrid) {
     const double infinity = std::numeric_limits<double>::infinity();
     const double none = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(at({none, none}), overNothing());
@@ -253,7 +254,7 @@ protected:
     DragStep at(const QPointF& pointer, std::optional<std::size_t> index = 4) {
         return folderDragStep(panel_, 9, index, pointer);
     }
-    static DragStep waitingFor(std::size_t place, const QString& key) {
+    static DragStep moveInFolderTo(std::size_t place, const QString& key) {
         DragStep step;
         step.intent = DragIntent{Kind::MoveInFolder, place, key, 0.12};
         return step;
@@ -265,30 +266,30 @@ protected:
 } // namespace
 
 TEST_F(FolderDragRules, ThePointerOverAnotherCellMovesThereAfterARest) {
-    EXPECT_EQ(at(panel_.cellCenter(2)), waitingFor(2, u"folder:2"_s));
-    EXPECT_EQ(at(panel_.cellCenter(8)), waitingFor(8, u"folder:8"_s));
+    EXPECT_EQ(at(panel_.cellCenter(2)), moveInFolderTo(2, u"folder:2"_s));
+    EXPECT_EQ(at(panel_.cellCenter(8)), moveInFolderTo(8, u"folder:8"_s));
 }
 
-TEST_F(FolderDragRules, OverItsOwnCellNothingIsWished) {
-    EXPECT_EQ(at(panel_.cellCenter(4)), keeping());
+TEST_F(FolderDragRules, OverItsOwnCellThereIsNoIntent) {
+    EXPECT_EQ(at(panel_.cellCenter(4)), keepTarget());
 }
 
 TEST_F(FolderDragRules, CellsPastTheLastAppAreTheLastApps) {
-    EXPECT_EQ(at(panel_.cellCenter(12)), waitingFor(8, u"folder:8"_s));
-    EXPECT_EQ(at(panel_.cellCenter(12), 8), keeping());
+    EXPECT_EQ(at(panel_.cellCenter(12)), moveInFolderTo(8, u"folder:8"_s));
+    EXPECT_EQ(at(panel_.cellCenter(12), 8), keepTarget());
 }
 
 TEST_F(FolderDragRules, TwelvePointsAboveAndBelowTheCellsBelongToTheirRows) {
     const QRectF area = panel_.cellArea();
-    EXPECT_EQ(at({panel_.cellCenter(2).x(), area.top() - 11}), waitingFor(2, u"folder:2"_s));
-    EXPECT_EQ(at({panel_.cellCenter(0).x(), area.bottom() + 11}), waitingFor(7, u"folder:7"_s));
+    EXPECT_EQ(at({panel_.cellCenter(2).x(), area.top() - 11}), moveInFolderTo(2, u"folder:2"_s));
+    EXPECT_EQ(at({panel_.cellCenter(0).x(), area.bottom() + 11}), moveInFolderTo(7, u"folder:7"_s));
     EXPECT_EQ(at({panel_.cellCenter(2).x(), area.top() - 13}), nothing);
     EXPECT_EQ(at({panel_.cellCenter(0).x(), area.bottom() + 13}), nothing);
     EXPECT_EQ(at({area.left() - 5, panel_.cellCenter(0).y()}), nothing) << "the panel's padding";
 }
 
 TEST_F(FolderDragRules, OnlyBeyondTwentyPointsOutsideThePanelTheAppLeavesIt) {
-    DragStep out = keeping();
+    DragStep out = keepTarget();
     out.pullsOut = true;
     const QRectF rect = panel_.panelRect;
     const QPointF middle = rect.center();

@@ -35,7 +35,7 @@ TEST_F(LauncherModelDrag, TheGrabOffsetIsThePointersFromTheIconsCentre) {
     EXPECT_EQ(model.drag()->grabOffset, QPointF(10, 20));
 }
 
-TEST_F(LauncherModelDrag, PagesUnderTheFingersAreTakenIntoAccountAndComeToRest) {
+TEST_F(LauncherModelDrag, ADragDuringASwipeUsesTheScrollOffsetAndResetsIt) {
     LauncherModel& model = shownAs(appsTo(80));
     model.handleScroll({{0, 0}, true, ScrollEvent::Phase::Began, false});
     model.handleScroll({{-30, 0}, true, ScrollEvent::Phase::Changed, false});
@@ -52,14 +52,14 @@ TEST_F(LauncherModelDrag, NothingButATileIsDragged) {
     lift({10, 10});
     EXPECT_FALSE(isDragging());
     drop();
-    EXPECT_TRUE(controller_->hides.empty()) << "it was no tap";
+    EXPECT_TRUE(controller_->hides.empty()) << "not a tap";
     lift(iconAt(20));
     EXPECT_FALSE(isDragging());
     drop();
     EXPECT_EQ(model.pendingKey(), QString());
 }
 
-TEST_F(LauncherModelDrag, WhatIsGoneByThenIsNotDragged) {
+TEST_F(LauncherModelDrag, AnItemThatIsGoneIsNotDragged) {
     LauncherModel& model = shownAs(appsTo(5));
     press(iconAt(4));
     model.applyScan(apps(4));
@@ -95,7 +95,7 @@ TEST_F(LauncherModelDrag, ScrollingIsIgnoredDuringADrag) {
 
 // --- What a move of the pointer publishes
 
-TEST_F(LauncherModelDrag, AMoveOfThePointerReachesTheTrackerAlone) {
+TEST_F(LauncherModelDrag, AMoveOfThePointerChangesOnlyTheTracker) {
     LauncherModel& model = shownAs(appsTo(80));
     liftIcon(0);
     QSignalSpy drag(&model, &LauncherModel::dragChanged);
@@ -127,7 +127,7 @@ TEST_F(LauncherModelDrag, AnIconHeldAtAnEdgeTurnsThePageAfterSixHundredAndFiftyM
     EXPECT_EQ(carried.animation(), spring(0.42, 0.86));
 }
 
-TEST_F(LauncherModelDrag, HeldPerfectlyStillItTurnsOnePageAndMovedAgainTheNext) {
+TEST_F(LauncherModelDrag, AnIconHeldStillTurnsOnePageAndTheNextAfterAMove) {
     LauncherModel& model = shownAs(appsTo(140));
     liftIcon(0);
     pointTo({1470, 400});
@@ -143,7 +143,7 @@ TEST_F(LauncherModelDrag, HeldPerfectlyStillItTurnsOnePageAndMovedAgainTheNext) 
     EXPECT_EQ(model.page(), 1);
 }
 
-TEST_F(LauncherModelDrag, AtTheLeftEdgeOfTheFirstPageNothingIsPendingAndNothingTurns) {
+TEST_F(LauncherModelDrag, AtTheLeftEdgeOfTheFirstPageNoPageTurns) {
     LauncherModel& model = shownAs(appsTo(80));
     liftIcon(0);
     pointTo(iconAt(3));
@@ -155,7 +155,7 @@ TEST_F(LauncherModelDrag, AtTheLeftEdgeOfTheFirstPageNothingIsPendingAndNothingT
     EXPECT_EQ(model.mergeTargetID(), QString());
 }
 
-TEST_F(LauncherModelDrag, AtTheRightEdgeOfTheLastPageNothingTurns) {
+TEST_F(LauncherModelDrag, AtTheRightEdgeOfTheLastPageNoPageTurns) {
     LauncherModel& model = shownAs(appsTo(80));
     model.goToPage(2);
     liftIcon(0);
@@ -165,7 +165,7 @@ TEST_F(LauncherModelDrag, AtTheRightEdgeOfTheLastPageNothingTurns) {
     EXPECT_EQ(model.page(), 2);
 }
 
-TEST_F(LauncherModelDrag, ThePageTurnedToIsClampedToThePagesThereAreByThen) {
+TEST_F(LauncherModelDrag, ThePageTurnedToIsClamped) {
     LauncherModel& model = shownAs(appsTo(71));
     model.goToPage(1);
     lift(iconAt(0));
@@ -176,7 +176,7 @@ TEST_F(LauncherModelDrag, ThePageTurnedToIsClampedToThePagesThereAreByThen) {
     EXPECT_EQ(model.page(), 1);
 }
 
-TEST_F(LauncherModelDrag, ASearchThatBeginsUnderTheHandLosesNothing) {
+TEST_F(LauncherModelDrag, ASearchThatBeginsDuringADragLosesNothing) {
     LauncherModel& model = shownAs(appsTo(80));
     liftIcon(0);
     pointTo(iconAt(3) + QPointF(70, 0));
@@ -220,7 +220,7 @@ TEST_F(LauncherModelDrag, OverItsNewSlotNothingIsPending) {
     EXPECT_EQ(order(), "2 1 3 4 5 6");
 }
 
-TEST_F(LauncherModelDrag, JigglingOverASlotKeepsTheClockAndAnotherSlotStartsItAnew) {
+TEST_F(LauncherModelDrag, MovesOverASlotKeepTheTimerAndAnotherSlotRestartsIt) {
     LauncherModel& model = shownAs(appsTo(6));
     liftIcon(0);
     for (int step = 0; step < 7; ++step) {
@@ -228,7 +228,7 @@ TEST_F(LauncherModelDrag, JigglingOverASlotKeepsTheClockAndAnotherSlotStartsItAn
         wait(0.049);
     }
     EXPECT_EQ(order(), "1 2 3 4 5 6");
-    wait(0.007); // 350 ms since the first of them
+    wait(0.007); // 350 ms since the first move
     EXPECT_EQ(order(), "2 3 4 1 5 6");
 
     pointTo(iconAt(4) + QPointF(70, 0));
@@ -400,7 +400,7 @@ TEST_F(LauncherModelDrag, AQuickDropFurtherAwayDoesNot) {
     EXPECT_EQ(order(), "1 2 3 4 5 6");
     EXPECT_TRUE(model.drag()->dropping);
     wait(1);
-    EXPECT_EQ(order(), "1 2 3 4 5 6") << "what was pending is not done after the drop";
+    EXPECT_EQ(order(), "1 2 3 4 5 6") << "the pending intent is not carried out after the drop";
 }
 
 TEST_F(LauncherModelDrag, ADropOnAFolderAddsTheAppAtItsEndAndOpensNothing) {
@@ -435,7 +435,7 @@ TEST_F(LauncherModelDrag, AMergeThatEmptiesTheLastPageShowsTheOneBefore) {
     wait(0.65);
     ASSERT_EQ(model.page(), 0);
     pointTo(iconAt(3));
-    model.goToPage(1); // as the wheel of a second hand might: the page shown is the one that goes
+    model.goToPage(1); // the page that disappears
     model.merge(id(36), id(4));
     EXPECT_EQ(model.page(), 0);
     EXPECT_EQ(count.count(), 1);
@@ -452,7 +452,7 @@ TEST_F(LauncherModelDrag, ATargetThatIsGoneLeavesTheAppAtItsPlace) {
 
 // --- The drop
 
-TEST_F(LauncherModelDrag, LetGoTheIconGlidesIntoItsSlotAndTheDragEndsAHundredAndNinetyMillisecondsLater) {
+TEST_F(LauncherModelDrag, AReleasedIconGlidesAndTheDragEndsAHundredAndNinetyMillisecondsLater) {
     LauncherModel& model = shownAs(appsTo(6));
     lift(iconAt(2) + QPointF(10, 20));
     pointTo(iconAt(10));
@@ -476,7 +476,7 @@ TEST_F(LauncherModelDrag, LetGoTheIconGlidesIntoItsSlotAndTheDragEndsAHundredAnd
     EXPECT_EQ(queue_.timers(), 0U);
 }
 
-TEST_F(LauncherModelDrag, WhileTheIconGlidesTheHandIsFree) {
+TEST_F(LauncherModelDrag, APressDuringTheGlideBecomesADragAfterIt) {
     LauncherModel& model = shownAs(appsTo(6));
     liftIcon(0);
     pointTo(iconAt(10));
@@ -486,7 +486,7 @@ TEST_F(LauncherModelDrag, WhileTheIconGlidesTheHandIsFree) {
     press(start_);
     EXPECT_EQ(model.pressedID(), id(4));
     pointTo(iconAt(5));
-    EXPECT_EQ(model.drag()->id, id(1)) << "what glides is still the drag";
+    EXPECT_EQ(model.drag()->id, id(1)) << "still the gliding drag";
     EXPECT_EQ(model.tracker()->location(), landing);
     EXPECT_EQ(model.pendingKey(), QString());
     wait(0.19);
@@ -541,7 +541,7 @@ TEST_F(LauncherModelDrag, ADropOfAnItemThatIsGoneEndsAtOnceAndMergesWithNothing)
     EXPECT_EQ(onDisk(), encodeItems(model.items()));
 }
 
-TEST_F(LauncherModelDrag, TheGlideGoesToWhereTheItemStandsByThen) {
+TEST_F(LauncherModelDrag, TheGlideGoesToTheItemsCurrentPlace) {
     LauncherModel& model = shownAs(appsTo(6));
     liftIcon(0);
     pointTo(iconAt(3) + QPointF(70, 0));
@@ -592,7 +592,7 @@ TEST_F(LauncherModelDrag, AScanThatComesInDuringADragIsAppliedAfterADropWithoutA
     EXPECT_EQ(model.items(), appsTo(40));
 }
 
-TEST_F(LauncherModelDrag, AModelThatIsGoneDoesNothingMore) {
+TEST_F(LauncherModelDrag, ADestroyedModelRunsNoTimer) {
     for (const double held : {0.0, 0.17, 0.36}) {
         shownAs(appsTo(6));
         liftIcon(0);
@@ -613,9 +613,9 @@ TEST_F(LauncherModelDrag, AModelThatIsGoneDoesNothingMore) {
     wait(1);
 }
 
-// --- Gestures that are taken away
+// --- Cancelled gestures
 
-TEST_F(LauncherModelDrag, ALostGrabEndsTheDragWhereItIsAndSavesIt) {
+TEST_F(LauncherModelDrag, ACancelledDragEndsWhereItIsAndSaves) {
     LauncherModel& model = shownAs(appsTo(6));
     liftIcon(0);
     pointTo(iconAt(3) + QPointF(70, 0));
@@ -635,7 +635,7 @@ TEST_F(LauncherModelDrag, ALostGrabEndsTheDragWhereItIsAndSavesIt) {
     EXPECT_EQ(onDisk(), encodeItems(model.items()));
 }
 
-TEST_F(LauncherModelDrag, ALostGrabDropsWhatWasPending) {
+TEST_F(LauncherModelDrag, ACancelledDragDropsThePendingIntent) {
     LauncherModel& model = shownAs(appsTo(80));
     for (const QPointF& place : {iconAt(3), iconAt(3) + QPointF(70, 0), QPointF(1470, 400)}) {
         liftIcon(0);
@@ -649,7 +649,7 @@ TEST_F(LauncherModelDrag, ALostGrabDropsWhatWasPending) {
     EXPECT_EQ(model.page(), 0);
 }
 
-TEST_F(LauncherModelDrag, WhatIsStillToldOfALostGestureIsNotHeard) {
+TEST_F(LauncherModelDrag, TheRestOfACancelledGestureIsIgnored) {
     LauncherModel& model = shownAs(appsTo(6));
     liftIcon(0);
     model.pointerCancelled();
@@ -660,10 +660,10 @@ TEST_F(LauncherModelDrag, WhatIsStillToldOfALostGestureIsNotHeard) {
     EXPECT_EQ(order(), "1 2 3 4 5 6");
     EXPECT_TRUE(controller_->hides.empty());
     liftIcon(1);
-    EXPECT_EQ(model.draggedID(), id(2)) << "the next one is";
+    EXPECT_EQ(model.draggedID(), id(2)) << "the next gesture counts";
 }
 
-TEST_F(LauncherModelDrag, TheNextPressIsHeardEvenIfTheLostGestureNeverEnded) {
+TEST_F(LauncherModelDrag, TheNextPressCountsEvenIfTheCancelledGestureNeverEnded) {
     LauncherModel& model = shownAs(appsTo(6));
     liftIcon(0);
     model.pointerCancelled();
@@ -696,7 +696,7 @@ TEST_F(LauncherModelDrag, AFolderJustMadeDoesNotOpenOnceTheLauncherHides) {
     EXPECT_EQ(model.openFolderID(), std::nullopt);
 }
 
-TEST_F(LauncherModelDrag, BeingShownClearsADragThatWasLeftOver) {
+TEST_F(LauncherModelDrag, ShowingTheLauncherClearsADrag) {
     LauncherModel& model = shownAs(appsTo(6));
     liftIcon(0);
     pointTo(iconAt(3));

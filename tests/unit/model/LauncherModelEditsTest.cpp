@@ -76,7 +76,7 @@ TEST_F(LauncherModelFolderDrag, OverAnotherCellItMovesThereAfterAHundredAndTwent
     EXPECT_EQ(model.pendingKey(), QString());
 }
 
-TEST_F(LauncherModelFolderDrag, JigglingOverACellKeepsTheClock) {
+TEST_F(LauncherModelFolderDrag, MovesOverACellKeepTheTimer) {
     LauncherModel& model = opened({app(1), games({2, 3, 4, 5})});
     liftFromFolder(0);
     pointTo(panel().cellCenter(2));
@@ -94,7 +94,7 @@ TEST_F(LauncherModelFolderDrag, JigglingOverACellKeepsTheClock) {
     EXPECT_EQ(order(), "1 [3 4 2 5]");
 }
 
-TEST_F(LauncherModelFolderDrag, CellsPastTheLastAppAreItsPlace) {
+TEST_F(LauncherModelFolderDrag, CellsPastTheLastAppMoveToItsPlace) {
     LauncherModel& model = opened({games({1, 2, 3, 4, 5, 6, 7, 8, 9})}); // seven in a row
     ASSERT_EQ(panel().rows, 2);
     liftFromFolder(0);
@@ -104,7 +104,7 @@ TEST_F(LauncherModelFolderDrag, CellsPastTheLastAppAreItsPlace) {
     EXPECT_EQ(order(), "[2 3 4 5 6 7 8 9 1]");
 }
 
-TEST_F(LauncherModelFolderDrag, WhatIsReorderedInAFolderIsSavedAtTheDrop) {
+TEST_F(LauncherModelFolderDrag, ReorderingAFolderIsSavedAtTheDrop) {
     LauncherModel& model = opened({app(1), games({2, 3, 4, 5})});
     const int writes = files_.writes();
     const int saves = files_.writesOf(layoutPath);
@@ -117,7 +117,7 @@ TEST_F(LauncherModelFolderDrag, WhatIsReorderedInAFolderIsSavedAtTheDrop) {
     EXPECT_EQ(files_.writesOf(layoutPath), saves + 1);
 }
 
-TEST_F(LauncherModelFolderDrag, LetGoTheIconGlidesIntoItsCell) {
+TEST_F(LauncherModelFolderDrag, AReleasedIconGlidesIntoItsCell) {
     LauncherModel& model = opened({app(1), games({2, 3, 4, 5})});
     liftFromFolder(0);
     const QPointF offset = model.drag()->grabOffset;
@@ -137,7 +137,7 @@ TEST_F(LauncherModelFolderDrag, LetGoTheIconGlidesIntoItsCell) {
     EXPECT_TRUE(model.folderIsOpen());
 }
 
-TEST_F(LauncherModelFolderDrag, ADropInAFolderNeverMergesWithWhatLiesBelowIt) {
+TEST_F(LauncherModelFolderDrag, ADropInAFolderNeverMerges) {
     LaunchItems items = appsTo(35);
     items.insert(items.begin(), games({36, 37, 38, 39}));
     LauncherModel& model = opened(items);
@@ -149,7 +149,7 @@ TEST_F(LauncherModelFolderDrag, ADropInAFolderNeverMergesWithWhatLiesBelowIt) {
     EXPECT_EQ(model.items().size(), 36U);
 }
 
-TEST_F(LauncherModelFolderDrag, AFolderClosedUnderTheHandKeepsTheApp) {
+TEST_F(LauncherModelFolderDrag, AFolderClosedDuringTheDragKeepsTheApp) {
     LauncherModel& model = opened({app(1), games({2, 3, 4, 5})});
     liftFromFolder(0);
     pointTo(panel().cellCenter(2));
@@ -167,7 +167,7 @@ TEST_F(LauncherModelFolderDrag, AFolderThatIsGoneEndsTheDragAtTheDropWithoutAGli
     liftFromFolder(0);
     pointTo(panel().cellCenter(1));
     ASSERT_EQ(model.pendingKey(), u"folder:1"_s);
-    model.pullOut(path(3), gamesID); // what is left dissolves
+    model.pullOut(path(3), gamesID); // the folder dissolves
     ASSERT_EQ(order(), "1 2 3");
     wait(0.12);
     EXPECT_EQ(order(), "1 2 3");
@@ -179,7 +179,7 @@ TEST_F(LauncherModelFolderDrag, AFolderThatIsGoneEndsTheDragAtTheDropWithoutAGli
     EXPECT_EQ(order(), "1 2 3");
 }
 
-TEST_F(LauncherModelFolderDrag, ALostGrabInAFolderEndsTheDragAndSavesIt) {
+TEST_F(LauncherModelFolderDrag, ACancelledDragInAFolderEndsAndSaves) {
     LauncherModel& model = opened({app(1), games({2, 3, 4, 5})});
     liftFromFolder(0);
     pointTo(panel().cellCenter(2));
@@ -206,7 +206,7 @@ TEST_F(LauncherModelFolderDrag, WithinTwentyPointsOfThePanelNothingIsPulledOut) 
     EXPECT_EQ(order(), "1 [2 3 4]");
 }
 
-TEST_F(LauncherModelFolderDrag, BeyondThatTheAppStandsBehindItsFolderAndIsDraggedOn) {
+TEST_F(LauncherModelFolderDrag, BeyondTwentyPointsTheAppIsPulledOutAndTheDragContinues) {
     LauncherModel& model = opened({app(1), games({2, 3, 4}), app(5)});
     const int writes = files_.writes();
     liftFromFolder(1);
@@ -242,7 +242,7 @@ TEST_F(LauncherModelFolderDrag, BeyondThatTheAppStandsBehindItsFolderAndIsDragge
     EXPECT_EQ(onDisk(), encodeItems(model.items()));
 }
 
-TEST_F(LauncherModelFolderDrag, AFirstMoveBeyondThePanelIsOneOnThePageToo) {
+TEST_F(LauncherModelFolderDrag, AFirstMoveBeyondThePanelIsAlsoAMoveOnThePage) {
     LauncherModel& model = opened({app(1), games({2, 3, 4}), app(5)});
     start_ = panel().cellCenter(1);
     press(start_);
@@ -304,7 +304,7 @@ TEST_F(LauncherModelFolderDrag, AnAppPulledOutAndDroppedOnItsFolderIsBackInIt) {
 
 // --- The edits by themselves
 
-TEST_F(LauncherModelEdits, AMoveToItsOwnPlaceOrBeyondTheEndOrOfNothingDoesNothing) {
+TEST_F(LauncherModelEdits, AMoveToItsOwnPlaceOrBeyondTheEndOrOfAMissingItemDoesNothing) {
     LauncherModel& model = shownAs(appsTo(4));
     QSignalSpy items(&model, &LauncherModel::itemsChanged);
     model.move(id(2), 1);
@@ -316,7 +316,7 @@ TEST_F(LauncherModelEdits, AMoveToItsOwnPlaceOrBeyondTheEndOrOfNothingDoesNothin
     EXPECT_EQ(items.count(), 1);
 }
 
-TEST_F(LauncherModelEdits, AMoveInAFolderToItsOwnPlaceOrBeyondItsEndOrOfNothingDoesNothing) {
+TEST_F(LauncherModelEdits, AMoveInAFolderToItsOwnPlaceOrBeyondTheEndOrOfAMissingItemDoesNothing) {
     LauncherModel& model = shownAs({games({1, 2, 3}), app(4)});
     QSignalSpy items(&model, &LauncherModel::itemsChanged);
     model.moveInFolder(gamesID, path(2), 1);
@@ -337,7 +337,7 @@ TEST_F(LauncherModelEdits, NothingIsPulledOutOfAFolderThatIsGoneOrDoesNotHoldIt)
     EXPECT_TRUE(model.folderIsOpen());
 }
 
-TEST_F(LauncherModelEdits, APullOutWithoutADragIsJustThat) {
+TEST_F(LauncherModelEdits, APullOutWithoutADragStartsNone) {
     LauncherModel& model = shownAs({games({1, 2, 3}), app(4)});
     model.pullOut(path(2), gamesID);
     EXPECT_EQ(order(), "[1 3] 2 4");

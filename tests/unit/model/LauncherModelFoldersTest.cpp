@@ -49,7 +49,7 @@ TEST_F(LauncherModelFolders, OpeningShowsThePanelOnItsSpringAndLeavesThePage) {
     EXPECT_EQ(model.page(), 1);
 }
 
-TEST_F(LauncherModelFolders, AnIdThatNamesNoFolderOpensAndRenamesNothing) {
+TEST_F(LauncherModelFolders, AnUnknownIdOpensAndRenamesNothing) {
     LauncherModel& model = withFolder();
     QSignalSpy items(&model, &LauncherModel::itemsChanged);
     model.openFolder(QUuid::createUuid());
@@ -168,7 +168,7 @@ TEST_F(LauncherModelFolders, EachNewFolderHasAnIdOfItsOwn) {
     EXPECT_NE(model.items()[2].id(), model.items()[3].id());
 }
 
-TEST_F(LauncherModelFolders, FoldersOfOneAppOrNoneStayWhateverIsDoneToThem) {
+TEST_F(LauncherModelFolders, NoFolderOperationRemovesAFolder) {
     files_.addFile(layoutPath, encodeItems({LaunchItem::folder({games_.id, u"One"_s, {path(1)}})}));
     LauncherModel& model = shownWith(1);
     model.newEmptyFolder();

@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A file holds an arrangement that nothing but the file tells; the model is up before it has been read.
+// The model starts before the layout file has been read.
 class LauncherModelLateLayout : public ModelFixture {
 protected:
     void SetUp() override {
@@ -43,14 +43,14 @@ protected:
 
 } // namespace
 
-TEST_F(LauncherModelLateLayout, UntilItComesTheApplicationsAreThereAndNothingIsSaved) {
+TEST_F(LauncherModelLateLayout, UntilItComesTheApplicationsAreShownAndNothingIsSaved) {
     EXPECT_EQ(model_->items(), byName_);
     model_->move(u"a:"_s + path(1), 3);
     model_->save();
     EXPECT_EQ(kept(), arranged_);
 }
 
-TEST_F(LauncherModelLateLayout, AResetBeforeItComesKeepsACopyOfItAndNotOfWhatStoodThere) {
+TEST_F(LauncherModelLateLayout, AResetBeforeItComesKeepsACopyOfTheLateLayout) {
     model_->resetLayout();
     queue_.runPosted();
     const auto copies = [this] { return files_.listFolder(u"/data/Amberquill/layout-history"_s); };
@@ -65,7 +65,7 @@ TEST_F(LauncherModelLateLayout, AResetBeforeItComesKeepsACopyOfItAndNotOfWhatSto
     EXPECT_EQ(copy->items, arranged_);
 }
 
-TEST_F(LauncherModelLateLayout, ItTakesThePlaceOfWhatWasArrangedMeanwhile) {
+TEST_F(LauncherModelLateLayout, ItReplacesChangesMadeMeanwhile) {
     model_->move(u"a:"_s + path(1), 3);
     model_->sortByName();
     arrive();
@@ -73,7 +73,7 @@ TEST_F(LauncherModelLateLayout, ItTakesThePlaceOfWhatWasArrangedMeanwhile) {
     EXPECT_EQ(kept(), arranged_);
 }
 
-TEST_F(LauncherModelLateLayout, WhatIsInstalledSinceJoinsIt) {
+TEST_F(LauncherModelLateLayout, NewApplicationsJoinIt) {
     installed_ = apps(5);
     model_->refreshApps();
     queue_.runPosted();
@@ -97,7 +97,7 @@ TEST_F(LauncherModelLateLayout, ItWaitsForTheEndOfADrag) {
     EXPECT_EQ(kept(), arranged_);
 }
 
-TEST_F(LauncherModelLateLayout, AResetOrAnImportStandsForAnyLayout) {
+TEST_F(LauncherModelLateLayout, ItDoesNotReplaceAResetOrAnImport) {
     model_->resetLayout();
     EXPECT_EQ(kept(), arranged_);
     arrive();
@@ -105,7 +105,7 @@ TEST_F(LauncherModelLateLayout, AResetOrAnImportStandsForAnyLayout) {
     EXPECT_EQ(kept(), byName_);
 }
 
-TEST_F(LauncherModelLateLayout, AFileThatTellsNothingIsSetAsideAndWhatIsThereKept) {
+TEST_F(LauncherModelLateLayout, AFileThatDoesNotDecodeIsSetAsideAndTheItemsStay) {
     files_.addFile(layoutPath, "nonsense");
     arrive();
     EXPECT_EQ(model_->items(), byName_);

@@ -59,7 +59,7 @@ protected:
         EXPECT_TRUE(model_->importLayout(data).has_value()) << data.left(300).constData();
     }
 
-    // Everything that can be seen of the model.
+    // The model's visible state.
     [[nodiscard]] auto state() const {
         return std::tuple(model_->items(), model_->columns(), model_->rows(), model_->page(),
                           model_->searchText(), model_->openFolderID(), model_->focusSearchToken(),
@@ -159,7 +159,7 @@ TEST_F(LauncherModelLayout, ATildeTellsAppsOfOneFileNameApart) {
                                           LaunchItem::folder({gamesId, {}, {u"/Users/ann/X.app"_s}})}));
 }
 
-TEST_F(LauncherModelLayout, AppsThatTheFileDoesNotKnowComeIntoOneNewFolder) {
+TEST_F(LauncherModelLayout, AppsThatAreNotInTheFileComeIntoOneNewFolder) {
     LauncherModel& model = shownWith(3);
     L::setLanguage(AppLanguage::German);
     import(fileWith({app(path(2))}));
@@ -171,13 +171,13 @@ TEST_F(LauncherModelLayout, AppsThatTheFileDoesNotKnowComeIntoOneNewFolder) {
     EXPECT_EQ(others->apps, (QStringList{path(1), path(3)}));
 }
 
-TEST_F(LauncherModelLayout, ASingleAppThatTheFileDoesNotKnowIsAPlainItem) {
+TEST_F(LauncherModelLayout, ASingleAppThatIsNotInTheFileIsAPlainItem) {
     LauncherModel& model = shownWith(2);
     import(fileWith({app(path(2))}));
     EXPECT_EQ(model.items(), (LaunchItems{app(path(2)), app(path(1))}));
 }
 
-TEST_F(LauncherModelLayout, AFileThatKnowsNoInstalledAppYieldsTheInstalledOnesOnly) {
+TEST_F(LauncherModelLayout, AFileWithoutAnInstalledAppYieldsTheInstalledOnes) {
     LauncherModel& model = shownWith(2);
     import(fileWith({app(u"/gone.app"_s)}));
     ASSERT_EQ(model.items().size(), 1U);
@@ -206,7 +206,7 @@ TEST_F(LauncherModelLayout, TheVersionOfAFileIsIgnored) {
     EXPECT_FALSE(model.importLayout(fileWith({}).replace("\"version\" : 1", "\"version\" : 99")).has_value());
 }
 
-TEST_F(LauncherModelLayout, AnythingElseThanALayoutIsRefusedAndNothingHasChanged) {
+TEST_F(LauncherModelLayout, AFileThatIsNoLayoutIsRefusedAndChangesNothing) {
     const Folder folder{gamesId, u"F"_s, {path(1), path(2)}};
     files_.addFile(layoutPath, encodeItems({LaunchItem::folder(folder)}));
     LauncherModel& model = shownWith(80);
@@ -252,7 +252,7 @@ TEST_F(LauncherModelLayout, ARefusedFileLeavesTheSearch) {
     EXPECT_EQ(text.count(), 0);
 }
 
-TEST_F(LauncherModelLayout, ARefusedFileLeavesTheDragAndWhatItWaitsFor) {
+TEST_F(LauncherModelLayout, ARefusedFileLeavesTheDragAndItsPendingIntent) {
     LauncherModel& model = shownWith(3);
     const QPointF tile = model.metrics().cellCenter(0);
     press(tile);
@@ -298,7 +298,7 @@ TEST_F(LauncherModelLayout, AnImportEndsSearchFolderAndDragAndShowsTheFirstPage)
     EXPECT_EQ(model.pressedID(), QString());
 }
 
-TEST_F(LauncherModelLayout, AScanHeldBackByADragIsInBeforeTheImport) {
+TEST_F(LauncherModelLayout, AScanHeldBackByADragIsAppliedBeforeTheImport) {
     LauncherModel& model = shownWith(2);
     const QPointF tile = model.metrics().cellCenter(0);
     press(tile);
@@ -308,7 +308,7 @@ TEST_F(LauncherModelLayout, AScanHeldBackByADragIsInBeforeTheImport) {
     EXPECT_EQ(model.items(), (LaunchItems{app(path(3)), app(path(2)), app(path(1))}));
 }
 
-TEST_F(LauncherModelLayout, AReplacedLayoutCarriesItsAnimationAndTheFirstPageThatOfPages) {
+TEST_F(LauncherModelLayout, AReplacedLayoutMovesOnItsAnimationAndTheFirstPageOnThatOfPages) {
     LauncherModel& model = shownWith(80);
     std::optional<Animation> items;
     std::optional<Animation> grid;
@@ -351,7 +351,7 @@ TEST_F(LauncherModelLayout, AResetLaysOutEverythingByNameWithoutFoldersAndSaves)
     EXPECT_EQ(files_.file(layoutPath), encodeItems(expected));
 }
 
-TEST_F(LauncherModelLayout, SortingPutsFoldersAmongAppsByNameAndLeavesWhatTheyHold) {
+TEST_F(LauncherModelLayout, SortingPutsFoldersAmongAppsByNameAndLeavesTheirApps) {
     const LaunchItem folder = LaunchItem::folder({gamesId, u"app 10"_s, {u"/z"_s, u"/y"_s}});
     const LaunchItem twin =
         LaunchItem::folder({QUuid::fromString(u"3F2504E0-4F89-11D3-9A0C-0305E82C3302"_s), u"App 9"_s, {}});

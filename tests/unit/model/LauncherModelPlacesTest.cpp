@@ -25,7 +25,7 @@ protected:
         L::setLanguage(AppLanguage::System);
     }
 
-    // A launcher that runs with five applications, arranged by hand.
+    // A running launcher with five applications, arranged by the user.
     LauncherModel& runningArranged() {
         files_.addFile(layoutPath, encodeItems(arranged_));
         LauncherModel& model = shownWith(5);
@@ -33,7 +33,7 @@ protected:
         return model;
     }
 
-    // The program is started anew with what is installed now.
+    // Starts the program again with the applications that are installed now.
     LauncherModel& startAgain() {
         queue_.runPosted();
         model_.reset();
@@ -69,7 +69,7 @@ QByteArray exchangeFile(const LaunchItems& items) {
 
 } // namespace
 
-TEST_F(LauncherModelPlaces, AnApplicationThatIsAwayForASecondIsNotMissed) {
+TEST_F(LauncherModelPlaces, AnApplicationMissingForASecondStays) {
     LauncherModel& model = runningArranged();
     const int writes = files_.writes();
     uninstall(1);
@@ -84,7 +84,7 @@ TEST_F(LauncherModelPlaces, AnApplicationThatIsAwayForASecondIsNotMissed) {
     EXPECT_EQ(files_.writes(), writes);
 }
 
-TEST_F(LauncherModelPlaces, OneThatIsGoneLeavesAfterFiveSecondsByItself) {
+TEST_F(LauncherModelPlaces, AMissingApplicationLeavesAfterFiveSeconds) {
     LauncherModel& model = runningArranged();
     uninstall(1);
     rescan();
@@ -95,7 +95,7 @@ TEST_F(LauncherModelPlaces, OneThatIsGoneLeavesAfterFiveSecondsByItself) {
     EXPECT_EQ(queue_.timers(), 0U);
 }
 
-TEST_F(LauncherModelPlaces, OneThatIsNewIsShownAtOnceWhileAnotherStays) {
+TEST_F(LauncherModelPlaces, ANewApplicationIsShownAtOnceWhileAMissingOneStays) {
     LauncherModel& model = runningArranged();
     installed_ = apps(6);
     uninstall(1);
@@ -104,7 +104,7 @@ TEST_F(LauncherModelPlaces, OneThatIsNewIsShownAtOnceWhileAnotherStays) {
     EXPECT_EQ(model.items().back(), LaunchItem::app(path(6)));
 }
 
-TEST_F(LauncherModelPlaces, AtAStartWhatIsGoneLeavesAtOnceAndComesBackToItsPlaceInTheNext) {
+TEST_F(LauncherModelPlaces, AMissingApplicationLeavesAtTheStartAndReturnsToItsPlaceInTheNextRun) {
     runningArranged();
     installed_.clear();
     EXPECT_EQ(startAgain().items(), (LaunchItems{LaunchItem::folder({games_.id, games_.name, {}})}));
@@ -112,7 +112,7 @@ TEST_F(LauncherModelPlaces, AtAStartWhatIsGoneLeavesAtOnceAndComesBackToItsPlace
     EXPECT_EQ(startAgain().items(), arranged_);
 }
 
-TEST_F(LauncherModelPlaces, WhereAFolderWentMeanwhileItIsMadeAgain) {
+TEST_F(LauncherModelPlaces, AFolderThatIsGoneIsMadeAgain) {
     LauncherModel& model = runningArranged();
     uninstall(5);
     rescan();
@@ -125,7 +125,7 @@ TEST_F(LauncherModelPlaces, WhereAFolderWentMeanwhileItIsMadeAgain) {
     EXPECT_EQ(*model.folder(games_.id), (Folder{games_.id, u"Games"_s, {path(5)}}));
 }
 
-TEST_F(LauncherModelPlaces, ThePlacesAreOnTheDiskBeforeTheLayoutIs) {
+TEST_F(LauncherModelPlaces, ThePlacesAreWrittenBeforeTheLayout) {
     runningArranged();
     uninstall(1);
     rescan();
@@ -136,7 +136,7 @@ TEST_F(LauncherModelPlaces, ThePlacesAreOnTheDiskBeforeTheLayoutIs) {
     EXPECT_EQ(files_.file(layoutPath), encodeItems(arranged_));
 }
 
-TEST_F(LauncherModelPlaces, AProcessKilledAfterAReturnHasLostNothing) {
+TEST_F(LauncherModelPlaces, AProcessKilledAfterAReturnLosesNothing) {
     runningArranged();
     uninstall(1);
     startAgain();
@@ -156,7 +156,7 @@ TEST_F(LauncherModelPlaces, APlaceIsForgottenAfterNinetyDays) {
     EXPECT_EQ(startAgain().items().back(), LaunchItem::app(path(1)));
 }
 
-TEST_F(LauncherModelPlaces, WithoutALayoutThePlacesBesideItCountForNothing) {
+TEST_F(LauncherModelPlaces, WithoutALayoutThePlacesAreIgnored) {
     runningArranged();
     uninstall(2);
     startAgain();
@@ -189,7 +189,7 @@ TEST_F(LauncherModelPlaces, AResetForgetsThePlaces) {
     EXPECT_FALSE(model_->folderIndex(games_.id));
 }
 
-TEST_F(LauncherModelPlaces, AnImportedFilePlacesWhatIsInstalledLater) {
+TEST_F(LauncherModelPlaces, AnImportedFilePlacesApplicationsInstalledLater) {
     LauncherModel& model = runningArranged();
     const QUuid tools = QUuid::createUuid();
     const LaunchItems imported = {
@@ -203,7 +203,7 @@ TEST_F(LauncherModelPlaces, AnImportedFilePlacesWhatIsInstalledLater) {
     EXPECT_EQ(model.items(), imported);
 }
 
-TEST_F(LauncherModelPlaces, AnImportForgetsThePlacesOfBefore) {
+TEST_F(LauncherModelPlaces, AnImportForgetsEarlierPlaces) {
     LauncherModel& model = runningArranged();
     uninstall(2);
     rescan();
@@ -227,7 +227,7 @@ TEST_F(LauncherModelPlaces, AnImportBeforeTheFirstScanWaitsForIt) {
     EXPECT_EQ(files_.file(layoutPath), encodeItems(imported));
 }
 
-TEST_F(LauncherModelPlaces, AResetAfterAnImportThatWaitsIsTheLastWord) {
+TEST_F(LauncherModelPlaces, AResetReplacesAWaitingImport) {
     installed_ = apps(3);
     LauncherModel& model = makeModel();
     EXPECT_FALSE(model.importLayout(exchangeFile({LaunchItem::app(path(3))})));
@@ -237,7 +237,7 @@ TEST_F(LauncherModelPlaces, AResetAfterAnImportThatWaitsIsTheLastWord) {
     EXPECT_EQ(model.items().front(), LaunchItem::app(path(1)));
 }
 
-TEST_F(LauncherModelPlaces, OfTwoImportedFoldersOfOneIdTheSecondGetsItsOwn) {
+TEST_F(LauncherModelPlaces, OfTwoImportedFoldersWithOneIdTheSecondGetsItsOwn) {
     LauncherModel& model = runningArranged();
     const LaunchItems imported = {LaunchItem::folder({games_.id, u"First"_s, {path(1), path(2)}}),
                                   LaunchItem::folder({games_.id, u"Second"_s, {path(3), path(4), path(5)}})};
@@ -250,7 +250,7 @@ TEST_F(LauncherModelPlaces, OfTwoImportedFoldersOfOneIdTheSecondGetsItsOwn) {
     EXPECT_EQ(second.apps, imported[1].asFolder()->apps);
 }
 
-TEST_F(LauncherModelPlaces, SoDoesTheSecondOfASavedLayout) {
+TEST_F(LauncherModelPlaces, OfTwoSavedFoldersWithOneIdTheSecondGetsItsOwn) {
     const LaunchItems saved = {LaunchItem::folder({games_.id, u"First"_s, {path(1), path(2)}}),
                                LaunchItem::folder({games_.id, u"Second"_s, {path(3)}})};
     files_.addFile(layoutPath, encodeItems(saved));
@@ -261,7 +261,7 @@ TEST_F(LauncherModelPlaces, SoDoesTheSecondOfASavedLayout) {
     EXPECT_EQ(model.items()[1].asFolder()->apps, QStringList{path(3)});
 }
 
-TEST_F(LauncherModelPlaces, AScanHeldBackByADragKeepsWhatStays) {
+TEST_F(LauncherModelPlaces, AScanHeldBackByADragKeepsMissingApplications) {
     LauncherModel& model = runningArranged();
     press({210, 190});
     dragTo({210, 190}, {260, 190});

@@ -57,7 +57,7 @@ TEST_F(LauncherModelPointer, ThePressedTileIsKnownFromPressToRelease) {
     EXPECT_EQ(model.pressedID(), QString());
 }
 
-TEST_F(LauncherModelPointer, WhatWasPressedCountsAndNotWhatIsUnderTheRelease) {
+TEST_F(LauncherModelPointer, ThePressedTileCountsAndNotTheOneUnderTheRelease) {
     LauncherModel& model = shownWith(80);
     const QRectF tile = model.metrics().tileRect(model.metrics().cellCenter(0));
     const QPointF edge = tile.topLeft() + QPointF(1, 1);
@@ -75,7 +75,7 @@ TEST_F(LauncherModelPointer, AnAppThatIsGoneByTheReleaseOpensNothing) {
     EXPECT_TRUE(controller_->hides.empty());
 }
 
-TEST_F(LauncherModelPointer, AGestureTakenAwayHasNoEffect) {
+TEST_F(LauncherModelPointer, ACancelledGestureHasNoEffect) {
     LauncherModel& model = shownWith(3);
     const QPointF centre = model.metrics().cellCenter(0);
     press(centre);
@@ -124,7 +124,7 @@ TEST_F(LauncherModelPointer, WithoutAWindowTapsDoNothing) {
     EXPECT_EQ(model.pressedID(), QString());
 }
 
-TEST_F(LauncherModelPointer, WhoUsesNoPointerActivatesATileByItsIdentity) {
+TEST_F(LauncherModelPointer, ATileIsActivatedByItsId) {
     LauncherModel& model = shownWith(3);
     model.activate(LaunchItem::app(path(2)).id());
     EXPECT_EQ(controller_->hides, std::vector<std::optional<QString>>{path(2)});

@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 
 using LauncherModelScan = ModelFixture;
 
-TEST_F(LauncherModelScan, TheFirstScanLaysEverythingOutSortedAndSavesIt) {
+TEST_F(LauncherModelScan, TheFirstScanLaysOutAllAppsByNameAndSaves) {
     installed_ = {{u"/10.app"_s, u"App 10"_s}, {u"/9.app"_s, u"App 9"_s}};
     LauncherModel& model = makeModel();
     EXPECT_TRUE(model.items().empty());
@@ -18,7 +18,7 @@ TEST_F(LauncherModelScan, TheFirstScanLaysEverythingOutSortedAndSavesIt) {
     EXPECT_EQ(files_.file(layoutPath), encodeItems(expected));
 }
 
-TEST_F(LauncherModelScan, AScanThatChangesNothingTouchesNeitherItemsNorFile) {
+TEST_F(LauncherModelScan, AScanWithoutChangesTouchesNeitherItemsNorFile) {
     LauncherModel& model = shownWith(3);
     const int writes = files_.writes();
     QSignalSpy items(&model, &LauncherModel::itemsChanged);
@@ -55,7 +55,7 @@ TEST_F(LauncherModelScan, AppsComeAndGoAndThePageStaysInRange) {
     EXPECT_EQ(model.displayedPageCount(), 1);
 }
 
-TEST_F(LauncherModelScan, ARenamedAppIsToldEvenWhenTheLayoutStays) {
+TEST_F(LauncherModelScan, ARenamedAppIsSignalledEvenWhenTheLayoutStays) {
     LauncherModel& model = shownWith(2);
     QSignalSpy names(&model, &LauncherModel::namesChanged);
     QSignalSpy items(&model, &LauncherModel::itemsChanged);
@@ -67,7 +67,7 @@ TEST_F(LauncherModelScan, ARenamedAppIsToldEvenWhenTheLayoutStays) {
     EXPECT_EQ(model.appName(path(1)), u"Another Name"_s);
 }
 
-TEST_F(LauncherModelScan, ThePageCountIsToldOnlyWhenItChanges) {
+TEST_F(LauncherModelScan, ThePageCountIsSignalledOnlyWhenItChanges) {
     LauncherModel& model = shownWith(35);
     QSignalSpy count(&model, &LauncherModel::pageCountChanged);
     model.applyScan(apps(34));
@@ -77,7 +77,7 @@ TEST_F(LauncherModelScan, ThePageCountIsToldOnlyWhenItChanges) {
     EXPECT_EQ(model.displayedPageCount(), 2);
 }
 
-TEST_F(LauncherModelScan, BeingShownClearsWhatTheLastShowingLeftAndScans) {
+TEST_F(LauncherModelScan, ShowingTheLauncherResetsTransientStateAndScans) {
     const Folder folder{QUuid::createUuid(), u"F"_s, {path(1)}};
     files_.addFile(layoutPath, encodeItems({LaunchItem::folder(folder)}));
     LauncherModel& model = shownWith(80);

@@ -85,7 +85,7 @@ TEST_F(LauncherModelSearch, EndingTheSearchReturnsToThePageBeforeIt) {
     EXPECT_EQ(model.page(), 2);
 }
 
-TEST_F(LauncherModelSearch, ThePageReturnedToIsThereEvenWhenTheLayoutHasFewerPagesNow) {
+TEST_F(LauncherModelSearch, ThePageReturnedToIsClampedWhenTheLayoutHasFewerPages) {
     LauncherModel& model = shownWith(80);
     model.goToPage(2);
     model.setSearchText(u"a"_s);
@@ -122,7 +122,7 @@ TEST_F(LauncherModelSearch, StartingASearchClosesTheOpenFolder) {
     EXPECT_FALSE(model.openFolderID().has_value());
 }
 
-TEST_F(LauncherModelSearch, TheChangeIsToldOnceWithEverythingInPlace) {
+TEST_F(LauncherModelSearch, AChangeIsSignalledOnceWithAllStateUpdated) {
     LauncherModel& model = shownWith(80);
     model.goToPage(2);
     QSignalSpy text(&model, &LauncherModel::searchTextChanged);
@@ -134,7 +134,7 @@ TEST_F(LauncherModelSearch, TheChangeIsToldOnceWithEverythingInPlace) {
         EXPECT_EQ(model.displayedPageCount(), 1);
     });
     QObject::connect(&model, &LauncherModel::pageChanged, [&] {
-        EXPECT_EQ(model.displayedItems().size(), 1U) << "no page is told of before what it shows is there";
+        EXPECT_EQ(model.displayedItems().size(), 1U) << "the page is signalled after its items";
     });
     model.setSearchText(u"app 42"_s);
     model.setSearchText(u"app 42"_s);
@@ -142,7 +142,7 @@ TEST_F(LauncherModelSearch, TheChangeIsToldOnceWithEverythingInPlace) {
     EXPECT_EQ(text.count(), 1);
 }
 
-TEST_F(LauncherModelSearch, BeingShownAgainEndsTheSearchOnThePageBeforeIt) {
+TEST_F(LauncherModelSearch, ShowingTheLauncherEndsTheSearchOnThePageBeforeIt) {
     LauncherModel& model = shownWith(80);
     model.goToPage(1);
     model.setSearchText(u"app 4"_s);
@@ -167,7 +167,7 @@ TEST_F(LauncherModelSearch, AScanWhileSearchingUpdatesTheResults) {
     EXPECT_TRUE(model.findsNothing());
 }
 
-TEST_F(LauncherModelSearch, AScanTellsThePageCountOfTheResults) {
+TEST_F(LauncherModelSearch, AScanSignalsThePageCountOfTheResults) {
     LauncherModel& model = shownWith(3);
     model.setSearchText(u"app"_s);
     QSignalSpy pageCount(&model, &LauncherModel::pageCountChanged);
@@ -189,7 +189,7 @@ TEST_F(LauncherModelSearch, ASearchDoesNotWaitForTheNamesToBeIndexed) {
     queue_.runPosted();
     model.setSearchText(u"app 1"_s);
     EXPECT_EQ(names(model.searchResults()), (QStringList{u"App 1"_s, u"App 10"_s}))
-        << "what was indexed before the last scan is forgotten";
+        << "the index of the scan before is dropped";
 }
 
 TEST_F(LauncherModelSearch, AnIndexThatOutlivesTheModelDoesNothing) {

@@ -67,7 +67,7 @@ TEST_F(LauncherModelSettings, ColumnsAreSetBeforeRows) {
     EXPECT_EQ(model.page(), 2) << "9 × 4 on the way has three pages; 5 × 2 would have had eight";
 }
 
-TEST_F(LauncherModelSettings, AGridIsToldWithThePageInRange) {
+TEST_F(LauncherModelSettings, AGridIsSignalledWithThePageInRange) {
     LauncherModel& model = shownWith(80);
     model.goToPage(2);
     int grids = 0;
@@ -80,7 +80,7 @@ TEST_F(LauncherModelSettings, AGridIsToldWithThePageInRange) {
     EXPECT_EQ(grids, 2);
     EXPECT_EQ(pageCount.count(), 1) << "80 tiles take 2 pages of 9 × 5 as of 9 × 6";
     model.setGrid(9, 6);
-    EXPECT_EQ(grids, 2) << "it was so before";
+    EXPECT_EQ(grids, 2) << "unchanged";
 }
 
 TEST_F(LauncherModelSettings, SixGridsAreOffered) {
@@ -101,14 +101,14 @@ TEST_F(LauncherModelSettings, ABackgroundIsStoredByItsText) {
     EXPECT_EQ(told.count(), 3);
 }
 
-TEST_F(LauncherModelSettings, ABackgroundThatIsNoneOrNoTextIsBlue) {
+TEST_F(LauncherModelSettings, AnUnknownStoredBackgroundIsBlue) {
     preferences_.setString(u"backgroundTheme"_s, u"red"_s);
     EXPECT_EQ(makeModel().background(), BackgroundTheme::Blue);
     preferences_.setInteger(u"backgroundTheme"_s, 2);
     EXPECT_EQ(makeModel().background(), BackgroundTheme::Blue);
 }
 
-TEST_F(LauncherModelSettings, ALanguageIsCurrentStoredAndAppliedBeforeItIsToldOnce) {
+TEST_F(LauncherModelSettings, ALanguageIsCurrentStoredAndAppliedBeforeItIsSignalledOnce) {
     QStringList steps;
     applyToFrameworks_ = [&](AppLanguage language) {
         EXPECT_EQ(language, AppLanguage::German);
@@ -146,7 +146,7 @@ TEST_F(LauncherModelSettings, FollowingTheSystemIsAChoiceThatIsStoredToo) {
     EXPECT_EQ(L::language(), AppLanguage::System);
 }
 
-TEST_F(LauncherModelSettings, PreferencesThatAreReadLateAreTakenAndNotStoredAgain) {
+TEST_F(LauncherModelSettings, PreferencesReadLateAreUsedAndNotStoredAgain) {
     LauncherModel& model = shownWith(80);
     const QSignalSpy grid(&model, &LauncherModel::gridChanged);
     const QSignalSpy background(&model, &LauncherModel::backgroundChanged);
@@ -169,14 +169,14 @@ TEST_F(LauncherModelSettings, PreferencesThatAreReadLateAreTakenAndNotStoredAgai
     EXPECT_EQ(stored, QStringList());
 }
 
-TEST_F(LauncherModelSettings, OpeningAtLoginIsSwitchedByWhatTheDesktopSays) {
+TEST_F(LauncherModelSettings, OpeningAtLoginTogglesTheDesktopsState) {
     const auto item = std::make_shared<FakeLoginItem>();
     loginItem_ = item;
     LauncherModel& model = makeModel();
     EXPECT_FALSE(model.opensAtLogin());
     model.toggleOpenAtLogin();
     EXPECT_TRUE(model.opensAtLogin());
-    item->disable(); // by somebody else
+    item->disable(); // outside the program
     model.toggleOpenAtLogin();
     EXPECT_TRUE(model.opensAtLogin());
     model.toggleOpenAtLogin();

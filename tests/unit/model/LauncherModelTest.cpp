@@ -59,7 +59,7 @@ TEST_F(LauncherModelTest, GoingToAPageStaysInRangeAndEndsTheScroll) {
     EXPECT_EQ(model.page(), 0);
 }
 
-TEST_F(LauncherModelTest, TurningToAPageCarriesThePageSpring) {
+TEST_F(LauncherModelTest, TurningToAPageMovesOnThePageSpring) {
     LauncherModel& model = shownWith(80);
     std::optional<Animation> carried;
     QObject::connect(&model, &LauncherModel::pageChanged, [&carried] { carried = currentAnimation(); });
@@ -119,7 +119,7 @@ TEST_F(LauncherModelTest, MomentumAndOtherPhasesAreIgnored) {
     EXPECT_EQ(model.page(), 0);
 }
 
-TEST_F(LauncherModelTest, ABeginningForgetsWhatWasGathered) {
+TEST_F(LauncherModelTest, ANewSwipeBeginsAtZero) {
     LauncherModel& model = shownWith(80);
     for (const ScrollEvent::Phase beginning : {ScrollEvent::Phase::MayBegin, ScrollEvent::Phase::Began}) {
         model.handleScroll(fingers(ScrollEvent::Phase::Changed, -60));
@@ -152,7 +152,7 @@ TEST_F(LauncherModelTest, AnAppIsNamedByTheScanAndAFolderByItself) {
     EXPECT_EQ(model.name(LaunchItem::folder({QUuid::createUuid(), u"Games"_s, {}})), u"Games"_s);
 }
 
-TEST_F(LauncherModelTest, UntilTheFirstScanIsInNamesAreTheRememberedOnes) {
+TEST_F(LauncherModelTest, UntilTheFirstScanNamesAreTheRememberedOnes) {
     remembered_.insert(path(1), u"Real Name"_s);
     installed_ = apps(1);
     LauncherModel& model = makeModel();

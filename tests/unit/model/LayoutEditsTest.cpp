@@ -37,13 +37,13 @@ TEST(LayoutEdits, AnItemIsFoundByItsIdentity) {
     EXPECT_EQ(LayoutEdits::indexOf(items, QString()), std::nullopt);
 }
 
-TEST(LayoutEdits, TheFirstFolderOfAnIdIsTheOneAndAppsAreSkipped) {
+TEST(LayoutEdits, TheFirstFolderWithAnIdIsFoundAndAppsAreSkipped) {
     const LaunchItems items = {app(u"x"_s), folderOf({u"a"_s}), folderOf({u"b"_s})};
     EXPECT_EQ(LayoutEdits::folderIndex(items, games), 1U);
     EXPECT_EQ(LayoutEdits::folderIndex(items, QUuid::createUuid()), std::nullopt);
 }
 
-TEST(LayoutEdits, AMovedItemEndsWhereItWasSentAndTheOthersKeepTheirOrder) {
+TEST(LayoutEdits, AMovedItemEndsAtItsNewIndexAndTheOthersKeepTheirOrder) {
     LaunchItems items = appsNamed(u"abcde"_s);
     LayoutEdits::move(items, 1, 3);
     EXPECT_EQ(items, appsNamed(u"acdbe"_s));

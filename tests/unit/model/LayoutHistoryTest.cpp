@@ -18,7 +18,7 @@ using Reason = LayoutHistory::Reason;
 const QString historyFolder = u"/data/Amberquill/layout-history"_s;
 const sys_seconds noon = sys_days(2026y / 11 / 22) + 12h;
 
-// While it lives, the user is there.
+// Sets the user's time zone while this exists.
 class InTimeZone {
 public:
     explicit InTimeZone(const char* name)
@@ -115,13 +115,13 @@ TEST_F(ModelHistory, BeforeTheFirstChangeOfADayTheLayoutIsCopied) {
     EXPECT_NE(before, evening);
 }
 
-TEST_F(ModelHistory, SavingWhatTheFileHoldsIsNoChange) {
+TEST_F(ModelHistory, SavingTheSameLayoutIsNoChange) {
     model_->save();
     queue_.runPosted();
     EXPECT_EQ(copiesIn(files_), QStringList());
 }
 
-TEST_F(ModelHistory, BeforeSortingResettingAndImportingItIsCopiedAndAnImportBringsItBack) {
+TEST_F(ModelHistory, BeforeASortAResetAndAnImportTheLayoutIsCopiedAndCanBeImported) {
     model_->setGrid(8, 6);
     model_->sortByName();
     model_->resetLayout();
@@ -139,20 +139,20 @@ TEST_F(ModelHistory, BeforeSortingResettingAndImportingItIsCopiedAndAnImportBrin
     EXPECT_EQ(model_->rows(), 6);
 }
 
-TEST_F(ModelHistory, AFileThatIsNoLayoutIsNoReasonForACopy) {
+TEST_F(ModelHistory, ARefusedImportMakesNoCopy) {
     EXPECT_TRUE(model_->importLayout("{}"));
     queue_.runPosted();
     EXPECT_EQ(copiesIn(files_), QStringList());
 }
 
-TEST_F(ModelHistory, WhatWaitsIsWrittenWithTheLayoutAtTheEnd) {
+TEST_F(ModelHistory, AFlushWritesWaitingCopies) {
     model_->sortByName();
     EXPECT_EQ(copiesIn(files_), QStringList()) << "the operation does not wait for it";
     model_->flushSaves();
     EXPECT_EQ(itemsOf(u"2026-11-22 12.00.00 before sort (1).json"_s), saved_);
 }
 
-TEST_F(ModelHistory, WhereNothingCanBeWrittenTheOperationIsCarriedOut) {
+TEST_F(ModelHistory, AFailedCopyDoesNotStopTheOperation) {
     files_.refuseWrites(true);
     testing::internal::CaptureStderr();
     model_->sortByName();
@@ -179,7 +179,7 @@ TEST_F(LayoutHistoryTest, ACopyIsAnExchangeFileWithPathsBelowHome) {
     EXPECT_EQ(file->items.back().asFolder()->apps, QStringList{u"~/y"_s});
 }
 
-TEST_F(LayoutHistoryTest, TheDayIsTheUsersOwn) {
+TEST_F(LayoutHistoryTest, TheDayIsThatOfTheUsersTimeZone) {
     const InTimeZone tokyo("Asia/Tokyo");
     queue_.setDate(sys_days(2026y / 11 / 22) + 14h + 59min);
     keep(Reason::Day);
@@ -189,7 +189,7 @@ TEST_F(LayoutHistoryTest, TheDayIsTheUsersOwn) {
                                              u"2026-11-23 00.01.00 before changes (2).json"_s}));
 }
 
-TEST_F(LayoutHistoryTest, AnotherStartOfTheSameDayKeepsNoSecondCopyOfIt) {
+TEST_F(LayoutHistoryTest, AnotherStartOnTheSameDayMakesNoSecondCopy) {
     keep(Reason::Day);
     restart();
     keep(Reason::Day);
@@ -200,14 +200,14 @@ TEST_F(LayoutHistoryTest, AnotherStartOfTheSameDayKeepsNoSecondCopyOfIt) {
     EXPECT_EQ(copiesIn(files_).size(), 2);
 }
 
-TEST_F(LayoutHistoryTest, SeveralOfOneSecondAreAllKept) {
+TEST_F(LayoutHistoryTest, SeveralCopiesWithinASecondAreAllKept) {
     for (int i = 0; i < 5; ++i) {
         keep(Reason::Sort);
     }
     EXPECT_EQ(copiesIn(files_).size(), 5);
 }
 
-TEST_F(LayoutHistoryTest, TheNewestThirtyAreKeptAndFilesOfOthersStay) {
+TEST_F(LayoutHistoryTest, TheNewestThirtyAreKeptAndOtherFilesStay) {
     const QStringList others = {u"my best layout.json"_s, u"2026-11-22 12.00.00.json"_s,
                                 u"2026-11-22 12.00.00 before sort (1) copy.json"_s,
                                 u"2026-11-22 12.00.00 before lunch (1).json"_s,
@@ -232,7 +232,7 @@ TEST_F(LayoutHistoryTest, TheNewestThirtyAreKeptAndFilesOfOthersStay) {
     EXPECT_TRUE(copies.contains(u"2026-12-26 12.00.00 before changes (35).json"_s));
 }
 
-TEST_F(LayoutHistoryTest, AClockThatGoesBackLosesNoNewCopyForAnOlderOne) {
+TEST_F(LayoutHistoryTest, AClockThatGoesBackDeletesNoNewerCopy) {
     for (int day = 1; day <= 30; ++day) {
         keep(Reason::Day);
         passDays(1);
@@ -253,7 +253,7 @@ TEST_F(LayoutHistoryTest, AClockThatGoesBackLosesNoNewCopyForAnOlderOne) {
     EXPECT_TRUE(copies.contains(u"2026-11-26 12.00.00 before changes (5).json"_s));
 }
 
-TEST_F(LayoutHistoryTest, ACopyOfADayThatCouldNotBeWrittenIsMadeBeforeTheNextChange) {
+TEST_F(LayoutHistoryTest, AFailedCopyOfADayIsMadeBeforeTheNextChange) {
     files_.refuseWrites(true);
     keep(Reason::Day);
     files_.refuseWrites(false);

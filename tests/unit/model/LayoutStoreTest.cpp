@@ -29,19 +29,19 @@ TEST_F(LayoutStoreTest, AMissingFileIsAnEmptyLayout) {
     EXPECT_TRUE(files_.paths().isEmpty());
 }
 
-TEST_F(LayoutStoreTest, WhatIsSavedIsLoadedAgain) {
+TEST_F(LayoutStoreTest, ASavedLayoutIsLoadedAgain) {
     store_.save(one_);
     queue_.runPosted();
     EXPECT_EQ(files_.file(path_), encodeItems(one_));
     EXPECT_EQ(LayoutStore(queue_, files_, u"/data"_s).load(), one_);
 }
 
-TEST_F(LayoutStoreTest, TheLastOfManySavesIsTheOneOnTheDisk) {
+TEST_F(LayoutStoreTest, TheLastOfSeveralSavesIsOnTheDisk) {
     store_.save(one_);
     store_.save(two_);
     queue_.runPosted();
     EXPECT_EQ(files_.file(path_), encodeItems(two_));
-    EXPECT_EQ(files_.writes(), 1) << "what was overtaken is not written";
+    EXPECT_EQ(files_.writes(), 1) << "the first save is not written";
 }
 
 TEST_F(LayoutStoreTest, AFlushWritesAtOnceAndNothingOlderFollows) {
@@ -54,7 +54,7 @@ TEST_F(LayoutStoreTest, AFlushWritesAtOnceAndNothingOlderFollows) {
     EXPECT_EQ(files_.writes(), 1);
 }
 
-TEST_F(LayoutStoreTest, WhatTheFileHoldsAlreadyIsNotWrittenAgain) {
+TEST_F(LayoutStoreTest, TheSameLayoutIsNotWrittenAgain) {
     files_.addFile(path_, encodeItems(one_));
     ASSERT_EQ(store_.load(), one_);
     store_.save(one_);
@@ -112,7 +112,7 @@ TEST_F(LayoutStoreTest, AnUnwritableFolderIsSilentAndTriedAgainAtTheNextSave) {
     EXPECT_EQ(files_.file(path_), encodeItems(one_));
 }
 
-TEST_F(LayoutStoreTest, WhatOthersDeletedOrChangedMeanwhileIsWrittenAgain) {
+TEST_F(LayoutStoreTest, AFileThatOthersDeletedOrChangedIsWrittenAgain) {
     store_.save(one_);
     store_.flush();
     ASSERT_TRUE(files_.remove(path_));

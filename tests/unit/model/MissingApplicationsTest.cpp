@@ -15,7 +15,7 @@ protected:
     [[nodiscard]] static QString systemPath(const QString& name) { return system + u"/"_s + name; }
     [[nodiscard]] static QString ownPath(const QString& name) { return own + u"/"_s + name; }
 
-    // A layout of two applications of the system's and two of the user's, one of them in a folder.
+    // A layout of two applications of the system and two of the user, one of these in a folder.
     [[nodiscard]] static LaunchItems layout() {
         return {LaunchItem::app(systemPath(u"a"_s)), LaunchItem::app(ownPath(u"c"_s)),
                 LaunchItem::folder({QUuid::createUuid(), u"F"_s, {systemPath(u"b"_s), ownPath(u"d"_s)}})};
@@ -45,18 +45,18 @@ protected:
 
 } // namespace
 
-TEST_F(MissingApplicationsTest, WhatIsFoundNeedsNotStay) {
+TEST_F(MissingApplicationsTest, NothingIsMissingWhenAllAreFound) {
     EXPECT_EQ(stayingAt(0, all()), QStringList());
     EXPECT_EQ(stayingAt(1, all()), QStringList());
     EXPECT_EQ(missing_.nextDecision(), std::nullopt);
 }
 
-TEST_F(MissingApplicationsTest, AtTheStartWhatIsGoneIsGoneAtOnce) {
+TEST_F(MissingApplicationsTest, TheFirstScanRemovesMissingApplicationsAtOnce) {
     EXPECT_EQ(stayingAt(0, found({systemPath(u"a"_s)})), QStringList());
     EXPECT_EQ(missing_.nextDecision(), std::nullopt);
 }
 
-TEST_F(MissingApplicationsTest, LaterItStaysForFiveSeconds) {
+TEST_F(MissingApplicationsTest, LaterAMissingApplicationStaysForFiveSeconds) {
     std::ignore = stayingAt(0, all());
     const ScanResult without = found({systemPath(u"a"_s), ownPath(u"c"_s), ownPath(u"d"_s)});
     EXPECT_EQ(stayingAt(100, without), QStringList{systemPath(u"b"_s)});
@@ -67,7 +67,7 @@ TEST_F(MissingApplicationsTest, LaterItStaysForFiveSeconds) {
     EXPECT_EQ(missing_.nextDecision(), std::nullopt);
 }
 
-TEST_F(MissingApplicationsTest, OneThatWasBackInBetweenStaysForFiveSecondsAgain) {
+TEST_F(MissingApplicationsTest, AnApplicationThatWasBackStaysForFiveSecondsAgain) {
     std::ignore = stayingAt(0, all());
     const ScanResult without = found({systemPath(u"a"_s), ownPath(u"c"_s), ownPath(u"d"_s)});
     std::ignore = stayingAt(100, without);
@@ -76,13 +76,13 @@ TEST_F(MissingApplicationsTest, OneThatWasBackInBetweenStaysForFiveSecondsAgain)
     EXPECT_EQ(missing_.nextDecision(), 111);
 }
 
-TEST_F(MissingApplicationsTest, OneThatHasMovedDoesNotStay) {
+TEST_F(MissingApplicationsTest, AMovedApplicationDoesNotStay) {
     std::ignore = stayingAt(0, all());
     ScanResult moved = found({systemPath(u"a"_s), ownPath(u"b"_s), ownPath(u"c"_s), ownPath(u"d"_s)});
     EXPECT_EQ(stayingAt(100, moved), QStringList());
 }
 
-TEST_F(MissingApplicationsTest, BelowAnUnreadableRootAllStayAsLongAsItIs) {
+TEST_F(MissingApplicationsTest, BelowAnUnreadableRootAllStay) {
     ScanResult unreadable = systemOnly();
     unreadable.folders.unreadable = QStringList{own};
     EXPECT_EQ(stayingAt(0, unreadable), ownApps_) << "at the start, too";
@@ -97,7 +97,7 @@ TEST_F(MissingApplicationsTest, BelowAnUnreadableFolderOfARootTheyStayToo) {
     EXPECT_EQ(missing_.staying(items, scan, 0), QStringList{ownPath(u"kde/e"_s)});
 }
 
-TEST_F(MissingApplicationsTest, OfARootThatIsGoneAllStayUntilItIsBack) {
+TEST_F(MissingApplicationsTest, BelowAMissingRootAllStayUntilItIsBack) {
     std::ignore = stayingAt(0, all());
     ScanResult gone = systemOnly();
     gone.folders.missing = QStringList{own};
@@ -106,13 +106,13 @@ TEST_F(MissingApplicationsTest, OfARootThatIsGoneAllStayUntilItIsBack) {
     EXPECT_EQ(missing_.nextDecision(), std::nullopt);
 }
 
-TEST_F(MissingApplicationsTest, ARootThatIsGoneAtTheStartIsGone) {
+TEST_F(MissingApplicationsTest, BelowARootMissingAtTheStartNoneStays) {
     ScanResult gone = systemOnly();
     gone.folders.missing = QStringList{own};
     EXPECT_EQ(stayingAt(0, gone), QStringList());
 }
 
-TEST_F(MissingApplicationsTest, AnEmptyRootIsBelievedInTheSecondScanTenSecondsLater) {
+TEST_F(MissingApplicationsTest, AnEmptyRootCountsInTheSecondScanTenSecondsLater) {
     std::ignore = stayingAt(0, all());
     EXPECT_EQ(stayingAt(100, systemOnly()), ownApps_);
     EXPECT_EQ(missing_.nextDecision(), 110);
@@ -121,7 +121,7 @@ TEST_F(MissingApplicationsTest, AnEmptyRootIsBelievedInTheSecondScanTenSecondsLa
     EXPECT_EQ(missing_.nextDecision(), std::nullopt);
 }
 
-TEST_F(MissingApplicationsTest, ARootThatWasUnreadableInBetweenHasToBeEmptyTwiceAgain) {
+TEST_F(MissingApplicationsTest, ARootThatWasUnreadableMustBeEmptyTwiceAgain) {
     std::ignore = stayingAt(0, all());
     std::ignore = stayingAt(100, systemOnly());
     ScanResult unreadable = systemOnly();

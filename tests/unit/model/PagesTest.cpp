@@ -24,7 +24,7 @@ TEST(VisibleEntries, ThereAreNoneBeforeTheContentHasAWidth) {
     EXPECT_TRUE(visibleEntries(numberedApps(3), {{0, 892}, 7, 5}, 0, 0).empty());
 }
 
-TEST(VisibleEntries, AreThoseOfThePageAndItsNeighboursInOrder) {
+TEST(VisibleEntries, AreTheItemsOfThePageAndItsNeighboursInOrder) {
     const auto entries = visibleEntries(numberedApps(35 * 5), page, 2, 0);
     ASSERT_EQ(entries.size(), 105U);
     for (std::size_t i = 0; i < entries.size(); ++i) {
@@ -75,11 +75,11 @@ TEST(Wheel, ADeltaOfAHalfDoesNothing) {
     EXPECT_EQ(turns.wheel({0, -0.51}, 3, 10), 4) << "and does not start the rest";
 }
 
-TEST(Wheel, SpunQuicklyItTurnsAPageEveryThreeTenthsOfASecond) {
+TEST(Wheel, AFastWheelTurnsAPageEveryThreeTenthsOfASecond) {
     PageTurns turns;
     int page = 0;
     int turned = 0;
-    for (int tick = 0; tick <= 100; ++tick) { // a second of a notch every 10 ms
+    for (int tick = 0; tick <= 100; ++tick) { // a notch every 10 ms for a second
         const int next = turns.wheel({0, -1}, page, tick * 0.01);
         turned += next != page ? 1 : 0;
         page = next;

@@ -83,13 +83,13 @@ TEST_F(AnimatedTest, AJumpGoesToTheTargetItTravelsToAtOnce) {
     withAnimation(motion::page, [&] { animated.setTarget(300); });
     frames(6);
     animated.setTarget(300);
-    EXPECT_TRUE(animated.isMoving()) << "the same target is no news";
+    EXPECT_TRUE(animated.isMoving()) << "the same target changes nothing";
     animated.jumpTo(300);
     EXPECT_EQ(animated.value(), 300);
     EXPECT_FALSE(animated.isMoving());
 }
 
-TEST_F(AnimatedTest, OneThatGoesAwayLeavesTheTimeline) {
+TEST_F(AnimatedTest, ADestroyedValueLeavesTheTimeline) {
     {
         Animated animated;
         animated.setTarget(0);
@@ -121,7 +121,7 @@ TEST_F(AnimatedTest, ReducedMotionMakesPositionsJumpAndFadesShort) {
     EXPECT_EQ(opacity.value(), 1);
 }
 
-TEST_F(AnimatedTest, AFadeIsNeverSoCloseToOpaqueThatDrawingTakesItForOpaque) {
+TEST_F(AnimatedTest, AFadeEndsBeforeTheRendererIgnoresItsChanges) {
     constexpr double takenForTheSame = 1e-5;
     for (const Animation& animation : {motion::show, motion::windowFadeIn}) {
         Animated opacity;

@@ -6,18 +6,18 @@
 
 using namespace amberquill;
 
-TEST(WithAnimation, OutsideThereIsNone) {
+TEST(WithAnimation, OutsideThereIsNoAnimation) {
     EXPECT_EQ(currentAnimation(), std::nullopt);
 }
 
-TEST(WithAnimation, InsideChangesCarryItAndAfterwardsTheyDoNot) {
+TEST(WithAnimation, InsideItIsTheCurrentAnimation) {
     std::optional<Animation> inside;
     withAnimation(motion::page, [&inside] { inside = currentAnimation(); });
     EXPECT_EQ(inside, motion::page);
     EXPECT_EQ(currentAnimation(), std::nullopt);
 }
 
-TEST(WithAnimation, TheInnerOneCountsWhileItRuns) {
+TEST(WithAnimation, TheInnerAnimationCountsWhileItRuns) {
     withAnimation(motion::page, [] {
         withAnimation(motion::move, [] { EXPECT_EQ(currentAnimation(), motion::move); });
         EXPECT_EQ(currentAnimation(), motion::page);

@@ -30,7 +30,7 @@ private:
 
 } // namespace
 
-TEST(Timeline, TellsWhenTheFirstSetsOffAndWhenTheLastRests) {
+TEST(Timeline, SignalsTheFirstStartAndTheLastEnd) {
     Timeline& timeline = Timeline::shared();
     QStringList told;
     QObject context;
@@ -51,7 +51,7 @@ TEST(Timeline, TellsWhenTheFirstSetsOffAndWhenTheLastRests) {
     EXPECT_TRUE(timeline.isIdle());
 }
 
-TEST(Timeline, OneThatGoesAwayDuringAFrameIsNotCalled) {
+TEST(Timeline, AValueRemovedDuringAFrameIsNotCalled) {
     Timeline& timeline = Timeline::shared();
     auto victim = std::make_unique<Countdown>(5);
     int called = 0;

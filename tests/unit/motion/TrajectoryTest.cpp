@@ -11,7 +11,7 @@ namespace {
 constexpr double start = 50;
 constexpr double precision = 0.5;
 
-// Lets a fresh motion be seen at once, so that its clock runs from `start`.
+// Advances a new motion at once, so that its clock runs from `start`.
 Trajectory setOff(double from, double to, const Animation& animation) {
     Trajectory trajectory(from);
     trajectory.travel(to, animation, start);
@@ -19,7 +19,7 @@ Trajectory setOff(double from, double to, const Animation& animation) {
     return trajectory;
 }
 
-// The same oscillator by small steps.
+// The same oscillator, integrated in small steps.
 double integrated(double offset, double velocity, const Animation& spring, double time) {
     const double omega = 2 * std::numbers::pi / spring.seconds;
     constexpr int steps = 200'000;
@@ -52,7 +52,7 @@ TEST(Trajectory, ASpringFollowsItsEquationWhateverTheDamping) {
     }
 }
 
-TEST(Trajectory, WhereASpringIsDoesNotDependOnHowOftenItIsLookedAt) {
+TEST(Trajectory, ASpringsValueDoesNotDependOnTheNumberOfFrames) {
     Trajectory often = setOff(0, 100, spring(0.42, 0.86));
     Trajectory seldom = often;
     for (int i = 1; i <= 144; ++i) {
@@ -76,7 +76,7 @@ TEST(Trajectory, AnInterruptedSpringKeepsItsSpeed) {
     EXPECT_GT(trajectory.value(), value);
 }
 
-TEST(Trajectory, ASpringRestsExactlyAtItsTargetOnceItCanNoLongerLeaveThePrecision) {
+TEST(Trajectory, ASpringEndsExactlyAtItsTargetOnceItStaysWithinThePrecision) {
     Trajectory trajectory = setOff(0, 100, spring(0.42, 0.7));
     double time = 0;
     double last = 0;
@@ -91,7 +91,7 @@ TEST(Trajectory, ASpringRestsExactlyAtItsTargetOnceItCanNoLongerLeaveThePrecisio
     EXPECT_NEAR(last, 100, 1);
 }
 
-TEST(Trajectory, ASpringThatMerelyPassesItsTargetDoesNotRestThere) {
+TEST(Trajectory, ASpringThatPassesItsTargetDoesNotEndThere) {
     Trajectory trajectory = setOff(0, 100, spring(0.42, 0.3));
     double time = 0;
     while (trajectory.value() < 99.9 && time < 5) {
@@ -125,7 +125,7 @@ TEST(Trajectory, AnEaseInStartsSlowlyAndAnEaseOutEndsSlowly) {
     EXPECT_GT(out.value(), 0.3);
 }
 
-TEST(Trajectory, AMotionFirstSeenLateIsNotHalfOver) {
+TEST(Trajectory, AMotionAdvancedLateBeginsWithAShortStep) {
     Trajectory trajectory(0);
     trajectory.travel(1, easeOut(0.2), start);
     trajectory.advance(start + 0.5, precision);
@@ -144,7 +144,7 @@ TEST(Trajectory, AJumpEndsAMotion) {
     EXPECT_FALSE(trajectory.isMoving());
 }
 
-TEST(Trajectory, TravellingToWhereItRestsIsNoMotion) {
+TEST(Trajectory, TravellingToTheCurrentValueIsNoMotion) {
     Trajectory trajectory(5);
     trajectory.travel(5, spring(0.42, 0.86), start);
     EXPECT_FALSE(trajectory.isMoving());
