@@ -3,6 +3,7 @@
 #include <QLoggingCategory>
 #include <QString>
 #include <QStringList>
+#include <string>
 
 namespace amberquill {
 
@@ -31,5 +32,17 @@ public:
 private:
     QtMessageHandler before_;
 };
+
+// The lines of the category that are logged while `work` runs, each with a line end.
+template<typename Work>
+[[nodiscard]] std::string debugLog(const char* category, const Work& work) {
+    const LogRecorder recorder(QString::fromLatin1(category) + QStringLiteral("=true"));
+    work();
+    std::string text;
+    for (const QString& line : LogRecorder::lines()) {
+        text += line.toStdString() + '\n';
+    }
+    return text;
+}
 
 } // namespace amberquill

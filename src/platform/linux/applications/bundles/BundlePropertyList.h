@@ -3,7 +3,7 @@
 //
 // - BundlePropertyList reads a bundle's Info.plist, by libplist: begin reading here.
 // - PropertyListGuard refuses a list that is too large, too deep or too much unfolded, before libplist sees
-// it.
+//   it.
 // - PropertyListMainBundle has the launcher's own values, such as its version and the address of the feed.
 //
 // A list has at most 1 MiB, 64 levels and 20,000 values. File names from a list are bare names, so that none

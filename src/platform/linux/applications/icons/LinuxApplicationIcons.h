@@ -2,14 +2,12 @@
 // size in device pixels.
 //
 // - LinuxApplicationIcons is the answer: begin reading here. It reads the entry or bundle, asks for a file,
-// has
-//   it decoded, and tries the next best file if that fails, up to four files.
+//   has it decoded, and tries the next best file if that fails, up to four files.
 // - lookup/ turns an icon's name into a file, by the freedesktop icon theme standard.
 // - workers/ turns a file's bytes into pixels, in processes of their own. No icon file is parsed in the
-// launcher.
+//   launcher.
 // - UndecodableFiles remembers the files that crash or block these processes, so that no start tries them
-// again,
-//   until the file or the launcher's version changes.
+//   again, until the file or the launcher's version changes.
 //
 // Safe on any thread; called on the threads of Lane::Icons. Bounds: 8 MiB for a file, 4096 pixels for a
 // picture, 256 files in the list of undecodable ones. The log category amberquill.icons names each icon

@@ -1,15 +1,14 @@
-// applications/launching/: opens applications. Answers whether one was started; it outlives the launcher.
+// applications/launching/: opens applications and web pages, and answers whether that worked. Applications
+// outlive the launcher.
 //
 // - LinuxApplicationOpener carries out a start: begin reading here.
 // - LaunchPlan decides how. A desktop entry (`.desktop`) is read again at that moment, and its application
 //   activated over the session bus (BusActivation) or run as a process. A bundle (`.app`) has its executable
 //   run. ExecLine splits and expands `Exec`, Terminal finds a terminal.
 // - ProcessLauncher runs a process: SuspendedProcess forks it, up to a start gate; ChildSetup is its code
-// between
-//   fork and exec; SystemdScope moves it into a unit of its own; ChildReaper reaps it.
+//   between fork and exec; SystemdScope moves it into a unit of its own; ChildReaper reaps it.
 // - InheritedState is the environment and the limits the launcher was started with. Applications get these,
-// so
-//   main() captures them first.
+//   so main() captures them first.
 // - StartupNotifications tells task bars. Its implementations are in activation/.
 //
 // An application is never started twice: a command is the fallback only if the bus certainly did not deliver

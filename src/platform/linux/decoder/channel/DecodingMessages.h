@@ -3,8 +3,7 @@
 // - DecodingMessages are the request and the answer: begin reading here.
 // - MessageSocket sends and receives messages with descriptors.
 // - SharedMemory has a file's bytes, and the picture, so that messages stay small. Sealed memory cannot be
-// changed
-//   or shrunk while the other process reads it.
+//   changed or shrunk while the other process reads it.
 // - IconBounds are the maximum sizes of files and pictures.
 //
 // Each side treats the other as hostile: a message of another length, magic number or size is rejected, and

@@ -9,7 +9,7 @@
 // Everything a library loads is loaded before the sandbox closes; after that no file is opened but fonts. A
 // forbidden system call ends the process with SIGSYS. Limits: 10 s of processor time for a picture, 10 s for
 // all pictures until the process is replaced, 1 GiB of memory, 16 descriptors. A process that cannot be
-// sandboxed exits without decoding. It prints nothing and does not log.
+// sandboxed exits without decoding. It does not log.
 #pragma once
 
 #include "platform/linux/decoder/process/SystemCallFilter.h"

@@ -1,8 +1,7 @@
 // applications/icons/lookup/: finds an icon's file by the freedesktop icon theme standard. Opens no icon.
 //
 // - IconLookup is the answer: begin reading here. It searches the user's theme, the theme's parents, hicolor,
-// the
-//   base folders themselves and Adwaita, and remembers the answers.
+//   the base folders themselves and Adwaita, and remembers the answers.
 // - IconThemeName finds out the user's theme.
 // - IconTheme searches one theme: in the order of sizes that IconOrder defines, in all its folders.
 // - IconThemeFolder is the theme's folder in one base folder. It asks the folder's icon-theme.cache

@@ -2,14 +2,13 @@
 // amberquill-icons, the program in decoder/process, so that a hostile file reaches nothing of the launcher.
 //
 // - IconWorkerPool has up to two processes and chooses one for each file: begin reading here. It decides when
-// a
-//   file is tried again, and when it is undecodable.
+//   a file is tried again, and when it is undecodable.
 // - IconWorker talks to one process: one request at a time, with time limits. It validates each answer.
 // - WorkerProcess starts, kills and reaps the process. WorkerProgram says which file that is.
 //
 // Limits: 10 s for a process to start, 2 s for a picture, two crashes for a file. Failures that are not the
-// file's (no processor time, a kill from outside, a failed start) do not count against it. All functions are
-// safe on any thread, and block. The messages are those of decoder/channel. The log category
+// file's (no processor time, a kill from outside, a failed start) do not count against it. IconWorkerPool is
+// safe on any thread, and decode() blocks. The messages are those of decoder/channel. The log category
 // amberquill.decoder names each failed attempt with the reason.
 #pragma once
 

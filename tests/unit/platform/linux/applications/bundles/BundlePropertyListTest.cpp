@@ -1,6 +1,6 @@
 #include "platform/linux/applications/bundles/BundlePropertyList.h"
 
-#include "support/DebugLog.h"
+#include "support/LogRecorder.h"
 #include "support/PropertyLists.h"
 #include "support/TemporaryTree.h"
 

@@ -1,7 +1,7 @@
 #include "platform/linux/applications/entries/DesktopEntryApplications.h"
 
-#include "support/DebugLog.h"
 #include "support/FixedEnvironment.h"
+#include "support/LogRecorder.h"
 #include "support/OrdinaryUser.h"
 #include "support/TemporaryTree.h"
 

@@ -2,8 +2,8 @@
 
 #include "platform/linux/applications/icons/workers/IconWorkerPool.h"
 #include "platform/linux/applications/icons/workers/WorkerProgram.h"
-#include "support/DebugLog.h"
 #include "support/IconFiles.h"
+#include "support/LogRecorder.h"
 #include "support/PropertyLists.h"
 #include "support/TestPaths.h"
 #include "workers/WorkerProcesses.h"

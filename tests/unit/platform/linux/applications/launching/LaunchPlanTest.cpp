@@ -1,7 +1,7 @@
 #include "platform/linux/applications/launching/LaunchPlan.h"
 
 #include "LaunchFiles.h"
-#include "support/DebugLog.h"
+#include "support/LogRecorder.h"
 
 using namespace amberquill;
 using namespace amberquill::desktop;

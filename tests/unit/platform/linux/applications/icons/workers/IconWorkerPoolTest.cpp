@@ -2,8 +2,8 @@
 
 #include "WorkerProcesses.h"
 #include "platform/linux/decoder/channel/IconBounds.h"
-#include "support/DebugLog.h"
 #include "support/IconFiles.h"
+#include "support/LogRecorder.h"
 #include "support/TestPaths.h"
 #include "support/WaitUntil.h"
 
