@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the program and starts it on the desktop this is called from. Arguments are the
-# program's. Where there is no display, it is shown on one without a screen: see scripts/show-without-display.py.
+# Installs missing packages, builds the program and starts it on the current desktop with the given arguments. Without a
+# display it is shown on an X server without a screen: see scripts/show-without-display.py.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")"
 
 scripts/setup.sh run
-# A folder that the tests have been built in keeps them.
+# A build folder that has tests keeps them.
 tests=()
 if [[ ! -e build/release/CMakeCache.txt ]]; then
     tests=(-DAMBERQUILL_TESTS=OFF)

@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, checks the formatting and runs every test: all of them as people run the program,
-# those that need no display also under the address and undefined-behaviour sanitizers and under the thread sanitizer,
-# and the readers of foreign files on the seeds of their fuzz targets. Ends with the test runner's summary. Arguments
-# are ctest's, as in:
+# Installs missing packages, builds, checks the formatting and runs all tests: all with the release build, those without
+# a display also with the address and undefined-behaviour sanitizers and with the thread sanitizer, and the fuzz targets
+# on their seeds. Ends with the test runner's summary. Passes its arguments to ctest, as in:
 #   ./test.sh -R unit_data
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")"
@@ -10,7 +9,7 @@ source scripts/steps.sh
 
 scripts/setup.sh run screenless test
 
-# Qt complains of a session without a runtime folder, and would make one that stays.
+# Without a runtime folder Qt prints a warning and creates one that stays.
 if [[ -z ${XDG_RUNTIME_DIR:-} ]]; then
     XDG_RUNTIME_DIR=$(mktemp --directory)
     export XDG_RUNTIME_DIR
@@ -29,7 +28,7 @@ built() {
 }
 step 'Building release' built release
 step 'Building asan' built asan
-# Nobody runs the program of this one.
+# This build's tests do not start the program itself.
 step 'Building tsan' built tsan --target tests
 
 # One run over all builds, for one summary.

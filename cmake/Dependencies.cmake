@@ -1,4 +1,4 @@
-# Everything the program is built on. All of it is in Debian 12; nothing is downloaded.
+# All dependencies. Debian 12 has them; nothing is downloaded.
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui DBus Network Qml Quick Svg Widgets)
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
@@ -7,7 +7,7 @@ pkg_check_modules(DBUS REQUIRED IMPORTED_TARGET dbus-1)
 pkg_check_modules(FONTCONFIG REQUIRED IMPORTED_TARGET fontconfig)
 pkg_check_modules(PLIST REQUIRED IMPORTED_TARGET libplist-2.0)
 pkg_check_modules(RSVG REQUIRED IMPORTED_TARGET librsvg-2.0)
-# Without -pthread, which the precompiled header is compiled without; the C library needs it no more.
+# Without -pthread: the precompiled header is compiled without it, and the C library no longer needs it.
 set_property(TARGET PkgConfig::RSVG PROPERTY INTERFACE_COMPILE_OPTIONS)
 pkg_check_modules(SECCOMP REQUIRED IMPORTED_TARGET libseccomp)
 pkg_check_modules(SODIUM REQUIRED IMPORTED_TARGET libsodium)

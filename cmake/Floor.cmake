@@ -12,7 +12,7 @@ target_link_libraries(amberquill_options INTERFACE amberquill_common_options)
 target_compile_options(amberquill_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wshadow>)
 
 if(AMBERQUILL_SANITIZE)
-    # GCC warns of the fences in Qt's headers that the thread sanitizer does not see. There are none of ours.
+    # GCC warns about fences in Qt's headers, which the thread sanitizer does not support. We use none.
     if(AMBERQUILL_SANITIZE STREQUAL "thread" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         add_compile_options(-Wno-tsan)
     endif()
@@ -25,12 +25,12 @@ if(AMBERQUILL_SANITIZE)
     endif()
 endif()
 
-# The precompiled header that all floors share: building one for each takes longer than it saves.
+# All floors share one precompiled header: building one for each would take longer than it saves.
 file(GENERATE OUTPUT ${CMAKE_BINARY_DIR}/precompiled.cpp CONTENT "")
 add_library(amberquill_precompiled OBJECT ${CMAKE_BINARY_DIR}/precompiled.cpp)
 target_link_libraries(amberquill_precompiled PRIVATE amberquill_options Qt6::Core Qt6::Gui)
 target_precompile_headers(amberquill_precompiled PRIVATE ${CMAKE_SOURCE_DIR}/src/precompiled.h)
-# As CMake asks for it, ccache sees the clone's path in the header's name. clang looks for the precompiled one by itself.
+# CMake's own option has the clone's path in it, which ccache would see. clang finds the precompiled header without.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     set(CMAKE_CXX_COMPILE_OPTIONS_USE_PCH -include <PCH_HEADER>)
 endif()

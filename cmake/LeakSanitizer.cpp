@@ -1,5 +1,5 @@
-// What the leak sanitizer is told in each program that draws SVG: libxml2 forgets the values of entities of
-// documents that it finds broken, and fontconfig keeps what it knows of fonts to the end.
+// Suppressions of the leak sanitizer for programs that draw SVG: libxml2 leaks the values of entities in
+// broken documents, and fontconfig never frees its caches.
 extern "C" [[gnu::visibility("default")]] const char* __lsan_default_suppressions();
 
 const char* __lsan_default_suppressions() {

@@ -1,10 +1,9 @@
-// What the thread sanitizer is told in each program that is built with it. TSAN_OPTIONS overrules it.
+// Default options of the thread sanitizer; TSAN_OPTIONS overrides them.
 //
-// Qt and the other libraries are not instrumented: what they do to memory does not count, since what orders
-// it is not seen. The locks, threads and files that they use are, and with them most hand-overs of our work.
-// The program and its tests fork while they have threads, and the child runs another program. A second start
-// ends at once, by _exit, while its threads read: nobody waits for those. A second's sleep at the end of each
-// of many programs is no help.
+// ignore_noninstrumented_modules: Qt and other libraries are not instrumented, so the sanitizer does not see
+// how they order their memory accesses. die_after_fork: the program and its tests fork while they have
+// threads; the child runs another program. report_thread_leaks: a second start ends by _exit while its
+// threads read. atexit_sleep_ms: the default of a second would delay each of many test programs.
 extern "C" [[gnu::visibility("default")]] const char* __tsan_default_options();
 
 const char* __tsan_default_options() {

@@ -1,11 +1,10 @@
 # amberquill_unify(<target> <folder>)
-# Where several files are compiled as one (CMAKE_UNITY_BUILD): the file that includes the sources of a target. It names
-# them as they are found from <folder>, which the target has on its include path. CMake's own such files name them by
-# absolute paths, and then what ccache keeps of one clone hardly serves another. CMake goes on to do so for what is
-# generated; a source with options of its own is compiled by itself.
+# In a unity build (CMAKE_UNITY_BUILD), writes the file that includes all sources of the target, by their paths below
+# <folder>, which is on the target's include path. CMake's own unity files have absolute paths, with which ccache finds
+# little in another clone. Generated sources stay in CMake's; a source with options of its own is compiled by itself.
 function(amberquill_unify target folder)
     if(CMAKE_UNITY_BUILD)
-        # At the end of its folder, when all is known about its sources.
+        # At the end of the folder, when the properties of all sources are set.
         cmake_language(EVAL CODE "cmake_language(DEFER CALL amberquill_write_unity_file [[${target}]] [[${folder}]])")
     endif()
 endfunction()

@@ -1,6 +1,5 @@
-# amberquill_wayland_protocol(<name> <file>...) makes the library amberquill_<name>_protocol of what wayland-scanner
-# generates from protocols: <file's name>-client-protocol.h, and -server-protocol.h for the tests, which play the
-# compositor.
+# amberquill_wayland_protocol(<name> <file>...) makes the library amberquill_<name>_protocol from the code that
+# wayland-scanner generates: <file's name>-client-protocol.h, and -server-protocol.h for tests that act as compositor.
 find_program(WAYLAND_SCANNER wayland-scanner REQUIRED)
 
 function(amberquill_wayland_protocol name)

@@ -14,7 +14,7 @@ Flatpaks and Snaps) and application bundles, and speaks English, Italian,
 Spanish, French, German, Chinese and Japanese.")
 set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
 set(CPACK_STRIP_FILES ON)
-# The installation is told the path that the program will have, and where to put it meanwhile.
+# The installation script gets the program's final path and the folder to write to.
 set(CPACK_SET_DESTDIR ON)
 set(CPACK_INSTALL_PREFIX /usr)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
@@ -25,8 +25,8 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION x11)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# What is loaded at run time, which no library's name tells: the views' modules, the window system's plugin, the
-# readers of pictures, the texts of Qt's own dialogs.
+# Loaded at run time, so that the linker does not know them: QML modules, the window system's plugin, image readers, the
+# translations of Qt's own dialogs.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
     "qml6-module-qtqml-workerscript"
     "qml6-module-qtquick"

@@ -10,7 +10,7 @@ else()
     set(data ${CMAKE_INSTALL_PREFIX}/${AMBERQUILL_DATADIR})
 endif()
 
-# Both formats quote like a shell; what either would take for more than a letter is not worth a program's path.
+# Both formats quote like a shell. Paths with characters that either would interpret are refused.
 if(program MATCHES "[\"`$\\%\n]")
     message(FATAL_ERROR "No desktop starts a program by this path: ${program}")
 endif()
@@ -19,7 +19,7 @@ if(NOT program MATCHES "^[A-Za-z0-9/._+-]+$")
     set(AMBERQUILL_EXEC "\"${program}\"")
 endif()
 
-# Written where they belong at once: several installations may run side by side.
+# Written to the final place at once: several installations may run at the same time.
 set(id org.amberquill.Amberquill)
 foreach(file IN ITEMS applications/${id}.desktop dbus-1/services/${id}.service)
     get_filename_component(name ${file} NAME)

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Runs clang through ccache: ccache-clang.sh <compiler> <argument>...
 #
-# A precompiled header of clang's holds the path of its clone, so that ccache would take all that is compiled with it for
-# something else in every clone. Where a digest lies beside such a header, ccache reads the digest instead. Here it is made
-# of what decides the header's content, the options and the text of all files it includes, without the clone's path.
+# clang's precompiled headers contain the path of the clone, so ccache would find nothing in another clone. ccache reads a
+# checksum file next to such a header instead of the header, if there is one. This script writes it: a digest of the
+# options and of the text of all included files, without the clone's path.
 set -euo pipefail
 
 export CCACHE_PCH_EXTSUM=true
@@ -20,6 +20,6 @@ done
 clone=$(cd "$(dirname "$(readlink -f "$0")")/.." && pwd)
 {
     printf '%s\n' "$@"
-    # The compiler's list of them has the form of a rule of make.
+    # The compiler lists them as a make rule.
     sed -e '1s/^[^:]*://' -e 's/\\$//' "$header.d" | xargs cat
 } | sed "s|$clone||g" | sha256sum >"$header.sum"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Draws every state of the launcher at several sizes, resolutions and in every theme, with real applications' icons and
-# with made-up ones, and puts the pictures together on sheets, for a person to look at:
+# Draws all states of the launcher in several sizes, resolutions and all themes, with real and made-up icons, and arranges
+# the pictures on sheets to look at:
 #   scripts/contact-sheet.sh [FOLDER]        (build/contact-sheet)
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
@@ -26,7 +26,7 @@ for name in "${chosen[@]}"; do
     fi
 done
 
-# One sheet of all pictures in a folder, each made smaller by itself: together they are more than fits.
+# One sheet of all pictures of a folder. Each is shrunk first: together they would be too large.
 sheet() {
     local small picture
     small=$(mktemp -d)

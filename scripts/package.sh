@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the program as Debian's packages are and packs it. Prints where the package lies.
+# Installs missing packages, builds the program with Debian's package flags and packs it. Prints the package's path.
 set -euo pipefail
 cd "$(dirname "$(readlink -f "$0")")/.."
 
@@ -7,7 +7,7 @@ scripts/setup.sh run package
 mkdir -p build
 cmake --preset package --log-level=WARNING >&2
 cmake --build --preset package >&2
-# What lies in the package is readable by everybody, whatever the user's files are.
+# Everybody may read the package's files, whatever the user's umask is.
 umask 022
 (cd build/package && cpack -G DEB >&2)
 ls "$PWD"/build/package/amberquill_*.deb

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Installs what is missing of the packages that packages.txt names for the purposes given:
+# Installs the missing packages of packages.txt for the given purposes:
 #   scripts/setup.sh run test
-# Touches nothing and asks nobody when all are there.
+# Does nothing if all are installed.
 set -euo pipefail
 
 list=$(dirname "$(readlink -f "$0")")/packages.txt
 
-# The packages below the headings that are asked for.
+# The packages below the requested headings.
 wanted() {
     awk -v purposes=" $* " '
         /^#/ || /^$/ { next }

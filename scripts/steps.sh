@@ -1,13 +1,13 @@
 # shellcheck shell=bash
-# What the commands that check the project have in common. Sourced in the project's folder.
+# Functions of the scripts that check the project. Sourced in the project's folder.
 
-# say <text> says what begins, with the seconds since the beginning.
+# say <text> prints the text after the seconds since the start.
 say() {
     printf '%4d s  %s\n' "$SECONDS" "$1"
 }
 
-# step <name> <command>... runs a command and is silent if it succeeds. Otherwise it shows what the command said, once
-# more the lines that name a fault, which may be far up, and ends the script.
+# step <name> <command>... runs a command and prints nothing if it succeeds. If it fails, prints its output, repeats the
+# lines with errors, which may be far up, and ends the script.
 step() {
     local name=$1 log
     shift

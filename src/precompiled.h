@@ -1,4 +1,4 @@
-// Headers that nearly every file pulls in. A file includes what it uses all the same: this is only for speed.
+// Headers that nearly every file includes, compiled once. Files still include what they use.
 #pragma once
 
 #ifdef __cplusplus

@@ -13,7 +13,7 @@ namespace amberquill {
 
 namespace {
 
-// A thread without work ends after so long: the lanes of a launcher at rest have none.
+// A thread without work ends after so long: a launcher at rest has no threads of lanes.
 constexpr std::chrono::seconds longestIdle{5};
 
 } // namespace
@@ -23,8 +23,8 @@ struct BackgroundLane::State {
     std::condition_variable changed;
     std::deque<Work> waiting;          // for a place
     std::deque<Work> ready;            // has a place, and a thread on its way
-    std::list<QDeadlineTimer> running; // until each piece counts as stuck
-    int places = 1;                    // pieces that may run at a time, stuck ones among them
+    std::list<QDeadlineTimer> running; // for each piece, when it counts as stuck
+    int places = 1;                    // pieces that may run at a time, including stuck ones
     int threads = 0;
     int idle = 0;        // of the threads
     bool isOver = false; // idle threads end at once
@@ -41,7 +41,7 @@ struct BackgroundLane::State {
         state->changed.notify_all();
     }
 
-    // False: there was none for so long that the thread is not needed.
+    // False: the thread was idle for so long that it is not needed.
     bool waitForWork(std::unique_lock<std::mutex>& lock) {
         ++idle;
         changed.wait_for(lock, longestIdle, [this] { return !ready.empty() || isOver; });
@@ -49,14 +49,14 @@ struct BackgroundLane::State {
         return !ready.empty();
     }
 
-    // The lock is given up while the work runs.
+    // The lock is released while the work runs.
     static void runNext(const std::shared_ptr<State>& state, std::unique_lock<std::mutex>& lock) {
         Work work = std::move(state->ready.front());
         state->ready.pop_front();
         const auto self = state->running.insert(state->running.end(), QDeadlineTimer(patience));
         lock.unlock();
         work();
-        work = nullptr; // what it holds goes before its end is told
+        work = nullptr; // its captures are destroyed before it counts as ended
         lock.lock();
         state->running.erase(self);
         ++state->idle; // it takes the next piece itself
@@ -64,7 +64,7 @@ struct BackgroundLane::State {
         --state->idle;
     }
 
-    // Gives free places to waiting work, and has as many threads as that takes.
+    // Gives free places to waiting work, and starts threads for it.
     static void assignPlaces(const std::shared_ptr<State>& state, std::unique_lock<std::mutex>& lock) {
         auto taken = static_cast<int>(state->ready.size() + state->running.size());
         for (; !state->waiting.empty() && taken < state->places; ++taken) {
@@ -79,7 +79,7 @@ struct BackgroundLane::State {
             }
         }
         state->changed.notify_all();
-        // Where the system has no thread to give, the work is done on this one.
+        // If the system cannot create a thread, the work runs on this one.
         while (state->threads == 0 && !state->ready.empty()) {
             runNext(state, lock);
         }
@@ -129,7 +129,7 @@ void BackgroundLane::passStuck() {
 }
 
 void BackgroundLane::dropWaiting() {
-    std::deque<Work> dropped; // declared first: it goes without the lock
+    std::deque<Work> dropped; // declared first: destroyed after the lock is released
     const std::scoped_lock lock(state_->mutex);
     dropped.swap(state_->waiting);
 }

@@ -8,15 +8,14 @@
 namespace amberquill {
 
 // The threads for one kind of background work. A piece that does not end, such as a read from a mount that
-// does not answer, holds its thread for as long as that takes, but not its place: waiting work gets another
-// thread for it. Main thread only.
+// does not answer, keeps its thread but not its place: waiting work gets another thread. Main thread only.
 class BackgroundLane {
 public:
     using Work = std::function<void()>;
 
     struct Bounds {
         int width = 1; // pieces that run at a time
-        int most = 1;  // threads at a time, those that are stuck among them
+        int most = 1;  // threads at a time, including stuck ones
     };
 
     // A piece that has run for so long counts as stuck.
@@ -30,7 +29,7 @@ public:
 
     void start(Work work);
 
-    // How many pieces run at a time from now on.
+    // The number of pieces that run at a time from now on.
     void setWidth(int width);
 
     // Whether there is work that waits for its place.
@@ -42,7 +41,7 @@ public:
     // Work that has not begun by now never will.
     void dropWaiting();
 
-    // Waits for the end of all work, no longer than until then; whether it came.
+    // Waits until all work has ended, or until the deadline. False: some work has not ended.
     [[nodiscard]] bool waitUntil(QDeadlineTimer deadline);
 
 private:

@@ -16,14 +16,13 @@ namespace amberquill {
 
 namespace {
 
-// However many mounts hang.
-constexpr int mostThreads = 32;
+constexpr int mostThreads = 32; // of a lane, even if many mounts hang
 
 std::size_t indexOf(Lane lane) {
     return static_cast<std::size_t>(lane);
 }
 
-// As many as there are cores where work takes the processor's time.
+// How many pieces a lane runs at a time: as many as there are cores if they use the processor.
 int usualWidth(Lane lane) {
     constexpr int launches = 4;
     switch (lane) {
@@ -52,12 +51,12 @@ QEvent::Type workEvent() {
 
 } // namespace
 
-// Work on its way to the main thread. Each piece has an event of its own, so it takes its turn among Qt's.
-// The lock orders the hand-over for the thread sanitizer, which does not see Qt's own.
+// Work for the main thread. Each piece is announced by an event of its own, so it runs in turn with Qt's
+// events. The thread sanitizer sees this lock; it does not see Qt's.
 struct EventLoopQueue::Mailbox {
     std::mutex mutex;
     std::deque<Work> works;
-    QObject* receiver = nullptr; // null: the queue is gone
+    QObject* receiver = nullptr; // null: the queue has been destroyed
 
     // Any thread.
     void post(Work work) {
@@ -76,7 +75,7 @@ struct EventLoopQueue::Mailbox {
     }
 
     void close() {
-        std::deque<Work> dropped; // declared first: it goes without the lock
+        std::deque<Work> dropped; // declared first: destroyed after the lock is released
         const std::scoped_lock lock(mutex);
         receiver = nullptr;
         dropped.swap(works);

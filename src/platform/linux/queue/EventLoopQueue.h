@@ -1,3 +1,11 @@
+// queue/: the main queue on Qt's event loop, and the threads of background work.
+//
+// `EventLoopQueue` implements `MainQueue`: clock, timers, and the mailbox through which other threads post
+// work to the main thread. Each kind of background work has a `BackgroundLane` with a bounded number of
+// threads, so that reading many icons does not delay saving the layout. A piece that hangs, for instance on a
+// mount that does not answer, keeps its thread but gives its place to other work after half a second;
+// `Lane::Apart` is for work that is likely to hang. At the program's end, `finish` waits only for a bounded
+// time. Begin with `EventLoopQueue::start`.
 #pragma once
 
 #include "platform/MainQueue.h"
@@ -12,14 +20,14 @@
 
 namespace amberquill {
 
-// The main queue on Qt's event loop, with threads for each lane. Made on the main thread, after the
-// application object; it outlives everything that posts to it. Its destruction waits for background work that
-// is under way, for as long as that takes.
+// The main queue on Qt's event loop. Made on the main thread, after the application object. It outlives all
+// objects that post to it, except through `answer`. Its destructor waits for running background work, except
+// `Lane::Apart`.
 class EventLoopQueue final : public QObject, public MainQueue {
     Q_OBJECT
 
 public:
-    // `slowdown`: how many seconds of the world one of its seconds takes, so that motion can be looked at.
+    // `slowdown`: the real seconds for each of the queue's seconds, to look at motion.
     explicit EventLoopQueue(double slowdown = 1);
     EventLoopQueue(const EventLoopQueue&) = delete;
     EventLoopQueue& operator=(const EventLoopQueue&) = delete;
@@ -29,19 +37,19 @@ public:
     [[nodiscard]] std::chrono::sys_seconds date() const override;
     void post(Work work) override;
 
-    // While a start is under way the processor is left to it: of each lane's background work one piece runs
-    // at a time, of icons half as many as there are cores, and after `hold` none. `release` makes up for it:
-    // from then on as much runs as there are cores.
+    // Leave the processor to the program's start. `runOneAtATime`: each lane runs one piece at a time, icons
+    // half as many as there are cores. `hold`: new background work waits, except `Lane::Launch` and
+    // `Lane::Apart`. `release` ends both.
     void runOneAtATime();
     void hold() { isHeld_ = true; }
     void release();
 
-    // Runs each of the works on a thread of its own, and waits for the end of all no longer than that;
-    // whether it came. Work that is late goes on.
+    // Runs each piece on a thread of its own and waits until all have ended, but no longer than `longest`.
+    // False: some of them still run.
     bool runWithin(std::chrono::milliseconds longest, std::vector<Work> works);
 
-    // At the program's end: lets go of what has not begun and waits for the rest. False: some of it has not
-    // ended within that time, and goes on using what it was given.
+    // For the program's end: drops background work that has not begun and waits for the rest, but no longer
+    // than `longest`. False: some of it still runs, and still uses the objects that it refers to.
     [[nodiscard]] bool finish(std::chrono::milliseconds longest);
 
 protected:
