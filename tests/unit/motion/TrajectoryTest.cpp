@@ -91,6 +91,16 @@ TEST(Trajectory, ASpringEndsExactlyAtItsTargetOnceItStaysWithinThePrecision) {
     EXPECT_NEAR(last, 100, 1);
 }
 
+TEST(Trajectory, ASpringDoesNotEndWhileItIsFartherThanThePrecision) {
+    Trajectory trajectory = setOff(0, 100, spring(0.42, 1));
+    double last = 0;
+    for (double time = 0; trajectory.isMoving() && time < 5; time += 0.0001) {
+        last = trajectory.value();
+        trajectory.advance(start + time, precision);
+    }
+    EXPECT_NEAR(last, 100, precision);
+}
+
 TEST(Trajectory, ASpringThatPassesItsTargetDoesNotEndThere) {
     Trajectory trajectory = setOff(0, 100, spring(0.42, 0.3));
     double time = 0;
