@@ -1,9 +1,12 @@
 #pragma once
 
+#include "platform/UserTime.h"
+
 #include <QString>
 #include <Qt>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <utility>
 
 namespace amberquill {
@@ -18,8 +21,8 @@ struct KeyChord {
 
 // What lets the program come to the front for a press of a shortcut.
 struct PressOrigin {
-    QString token;          // an activation token; empty: none
-    std::uint32_t time = 0; // on the X server's clock, in milliseconds; 0: not known
+    QString token = {};                // an activation token; empty: none
+    std::optional<UserTime> time = {}; // none: not known
 
     bool operator==(const PressOrigin&) const = default;
 };

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "platform/UserTime.h"
+
 #include <QString>
-#include <cstdint>
 
 class QScreen;
 class QWindow;
@@ -34,9 +35,8 @@ public:
     // the next present() take the focus. Empty: the action had none.
     virtual void setActivationToken(const QString&) {}
 
-    // When the user asked to see the launcher, on the X server's clock in milliseconds, for the next
-    // present(). Without it, that is now.
-    virtual void setUserTime(std::uint32_t) {}
+    // When the user asked to see the launcher, for the next present(). Without it, that is now.
+    virtual void setUserTime(UserTime) {}
 
     // Whether the window, while it is shown, appears in task bars and window switchers. False at first.
     // Window systems without such a setting ignore it.

@@ -46,8 +46,8 @@ void FocusController::hide() {
 void FocusController::toggle(const PressOrigin& origin) {
     const auto actions = decide(FocusPolicy::Event::ToggleRequested);
     if (!actions.contains(FocusPolicy::Action::Hide)) {
-        if (origin.time != 0) {
-            windows_.setUserTime(origin.time);
+        if (origin.time) {
+            windows_.setUserTime(*origin.time);
         }
         if (!origin.token.isEmpty()) {
             windows_.setActivationToken(origin.token);

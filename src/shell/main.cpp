@@ -113,7 +113,7 @@ void carryOut(const desktop::ApplicationRequest& request, AppDelegate& delegate)
         delegate.hideLauncher();
         break;
     case Kind::Toggle:
-        delegate.toggleByPress(PressRoute::Bus, {token, 0});
+        delegate.toggleByPress(PressRoute::Bus, {.token = token});
         break;
     }
 }

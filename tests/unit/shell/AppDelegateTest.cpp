@@ -295,12 +295,12 @@ TEST_F(AppDelegateTest, ATokenIsUsedForOneShowing) {
     delegate_->applicationDidFinishLaunching();
     delegate_->showLauncher(u"first"_s);
     delegate_->showLauncher();
-    delegate_->toggleLauncher({u"second"_s, 0});
+    delegate_->toggleLauncher({.token = u"second"_s});
     EXPECT_EQ(windows_.presentedWith, (QStringList{u""_s, u"first"_s, u""_s, u"second"_s}));
 }
 
 TEST_F(AppDelegateTest, ARequestDuringTheStartIsMetByTheStart) {
-    delegate_->toggleLauncher({u"token"_s, 0});
+    delegate_->toggleLauncher({.token = u"token"_s});
     delegate_->hideLauncher();
     delegate_->showLauncher();
     delegate_->applicationDidFinishLaunching();

@@ -24,7 +24,7 @@ class OffscreenWindowSystem final : public WindowSystem {
 public:
     [[nodiscard]] QScreen* screenUnderPointer() const override { return nullptr; }
     void setActivationToken(const QString& token) override { calls += token; }
-    void setUserTime(std::uint32_t time) override { calls += QString::number(time); }
+    void setUserTime(UserTime time) override { calls += QString::number(static_cast<std::uint32_t>(time)); }
     void present(QWindow& window, QScreen*) override {
         calls += u"present"_s;
         window.show();
@@ -179,7 +179,7 @@ TEST_F(FocusControllerTest, ATokenAndATimeComeBeforeTheWindow) {
     windows_.calls.clear();
     focus_->show(u"first"_s);
     focus_->hide();
-    focus_->toggle({u"second"_s, 7});
+    focus_->toggle({u"second"_s, UserTime{7}});
     EXPECT_EQ(windows_.calls, (QStringList{u"first"_s, u"present"_s, u"7"_s, u"second"_s, u"present"_s}));
 }
 
@@ -187,7 +187,7 @@ TEST_F(FocusControllerTest, AToggleThatHidesKeepsNoTokenAndNoTime) {
     launch();
     Q_EMIT qGuiApp->applicationStateChanged(Qt::ApplicationActive);
     windows_.calls.clear();
-    focus_->toggle({u"token"_s, 7});
+    focus_->toggle({u"token"_s, UserTime{7}});
     EXPECT_FALSE(launcher_->isShown());
     EXPECT_EQ(windows_.calls, QStringList());
 }

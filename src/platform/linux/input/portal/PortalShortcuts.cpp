@@ -89,9 +89,8 @@ void PortalShortcuts::openSession() {
         return;
     }
     session_ = std::make_unique<PortalSession>(*bus_, shortcuts_, ++sessions_);
-    connect(session_.get(), &PortalSession::pressed, this, [this](std::uint32_t id, const QString& token) {
-        deliver(id, {token, 0});
-    });
+    connect(session_.get(), &PortalSession::pressed, this,
+            [this](std::uint32_t id, const QString& token) { deliver(id, {.token = token}); });
     connect(session_.get(), &PortalSession::ended, this, [this] {
         dropSession();
         askAgain(untilAskedAgain);

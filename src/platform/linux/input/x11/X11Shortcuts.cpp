@@ -91,7 +91,7 @@ bool X11Shortcuts::handleKey(const xcb_key_press_event_t& event, bool isPress) {
 void X11Shortcuts::deliverLater(std::uint32_t id, std::uint32_t time) {
     queue_.then(context_, [this, id, time] {
         if (shortcuts_.contains(id)) {
-            deliver(id, {{}, time});
+            deliver(id, {.time = UserTime{time}});
         }
     });
 }

@@ -262,8 +262,9 @@ void X11WindowSystem::tellPlace(QWindow& window) const {
 // Window managers refuse the focus to a window whose user did something later in another one. Whatever the
 // user did to see the launcher, it is answered at once: where its time is not known, it is now.
 void X11WindowSystem::noteUserTime() {
-    const std::uint32_t told = std::exchange(userTime_, 0);
-    QX11Info::setAppTime(told != 0 ? told : QX11Info::getTimestamp());
+    // Zero is CurrentTime, not a time.
+    const auto told = static_cast<std::uint32_t>(std::exchange(userTime_, std::nullopt).value_or(UserTime{}));
+    QX11Info::setAppTime(told != XCB_CURRENT_TIME ? told : QX11Info::getTimestamp());
     if (!startupId_.isEmpty()) {
         // Qt tells whoever shows a busy pointer for this start that it is complete.
         QX11Info::setNextStartupId(startupId_.toUtf8());

@@ -23,7 +23,7 @@ public:
     [[nodiscard]] bool blendsWindows() const override;
     [[nodiscard]] bool blursBehindWindows() const override;
     void setActivationToken(const QString& startupId) override;
-    void setUserTime(std::uint32_t time) override { userTime_ = time; }
+    void setUserTime(UserTime time) override { userTime_ = time; }
     void setListedInTaskBars(bool listed) override;
     void present(QWindow& window, QScreen* screen) override;
     void withdraw(QWindow& window) override;
@@ -54,7 +54,7 @@ private:
     QPointer<QWindow> window_;                 // the one that is up
     std::optional<xcb_window_t> earlierFocus_; // to give the focus back to; none where a window manager does
     QString startupId_;
-    std::uint32_t userTime_ = 0; // 0: now
+    std::optional<UserTime> userTime_; // of the X server, in milliseconds; none: now
     bool listedInTaskBars_ = false;
 };
 

@@ -57,7 +57,7 @@ protected:
 } // namespace
 
 TEST_F(X11ShortcutsTest, EachPressIsDeliveredOnceWithItsTime) {
-    std::uint32_t time = 0;
+    std::optional<UserTime> time;
     shortcuts_.setHandler([&](std::uint32_t id) {
         presses_ += id;
         time = shortcuts_.origin().time;
@@ -65,7 +65,8 @@ TEST_F(X11ShortcutsTest, EachPressIsDeliveredOnceWithItsTime) {
     shortcuts_.add(7, chord);
     type({u"key"_s, u"ctrl+alt+space"_s});
     EXPECT_EQ(presses_, QList<std::uint32_t>{7});
-    EXPECT_NE(time, 0U);
+    ASSERT_TRUE(time);
+    EXPECT_NE(*time, UserTime{});
     EXPECT_EQ(shortcuts_.origin(), PressOrigin()) << "over";
     type({u"key"_s, u"ctrl+alt+space"_s});
     EXPECT_EQ(presses_.size(), 2);
