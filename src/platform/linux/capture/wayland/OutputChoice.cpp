@@ -7,7 +7,7 @@
 
 #include <wayland-client.h>
 
-// The protocol's code speaks of pop-ups, which nothing here makes.
+// The generated protocol code refers to pop-ups, which are not used here.
 extern "C" const wl_interface xdg_popup_interface;
 const wl_interface xdg_popup_interface{"xdg_popup", 1, 0, nullptr, 0, nullptr};
 
@@ -64,7 +64,7 @@ const wl_output* OutputChoice::ask(QDeadlineTimer deadline) {
     const std::unique_ptr<wl_surface, void (*)(wl_surface*)> surface(
         wl_compositor_create_surface(compositor_.get()), [](wl_surface* it) { wl_surface_destroy(it); });
     wl_surface_add_listener(surface.get(), &surfaceListener, &told);
-    // The pointer goes through it.
+    // An empty input region: the pointer passes through.
     wl_region* const nowhere = wl_compositor_create_region(compositor_.get());
     wl_surface_set_input_region(surface.get(), nowhere);
     wl_region_destroy(nowhere);

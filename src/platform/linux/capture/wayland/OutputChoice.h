@@ -14,18 +14,18 @@ namespace amberquill::desktop {
 
 class Globals;
 
-// Finds out which output a compositor would choose now for a window that names none: by a surface of one
-// pixel of nothing in the lowest layer of the desktop (wlr-layer-shell-unstable-v1), which is told where it
-// is.
+// Finds out which output a compositor would choose now for a window that names none: it makes a transparent
+// surface of one pixel in the lowest layer of the desktop (wlr-layer-shell-unstable-v1) and reads the output
+// that the surface enters.
 class OutputChoice {
 public:
-    // All of them outlive this.
+    // All of them outlive this object.
     OutputChoice(EventQueue& events, const Globals& globals, wl_shm* shm);
     OutputChoice(const OutputChoice&) = delete;
     OutputChoice& operator=(const OutputChoice&) = delete;
     ~OutputChoice();
 
-    // Null: it is not to be found out, or not in time.
+    // Null: the compositor does not tell, or not in time.
     [[nodiscard]] const wl_output* ask(QDeadlineTimer deadline);
 
 private:

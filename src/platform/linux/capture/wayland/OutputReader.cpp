@@ -11,7 +11,7 @@ namespace amberquill::desktop {
 
 namespace {
 
-// That of an output's name.
+// The version with the output's name.
 constexpr std::uint32_t newestOutput = 4;
 
 } // namespace
@@ -62,7 +62,7 @@ struct OutputReader::Output {
     std::int32_t transform = WL_OUTPUT_TRANSFORM_NORMAL;
 };
 
-// What is told of a copy that was asked for.
+// The events of one requested copy.
 struct OutputReader::Frame {
     explicit Frame(zwlr_screencopy_frame_v1* asked)
         : object(asked) {
@@ -91,7 +91,7 @@ struct OutputReader::Frame {
 
     std::unique_ptr<zwlr_screencopy_frame_v1, Delete> object;
     bool isProposed = false;
-    std::optional<StoredFrame> layout = {}; // none: not told, or it cannot be read
+    std::optional<StoredFrame> layout = {}; // none: not received, or not readable
     bool bottomUp = false;
     bool isReady = false;
     bool hasFailed = false;
@@ -133,7 +133,7 @@ bool OutputReader::isReady(QDeadlineTimer deadline) {
     return takeUp(deadline);
 }
 
-// What is offered now. Where nothing can be copied, one answer is all that is waited for.
+// Binds the globals that are offered now. If copying is not offered, waits for one round trip only.
 bool OutputReader::takeUp(QDeadlineTimer deadline) {
     if (!manager_ && !events_->roundTrip(deadline)) {
         return false;

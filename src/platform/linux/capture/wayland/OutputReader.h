@@ -34,12 +34,12 @@ public:
         bool alsoWhole;
     };
 
-    // As ScreenCapture::capture. An empty name stands for the output that the compositor would choose. Null
-    // also while the compositor still owes an answer to an earlier reading.
+    // As ScreenCapture::capture. An empty name: the output that the compositor would choose. Null, too, while
+    // an earlier request is unanswered.
     [[nodiscard]] ScreenPicture read(const QString& output, const Wanted& wanted,
                                      std::chrono::milliseconds patience);
 
-    // Whether there is no compositor any more.
+    // Whether the compositor has closed the connection.
     [[nodiscard]] bool isGone() const;
 
 private:
@@ -58,14 +58,14 @@ private:
     [[nodiscard]] const Output* find(const QString& name, QDeadlineTimer deadline);
     [[nodiscard]] ScreenPicture copy(const Output& output, const Wanted& wanted, QDeadlineTimer deadline);
 
-    std::unique_ptr<wl_display, Delete> display_; // null: nobody answers
+    std::unique_ptr<wl_display, Delete> display_; // null: no compositor
     std::unique_ptr<EventQueue> events_;
     std::unique_ptr<Globals> globals_;
     std::unique_ptr<wl_shm, Delete> shm_;
     std::unique_ptr<zwlr_screencopy_manager_v1, Delete> manager_;
     std::unique_ptr<OutputChoice> choice_;
     std::vector<std::unique_ptr<Output>> outputs_;
-    std::unique_ptr<Frame> owed_; // was not answered in time
+    std::unique_ptr<Frame> owed_; // an earlier request without an answer
 };
 
 } // namespace amberquill::desktop

@@ -16,7 +16,7 @@ namespace amberquill::desktop {
 
 namespace {
 
-// Larger than any output, and what two of the largest there are fill.
+// Limits above the largest outputs that exist.
 constexpr std::uint32_t longestEdge = 16384;
 constexpr std::uint64_t mostBytes = std::uint64_t{1} << 28U;
 
@@ -47,7 +47,7 @@ constexpr std::array formats{
     Format{WL_SHM_FORMAT_BGR565, 16, 0x1F, 0x7E0, 0xF800},
 };
 
-// A frame's rows in Qt's pixels, parts of them where that is enough.
+// Reads parts of a frame's rows as Qt's pixels.
 class FrameRows {
 public:
     FrameRows(const StoredFrame& frame, const unsigned char* memory)
@@ -55,7 +55,7 @@ public:
         , memory_(memory)
         , isQtRgb_(frame.pixels.isQtRgb() && frame.stride % 4 == 0) {}
 
-    // `count` pixels from the one at (x, y). Good until the next call.
+    // `count` pixels from (x, y) on. Valid until the next call.
     const QRgb* at(int x, int y, int count) {
         const auto* row =
             memory_ + static_cast<std::size_t>(y) * static_cast<std::size_t>(frame_.stride) +
@@ -87,7 +87,8 @@ void addRows(ScreenRows& rows, FrameRows& stored, const QSize& size, const Orien
     }
 }
 
-// Memory's columns are the rows: some at a time, so that memory is gone through only so often.
+// The columns in memory are the rows of the picture. Several are read at a time, to pass through memory less
+// often.
 void addColumns(ScreenRows& rows, FrameRows& stored, const QSize& size, const Orientation& orientation) {
     constexpr int columnsAtATime = 16;
     const auto height = static_cast<std::size_t>(size.height());
@@ -176,7 +177,7 @@ SharedFrame::SharedFrame(wl_shm* shm, const StoredFrame& frame)
     if (file.get() < 0 || ::ftruncate(file.get(), static_cast<off_t>(size_)) != 0) {
         return;
     }
-    // Nobody who has it too can take it away while it is read.
+    // Sealed: the compositor cannot shrink the file while it is mapped here.
     ::fcntl(file.get(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL);
     void* const mapped = ::mmap(nullptr, size_, PROT_READ, MAP_SHARED, file.get(), 0);
     if (mapped == MAP_FAILED) {

@@ -31,20 +31,19 @@ struct StoredFrame {
     }
 };
 
-// How what is seen upright lies in memory: first its axes are exchanged, then memory's are gone through from
-// their ends.
+// How to read memory so that the picture is upright: swap the axes, then read columns or rows from their end.
 struct Orientation {
     bool exchanged = false;
     bool fromRight = false;
     bool fromBottom = false;
 
-    // By wl_output.transform, of which anything may come, and by whether rows lie from the bottom up.
+    // By wl_output.transform, which may have any value, and by whether the rows are stored bottom up.
     static Orientation of(std::int32_t transform, bool bottomUp);
 
     bool operator==(const Orientation&) const = default;
 };
 
-// The picture upright. `memory` holds frame.bytes(), whatever stands in there. 1 ≤ shrink ≤
+// The upright picture. `memory` holds frame.bytes() bytes of any content. 1 ≤ shrink ≤
 // RowShrinker::most.
 [[nodiscard]] ScreenPicture uprightPicture(const StoredFrame& frame, const Orientation& orientation,
                                            const unsigned char* memory, int shrink, bool alsoWhole);
@@ -52,7 +51,7 @@ struct Orientation {
 // Memory that a compositor draws into, or from.
 class SharedFrame {
 public:
-    // Filled with nothing. Without memory, where there is none.
+    // Zeroed. `buffer` is null if there is no memory.
     SharedFrame(wl_shm* shm, const StoredFrame& frame);
     SharedFrame(const SharedFrame&) = delete;
     SharedFrame& operator=(const SharedFrame&) = delete;

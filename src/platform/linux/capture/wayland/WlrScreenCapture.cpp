@@ -18,7 +18,7 @@ WlrScreenCapture::~WlrScreenCapture() = default;
 
 namespace {
 
-// Null: the compositor chooses.
+// A null screen: the compositor chooses the output.
 ScreenArea areaOnOutput(const QScreen* screen) {
     const QScreen* const known = screen != nullptr ? screen : QGuiApplication::primaryScreen();
     if (known == nullptr) {

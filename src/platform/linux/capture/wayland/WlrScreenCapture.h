@@ -26,8 +26,8 @@ public:
     WlrScreenCapture(const WlrScreenCapture&) = delete;
     WlrScreenCapture& operator=(const WlrScreenCapture&) = delete;
 
-    // The output's name. Without a screen none: the compositor is asked for its choice as it is captured, and
-    // the pixels are those of the primary screen.
+    // With the output's name. A null screen: no name (capture asks the compositor for its choice), and the
+    // pixels of the primary screen.
     [[nodiscard]] ScreenArea area(const QScreen* screen) const override;
     [[nodiscard]] ScreenPicture capture(const ScreenArea& area, int shrink, bool alsoWhole) override;
 

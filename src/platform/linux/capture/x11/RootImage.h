@@ -12,11 +12,10 @@ namespace amberquill::desktop {
 struct RootImage {
     PixelLayout layout;
     int bitsPerPixel;
-    int padBits; // what a row is filled up to
+    int padBits; // rows are padded to a multiple of this
     int depth;
 
-    // Of a screen whose colours stand in the pixels themselves. None: it has a palette, or stores pixels in a
-    // way that cannot be read.
+    // None: the screen has a palette, or a pixel format that is not supported.
     static std::optional<RootImage> of(const xcb_setup_t& setup, const xcb_screen_t& screen);
 
     [[nodiscard]] std::size_t bytesPerRow(int width) const;

@@ -17,7 +17,7 @@ namespace amberquill::desktop {
 SharedPixels::SharedPixels(xcb_connection_t* connection, std::size_t size)
     : connection_(connection) {
     FileDescriptor file(::memfd_create("amberquill-pixels", MFD_CLOEXEC | MFD_ALLOW_SEALING));
-    // Sealed, so that nobody who has it can take away what is mapped here.
+    // Sealed: the server cannot shrink the file while it is mapped here.
     if (!file.isOpen() || ::ftruncate(file.get(), static_cast<off_t>(size)) != 0 ||
         ::fcntl(file.get(), F_ADD_SEALS, F_SEAL_SHRINK) != 0) {
         return;
@@ -42,15 +42,15 @@ SharedPixels::~SharedPixels() {
 
 namespace {
 
-// Pixels are read in strips of about so many bytes: while one is made smaller, the server copies the next.
+// Bytes of a strip through shared memory: while one strip is scaled down, the server copies the next.
 constexpr std::size_t stripBytes = std::size_t{1} << 20U;
 constexpr std::size_t stripsAtATime = 2;
-// One that comes through the socket is better small: what cannot be had in time is not begun.
+// Bytes of a strip through the socket: small, so that a read that runs out of time stops soon.
 constexpr std::size_t plainStripBytes = std::size_t{1} << 18U;
 
 constexpr std::uint32_t allPlanes = 0xFFFFFFFF;
 
-// So few of the desktop's own picture are read, and so many columns are made of each: it is blurred anyway.
+// Rows read of the wallpaper and columns kept of each: the picture is blurred anyway.
 constexpr int wallpaperRows = 48;
 constexpr int wallpaperColumns = 96;
 constexpr int widestWallpaper = 16384; // pixels; wider than any screen
@@ -112,7 +112,7 @@ ScreenRows RootReader::read(const QRect& area, const Wanted& wanted, bool shares
 
 void RootReader::end(const TimedReplies& replies) {
     unanswered_ = replies.unanswered();
-    // Errors of requests that have no answer.
+    // Discards errors of requests without a reply.
     while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(get())}) {
     }
 }
@@ -154,7 +154,7 @@ QImage RootReader::readWallpaper(const QRect& area, TimedReplies& replies) {
         return {};
     }
     const QRect all(0, 0, size->width, size->height);
-    // A pattern that is repeated over the screen may be smaller than that.
+    // A tiled pixmap may be smaller than the screen.
     const QRect part = all.contains(area) ? area : all;
     const int count = std::min(wallpaperRows, part.height());
     std::vector<xcb_get_image_cookie_t> asked;
@@ -185,7 +185,7 @@ QImage RootReader::readWallpaper(const QRect& area, TimedReplies& replies) {
     return failed ? QImage() : picture;
 }
 
-// Nothing of what an earlier reading asked for is still to come.
+// Whether all replies to an earlier reading have arrived.
 bool RootReader::isFree() {
     if (unanswered_) {
         void* reply = nullptr;
@@ -209,7 +209,7 @@ bool RootReader::isReadable(TimedReplies& replies) {
         isReadable_ = false;
         return false;
     }
-    // Asked first, so that its answer is there with the next one: nobody waits for it without an end.
+    // Requested first: the reply arrives with the next one, whose wait is bounded.
     xcb_prefetch_extension_data(get(), &xcb_shm_id);
     constexpr std::string_view name = "XWAYLAND";
     const auto xwayland =
@@ -227,7 +227,7 @@ int RootReader::rowsIn(std::size_t bytes, int width) const {
     return static_cast<int>(std::max(bytes / format_->bytesPerRow(width), std::size_t{1}));
 }
 
-// Whether the server writes into memory of ours, which is asked for once and again for longer rows.
+// Whether the server shares memory with us. Requested once, and again for longer rows.
 bool RootReader::shares(const QRect& area, TimedReplies& replies) {
     const std::size_t rows = stripsAtATime * static_cast<std::size_t>(rowsIn(stripBytes, area.width()));
     const std::size_t needed = rows * format_->bytesPerRow(area.width());
@@ -258,7 +258,7 @@ bool RootReader::takesDescriptors(TimedReplies& replies) const {
     return version && (version->major_version > 1 || version->minor_version >= 2);
 }
 
-// Attaching has no answer; what needs it has.
+// Attaching has no reply, so a request that uses the segment is sent.
 bool RootReader::isAttached(TimedReplies& replies) const {
     return replies.wait<xcb_shm_get_image_reply_t>(getShared(QRect(0, 0, 1, 1), 0)) != nullptr;
 }
@@ -326,7 +326,7 @@ void RootReader::add(ScreenRows& screen, const unsigned char* bytes, int height,
     }
 }
 
-// A row as Qt has it, until the next one.
+// A row as Qt's pixels, valid until the next call.
 const QRgb* RootReader::unpacked(const unsigned char* bytes, int width) {
     if (format_->layout.isQtRgb()) {
         return reinterpret_cast<const QRgb*>(bytes);

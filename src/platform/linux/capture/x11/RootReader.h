@@ -20,8 +20,8 @@ namespace amberquill::desktop {
 class SharedPixels {
 public:
     SharedPixels() = default;
-    // Asks the server to share `size` bytes; `request` tells whether it does. Not shared where there is no
-    // memory to be had.
+    // Requests `size` shared bytes. `isShared` is false if there is no memory; a server that refuses shows in
+    // the first request that uses the segment.
     SharedPixels(xcb_connection_t* connection, std::size_t size);
     SharedPixels(const SharedPixels&) = delete;
     SharedPixels& operator=(const SharedPixels&) = delete;
@@ -56,17 +56,16 @@ public:
         std::chrono::milliseconds forAll;
     };
 
-    // The area as far as the root window has it, or as many of its rows as come in time: none while the
-    // server still owes answers to an earlier reading.
+    // The part of the area inside the root window, or as many of its rows as arrive in time; no rows while
+    // replies to an earlier reading are missing.
     [[nodiscard]] ScreenRows read(const QRect& area, const Wanted& wanted, bool sharesMemory,
                                   const Patience& patience);
 
-    // What the desktop shows under all windows in the area, small, from the pixmap that who painted it has
-    // left with the root window. A few of its rows, which come soon. Waits for what is owed. Null: there is
-    // none, or it does not come in time.
+    // The wallpaper of the area, small: a few rows of the pixmap that the root window names (_XROOTPMAP_ID).
+    // Waits for missing replies first. Null: there is no such pixmap, or it does not arrive in time.
     [[nodiscard]] QImage wallpaper(const QRect& area, std::chrono::milliseconds patience);
 
-    // Whether there is no server any more.
+    // Whether the connection to the server is lost.
     [[nodiscard]] bool isGone() const { return xcb_connection_has_error(get()) != 0; }
 
 private:

@@ -8,27 +8,26 @@
 
 namespace amberquill::desktop {
 
-// Waits for the answers of an X server, for each of them only so long, and until a point in time for all. The
-// connection is nobody else's.
+// Waits for replies of an X server with a limit for each of them and one for all. Needs a connection of its
+// own.
 class TimedReplies {
 public:
     TimedReplies(xcb_connection_t* connection, std::chrono::milliseconds forEach,
                  std::chrono::milliseconds forAll);
 
-    // The answer to a request (a cookie of xcb's). Null: the server refused, has gone, or did not answer in
-    // time.
+    // The reply to a request (a cookie of xcb's). Null: an error, a lost connection, or no reply in time.
     template<typename Reply, typename Cookie>
     [[nodiscard]] XcbReply<Reply> wait(Cookie cookie) {
         return XcbReply<Reply>(static_cast<Reply*>(await(cookie.sequence)));
     }
 
-    // The same for an answer that a request of before still has to get. Whether it came.
+    // Waits for the reply to an earlier request and discards it. Whether it arrived.
     bool settle(unsigned sequence) {
         const XcbReply<void> answer(await(sequence));
         return !unanswered_;
     }
 
-    // The request that was not answered in time, if there was one. Those after it were not waited for.
+    // The first request without a reply in time, if any. Later requests are not waited for.
     [[nodiscard]] std::optional<unsigned> unanswered() const { return unanswered_; }
 
 private:

@@ -11,18 +11,16 @@ namespace amberquill::desktop {
 
 class RootReader;
 
-// How long a server is waited for: for each of its answers, for all of a capture, and for what stands in for
-// one.
+// Limits in time: for each reply, for a whole capture, and for the wallpaper that replaces a failed one.
 struct CapturePatience {
     std::chrono::milliseconds forEach{80};
     std::chrono::milliseconds forAll{240};
     std::chrono::milliseconds forSubstitute{80};
 };
 
-// Reads the root window, in which a server keeps what is seen, whether a compositing manager or the server
-// itself has put it together. On a connection of its own, opened when it is first needed: no other request
-// waits for the pixels, and a server that does not answer is not waited for. Only from a server on this
-// machine; one that runs in a Wayland session without a root window to see has nothing to read.
+// Reads the root window, whose pixels are those on the screen, with or without a compositing manager. Uses
+// its own connection, opened at the first capture: no other request waits for the pixels, and waits are
+// bounded.
 class X11ScreenCapture final : public ScreenCapture {
 public:
     // `display`: the server's name; empty for that of the environment.
@@ -35,7 +33,7 @@ public:
     [[nodiscard]] ScreenArea area(const QScreen* screen) const override;
     [[nodiscard]] ScreenPicture capture(const ScreenArea& area, int shrink, bool alsoWhole) override;
 
-    // Reads by plain requests from now on, as where memory cannot be shared.
+    // Uses plain requests from now on, as if memory could not be shared.
     void shareNoMemory() { sharesMemory_ = false; }
 
 private:

@@ -130,7 +130,7 @@ void X11WindowSystem::present(QWindow& window, QScreen* screen) {
         if (wanted != nullptr) {
             place(window, *wanted);
         }
-        window.installEventFilter(this); // again and again is as once
+        window.installEventFilter(this); // repeated calls have no effect
         window.setVisible(true);
     } else if (wanted != nullptr && window.screen() != wanted) {
         move(window, *wanted);
@@ -225,16 +225,16 @@ void X11WindowSystem::move(QWindow& window, QScreen& screen) {
 }
 
 bool X11WindowSystem::eventFilter(QObject* watched, QEvent* event) {
-    // It has been mapped; window managers have put it in its place by then.
+    // Mapped: window managers have placed it by now.
     if (event->type() == QEvent::Expose && watched == window_ && window_->isExposed()) {
         tellPlace(*window_);
     }
     return QObject::eventFilter(watched, event);
 }
 
-// Some window managers take a window over into a frame elsewhere, move the frame to where the window wished
-// to be, and say nothing, as the window has got its wish. Qt, which may have asked for the place in between,
-// would open menus there. So it is told as by a window manager.
+// Some window managers move a window into a frame, move the frame to the requested place, and send no event.
+// Qt may have read the position in between, and would open menus there. So this sends the ConfigureNotify
+// event instead.
 void X11WindowSystem::tellPlace(QWindow& window) const {
     const auto id = handle(window);
     const XcbReply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
@@ -280,7 +280,7 @@ void X11WindowSystem::giveFocusBack() {
         xcb_request_check(connection_, xcb_set_input_focus_checked(connection_, XCB_INPUT_FOCUS_POINTER_ROOT,
                                                                    *earlierFocus_, XCB_CURRENT_TIME)));
     if (refusal) {
-        // Its owner has gone meanwhile.
+        // The earlier window is gone.
         setFocus(XCB_INPUT_FOCUS_POINTER_ROOT);
     }
 }
@@ -332,7 +332,7 @@ std::optional<xcb_window_t> X11WindowSystem::focusOwner() const {
     return reply ? std::optional(reply->focus) : std::nullopt;
 }
 
-// A refusal, as of a window that is not mapped yet, is nobody's concern.
+// Errors are ignored: the window may not be mapped yet.
 void X11WindowSystem::setFocus(xcb_window_t owner) {
     const auto request =
         xcb_set_input_focus_checked(connection_, XCB_INPUT_FOCUS_POINTER_ROOT, owner, XCB_CURRENT_TIME);

@@ -75,7 +75,7 @@ void BlurBehind::cover(wl_surface* surface) {
     }
     if (general_ && generalBlurs_ && compositor_) {
         generalEffect_.reset(ext_background_effect_manager_v1_get_background_effect(general_.get(), surface));
-        // However large the surface comes to be: what lies beyond its edges does not count.
+        // Larger than any surface: parts beyond the edges are ignored.
         constexpr auto endless = std::numeric_limits<std::int32_t>::max();
         wl_region* const everywhere = wl_compositor_create_region(compositor_.get());
         wl_region_add(everywhere, 0, 0, endless, endless);

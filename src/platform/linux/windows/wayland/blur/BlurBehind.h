@@ -14,29 +14,28 @@ struct wl_surface;
 
 namespace amberquill::desktop {
 
-// The compositor's own blur of what lies behind a surface: by the protocol ext-background-effect-v1, or by
-// org_kde_kwin_blur. Main thread only; destroyed before the connection is closed.
+// The compositor's own blur behind a surface, by the protocol ext-background-effect-v1 or org_kde_kwin_blur.
+// Main thread only; destroyed before the connection is closed.
 class BlurBehind {
 public:
-    // `globals` outlive this.
+    // `globals` outlives this object.
     explicit BlurBehind(const Globals& globals)
         : globals_(globals) {}
     BlurBehind(const BlurBehind&) = delete;
     BlurBehind& operator=(const BlurBehind&) = delete;
     ~BlurBehind() = default;
 
-    // Takes up what has come to be offered and lets go of what no longer is. Where that says only later
-    // whether it can blur, its answer is an event to be handled.
+    // Binds the protocol that is offered now and releases one that is not any more. A manager may tell only
+    // later, by an event, whether it can blur.
     void follow();
 
     // Whether a surface that is covered now will be blurred.
     [[nodiscard]] bool isOffered() const;
 
-    // Whether a manager that was taken up has not said yet what it can do.
+    // Whether the bound manager has not told yet what it can do.
     [[nodiscard]] bool isUndecided() const { return general_ && !hasSpoken_; }
 
-    // Blurs behind the whole of a surface from its next commit on. Of one that was covered before, the effect
-    // is let go: it has gone, or is covered anew.
+    // Blurs behind the whole surface from its next commit on. Releases the effect of an earlier surface.
     void cover(wl_surface* surface);
 
 private:
