@@ -39,6 +39,7 @@
 #include "platform/linux/windows/wayland/SeatlessCompositor.h"
 #include "shell/AppDelegate.h"
 #include "shell/LazyApplicationOpener.h"
+#include "shell/ShellLog.h"
 #include "shell/StartupReading.h"
 #include "shell/TrayStatusItem.h"
 #include "window/Backdrops.h"
@@ -48,7 +49,6 @@
 #include <QDeadlineTimer>
 #include <QFileInfo>
 #include <QLocale>
-#include <QLoggingCategory>
 #include <QQuickWindow>
 #include <algorithm>
 #include <chrono>
@@ -246,7 +246,8 @@ int main(int argc, char* argv[]) {
 
     StartupData startupData = reading.takeBy(readingEnds);
     startupData.preferencesAreLate = preferencesAreLate;
-    const bool layoutIsLate = startupData.layoutIsLate; // the rest is moved from
+    const bool layoutIsLate = startupData.layoutIsLate; // startupData is moved from below
+
     desktop::AsyncBusConnector shortcutsBus(busAddress, QStringLiteral("shortcuts"), queue);
     desktop::LinuxTrayHosts trayHosts(sessionBus);
     TrayStatusItem statusItem(trayHosts, queue);
@@ -313,6 +314,7 @@ int main(int argc, char* argv[]) {
             },
         .trimHeap = desktop::trimHeap,
     });
+
     readers.setAnswered(queue.answer(running, [&delegate] { delegate.rootAnswered(); }));
     if (layoutIsLate) {
         reading.whenLayoutIsThere(queue, running, [&delegate](StoredLayout stored) {
@@ -335,6 +337,7 @@ int main(int argc, char* argv[]) {
             IconCache::shared().retryMissing();
         }
     });
+
     const desktop::TerminationSignals signals([] { QCoreApplication::quit(); });
     if (delegate.firstPageIsReady()) {
         queue.hold();
@@ -343,6 +346,7 @@ int main(int argc, char* argv[]) {
     if (startup.request.kind == desktop::ApplicationRequest::Kind::Hide) {
         delegate.hideLauncher();
     }
+
     desktop::AsyncBusConnector nextBusConnector(busAddress, QStringLiteral("next session bus"), queue);
     const auto useNextBus = [&](const QDBusConnection& bus) {
         if (bus.isConnected()) {
@@ -360,11 +364,13 @@ int main(int argc, char* argv[]) {
         });
     hasBus = [&instance] { return instance.hasBus(); };
     if (!instance.hasBus()) {
+        qCDebug(shellLog, "no session bus answers");
         // Before the views exist: creating them has Qt's accessibility connect to the session bus.
         desktop::leaveSessionBusAlone();
     }
     delegate.applicationDidFinishLaunching();
     const int status = QApplication::exec();
+
     iconWorkers.shutDown(); // threads that wait for an icon return
     if (!queue.finish(longestFinish) || preferencesReading.isUnderWay() || reading.isUnderWay() ||
         !readers.isIdle()) {
