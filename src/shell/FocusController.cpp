@@ -67,7 +67,7 @@ bool FocusController::eventFilter(QObject* watched, QEvent* event) {
 }
 
 QList<FocusPolicy::Action> FocusController::decide(FocusPolicy::Event event) {
-    const auto actions = policy_.handle(event, facts());
+    QList<FocusPolicy::Action> actions = policy_.handle(event, facts());
     qCDebug(shellLog).verbosity(QDebug::MinimumVerbosity) << "focus:" << event << actions;
     return actions;
 }

@@ -61,7 +61,7 @@ protected:
             QKeyEvent(QEvent::KeyPress, key, Qt::ControlModifier, scanCode, 0, 0, QString(), false, 1));
     }
 
-    const FakeKeyboard keyboard_;
+    FakeKeyboard keyboard_;
     QStringList done_;
 };
 
