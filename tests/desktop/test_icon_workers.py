@@ -1,4 +1,4 @@
-"""The processes that decode icons: kept busy, killed, looked at, moved elsewhere and missing."""
+"""The processes that decode icons: busy, killed, sandboxed, moved and missing."""
 
 import os
 import shutil
@@ -15,7 +15,7 @@ from launcher.workers import WorkersCounted, WorkersKilled, is_running, status, 
 
 
 class WhileSlowOnesAreDecoded(Icons):
-    """A page of good icons, and one of good ones and many that take long."""
+    """A page of good icons, and one with many slow ones."""
 
     def setUp(self):
         super().setUp()
@@ -39,16 +39,16 @@ class WhileSlowOnesAreDecoded(Icons):
         return any(is_shown(picture, self.grid, number, self.made[number].colour) for number in numbers)
 
     def expect_decoding(self, launcher):
-        """Not all has been decoded yet, and somebody is at it."""
+        """Asserts that icons are still being decoded."""
         self.assertTrue(workers_of(launcher))
         self.assertLess(self.undecodable().count("slow"), 20)
 
     def is_found(self, number):
-        """Whether that application has come first, and no other is where it was."""
+        """Whether that application is first, and no other is in its former place."""
         picture = self.session.screenshot()
         return is_shown(picture, self.grid, 0, self.made[number].colour) and not self.shows_any(range(1, SLOTS))
 
-    def test_what_is_typed_is_found_and_pages_are_turned(self):
+    def test_search_and_page_turns_work_meanwhile(self):
         launcher = self.begin_decoding()
         for number in (2, 4):
             self.session.type(f"{number + 1} good")
@@ -65,7 +65,7 @@ class WhileSlowOnesAreDecoded(Icons):
     def test_it_ends_at_once(self):
         self.expect_end(self.begin_decoding())
 
-    def test_it_ends_at_once_when_some_icons_were_given_up(self):
+    def test_it_ends_at_once_with_undecodable_icons(self):
         launcher = self.begin_decoding()
         until(lambda: self.undecodable().count("slow") > 2, "some that are given up")
         self.expect_decoding(launcher)
@@ -74,12 +74,12 @@ class WhileSlowOnesAreDecoded(Icons):
 
 class Workers(Icons):
     def add_drawings(self, count):
-        """Drawings that take a while."""
+        """Slow drawings."""
         for number in range(count):
             colour = colour_number(number)
             self.add("drawing", self.write(f"{number}.svg", bad_icons.curves(30, colour)), colour)
 
-    def test_killed_at_random_they_leave_no_icon_behind(self):
+    def test_all_icons_are_shown_while_workers_are_killed_at_random(self):
         self.add_drawings(500)
         launcher = self.begin_shown()
         with WorkersKilled(launcher, seed=1) as killer:
@@ -88,7 +88,7 @@ class Workers(Icons):
         self.assertEqual(self.undecodable(), "")
         self.end_launcher(launcher)
 
-    def test_stopped_they_are_replaced_and_no_file_is_undecodable(self):
+    def test_stopped_workers_are_replaced_and_no_file_is_undecodable(self):
         self.add_drawings(SLOTS)
         launcher = self.begin_launcher()
         for pid in until(lambda: workers_of(launcher), "a worker"):
@@ -98,7 +98,7 @@ class Workers(Icons):
         self.assertEqual(self.undecodable(), "")
         self.end_launcher(launcher)
 
-    def test_no_more_than_two_run_at_a_time_and_none_when_all_is_decoded(self):
+    def test_at_most_two_run_and_none_when_all_is_decoded(self):
         self.add_slow(10)
         self.add_good()
         launcher = self.begin_launcher()
@@ -109,7 +109,7 @@ class Workers(Icons):
         self.assertIn(count.most, (1, 2))
         self.end_launcher(launcher)
 
-    def test_they_are_confined(self):
+    def test_they_are_sandboxed(self):
         self.add_slow(8)
         launcher = self.begin_shown()
 
@@ -126,7 +126,7 @@ class Workers(Icons):
         fields, limits = until(found, "a worker that has locked itself in, with nothing open but its socket")
         self.assertEqual(fields["NoNewPrivs"], "1")
         self.assertRegex(limits["Max cpu time"], r"^\d+ ")
-        # Sanitizers reserve terabytes, and have no limit.
+        # Sanitizers reserve terabytes, so there is no limit.
         if int(fields["VmSize"].split()[0]) < 1 << 30:
             self.assertRegex(limits["Max address space"], r"^\d+ ")
         self.end_launcher(launcher)
@@ -141,21 +141,21 @@ class Workers(Icons):
         lines = Path(f"/proc/{pid}/limits").read_text(encoding="utf-8").splitlines()
         return {line[:25].strip(): line[25:].strip() for line in lines}
 
-    def test_how_they_end_is_known_though_who_started_the_launcher_ignores_its_children(self):
+    def test_their_exit_status_is_known_if_sigchld_was_ignored_at_the_start(self):
         self.add_good()
         launcher = self.session.start("env", "--ignore-signal=CHLD", self.program)
         self.session.window_of_class(WINDOW_CLASS)
         self.assertFalse(int(status(launcher.pid)["SigIgn"], 16) & 1 << (signal.SIGCHLD - 1))
         self.end_launcher(launcher)
 
-    def test_they_end_with_the_launcher_that_has_just_come_up(self):
+    def test_they_end_with_a_launcher_that_has_just_started(self):
         self.add_slow(8)
         launcher = self.begin_launcher()
         self.session.window_of_class(WINDOW_CLASS)
         until(lambda: workers_of(launcher), "a worker")
         self.expect_end(launcher)
 
-    def test_they_end_with_the_launcher_that_is_killed(self):
+    def test_they_end_with_a_killed_launcher(self):
         self.add_slow(8)
         launcher = self.begin_shown()
         workers = until(lambda: workers_of(launcher), "a worker")
@@ -164,7 +164,7 @@ class Workers(Icons):
 
 
 class Elsewhere(Icons):
-    """The installed program, and its worker in its place or not."""
+    """The installed program, with its worker or without."""
 
     @classmethod
     def setUpClass(cls):
@@ -187,7 +187,7 @@ class Elsewhere(Icons):
         self.assertTrue(os.access(self.place / "libexec/amberquill-icons", os.X_OK))
         self.expect_icons()
 
-    def test_moved_with_all_that_belongs_to_it_it_decodes(self):
+    def test_moved_with_its_worker_it_decodes(self):
         self.place = self.session.home / "a mount" / "usr"
         shutil.copytree(self.mount / "usr", self.place)
         self.expect_icons()
@@ -198,20 +198,20 @@ class Elsewhere(Icons):
         self.end_launcher(launcher)
 
     def copy(self):
-        """Has a copy run. Returns the path of its worker."""
+        """Runs a copy. Returns the path of its worker."""
         self.place = self.session.home / "usr"
         shutil.copytree(self.mount / "usr", self.place)
         return self.place / "libexec/amberquill-icons"
 
-    def test_without_its_worker_it_shows_stand_ins_and_rests(self):
+    def test_without_its_worker_it_shows_generic_icons_and_is_idle(self):
         self.copy().unlink()
         self.expect_no_icons()
 
-    def test_without_its_worker_it_shows_what_was_kept(self):
+    def test_without_its_worker_it_shows_stored_icons(self):
         worker = self.copy()
         launcher = self.begin_shown()
         self.expect_decoded(0)
-        # That is when they are written.
+        # Icons are stored when it is hidden.
         self.session.press("Escape")
         until((self.session.cache / "Amberquill" / "icons").exists, "the kept icons")
         self.end_launcher(launcher)
@@ -221,7 +221,7 @@ class Elsewhere(Icons):
         self.expect_decoded(0)
         self.end_launcher(launcher)
 
-    def test_icons_come_with_a_later_showing_once_its_worker_is_back(self):
+    def test_icons_are_decoded_when_shown_again_with_the_worker_back(self):
         worker = self.copy()
         away = worker.rename(worker.with_suffix(".away"))
         launcher = self.begin_shown()
@@ -233,7 +233,7 @@ class Elsewhere(Icons):
         self.end_launcher(launcher)
 
     def asks_when_shown_again(self, launcher):
-        """Whether a worker was started by then. It stays for some seconds."""
+        """Whether a worker was started. It runs for some seconds."""
         self.act("hide")
         self.expect_hidden()
         self.act("show")
@@ -241,7 +241,7 @@ class Elsewhere(Icons):
         self.expect_focus()
         return workers_of(launcher)
 
-    def test_with_a_worker_that_does_not_work_it_shows_stand_ins_and_rests(self):
+    def test_with_a_broken_worker_it_shows_generic_icons_and_is_idle(self):
         worker = self.copy()
         for what in ("exit 0", "exit 1", "exec cat", "kill -SEGV $$", "exec sleep 1000"):
             with self.subTest(what):
@@ -260,7 +260,7 @@ class Elsewhere(Icons):
         (self.session.home / "started").unlink()
 
     def expect_idle(self, launcher):
-        """Waits until it has used no processor time for a while."""
+        """Waits until the launcher uses no processor time for a while."""
         spent = []
 
         def rests():

@@ -1,4 +1,4 @@
-"""What is shown of applications whose icons are bad, missing or of an uncommon kind."""
+"""Icons that are bad, missing or of an uncommon format."""
 
 import gzip
 import os
@@ -16,7 +16,7 @@ RED = (255, 0, 0)  # of the bad icons that can be seen all the same
 class Zoo(Icons):
     SHOWN = {"picture": RED, "none": STAND_IN, "either": UNKNOWN, "overload": STAND_IN}
 
-    def test_of_bad_icons_the_stand_in_is_shown_and_of_all_others_their_own(self):
+    def test_bad_icons_are_replaced_by_the_generic_one_and_others_are_shown(self):
         self.add_special_files()
         self.add_bad_icons()
         launcher = self.begin_shown()
@@ -43,17 +43,17 @@ class Zoo(Icons):
             self.add(name, path, STAND_IN)
 
     def expect_no_reference_followed(self, address):
-        # On pages of their own: what refers to a picture may wait for it.
+        # On pages of their own: drawings that refer to a picture may wait for it.
         for name, data in bad_icons.references(address).items():
             self.add_good()
-            # Whether the rest is drawn then is for the decoder to decide.
+            # The decoder decides whether the rest is drawn.
             self.add(name, self.write(name, data), UNKNOWN)
         launcher = self.begin_shown()
         self.expect_all_decoded()
         self.expect_rest(launcher)
         self.end_launcher(launcher)
 
-    def test_no_file_is_opened_that_an_icon_refers_to(self):
+    def test_no_file_that_an_icon_refers_to_is_opened(self):
         target = self.write("target.svg", bad_icons.svg(bad_icons.square(bad_icons.COLOUR)))
         watch = self.enterContext(FileWatch([target]))
         for address in (f"file://{target}", str(target), target.name):
@@ -61,7 +61,7 @@ class Zoo(Icons):
                 self.expect_no_reference_followed(address)
                 self.assertEqual(watch.opened, [])
 
-    def test_nobody_is_called_whom_an_icon_refers_to(self):
+    def test_no_server_that_an_icon_refers_to_is_contacted(self):
         server = socket.create_server(("127.0.0.1", 0))
         self.addCleanup(server.close)
         server.setblocking(False)
@@ -85,14 +85,14 @@ class OnTheNextStart(Icons):
         self.expect_rest(launcher)
         return launcher
 
-    def test_what_could_not_be_decoded_is_not_tried_again(self):
+    def test_an_undecodable_icon_is_not_tried_again(self):
         text = self.undecodable()
         for path in self.slow:
             self.assertIn(str(path), text)
         self.assertNotIn("good-", text)
         watch = self.enterContext(FileWatch([*self.slow, *self.harmless]))
         self.end_launcher(self.decode_all())
-        # What was kept is looked at again.
+        # Stored icons are checked again.
         self.assertEqual(set(watch.read), set(self.harmless))
         self.assertEqual(self.undecodable(), text)
 
@@ -101,11 +101,11 @@ class OnTheNextStart(Icons):
         self.slow[number].write_bytes(png(bad_icons.COLOUR))
         self.recolour(3 + number, bad_icons.COLOUR)
 
-    def test_what_has_changed_since_is(self):
+    def test_a_changed_icon_is_tried_again(self):
         self.change(0)
         self.end_launcher(self.decode_all())
 
-    def test_what_changes_meanwhile_is_when_the_applications_change(self):
+    def test_a_changed_icon_is_tried_again_when_the_applications_change(self):
         launcher = self.begin_shown()
         self.expect_decoded(0)
         self.change(0)
@@ -116,7 +116,7 @@ class OnTheNextStart(Icons):
 
 class Formats(Icons):
     def converted(self, name, *options):
-        """A picture of one colour as another program writes it."""
+        """A picture of one colour, written by another program."""
         path = self.folder / name
         self.session.run("convert", "-size", "64x64", "xc:#%02x%02x%02x" % bad_icons.COLOUR, *options, path)
         return path
@@ -140,7 +140,7 @@ class Formats(Icons):
         self.expect_decoded(0)
         self.end_launcher(launcher)
 
-    def test_what_is_written_in_a_drawing_is_shown(self):
+    def test_text_in_a_drawing_is_shown(self):
         # A full block in the middle, for which a font is needed.
         block = '<text x="128" y="192" font-size="192" text-anchor="middle" fill="#%02x%02x%02x">\u2588</text>'
         drawing = bad_icons.svg(bad_icons.square(RED) + block % bad_icons.COLOUR)
@@ -162,24 +162,24 @@ class WithoutAnIcon(Icons):
         self.add("gone", self.folder / "gone.png", STAND_IN)
         self.add_good()
 
-    def test_the_themes_icon_for_programs_stands_in(self):
+    def test_the_themes_icon_for_programs_is_shown(self):
         launcher = self.begin_shown()
         self.expect_decoded(0)
         self.end_launcher(launcher)
 
-    def test_icons_that_come_later_take_the_stand_ins_places(self):
+    def test_icons_installed_later_replace_the_generic_one(self):
         launcher = self.begin_shown()
         self.expect_decoded(0)
         (self.theme / "org.example.unknown.png").write_bytes(png(bad_icons.COLOUR))
         (self.folder / "gone.png").write_bytes(png(bad_icons.COLOUR))
         self.recolour(2, bad_icons.COLOUR)
         self.recolour(3, bad_icons.COLOUR)
-        # As a package brings them.
+        # As a package installs them.
         self.add_good()
         self.expect_decoded(0)
         self.end_launcher(launcher)
 
-    def test_a_theme_that_has_none_leaves_a_drawn_one(self):
+    def test_without_a_theme_icon_a_drawn_one_is_shown(self):
         self.stand_in.unlink()
         launcher = self.begin_shown()
         for number in (1, 2, 3):
@@ -190,7 +190,7 @@ class WithoutAnIcon(Icons):
         self.end_launcher(launcher)
 
     def has_drawing(self, slot):
-        """Whether what is in the middle of an icon differs plainly from the ground around it, which is even."""
+        """Whether an icon's middle differs clearly from the even background around it."""
         picture = self.session.screenshot()
         x, y = (round(part) for part in self.grid.icon_centre(slot))
         reach = round(self.grid.icon_size / 4)

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds SVG icons drawn by the launcher against the same drawn by rsvg-convert, pixel by pixel.
+"""Compares SVG icons drawn by the launcher with those drawn by rsvg-convert, pixel by pixel.
 
     tests/drawings/compare.py [--installed] [--count N] [--edges 48,120] [--build build/release] [--sheet drawings.png]
 
@@ -60,7 +60,7 @@ def dealt(groups, count):
 
 
 def spread(items, count):
-    """So many of them, from all over the list."""
+    """So many of them, evenly spread over the list."""
     return items[:: max(len(items) // count, 1)][:count]
 
 

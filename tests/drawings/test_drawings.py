@@ -1,4 +1,4 @@
-"""Icons as the launcher draws them, and what holds them against rsvg-convert's."""
+"""The launcher's drawings of icons, compared with rsvg-convert's, and the comparison itself."""
 
 import os
 import subprocess
@@ -27,7 +27,7 @@ class IconsOfThemes(unittest.TestCase):
 
 
 class Comparison(unittest.TestCase):
-    """Of pictures that are transparent but for one pixel."""
+    """For pictures with one pixel that is not transparent."""
 
     EDGE = 8
 

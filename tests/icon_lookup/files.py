@@ -1,4 +1,4 @@
-"""What the path of an icon's file says, together with the index.theme of its theme."""
+"""The properties of an icon's file, by its path and the index.theme of its theme."""
 
 import configparser
 from dataclasses import dataclass

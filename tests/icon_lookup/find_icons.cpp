@@ -1,6 +1,6 @@
-// Answers which files the launcher takes for icons: find_icons THEME SIZES BASE_FOLDER..., with sizes in
-// logical pixels and the screen's scale where it is not 1, as in "48,96@2". Reads one name a line. For each
-// name, and for each size of it, writes one line: the file, or nothing where there is none.
+// Prints the files that the launcher chooses for icons: find_icons THEME SIZES BASE_FOLDER..., with sizes in
+// logical pixels and an optional scale of the screen, as in "48,96@2". Reads one name per line. Writes one line
+// for each name and size: the file, or an empty line.
 #include "platform/linux/applications/icons/lookup/IconLookup.h"
 
 #include <QFile>

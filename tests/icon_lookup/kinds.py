@@ -1,4 +1,4 @@
-"""The kinds of answers in which the launcher differs from GTK on purpose, each with its reason."""
+"""The intended differences between the launcher and GTK, each with its reason."""
 
 from dataclasses import dataclass
 from typing import Callable
@@ -47,7 +47,7 @@ def fit_alike(question, ours, gtk):
     return drawings(ours, gtk) and is_meant(question, ours) and is_meant(question, gtk) and len(distances) == 1
 
 
-# The first that holds is the kind of a difference.
+# The first matching kind is that of a difference.
 KINDS = (
     Kind(
         "a picture inside GTK's library",

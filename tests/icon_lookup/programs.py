@@ -9,7 +9,7 @@ OURS = (Path(os.environ["AMBERQUILL_BUILD"]) / "tests/find_icons",)
 GTK = ("/usr/bin/python3", "-B", Path(__file__).resolve().parent / "find_icons_by_gtk.py")
 
 
-# Nobody's settings, and no display.
+# No user's settings, and no display.
 ENVIRONMENT = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")} | {
     "HOME": "/nonexistent",
     "LC_ALL": "C.UTF-8",

@@ -86,7 +86,7 @@ class InMadeTrees(unittest.TestCase):
         self.agree("", name="y")
 
     def test_an_icon_that_came_after_the_cache(self):
-        # Whoever installs an icon may not renew the cache. GTK looks at the time of the theme's folder alone.
+        # Installing an icon may not update the cache. GTK checks the time of the theme's folder only.
         self.write("system/test/index.theme", APPS)
         self.write("system/test/48/apps/x.png")
         make_cache(self.root / "system/test")
@@ -98,7 +98,7 @@ class InMadeTrees(unittest.TestCase):
         self.agree("system/test/48/apps/y.png", name="y")
 
     def test_an_icon_that_went_after_the_cache(self):
-        # The next best file can be shown, the one that is gone cannot.
+        # The next best file can be shown, the missing one cannot.
         self.write("system/test/index.theme", APPS)
         gone = self.write("system/test/48/apps/x.png")
         self.write("system/test/96/apps/x.png")
@@ -119,7 +119,7 @@ class InMadeTrees(unittest.TestCase):
         self.agree("pixmaps/x.xpm")
         self.write("pixmaps/x.svg")
         self.agree("pixmaps/x.svg")
-        # Nothing says how large the picture is, and most are of 32 or 48 pixels: too few for a launcher's icons.
+        # The picture's size is unknown. Most such pictures have 32 or 48 pixels, too few for a launcher's icons.
         self.write("pixmaps/x.png")
         self.differ("pixmaps/x.svg", "pixmaps/x.png")
 
@@ -129,7 +129,7 @@ class InMadeTrees(unittest.TestCase):
         self.agree("user/x.png")
 
     def test_a_programs_own_icon_goes_before_adwaitas(self):
-        # Adwaita is nobody's choice here; its icon is the better one only where there is no other.
+        # Adwaita was not chosen here. Its icon is only the last fallback.
         self.write("system/Adwaita/index.theme", APPS)
         self.write("system/Adwaita/48/apps/x.png")
         self.agree("system/Adwaita/48/apps/x.png")
@@ -143,7 +143,7 @@ class InMadeTrees(unittest.TestCase):
         self.agree("user/test/48/apps/x.png")
 
     def test_two_indexes_that_differ(self):
-        # A theme that an update changed while the user has a copy of an older one: both say what they hold themselves.
+        # An update changed the theme while the user has a folder of an older version. Each index describes its own folder.
         self.write("user/test/index.theme", index(("48/apps", "Size=48\nType=Fixed")))
         self.write("system/test/index.theme", index(("96/apps", "Size=96\nType=Fixed")))
         self.write("system/test/96/apps/x.png")

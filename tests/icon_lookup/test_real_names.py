@@ -1,4 +1,4 @@
-"""Which files the launcher takes for icons, held against GTK's choice in four themes."""
+"""Compares the launcher's choice of icon files with GTK's, in four themes."""
 
 import os
 import tempfile
@@ -29,7 +29,7 @@ def stem(file):
 
 
 def own_names(theme, number):
-    """So many of a theme's own names, evenly taken: half of applications' icons, half of all."""
+    """So many of a theme's names, evenly spread: half of applications' icons, half of all."""
     chosen = set()
     for part in ("apps", ""):
         names = set()
@@ -61,7 +61,7 @@ class OnRealNames(unittest.TestCase):
             (cls.icons / theme).symlink_to(SYSTEM / theme)
         named = lines("names.txt")
         names = {*named, *(Path(path).name.rpartition(".")[0] for path in lines("files.txt"))}
-        # GTK finds an icon of the first part of such a name only where it is told to.
+        # GTK finds an icon by the first part of such a name only with a flag.
         names |= {name + "-settings" for name in named[::5]}
         for theme in ("Adwaita", "breeze", "Papirus"):
             names |= own_names(theme, 300)

@@ -1,4 +1,4 @@
-"""Applications with icons of all kinds, and what the launcher makes of them."""
+"""Applications with icons of all kinds, and how the launcher shows them."""
 
 import os
 
@@ -16,7 +16,7 @@ DECODED = 40  # seconds in which all is decoded, on a busy machine; two are allo
 
 
 class Icons(OnX11):
-    """Begins with no applications; `made` are those that a case adds, in the order in which they are shown."""
+    """Starts without applications. `made` are those that a case adds, in the order on the pages."""
 
     def setUp(self):
         self.begin_session(1280, 720)
@@ -28,7 +28,7 @@ class Icons(OnX11):
         self.stand_in.write_bytes(png(STAND_IN))
 
     def begin_launcher(self, **settings):
-        # Root reads what nobody may read, unless it gives that up.
+        # Root can read files without permissions, unless it gives up that right.
         dropped = ("setpriv", "--bounding-set", "-dac_override,-dac_read_search") if os.geteuid() == 0 else ()
         return self.session.start(*dropped, self.program, environment=settings)
 
@@ -37,7 +37,7 @@ class Icons(OnX11):
         return self.build / "amberquill"
 
     def add(self, name, icon, colour):
-        """An entry with that icon, a file's path, and the colour that is to be seen. It comes after those before."""
+        """Adds an entry with that icon, a file's path, and the expected colour. Entries are shown in order."""
         name = f"{len(self.made) + 1} {name}"
         path = self.applications.entries / f"{len(self.made)}.desktop"
         self.applications.write_entry(path, name, icon)
@@ -97,11 +97,11 @@ class Icons(OnX11):
         return launcher
 
     def recolour(self, place, colour):
-        """What the application at that place is to show from now on."""
+        """Sets the expected colour of the application at that place."""
         self.made[place] = Application(self.made[place].name, self.made[place].path, colour)
 
     def undecodable(self):
-        """The text of the file that names the files which are not to be tried again."""
+        """The content of the list of undecodable files."""
         path = self.session.cache / "Amberquill" / "undecodable"
         return path.read_text(encoding="utf-8") if path.exists() else ""
 

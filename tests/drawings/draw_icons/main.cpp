@@ -1,7 +1,7 @@
-// Draws icon files as the launcher draws the icon of an application that names them:
+// Draws icon files as the launcher does:
 //   draw_icons FOLDER EDGE...
-// The files' absolute paths come on the standard input, one a line. The picture of the Nth, counted from 0,
-// is written to FOLDER/N-EDGE.png; one that the launcher has no picture of gets no file.
+// Reads the files' absolute paths, one per line. Writes the picture of the Nth, counted from 0, to
+// FOLDER/N-EDGE.png, or no file if there is no picture.
 #include "platform/linux/applications/icons/LinuxApplicationIcons.h"
 #include "platform/linux/applications/icons/workers/IconWorkerPool.h"
 #include "platform/linux/applications/icons/workers/WorkerProgram.h"
@@ -17,7 +17,7 @@ using namespace amberquill;
 
 int drawAll(const QStringList& arguments) {
     const TemporaryTree tree;
-    // The build tree's, which lies beside the launcher.
+    // In the build tree, beside the launcher.
     const auto launcher = QCoreApplication::applicationDirPath() + QStringLiteral("/../amberquill");
     desktop::IconWorkerPool workers(
         {.program = desktop::installedWorkerProgram(launcher, desktop::processEnvironment())});
