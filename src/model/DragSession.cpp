@@ -138,7 +138,8 @@ void DragSession::press(const QPointF& location, const DragScene& scene, Actions
               hitTest(location, {scene.displayedItems, scene.metrics, scene.page, scene.scrollOffset}, open)};
     if (const auto* tile = std::get_if<Hit::GridItem>(&press_->hit.what)) {
         const int slot = scene.metrics.slotAt(location - QPointF(scene.scrollOffset, 0)).value_or(0);
-        draggedIndex_ = static_cast<std::size_t>(scene.page * scene.metrics.slotsPerPage() + slot);
+        const int index = scene.page * scene.metrics.slotsPerPage() + slot;
+        draggedIndex_ = static_cast<std::size_t>(index);
         actions.append(SetPressed{tile->id});
     } else if (const auto* app = std::get_if<Hit::FolderItem>(&press_->hit.what)) {
         actions.append(SetPressed{appItemId(app->path)});
