@@ -3,18 +3,18 @@
 #include <QLoggingCategory>
 #include <QString>
 #include <QStringList>
+#include <mutex>
 #include <string>
 
 namespace amberquill {
 
-// Records what is logged while this exists, under these rules for categories.
+// Records the log lines, as they would be printed, under these rules for categories.
 class LogRecorder {
 public:
     explicit LogRecorder(const QString& rules) {
         lines().clear();
         QLoggingCategory::setFilterRules(rules);
-        before_ = qInstallMessageHandler(
-            [](QtMsgType, const QMessageLogContext&, const QString& line) { lines() += line; });
+        before_ = qInstallMessageHandler(record);
     }
     ~LogRecorder() {
         qInstallMessageHandler(before_);
@@ -30,6 +30,13 @@ public:
     }
 
 private:
+    // Other threads log as well.
+    static void record(QtMsgType type, const QMessageLogContext& context, const QString& line) {
+        static std::mutex mutex;
+        const std::scoped_lock lock(mutex);
+        lines() += qFormatLogMessage(type, context, line);
+    }
+
     QtMessageHandler before_;
 };
 

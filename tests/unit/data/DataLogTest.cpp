@@ -7,7 +7,7 @@
 #include "data/LayoutReconciler.h"
 #include "data/NameOrder.h"
 #include "data/PlaceMemory.h"
-#include "support/DebugLog.h"
+#include "support/LogRecorder.h"
 #include "support/MemoryFileSystem.h"
 #include "support/PlatformFakes.h"
 

@@ -4,7 +4,7 @@
 #include "platform/linux/files/AtomicWriter.h"
 #include "platform/linux/files/JsonPreferences.h"
 #include "platform/linux/files/PosixFileSystem.h"
-#include "support/DebugLog.h"
+#include "support/LogRecorder.h"
 #include "support/ManualQueue.h"
 #include "support/MemoryFileSystem.h"
 #include "support/MemoryPreferences.h"

@@ -1,6 +1,6 @@
 #include "views/Backdrop.h"
 
-#include "support/DebugLog.h"
+#include "support/LogRecorder.h"
 #include "views/BackgroundWash.h"
 
 #include <QColor>

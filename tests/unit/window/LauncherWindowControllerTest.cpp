@@ -6,7 +6,7 @@
 #include "platform/ScreenCapture.h"
 #include "platform/ScrollDevices.h"
 #include "platform/WindowSystem.h"
-#include "support/DebugLog.h"
+#include "support/LogRecorder.h"
 #include "support/ModelFixture.h"
 #include "views/BackgroundLayer.h"
 

@@ -3,7 +3,7 @@
 #include "localization/FrameworkLanguage.h"
 #include "localization/L.h"
 #include "platform/SystemLanguages.h"
-#include "support/DebugLog.h"
+#include "support/LogRecorder.h"
 #include "support/ModelFixture.h"
 #include "support/PlatformFakes.h"
 #include "window/ApplicationIcon.h"

@@ -1,6 +1,6 @@
 #include "platform/common/WriteBehind.h"
 
-#include "support/DebugLog.h"
+#include "support/LogRecorder.h"
 #include "support/ManualQueue.h"
 #include "support/MemoryFileSystem.h"
 
