@@ -1,6 +1,6 @@
 // Prints the files that the launcher chooses for icons: find_icons THEME SIZES BASE_FOLDER..., with sizes in
-// logical pixels and an optional scale of the screen, as in "48,96@2". Reads one name per line. Writes one line
-// for each name and size: the file, or an empty line.
+// logical pixels and an optional scale of the screen, as in "48,96@2". Reads one name per line. Writes one
+// line for each name and size: the file, or an empty line.
 #include "platform/linux/applications/icons/lookup/IconLookup.h"
 
 #include <QFile>
