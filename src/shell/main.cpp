@@ -56,6 +56,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <unistd.h>
 
@@ -92,8 +93,8 @@ void removeLeftovers(const FileSystem& files, const QStringList& paths) {
     }
 }
 
-bool hasArgument(int argc, char* argv[], std::string_view wanted) {
-    return std::any_of(argv, argv + argc, [wanted](const char* argument) { return argument == wanted; });
+bool has(std::span<char*> arguments, std::string_view wanted) {
+    return std::find(arguments.begin(), arguments.end(), wanted) != arguments.end();
 }
 
 // --verbose: all debug lines except one for each frame. On stderr even where Qt would write to the journal.
@@ -121,15 +122,16 @@ void carryOut(const desktop::ApplicationRequest& request, AppDelegate& delegate)
 } // namespace
 
 int main(int argc, char* argv[]) {
+    const std::span arguments(argv, static_cast<std::size_t>(argc));
     // The updater asks a new program for its version too, before it replaces the old one.
-    if (hasArgument(argc, argv, "--version")) {
+    if (has(arguments, "--version")) {
         return std::puts("Amberquill " AMBERQUILL_VERSION) < 0 ? EXIT_FAILURE : EXIT_SUCCESS;
     }
     // First, because the rest of the start changes the environment, and applications are started with this
     // one.
     const auto start = desktop::InheritedState::capture();
     const desktop::Environment environment = start.environment.lookup();
-    if (hasArgument(argc, argv, "--verbose")) {
+    if (has(arguments, "--verbose")) {
         logEverything();
     }
     desktop::doNotLaunchSessionBus(environment);

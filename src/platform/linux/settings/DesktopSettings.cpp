@@ -44,11 +44,11 @@ namespace {
 
 constexpr qsizetype maximumSettings = qsizetype{4} * 1024 * 1024;
 
-constexpr std::string_view space = " \t\r\n";
+constexpr std::string_view blanks = " \t\r\n";
 
 std::string_view trimmed(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(space), text.size()));
-    return text.substr(0, text.find_last_not_of(space) + 1);
+    text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+    return text.substr(0, text.find_last_not_of(blanks) + 1);
 }
 
 } // namespace

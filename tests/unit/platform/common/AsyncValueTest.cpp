@@ -61,8 +61,8 @@ TEST(AsyncValue, OneThatIsNotThereInTimeIsNotTakenAndStaysUnderWay) {
 
 TEST(AsyncValue, CopiesReferToTheSameValue) {
     const AsyncValue<int> value;
-    const AsyncValue<int> copy = value;
-    copy.give(4);
+    const auto giveToACopy = [copy = value] { copy.give(4); };
+    giveToACopy();
     EXPECT_EQ(value.get(), 4);
 }
 
