@@ -25,9 +25,8 @@ struct BackgroundLane::State {
     std::deque<Work> ready;            // has a place, and a thread on its way
     std::list<QDeadlineTimer> running; // for each piece, when it counts as stuck
     int places = 1;                    // pieces that may run at a time, including stuck ones
-    int threads = 0;
-    int idle = 0;        // of the threads
-    bool isOver = false; // idle threads end at once
+    int threads = 0;                   // each runs a piece, or takes the next one
+    bool isOver = false;               // idle threads end at once
 
     [[nodiscard]] bool isDone() const { return waiting.empty() && ready.empty() && running.empty(); }
 
@@ -43,9 +42,7 @@ struct BackgroundLane::State {
 
     // False: the thread was idle for so long that it is not needed.
     bool waitForWork(std::unique_lock<std::mutex>& lock) {
-        ++idle;
         changed.wait_for(lock, longestIdle, [this] { return !ready.empty() || isOver; });
-        --idle;
         return !ready.empty();
     }
 
@@ -59,9 +56,7 @@ struct BackgroundLane::State {
         work = nullptr; // its captures are destroyed before it counts as ended
         lock.lock();
         state->running.erase(self);
-        ++state->idle; // it takes the next piece itself
         assignPlaces(state, lock);
-        --state->idle;
     }
 
     // Gives free places to waiting work, and starts threads for it.
@@ -71,7 +66,8 @@ struct BackgroundLane::State {
             state->ready.push_back(std::move(state->waiting.front()));
             state->waiting.pop_front();
         }
-        for (int missing = static_cast<int>(state->ready.size()) - state->idle; missing > 0; --missing) {
+        const int free = state->threads - static_cast<int>(state->running.size());
+        for (int missing = static_cast<int>(state->ready.size()) - free; missing > 0; --missing) {
             ++state->threads;
             if (!startThread([state] { serve(state); })) {
                 --state->threads;

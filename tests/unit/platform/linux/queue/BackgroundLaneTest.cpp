@@ -140,6 +140,22 @@ TEST(BackgroundLane, AThreadTakesTheNextPieceItself) {
     EXPECT_EQ(threadsOfThisProcess(), before);
 }
 
+TEST(BackgroundLane, ItHasNoMoreThreadsThanPiecesThatRunAtATime) {
+    constexpr int width = 8;
+    Held held;
+    BackgroundLane lane({.width = width, .most = width});
+    const auto before = threadsOfThisProcess();
+    for (int piece = 0; piece < width; ++piece) {
+        lane.start(held.work());
+    }
+    for (int piece = 0; piece < width; ++piece) {
+        held.begun.acquire();
+    }
+    EXPECT_LE(threadsOfThisProcess(), before + width);
+    held.end.release(width);
+    ASSERT_TRUE(lane.waitUntil(QDeadlineTimer(longEnough)));
+}
+
 TEST(BackgroundLane, AnIdleThreadIsUsedAgain) {
     BackgroundLane lane({.width = 1, .most = 1});
     std::set<Qt::HANDLE> threads;
