@@ -115,14 +115,6 @@ public:
                         lane);
     }
 
-    // The same with nothing that it ends with: what `then` uses outlives the queue.
-    template<typename Task, typename Then>
-    void compute(Task task, Then then, Lane lane = Lane::General) {
-        auto value = std::make_shared<std::optional<decltype(task())>>();
-        runInBackground([task = std::move(task), value]() mutable { value->emplace(task()); },
-                        [then = std::move(then), value]() mutable { then(std::move(**value)); }, lane);
-    }
-
     // A function for answers from other threads: it posts a call of `work` with the function's arguments. It
     // may be called on any thread, also after this queue has been destroyed. Once the context has been
     // destroyed it does nothing, and its arguments end on the calling thread.

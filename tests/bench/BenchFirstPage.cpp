@@ -92,18 +92,20 @@ void showPage(benchmark::State& state, const QStringList& (Page::*applications)(
         return;
     }
     EventLoopQueue queue;
+    const Context context;
     PageIcons icons(firstPage().tree());
     const auto showAll = [&] {
         int missing = pageIcons;
         for (const auto& path : paths) {
-            queue.compute([&icons, path] { return icons->image(path, pageEdge); },
-                          [&](const QImage& image) {
-                              missing -= 1;
-                              if (image.isNull()) {
-                                  state.SkipWithError("an icon was not drawn");
-                              }
-                          },
-                          Lane::Icons);
+            queue.compute(
+                context, [&icons, path] { return icons->image(path, pageEdge); },
+                [&](const QImage& image) {
+                    missing -= 1;
+                    if (image.isNull()) {
+                        state.SkipWithError("an icon was not drawn");
+                    }
+                },
+                Lane::Icons);
         }
         while (missing > 0) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);

@@ -75,10 +75,10 @@ bool RootReaders::isIdle() const {
     return state_->underWay.isEmpty();
 }
 
-std::vector<std::shared_ptr<void>> RootReaders::run(std::vector<Reading> readings) {
+std::vector<std::shared_ptr<void>> RootReaders::run(const std::vector<Reading>& readings) {
     std::vector<std::shared_ptr<Job>> jobs;
     std::unique_lock lock(state_->mutex);
-    for (Reading& reading : readings) {
+    for (const Reading& reading : readings) {
         auto job = std::make_shared<Job>();
         if (const auto late = state_->late.take(reading.key)) {
             job->isDone = true;

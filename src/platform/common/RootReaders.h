@@ -34,7 +34,7 @@ public:
                                 }});
         }
         std::vector<std::shared_ptr<Result>> results;
-        for (const std::shared_ptr<void>& result : run(std::move(readings))) {
+        for (const std::shared_ptr<void>& result : run(readings)) {
             results.push_back(std::static_pointer_cast<Result>(result));
         }
         return results;
@@ -54,7 +54,7 @@ private:
     struct Job;
     struct State;
 
-    std::vector<std::shared_ptr<void>> run(std::vector<Reading> readings);
+    std::vector<std::shared_ptr<void>> run(const std::vector<Reading>& readings);
 
     std::chrono::milliseconds longestStandstill_;
     std::shared_ptr<State> state_; // shared with the threads

@@ -110,7 +110,7 @@ TEST_F(LinuxMotionPreferenceTest, ItMayGoWhileFilesAreRead) {
     follow("KDE", noBus());
     preference_.reset();
     bool passed = false;
-    queue_.compute([] { return 0; }, [&passed](int) { passed = true; });
+    queue_.runInBackground([] {}, [&passed] { passed = true; });
     EXPECT_TRUE(waitUntil([&passed] { return passed; }));
     EXPECT_TRUE(changes_.empty());
 }
