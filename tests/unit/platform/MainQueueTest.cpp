@@ -20,7 +20,7 @@ TEST(Context, BoundWorkRunsWithItsValues) {
     EXPECT_EQ(sum, 3);
 }
 
-TEST(Context, BoundWorkDoesNothingOnceTheContextIsGone) {
+TEST(Context, BoundWorkDoesNotRunAfterTheContextIsDestroyed) {
     auto context = std::make_optional<Context>();
     int runs = 0;
     auto work = context->bind([&runs] { ++runs; });
@@ -29,7 +29,7 @@ TEST(Context, BoundWorkDoesNothingOnceTheContextIsGone) {
     EXPECT_EQ(runs, 0);
 }
 
-TEST(Context, ResetOvertakesOnlyWorkThatWasBoundBefore) {
+TEST(Context, ResetCancelsOnlyWorkThatWasBoundBefore) {
     Context context;
     int before = 0;
     int after = 0;
@@ -42,7 +42,7 @@ TEST(Context, ResetOvertakesOnlyWorkThatWasBoundBefore) {
     EXPECT_EQ(after, 1);
 }
 
-TEST(MainQueue, PostedAndDelayedAndBackgroundWorkOfAContextEndWithIt) {
+TEST(MainQueue, PostedDelayedAndBackgroundWorkIsCancelledWithItsContext) {
     ManualQueue queue;
     auto context = std::make_optional<Context>();
     int runs = 0;
@@ -73,7 +73,7 @@ TEST(MainQueue, PostedAndDelayedAndBackgroundWorkOfAContextEndWithIt) {
     EXPECT_TRUE(wasComputed);
 }
 
-TEST(MainQueue, DelayedWorkDoesNotRunOnceItsHandleIsGone) {
+TEST(MainQueue, DelayedWorkDoesNotRunAfterItsHandleIsDestroyed) {
     ManualQueue queue;
     bool ran = false;
     {
@@ -83,7 +83,7 @@ TEST(MainQueue, DelayedWorkDoesNotRunOnceItsHandleIsGone) {
     EXPECT_FALSE(ran);
 }
 
-TEST(MainQueue, AHandleThatIsGivenOtherWorkCancelsItsFirst) {
+TEST(MainQueue, AssigningNewWorkToAHandleCancelsTheEarlierWork) {
     ManualQueue queue;
     int first = 0;
     int second = 0;

@@ -52,7 +52,7 @@ protected:
         return std::distance(std::filesystem::directory_iterator(tree_.at("Amberquill")), {});
     }
 
-    // A model over the real files that has laid out `count` applications and saved them.
+    // A model over real files that has saved a layout of `count` applications.
     LauncherModel& modelWith(int count) {
         model_ = std::make_unique<LauncherModel>(LauncherModel::Services{
             .queue = queue_,
@@ -77,7 +77,7 @@ protected:
     std::unique_ptr<LauncherModel> model_;
 };
 
-// While it lives, no file may grow beyond `bytes`: the disk is full, so to speak.
+// Simulates a full disk: no file may grow beyond `bytes` while this object exists.
 class FullDisk {
 public:
     explicit FullDisk(rlim_t bytes)
@@ -100,8 +100,8 @@ private:
 
 enum class End { Killed, Done, Failed };
 
-// Whether a stopped child enters or leaves a call of the system that may change files. How often it asks for
-// memory and for random numbers differs from time to time.
+// Whether a stopped child enters or leaves a system call that may change files. The number of other calls,
+// for memory and random numbers, varies between runs.
 bool mayChangeFiles(pid_t child, std::uint64_t& call) {
     __ptrace_syscall_info information = {};
     if (::ptrace(PTRACE_GET_SYSCALL_INFO, child, sizeof information, &information) <= 0) {
@@ -115,8 +115,8 @@ bool mayChangeFiles(pid_t child, std::uint64_t& call) {
     return std::find(others.begin(), others.end(), call) == others.end();
 }
 
-// Does the work in a child process, which is killed where it enters or leaves the system for the `moment`th
-// time: between two of these nothing changes on the disk. `Done`: it had no so late moment.
+// Does the work in a child process and kills it at its `moment`th entry into or return from such a system
+// call: nothing changes on the disk between two such moments. `Done`: the work ended before that moment.
 End doKilledAt(int moment, const std::function<void()>& work) {
     const pid_t child = ::fork();
     if (child == 0) {
@@ -173,18 +173,18 @@ TEST_F(LayoutSaving, AProcessKilledAtAnyMomentOfASaveLeavesTheOldLayoutOrTheNew)
         wereTwo.push_back(left == two);
     }
     EXPECT_EQ(end, End::Done) << "the two saves do not end";
-    // The one is there, then the other, then the one again.
+    // The first layout, then the second, then the first again.
     EXPECT_FALSE(wereTwo.front());
     EXPECT_NE(std::find(wereTwo.begin(), wereTwo.end(), true), wereTwo.end())
         << "the first save has not changed the file";
     EXPECT_FALSE(wereTwo.back()) << "the second save has not changed the file";
-    // What the killed processes left beside it goes with the next start.
+    // The next start removes the killed processes' temporary files.
     EXPECT_GT(namesInFolder(), 1);
     removeLeftoverFiles(tree_.path("Amberquill").toUtf8());
     EXPECT_EQ(namesInFolder(), 1);
 }
 
-TEST_F(LayoutSaving, AFullDiskLosesNothingAndSaysNothing) {
+TEST_F(LayoutSaving, AFullDiskLosesNothingSilently) {
     LauncherModel& model = modelWith(500);
     const LaunchItems before = onDisk();
     LaunchItems reordered;
@@ -206,7 +206,7 @@ TEST_F(LayoutSaving, AFullDiskLosesNothingAndSaysNothing) {
     EXPECT_EQ(onDisk(), reordered) << "the next save makes up for it";
 }
 
-TEST_F(LayoutSaving, AFolderThatMayNotBeWrittenLosesNothingAndSaysNothing) {
+TEST_F(LayoutSaving, AReadOnlyFolderLosesNothingSilently) {
     std::filesystem::permissions(tree_.at(), std::filesystem::perms(0755));
     LauncherModel& model = modelWith(20);
     const LaunchItems before = onDisk();
@@ -231,7 +231,7 @@ TEST_F(LayoutSaving, AFolderThatMayNotBeWrittenLosesNothingAndSaysNothing) {
     EXPECT_EQ(onDisk(), reordered);
 }
 
-TEST_F(LayoutSaving, ALayoutFileThatIsASymbolicLinkStaysOne) {
+TEST_F(LayoutSaving, ASymbolicLinkToTheLayoutStaysALink) {
     tree_.write("dotfiles/amberquill.json", encodeItems(layoutOf(3, u"/Applications"_s)));
     tree_.link("Amberquill/layout.json", "../dotfiles/amberquill.json");
     LayoutStore store(queue_, files_, tree_.path());
@@ -252,7 +252,7 @@ TEST_F(LayoutSaving, MissingFoldersAreMadeForTheUserAlone) {
     EXPECT_EQ(LayoutStore(queue_, files_, tree_.path("deep/below")).load(), layoutOf(1, u"/a"_s));
 }
 
-TEST_F(LayoutSaving, AGridIsOneWriteOfThePreferencesAndNotOneOfTheMainThread) {
+TEST_F(LayoutSaving, AGridChangeIsOneBackgroundWriteOfThePreferences) {
     MemoryFileSystem files;
     JsonPreferences preferences(files, u"/config/preferences.json"_s);
     preferences.writeOn(queue_);
@@ -272,7 +272,7 @@ TEST_F(LayoutSaving, AGridIsOneWriteOfThePreferencesAndNotOneOfTheMainThread) {
     EXPECT_EQ(later.integer(u"gridRows"_s), 6);
 }
 
-TEST_F(LayoutSaving, WhatAFullDiskRefusedIsWrittenOnceThereIsRoom) {
+TEST_F(LayoutSaving, AWriteThatAFullDiskRefusedIsRetriedOnceThereIsRoom) {
     LauncherModel& model = modelWith(500);
     {
         const FullDisk disk(4096);
@@ -285,7 +285,7 @@ TEST_F(LayoutSaving, WhatAFullDiskRefusedIsWrittenOnceThereIsRoom) {
     EXPECT_EQ(onDisk(), model.items());
 }
 
-TEST_F(LayoutSaving, WhatAReadOnlyFolderRefusedIsWrittenOnceItMayBe) {
+TEST_F(LayoutSaving, AWriteThatAReadOnlyFolderRefusedIsRetriedOnceItIsWritable) {
     std::filesystem::permissions(tree_.at(), std::filesystem::perms(0755));
     LauncherModel& model = modelWith(20);
     std::filesystem::permissions(tree_.at("Amberquill"), std::filesystem::perms(0555));
@@ -321,7 +321,7 @@ TEST_F(LayoutSaving, AnUndecodableLayoutStaysUntilItCanBeSetAside) {
     EXPECT_EQ(tree_.read("Amberquill/layout.json.unreadable-1"), "[{\"app\":");
 }
 
-TEST_F(LayoutSaving, AFolderOrAPipeInItsPlaceIsLeftAlone) {
+TEST_F(LayoutSaving, AFolderOrAPipeInTheLayoutsPlaceIsKept) {
     const std::filesystem::path layout = tree_.at("Amberquill/layout.json");
     const auto saveBeside = [&] {
         LayoutStore store(queue_, files_, tree_.path());

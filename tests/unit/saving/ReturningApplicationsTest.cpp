@@ -19,8 +19,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A launcher over real files: desktop entries of the system's and the user's, bundles in the home folder, and
-// its own saved files. Each test is a way in which an arrangement could be lost.
+// A launcher over real files: desktop entries of the system and of the user, bundles in the home folder, and
+// saved files. In each test, applications disappear for a time and the arrangement must stay.
 class ReturningApplications : public testing::Test {
 protected:
     void SetUp() override {
@@ -44,7 +44,7 @@ protected:
         return QByteArray("[Desktop Entry]\nType=Application\nExec=true\nName=") + name + "\n";
     }
 
-    // Starts the program, with the folders of entries that its environment tells of.
+    // Starts the program with these folders of desktop entries in its environment.
     void start(const std::vector<const char*>& dataFolders = {"own", "system"}) {
         EntrySettings settings;
         for (const char* const folder : dataFolders) {
@@ -76,7 +76,7 @@ protected:
         queue_.runPosted();
     }
 
-    // Everything away from the order of the alphabet, and some of it in a folder.
+    // Arranges all applications out of alphabetical order, some in a folder.
     void arrange() {
         const Folder media{QUuid::createUuid(),
                            u"Media"_s,
@@ -92,7 +92,7 @@ protected:
         return QString::fromStdString(tree_.at(entry(folder, name)).string());
     }
 
-    // The launcher shows the arrangement after all of this, and so does the next start.
+    // Expects the arrangement now and after the next start.
     void expectArranged() {
         EXPECT_EQ(model_->items(), arranged_);
         queue_.advance(60);

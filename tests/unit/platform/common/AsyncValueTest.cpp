@@ -12,7 +12,7 @@ namespace amberquill {
 
 namespace {
 
-// Keeps a maker from ending until the test says so.
+// Blocks a maker until the test opens it.
 class Gate {
 public:
     void open() const { gate_->release(); }
@@ -28,7 +28,7 @@ private:
     std::shared_ptr<std::binary_semaphore> gate_ = std::make_shared<std::binary_semaphore>(0);
 };
 
-// Runs what is posted until there is something, or for long enough that there would have been.
+// Waits for the value, at most 30 seconds, and runs posted work.
 template<typename Condition>
 bool runUntil(ManualQueue& queue, const AsyncValue<int>& value, Condition condition) {
     value.waitUntil(QDeadlineTimer(std::chrono::seconds(30)));
@@ -43,12 +43,12 @@ TEST(AsyncValue, IsTakenOnce) {
     EXPECT_EQ(value.take(), std::nullopt);
 }
 
-TEST(AsyncValue, OneThatWasNotStartedIsNotWaitedFor) {
+TEST(AsyncValue, AValueThatWasNotStartedIsNotWaitedFor) {
     const AsyncValue<int> value;
     EXPECT_EQ(value.take(), std::nullopt);
 }
 
-TEST(AsyncValue, OneThatIsNotThereInTimeIsNotTakenAndStaysUnderWay) {
+TEST(AsyncValue, AfterATimeoutTheValueIsNotTakenAndStillBeingMade) {
     const Gate gate;
     AsyncValue<int> value;
     value.start(gate.heldUp(3));
@@ -66,7 +66,7 @@ TEST(AsyncValue, CopiesReferToTheSameValue) {
     EXPECT_EQ(value.get(), 4);
 }
 
-TEST(AsyncValue, ALateOneIsToldOnTheMainThreadOnce) {
+TEST(AsyncValue, ALateValueIsDeliveredOnceOnTheMainThread) {
     const Gate gate;
     ManualQueue queue;
     const Context context;
@@ -81,7 +81,7 @@ TEST(AsyncValue, ALateOneIsToldOnTheMainThreadOnce) {
     EXPECT_EQ(value.take(), std::nullopt);
 }
 
-TEST(AsyncValue, OneThatIsThereAlreadyIsTold) {
+TEST(AsyncValue, AnAvailableValueIsDelivered) {
     ManualQueue queue;
     const Context context;
     const AsyncValue<int> value;
@@ -93,7 +93,7 @@ TEST(AsyncValue, OneThatIsThereAlreadyIsTold) {
     EXPECT_EQ(told, 5);
 }
 
-TEST(AsyncValue, AContextThatIsGoneIsNotTold) {
+TEST(AsyncValue, NothingIsDeliveredToADestroyedContext) {
     const Gate gate;
     ManualQueue queue;
     auto context = std::make_optional<Context>();

@@ -12,7 +12,7 @@ namespace {
 
 class RootReadersTest : public testing::Test {
 protected:
-    // Reads the roots; "/stalls" does not answer before `answer_` is released.
+    // Reads the roots; the read of "/stalls" blocks until `answer_` is released.
     std::vector<QString> read(const QStringList& roots) {
         std::vector<QString> found;
         const auto results = readers_.readAll<QString>(
@@ -38,14 +38,14 @@ protected:
 
 } // namespace
 
-TEST_F(RootReadersTest, EachRootsAnswerStandsInItsPlace) {
+TEST_F(RootReadersTest, AnswersAreInTheOrderOfTheRoots) {
     EXPECT_EQ(read({u"/a"_s, u"/b"_s}), (std::vector{u"/A"_s, u"/B"_s}));
     EXPECT_EQ(read({u"/b"_s}), std::vector{u"/B"_s});
     EXPECT_EQ(readings_, 3);
     EXPECT_TRUE(readers_.isIdle());
 }
 
-TEST_F(RootReadersTest, ARootThatDoesNotAnswerIsGivenUpAndAskedAgainOnceItHasAnswered) {
+TEST_F(RootReadersTest, ARootThatTimesOutIsReadAgainOnlyAfterItHasAnswered) {
     readers_.setAnswered([this] { answered_.release(); });
     EXPECT_EQ(read({u"/stalls"_s, u"/a"_s}), (std::vector{u"none"_s, u"/A"_s}));
     EXPECT_EQ(read({u"/stalls"_s}), std::vector{u"none"_s});

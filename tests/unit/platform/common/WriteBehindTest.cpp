@@ -24,7 +24,7 @@ protected:
 
 } // namespace
 
-TEST_F(WriteBehindTest, ChangesMadeTogetherAreOneWriteOfTheLast) {
+TEST_F(WriteBehindTest, ChangesInOneTurnAreOneWriteOfTheLast) {
     file_->save("one");
     file_->save("two");
     EXPECT_EQ(held(), std::nullopt);
@@ -34,7 +34,7 @@ TEST_F(WriteBehindTest, ChangesMadeTogetherAreOneWriteOfTheLast) {
     EXPECT_EQ(queue_.waiting(), 0U) << "nothing is left to do";
 }
 
-TEST_F(WriteBehindTest, AFlushWritesAtOnceAndNothingFollows) {
+TEST_F(WriteBehindTest, AFlushWritesAtOnceAndNoOtherWriteFollows) {
     file_->save("one");
     file_->flush();
     EXPECT_EQ(held(), "one");
@@ -44,7 +44,7 @@ TEST_F(WriteBehindTest, AFlushWritesAtOnceAndNothingFollows) {
     EXPECT_EQ(files_.writes(), 1);
 }
 
-TEST_F(WriteBehindTest, WhatTheFileHoldsIsNotWrittenUnlessOthersChangedIt) {
+TEST_F(WriteBehindTest, UnchangedContentIsNotWrittenUnlessAnotherProgramChangedTheFile) {
     files_.addFile(path_, "one");
     file_->assumeHeld("one");
     file_->save("one");
@@ -56,7 +56,7 @@ TEST_F(WriteBehindTest, WhatTheFileHoldsIsNotWrittenUnlessOthersChangedIt) {
     EXPECT_EQ(held(), "one");
 }
 
-TEST_F(WriteBehindTest, WhatIsSavedWhileAWriteIsUnderWayIsWrittenAfterIt) {
+TEST_F(WriteBehindTest, ContentSavedDuringAWriteIsWrittenAfterIt) {
     file_->save("one");
     queue_.post([this] { file_->save("two"); }); // between the request and the write
     queue_.post([this] { queue_.post([this] { file_->save("three"); }); });
@@ -86,7 +86,7 @@ TEST_F(WriteBehindTest, AFileThatCannotBeSetAsideStaysUntilItCan) {
     EXPECT_EQ(files_.file(path_ + u".unreadable-1"_s), "unknown");
 }
 
-TEST_F(WriteBehindTest, WhatCannotBeWrittenIsTriedAgainAfterPausesThatGrowToFiveMinutes) {
+TEST_F(WriteBehindTest, AFailedWriteIsRetriedAfterPausesThatGrowToFiveMinutes) {
     files_.refuseWrites(true);
     file_->save("one");
     queue_.runPosted();
@@ -104,7 +104,7 @@ TEST_F(WriteBehindTest, WhatCannotBeWrittenIsTriedAgainAfterPausesThatGrowToFive
     EXPECT_EQ(queue_.waiting(), 0U) << "what is written is not tried again";
 }
 
-TEST_F(WriteBehindTest, ANewChangeIsTriedAtOnceAndItsPausesAreShortAgain) {
+TEST_F(WriteBehindTest, ANewChangeIsWrittenAtOnceAndResetsThePauses) {
     files_.refuseWrites(true);
     file_->save("one");
     queue_.advance(600);
@@ -117,7 +117,7 @@ TEST_F(WriteBehindTest, ANewChangeIsTriedAtOnceAndItsPausesAreShortAgain) {
     EXPECT_EQ(held(), "two");
 }
 
-TEST_F(WriteBehindTest, AnotherTryCanBeAskedForAndDoesNothingWhereNothingWaits) {
+TEST_F(WriteBehindTest, ARetryCanBeRequestedAndDoesNothingWhenNothingIsUnsaved) {
     file_->tryAgain();
     EXPECT_EQ(queue_.waiting(), 0U);
     files_.refuseWrites(true);
@@ -130,7 +130,7 @@ TEST_F(WriteBehindTest, AnotherTryCanBeAskedForAndDoesNothingWhereNothingWaits) 
     EXPECT_EQ(queue_.timers(), 0U);
 }
 
-TEST_F(WriteBehindTest, AFlushThatFailsIsTriedAgain) {
+TEST_F(WriteBehindTest, AFailedFlushIsRetried) {
     files_.refuseWrites(true);
     file_->save("one");
     file_->flush();
@@ -139,7 +139,7 @@ TEST_F(WriteBehindTest, AFlushThatFailsIsTriedAgain) {
     EXPECT_EQ(held(), "one");
 }
 
-TEST_F(WriteBehindTest, APathThatIsNoFileIsLeftAloneAndLoggedOnce) {
+TEST_F(WriteBehindTest, APathThatIsNotAFileIsNotWrittenAndLoggedOnce) {
     files_.addFolder(path_);
     const std::string log = debugLog("amberquill.saving", [this] {
         file_->save("one");
@@ -168,7 +168,7 @@ TEST_F(WriteBehindTest, AFileThatIsSetAsideIsLogged) {
     EXPECT_EQ(log, "amberquill.saving: \"/data/file\" is set aside\n");
 }
 
-TEST_F(WriteBehindTest, WhatWasSavedIsWrittenThoughItsOwnerIsGoneAndNothingIsTriedAgain) {
+TEST_F(WriteBehindTest, SavedContentIsWrittenOnceAfterItsOwnerIsDestroyed) {
     file_->save("one");
     file_.reset();
     queue_.runPosted();
@@ -184,7 +184,7 @@ TEST_F(WriteBehindTest, WhatWasSavedIsWrittenThoughItsOwnerIsGoneAndNothingIsTri
     EXPECT_EQ(held(), "one");
 }
 
-TEST_F(WriteBehindTest, AFileThatIsToBeWrittenFirstIsWrittenFirst) {
+TEST_F(WriteBehindTest, AFlushWritesThePrecedingFileFirst) {
     const QString otherPath = u"/data/other"_s;
     WriteBehind other(queue_, files_, otherPath, 1000);
     file_->writeAfter(other);

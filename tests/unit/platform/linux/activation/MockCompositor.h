@@ -9,11 +9,11 @@ struct wl_display;
 
 namespace amberquill {
 
-// A compositor in this process, on the other end of a socket: a seat, surfaces and, if it is told to offer
-// it, xdg-activation-v1. Nothing moves but in `exchange`.
+// A compositor in this process, on the other end of a socket: a seat, surfaces and, optionally,
+// xdg-activation-v1. It handles requests only in `exchange`.
 class MockCompositor {
 public:
-    // What a client asked a token with.
+    // The values of a client's token request.
     struct Request {
         bool hasSerial = false;
         quint32 serial = 0;
@@ -31,7 +31,7 @@ public:
     // The client's end. It is connected for as long as the compositor lives.
     [[nodiscard]] wl_display* client() const;
 
-    // Lets both sides read and handle everything that has been sent.
+    // Makes both sides read and handle everything that was sent.
     void exchange();
 
     [[nodiscard]] const QList<Request>& requests() const;
@@ -39,7 +39,7 @@ public:
     // Answers the request at this place.
     void answer(qsizetype place, const QString& token);
 
-    // Offers the protocol no longer.
+    // Removes the protocol's global.
     void withdraw();
 
 private:

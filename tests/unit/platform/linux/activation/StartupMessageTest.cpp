@@ -11,7 +11,7 @@ StartupIdParts parts() {
     return {.host = u"box"_s, .process = 12, .start = 3, .application = u"calc.desktop"_s, .time = 4711};
 }
 
-// As window managers read it: the number that the id ends in.
+// The number at the end of the id, read as window managers do.
 quint32 timeOf(const QString& id) {
     return id.section(u"_TIME"_s, -1).toUInt();
 }
@@ -22,7 +22,7 @@ TEST(StartupMessage, AnIdNamesTheLauncherTheApplicationAndTheTime) {
     EXPECT_EQ(startupId(parts()), u"amberquill/calc.desktop/12-3-box_TIME4711"_s);
 }
 
-TEST(StartupMessage, TheTimeCanBeReadBackWhateverTheApplicationIsCalled) {
+TEST(StartupMessage, TheTimeCanBeReadBackForAnyApplicationName) {
     StartupIdParts odd = parts();
     odd.application = u"a b/c\"_TIME9\n%1%5"_s;
     odd.host = u"größe_TIME"_s;
@@ -33,7 +33,7 @@ TEST(StartupMessage, TheTimeCanBeReadBackWhateverTheApplicationIsCalled) {
     EXPECT_FALSE(id.contains(u'"'));
 }
 
-TEST(StartupMessage, ABeginningSaysWhatIsKnown) {
+TEST(StartupMessage, ANewMessageHasEveryKnownValue) {
     EXPECT_EQ(startupBeginning({.id = u"x_TIME1"_s,
                                 .name = u"The Calculator"_s,
                                 .icon = u"calc"_s,
@@ -45,13 +45,13 @@ TEST(StartupMessage, ABeginningSaysWhatIsKnown) {
               "WMCLASS=\"Calc\" APPLICATION_ID=\"/a/calc.desktop\"");
 }
 
-TEST(StartupMessage, WhatIsUnknownIsLeftOut) {
+TEST(StartupMessage, UnknownValuesAreLeftOut) {
     StartupNotice notice;
     notice.id = u"x_TIME1"_s;
     EXPECT_EQ(startupBeginning(notice, 1), "new: ID=\"x_TIME1\" SCREEN=\"1\"");
 }
 
-TEST(StartupMessage, AValueCannotEndItself) {
+TEST(StartupMessage, QuotesInAValueAreEscaped) {
     StartupNotice notice;
     notice.id = u"x"_s;
     notice.name = u"a\" BIN=\"/bin/evil\\"_s;

@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Another client, as a window manager is one.
+// Another client of the server, like a window manager.
 class OtherClient {
 public:
     OtherClient()
@@ -31,8 +31,8 @@ public:
     OtherClient& operator=(const OtherClient&) = delete;
     ~OtherClient() { xcb_disconnect(connection_); }
 
-    // The client messages that have reached the root window, put together by sender, each with its type's
-    // name before it where that changes.
+    // The client messages that the root window received, joined by sender. The name of a message's type
+    // stands before it where the type changes.
     QByteArrayList broadcasts() {
         sync();
         while (const XcbReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) {
@@ -87,7 +87,7 @@ private:
     QByteArrayList messages_;
 };
 
-// As window managers read it: the number that the id ends in.
+// The number at the end of the id, read as window managers do.
 quint32 timeOf(const QString& id) {
     return id.section(u"_TIME"_s, -1).toUInt();
 }
@@ -106,7 +106,7 @@ TEST(X11Activation, AStartIsBroadcastToTheRootWindow) {
     EXPECT_EQ(other.broadcasts(), QByteArrayList({startupBeginning(notice, 0), startupEnd(notice.id)}));
 }
 
-TEST(X11Activation, ATokenTellsTheTimeOfTheUsersLastKey) {
+TEST(X11Activation, ATokenHasTheTimeOfTheLastKeyPress) {
     OtherClient other;
     ManualQueue queue;
     const auto tokens = makeActivationTokens(queue);
@@ -118,7 +118,7 @@ TEST(X11Activation, ATokenTellsTheTimeOfTheUsersLastKey) {
         tokens->request(window, u"/a/calc.desktop"_s, [&](const QString& token) { given += token; });
         return given.back();
     };
-    constexpr quint32 later = 3'000'000'000; // the server's clock is far from there
+    constexpr quint32 later = 3'000'000'000; // far from the server's clock
     other.pressKey(static_cast<xcb_window_t>(window.winId()), later);
     EXPECT_TRUE(waitUntil([&] { return timeOf(ask()) == later; })) << given.back().toStdString();
     EXPECT_TRUE(given.back().startsWith(u"amberquill/calc.desktop/"_s));
@@ -140,7 +140,7 @@ int main(int argc, char** argv) {
     }
     qputenv("DISPLAY", ':' + server.readLine().trimmed());
     qputenv("QT_QPA_PLATFORM", "xcb");
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere/at/all"); // none is to be started
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere/at/all"); // no bus is to be started
     int result = 1;
     {
         QGuiApplication application(argc, argv);

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The client that asks: it has a seat and a surface of its own, as Qt has.
+// The client that requests tokens: it has its own seat and surface, like Qt.
 class AskingClient {
 public:
     explicit AskingClient(MockCompositor& compositor)
@@ -79,7 +79,7 @@ protected:
 
 } // namespace
 
-TEST_F(XdgActivationTest, ATokenIsAskedForWithTheUsersSerialTheSurfaceAndTheApplication) {
+TEST_F(XdgActivationTest, ATokenRequestHasTheInputSerialTheSurfaceAndTheApplication) {
     start();
     ask();
     ASSERT_EQ(compositor_->requests().size(), 1);
@@ -92,7 +92,7 @@ TEST_F(XdgActivationTest, ATokenIsAskedForWithTheUsersSerialTheSurfaceAndTheAppl
     EXPECT_TRUE(tokens_.isEmpty()) << "the answer is not waited for";
 }
 
-TEST_F(XdgActivationTest, TheTokenIsHandedOnOnce) {
+TEST_F(XdgActivationTest, TheTokenIsDeliveredOnce) {
     start();
     ask();
     compositor_->answer(0, u"a-token"_s);
@@ -118,7 +118,7 @@ TEST_F(XdgActivationTest, EachRequestGetsItsOwnToken) {
     EXPECT_EQ(tokens_.size(), 1);
 }
 
-TEST_F(XdgActivationTest, WithoutAClickOrAnApplicationNeitherIsNamed) {
+TEST_F(XdgActivationTest, WithoutASerialOrAnApplicationTheRequestHasNeither) {
     start();
     ask(0, {});
     const MockCompositor::Request& request = compositor_->requests().front();
@@ -127,21 +127,21 @@ TEST_F(XdgActivationTest, WithoutAClickOrAnApplicationNeitherIsNamed) {
     EXPECT_TRUE(request.committed);
 }
 
-TEST_F(XdgActivationTest, ACompositorWithoutTheProtocolGivesNoneAtOnce) {
+TEST_F(XdgActivationTest, WithoutTheProtocolTheAnswerIsAtOnceNoToken) {
     start(false);
     EXPECT_FALSE(activation_->isOffered());
     ask();
     EXPECT_EQ(tokens_, QStringList{QString()});
 }
 
-TEST_F(XdgActivationTest, BeforeTheCompositorHasSaidWhatItOffersThereIsNone) {
+TEST_F(XdgActivationTest, BeforeTheGlobalsAreKnownThereIsNoToken) {
     compositor_.emplace(true);
     activation_.emplace(compositor_->client(), queue_);
     activation_->requestToken({}, {}, [this](const QString& token) { tokens_ += token; });
     EXPECT_EQ(tokens_, QStringList{QString()});
 }
 
-TEST_F(XdgActivationTest, ASilentCompositorIsGivenThreeTenthsOfASecond) {
+TEST_F(XdgActivationTest, ATokenRequestTimesOutAfterThreeTenthsOfASecond) {
     start();
     ask();
     queue_.advance(0.299);
@@ -159,7 +159,7 @@ TEST_F(XdgActivationTest, ATokenThatComesTooLateIsDropped) {
     EXPECT_EQ(tokens_, QStringList{QString()});
 }
 
-TEST_F(XdgActivationTest, AProtocolThatIsWithdrawnGivesNoMore) {
+TEST_F(XdgActivationTest, AfterTheGlobalIsRemovedThereIsNoToken) {
     start();
     EXPECT_TRUE(activation_->isOffered());
     compositor_->withdraw();
@@ -169,12 +169,12 @@ TEST_F(XdgActivationTest, AProtocolThatIsWithdrawnGivesNoMore) {
     EXPECT_EQ(tokens_, QStringList{QString()});
 }
 
-TEST_F(XdgActivationTest, ASeatIsNoticed) {
+TEST_F(XdgActivationTest, ASeatIsFound) {
     start();
     EXPECT_TRUE(activation_->hasSeat());
 }
 
-TEST_F(XdgActivationTest, ItMayGoWhileItWaits) {
+TEST_F(XdgActivationTest, ItMayBeDestroyedDuringARequest) {
     start();
     ask();
     activation_.reset();

@@ -28,13 +28,13 @@ TEST(LastPictures, AreKeptForEachScreen) {
     EXPECT_EQ(last.of(right), plain({80, 60}, 0xFF405060));
 }
 
-TEST(LastPictures, AreSmallHoweverLargeTheScreenIs) {
+TEST(LastPictures, AreSmallForEveryScreenSize) {
     LastPictures last;
     last.keep(left, plain({480, 270}, 0xFF102030));
     EXPECT_EQ(last.of(left), plain({240, 135}, 0xFF102030));
 }
 
-TEST(LastPictures, OfAScreenThatHasGoneAreForgotten) {
+TEST(LastPictures, OfARemovedScreenAreForgotten) {
     LastPictures last;
     last.keep(left, plain({8, 6}, 0xFF102030));
     last.keep(right, plain({8, 6}, 0xFF405060));

@@ -7,7 +7,7 @@ using namespace amberquill::desktop;
 
 namespace {
 
-// What the layout makes of one pixel with these bytes.
+// Unpacks one pixel with these bytes.
 QRgb unpacked(const std::optional<PixelLayout>& layout, const std::vector<unsigned char>& bytes) {
     QRgb colour = 0;
     EXPECT_TRUE(layout.has_value());
@@ -18,19 +18,19 @@ QRgb unpacked(const std::optional<PixelLayout>& layout, const std::vector<unsign
 
 } // namespace
 
-TEST(PixelLayout, TheUsualOneIsQts) {
+TEST(PixelLayout, TheUsualLayoutIsThatOfQImage) {
     const auto layout = PixelLayout::of(32, 0xFF0000, 0xFF00, 0xFF);
     EXPECT_TRUE(layout->isQtRgb());
     EXPECT_EQ(unpacked(layout, {0x33, 0x22, 0x11, 0x77}), 0xFF112233);
 }
 
-TEST(PixelLayout, ColoursMayStandTheOtherWayRound) {
+TEST(PixelLayout, ColoursMayBeInReverseOrder) {
     const auto layout = PixelLayout::of(32, 0xFF, 0xFF00, 0xFF0000);
     EXPECT_FALSE(layout->isQtRgb());
     EXPECT_EQ(unpacked(layout, {0x33, 0x22, 0x11, 0x77}), 0xFF332211);
 }
 
-TEST(PixelLayout, ThreeBytesAreAPixelToo) {
+TEST(PixelLayout, APixelMayHaveThreeBytes) {
     const auto layout = PixelLayout::of(24, 0xFF0000, 0xFF00, 0xFF);
     EXPECT_FALSE(layout->isQtRgb());
     EXPECT_EQ(unpacked(layout, {0x33, 0x22, 0x11}), 0xFF112233);
@@ -44,7 +44,7 @@ TEST(PixelLayout, CoarseColoursReachFromBlackToWhite) {
     EXPECT_EQ(unpacked(layout, {0x10, 0x84}), 0xFF848284) << "sixteen of 31, 32 of 63";
 }
 
-TEST(PixelLayout, OfFineColoursTheUpperBitsCount) {
+TEST(PixelLayout, MoreThanEightBitsAreCutToTheUpperEight) {
     const auto layout = PixelLayout::of(32, 0x3FF00000, 0x000FFC00, 0x000003FF);
     const std::uint32_t pixel = (0x203U << 20U) | (0x3FFU << 10U) | 0x004U;
     EXPECT_EQ(unpacked(layout,
@@ -61,7 +61,7 @@ TEST(PixelLayout, ARowIsUnpackedPixelByPixel) {
     EXPECT_EQ(colours, std::vector<QRgb>({0xFFFF0000, 0xFF00FF00, 0xFF0000FF}));
 }
 
-TEST(PixelLayout, WhatCannotBeAPixelIsNone) {
+TEST(PixelLayout, AnInvalidLayoutIsRefused) {
     EXPECT_FALSE(PixelLayout::of(8, 0xE0, 0x1C, 0x03)) << "a palette";
     EXPECT_FALSE(PixelLayout::of(0, 0xFF0000, 0xFF00, 0xFF));
     EXPECT_FALSE(PixelLayout::of(64, 0xFF0000, 0xFF00, 0xFF));

@@ -15,7 +15,7 @@ QImage shrunk(const QImage& image, int shrink) {
     return shrinker.image();
 }
 
-// The mean as one would write it down.
+// The mean, computed in the obvious way.
 QRgb meanOf(const QImage& image, const QRect& block) {
     const QRect part = block & image.rect();
     const int count = part.width() * part.height();
@@ -34,7 +34,7 @@ QRgb meanOf(const QImage& image, const QRect& block) {
 }
 
 QImage noise(int width, int height) {
-    std::minstd_rand random(7); // NOLINT(cert-msc51-cpp): the same each time
+    std::minstd_rand random(7); // NOLINT(cert-msc51-cpp): the same values in each run
     QImage image(width, height, QImage::Format_RGB32);
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
@@ -76,7 +76,7 @@ TEST(RowShrinker, TheHighestByteDoesNotMatter) {
     EXPECT_EQ(shrinker.image().pixel(0, 0), 0xFF102030);
 }
 
-TEST(RowShrinker, AnImageOfWhichRowsAreMissingIsNone) {
+TEST(RowShrinker, AnImageWithMissingRowsIsNull) {
     const std::vector<QRgb> row{0xFF102030};
     RowShrinker shrinker({1, 2}, 2);
     EXPECT_TRUE(shrinker.image().isNull());

@@ -6,9 +6,9 @@
 using namespace amberquill;
 using namespace amberquill::desktop;
 
-TEST(ScreenRows, KeepTheWholeBesideTheMeansWhereItIsWanted) {
+TEST(ScreenRows, KeepTheFullImageBesideTheMeansOnRequest) {
     ScreenRows rows({2, 2}, 2, true);
-    // What stands in the highest byte does not matter.
+    // The highest byte does not matter.
     rows.add(std::array<QRgb, 2>{0x00102030, 0x7F302010}.data());
     rows.add(std::array<QRgb, 2>{0xFF102030, 0x00302010}.data());
     const ScreenPicture picture = rows.picture();
@@ -20,21 +20,21 @@ TEST(ScreenRows, KeepTheWholeBesideTheMeansWhereItIsWanted) {
     EXPECT_EQ(line[1], 0xFF302010U);
 }
 
-TEST(ScreenRows, HaveNoWholeWhereItIsNotWanted) {
+TEST(ScreenRows, HaveNoFullImageWithoutARequest) {
     ScreenRows rows({1, 1}, 1, false);
     rows.add(std::array<QRgb, 1>{0x00FFFFFF}.data());
     EXPECT_FALSE(rows.picture().shrunk.isNull());
     EXPECT_TRUE(rows.picture().whole.isNull());
 }
 
-TEST(ScreenRows, AreNothingWhileRowsAreMissing) {
+TEST(ScreenRows, AreNullWhileRowsAreMissing) {
     ScreenRows rows({1, 2}, 1, true);
     rows.add(std::array<QRgb, 1>{0x00FFFFFF}.data());
     EXPECT_TRUE(rows.picture().shrunk.isNull());
     EXPECT_TRUE(rows.picture().whole.isNull());
 }
 
-TEST(ScreenRows, RowsThatAreMissingAreFilledFromAnotherPicture) {
+TEST(ScreenRows, MissingRowsAreFilledFromAnotherPicture) {
     ScreenRows rows({2, 8}, 2, true);
     const std::array<QRgb, 2> read{0x00102030, 0x00102030};
     for (int y = 0; y < 3; ++y) {
@@ -54,7 +54,7 @@ TEST(ScreenRows, RowsThatAreMissingAreFilledFromAnotherPicture) {
     EXPECT_EQ(picture.whole.pixel(1, 7), 0xFF908070U);
 }
 
-TEST(ScreenRows, WhereThereIsNoOtherPictureRowsThatAreMissingHaveTheMeanColour) {
+TEST(ScreenRows, WithoutAnotherPictureMissingRowsHaveTheMeanColour) {
     ScreenRows rows({2, 3}, 1, true);
     rows.add(std::array<QRgb, 2>{0x00000000, 0x00FFFFFF}.data());
     const ScreenPicture picture = rows.pictureOver({});

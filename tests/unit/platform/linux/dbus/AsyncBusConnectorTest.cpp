@@ -38,7 +38,7 @@ protected:
 
 } // namespace
 
-TEST_F(AsyncBusConnectorTest, AConnectionComesByTheQueue) {
+TEST_F(AsyncBusConnectorTest, AConnectionIsDeliveredThroughTheQueue) {
     const auto patient = connector(address());
     connect(*patient);
     EXPECT_TRUE(came_.isEmpty());
@@ -47,14 +47,14 @@ TEST_F(AsyncBusConnectorTest, AConnectionComesByTheQueue) {
     EXPECT_EQ(came_[0].name(), name_);
 }
 
-TEST_F(AsyncBusConnectorTest, WithoutABusOneComesThatIsNotConnected) {
+TEST_F(AsyncBusConnectorTest, WithoutABusADisconnectedConnectionIsDelivered) {
     const auto patient = connector("disabled:");
     connect(*patient);
     ASSERT_TRUE(comes());
     EXPECT_FALSE(came_[0].isConnected());
 }
 
-TEST_F(AsyncBusConnectorTest, ABusThatHangsKeepsNobodyWaiting) {
+TEST_F(AsyncBusConnectorTest, AHangingBusDoesNotBlockTheCaller) {
     bus_.freeze();
     const auto patient = connector(address());
     connect(*patient);
@@ -65,7 +65,7 @@ TEST_F(AsyncBusConnectorTest, ABusThatHangsKeepsNobodyWaiting) {
     EXPECT_FALSE(came_[0].isConnected());
 }
 
-TEST_F(AsyncBusConnectorTest, ALaterConnectionTakesTheEarlierOnesPlace) {
+TEST_F(AsyncBusConnectorTest, ALaterConnectionReplacesTheEarlierOne) {
     const auto patient = connector(address());
     connect(*patient);
     ASSERT_TRUE(comes());
@@ -76,7 +76,7 @@ TEST_F(AsyncBusConnectorTest, ALaterConnectionTakesTheEarlierOnesPlace) {
     EXPECT_NE(came_[0].baseService(), earlier);
 }
 
-TEST_F(AsyncBusConnectorTest, WhoHasGoneIsToldNothing) {
+TEST_F(AsyncBusConnectorTest, NothingIsDeliveredAfterDestruction) {
     auto first = connector(address());
     connect(*first);
     first.reset();

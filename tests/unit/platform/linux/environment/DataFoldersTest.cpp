@@ -30,7 +30,7 @@ TEST(DataFolders, EmptyVariablesMeanTheDefaultsToo) {
     EXPECT_EQ(foldersOf({{"XDG_DATA_HOME", ""}, {"XDG_DATA_DIRS", ""}}), foldersOf({}));
 }
 
-TEST(DataFolders, TheUsersOwnComesFirstAndTheListKeepsItsOrder) {
+TEST(DataFolders, TheUsersFolderComesFirstAndTheListKeepsItsOrder) {
     EXPECT_EQ(foldersOf({{"XDG_DATA_HOME", "/own"}, {"XDG_DATA_DIRS", "/b:/a"}}),
               (QStringList{u"/own"_s, u"/b"_s, u"/a"_s, u"/own/flatpak/exports/share"_s,
                            u"/var/lib/flatpak/exports/share"_s, u"/var/lib/snapd/desktop"_s}));
@@ -41,12 +41,12 @@ TEST(DataFolders, RelativeAndEmptyPartsAreIgnored) {
               (QStringList{u"/home/u/.local/share"_s, u"/a"_s} + flatpakAndSnap));
 }
 
-TEST(DataFolders, RepetitionsAndTrailingSlashesGo) {
+TEST(DataFolders, RepetitionsAndTrailingSlashesAreRemoved) {
     EXPECT_EQ(foldersOf({{"XDG_DATA_DIRS", "/usr/share/:/a//b/:/usr/share:/home/u/.local/share/"}}),
               (QStringList{u"/home/u/.local/share"_s, u"/usr/share"_s, u"/a/b"_s} + flatpakAndSnap));
 }
 
-TEST(DataFolders, FlatpakAndSnapKeepThePlaceThatTheVariableGivesThem) {
+TEST(DataFolders, FlatpakAndSnapKeepTheirPlacesInTheVariable) {
     EXPECT_EQ(
         foldersOf({{"XDG_DATA_DIRS", "/var/lib/snapd/desktop:/var/lib/flatpak/exports/share/:/usr/share"}}),
         (QStringList{u"/home/u/.local/share"_s, u"/var/lib/snapd/desktop"_s,

@@ -52,7 +52,7 @@ TEST(LocationsFromEnvironment, EmptyAndRelativeVariablesCountAsNotSet) {
     EXPECT_EQ(locations.caches, u"/home/u/.cache"_s);
 }
 
-TEST(LocationsFromEnvironment, RepeatedAndTrailingSlashesGo) {
+TEST(LocationsFromEnvironment, RepeatedAndTrailingSlashesAreRemoved) {
     const Locations locations = locationsOf({{"HOME", "/home//u/"}, {"XDG_DATA_HOME", "//data///"}});
     EXPECT_EQ(locations.home, u"/home/u"_s);
     EXPECT_EQ(locations.applicationSupport, u"/data"_s);
@@ -63,7 +63,7 @@ TEST(LocationsFromEnvironment, ValuesThatAreNotUtf8CountAsNotSet) {
               u"/home/u/.local/share"_s);
 }
 
-TEST(LocationsFromEnvironment, WithoutAHomeVariableTheUserDatabaseKnows) {
+TEST(LocationsFromEnvironment, WithoutAHomeVariableTheUserDatabaseIsUsed) {
     const passwd* const user = ::getpwuid(::getuid());
     ASSERT_NE(user, nullptr);
     const QString home = QString::fromUtf8(user->pw_dir);
@@ -76,14 +76,14 @@ TEST(LocationsFromEnvironment, TheRootFolderCanBeAHome) {
     EXPECT_EQ(locationsOf({{"HOME", "/"}}).configuration, u"/.config"_s);
 }
 
-TEST(OwnBundle, TheNearestBundleAroundTheProgram) {
+TEST(OwnBundle, IsTheNearestBundleAroundTheProgram) {
     EXPECT_EQ(bundleOf(u"/opt/Amberquill.app/Contents/MacOS/amberquill"_s), u"/opt/Amberquill.app"_s);
     EXPECT_EQ(bundleOf(u"/opt/Tools.app/Helpers/Amberquill.app/amberquill"_s),
               u"/opt/Tools.app/Helpers/Amberquill.app"_s);
     EXPECT_EQ(bundleOf(u"/Amberquill.app/amberquill"_s), u"/Amberquill.app"_s);
 }
 
-TEST(OwnBundle, NoneAroundAProgramThatIsInstalledAsUsual) {
+TEST(OwnBundle, IsEmptyForAnInstalledProgram) {
     for (const QString& program :
          {u"/usr/bin/amberquill"_s, u"/opt/.app/amberquill"_s, u"/opt/A.APP/amberquill"_s,
           u"/opt/Amberquill.app"_s, u"/opt/A.app2/amberquill"_s, QString()}) {
@@ -103,11 +103,11 @@ TEST(ProcessEnvironment, AVariableThatIsEmptyIsSet) {
     EXPECT_EQ(processEnvironment()("AMBERQUILL_TEST_VARIABLE"), std::nullopt);
 }
 
-TEST(HomeFolderOfUser, IsWhatTheUserDatabaseSays) {
+TEST(HomeFolderOfUser, IsReadFromTheUserDatabase) {
     EXPECT_EQ(homeFolderOfUser(u"root"_s), u"/root"_s);
 }
 
-TEST(HomeFolderOfUser, OfAnUnknownNameThereIsNone) {
+TEST(HomeFolderOfUser, IsEmptyForAnUnknownUser) {
     EXPECT_EQ(homeFolderOfUser(u"no such user"_s), std::nullopt);
     EXPECT_EQ(homeFolderOfUser(QString()), std::nullopt);
     EXPECT_EQ(homeFolderOfUser(u"root\0x"_s), std::nullopt);

@@ -6,7 +6,7 @@
 using namespace amberquill::desktop;
 using namespace Qt::StringLiterals;
 
-TEST(QtSystemLanguages, NoListBesideTheLocale) {
+TEST(QtSystemLanguages, WithoutALanguageListTheLocaleCounts) {
     EXPECT_EQ(QtSystemLanguages().systemWideList(), std::nullopt);
 }
 

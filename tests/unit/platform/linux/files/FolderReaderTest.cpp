@@ -8,7 +8,7 @@
 using namespace amberquill;
 using namespace amberquill::desktop;
 
-TEST(FolderReader, WhatTheListingDoesNotTellIsAskedOfTheDiskWithoutFollowingLinks) {
+TEST(FolderReader, AMissingEntryTypeIsReadFromTheDiskWithoutFollowingLinks) {
     const TemporaryTree tree;
     tree.write("file", {});
     tree.makeFolder("folder");

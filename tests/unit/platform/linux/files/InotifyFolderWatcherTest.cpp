@@ -18,7 +18,7 @@ namespace {
 constexpr double quiet = InotifyFolderWatcher::quietSeconds;
 constexpr double patience = InotifyFolderWatcher::patienceSeconds;
 
-// How many folders the system watches for this process.
+// The number of inotify watches of this process.
 std::ptrdiff_t watchesOfThisProcess() {
     std::ptrdiff_t watches = 0;
     for (const auto& descriptor : fs::directory_iterator("/proc/self/fdinfo")) {
@@ -42,10 +42,10 @@ protected:
         ASSERT_EQ(calls_, 0);
     }
 
-    // The system has queued its events by the time a file call returns: one look takes them all.
+    // The kernel queues events before a file call returns, so one read takes them all.
     static void deliver() { QCoreApplication::processEvents(); }
 
-    // How often `changed` was called once it has become quiet.
+    // The number of calls of `changed` after a pause.
     int callsAfterQuiet() {
         deliver();
         queue_.advance(quiet);
@@ -60,7 +60,7 @@ protected:
 
 } // namespace
 
-TEST_F(InotifyFolderWatcherTest, EveryKindOfChangeIsTold) {
+TEST_F(InotifyFolderWatcherTest, EveryKindOfChangeIsReported) {
     tree_.write("root/old", "content");
     tree_.write("outside", "content");
     watch({"root"});
@@ -82,7 +82,7 @@ TEST_F(InotifyFolderWatcherTest, EveryKindOfChangeIsTold) {
     EXPECT_EQ(callsAfterQuiet(), 1) << "linked";
 }
 
-TEST_F(InotifyFolderWatcherTest, ReadingIsNoChangeAndWakesNobody) {
+TEST_F(InotifyFolderWatcherTest, ReadingIsNotAChangeAndWakesNothing) {
     tree_.write("root/sub/file", "content");
     watch({"root"});
     EXPECT_EQ(tree_.read("root/sub/file"), "content");
@@ -91,7 +91,7 @@ TEST_F(InotifyFolderWatcherTest, ReadingIsNoChangeAndWakesNobody) {
     EXPECT_EQ(queue_.waiting(), 0U);
 }
 
-TEST_F(InotifyFolderWatcherTest, NothingWaitsWhileNothingChanges) {
+TEST_F(InotifyFolderWatcherTest, WithoutChangesNoWorkIsScheduled) {
     tree_.makeFolder("root");
     watch({"root"});
     EXPECT_EQ(queue_.waiting(), 0U);
@@ -100,7 +100,7 @@ TEST_F(InotifyFolderWatcherTest, NothingWaitsWhileNothingChanges) {
     EXPECT_EQ(queue_.waiting(), 0U);
 }
 
-TEST_F(InotifyFolderWatcherTest, ItHasToBeQuietFirst) {
+TEST_F(InotifyFolderWatcherTest, ChangesAreReportedOnceTheyPause) {
     tree_.makeFolder("root");
     watch({"root"});
     tree_.write("root/one", {});
@@ -117,7 +117,7 @@ TEST_F(InotifyFolderWatcherTest, ItHasToBeQuietFirst) {
     EXPECT_EQ(calls_, 1);
 }
 
-TEST_F(InotifyFolderWatcherTest, ChangesThatDoNotEndAreToldAfterFiveSecondsEach) {
+TEST_F(InotifyFolderWatcherTest, ContinuousChangesAreReportedEveryFiveSeconds) {
     tree_.makeFolder("root");
     watch({"root"});
     std::vector<double> told;
@@ -132,12 +132,12 @@ TEST_F(InotifyFolderWatcherTest, ChangesThatDoNotEndAreToldAfterFiveSecondsEach)
     }
     ASSERT_EQ(told.size(), 2U);
     EXPECT_NEAR(told[0], patience, 0.001);
-    EXPECT_NEAR(told[1], 2 * patience, 0.2001); // counted from the next change
+    EXPECT_NEAR(told[1], 2 * patience, 0.2001); // counted from the change after the first report
     queue_.advance(quiet);
     EXPECT_EQ(calls_, 1);
 }
 
-TEST_F(InotifyFolderWatcherTest, NewFoldersThatDoNotEndAreToldToo) {
+TEST_F(InotifyFolderWatcherTest, ContinuousNewFoldersAreReportedToo) {
     tree_.makeFolder("root");
     watch({"root"});
     int told = 0;
@@ -150,7 +150,7 @@ TEST_F(InotifyFolderWatcherTest, NewFoldersThatDoNotEndAreToldToo) {
     EXPECT_GE(told, 2);
 }
 
-TEST_F(InotifyFolderWatcherTest, ManyChangesWaitWithOnePieceOfWork) {
+TEST_F(InotifyFolderWatcherTest, ManyChangesScheduleOnePieceOfWork) {
     tree_.makeFolder("root");
     watch({"root"});
     for (int number = 0; number < 100; ++number) {
@@ -170,7 +170,7 @@ TEST_F(InotifyFolderWatcherTest, SubFoldersAreWatched) {
     EXPECT_EQ(callsAfterQuiet(), 0);
 }
 
-TEST_F(InotifyFolderWatcherTest, NewSubFoldersArePickedUp) {
+TEST_F(InotifyFolderWatcherTest, NewSubFoldersAreWatched) {
     tree_.makeFolder("root");
     watch({"root"});
     tree_.makeFolder("root/new/deep");
@@ -179,7 +179,7 @@ TEST_F(InotifyFolderWatcherTest, NewSubFoldersArePickedUp) {
     EXPECT_EQ(callsAfterQuiet(), 1);
 }
 
-TEST_F(InotifyFolderWatcherTest, AFolderThatIsMovedInIsPickedUpAndOneMovedAwayIsLetGo) {
+TEST_F(InotifyFolderWatcherTest, AFolderMovedInIsWatchedAndOneMovedAwayIsNot) {
     tree_.makeFolder("root");
     tree_.makeFolder("outside/deep");
     watch({"root"});
@@ -202,12 +202,12 @@ TEST_F(InotifyFolderWatcherTest, NoWatchIsKeptOfAFolderThatWasMovedAway) {
     EXPECT_EQ(watchesOfThisProcess(), 1);
 }
 
-TEST_F(InotifyFolderWatcherTest, AFolderThatComesDuringAWalkIsToldOfAgainOnceItIsWatched) {
+TEST_F(InotifyFolderWatcherTest, AFolderCreatedDuringAWalkIsReportedAgainOnceItIsWatched) {
     tree_.makeFolder("root");
     watch({"root"});
     tree_.makeFolder("root/one");
     deliver();
-    // Comes between the end of the quiet time and the walk that it brings about.
+    // Created between the end of the pause and the walk that follows it.
     const DelayedWork later = queue_.postAfter(quiet, [this] {
         tree_.makeFolder("root/two");
         deliver();
@@ -220,7 +220,7 @@ TEST_F(InotifyFolderWatcherTest, AFolderThatComesDuringAWalkIsToldOfAgainOnceItI
     EXPECT_EQ(calls_, 2);
 }
 
-TEST_F(InotifyFolderWatcherTest, WhatIsInANewFolderBeforeItIsWatchedIsThereWhenTold) {
+TEST_F(InotifyFolderWatcherTest, FilesCreatedBeforeANewFolderIsWatchedExistWhenItIsReported) {
     tree_.makeFolder("root");
     QStringList seen;
     watcher_->watch({tree_.path("root")}, [&] {
@@ -233,7 +233,7 @@ TEST_F(InotifyFolderWatcherTest, WhatIsInANewFolderBeforeItIsWatchedIsThereWhenT
     tree_.makeFolder("root/new");
     deliver();
     queue_.advance(quiet / 2);
-    tree_.write("root/new/unseen", {}); // no watch is there yet
+    tree_.write("root/new/unseen", {}); // not watched yet
     deliver();
     queue_.advance(quiet / 2);
     EXPECT_TRUE(seen.contains(QStringLiteral("unseen")));
@@ -252,7 +252,7 @@ TEST_F(InotifyFolderWatcherTest, ARootThatIsRemovedAndMadeAgainIsWatchedAgain) {
     EXPECT_EQ(callsAfterQuiet(), 1);
 }
 
-TEST_F(InotifyFolderWatcherTest, AMissingRootIsAwaitedThroughItsMissingParents) {
+TEST_F(InotifyFolderWatcherTest, AMissingRootIsFoundOnceItsParentsAreCreated) {
     watch({"a/b/c"});
     tree_.makeFolder("a");
     EXPECT_EQ(callsAfterQuiet(), 0);
@@ -264,13 +264,13 @@ TEST_F(InotifyFolderWatcherTest, AMissingRootIsAwaitedThroughItsMissingParents) 
     EXPECT_EQ(callsAfterQuiet(), 1);
 }
 
-TEST_F(InotifyFolderWatcherTest, AMissingRootThatComesAllAtOnceIsTold) {
+TEST_F(InotifyFolderWatcherTest, AMissingRootCreatedWithItsParentsAtOnceIsReported) {
     watch({"a/b/c"});
     tree_.write("a/b/c/file", {});
     EXPECT_EQ(callsAfterQuiet(), 1);
 }
 
-TEST_F(InotifyFolderWatcherTest, OtherNamesBesideAMissingRootWakeNobody) {
+TEST_F(InotifyFolderWatcherTest, OtherNamesBesideAMissingRootWakeNothing) {
     watch({"missing"});
     tree_.write("other", {});
     deliver();
@@ -293,7 +293,7 @@ TEST_F(InotifyFolderWatcherTest, ARootThatIsALinkIsWatchedAndSoIsTheLink) {
     EXPECT_EQ(callsAfterQuiet(), 0);
 }
 
-TEST_F(InotifyFolderWatcherTest, ALinkInTheMidstOfARootsPathIsWatchedToo) {
+TEST_F(InotifyFolderWatcherTest, ALinkInsideARootsPathIsWatchedToo) {
     tree_.makeFolder("profile-1/share");
     tree_.makeFolder("profile-2/share");
     tree_.link("profile", "profile-1");
@@ -314,7 +314,7 @@ TEST_F(InotifyFolderWatcherTest, LinksBelowARootAreNotFollowed) {
     EXPECT_EQ(callsAfterQuiet(), 0);
 }
 
-TEST_F(InotifyFolderWatcherTest, SeveralRootsAreToldOfOnce) {
+TEST_F(InotifyFolderWatcherTest, ChangesInSeveralRootsAreReportedOnce) {
     tree_.makeFolder("one");
     tree_.makeFolder("two");
     watch({"one", "two", "missing"});
@@ -325,7 +325,7 @@ TEST_F(InotifyFolderWatcherTest, SeveralRootsAreToldOfOnce) {
     EXPECT_EQ(callsAfterQuiet(), 1);
 }
 
-TEST_F(InotifyFolderWatcherTest, EventsThatWereLostCountAsAChangeAndTheWatchesArePutRight) {
+TEST_F(InotifyFolderWatcherTest, LostEventsCountAsAChangeAndTheWatchesAreRepaired) {
     tree_.makeFolder("root");
     watch({"root"});
     QByteArray most;
@@ -342,7 +342,7 @@ TEST_F(InotifyFolderWatcherTest, EventsThatWereLostCountAsAChangeAndTheWatchesAr
         ASSERT_GE(file, 0);
         ::close(file);
     }
-    tree_.makeFolder("root/lost"); // of this nobody is told
+    tree_.makeFolder("root/lost"); // without a report
     for (int look = 0; look < 100; ++look) {
         deliver();
     }
@@ -351,10 +351,10 @@ TEST_F(InotifyFolderWatcherTest, EventsThatWereLostCountAsAChangeAndTheWatchesAr
     EXPECT_EQ(callsAfterQuiet(), 1);
 }
 
-TEST_F(InotifyFolderWatcherTest, AChangeWhileTheFoldersAreStillWalkedIsTold) {
+TEST_F(InotifyFolderWatcherTest, AChangeDuringTheWalkIsReported) {
     tree_.makeFolder("root/sub");
     watcher_->watch({tree_.path("root")}, [this] { ++calls_; });
-    // The walk has not begun; the folder's time says that something came.
+    // The walk has not begun; the folder's modification time shows the change.
     const timespec later = {.tv_sec = 4'000'000'000, .tv_nsec = 0};
     const std::array<timespec, 2> times = {later, later};
     ASSERT_EQ(::utimensat(AT_FDCWD, tree_.at("root/sub").c_str(), times.data(), 0), 0);
@@ -364,7 +364,7 @@ TEST_F(InotifyFolderWatcherTest, AChangeWhileTheFoldersAreStillWalkedIsTold) {
     EXPECT_EQ(calls_, 0);
 }
 
-TEST_F(InotifyFolderWatcherTest, WatchingOtherFoldersEndsTheFormerWatch) {
+TEST_F(InotifyFolderWatcherTest, WatchingOtherFoldersEndsTheEarlierWatch) {
     tree_.makeFolder("one");
     tree_.makeFolder("two");
     int former = 0;
@@ -372,7 +372,7 @@ TEST_F(InotifyFolderWatcherTest, WatchingOtherFoldersEndsTheFormerWatch) {
     queue_.runPosted();
     tree_.write("one/file", {});
     deliver();
-    watch({"two"}); // in the midst of the former's waiting
+    watch({"two"}); // while the first watch waits for a pause
     tree_.write("one/file", "more");
     EXPECT_EQ(callsAfterQuiet(), 0);
     EXPECT_EQ(former, 0);
@@ -394,7 +394,7 @@ TEST_F(InotifyFolderWatcherTest, ChangedMayWatchSomethingElse) {
     EXPECT_EQ(second, 1);
 }
 
-TEST_F(InotifyFolderWatcherTest, NothingIsToldAfterTheWatchersEnd) {
+TEST_F(InotifyFolderWatcherTest, NothingIsReportedAfterDestruction) {
     tree_.makeFolder("root");
     watch({"root"});
     tree_.makeFolder("root/new");
@@ -404,7 +404,7 @@ TEST_F(InotifyFolderWatcherTest, NothingIsToldAfterTheWatchersEnd) {
     EXPECT_EQ(calls_, 0);
 }
 
-TEST_F(InotifyFolderWatcherTest, TheWatcherMayEndWhileTheFoldersAreWalked) {
+TEST_F(InotifyFolderWatcherTest, TheWatcherMayBeDestroyedDuringTheWalk) {
     tree_.makeFolder("root");
     watcher_->watch({tree_.path("root")}, [this] { ++calls_; });
     watcher_.reset();
@@ -412,7 +412,7 @@ TEST_F(InotifyFolderWatcherTest, TheWatcherMayEndWhileTheFoldersAreWalked) {
     EXPECT_EQ(calls_, 0);
 }
 
-TEST_F(InotifyFolderWatcherTest, AFolderThatMayNotBeReadDoesNotKeepTheOthersFromBeingWatched) {
+TEST_F(InotifyFolderWatcherTest, AnUnreadableFolderDoesNotPreventWatchingTheOthers) {
     fs::permissions(tree_.at(), fs::perms{0755});
     tree_.makeFolder("locked/inner");
     tree_.makeFolder("root");

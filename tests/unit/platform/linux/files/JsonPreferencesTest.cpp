@@ -25,7 +25,7 @@ protected:
         return {files_, path};
     }
 
-    // The content of the file after all writes.
+    // The file's content after all writes.
     [[nodiscard]] QJsonObject written() {
         queue_.runPosted();
         return QJsonDocument::fromJson(files_.file(path).value_or(QByteArray())).object();
@@ -73,7 +73,7 @@ TEST_F(JsonPreferencesTest, OnlyWholeNumbersInRangeAreIntegers) {
     }
 }
 
-TEST_F(JsonPreferencesTest, ALateFileIsNotWrittenEarlyAndEarlierSetValuesTakePrecedence) {
+TEST_F(JsonPreferencesTest, ALateFileIsNotWrittenEarlyAndValuesSetBeforeTakePrecedence) {
     const QByteArray stored = R"({"i": 1, "kept": 2, "removed": 3})";
     files_.addFile(path, stored);
     JsonPreferences preferences(files_, path, std::nullopt);
@@ -140,7 +140,7 @@ TEST_F(JsonPreferencesTest, AFlushWritesAtOnce) {
     EXPECT_EQ(JsonPreferences(files_, path).integer(u"i"_s), 5);
 }
 
-TEST_F(JsonPreferencesTest, ValuesSetBeforeThereIsAQueueAreWrittenThen) {
+TEST_F(JsonPreferencesTest, ValuesSetBeforeTheQueueExistsAreWrittenOnceItDoes) {
     JsonPreferences preferences(files_, path);
     preferences.setInteger(u"i"_s, 5);
     preferences.flush();

@@ -21,7 +21,7 @@ namespace {
 
 constexpr qint64 limit = 1000;
 
-// What lies in a folder, by name, hidden files included.
+// The names in a folder, hidden files included.
 QStringList namesIn(const fs::path& folder) {
     QStringList names;
     for (const auto& entry : fs::directory_iterator(folder)) {
@@ -39,7 +39,7 @@ mode_t modeOf(const fs::path& path) {
 
 class PosixFileSystemTest : public testing::Test {
 protected:
-    // The names of a listing; those of folders end in a slash. One that starts with "!": no listing.
+    // The names of a listing; names of folders end in a slash. A name that starts with "!": no listing.
     [[nodiscard]] QStringList listed(const QString& path) const {
         const auto entries = files_.listFolder(path);
         if (!entries) {
@@ -84,7 +84,7 @@ TEST_F(ListFolder, ARealFolderIsADirectoryAndALinkToOneIsNot) {
     EXPECT_EQ(listed(tree_.path()), (QStringList{u"file"_s, u"folder/"_s, u"link"_s, u"nowhere"_s}));
 }
 
-TEST_F(ListFolder, WhereTheFileSystemDoesNotTellALinkToAFolderIsStillNoDirectory) {
+TEST_F(ListFolder, WithoutEntryTypesALinkToAFolderIsNotADirectory) {
     tree_.makeFolder("folder");
     tree_.write("file", {});
     tree_.link("link", "folder");
@@ -92,14 +92,14 @@ TEST_F(ListFolder, WhereTheFileSystemDoesNotTellALinkToAFolderIsStillNoDirectory
     EXPECT_EQ(listed(tree_.path()), (QStringList{u"file"_s, u"folder/"_s, u"link"_s}));
 }
 
-TEST_F(ListFolder, ALeadingDotHides) {
+TEST_F(ListFolder, NamesWithALeadingDotAreHidden) {
     tree_.write(".secret", {});
     tree_.makeFolder(".config");
     tree_.write("seen", {});
     EXPECT_EQ(listed(tree_.path()), QStringList{u"seen"_s});
 }
 
-TEST_F(ListFolder, ALineInTheFoldersHiddenListHidesThatExactName) {
+TEST_F(ListFolder, ALineOfTheHiddenListHidesThatExactName) {
     for (const char* const name : {"one", "two", "two words", "Three", "twofold"}) {
         tree_.write(name, {});
     }
@@ -107,7 +107,7 @@ TEST_F(ListFolder, ALineInTheFoldersHiddenListHidesThatExactName) {
     EXPECT_EQ(listed(tree_.path()), (QStringList{u"Three"_s, u"two words"_s, u"twofold"_s}));
 }
 
-TEST_F(ListFolder, AHiddenListThatIsTooLargeOrNoFileHidesNothing) {
+TEST_F(ListFolder, AHiddenListThatIsTooLargeOrNotAFileHidesNothing) {
     tree_.write("name", {});
     tree_.write(".hidden", "name\n" + QByteArray(qsizetype{65} * 1024, 'x'));
     EXPECT_EQ(listed(tree_.path()), QStringList{u"name"_s});
@@ -122,7 +122,7 @@ TEST_F(ListFolder, NamesThatAreNotUtf8AreSkipped) {
     EXPECT_EQ(listed(tree_.path()), QStringList{u"good"_s});
 }
 
-TEST_F(ListFolder, AByteOrderMarkIsALetterOfAName) {
+TEST_F(ListFolder, AByteOrderMarkIsPartOfAName) {
     tree_.write("\xEF\xBB\xBF"
                 "file",
                 "content");
@@ -165,7 +165,7 @@ TEST_F(ResolvingSymbolicLinks, EveryLinkOnTheWayIsFollowed) {
     EXPECT_EQ(files_.resolvingSymbolicLinks(tree_.path("folder/../real/./file")), real);
 }
 
-TEST_F(ResolvingSymbolicLinks, APathThatLeadsNowhereIsAnsweredAsItIs) {
+TEST_F(ResolvingSymbolicLinks, ABrokenPathIsReturnedUnchanged) {
     tree_.link("loop", "loop");
     tree_.link("dangling", "missing");
     for (const char* const name : {"loop", "dangling", "missing"}) {
@@ -182,7 +182,7 @@ TEST_F(DisplayName, ItIsTheLastComponent) {
     EXPECT_EQ(files_.displayName(QString()), QString());
 }
 
-TEST_F(ReadFile, TheWholeFileOrNone) {
+TEST_F(ReadFile, AFileIsReadWholeOrNotAtAll) {
     EXPECT_EQ(files_.readFile(tree_.write("file", "con\0tent"_ba), limit), "con\0tent"_ba);
     EXPECT_EQ(files_.readFile(tree_.write("empty", {}), limit), QByteArray());
     EXPECT_EQ(files_.readFile(tree_.path("missing"), limit), std::nullopt);
@@ -190,7 +190,7 @@ TEST_F(ReadFile, TheWholeFileOrNone) {
     EXPECT_EQ(files_.readFile(tree_.path("file") + QChar::Null + u"more"_s, limit), std::nullopt);
 }
 
-TEST_F(PosixFileSystemTest, TheSizeIsThatOfARegularFile) {
+TEST_F(PosixFileSystemTest, OnlyARegularFileHasASize) {
     EXPECT_EQ(files_.fileSize(tree_.write("file", "content")), 7);
     EXPECT_EQ(files_.fileSize(tree_.write("empty", {})), 0);
     EXPECT_EQ(files_.fileSize(tree_.path("missing")), std::nullopt);
@@ -204,7 +204,7 @@ TEST_F(ReadFile, TheLimitIsTheLastSizeThatIsRead) {
     EXPECT_EQ(files_.readFile(path, 99), std::nullopt);
 }
 
-TEST_F(ReadFile, AFileLargerThanOneReadComesWhole) {
+TEST_F(ReadFile, AFileLargerThanOneReadIsReadWhole) {
     QByteArray content;
     for (int line = 0; line < 100'000; ++line) {
         content += QByteArray::number(line);
@@ -212,7 +212,7 @@ TEST_F(ReadFile, AFileLargerThanOneReadComesWhole) {
     EXPECT_EQ(files_.readFile(tree_.write("large", content), content.size()), content);
 }
 
-TEST_F(ReadFile, AFileThatDoesNotKnowItsSizeIsReadAndBoundedAllTheSame) {
+TEST_F(ReadFile, AFileWithoutAKnownSizeIsReadUpToTheLimit) {
     const auto content = files_.readFile(u"/proc/self/status"_s, 100'000);
     ASSERT_TRUE(content);
     EXPECT_TRUE(content->startsWith("Name:")) << content->toStdString();
@@ -224,14 +224,14 @@ TEST_F(ReadFile, LinksAreFollowed) {
     EXPECT_EQ(files_.readFile(tree_.link("link", "file"), limit), "content");
 }
 
-TEST_F(ReadFile, WhatIsNotARegularFileIsNotWaitedFor) {
+TEST_F(ReadFile, OtherThanRegularFilesAreRefusedWithoutBlocking) {
     ASSERT_EQ(::mkfifo(tree_.at("pipe").c_str(), 0600), 0);
     EXPECT_EQ(files_.readFile(tree_.path("pipe"), limit), std::nullopt);
     EXPECT_EQ(files_.readFile(u"/dev/zero"_s, limit), std::nullopt);
     EXPECT_EQ(files_.readFile(tree_.makeFolder("folder"), limit), std::nullopt);
 }
 
-TEST_F(ReadFile, AFileThatMayNotBeReadIsNone) {
+TEST_F(ReadFile, AFileWithoutReadPermissionIsNotRead) {
     openToAll();
     const QString path = tree_.write("locked", "content");
     fs::permissions(tree_.at("locked"), fs::perms{0200});
@@ -239,7 +239,7 @@ TEST_F(ReadFile, AFileThatMayNotBeReadIsNone) {
     EXPECT_EQ(files_.readFile(path, limit), std::nullopt);
 }
 
-TEST_F(ReadFile, TheReasonOfAFailureIsTold) {
+TEST_F(ReadFile, TheReasonOfAFailureIsReported) {
     openToAll();
     const QString locked = tree_.write("locked", "content");
     fs::permissions(tree_.at("locked"), fs::perms{0200});
@@ -279,7 +279,7 @@ TEST_F(WriteAtomically, AFileForOthersFollowsTheUmask) {
     }
 }
 
-TEST_F(WriteAtomically, AFileForOthersThatIsThereKeepsItsMode) {
+TEST_F(WriteAtomically, AnExistingFileForOthersKeepsItsMode) {
     const QString path = tree_.write("file", "old");
     fs::permissions(tree_.at("file"), fs::perms{0600});
     std::error_code error;
@@ -322,7 +322,7 @@ TEST_F(WriteAtomically, AReaderSeesOneContentOrTheOtherAndNeverAPart) {
     while (writes < 20) {
         write();
     }
-    // A busy machine may not have let the reader read yet.
+    // On a busy machine the reader may not have read yet.
     EXPECT_TRUE(waitUntil([&] {
         write();
         return reads >= 20;
@@ -333,7 +333,7 @@ TEST_F(WriteAtomically, AReaderSeesOneContentOrTheOtherAndNeverAPart) {
     EXPECT_EQ(parts, 0);
 }
 
-TEST_F(WriteAtomically, ALinkStaysOneAndWhatItPointsToIsReplaced) {
+TEST_F(WriteAtomically, ALinkStaysALinkAndItsTargetIsReplaced) {
     tree_.write("dotfiles/layout", "old");
     tree_.link("middle", "dotfiles/layout");
     tree_.link("layout", tree_.at("middle"));
@@ -344,14 +344,14 @@ TEST_F(WriteAtomically, ALinkStaysOneAndWhatItPointsToIsReplaced) {
     EXPECT_EQ(namesIn(tree_.at()), (QStringList{u"dotfiles"_s, u"layout"_s, u"middle"_s}));
 }
 
-TEST_F(WriteAtomically, ADanglingLinkStaysOneAndItsTargetIsMade) {
+TEST_F(WriteAtomically, ADanglingLinkStaysALinkAndItsTargetIsCreated) {
     tree_.link("settings/layout", "../dotfiles/deep/layout");
     EXPECT_TRUE(files_.writeAtomically(tree_.path("settings/layout"), "new"));
     EXPECT_TRUE(fs::is_symlink(tree_.at("settings/layout")));
     EXPECT_EQ(tree_.read("dotfiles/deep/layout"), "new");
 }
 
-TEST_F(WriteAtomically, LinksThatDoNotEndAreRefused) {
+TEST_F(WriteAtomically, LinkCyclesAreRefused) {
     tree_.link("one", "two");
     tree_.link("two", "one");
     EXPECT_FALSE(files_.writeAtomically(tree_.path("one"), "new"));
@@ -370,7 +370,7 @@ TEST_F(WriteAtomically, OnlyRegularFilesAreReplaced) {
 
 TEST_F(WriteAtomically, AFailureLeavesTheOldContentAndNoTemporaryFile) {
     const QString path = tree_.write("file", "old");
-    // The disk is full after a page, so to speak.
+    // Acts like a full disk after one page.
     rlimit before = {};
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
     const auto previous = std::signal(SIGXFSZ, SIG_IGN);
@@ -405,7 +405,7 @@ TEST_F(WriteAtomically, AReadOnlyFileIsReplacedAndStaysReadOnly) {
     EXPECT_EQ(modeOf(tree_.at("folder/file")), 0444U);
 }
 
-TEST_F(WriteAtomically, WhereNothingMayBeWrittenNothingChanges) {
+TEST_F(WriteAtomically, WithoutWritePermissionNothingChanges) {
     openToAll();
     const QString path = tree_.write("locked/file", "old");
     {
@@ -418,7 +418,7 @@ TEST_F(WriteAtomically, WhereNothingMayBeWrittenNothingChanges) {
     EXPECT_EQ(namesIn(tree_.at("locked")), QStringList{u"file"_s});
 }
 
-TEST_F(WriteAtomically, TheReasonOfAFailureIsTold) {
+TEST_F(WriteAtomically, TheReasonOfAFailureIsReported) {
     openToAll();
     tree_.write("locked/file", "old");
     tree_.makeFolder("folder");
@@ -437,13 +437,13 @@ TEST_F(WriteAtomically, TheReasonOfAFailureIsTold) {
     EXPECT_EQ(reason(tree_.path("locked/file")), std::errc::permission_denied);
 }
 
-TEST_F(WriteAtomically, ASuccessLeavesTheReasonAlone) {
+TEST_F(WriteAtomically, ASuccessDoesNotSetTheReason) {
     std::error_code error;
     EXPECT_TRUE(files_.writeAtomically(tree_.path("file"), "new", NewFile::UserOnly, error));
     EXPECT_FALSE(error);
 }
 
-TEST_F(Remove, AFileGoesAndOfALinkTheLinkItself) {
+TEST_F(Remove, AFileIsRemovedAndOfALinkOnlyTheLink) {
     const QString path = tree_.write("file", "x");
     const QString link = tree_.link("link", "file");
     EXPECT_TRUE(files_.remove(link));
@@ -452,7 +452,7 @@ TEST_F(Remove, AFileGoesAndOfALinkTheLinkItself) {
     EXPECT_EQ(namesIn(tree_.at()), QStringList());
 }
 
-TEST_F(Remove, WhatIsNoFileStays) {
+TEST_F(Remove, OtherThanFilesAreNotRemoved) {
     tree_.makeFolder("folder");
     EXPECT_FALSE(files_.remove(tree_.path("folder")));
     EXPECT_FALSE(files_.remove(tree_.path("missing")));
@@ -460,14 +460,14 @@ TEST_F(Remove, WhatIsNoFileStays) {
     EXPECT_EQ(namesIn(tree_.at()), QStringList{u"folder"_s});
 }
 
-TEST_F(SetAside, TheFileGetsANameBesideItself) {
+TEST_F(SetAside, TheFileIsRenamedWithinItsFolder) {
     const QString path = tree_.write("layout.json", "broken");
     EXPECT_TRUE(files_.setAside(path));
     EXPECT_EQ(namesIn(tree_.at()), QStringList{u"layout.json.unreadable-1"_s});
     EXPECT_EQ(tree_.read("layout.json.unreadable-1"), "broken");
 }
 
-TEST_F(SetAside, NoFileThatWasSetAsideBeforeIsLost) {
+TEST_F(SetAside, EarlierFilesThatWereSetAsideAreKept) {
     for (const char* const content : {"first", "second", "third"}) {
         EXPECT_TRUE(files_.setAside(tree_.write("layout.json", content)));
     }
@@ -476,14 +476,14 @@ TEST_F(SetAside, NoFileThatWasSetAsideBeforeIsLost) {
     EXPECT_EQ(tree_.read("layout.json.unreadable-3"), "third");
 }
 
-TEST_F(SetAside, ATakenNameIsPassedOverEvenWhenItIsADanglingLink) {
+TEST_F(SetAside, ATakenNameIsSkippedEvenIfItIsADanglingLink) {
     tree_.link("layout.json.unreadable-1", "missing");
     EXPECT_TRUE(files_.setAside(tree_.write("layout.json", "broken")));
     EXPECT_TRUE(fs::is_symlink(tree_.at("layout.json.unreadable-1")));
     EXPECT_EQ(tree_.read("layout.json.unreadable-2"), "broken");
 }
 
-TEST_F(SetAside, OfALinkWhatItPointsToIsRenamedAndTheLinkServesTheNextWrite) {
+TEST_F(SetAside, ALinksTargetIsRenamedAndTheNextWriteFollowsTheLink) {
     tree_.write("dotfiles/layout", "broken");
     const QString path = tree_.link("layout", "dotfiles/layout");
     EXPECT_TRUE(files_.setAside(path));
@@ -493,14 +493,14 @@ TEST_F(SetAside, OfALinkWhatItPointsToIsRenamedAndTheLinkServesTheNextWrite) {
     EXPECT_EQ(tree_.read("dotfiles/layout"), "new");
 }
 
-TEST_F(SetAside, WhatIsNotThereCannotBeSetAside) {
+TEST_F(SetAside, AMissingFileCannotBeSetAside) {
     EXPECT_FALSE(files_.setAside(tree_.path("missing")));
     EXPECT_FALSE(files_.setAside(tree_.path("no/folder")));
     EXPECT_FALSE(files_.setAside(u"relative"_s));
     EXPECT_EQ(namesIn(tree_.at()), QStringList());
 }
 
-TEST_F(SetAside, WhereNothingMayBeRenamedTheFileStays) {
+TEST_F(SetAside, WithoutWritePermissionTheFileIsNotRenamed) {
     openToAll();
     const QString path = tree_.write("locked/file", "old");
     {
@@ -510,7 +510,7 @@ TEST_F(SetAside, WhereNothingMayBeRenamedTheFileStays) {
     EXPECT_EQ(namesIn(tree_.at("locked")), QStringList{u"file"_s});
 }
 
-TEST_F(SetAside, WhatIsNoRegularFileStaysWhereItIs) {
+TEST_F(SetAside, OtherThanRegularFilesAreNotRenamed) {
     tree_.makeFolder("Documents");
     ASSERT_EQ(::mkfifo(tree_.at("pipe").c_str(), 0600), 0);
     EXPECT_FALSE(files_.setAside(tree_.path("Documents")));
@@ -519,7 +519,7 @@ TEST_F(SetAside, WhatIsNoRegularFileStaysWhereItIs) {
     EXPECT_EQ(namesIn(tree_.at()), QStringList({u"Documents"_s, u"layout.json"_s, u"pipe"_s}));
 }
 
-TEST_F(PosixFileSystemTest, WhatAPathLeadsToIsTold) {
+TEST_F(PosixFileSystemTest, TheTypeOfAPathsTargetIsReported) {
     tree_.makeFolder("folder");
     ASSERT_EQ(::mkfifo(tree_.at("pipe").c_str(), 0600), 0);
     EXPECT_EQ(files_.kind(tree_.write("file", "")), FileKind::Regular);

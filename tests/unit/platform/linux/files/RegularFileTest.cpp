@@ -9,7 +9,7 @@
 using namespace amberquill;
 using namespace amberquill::desktop;
 
-TEST(ReadRegularFile, APathIsTakenFromTheOpenFolder) {
+TEST(ReadRegularFile, APathIsRelativeToTheOpenFolder) {
     const TemporaryTree tree;
     tree.write("sub/file", "content");
     const FileDescriptor folder = openFolder(AT_FDCWD, tree.path().toUtf8().constData());
@@ -18,7 +18,7 @@ TEST(ReadRegularFile, APathIsTakenFromTheOpenFolder) {
     EXPECT_EQ(readRegularFile(folder.get(), "file", 100, buffer), std::nullopt);
 }
 
-TEST(ReadRegularFile, OneBufferServesFilesOfEverySize) {
+TEST(ReadRegularFile, OneBufferCanReadFilesOfEverySize) {
     const TemporaryTree tree;
     const FileDescriptor folder = openFolder(AT_FDCWD, tree.path().toUtf8().constData());
     QByteArray buffer;

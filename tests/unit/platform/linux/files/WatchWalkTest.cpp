@@ -23,13 +23,13 @@ protected:
         return watchFolders(inotify_, paths, since_);
     }
 
-    // How many folders at or below the roots are watched.
+    // The number of watched folders at or below the roots.
     [[nodiscard]] static std::ptrdiff_t belowRoots(const WatchedFolders& found) {
         return std::count_if(found.byWatch.begin(), found.byWatch.end(),
                              [](const auto& watched) { return watched.second.belowRoot; });
     }
 
-    // Every name that is awaited anywhere.
+    // All awaited names.
     [[nodiscard]] static std::set<QByteArray> awaited(const WatchedFolders& found) {
         std::set<QByteArray> names;
         for (const auto& [watch, folder] : found.byWatch) {
@@ -63,7 +63,7 @@ TEST_F(WatchFolders, LinksBelowARootAreNotFollowed) {
     EXPECT_EQ(belowRoots(walk({"root"})), 2);
 }
 
-TEST_F(WatchFolders, WhereTheFileSystemDoesNotTellFoldersAreEnteredAndLinksAreNot) {
+TEST_F(WatchFolders, WithoutEntryTypesFoldersAreEnteredAndLinksAreNot) {
     tree_.makeFolder("elsewhere/deep");
     tree_.makeFolder("root/own");
     tree_.write("root/file", {});
@@ -97,14 +97,14 @@ TEST_F(WatchFolders, ADanglingLinkIsAwaitedWhereItPointsTo) {
     EXPECT_EQ(awaited(walk({"root"})), (std::set<QByteArray>{"root", "folder"}));
 }
 
-TEST_F(WatchFolders, AFileWhereAFolderShouldBeIsAwaitedToBecomeOne) {
+TEST_F(WatchFolders, AFileInAFoldersPlaceIsWatchedUntilItIsAFolder) {
     tree_.write("file", {});
     const WatchedFolders found = walk({"file/below", "file"});
     EXPECT_EQ(awaited(found), std::set<QByteArray>{"file"});
     EXPECT_EQ(belowRoots(found), 0);
 }
 
-TEST_F(WatchFolders, LinksThatDoNotEndAreGivenUp) {
+TEST_F(WatchFolders, LinkCyclesAreGivenUp) {
     tree_.link("one", "two");
     tree_.link("two", "one");
     EXPECT_EQ(awaited(walk({"one"})), (std::set<QByteArray>{"one", "two"}));
@@ -121,13 +121,13 @@ TEST_F(WatchFolders, AHugeRootLeavesWatchesForTheOthers) {
     struct stat status = {};
     ASSERT_EQ(::stat(tree_.at("small").c_str(), &status), 0);
     EXPECT_EQ(found.roots.at(1), (FolderIdentity{status.st_dev, status.st_ino}));
-    // The watch of an inode that is watched already is the one there is.
+    // A watched inode keeps its watch.
     const int watch = ::inotify_add_watch(inotify_.get(), tree_.at("small").c_str(), IN_CREATE | IN_MASK_ADD);
     ASSERT_TRUE(found.byWatch.contains(watch));
     EXPECT_TRUE(found.byWatch.at(watch).belowRoot);
 }
 
-TEST_F(WatchFolders, AChangeAfterTheStartIsToldAndAnEarlierOneIsNot) {
+TEST_F(WatchFolders, AChangeAfterTheStartIsReportedAndAnEarlierOneIsNot) {
     tree_.makeFolder("root/sub");
     EXPECT_FALSE(walk({"root"}).modifiedMeanwhile);
     since_ = {.tv_sec = 4'000'000'000, .tv_nsec = 500};
@@ -138,7 +138,7 @@ TEST_F(WatchFolders, AChangeAfterTheStartIsToldAndAnEarlierOneIsNot) {
     EXPECT_TRUE(walk({"root"}).modifiedMeanwhile);
 }
 
-TEST_F(WatchFolders, RootsThatCannotBeWatchedAreAnsweredAll) {
+TEST_F(WatchFolders, AllRootsThatCannotBeWatchedAreReturned) {
     const WatchedFolders found =
         watchFolders(FileDescriptor(), {QByteArray(tree_.path().toUtf8()), "/missing"}, since_);
     EXPECT_EQ(found.roots.size(), 2U);

@@ -13,11 +13,11 @@ namespace {
     };
 }
 
-TEST(GraphicsEnvironment, NothingSetAsksForNothing) {
+TEST(GraphicsEnvironment, AnEmptyEnvironmentRequestsNothing) {
     EXPECT_FALSE(asksForSoftware(with({})));
 }
 
-TEST(GraphicsEnvironment, MesasSwitchIsReadAsMesaReadsIt) {
+TEST(GraphicsEnvironment, MesasSoftwareSwitchIsReadLikeMesaDoes) {
     for (const char* on : {"1", "true", "TRUE", "yes", "y"}) {
         EXPECT_TRUE(asksForSoftware(with({{"LIBGL_ALWAYS_SOFTWARE", on}}))) << on;
     }
@@ -47,7 +47,7 @@ TEST(GraphicsEnvironment, WaylandComesBeforeTheX11ServerInsideIt) {
               (Servers{DisplayServer::Wayland, DisplayServer::X11}));
 }
 
-TEST(GraphicsEnvironment, APlatformThatWasChosenForQtComesAlone) {
+TEST(GraphicsEnvironment, AChosenQtPlatformIsTheOnlyOne) {
     const QMap<QByteArray, QByteArray> session{{"DISPLAY", ":0"}, {"WAYLAND_DISPLAY", "wayland-0"}};
     const auto chosen = [&](const char* platform) {
         auto variables = session;

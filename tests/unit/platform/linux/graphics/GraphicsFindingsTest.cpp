@@ -13,7 +13,7 @@ struct Case {
 
 class HardwareDrawing : public testing::TestWithParam<Case> {};
 
-TEST_P(HardwareDrawing, IsDecidedByWhatWasFound) {
+TEST_P(HardwareDrawing, FollowsFromTheFindings) {
     EXPECT_EQ(drawsOnHardware(GetParam().findings), GetParam().hardware);
 }
 

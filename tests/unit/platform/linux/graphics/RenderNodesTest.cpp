@@ -10,7 +10,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-// A folder of devices and what the kernel says of them, as /dev/dri and /sys/class/drm are laid out.
+// Folders with the layout of /dev/dri and /sys/class/drm.
 class RenderNodes : public testing::Test {
 protected:
     void addNode(const QString& name, const QString& driver) {
@@ -42,7 +42,7 @@ TEST_F(RenderNodes, AreNamedByTheirKernelDriver) {
     EXPECT_TRUE(nodes[0].renders3d);
 }
 
-TEST_F(RenderNodes, DevicesThatOnlyDisplayAreNotAmongThem) {
+TEST_F(RenderNodes, DisplayOnlyDevicesAreLeftOut) {
     addNode(u"card0"_s, u"ast"_s);
     addNode(u"by-path"_s, {});
     EXPECT_TRUE(found().empty());
@@ -55,7 +55,7 @@ TEST_F(RenderNodes, WithoutADriverTheNameIsEmpty) {
     EXPECT_TRUE(nodes[0].driver.isEmpty());
 }
 
-TEST_F(RenderNodes, AVirtualGpuThatAnswersNoQuestionRendersNo3d) {
+TEST_F(RenderNodes, AVirtualGpuThatDoesNotAnswerHasNo3d) {
     addNode(u"renderD128"_s, u"virtio_gpu"_s);
     addNode(u"renderD129"_s, u"vmwgfx"_s);
     for (const auto& node : found()) {

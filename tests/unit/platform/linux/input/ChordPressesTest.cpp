@@ -12,7 +12,7 @@ TEST(ChordPresses, EachPressCountsOnce) {
     EXPECT_TRUE(presses.release(65, 1150));
 }
 
-TEST(ChordPresses, RepetitionsWithoutReleasesAreNone) {
+TEST(ChordPresses, RepetitionsWithoutReleasesAreNotPresses) {
     ChordPresses presses;
     EXPECT_TRUE(presses.press(65, 1000));
     for (std::uint32_t time = 1660; time < 10'000; time += 40) {
@@ -22,7 +22,7 @@ TEST(ChordPresses, RepetitionsWithoutReleasesAreNone) {
     EXPECT_TRUE(presses.press(65, 10'100));
 }
 
-TEST(ChordPresses, RepetitionsAsAReleaseAndAPressAtTheSameTimeAreNone) {
+TEST(ChordPresses, AReleaseAndAPressAtTheSameTimeAreNotAPress) {
     ChordPresses presses;
     EXPECT_TRUE(presses.press(65, 1000));
     for (std::uint32_t time = 1660; time < 5000; time += 40) {
@@ -31,7 +31,7 @@ TEST(ChordPresses, RepetitionsAsAReleaseAndAPressAtTheSameTimeAreNone) {
     }
 }
 
-TEST(ChordPresses, AReleaseThatNobodySawBlocksNoPressForLong) {
+TEST(ChordPresses, AMissedReleaseBlocksPressesOnlyBriefly) {
     ChordPresses presses;
     EXPECT_TRUE(presses.press(65, 1000));
     EXPECT_TRUE(presses.press(65, 1000 + ChordPresses::longestSilence));

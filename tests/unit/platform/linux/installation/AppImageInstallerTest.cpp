@@ -20,7 +20,7 @@ namespace {
 
 constexpr mode_t mode = 0751;
 
-// A program that says its version, and is a good deal longer than what is copied at a time.
+// A program that prints its version and is longer than one copied block.
 QByteArray programOf(const QByteArray& version) {
     return "#!/bin/sh\necho 'Amberquill " + version + "'\nexit 0\n" + QByteArray(1'000'000, '#') + version;
 }
@@ -78,7 +78,7 @@ protected:
 
 } // namespace
 
-TEST_F(AppImageInstallerTest, ReplacesTheImageThatTheProgramRunsFrom) {
+TEST_F(AppImageInstallerTest, ReplacesTheRunningImage) {
     AppImageInstaller installing = installer();
     EXPECT_EQ(installing.kind(), InstallKind::Image);
     EXPECT_EQ(installing.stage(newFile), QStringLiteral("1.1.0"));
@@ -90,7 +90,7 @@ TEST_F(AppImageInstallerTest, ReplacesTheImageThatTheProgramRunsFrom) {
     EXPECT_EQ(tree.read("cache/new"), newProgram);
 }
 
-TEST_F(AppImageInstallerTest, ALinkToTheImageStaysOne) {
+TEST_F(AppImageInstallerTest, ALinkToTheImageStaysALink) {
     const QString link = tree.link("links/launcher", "../images/Amberquill.AppImage");
     AppImageInstaller installing(environment(link), program());
     EXPECT_EQ(installing.kind(), InstallKind::Image);
@@ -100,7 +100,7 @@ TEST_F(AppImageInstallerTest, ALinkToTheImageStaysOne) {
     EXPECT_EQ(tree.read("links/launcher"), newProgram);
 }
 
-TEST_F(AppImageInstallerTest, WhatIsDiscardedLeavesNothing) {
+TEST_F(AppImageInstallerTest, ADiscardedImageLeavesNoFile) {
     AppImageInstaller installing = installer();
     ASSERT_TRUE(installing.stage(newFile));
     installing.discard();
@@ -109,7 +109,7 @@ TEST_F(AppImageInstallerTest, WhatIsDiscardedLeavesNothing) {
     expectOldAlone();
 }
 
-TEST_F(AppImageInstallerTest, WhatSaysNoVersionIsNotStaged) {
+TEST_F(AppImageInstallerTest, AProgramWithoutAVersionIsNotStaged) {
     AppImageInstaller installing = installer();
     for (const char* const text :
          {"#!/bin/sh\necho 'Another 1.1.0'\n", "#!/bin/sh\necho 'Amberquill '\n",
@@ -121,7 +121,7 @@ TEST_F(AppImageInstallerTest, WhatSaysNoVersionIsNotStaged) {
     }
 }
 
-TEST_F(AppImageInstallerTest, WhatIsNoFileIsNotStaged) {
+TEST_F(AppImageInstallerTest, OtherThanFilesAreNotStaged) {
     AppImageInstaller installing = installer();
     EXPECT_EQ(installing.stage(tree.path("cache/missing")), std::nullopt);
     EXPECT_EQ(installing.stage(tree.path("cache")), std::nullopt);
@@ -129,7 +129,7 @@ TEST_F(AppImageInstallerTest, WhatIsNoFileIsNotStaged) {
     expectOldAlone();
 }
 
-TEST_F(AppImageInstallerTest, TheNewProgramIsAskedOutsideOfTheOldImage) {
+TEST_F(AppImageInstallerTest, TheNewProgramIsRunWithoutTheOldImagesEnvironment) {
     const QString asked = tree.path("asked");
     const QByteArray text = "#!/bin/sh\necho \"${APPIMAGE-}${APPDIR-}$PATH\" >'" + asked.toUtf8() +
                             "'\necho 'Amberquill 1.1.0'\n";
@@ -149,7 +149,7 @@ TEST_F(AppImageInstallerTest, AnotherProgramsImageIsNotTouched) {
     expectOldAlone();
 }
 
-TEST_F(AppImageInstallerTest, WhatIsNotTheUsersToReplaceIsNoImage) {
+TEST_F(AppImageInstallerTest, AnImageThatTheUserMayNotReplaceIsNotAnImage) {
     const auto kindOf = [this](const QString& path) {
         return AppImageInstaller(environment(path), program()).kind();
     };
@@ -161,7 +161,7 @@ TEST_F(AppImageInstallerTest, WhatIsNotTheUsersToReplaceIsNoImage) {
     ::chmod(tree.path("images").toUtf8().constData(), 0555);
     ::chmod(tree.path().toUtf8().constData(), 0755);
     if (::geteuid() == 0) {
-        const OrdinaryUser other; // whose file it is not
+        const OrdinaryUser other; // not the file's owner
         EXPECT_EQ(kindOf(image()), InstallKind::Other);
     } else {
         EXPECT_EQ(kindOf(image()), InstallKind::Other);
@@ -169,7 +169,7 @@ TEST_F(AppImageInstallerTest, WhatIsNotTheUsersToReplaceIsNoImage) {
     ::chmod(tree.path("images").toUtf8().constData(), 0755);
 }
 
-TEST_F(AppImageInstallerTest, KilledAtAnyStepItLeavesTheOldProgramOrTheNewOne) {
+TEST_F(AppImageInstallerTest, KilledAtAnyStepItLeavesTheOldOrTheNewProgram) {
     for (const Step step :
          {Step::Created, Step::HalfCopied, Step::Copied, Step::Flushed, Step::AskedVersion, Step::Renamed}) {
         tree.write("images/Amberquill.AppImage", oldProgram);
@@ -180,14 +180,14 @@ TEST_F(AppImageInstallerTest, KilledAtAnyStepItLeavesTheOldProgramOrTheNewOne) {
         EXPECT_EQ(tree.read("images/Amberquill.AppImage"), step == Step::Renamed ? newProgram : oldProgram)
             << "killed at step " << static_cast<int>(step);
         EXPECT_EQ(modeOfImage(), mode);
-        // What it left does not stand in the next one's way, and goes with it.
+        // Leftover files do not hinder the next replacement, which removes them.
         EXPECT_EQ(runHelper({QStringLiteral("replace"), program(), newFile}), 0);
         EXPECT_EQ(tree.read("images/Amberquill.AppImage"), newProgram);
         EXPECT_EQ(images(), QStringList{QStringLiteral("Amberquill.AppImage")});
     }
 }
 
-TEST_F(AppImageInstallerTest, TheProgramIsStartedAnewOnceTheOldOneHasEnded) {
+TEST_F(AppImageInstallerTest, TheProgramIsRestartedAfterTheOldOneHasEnded) {
     tree.write("images/Amberquill.AppImage",
                "#!/bin/sh\necho \"$0 ${APPIMAGE-}${APPDIR-}$PATH\" >'" + tree.path("said").toUtf8() +
                    "'\nmv '" + tree.path("said").toUtf8() + "' '" + tree.path("started").toUtf8() + "'\n");
@@ -208,7 +208,7 @@ TEST_F(AppImageInstallerTest, TheProgramIsStartedAnewOnceTheOldOneHasEnded) {
     EXPECT_EQ(tree.read("started"), image().toUtf8() + " /usr/bin:/bin\n");
 }
 
-TEST(InstallKind, IsThePackageManagersInTheFoldersThatThoseLookAfter) {
+TEST(InstallKind, IsThePackageManagersInSystemFolders) {
     for (const char* const program :
          {"/usr/bin/amberquill", "/usr/lib/amberquill/amberquill", "/app/bin/amberquill",
           "/snap/amberquill/1/bin/amberquill", "/nix/store/abc-amberquill/bin/amberquill"}) {

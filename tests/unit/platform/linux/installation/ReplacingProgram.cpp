@@ -1,4 +1,4 @@
-// A program that runs from an image, for tests to kill in the middle of its replacement, and to end:
+// A program that runs from an image. Tests kill it during its replacement, or end it:
 //
 //     replacing_program replace <its path> <new file> <number of the step to be killed at>
 //     replacing_program restart <its path>
@@ -18,7 +18,7 @@ int replace(AppImageInstaller& installer, const char* file) {
     return isReplaced ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
-// Says that it is ready to end, and does when its input ends.
+// Prints that it is ready, then ends when its input ends.
 int restart(AppImageInstaller& installer) {
     if (!installer.startAgainAfterExit()) {
         return EXIT_FAILURE;

@@ -19,7 +19,7 @@ namespace {
 
 constexpr auto longEnough = 30s;
 
-// Work that waits for the test.
+// Work that blocks until the test releases it.
 struct Held {
     std::counting_semaphore<> begun{0};
     std::counting_semaphore<> end{0};
@@ -38,7 +38,7 @@ auto threadsOfThisProcess() {
 
 } // namespace
 
-TEST(BackgroundLane, RunsNoMorePiecesAtATimeThanItIsWide) {
+TEST(BackgroundLane, RunsAtMostItsWidthOfPiecesAtATime) {
     BackgroundLane lane({.width = 2, .most = 2});
     std::atomic<int> running = 0;
     std::atomic<int> most = 0;
@@ -54,7 +54,7 @@ TEST(BackgroundLane, RunsNoMorePiecesAtATimeThanItIsWide) {
     EXPECT_LE(most, 2);
 }
 
-TEST(BackgroundLane, WorkOfAWidthOfOneRunsInOrder) {
+TEST(BackgroundLane, ALaneOfWidthOneRunsItsWorkInOrder) {
     BackgroundLane lane({.width = 1, .most = 1});
     std::vector<int> order; // one thread at a time
     for (int piece = 0; piece < 50; ++piece) {
@@ -65,7 +65,7 @@ TEST(BackgroundLane, WorkOfAWidthOfOneRunsInOrder) {
     EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
 }
 
-TEST(BackgroundLane, IsCrowdedWhileWorkWaitsForItsPlace) {
+TEST(BackgroundLane, IsCrowdedWhileWorkIsQueued) {
     Held held;
     BackgroundLane lane({.width = 1, .most = 1});
     lane.start(held.work());
@@ -78,7 +78,7 @@ TEST(BackgroundLane, IsCrowdedWhileWorkWaitsForItsPlace) {
     EXPECT_FALSE(lane.isCrowded());
 }
 
-TEST(BackgroundLane, MadeWiderItBeginsWaitingWork) {
+TEST(BackgroundLane, WideningStartsQueuedWork) {
     Held first;
     Held second;
     BackgroundLane lane({.width = 1, .most = 2});
@@ -106,7 +106,7 @@ TEST(BackgroundLane, DroppedWorkIsDestroyedAndNeverRuns) {
     EXPECT_EQ(*owned, 0);
 }
 
-TEST(BackgroundLane, WorkThatHasEndedHoldsNothingAnyMore) {
+TEST(BackgroundLane, FinishedWorkIsDestroyed) {
     BackgroundLane lane({.width = 1, .most = 1});
     auto owned = std::make_shared<int>(0);
     lane.start([owned] { ++*owned; });
@@ -115,7 +115,7 @@ TEST(BackgroundLane, WorkThatHasEndedHoldsNothingAnyMore) {
     EXPECT_EQ(owned.use_count(), 1);
 }
 
-TEST(BackgroundLane, ItsEndWaitsForWorkThatHasNotBegun) {
+TEST(BackgroundLane, DestructionWaitsForQueuedWork) {
     std::atomic<int> ran = 0;
     {
         BackgroundLane lane({.width = 1, .most = 1});

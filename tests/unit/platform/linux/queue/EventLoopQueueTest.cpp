@@ -30,7 +30,7 @@ protected:
     }
 };
 
-// Work that does not end before a test says so.
+// Work that blocks until the test ends it.
 class Stuck {
 public:
     Stuck() = default;
@@ -43,7 +43,7 @@ public:
     [[nodiscard]] MainQueue::Work work() const {
         return [end = end_] {
             end->acquire();
-            end->release(); // for the next
+            end->release(); // for the next work
         };
     }
 
@@ -59,7 +59,7 @@ TEST_F(EventLoopQueueTest, BackgroundWorkEndsOnTheMainThread) {
     EXPECT_EQ(worked_, 1);
 }
 
-TEST_F(EventLoopQueueTest, WhatIsHeldRunsOnceItIsReleased) {
+TEST_F(EventLoopQueueTest, HeldWorkRunsOnceItIsReleased) {
     queue_.hold();
     ask();
     ask();
@@ -75,7 +75,7 @@ TEST_F(EventLoopQueueTest, WhatIsHeldRunsOnceItIsReleased) {
     EXPECT_EQ(worked_, 3);
 }
 
-TEST_F(EventLoopQueueTest, WorkOfOneLaneDoesNotWaitForThatOfAnother) {
+TEST_F(EventLoopQueueTest, LanesDoNotWaitForEachOther) {
     Stuck stuck;
     for (int i = 0; i < 64; ++i) {
         queue_.runInBackground(
@@ -88,7 +88,7 @@ TEST_F(EventLoopQueueTest, WorkOfOneLaneDoesNotWaitForThatOfAnother) {
     stuck.end();
 }
 
-TEST_F(EventLoopQueueTest, WorkThatIsStuckKeepsNoPlace) {
+TEST_F(EventLoopQueueTest, StuckWorkDoesNotOccupyItsLane) {
     Stuck stuck;
     queue_.runInBackground(
         stuck.work(), [] {}, Lane::Scan);
@@ -99,13 +99,13 @@ TEST_F(EventLoopQueueTest, WorkThatIsStuckKeepsNoPlace) {
     stuck.end();
 }
 
-TEST_F(EventLoopQueueTest, WhatIsToBeOpenedIsNotHeld) {
+TEST_F(EventLoopQueueTest, OpeningIsNotHeld) {
     queue_.hold();
     queue_.runInBackground([] {}, [this] { ++finished_; }, Lane::Launch);
     EXPECT_TRUE(waitUntil([this] { return finished_ == 1; }));
 }
 
-TEST_F(EventLoopQueueTest, TheEndGivesUpOnWorkThatIsStuckAndDropsWhatHasNotBegun) {
+TEST_F(EventLoopQueueTest, DestructionAbandonsStuckWorkAndDropsQueuedWork) {
     Stuck stuck;
     queue_.runInBackground(
         stuck.work(), [] {}, Lane::Scan);
@@ -116,7 +116,7 @@ TEST_F(EventLoopQueueTest, TheEndGivesUpOnWorkThatIsStuckAndDropsWhatHasNotBegun
     EXPECT_EQ(worked_, 0);
 }
 
-TEST_F(EventLoopQueueTest, AFlushIsNotWaitedForForever) {
+TEST_F(EventLoopQueueTest, AStuckFlushIsAbandoned) {
     Stuck stuck;
     EXPECT_TRUE(queue_.runWithin(10s, {[this] { ++worked_; }}));
     EXPECT_EQ(worked_, 1);
@@ -126,7 +126,7 @@ TEST_F(EventLoopQueueTest, AFlushIsNotWaitedForForever) {
     EXPECT_TRUE(queue_.finish(10s));
 }
 
-TEST_F(EventLoopQueueTest, AFlushThatIsStuckKeepsNoOtherWaiting) {
+TEST_F(EventLoopQueueTest, AStuckFlushDoesNotBlockOthers) {
     Stuck stuck;
     std::counting_semaphore<> ended(0);
     EXPECT_FALSE(queue_.runWithin(20ms, {stuck.work(), [&ended] { ended.release(); }}));
@@ -135,11 +135,11 @@ TEST_F(EventLoopQueueTest, AFlushThatIsStuckKeepsNoOtherWaiting) {
     EXPECT_TRUE(queue_.finish(10s));
 }
 
-TEST(EventLoopQueue, SlowedDownItsSecondsTakeLonger) {
+TEST(EventLoopQueue, ASlowQueuesSecondsAreLonger) {
     using Clock = std::chrono::steady_clock;
     EventLoopQueue slow(20);
-    // The world's clock is read before and after each look at the queue's: what passes between two readings
-    // on a busy machine is in the longer of the two spans and not in the shorter one.
+    // The real clock is read before and after each reading of the queue's clock: a delay between two readings
+    // on a busy machine makes the longer span longer, never the shorter one.
     const auto beforeBegin = Clock::now();
     const double begun = slow.now();
     const auto afterBegin = Clock::now();

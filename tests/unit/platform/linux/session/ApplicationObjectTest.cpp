@@ -18,7 +18,7 @@ using RequestKind = ApplicationRequest::Kind;
 
 class ApplicationObjectTest : public testing::Test {
 protected:
-    // A connection that has the program's name.
+    // A connection that owns the program's name.
     BusConnection owner() {
         BusConnection connection = connectToBus(bus_.address().toUtf8(), 10s);
         EXPECT_EQ(takeName(*connection, applicationBusName, 10s), true);
@@ -38,7 +38,7 @@ protected:
         return message;
     }
 
-    // What another program's call is answered with.
+    // The answer to another program's call.
     QDBusMessage answer(const QString& interface, const QString& method, const QVariantList& arguments = {}) {
         const QDBusPendingCall call = client_.asyncCall(message(interface, method, arguments));
         EXPECT_TRUE(waitUntil([&] { return call.isFinished(); }));
@@ -58,7 +58,7 @@ protected:
 
 } // namespace
 
-TEST_F(ApplicationObjectTest, CarriesOutWhatOtherProgramsAsk) {
+TEST_F(ApplicationObjectTest, CarriesOutCallsOfOtherPrograms) {
     serve(owner());
     const QVariantMap token = {{u"activation-token"_s, u"T"_s}};
     EXPECT_EQ(answer(u"org.freedesktop.Application"_s, u"Activate"_s, {token}).type(),
@@ -70,7 +70,7 @@ TEST_F(ApplicationObjectTest, CarriesOutWhatOtherProgramsAsk) {
                                                     {RequestKind::Hide, {}, {}}}));
 }
 
-TEST_F(ApplicationObjectTest, TellsCallersWhatItDoesNotKnow) {
+TEST_F(ApplicationObjectTest, UnknownCallsAreAnsweredWithAnError) {
     serve(owner());
     EXPECT_EQ(action(u"explode"_s).errorName(), u"org.freedesktop.DBus.Error.InvalidArgs"_s);
     EXPECT_EQ(answer(u"org.freedesktop.Application"_s, u"Explode"_s).errorName(),
@@ -78,7 +78,7 @@ TEST_F(ApplicationObjectTest, TellsCallersWhatItDoesNotKnow) {
     EXPECT_TRUE(requests_.isEmpty());
 }
 
-TEST_F(ApplicationObjectTest, DescribesItself) {
+TEST_F(ApplicationObjectTest, HasIntrospectionData) {
     serve(owner());
     const QDBusMessage reply = answer(u"org.freedesktop.DBus.Introspectable"_s, u"Introspect"_s);
     const QString text = reply.arguments().value(0).toString();
@@ -86,11 +86,11 @@ TEST_F(ApplicationObjectTest, DescribesItself) {
     EXPECT_TRUE(text.contains(u"<method name=\"ActivateAction\">"_s));
 }
 
-TEST_F(ApplicationObjectTest, CarriesOutAtOnceWhatWasAskedWhileTheProgramStarted) {
+TEST_F(ApplicationObjectTest, CallsDuringTheStartAreCarriedOutAtOnce) {
     BusConnection connection = owner();
     const QDBusPendingCall early = client_.asyncCall(message(
         u"org.freedesktop.Application"_s, u"Activate"_s, {QVariantMap{{u"desktop-startup-id"_s, u"I"_s}}}));
-    // The bus has the call once it has answered a later one of the same program.
+    // The bus has received the call once it has answered a later call of the same program.
     client_.call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
                                                 u"org.freedesktop.DBus"_s, u"GetId"_s));
     catchUp(*connection, 10s);
@@ -100,9 +100,9 @@ TEST_F(ApplicationObjectTest, CarriesOutAtOnceWhatWasAskedWhileTheProgramStarted
     EXPECT_FALSE(early.isError());
 }
 
-TEST_F(ApplicationObjectTest, AFloodIsCarriedOutToItsEnd) {
+TEST_F(ApplicationObjectTest, ManyCallsAreAllCarriedOut) {
     serve(owner());
-    constexpr int count = 120; // the bus allows no more calls without an answer
+    constexpr int count = 120; // the bus limits unanswered calls
     QList<QDBusPendingCall> calls;
     for (int i = 0; i < count; ++i) {
         calls += client_.asyncCall(message(u"org.freedesktop.Application"_s, u"Activate"_s, {QVariantMap()}));
@@ -113,7 +113,7 @@ TEST_F(ApplicationObjectTest, AFloodIsCarriedOutToItsEnd) {
     }));
 }
 
-TEST_F(ApplicationObjectTest, TheBussEndIsNotTheProgramsEnd) {
+TEST_F(ApplicationObjectTest, TheBussEndDoesNotEndTheProgram) {
     serve(owner());
     EXPECT_EQ(action(u"show"_s).type(), QDBusMessage::ReplyMessage);
     bus_.stop();

@@ -9,7 +9,7 @@ namespace {
 
 using RequestKind = ApplicationRequest::Kind;
 
-// A call of the interface, built argument by argument.
+// A method call, built argument by argument.
 class Call {
 public:
     explicit Call(const char* method)
@@ -93,7 +93,7 @@ TEST(ApplicationRequest, AnUnknownActionIsRefused) {
     EXPECT_STREQ(std::get<RequestRefusal>(read).error, DBUS_ERROR_INVALID_ARGS);
 }
 
-TEST(ApplicationRequest, WhatLetsTheProgramComeToTheFrontIsTakenAlong) {
+TEST(ApplicationRequest, ActivationTokensArePassedOn) {
     const std::vector<std::pair<const char*, const char*>> tokens = {
         {"activation-token", "token"}, {"desktop-startup-id", "id_TIME5"}, {"other", "thing"}};
     EXPECT_EQ(requestOf(Call("Activate").data(tokens).read()),
@@ -102,7 +102,7 @@ TEST(ApplicationRequest, WhatLetsTheProgramComeToTheFrontIsTakenAlong) {
               (ApplicationRequest{RequestKind::Toggle, u"token"_s, u"id_TIME5"_s}));
 }
 
-TEST(ApplicationRequest, TokensThatAreNoneAreLeftOut) {
+TEST(ApplicationRequest, InvalidTokensAreLeftOut) {
     EXPECT_EQ(requestOf(Call("Activate").data({}, 7).read()), ApplicationRequest());
     const std::string endless(100'000, 'x');
     EXPECT_EQ(requestOf(Call("Activate").data({{"activation-token", endless.c_str()}}).read()),
@@ -121,14 +121,14 @@ TEST(ApplicationRequest, WrongArgumentsAreRefused) {
     EXPECT_TRUE(isRefused(Call("ActivateAction").emptyList("v").text("toggle").data({})));
 }
 
-TEST(ApplicationRequest, OtherMethodsAreNotTheInterfaces) {
+TEST(ApplicationRequest, OtherMethodsAreUnknown) {
     EXPECT_TRUE(std::holds_alternative<std::monostate>(Call("Deactivate").data({}).read()));
     const BusMessage other =
         makeCall(applicationBusName, applicationBusPath, "org.example.Other", "Activate");
     EXPECT_TRUE(std::holds_alternative<std::monostate>(readRequest(*other)));
 }
 
-TEST(ApplicationRequest, IsHandedOnAsItCame) {
+TEST(ApplicationRequest, IsForwardedUnchanged) {
     for (const RequestKind kind : {RequestKind::Show, RequestKind::Hide, RequestKind::Toggle}) {
         const ApplicationRequest request{kind, u"token"_s, u"id_TIME5"_s};
         const BusMessage call = makeRequestCall(request);

@@ -21,7 +21,7 @@ bool isStarted(const QByteArray& lines) {
 
 } // namespace
 
-TEST(AutostartEntry, StartsTheProgramWhateverIsInItsPath) {
+TEST(AutostartEntry, StartsAProgramWithAnyCharactersInItsPath) {
     for (const QString& program : {u"/usr/bin/amberquill"_s, u"/home/a b/100%/%u %%"_s, u"/it's/\"quoted\""_s,
                                    u"/$HOME/`x`/\\back\\\\"_s, u"/é/日本/🙂"_s,
                                    u"/line\nbreak\ttab\rreturn"_s, u"/semi;colon/a\\sb"_s}) {
@@ -32,7 +32,7 @@ TEST(AutostartEntry, StartsTheProgramWhateverIsInItsPath) {
     }
 }
 
-TEST(AutostartEntry, IsKnownByTheNameAndTheIconOfTheInstalledEntry) {
+TEST(AutostartEntry, HasTheNameAndTheIconOfTheInstalledEntry) {
     QFile file(projectFile(u"packaging/org.amberquill.Amberquill.desktop.in"_s));
     ASSERT_TRUE(file.open(QFile::ReadOnly));
     const auto installed = parseDesktopEntry(file.readAll(), entryLocaleFor({}));
@@ -47,25 +47,25 @@ TEST(AutostartEntry, IsKnownByTheNameAndTheIconOfTheInstalledEntry) {
     }
 }
 
-TEST(AutostartEntry, AHiddenOneIsNotStarted) {
+TEST(AutostartEntry, AHiddenEntryIsNotStarted) {
     EXPECT_FALSE(isStartedAtLogin(hiddenAutostartEntry(), gnome));
     EXPECT_FALSE(isStarted("Hidden=true\n"));
     EXPECT_TRUE(isStarted("Hidden=false\n"));
 }
 
-TEST(AutostartEntry, OneThatGnomesToolsSwitchedOffIsNotStarted) {
+TEST(AutostartEntry, AnEntryThatGnomesToolsDisabledIsNotStarted) {
     EXPECT_FALSE(isStarted("X-GNOME-Autostart-enabled=false\n"));
     EXPECT_TRUE(isStarted("X-GNOME-Autostart-enabled=true\n"));
     EXPECT_TRUE(isStarted("X-GNOME-Autostart-enabled=perhaps\n"));
 }
 
-TEST(AutostartEntry, OneForOtherDesktopsIsNotStarted) {
+TEST(AutostartEntry, AnEntryForOtherDesktopsIsNotStarted) {
     EXPECT_FALSE(isStarted("OnlyShowIn=KDE;\n"));
     EXPECT_FALSE(isStarted("NotShowIn=GNOME;\n"));
     EXPECT_TRUE(isStarted("OnlyShowIn=GNOME;KDE;\n"));
 }
 
-TEST(AutostartEntry, WhatIsNoEntryIsNotStarted) {
+TEST(AutostartEntry, AnInvalidEntryIsNotStarted) {
     EXPECT_FALSE(isStartedAtLogin("", gnome));
     EXPECT_FALSE(isStartedAtLogin("junk\xff", gnome));
     EXPECT_FALSE(isStartedAtLogin("[Desktop Entry]\nType=Application\nName=A\n", gnome))

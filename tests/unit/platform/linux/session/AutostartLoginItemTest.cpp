@@ -37,7 +37,7 @@ TEST(AutostartFolders, AreTheUsersAndThenTheSystems) {
               (QStringList{u"/home/u/.config/autostart"_s, u"/etc/xdg/autostart"_s}));
 }
 
-TEST_F(AutostartLoginItemTest, EnablingWritesAnEntryAndDisablingTakesItAway) {
+TEST_F(AutostartLoginItemTest, EnablingWritesAnEntryAndDisablingRemovesIt) {
     EXPECT_FALSE(item_.isEnabled());
     item_.enable();
     EXPECT_TRUE(item_.isEnabled());
@@ -47,7 +47,7 @@ TEST_F(AutostartLoginItemTest, EnablingWritesAnEntryAndDisablingTakesItAway) {
     EXPECT_EQ(files_.file(own), std::nullopt);
 }
 
-TEST_F(AutostartLoginItemTest, AnEntryOfTheSystemsStartsUntilAHiddenOneStandsInFrontOfIt) {
+TEST_F(AutostartLoginItemTest, AnEntryOfTheSystemStartsUnlessTheUserHasAHiddenOne) {
     files_.addFile(systems, autostartEntryFor(u"/usr/bin/amberquill"_s));
     EXPECT_TRUE(item_.isEnabled());
     item_.enable();
@@ -59,7 +59,7 @@ TEST_F(AutostartLoginItemTest, AnEntryOfTheSystemsStartsUntilAHiddenOneStandsInF
     EXPECT_TRUE(item_.isEnabled());
 }
 
-TEST_F(AutostartLoginItemTest, WhatOtherToolsWriteIsReadBack) {
+TEST_F(AutostartLoginItemTest, EntriesOfOtherToolsAreRead) {
     item_.enable();
     files_.addFile(own, *files_.file(own) + "X-GNOME-Autostart-enabled=false\n");
     EXPECT_FALSE(item_.isEnabled());
@@ -71,13 +71,13 @@ TEST_F(AutostartLoginItemTest, WhatOtherToolsWriteIsReadBack) {
     EXPECT_TRUE(item_.isEnabled());
 }
 
-TEST_F(AutostartLoginItemTest, ABrokenEntryOfTheUsersHidesTheSystems) {
+TEST_F(AutostartLoginItemTest, ABrokenEntryOfTheUserOverridesTheSystems) {
     files_.addFile(systems, autostartEntryFor(u"/usr/bin/amberquill"_s));
     files_.addFile(own, "broken");
     EXPECT_FALSE(item_.isEnabled());
 }
 
-TEST_F(AutostartLoginItemTest, WhereNothingCanBeWrittenNothingIsSaid) {
+TEST_F(AutostartLoginItemTest, AFailedWriteIsSilent) {
     files_.refuseWrites(true);
     testing::internal::CaptureStderr();
     item_.enable();
@@ -86,7 +86,7 @@ TEST_F(AutostartLoginItemTest, WhereNothingCanBeWrittenNothingIsSaid) {
     EXPECT_FALSE(item_.isEnabled());
 }
 
-TEST(AutostartLoginItem, WorksOnARealDiskInAFolderThatIsNotThereYet) {
+TEST(AutostartLoginItem, WorksOnARealDiskInAMissingFolder) {
     const TemporaryTree tree;
     PosixFileSystem files;
     AutostartLoginItem item(files, {{tree.path("config/autostart")}, u"/usr/bin/amberquill"_s, {}});

@@ -1,4 +1,4 @@
-// What is installed for desktops and the session bus names what the program's object knows.
+// The files installed for desktops and the session bus match the program's D-Bus object.
 
 #include "platform/linux/session/ApplicationRequest.h"
 #include "support/FixedEnvironment.h"
@@ -38,7 +38,7 @@ Groups groupsOf(const QString& path) {
 
 } // namespace
 
-TEST(InstalledEntry, ItsActionsAreThoseOfTheObject) {
+TEST(InstalledEntry, ItHasTheActionsOfTheApplicationObject) {
     const Groups entry = groupsOf(packagingPath(u".desktop.in"_s));
     QByteArrayList actions = entry[QByteArray("Desktop Entry")][QByteArray("Actions")].split(';');
     ASSERT_EQ(actions.takeLast(), "") << "the list ends with a semicolon";

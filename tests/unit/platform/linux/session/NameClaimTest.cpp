@@ -26,7 +26,7 @@ class NameClaimTest : public testing::Test {
 protected:
     [[nodiscard]] QByteArray address() const { return bus_.address().toUtf8(); }
 
-    // While the event loop runs, as of a program that has the name.
+    // The event loop runs meanwhile, as in a program that owns the name.
     ClaimResult claim(const StartupRequest& what = startup, const ClaimBounds& bounds = patient) {
         auto result = std::async(std::launch::async, [&, address = address()] {
             return claimName(address, what, bounds, always);
@@ -35,7 +35,7 @@ protected:
         return result.get();
     }
 
-    // Somebody who has the name and never answers.
+    // An owner of the name that never answers.
     [[nodiscard]] BusConnection silentOwner() const {
         BusConnection connection = connectToBus(address(), 20s);
         EXPECT_EQ(takeName(*connection, applicationBusName, 20s), true);
@@ -47,13 +47,13 @@ protected:
 
 } // namespace
 
-TEST_F(NameClaimTest, TheFirstHasTheName) {
+TEST_F(NameClaimTest, TheFirstInstanceOwnsTheName) {
     const ClaimResult first = claim();
     EXPECT_EQ(first.kind, ClaimKind::Owner);
     EXPECT_NE(first.connection, nullptr);
 }
 
-TEST_F(NameClaimTest, TheSecondHandsItsRequestOver) {
+TEST_F(NameClaimTest, TheSecondInstanceForwardsItsRequest) {
     QList<ApplicationRequest> requests;
     const ApplicationObject running(claim().connection,
                                     [&](const ApplicationRequest& request) { requests += request; });
@@ -72,28 +72,28 @@ TEST_F(NameClaimTest, WithoutABusThereIsNothingToClaim) {
     }
 }
 
-TEST_F(NameClaimTest, ABusThatHangsIsWaitedForNoLongerThanThat) {
+TEST_F(NameClaimTest, TheWaitForAHangingBusIsLimited) {
     bus_.freeze();
     EXPECT_EQ(claimName(address(), startup, {20ms, 20ms, 20ms}, always).kind, ClaimKind::NoBus);
     bus_.thaw();
 }
 
-TEST_F(NameClaimTest, AnOwnerThatDoesNotAnswerIsWaitedForNoLongerThanThat) {
+TEST_F(NameClaimTest, TheWaitForAHangingOwnerIsLimited) {
     const BusConnection owner = silentOwner();
     EXPECT_EQ(claim(startup, {20s, 20s, 20ms}).kind, ClaimKind::Stranger);
 }
 
-TEST_F(NameClaimTest, AnOwnerThatDoesNotUnderstandIsLeftAlone) {
+TEST_F(NameClaimTest, AnOwnerThatAnswersWithAnErrorKeepsTheName) {
     QDBusConnection other = bus_.connect();
     ASSERT_TRUE(other.registerService(QString::fromUtf8(applicationBusName)));
     EXPECT_EQ(claim().kind, ClaimKind::Stranger);
 }
 
-TEST_F(NameClaimTest, TheNameOfAnOwnerThatEndsMeanwhileIsOurs) {
+TEST_F(NameClaimTest, AnEndingOwnersNameIsTakenOver) {
     BusConnection owner = silentOwner();
     auto second =
         std::async(std::launch::async, [this] { return claimName(address(), startup, patient, always); });
-    // Until the request has reached it.
+    // Waits until the owner has received the request.
     const auto hasRequest = [&] {
         dbus_connection_read_write(owner.get(), 10);
         const BusMessage message(dbus_connection_pop_message(owner.get()));
@@ -106,7 +106,7 @@ TEST_F(NameClaimTest, TheNameOfAnOwnerThatEndsMeanwhileIsOurs) {
     EXPECT_NE(result.connection, nullptr);
 }
 
-TEST_F(NameClaimTest, NothingIsHandedOverByAStartThatHasGoneOn) {
+TEST_F(NameClaimTest, AStartThatHasGoneOnForwardsNothing) {
     BusConnection owner = silentOwner();
     EXPECT_EQ(claimName(address(), startup, patient, [] { return false; }).kind, ClaimKind::Stranger);
     catchUp(*owner, 20s);
@@ -115,7 +115,7 @@ TEST_F(NameClaimTest, NothingIsHandedOverByAStartThatHasGoneOn) {
     }
 }
 
-TEST_F(NameClaimTest, AProgramThatTheBusStartedHasTheCallsItWasStartedFor) {
+TEST_F(NameClaimTest, AProgramStartedByTheBusReceivesTheCallThatStartedIt) {
     bus_.makeActivatable(applicationBusName, "/bin/sleep 60");
     QDBusConnection caller = bus_.connect();
     QDBusMessage toggle = QDBusMessage::createMethodCall(
@@ -123,7 +123,7 @@ TEST_F(NameClaimTest, AProgramThatTheBusStartedHasTheCallsItWasStartedFor) {
         u"org.freedesktop.Application"_s, u"ActivateAction"_s);
     toggle << u"toggle"_s << QVariant::fromValue(QVariantList()) << QVariantMap();
     const QDBusPendingCall call = caller.asyncCall(toggle);
-    // The bus has the call once it has answered a later one of the same program.
+    // The bus has received the call once it has answered a later call of the same program.
     caller.call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
                                                u"org.freedesktop.DBus"_s, u"GetId"_s));
     ClaimResult result = claim({{}, true});
@@ -136,7 +136,7 @@ TEST_F(NameClaimTest, AProgramThatTheBusStartedHasTheCallsItWasStartedFor) {
     EXPECT_FALSE(call.isError());
 }
 
-TEST_F(NameClaimTest, AStartWaitsForTheOwnersAnswerAndIsToldOfItAtOnce) {
+TEST_F(NameClaimTest, AStartContinuesAtOnceWithTheOwnersAnswer) {
     const ApplicationObject running(claim().connection, [](const ApplicationRequest&) {});
     std::promise<void> told;
     NameClaim second(address(), startup, patient, [&told] { told.set_value(); });
@@ -147,7 +147,7 @@ TEST_F(NameClaimTest, AStartWaitsForTheOwnersAnswerAndIsToldOfItAtOnce) {
     EXPECT_EQ(result->kind, ClaimKind::HandedOver);
 }
 
-TEST_F(NameClaimTest, AStartGoesOnWithoutABusThatHangsAndHearsOfItLater) {
+TEST_F(NameClaimTest, AStartContinuesDespiteAHangingBusAndUsesItsLateAnswer) {
     bus_.freeze();
     std::promise<ClaimKind> later;
     NameClaim claim(address(), startup, {20s, 20ms, 20s}, [] { ADD_FAILURE(); });
@@ -160,7 +160,7 @@ TEST_F(NameClaimTest, AStartGoesOnWithoutABusThatHangsAndHearsOfItLater) {
     EXPECT_EQ(told.get(), ClaimKind::Owner);
 }
 
-TEST_F(NameClaimTest, AStartThatHasGoneOnIsNotEndedForAnOwnerFoundLater) {
+TEST_F(NameClaimTest, AnOwnerFoundLateDoesNotEndTheStart) {
     const ApplicationObject running(claim().connection, [](const ApplicationRequest&) { ADD_FAILURE(); });
     bus_.freeze();
     std::promise<ClaimKind> later;

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// A socket in the file system, as a session bus listens on.
+// A listening socket in the file system, like a session bus's.
 class BusSocket {
 public:
     explicit BusSocket(const QString& path)
@@ -35,12 +35,12 @@ private:
 
 } // namespace
 
-TEST(SessionBus, IsWhereTheEnvironmentSays) {
+TEST(SessionBus, IsAtTheAddressOfTheEnvironment) {
     EXPECT_EQ(sessionBusAddress(environmentOf({{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/a"}})),
               "unix:path=/a");
 }
 
-TEST(SessionBus, IsAtTheUsualPlaceWhereTheEnvironmentSaysNothing) {
+TEST(SessionBus, IsAtTheUsualPathWithoutTheVariable) {
     const QTemporaryDir folder;
     const BusSocket socket(folder.filePath(u"bus"_s));
     const QByteArray path = QFile::encodeName(folder.path());
@@ -48,7 +48,7 @@ TEST(SessionBus, IsAtTheUsualPlaceWhereTheEnvironmentSaysNothing) {
               "unix:path=" + path + "/bus");
 }
 
-TEST(SessionBus, HasItsPlaceEscapedAsAddressesAre) {
+TEST(SessionBus, HasAnEscapedAddress) {
     const QTemporaryDir folder(u"/tmp/a,b=%XXXXXX"_s);
     const BusSocket socket(folder.filePath(u"bus"_s));
     const auto address =
@@ -57,7 +57,7 @@ TEST(SessionBus, HasItsPlaceEscapedAsAddressesAre) {
     EXPECT_TRUE(address->startsWith("unix:path=/tmp/a%2Cb%3D%25")) << address->constData();
 }
 
-TEST(SessionBus, IsNoneWhereNoSocketIs) {
+TEST(SessionBus, IsEmptyWithoutASocket) {
     const QTemporaryDir folder;
     const QByteArray path = QFile::encodeName(folder.path());
     EXPECT_EQ(sessionBusAddress(environmentOf({{"XDG_RUNTIME_DIR", path}})), std::nullopt);

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
-    // No test reaches the bus of whoever runs it.
+    // Tests must not reach the user's own bus.
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere/at/all");
     QCoreApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);

@@ -21,7 +21,7 @@ class SingleInstanceTest : public testing::Test {
 protected:
     [[nodiscard]] QByteArray address() const { return bus_.address().toUtf8(); }
 
-    // Has another program ask for the launcher, and waits until it is carried out.
+    // Activates the launcher from another connection and waits until the request is carried out.
     void expectReachable() {
         QDBusConnection client = bus_.connect();
         QDBusMessage activate = QDBusMessage::createMethodCall(
@@ -49,7 +49,7 @@ TEST_F(SingleInstanceTest, IsReachedOverTheBus) {
     expectReachable();
 }
 
-TEST_F(SingleInstanceTest, IsReachedOnceASlowBusHasAnswered) {
+TEST_F(SingleInstanceTest, IsReachableOnceASlowBusHasAnswered) {
     bus_.freeze();
     NameClaim claim(address(), {}, {20s, 20ms, 20s}, [] { ADD_FAILURE(); });
     const SingleInstance instance(claim, address(), queue_, carryOut_);
@@ -59,7 +59,7 @@ TEST_F(SingleInstanceTest, IsReachedOnceASlowBusHasAnswered) {
     expectReachable();
 }
 
-TEST_F(SingleInstanceTest, DoesWithoutABus) {
+TEST_F(SingleInstanceTest, RunsWithoutABus) {
     NameClaim claim({}, {}, {20s, 20s, 20s}, [] { ADD_FAILURE(); });
     const SingleInstance instance(claim, address(), queue_, carryOut_);
     EXPECT_FALSE(instance.hasBus());
@@ -70,7 +70,7 @@ TEST_F(SingleInstanceTest, MayEndBeforeTheBusAnswers) {
     NameClaim claim(address(), {}, {20s, 20ms, 20s}, [] { ADD_FAILURE(); });
     { const SingleInstance instance(claim, address(), queue_, carryOut_); }
     bus_.thaw();
-    // The answer that nobody waits for gives the name up again.
+    // The late answer releases the name again.
     EXPECT_TRUE(waitUntil([&] {
         NameClaim again(address(), {}, {20s, 20s, 20s}, [] {});
         const auto result = again.settle({});
@@ -78,8 +78,8 @@ TEST_F(SingleInstanceTest, MayEndBeforeTheBusAnswers) {
     }));
 }
 
-TEST_F(SingleInstanceTest, LooksForABusThatWentAsSoonAsItsSocketIsThereAgain) {
-    // Its own pauses take minutes.
+TEST_F(SingleInstanceTest, ReconnectsAsSoonAsTheBussSocketIsBack) {
+    // Its retries are minutes apart.
     EventLoopQueue slow(1000);
     int returns = 0;
     NameClaim claim(address(), {}, {20s, 20s, 20s}, [] { ADD_FAILURE(); });
@@ -91,7 +91,7 @@ TEST_F(SingleInstanceTest, LooksForABusThatWentAsSoonAsItsSocketIsThereAgain) {
     expectReachable();
 }
 
-TEST(BusSocketFolder, IsThatOfTheFirstAddress) {
+TEST(BusSocketFolder, IsTheFolderOfTheFirstAddress) {
     EXPECT_EQ(busSocketFolder("unix:path=/run/user/1/bus"), u"/run/user/1/"_s);
     EXPECT_EQ(busSocketFolder("unix:guid=1,path=/a%20b/bus;unix:path=/c/bus"), u"/a b/"_s);
     EXPECT_EQ(busSocketFolder("unix:abstract=/run/user/1/bus"), QString());
@@ -99,7 +99,7 @@ TEST(BusSocketFolder, IsThatOfTheFirstAddress) {
     EXPECT_EQ(busSocketFolder({}), QString());
 }
 
-TEST_F(SingleInstanceTest, IsReachedAgainOnABusThatTakesThePlaceOfOneThatWent) {
+TEST_F(SingleInstanceTest, IsReachableOnARestartedBus) {
     NameClaim claim(address(), {}, {20s, 20s, 20s}, [] { ADD_FAILURE(); });
     const SingleInstance instance(claim, address().split(',').first(), queue_, carryOut_);
     bus_.stop();

@@ -8,21 +8,21 @@ using namespace amberquill;
 using namespace amberquill::desktop;
 using namespace Qt::StringLiterals;
 
-TEST(StartupRequest, IsToBeShownWithWhatTheProgramWasStartedWith) {
+TEST(StartupRequest, IsShowWithTheTokenOfTheEnvironment) {
     const StartupRequest startup = startupRequest(
         environmentOf({{"XDG_ACTIVATION_TOKEN", "token"}, {"DESKTOP_STARTUP_ID", "id_TIME5"}}));
     EXPECT_EQ(startup, (StartupRequest{{ApplicationRequest::Kind::Show, u"token"_s, u"id_TIME5"_s}, false}));
 }
 
-TEST(StartupRequest, ComesAlongWithNothingMostTimes) {
+TEST(StartupRequest, HasNoTokenWithoutTheVariables) {
     EXPECT_EQ(startupRequest(environmentOf({})), StartupRequest());
 }
 
-TEST(StartupRequest, TellsAStartByTheBus) {
+TEST(StartupRequest, RecognisesAStartByTheBus) {
     EXPECT_TRUE(startupRequest(environmentOf({{"DBUS_STARTER_BUS_TYPE", "session"}})).byTheBus);
 }
 
-TEST(StartupRequest, IsWhatTheLastArgumentThatNamesAnActionSays) {
+TEST(StartupRequest, IsTheLastActionOfTheArguments) {
     using Kind = ApplicationRequest::Kind;
     const auto kind = [](const QList<QByteArray>& arguments) {
         return startupRequest(environmentOf({}), arguments).request.kind;

@@ -15,7 +15,7 @@ std::optional<std::string> text(const QByteArray& database, std::string_view key
     return dconfText({database.constData(), static_cast<std::size_t>(database.size())}, key);
 }
 
-// As the settings service wrote it, with three keys set.
+// Written by the settings service, with three keys set.
 const QByteArray fromTheService = QByteArray::fromHex(
     "4756617269616e7400000000000000001800000000010000000000280800000000000000010000000300000004000000"
     "06000000070000000700000007000000b0b72430040000000001000006004c00080100000c010000b988fdda00000000"
@@ -26,7 +26,7 @@ const QByteArray fromTheService = QByteArray::fromHex(
     "652f000005000000070000000300000069636f6e2d7468656d65000000000000506170697275730000736f72672f0000"
     "00000000636c6f636b2d666f726d61743132680000732f0004000000637572736f722d73697a6500200000000069");
 
-// The same with two booleans.
+// Written by the settings service, with two booleans.
 const QByteArray booleansFromTheService = QByteArray::fromHex(
     "4756617269616e74000000000000000018000000e4000000000000280700000000000000010000000200000004000000"
     "040000000500000005000000c07f5f3e05000000e400000011007600f8000000fb0000004b50900b02000000fb000000"
@@ -56,30 +56,30 @@ TEST(DconfDatabase, ATextIsFoundUnderItsKey) {
     }
 }
 
-TEST(DconfDatabase, WhatTheSettingsServiceWroteIsRead) {
+TEST(DconfDatabase, ADatabaseOfTheSettingsServiceIsRead) {
     EXPECT_EQ(text(fromTheService), "Papirus");
 }
 
-TEST(DconfDatabase, AKeyThatOnlyEndsAlikeIsAnother) {
+TEST(DconfDatabase, AKeyWithTheSameEndingIsNotFound) {
     const auto database = dconfDatabase({{"/x/org/gnome/desktop/interface/icon-theme", "Other"}}, 1);
     EXPECT_EQ(text(database), std::nullopt);
     EXPECT_EQ(text(database, "icon-theme"), std::nullopt);
 }
 
-TEST(DconfDatabase, AValueOfAnotherTypeIsNone) {
+TEST(DconfDatabase, AValueOfAnotherTypeIsIgnored) {
     auto database = dconfDatabase({{themeKey, "Papirus"}});
     const auto at = database.indexOf(QByteArray("Papirus\0\0s", 10));
     database[at + 9] = 'i';
     EXPECT_EQ(text(database), std::nullopt);
 }
 
-TEST(DconfDatabase, WhatIsNoDatabaseIsNone) {
+TEST(DconfDatabase, OtherContentIsNotADatabase) {
     EXPECT_EQ(text(""), std::nullopt);
     EXPECT_EQ(text("GVariant"), std::nullopt);
     EXPECT_EQ(text(QByteArray(1000, '\xFF')), std::nullopt);
 }
 
-TEST(DconfDatabase, ABrokenDatabaseIsSurvived) {
+TEST(DconfDatabase, ABrokenDatabaseDoesNotCrash) {
     const auto whole = dconfDatabase({{themeKey, "Papirus"}, {"/a/b", "c"}});
     for (qsizetype size = 0; size < whole.size(); ++size) {
         const auto answer = text(whole.first(size));
@@ -93,7 +93,7 @@ TEST(DconfDatabase, ABrokenDatabaseIsSurvived) {
             answered += text(broken).has_value() ? 1 : 0;
         }
     }
-    EXPECT_GT(answered, 0); // what was overwritten did not always matter
+    EXPECT_GT(answered, 0); // some overwritten bytes do not matter
 }
 
 TEST(DconfDatabase, ABooleanIsFoundUnderItsKey) {

@@ -47,7 +47,7 @@ protected:
         preference_->follow([this] { changes_.push_back(preference_->isReduced()); });
     }
 
-    // As settings are written: beside the file, and then in its place.
+    // Writes a temporary file and renames it, like settings programs.
     void replace(const char* name, const QByteArray& content) {
         tree_.write("new", content);
         std::filesystem::rename(tree_.at("new"), tree_.at(name));
@@ -72,7 +72,7 @@ protected:
 
 } // namespace
 
-TEST_F(LinuxMotionPreferenceTest, NothingIsAskedBeforeItIsFollowedAndNothingWaitsThen) {
+TEST_F(LinuxMotionPreferenceTest, NothingIsReadBeforeItIsFollowedAndFollowingDoesNotBlock) {
     tree_.write("kdeglobals", off);
     make("KDE", noBus());
     EXPECT_EQ(connections_, 0);
@@ -85,18 +85,18 @@ TEST_F(LinuxMotionPreferenceTest, NothingIsAskedBeforeItIsFollowedAndNothingWait
 
 TEST_F(LinuxMotionPreferenceTest, KdesFactorIsFollowed) {
     follow("KDE", noBus());
-    replace("kdeglobals", off); // comes
+    replace("kdeglobals", off); // created
     EXPECT_TRUE(becomes(true));
-    replace("kdeglobals", on); // is replaced
+    replace("kdeglobals", on); // replaced
     EXPECT_TRUE(becomes(false));
-    tree_.write("kdeglobals", off); // is written over
+    tree_.write("kdeglobals", off); // overwritten
     EXPECT_TRUE(becomes(true));
-    tree_.remove("kdeglobals"); // goes
+    tree_.remove("kdeglobals"); // removed
     EXPECT_TRUE(becomes(false));
     EXPECT_EQ(changes_, std::vector<bool>({true, false, true, false}));
 }
 
-TEST_F(LinuxMotionPreferenceTest, ThereMayBeNothingAtFirst) {
+TEST_F(LinuxMotionPreferenceTest, FilesMayBeMissingAtFirst) {
     follow("GNOME", noBus());
     tree_.makeFolder("dconf");
     replace("dconf/user", animationsInDconf(false));
@@ -105,7 +105,7 @@ TEST_F(LinuxMotionPreferenceTest, ThereMayBeNothingAtFirst) {
     EXPECT_TRUE(becomes(false));
 }
 
-TEST_F(LinuxMotionPreferenceTest, ItMayGoWhileFilesAreRead) {
+TEST_F(LinuxMotionPreferenceTest, ItMayBeDestroyedWhileFilesAreRead) {
     tree_.write("kdeglobals", off);
     follow("KDE", noBus());
     preference_.reset();
@@ -130,14 +130,14 @@ TEST_F(OnABus, ThePortalsSettingsAreFollowed) {
     EXPECT_EQ(changes_, std::vector<bool>({true, false, true}));
 }
 
-TEST_F(OnABus, WhatIsKnownAtOnceCountsBeforeAnyChange) {
+TEST_F(OnABus, TheFirstAnswerCountsBeforeAnyChange) {
     portal_.set(reducedMotion, 1U);
     portal_.appear();
     follow("sway", bus_.connect());
     EXPECT_TRUE(becomes(true));
 }
 
-TEST_F(OnABus, ThePortalOfABusThatCameBackIsFollowed) {
+TEST_F(OnABus, ThePortalOfARestartedBusIsFollowed) {
     portal_.set(reducedMotion, 1U);
     portal_.appear();
     QDBusConnection connection = bus_.connect();
@@ -157,7 +157,7 @@ TEST_F(OnABus, ThePortalOfABusThatCameBackIsFollowed) {
     EXPECT_TRUE(becomes(true));
 }
 
-TEST_F(OnABus, APortalThatHangsLeavesItToTheFiles) {
+TEST_F(OnABus, WithAHangingPortalTheFilesCount) {
     portal_.hang();
     portal_.appear();
     tree_.write("dconf/user", animationsInDconf(false));
@@ -165,7 +165,7 @@ TEST_F(OnABus, APortalThatHangsLeavesItToTheFiles) {
     EXPECT_TRUE(becomes(true));
 }
 
-TEST_F(OnABus, AnswersOfAnotherTypeSayNothing) {
+TEST_F(OnABus, AnswersOfAnotherTypeAreIgnored) {
     portal_.set(reducedMotion, u"1"_s);
     portal_.set(enableAnimations, 0);
     portal_.appear();

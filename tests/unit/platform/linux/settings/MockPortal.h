@@ -13,7 +13,7 @@
 
 namespace amberquill {
 
-// A desktop's portal, as far as its settings go.
+// The Settings interface of a desktop portal.
 class MockPortal final : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
@@ -25,7 +25,7 @@ public:
                             QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
     }
 
-    // It is there from now on.
+    // Takes the portal's name.
     void appear() { bus_.registerService(QStringLiteral("org.freedesktop.portal.Desktop")); }
     void disappear() { bus_.unregisterService(QStringLiteral("org.freedesktop.portal.Desktop")); }
 
@@ -37,8 +37,8 @@ public:
         Q_EMIT SettingChanged(key.space, key.name, QDBusVariant(value));
     }
 
-    // From now on it takes questions and answers none, until it is told to; then as things were when it was
-    // asked.
+    // From now on calls are not answered until the test asks for it. The answers then have the values of the
+    // time of the call.
     void hang() { hangs_ = true; }
     void answerLate() {
         for (const QDBusMessage& answer : std::exchange(late_, {})) {
@@ -49,7 +49,7 @@ public:
     [[nodiscard]] int questions() const { return questions_; }
 
 public Q_SLOTS:
-    // As portals do: in one variant too many.
+    // In a nested variant, like real portals.
     QDBusVariant Read(const QString& space, const QString& name) {
         ++questions_;
         setDelayedReply(true);

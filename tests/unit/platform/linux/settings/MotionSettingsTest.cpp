@@ -15,7 +15,7 @@ QByteArray dconfWithAnimations(bool animations) {
     return dconfDatabase({}, 5, {{"/org/gnome/desktop/interface/enable-animations", animations}});
 }
 
-// What AnimationDurationFactor is in a file with this value.
+// Reads AnimationDurationFactor from a file with this value.
 std::optional<double> factor(const QByteArray& value) {
     const TemporaryTree tree;
     tree.write("kdeglobals", "[KDE]\nAnimationDurationFactor=" + value + "\n");
@@ -24,7 +24,7 @@ std::optional<double> factor(const QByteArray& value) {
 
 } // namespace
 
-TEST(LessMotion, NobodySaysSo) {
+TEST(LessMotion, IsOffByDefault) {
     EXPECT_FALSE(asksForLessMotion({}));
     EXPECT_FALSE(asksForLessMotion({.isKde = true}));
 }
@@ -36,13 +36,13 @@ TEST(LessMotion, TheSettingOfAllDesktopsCountsOnEachOfThem) {
         << "no preference there is none against";
 }
 
-TEST(LessMotion, AnimationsThatAreOffAreAWish) {
+TEST(LessMotion, IsOnWhenAnimationsAreOff) {
     EXPECT_TRUE(asksForLessMotion({.portalAnimations = false}));
     EXPECT_TRUE(asksForLessMotion({.files = {false, {}}}));
     EXPECT_FALSE(asksForLessMotion({.files = {true, {}}, .portalAnimations = true}));
 }
 
-TEST(LessMotion, ThePortalKnowsMoreThanTheFile) {
+TEST(LessMotion, ThePortalOverridesTheFile) {
     EXPECT_FALSE(asksForLessMotion({.files = {false, {}}, .portalAnimations = true}));
     EXPECT_TRUE(asksForLessMotion({.files = {true, {}}, .portalAnimations = false}));
 }
@@ -69,14 +69,14 @@ TEST(MotionFiles, AreReadFromDconfAndKdeglobals) {
     EXPECT_EQ(readMotionFiles(configuration).animations, true);
 }
 
-TEST(MotionFiles, AFactorThatIsNoNumberIsNone) {
+TEST(MotionFiles, AFactorThatIsNotANumberIsIgnored) {
     EXPECT_EQ(factor("0.125"), 0.125);
     for (const auto* const value : {"", "fast", "nan", "inf", "-inf", "0x", "1,5"}) {
         EXPECT_EQ(factor(value), std::nullopt) << value;
     }
 }
 
-TEST(MotionFiles, BrokenOnesSayNothing) {
+TEST(MotionFiles, BrokenFilesAreIgnored) {
     const TemporaryTree tree;
     tree.write("dconf/user", "GVariant" + QByteArray(100, '\xFF'));
     tree.makeFolder("kdeglobals");

@@ -46,7 +46,7 @@ protected:
 
 } // namespace
 
-TEST_F(PortalSettingsTest, EachSettingIsToldAndThenItsChanges) {
+TEST_F(PortalSettingsTest, EachSettingIsReportedAndThenItsChanges) {
     portal_.set(first, true);
     portal_.set(second, 7U);
     portal_.appear();
@@ -61,7 +61,7 @@ TEST_F(PortalSettingsTest, EachSettingIsToldAndThenItsChanges) {
     EXPECT_EQ(told_, std::vector<Told>({{u"second"_s, 8U}}));
 }
 
-TEST_F(PortalSettingsTest, ASettingThatThePortalDoesNotKnowIsNone) {
+TEST_F(PortalSettingsTest, ASettingUnknownToThePortalIsEmpty) {
     portal_.set(first, true);
     portal_.appear();
     const auto settings = follow(bus_.connect());
@@ -69,7 +69,7 @@ TEST_F(PortalSettingsTest, ASettingThatThePortalDoesNotKnowIsNone) {
     EXPECT_EQ(told_, std::vector<Told>({{u"first"_s, true}, {u"second"_s, std::nullopt}}));
 }
 
-TEST_F(PortalSettingsTest, APortalIsNotStartedButAskedWhenItComes) {
+TEST_F(PortalSettingsTest, APortalIsNotStartedButAskedOnceItRuns) {
     bus_.makeActivatable("org.freedesktop.portal.Desktop", "/bin/false");
     const auto settings = follow(bus_.connect());
     ASSERT_TRUE(isTold(2));
@@ -97,7 +97,7 @@ TEST_F(PortalSettingsTest, APortalThatRestartsIsAskedAgain) {
     EXPECT_EQ(told_.back(), (Told{u"first"_s, true}));
 }
 
-TEST_F(PortalSettingsTest, APortalThatHangsIsNotWaitedForButHeardLater) {
+TEST_F(PortalSettingsTest, AHangingPortalDoesNotBlockAndItsLateAnswerCounts) {
     portal_.hang();
     portal_.appear();
     const auto settings = follow(bus_.connect(), 50);
@@ -109,24 +109,24 @@ TEST_F(PortalSettingsTest, APortalThatHangsIsNotWaitedForButHeardLater) {
     EXPECT_EQ(told_.back(), (Told{u"first"_s, true}));
 }
 
-TEST_F(PortalSettingsTest, WhatAnotherProgramSaysInThePortalsNameDoesNotCount) {
+TEST_F(PortalSettingsTest, SignalsOfOtherProgramsAreIgnored) {
     portal_.set(first, true);
     portal_.appear();
     const auto settings = follow(bus_.connect());
     ASSERT_TRUE(isTold(2));
     MockPortal impostor(bus_.connect());
     impostor.change(first, false);
-    portal_.change(second, 1U); // later than the impostor's, on its way through the same bus
+    portal_.change(second, 1U); // arrives after the other program's signal
     ASSERT_TRUE(isTold(3));
     EXPECT_EQ(told_.back(), (Told{u"second"_s, 1U}));
 }
 
-TEST_F(PortalSettingsTest, WithoutABusNothingIsTold) {
+TEST_F(PortalSettingsTest, WithoutABusNothingIsReported) {
     const auto settings = follow(noBus());
     EXPECT_TRUE(told_.empty());
 }
 
-TEST_F(PortalSettingsTest, AChangeIsNotOverriddenByAnAnswerFromBefore) {
+TEST_F(PortalSettingsTest, AnEarlierAnswerDoesNotOverrideAChange) {
     portal_.set(first, 0U);
     portal_.set(second, 0U);
     portal_.hang();

@@ -18,12 +18,12 @@ TEST(SettingsFile, AValueIsFoundByItsGroupAndKey) {
     EXPECT_EQ(settingsValue("", "Group", "Key"), std::nullopt);
 }
 
-TEST(SettingsFile, SpaceAndLineEndsOfAnotherSystemDoNotMatter) {
+TEST(SettingsFile, SpacesAndCarriageReturnsAreIgnored) {
     EXPECT_EQ(settingsValue("  [Group] \r\n \tKey \t=  a b \r\n", "Group", "Key"), "a b");
     EXPECT_EQ(settingsValue("[Group]\nKey=", "Group", "Key"), "");
 }
 
-TEST(SettingsFile, AKeyMayBeMarked) {
+TEST(SettingsFile, AKeyMayHaveAMarker) {
     EXPECT_EQ(settingsValue("[Group]\nKey[$i]=fixed\n", "Group", "Key"), "fixed");
     EXPECT_EQ(settingsValue("[Group]\nKey[$i\nKey=next\n", "Group", "Key"), "next");
     EXPECT_EQ(settingsValue("[Group]\nKey[de]=translated\n", "Group", "Key"), std::nullopt);

@@ -16,7 +16,7 @@ constexpr std::uint32_t blue = 0x0000C0;
 
 class EmbeddedPictureTest : public testing::Test {
 protected:
-    // A window of one colour, in its place at once.
+    // A mapped window of one colour.
     [[nodiscard]] xcb_window_t window(xcb_window_t parent, const QRect& place, std::uint32_t colour) const {
         const xcb_window_t window = xcb_generate_id(client_.get());
         const std::array<std::uint32_t, 2> values = {colour, 1};
@@ -41,7 +41,7 @@ protected:
 
 } // namespace
 
-TEST_F(EmbeddedPictureTest, ItShowsWhatIsInTheWindowAndBehindIt) {
+TEST_F(EmbeddedPictureTest, ItShowsTheWindowAndItsBackground) {
     const xcb_window_t symbol = window(item_, {5, 5, 3, 3}, blue);
     ASSERT_NE(symbol, XCB_WINDOW_NONE);
     const QImage seen = picture(item_);
@@ -50,28 +50,28 @@ TEST_F(EmbeddedPictureTest, ItShowsWhatIsInTheWindowAndBehindIt) {
     EXPECT_EQ(seen.pixelColor(5, 5), QColor::fromRgb(blue));
 }
 
-TEST_F(EmbeddedPictureTest, AWindowThatNoOtherHasTakenInHasNone) {
+TEST_F(EmbeddedPictureTest, AWindowThatIsNotEmbeddedHasNoPicture) {
     EXPECT_TRUE(picture(panel_).isNull());
     EXPECT_TRUE(picture(root_).isNull());
 }
 
-TEST_F(EmbeddedPictureTest, AWindowThatIsNotAllSeenHasNone) {
+TEST_F(EmbeddedPictureTest, APartlyHiddenWindowHasNoPicture) {
     EXPECT_TRUE(picture(window(panel_, {190, 2, 22, 22}, red)).isNull());
     xcb_unmap_window(client_.get(), panel_);
     EXPECT_TRUE(picture(item_).isNull());
 }
 
-TEST_F(EmbeddedPictureTest, AWindowThatHasGoneHasNone) {
+TEST_F(EmbeddedPictureTest, ADestroyedWindowHasNoPicture) {
     xcb_destroy_window(client_.get(), panel_);
     EXPECT_TRUE(picture(item_).isNull());
 }
 
-TEST_F(EmbeddedPictureTest, OfALargeOneNoMoreIsReadThanOfASymbol) {
+TEST_F(EmbeddedPictureTest, OfALargeWindowOnlyASymbolsSizeIsRead) {
     const xcb_window_t large = window(window(root_, {0, 0, 640, 480}, red), {0, 0, 640, 480}, red);
     EXPECT_EQ(picture(large).size(), QSize(512, 480));
 }
 
-TEST_F(EmbeddedPictureTest, WindowsInWindowsWithoutEndHaveNone) {
+TEST_F(EmbeddedPictureTest, TooDeeplyNestedWindowsHaveNoPicture) {
     xcb_window_t innermost = panel_;
     for (int i = 0; i < 40; ++i) {
         innermost = window(innermost, {0, 0, 22, 22}, red);

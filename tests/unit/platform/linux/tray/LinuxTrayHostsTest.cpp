@@ -25,7 +25,7 @@ protected:
         return waitUntil([&] { return trays_ == trays; });
     }
 
-    // Until what each side has sent so far has reached the other, and what it sent then.
+    // Waits until both sides have handled each other's messages and the answers to them.
     void settle() {
         for (int i = 0; i < 3; ++i) {
             askTheBus(watcherBus_);
@@ -50,14 +50,14 @@ protected:
 
 } // namespace
 
-TEST_F(LinuxTrayHostsTest, AHostThatIsThereIsTold) {
+TEST_F(LinuxTrayHostsTest, AnExistingHostIsReported) {
     watcher_.setHost(true);
     watcher_.appear();
     follow();
     EXPECT_TRUE(isTold(1));
 }
 
-TEST_F(LinuxTrayHostsTest, OneThatComesLaterIsToldEachTime) {
+TEST_F(LinuxTrayHostsTest, EachLaterHostIsReported) {
     follow();
     settle();
     EXPECT_EQ(trays_, 0);
@@ -71,7 +71,7 @@ TEST_F(LinuxTrayHostsTest, OneThatComesLaterIsToldEachTime) {
     }
 }
 
-TEST_F(LinuxTrayHostsTest, WhatCollectsItemsThatNobodyShowsIsNoTray) {
+TEST_F(LinuxTrayHostsTest, AWatcherWithoutAHostIsNotATray) {
     watcher_.appear();
     follow();
     EXPECT_TRUE(waitUntil([this] { return watcher_.questions() > 0; }));
@@ -81,7 +81,7 @@ TEST_F(LinuxTrayHostsTest, WhatCollectsItemsThatNobodyShowsIsNoTray) {
     EXPECT_TRUE(isTold(1));
 }
 
-TEST_F(LinuxTrayHostsTest, WhoFollowsAnewIsToldInstead) {
+TEST_F(LinuxTrayHostsTest, ANewFollowerReplacesTheEarlierOne) {
     follow();
     int told = 0;
     hosts_.follow([&told] { ++told; }, [] {});
@@ -91,7 +91,7 @@ TEST_F(LinuxTrayHostsTest, WhoFollowsAnewIsToldInstead) {
     EXPECT_EQ(trays_, 0);
 }
 
-TEST_F(LinuxTrayHostsTest, TheHostsOfABusThatCameBackAreTold) {
+TEST_F(LinuxTrayHostsTest, TheHostsOfARestartedBusAreReported) {
     watcher_.setHost(true);
     watcher_.appear();
     follow();
@@ -112,13 +112,13 @@ TEST_F(LinuxTrayHostsTest, TheHostsOfABusThatCameBackAreTold) {
     EXPECT_TRUE(isTold(3));
 }
 
-TEST_F(LinuxTrayHostsTest, ABusThatCameBackIsLeftAloneWhereNobodyFollows) {
+TEST_F(LinuxTrayHostsTest, ARestartedBusIsNotAskedWithoutAFollower) {
     hosts_.busCameBack();
     settle();
     EXPECT_EQ(watcher_.questions(), 0);
 }
 
-TEST_F(LinuxTrayHostsTest, ABusThatHangsKeepsNobodyWaiting) {
+TEST_F(LinuxTrayHostsTest, AHangingBusDoesNotBlockTheCaller) {
     watcher_.setHost(true);
     watcher_.appear();
     bus_.freeze();

@@ -7,7 +7,7 @@
 
 namespace amberquill {
 
-// What collects status notifier items on a bus, and knows whether somebody shows them.
+// A StatusNotifierWatcher: it registers items and reports whether a host shows them.
 class MockWatcher final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
@@ -21,7 +21,7 @@ public:
                                 QDBusConnection::ExportAllProperties | QDBusConnection::ExportAllSignals));
     }
 
-    // It is there from now on.
+    // Takes the watcher's name.
     void appear() { EXPECT_TRUE(bus_.registerService(name)); }
     void disappear() { EXPECT_TRUE(bus_.unregisterService(name)); }
 

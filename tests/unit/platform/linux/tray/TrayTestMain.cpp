@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
-    // No test reaches the bus or the display of whoever runs it.
+    // Tests must not reach the user's own bus or display.
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere/at/all");
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);

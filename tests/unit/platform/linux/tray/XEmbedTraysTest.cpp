@@ -21,7 +21,7 @@ xcb_atom_t atom(const XClient& client, std::string_view name) {
     return result;
 }
 
-// A program that takes windows of others into one of its own.
+// A tray: it embeds windows of other programs.
 class Tray {
 public:
     explicit Tray(const TestXServer& server)
@@ -37,7 +37,7 @@ public:
         client_.sync();
     }
 
-    // Tells all who look at the root window that it has it.
+    // Announces the selection's owner with a client message to the root window.
     void tell(std::string_view selection, std::uint8_t format = 32) {
         xcb_client_message_event_t event = {};
         event.response_type = XCB_CLIENT_MESSAGE;
@@ -64,7 +64,7 @@ protected:
         client_.sync();
     }
 
-    // Hands over all events that have come, as Qt does.
+    // Passes all received events on, like Qt.
     void deliver() {
         client_.sync();
         while (auto* event = xcb_poll_for_event(client_.get())) {
@@ -82,7 +82,7 @@ protected:
 
 } // namespace
 
-TEST_F(XEmbedTraysTest, ATrayIsThereForAsLongAsItIs) {
+TEST_F(XEmbedTraysTest, ATrayExistsWhileItsSelectionHasAnOwner) {
     EXPECT_FALSE(trays_.isThere());
     {
         Tray tray(server_);
@@ -92,13 +92,13 @@ TEST_F(XEmbedTraysTest, ATrayIsThereForAsLongAsItIs) {
     EXPECT_TRUE(waitUntil([this] { return !trays_.isThere(); }));
 }
 
-TEST_F(XEmbedTraysTest, WhatHasAnotherSelectionIsNoTray) {
+TEST_F(XEmbedTraysTest, TheOwnerOfAnotherSelectionIsNotATray) {
     Tray tray(server_);
     tray.take("_NET_WM_CM_S0");
     EXPECT_FALSE(trays_.isThere());
 }
 
-TEST_F(XEmbedTraysTest, OneThatComesIsTold) {
+TEST_F(XEmbedTraysTest, ANewTrayIsReported) {
     Tray tray(server_);
     tray.take("_NET_SYSTEM_TRAY_S0");
     tray.tell("_NET_SYSTEM_TRAY_S0");
@@ -106,7 +106,7 @@ TEST_F(XEmbedTraysTest, OneThatComesIsTold) {
     EXPECT_EQ(told_, 1);
 }
 
-TEST_F(XEmbedTraysTest, OtherMessagesAreNone) {
+TEST_F(XEmbedTraysTest, OtherMessagesAreIgnored) {
     Tray other(server_);
     other.tell("_NET_WM_CM_S0");
     other.tell("_NET_SYSTEM_TRAY_S0", 8);

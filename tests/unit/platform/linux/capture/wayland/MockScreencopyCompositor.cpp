@@ -109,7 +109,7 @@ public:
             wl_resource_create(bound, &zwlr_screencopy_manager_v1_interface, 1, id), &manager, self, nullptr);
     }
 
-    // A frame and the output that it is of.
+    // A frame and its output.
     struct Frame {
         Side& side;
         int output;

@@ -8,21 +8,20 @@
 
 namespace amberquill {
 
-// A compositor on a thread of its own, with a socket, whose outputs can be copied. Each output is of one
-// colour.
+// A compositor on its own thread, with a socket, whose outputs can be copied. Each output has one colour.
 class MockScreencopyCompositor {
 public:
     struct Behaviour {
         int outputs = 1;
-        int chosen = 0; // the output for surfaces that name none
+        int chosen = 0; // the output for surfaces without one
         std::uint32_t format = 1;
         std::uint32_t width = 40;
         std::uint32_t height = 30;
         std::uint32_t stride = 160;
         bool offersCopies = true;
         bool offersLayers = true;
-        bool proposes = true; // a layout, when a copy is asked for
-        bool finishes = true; // copies that were asked for
+        bool proposes = true; // sends a layout when a copy is requested
+        bool finishes = true; // requested copies
         bool fails = false;
     };
 
@@ -33,13 +32,13 @@ public:
 
     [[nodiscard]] QByteArray socket() const;
 
-    // From now on.
+    // Applies from the next request on.
     void setFinishes(bool finishes);
     void setChosen(int output);
-    // Answers what was not answered.
+    // Answers the requests that are still unanswered.
     void failOwed();
 
-    // How many copies were asked for.
+    // The number of requested copies.
     [[nodiscard]] int copies() const;
 
 private:

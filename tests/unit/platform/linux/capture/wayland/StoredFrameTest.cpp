@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::uint32_t most = std::numeric_limits<std::uint32_t>::max();
 
-// A frame of 3 × 2 pixels, each a colour of its own, with rows longer than their pixels.
+// A frame of 3 × 2 pixels of different colours. Its rows are longer than their pixels.
 constexpr std::uint32_t stride = 16;
 
 std::vector<unsigned char> memoryOf(const std::vector<QRgb>& pixels) {
@@ -25,7 +25,7 @@ std::vector<unsigned char> memoryOf(const std::vector<QRgb>& pixels) {
     return memory;
 }
 
-// The last digits of its colours, row by row.
+// The last digits of the image's colours, row by row.
 QString seen(const QImage& image) {
     QString rows;
     for (int y = 0; y < image.height(); ++y) {
@@ -51,7 +51,7 @@ QRgb colourIn(std::uint32_t format, const std::vector<unsigned char>& pixel) {
 
 } // namespace
 
-TEST(StoredFrame, AnOutputsTurnIsTakenBack) {
+TEST(StoredFrame, AnOutputsTransformIsUndone) {
     EXPECT_EQ(upright(WL_OUTPUT_TRANSFORM_NORMAL, false), QStringLiteral("123 456"));
     EXPECT_EQ(upright(WL_OUTPUT_TRANSFORM_90, false), QStringLiteral("41 52 63"));
     EXPECT_EQ(upright(WL_OUTPUT_TRANSFORM_180, false), QStringLiteral("654 321"));
@@ -62,17 +62,17 @@ TEST(StoredFrame, AnOutputsTurnIsTakenBack) {
     EXPECT_EQ(upright(WL_OUTPUT_TRANSFORM_FLIPPED_270, false), QStringLiteral("63 52 41"));
 }
 
-TEST(StoredFrame, RowsThatLieFromTheBottomUpAreTurnedFirst) {
+TEST(StoredFrame, BottomUpRowsAreFlippedFirst) {
     EXPECT_EQ(upright(WL_OUTPUT_TRANSFORM_NORMAL, true), QStringLiteral("456 123"));
     EXPECT_EQ(upright(WL_OUTPUT_TRANSFORM_90, true), QStringLiteral("14 25 36"));
 }
 
-TEST(StoredFrame, ATurnThatNobodyKnowsIsNone) {
+TEST(StoredFrame, AnUnknownTransformIsIgnored) {
     EXPECT_EQ(upright(8, false), QStringLiteral("123 456"));
     EXPECT_EQ(upright(-1, false), QStringLiteral("123 456"));
 }
 
-TEST(StoredFrame, ManyColumnsBecomeRowsInTheirOrder) {
+TEST(StoredFrame, ARotatedImageHasItsColumnsAsRowsInOrder) {
     constexpr int width = 37;
     const auto frame = StoredFrame::of(WL_SHM_FORMAT_XRGB8888, width, 2, width * 4);
     std::vector<QRgb> pixels(std::size_t{width} * 2);
@@ -104,7 +104,7 @@ TEST(StoredFrame, EachFormatHasItsColours) {
     EXPECT_EQ(colourIn(WL_SHM_FORMAT_XBGR2101010, {0xFF, 0x03, 0x00, 0x00}), qRgb(255, 0, 0));
 }
 
-TEST(StoredFrame, SquaresBecomeTheirMean) {
+TEST(StoredFrame, EachBlockBecomesItsMean) {
     const auto frame = StoredFrame::of(WL_SHM_FORMAT_XRGB8888, 3, 2, stride);
     const auto memory = memoryOf({2, 4, 9, 6, 8, 1});
     const auto picture = uprightPicture(*frame, {}, memory.data(), 2, false);
@@ -112,7 +112,7 @@ TEST(StoredFrame, SquaresBecomeTheirMean) {
     EXPECT_TRUE(picture.whole.isNull());
 }
 
-TEST(StoredFrame, WhatDoesNotFitTogetherIsRefused) {
+TEST(StoredFrame, InconsistentSizesAreRefused) {
     constexpr auto format = WL_SHM_FORMAT_XRGB8888;
     EXPECT_TRUE(StoredFrame::of(format, 1920, 1080, 7680));
     EXPECT_FALSE(StoredFrame::of(format, 1920, 1080, 7679)) << "rows overlap";

@@ -17,8 +17,8 @@ namespace {
 
 using Behaviour = MockScreencopyCompositor::Behaviour;
 
-constexpr auto longEnough = 20s;  // for an answer that comes
-constexpr auto impatience = 30ms; // for one that does not
+constexpr auto longEnough = 20s;  // for an expected answer
+constexpr auto impatience = 30ms; // for an answer that does not come
 
 const ScreenArea anywhere{QRect(0, 0, 40, 30), {}};
 
@@ -32,7 +32,7 @@ void captureInVain(WlrScreenCapture& capture, MockScreencopyCompositor& composit
     EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
 }
 
-// The same until the compositor has been asked for a copy: an impatient capture may not come that far.
+// Repeats the capture until it has requested a copy: one with a short timeout may end before.
 void captureUntilAsked(WlrScreenCapture& capture, MockScreencopyCompositor& compositor) {
     ASSERT_TRUE(waitUntil([&] {
         captureInVain(capture, compositor);
@@ -71,25 +71,25 @@ TEST(WlrScreenCapture, AnOutputIsFoundByItsName) {
     EXPECT_TRUE(capture.capture({anywhere.pixels, u"OUT-9"_s}, 10, false).shrunk.isNull());
 }
 
-TEST(WlrScreenCapture, AChoiceThatCannotBeFoundOutIsNotGuessed) {
+TEST(WlrScreenCapture, AnUnknownChoiceOfOutputIsNotGuessed) {
     const MockScreencopyCompositor compositor({.outputs = 2, .offersLayers = false});
     WlrScreenCapture capture(compositor.socket(), longEnough);
     EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
     EXPECT_EQ(compositor.copies(), 0);
 }
 
-TEST(WlrScreenCapture, WithoutTheProtocolNothingIsWaitedFor) {
+TEST(WlrScreenCapture, WithoutTheProtocolACaptureFailsAtOnce) {
     const MockScreencopyCompositor compositor({.offersCopies = false});
     WlrScreenCapture capture(compositor.socket(), longEnough);
     EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
 }
 
-TEST(WlrScreenCapture, WithoutACompositorThereIsNothing) {
+TEST(WlrScreenCapture, WithoutACompositorACaptureIsNull) {
     WlrScreenCapture capture("/nonexistent/wayland", longEnough);
     EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
 }
 
-TEST(WlrScreenCapture, NothingIsReadOfNothing) {
+TEST(WlrScreenCapture, AnEmptyAreaIsNotCaptured) {
     const MockScreencopyCompositor compositor({});
     WlrScreenCapture capture(compositor.socket(), longEnough);
     EXPECT_TRUE(capture.capture({}, 10, true).shrunk.isNull());
@@ -97,7 +97,7 @@ TEST(WlrScreenCapture, NothingIsReadOfNothing) {
     EXPECT_TRUE(capture.capture(anywhere, 257, true).shrunk.isNull());
 }
 
-TEST(WlrScreenCapture, ACopyThatFailsLeavesNothingAndMayBeTriedAgain) {
+TEST(WlrScreenCapture, AFailedCopyIsNullAndMayBeTriedAgain) {
     const MockScreencopyCompositor compositor({.fails = true});
     WlrScreenCapture capture(compositor.socket(), longEnough);
     for (int time = 1; time <= 2; ++time) {
@@ -106,7 +106,7 @@ TEST(WlrScreenCapture, ACopyThatFailsLeavesNothingAndMayBeTriedAgain) {
     }
 }
 
-TEST(WlrScreenCapture, LayoutsThatCannotBeAreRefused) {
+TEST(WlrScreenCapture, InvalidLayoutsAreRefused) {
     for (const Behaviour& behaviour :
          {Behaviour{.stride = 4}, Behaviour{.width = 0}, Behaviour{.height = 0xFFFFFFFF},
           Behaviour{.width = 0x7FFFFFFF, .stride = 0xFFFFFFFC}, Behaviour{.format = 0x12345678},
@@ -119,7 +119,7 @@ TEST(WlrScreenCapture, LayoutsThatCannotBeAreRefused) {
     }
 }
 
-TEST(WlrScreenCapture, ACompositorThatIsSilentIsWaitedForOnce) {
+TEST(WlrScreenCapture, ASilentCompositorIsWaitedForOnce) {
     for (const bool proposes : {false, true}) {
         MockScreencopyCompositor compositor({.proposes = proposes, .finishes = false});
         WlrScreenCapture capture(compositor.socket(), impatience);
@@ -131,14 +131,14 @@ TEST(WlrScreenCapture, ACompositorThatIsSilentIsWaitedForOnce) {
     }
 }
 
-TEST(WlrScreenCapture, WhereItIsSilentTheLastPictureStandsIn) {
+TEST(WlrScreenCapture, TheLastPictureReplacesOneThatDoesNotCome) {
     MockScreencopyCompositor compositor({});
     WlrScreenCapture capture(compositor.socket(), impatience);
     ASSERT_TRUE(waitUntil([&] { return !capture.capture(anywhere, 10, true).shrunk.isNull(); }));
     const int copies = compositor.copies();
     compositor.setFinishes(false);
     const Watchdog watchdog("a compositor that is silent is waited for", [&] { compositor.failOwed(); });
-    while (compositor.copies() == copies) { // an impatient capture may not come that far
+    while (compositor.copies() == copies) { // a capture with a short timeout may end before
         const ScreenPicture picture = capture.capture(anywhere, 10, true);
         ASSERT_EQ(picture.shrunk.size(), QSize(4, 3));
         ASSERT_EQ(picture.whole.size(), QSize(40, 30));
@@ -149,7 +149,7 @@ TEST(WlrScreenCapture, WhereItIsSilentTheLastPictureStandsIn) {
     EXPECT_TRUE(capture.capture(another, 10, true).shrunk.isNull()) << "of which there is none";
 }
 
-TEST(WlrScreenCapture, OnceItHasAnsweredItIsAskedAgain) {
+TEST(WlrScreenCapture, AfterALateAnswerTheCompositorIsAskedAgain) {
     MockScreencopyCompositor compositor({.finishes = false});
     WlrScreenCapture capture(compositor.socket(), impatience);
     captureUntilAsked(capture, compositor);
@@ -163,18 +163,18 @@ TEST(WlrScreenCapture, OnceItHasAnsweredItIsAskedAgain) {
     EXPECT_EQ(picture.shrunk.pixel(0, 0), grey(10));
 }
 
-TEST(WlrScreenCapture, ASocketThatNobodyAnswersIsNotWaitedForLong) {
+TEST(WlrScreenCapture, AnUnansweredSocketIsNotWaitedForLong) {
     const int listening = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    const MockScreencopyCompositor folder({}); // a place for the socket
+    const MockScreencopyCompositor folder({}); // for the socket's folder
     const QByteArray path = folder.socket() + "-mute";
     std::copy(path.begin(), path.end(), std::begin(address.sun_path));
     ASSERT_EQ(::bind(listening, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
     ASSERT_EQ(::listen(listening, 1), 0);
     WlrScreenCapture capture(path, impatience);
     {
-        // The connection that waits to be answered is closed.
+        // Closes the connection that was not accepted yet.
         const Watchdog watchdog("a socket that nobody answers is waited for",
                                 [&] { ::close(::accept(listening, nullptr, nullptr)); });
         EXPECT_TRUE(capture.capture(anywhere, 10, true).shrunk.isNull());
@@ -182,7 +182,7 @@ TEST(WlrScreenCapture, ASocketThatNobodyAnswersIsNotWaitedForLong) {
     ::close(listening);
 }
 
-TEST(WlrScreenCapture, ACompositorThatGoesLeavesNothing) {
+TEST(WlrScreenCapture, ACompositorThatExitsLeavesNoPicture) {
     auto compositor = std::make_unique<MockScreencopyCompositor>(Behaviour{});
     WlrScreenCapture capture(compositor->socket(), longEnough);
     EXPECT_FALSE(capture.capture(anywhere, 10, true).shrunk.isNull());

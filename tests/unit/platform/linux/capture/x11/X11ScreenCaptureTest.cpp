@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Far more than a capture takes, so that a busy machine fails no test.
+// Far longer than a capture takes on a busy machine.
 constexpr std::chrono::milliseconds longEnough{20'000};
 constexpr CapturePatience patient{longEnough, longEnough, longEnough};
 
@@ -31,8 +31,7 @@ public:
         : server_(screen, options)
         , client_(server_) {}
 
-    // Puts a window on the screen that no window manager touches, and waits until it is there. `pixel` as the
-    // server has it.
+    // Shows an override-redirect window and waits until it is on the screen. `pixel` has the server's format.
     xcb_window_t show(const QRect& area, std::uint32_t pixel) {
         const auto window = xcb_generate_id(client_.get());
         const std::array<std::uint32_t, 2> values{pixel, 1};
@@ -51,7 +50,7 @@ public:
         client_.sync();
     }
 
-    // Half of the window lets through what is behind it, where a compositing manager sees to it.
+    // The window is half transparent under a compositing manager.
     void makeTranslucent(xcb_window_t window) {
         constexpr std::string_view name = "_NET_WM_WINDOW_OPACITY";
         const XcbReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
@@ -62,7 +61,7 @@ public:
         client_.sync();
     }
 
-    // Leaves a pixmap of that colour as those do who paint the desktop.
+    // Sets a pixmap of that colour as the root pixmap, like programs that draw the wallpaper.
     void paintWallpaper(const QSize& size, std::uint32_t pixel) {
         const auto pixmap = xcb_generate_id(client_.get());
         const auto context = xcb_generate_id(client_.get());
@@ -76,7 +75,7 @@ public:
         nameWallpaper(pixmap);
     }
 
-    // Says that this is the pixmap.
+    // Names this pixmap in the root window's property.
     void nameWallpaper(xcb_pixmap_t pixmap) {
         constexpr std::string_view name = "_XROOTPMAP_ID";
         const XcbReply<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
@@ -94,19 +93,19 @@ private:
     XClient client_;
 };
 
-// What is seen in an area of the screen, made smaller.
+// Captures an area of the screen, made smaller.
 QImage seen(ScreenCapture& capture, const QRect& area, int shrink) {
     return capture.capture({area}, shrink, false).shrunk;
 }
 
-// What is seen at a point of the screen, by a capture of a single pixel.
+// The colour at a point of the screen, by a capture of a single pixel.
 QRgb seenAt(ScreenCapture& capture, const QPoint& point) {
     const QImage image = seen(capture, {point, QSize(1, 1)}, 1);
     EXPECT_FALSE(image.isNull());
     return image.isNull() ? 0 : image.pixel(0, 0);
 }
 
-// A compositing manager, which paints all that is seen by itself.
+// A compositing manager: it draws the whole screen itself.
 class Compositor {
 public:
     explicit Compositor(const TestXServer& server) {
@@ -128,8 +127,7 @@ private:
     QProcess process_;
 };
 
-// Captures again and again until the colour at a point is about that one. False: it is not within ten
-// seconds.
+// Repeats captures until a point has about that colour. False: after ten seconds it has not.
 bool becomes(ScreenCapture& capture, const QPoint& point, int grey) {
     return waitUntil([&] {
         const QRgb colour = seenAt(capture, point);
@@ -137,7 +135,7 @@ bool becomes(ScreenCapture& capture, const QPoint& point, int grey) {
     });
 }
 
-// Red above, green below: what a capture makes of it, by each way of reading.
+// Checks captures of red above green by each way of reading.
 void expectRedAndGreen(const QString& screen, std::uint32_t red, std::uint32_t green) {
     Desktop desktop(screen);
     desktop.show({0, 0, 100, 60}, red);
@@ -160,7 +158,7 @@ void expectRedAndGreen(const QString& screen, std::uint32_t red, std::uint32_t g
 
 } // namespace
 
-TEST(X11ScreenCapture, TheScreenIsSeenWithItsWindows) {
+TEST(X11ScreenCapture, ACaptureShowsTheScreenWithItsWindows) {
     Desktop desktop;
     desktop.show({0, 0, 640, 480}, 0x102030);
     const auto window = desktop.show({100, 50, 200, 100}, 0xFF8000);
@@ -188,7 +186,7 @@ TEST(X11ScreenCapture, PixelsAreMeansOfBlocks) {
     EXPECT_EQ(image.pixel(0, 1), 0xFF000000);
 }
 
-TEST(X11ScreenCapture, AScreenBesideOthersIsReadAlone) {
+TEST(X11ScreenCapture, OneOfSeveralScreensIsReadAlone) {
     Desktop desktop(u"1200x400x24"_s);
     desktop.show({0, 0, 600, 400}, 0xFF0000);
     desktop.show({600, 0, 600, 400}, 0x0000FF);
@@ -201,7 +199,7 @@ TEST(X11ScreenCapture, AScreenBesideOthersIsReadAlone) {
     EXPECT_EQ(right.pixel(0, 0), 0xFF0000FF);
 }
 
-TEST(X11ScreenCapture, AnAreaBeyondTheServersScreenIsReadAsFarAsItGoes) {
+TEST(X11ScreenCapture, AnAreaIsCutToTheServersScreen) {
     Desktop desktop;
     desktop.show({0, 0, 640, 480}, 0x00FF00);
     X11ScreenCapture capture(desktop.server().display(), patient);
@@ -216,7 +214,7 @@ TEST(X11ScreenCapture, AnAreaBeyondTheServersScreenIsReadAsFarAsItGoes) {
     EXPECT_EQ(seenAt(capture, {0, 0}), 0xFF00FF00) << "and the next one is well again";
 }
 
-TEST(X11ScreenCapture, ALargeScreenComesInStripsWithoutASeam) {
+TEST(X11ScreenCapture, ALargeScreenIsReadInStripsWithoutASeam) {
     Desktop desktop(u"3840x2160x24"_s);
     desktop.show({0, 0, 3840, 2160}, 0x203040);
     for (int y = 0; y < 2160; y += 2) {
@@ -238,7 +236,7 @@ TEST(X11ScreenCapture, ALargeScreenComesInStripsWithoutASeam) {
     }
 }
 
-TEST(X11ScreenCapture, ScreensOfTrueColourAreReadWhateverTheirDepth) {
+TEST(X11ScreenCapture, TrueColourScreensOfEveryDepthAreRead) {
     expectRedAndGreen(u"640x480x15"_s, 0x7C00, 0x03E0);
     expectRedAndGreen(u"640x480x16"_s, 0xF800, 0x07E0);
     expectRedAndGreen(u"640x480x24"_s, 0xFF0000, 0x00FF00);
@@ -251,7 +249,7 @@ TEST(X11ScreenCapture, AScreenWithAPaletteIsNotRead) {
     EXPECT_TRUE(seen(capture, {0, 0, 640, 480}, 8).isNull());
 }
 
-TEST(X11ScreenCapture, AServerThatSharesNoMemoryIsReadPlainly) {
+TEST(X11ScreenCapture, AServerWithoutSharedMemoryIsReadOverTheSocket) {
     Desktop desktop(u"640x480x24"_s, {u"-extension"_s, u"MIT-SHM"_s});
     desktop.show({0, 0, 640, 480}, 0xFF8000);
     X11ScreenCapture capture(desktop.server().display(), patient);
@@ -260,8 +258,8 @@ TEST(X11ScreenCapture, AServerThatSharesNoMemoryIsReadPlainly) {
     EXPECT_EQ(image.pixel(79, 59), 0xFFFF8000);
 }
 
-TEST(X11ScreenCapture, AServerOnAnotherMachineIsNotRead) {
-    // Over TCP, as forwarded connections come.
+TEST(X11ScreenCapture, ARemoteServerIsNotRead) {
+    // Over TCP, like forwarded connections.
     TestXServer server(u"640x480x24"_s, {u"-listen"_s, u"tcp"_s, u"-ac"_s});
     X11ScreenCapture near(server.display(), patient);
     EXPECT_FALSE(seen(near, {0, 0, 64, 64}, 8).isNull());
@@ -269,13 +267,13 @@ TEST(X11ScreenCapture, AServerOnAnotherMachineIsNotRead) {
     EXPECT_TRUE(seen(far, {0, 0, 64, 64}, 8).isNull());
 }
 
-TEST(X11ScreenCapture, AServerThatIsNotThereIsNotRead) {
+TEST(X11ScreenCapture, AMissingServerIsNotRead) {
     X11ScreenCapture capture(":54321", patient);
     EXPECT_TRUE(seen(capture, {0, 0, 64, 64}, 8).isNull());
     EXPECT_TRUE(seen(capture, {0, 0, 64, 64}, 8).isNull());
 }
 
-TEST(X11ScreenCapture, AServerThatHasGoneIsNotRead) {
+TEST(X11ScreenCapture, AServerThatExitedIsNotRead) {
     Desktop desktop;
     X11ScreenCapture capture(desktop.server().display(), patient);
     EXPECT_FALSE(seen(capture, {0, 0, 64, 64}, 8).isNull());
@@ -284,7 +282,7 @@ TEST(X11ScreenCapture, AServerThatHasGoneIsNotRead) {
     EXPECT_TRUE(seen(capture, {0, 0, 64, 64}, 8).isNull());
 }
 
-TEST(X11ScreenCapture, AServerThatHangsIsNotWaitedForAndTheLastPictureStandsIn) {
+TEST(X11ScreenCapture, AHangingServerIsNotWaitedForAndTheLastPictureIsUsed) {
     Desktop desktop;
     desktop.show({0, 0, 640, 480}, 0xFF8000);
     constexpr std::chrono::milliseconds patience{100};
@@ -295,7 +293,7 @@ TEST(X11ScreenCapture, AServerThatHangsIsNotWaitedForAndTheLastPictureStandsIn) 
         image = capture.capture(area, 8, false).shrunk;
         return !image.isNull();
     };
-    ASSERT_TRUE(waitUntil(isSeen)) << "the screen is not read"; // a busy machine may be late
+    ASSERT_TRUE(waitUntil(isSeen)) << "the screen is not read"; // a busy machine may time out
     const QImage last = image;
     desktop.show({0, 0, 640, 480}, 0x0080FF);
     xcb_grab_server(desktop.client().get());
@@ -323,7 +321,7 @@ TEST(X11ScreenCapture, AServerThatHangsIsNotWaitedForAndTheLastPictureStandsIn) 
     EXPECT_TRUE(waitUntil(isNew)) << "once it answers, it is read again";
 }
 
-TEST(RootReader, TheDesktopsOwnPictureIsReadUnderTheWindows) {
+TEST(RootReader, TheRootPixmapIsReadUnderTheWindows) {
     for (const QSize size : {QSize(640, 480), QSize(16, 16)}) { // small ones are repeated
         Desktop desktop;
         desktop.paintWallpaper(size, 0x204060);
@@ -339,7 +337,7 @@ TEST(RootReader, TheDesktopsOwnPictureIsReadUnderTheWindows) {
     }
 }
 
-TEST(RootReader, APictureOfTheDesktopThatIsNoneIsPassedOver) {
+TEST(RootReader, AnInvalidRootPixmapIsIgnored) {
     Desktop desktop;
     RootReader reader(desktop.server().display());
     EXPECT_TRUE(reader.wallpaper({0, 0, 640, 480}, longEnough).isNull()) << "nobody has painted one";
@@ -349,8 +347,8 @@ TEST(RootReader, APictureOfTheDesktopThatIsNoneIsPassedOver) {
     EXPECT_FALSE(reader.wallpaper({0, 0, 640, 480}, longEnough).isNull()) << "and nothing is owed";
 }
 
-// However many of its rows come in time.
-TEST(X11ScreenCapture, AScreenThatIsReadInPartIsNowhereBlack) {
+// For any number of rows that are read in time.
+TEST(X11ScreenCapture, APartlyReadScreenHasNoBlackRows) {
     Desktop desktop(u"3840x2160x24"_s);
     desktop.paintWallpaper({3840, 2160}, 0xFF8000);
     desktop.show({0, 0, 3840, 2160}, 0xFF8000);
@@ -369,7 +367,7 @@ TEST(X11ScreenCapture, AScreenThatIsReadInPartIsNowhereBlack) {
     }
 }
 
-TEST(X11ScreenCapture, WhatACompositingManagerPaintsIsSeen) {
+TEST(X11ScreenCapture, ACaptureShowsTheCompositingManagersOutput) {
     Desktop desktop;
     desktop.show({0, 0, 640, 480}, 0x202020);
     const auto window = desktop.show({100, 100, 200, 200}, 0xE0E0E0);
@@ -380,8 +378,8 @@ TEST(X11ScreenCapture, WhatACompositingManagerPaintsIsSeen) {
         const Compositor compositor(desktop.server());
         EXPECT_TRUE(becomes(capture, {150, 150}, 0x80));
         EXPECT_EQ(seenAt(capture, {50, 50}), 0xFF202020);
-        // From now on what is seen is always one of the two pictures that there were, and in the end the new
-        // one: nothing black in between, nothing that never was.
+        // From now on a capture shows one of the two pictures and finally the new one, never black or a
+        // mixture.
         desktop.hide(window);
         const auto hasGone = [&capture] {
             const QRgb colour = seenAt(capture, {150, 150});

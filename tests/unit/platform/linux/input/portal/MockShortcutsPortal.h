@@ -13,7 +13,7 @@
 
 namespace amberquill {
 
-// The portal's Registry, which newer ones have.
+// The portal's Registry interface, which newer portals have.
 class MockRegistry final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.host.portal.Registry")
@@ -28,13 +28,13 @@ public Q_SLOTS:
     void Register(const QString& program, const QVariantMap& /*options*/) { programs += program; }
 };
 
-// The portal's GlobalShortcuts, with its requests and sessions.
+// The portal's GlobalShortcuts interface, with its requests and sessions.
 class MockShortcutsPortal final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.GlobalShortcuts")
 
 public:
-    // `object` is what is put on the bus, with this and other interfaces that it has.
+    // `object` is put on the bus with all its interfaces.
     MockShortcutsPortal(QObject& object, QDBusConnection bus)
         : QDBusAbstractAdaptor(&object)
         , bus_(std::move(bus)) {
@@ -66,12 +66,12 @@ public:
                                              QStringLiteral("Closed")));
     }
 
-    uint bindCode = 0;     // what the user says: 0 yes, 1 no
-    bool grantsAny = true; // whether a yes gives the shortcut
+    uint bindCode = 0;     // the user's answer: 0 yes, 1 no
+    bool grantsAny = true; // whether a yes grants the shortcut
     bool takesShortcutsWithSession = false;
-    bool remembers = false;              // whether it knows the shortcuts of an earlier session
-    std::optional<QVariant> handleToSay; // instead of the session's
-    std::optional<QVariant> listToSay;   // instead of the shortcuts it knows
+    bool remembers = false;              // whether shortcuts of an earlier session are known
+    std::optional<QVariant> handleToSay; // instead of the session's handle
+    std::optional<QVariant> listToSay;   // instead of the known shortcuts
     QStringList sessions;                // paths, in order
     QList<desktop::PortalShortcutList> bound;
     QStringList calls;
@@ -116,7 +116,7 @@ private:
         return name.replace(u'.', u'_');
     }
 
-    // The answer comes before the call's own, as it may.
+    // The Response signal may precede the call's reply.
     QDBusObjectPath respond(const QDBusMessage& message, const QVariantMap& options, uint code,
                             const QVariantMap& results) {
         const QString path = QStringLiteral("/org/freedesktop/portal/desktop/request/") + sender(message) +

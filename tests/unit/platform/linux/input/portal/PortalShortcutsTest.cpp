@@ -26,13 +26,13 @@ protected:
         });
     }
 
-    // Until the portal has been called so and so often.
+    // Waits for that many calls of the portal and compares them.
     void expectCalls(const QStringList& calls) {
         EXPECT_TRUE(waitUntil([&] { return portal_.calls.size() >= calls.size(); }));
         EXPECT_EQ(portal_.calls, calls);
     }
 
-    // Until it has been asked all it is asked in so many sessions, and has answered.
+    // Waits until the portal has answered all calls of that many sessions.
     void expectAsked(int sessions) {
         QStringList calls;
         for (int i = 0; i < sessions; ++i) {
@@ -42,7 +42,7 @@ protected:
         settle();
     }
 
-    // Until what each side has sent so far has reached the other, and what it sent then.
+    // Waits until both sides have handled each other's messages and the answers to them.
     void settle() {
         for (int i = 0; i < 3; ++i) {
             askTheBus(portalBus_);
@@ -58,7 +58,7 @@ protected:
         EXPECT_TRUE(waitUntil([&] { return done; }));
     }
 
-    // That the portalChord works from a session that is made, with no question to the user.
+    // Expects that the portal's chord works in a new session without a question to the user.
     void expectNotAskedToBind() {
         addAndAsk();
         expectCalls({u"CreateSession"_s, u"ListShortcuts"_s});
@@ -85,7 +85,7 @@ protected:
     MockShortcutsPortal& portal_ = *new MockShortcutsPortal(object_, portalBus_);
     ManualQueue queue_;
     int connections_ = 0;
-    std::function<void(const QDBusConnection&)> waiting_; // for a connection that takes long
+    std::function<void(const QDBusConnection&)> waiting_; // for a slow connection
     bool connectsLater_ = false;
     PortalShortcuts shortcuts_{queue_, [this](std::function<void(const QDBusConnection&)> then) {
                                    ++connections_;
@@ -101,7 +101,7 @@ protected:
 
 } // namespace
 
-TEST_F(PortalShortcutsTest, AStartIsOverBeforeThePortalIsAsked) {
+TEST_F(PortalShortcutsTest, StartingReturnsBeforeThePortalIsCalled) {
     portal_.start();
     shortcuts_.add(1, portalChord);
     queue_.advance(PortalShortcuts::untilAsked - 0.01);
@@ -110,7 +110,7 @@ TEST_F(PortalShortcutsTest, AStartIsOverBeforeThePortalIsAsked) {
     EXPECT_EQ(connections_, 1);
 }
 
-TEST_F(PortalShortcutsTest, AConnectionThatTakesLongIsMadeOnceAndServesWhatIsWantedByThen) {
+TEST_F(PortalShortcutsTest, ASlowConnectionIsMadeOnceAndUsedForAllShortcutsAddedMeanwhile) {
     portal_.start();
     connectsLater_ = true;
     addAndAsk();
@@ -124,7 +124,7 @@ TEST_F(PortalShortcutsTest, AConnectionThatTakesLongIsMadeOnceAndServesWhatIsWan
     EXPECT_EQ(portal_.bound[0].size(), 2);
 }
 
-TEST_F(PortalShortcutsTest, NothingIsAskedForShortcutsThatWentMeanwhile) {
+TEST_F(PortalShortcutsTest, ThePortalIsNotCalledForShortcutsRemovedMeanwhile) {
     portal_.start();
     connectsLater_ = true;
     addAndAsk();
@@ -134,7 +134,7 @@ TEST_F(PortalShortcutsTest, NothingIsAskedForShortcutsThatWentMeanwhile) {
     EXPECT_EQ(portal_.calls, QStringList());
 }
 
-TEST_F(PortalShortcutsTest, TheUserIsAskedForTheChordAndItsPressesArrive) {
+TEST_F(PortalShortcutsTest, TheChordIsBoundAndItsPressesAreDelivered) {
     const auto& registry = *new MockRegistry(object_);
     portal_.start();
     addAndAsk();
@@ -150,7 +150,7 @@ TEST_F(PortalShortcutsTest, TheUserIsAskedForTheChordAndItsPressesArrive) {
     EXPECT_EQ(tokens_, QStringList{u"token"_s});
 }
 
-TEST_F(PortalShortcutsTest, PressesOfOthersAreNotOurs) {
+TEST_F(PortalShortcutsTest, PressesOfOtherSessionsAreIgnored) {
     portal_.start();
     addAndAsk();
     expectCalls(asked_);
@@ -161,7 +161,7 @@ TEST_F(PortalShortcutsTest, PressesOfOthersAreNotOurs) {
     EXPECT_EQ(presses_.size(), 1);
 }
 
-TEST_F(PortalShortcutsTest, AnOldPortalKnowsNoRegistry) {
+TEST_F(PortalShortcutsTest, AnOldPortalWithoutARegistryWorks) {
     portal_.start();
     addAndAsk();
     expectCalls(asked_);
@@ -169,13 +169,13 @@ TEST_F(PortalShortcutsTest, AnOldPortalKnowsNoRegistry) {
     EXPECT_TRUE(waitUntil([this] { return presses_.size() == 1; }));
 }
 
-TEST_F(PortalShortcutsTest, ThePortalThatRemembersTheShortcutIsNotAskedForIt) {
+TEST_F(PortalShortcutsTest, AShortcutThatThePortalRemembersIsNotBoundAgain) {
     portal_.remembers = true;
     portal_.start();
     expectNotAskedToBind();
 }
 
-TEST_F(PortalShortcutsTest, APortalThatTakesShortcutsWithTheSessionIsNotAskedAgain) {
+TEST_F(PortalShortcutsTest, AShortcutBoundWithItsSessionIsNotBoundAgain) {
     portal_.takesShortcutsWithSession = true;
     portal_.start();
     expectNotAskedToBind();
@@ -204,7 +204,7 @@ TEST_F(PortalShortcutsTest, ARefusalIsFinal) {
     EXPECT_TRUE(presses_.isEmpty());
 }
 
-TEST_F(PortalShortcutsTest, NothingGrantedIsARefusalToo) {
+TEST_F(PortalShortcutsTest, AnEmptyGrantIsARefusal) {
     portal_.grantsAny = false;
     portal_.start();
     addAndAsk();
@@ -215,7 +215,7 @@ TEST_F(PortalShortcutsTest, NothingGrantedIsARefusalToo) {
     EXPECT_EQ(portal_.calls, asked_);
 }
 
-TEST_F(PortalShortcutsTest, ASessionThatEndsIsFollowedByAnotherAFewTimes) {
+TEST_F(PortalShortcutsTest, AClosedSessionIsReplacedAFewTimes) {
     portal_.start();
     addAndAsk();
     for (int session = 1; session <= PortalShortcuts::mostRepetitions + 1; ++session) {
@@ -230,7 +230,7 @@ TEST_F(PortalShortcutsTest, ASessionThatEndsIsFollowedByAnotherAFewTimes) {
     EXPECT_EQ(portal_.sessions.size(), PortalShortcuts::mostRepetitions + 1);
 }
 
-TEST_F(PortalShortcutsTest, SessionsThatLastMayEndAsOftenAsTheyLike) {
+TEST_F(PortalShortcutsTest, LongSessionsAreReplacedWithoutALimit) {
     portal_.start();
     addAndAsk();
     for (int session = 1; session <= PortalShortcuts::mostRepetitions + 3; ++session) {
@@ -243,7 +243,7 @@ TEST_F(PortalShortcutsTest, SessionsThatLastMayEndAsOftenAsTheyLike) {
     expectAsked(PortalShortcuts::mostRepetitions + 4);
 }
 
-TEST_F(PortalShortcutsTest, APortalThatIsStartedAnewIsAskedAnew) {
+TEST_F(PortalShortcutsTest, ARestartedPortalIsAskedAgain) {
     portal_.start();
     addAndAsk();
     expectAsked(1);
@@ -258,7 +258,7 @@ TEST_F(PortalShortcutsTest, APortalThatIsStartedAnewIsAskedAnew) {
     EXPECT_EQ(tokens_, QStringList{u"new"_s});
 }
 
-TEST_F(PortalShortcutsTest, APortalThatComesLateIsAskedThen) {
+TEST_F(PortalShortcutsTest, APortalThatStartsLateIsAskedThen) {
     addAndAsk();
     settle();
     portal_.start();
@@ -267,7 +267,7 @@ TEST_F(PortalShortcutsTest, APortalThatComesLateIsAskedThen) {
     expectAsked(1);
 }
 
-TEST_F(PortalShortcutsTest, ABusThatGoesAndComesBackIsAskedAnew) {
+TEST_F(PortalShortcutsTest, AfterABusRestartThePortalIsAskedAgain) {
     portal_.start();
     addAndAsk();
     expectAsked(1);
@@ -289,7 +289,7 @@ TEST_F(PortalShortcutsTest, ABusThatGoesAndComesBackIsAskedAnew) {
     EXPECT_TRUE(waitUntil([this] { return presses_.size() == 1; }));
 }
 
-TEST_F(PortalShortcutsTest, ABusThatComesBackAfterVeryLongIsAskedAtOnceWhenThatIsTold) {
+TEST_F(PortalShortcutsTest, AReportedBusRestartIsFollowedAtOnceEvenAfterVeryLong) {
     portal_.start();
     addAndAsk();
     expectAsked(1);
@@ -310,7 +310,7 @@ TEST_F(PortalShortcutsTest, ABusThatComesBackAfterVeryLongIsAskedAtOnceWhenThatI
     EXPECT_EQ(portal.calls, asked_);
 }
 
-TEST_F(PortalShortcutsTest, WhatIsThereIsNotAskedASecondTime) {
+TEST_F(PortalShortcutsTest, ABoundShortcutIsNotBoundASecondTime) {
     portal_.start();
     addAndAsk();
     expectAsked(1);
@@ -320,7 +320,7 @@ TEST_F(PortalShortcutsTest, WhatIsThereIsNotAskedASecondTime) {
     EXPECT_EQ(portal_.calls, asked_);
 }
 
-TEST_F(PortalShortcutsTest, WhatAPortalSaysAmissIsHarmless) {
+TEST_F(PortalShortcutsTest, MalformedAnswersOfThePortalAreIgnored) {
     for (const QVariant& handle : {QVariant(u"no path"_s), QVariant(u"/a//b"_s), QVariant(7),
                                    QVariant(QStringList{u"/a"_s, u"/b"_s})}) {
         portal_.handleToSay = handle;
@@ -341,7 +341,7 @@ TEST_F(PortalShortcutsTest, WhatAPortalSaysAmissIsHarmless) {
     expectAsked(1);
 }
 
-TEST_F(PortalShortcutsTest, ADesktopWithoutThePortalIsLeftAlone) {
+TEST_F(PortalShortcutsTest, WithoutThePortalNothingIsCalled) {
     addAndAsk();
     settle();
     EXPECT_EQ(connections_, 1);
@@ -356,7 +356,7 @@ TEST_F(PortalShortcutsTest, WithoutABusThereIsNoPortal) {
     EXPECT_EQ(queue_.timers(), 0U);
 }
 
-TEST_F(PortalShortcutsTest, WhatIsRemovedArrivesNoMore) {
+TEST_F(PortalShortcutsTest, PressesOfARemovedShortcutAreNotDelivered) {
     portal_.start();
     addAndAsk();
     expectCalls(asked_);

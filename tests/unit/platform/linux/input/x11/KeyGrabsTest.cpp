@@ -12,7 +12,7 @@ namespace {
 
 constexpr KeyChord chord{Qt::Key_Space, Qt::ControlModifier | Qt::AltModifier};
 
-// Keys 8 to 15 with two layouts of two levels, as most keyboards have them.
+// Keys 8 to 15 with two layouts of two levels, like most keyboards.
 KeyboardMapping usual() {
     KeyboardMapping mapping;
     mapping.firstKeyCode = 8;
@@ -75,7 +75,7 @@ TEST(KeyGrabs, TakeEveryKeyOfTheSymbol) {
     EXPECT_THAT(grabsOf(chord, mapping).keyCodes, ElementsAre(8, 9));
 }
 
-TEST(KeyGrabs, AKeyThatGivesTheSymbolWithShiftIsNone) {
+TEST(KeyGrabs, AKeyWithTheSymbolOnItsShiftLevelIsNotTaken) {
     KeyboardMapping mapping = usual();
     mapping.symbols[1] = 0x20;
     EXPECT_THAT(grabsOf(chord, mapping).keyCodes, ElementsAre(9));
@@ -87,7 +87,7 @@ TEST(KeyGrabs, OtherChordsHaveTheirOwnModifiers) {
     EXPECT_EQ(grabs.modifiers, XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_4);
 }
 
-TEST(KeyGrabs, AKeyboardWithoutTheKeyOrWithoutAnyHasNothingToTake) {
+TEST(KeyGrabs, AKeyboardWithoutTheKeyHasNothingToGrab) {
     EXPECT_TRUE(grabsOf({Qt::Key_Z, Qt::NoModifier}, usual()).keyCodes.empty());
     EXPECT_TRUE(grabsOf(chord, {}).keyCodes.empty());
     KeyboardMapping broken = usual();
@@ -96,7 +96,7 @@ TEST(KeyGrabs, AKeyboardWithoutTheKeyOrWithoutAnyHasNothingToTake) {
     EXPECT_TRUE(grabsOf(chord, broken).keyCodes.empty());
 }
 
-TEST(KeyGrabs, KnowTheChordByItsEvents) {
+TEST(KeyGrabs, RecogniseTheEventsOfTheChord) {
     const KeyGrabs grabs = grabsOf(chord, usual());
     const std::uint16_t state = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
     EXPECT_TRUE(matches(grabs, 9, state));

@@ -15,12 +15,12 @@ namespace {
 
 using Kind = ScrollDevice::Kind;
 
-// The pointer of the test extension, which every server has.
+// The pointer of the XTEST extension, which every server has.
 constexpr xcb_input_device_id_t pointer = 4;
 
 class X11ScrollDevicesTest : public testing::Test {
 protected:
-    // Gives the pointer a property, as a driver does.
+    // Sets a property of the pointer, like a driver.
     void set(std::string_view name, std::uint8_t format, const std::vector<std::uint32_t>& values) {
         const auto atom = atomOf(name);
         std::vector<std::uint8_t> bytes;
@@ -57,13 +57,13 @@ constexpr ScrollDevice touchpad{Kind::Touchpad, 15};
 
 } // namespace
 
-TEST_F(X11ScrollDevicesTest, WhatNoDriverCallsATouchpadIsAWheel) {
+TEST_F(X11ScrollDevicesTest, ADeviceThatNoDriverMarksAsATouchpadIsAWheel) {
     EXPECT_EQ(devices_.device(pointer), wheel);
     set(methods, 8, {0, 0, 1});
     EXPECT_EQ(devices_.device(pointer), wheel) << "a pointing stick, or a mouse with a button for it";
 }
 
-TEST_F(X11ScrollDevicesTest, WhatScrollsByFingerIsATouchpad) {
+TEST_F(X11ScrollDevicesTest, ADeviceThatScrollsByFingerIsATouchpad) {
     EXPECT_EQ(devices_.device(pointer), wheel);
     set(methods, 8, {1, 0, 0});
     EXPECT_EQ(devices_.device(pointer), touchpad);
@@ -71,18 +71,18 @@ TEST_F(X11ScrollDevicesTest, WhatScrollsByFingerIsATouchpad) {
     EXPECT_EQ(devices_.device(pointer), touchpad) << "along an edge";
 }
 
-TEST_F(X11ScrollDevicesTest, ATouchpadOfTheSynapticsDriverIsOne) {
+TEST_F(X11ScrollDevicesTest, ADeviceOfTheSynapticsDriverIsATouchpad) {
     set("Synaptics Capabilities", 8, {1, 1, 1, 1, 1, 0, 0});
     EXPECT_EQ(devices_.device(pointer), touchpad);
 }
 
-TEST_F(X11ScrollDevicesTest, ANotchIsAsManyPointsAsTheUserSetTheDriverTo) {
+TEST_F(X11ScrollDevicesTest, TheDriversScrollDistanceIsTheLengthOfANotch) {
     set(methods, 8, {1, 1, 0});
     set(distance, 32, {50});
     EXPECT_EQ(devices_.device(pointer), (ScrollDevice{Kind::Touchpad, 50}));
 }
 
-TEST_F(X11ScrollDevicesTest, PropertiesOfAnotherShapeDoNotCount) {
+TEST_F(X11ScrollDevicesTest, PropertiesOfAnotherFormatAreIgnored) {
     set(methods, 8, {1});
     EXPECT_EQ(devices_.device(pointer), wheel);
     set(methods, 32, {1, 1, 0});
@@ -98,13 +98,13 @@ TEST_F(X11ScrollDevicesTest, PropertiesOfAnotherShapeDoNotCount) {
     EXPECT_EQ(devices_.device(pointer), touchpad);
 }
 
-TEST_F(X11ScrollDevicesTest, ADeviceThatIsNotThereIsAWheel) {
+TEST_F(X11ScrollDevicesTest, AMissingDeviceIsAWheel) {
     for (const qint64 id : {qint64{99}, qint64{-1}, qint64{1} << 40}) {
         EXPECT_EQ(devices_.device(id), wheel);
     }
 }
 
-TEST_F(X11ScrollDevicesTest, AServerThatHasGoneHasWheels) {
+TEST_F(X11ScrollDevicesTest, AfterTheServersEndEachDeviceIsAWheel) {
     EXPECT_EQ(devices_.device(pointer), wheel);
     server_.stop();
     EXPECT_EQ(devices_.device(pointer), wheel);

@@ -23,7 +23,7 @@ protected:
         shortcuts.setHandler([&presses](std::uint32_t id) { presses += id; });
     }
 
-    // What a person does, and everything that comes of it.
+    // Presses keys and handles all events that follow.
     void type(const QStringList& arguments) {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -35,7 +35,7 @@ protected:
         deliverAll();
     }
 
-    // Returns how many events were the chord's.
+    // Returns the number of events of the chord.
     int deliverAll() {
         client_.sync();
         int taken = 0;
@@ -88,14 +88,14 @@ TEST_F(X11ShortcutsTest, OtherKeysAreNotTaken) {
     EXPECT_TRUE(presses_.isEmpty());
 }
 
-TEST_F(X11ShortcutsTest, TwoShortcutsAreToldApart) {
+TEST_F(X11ShortcutsTest, TwoShortcutsAreDistinguished) {
     shortcuts_.add(1, chord);
     shortcuts_.add(2, {Qt::Key_A, Qt::ControlModifier | Qt::AltModifier});
     type({u"key"_s, u"ctrl+alt+a"_s, u"ctrl+alt+space"_s});
     EXPECT_EQ(presses_, (QList<std::uint32_t>{2, 1}));
 }
 
-TEST_F(X11ShortcutsTest, WhatIsRemovedArrivesNoMore) {
+TEST_F(X11ShortcutsTest, PressesOfARemovedShortcutAreNotDelivered) {
     shortcuts_.add(1, chord);
     shortcuts_.remove(1);
     shortcuts_.remove(1);
@@ -103,7 +103,7 @@ TEST_F(X11ShortcutsTest, WhatIsRemovedArrivesNoMore) {
     EXPECT_TRUE(presses_.isEmpty());
 }
 
-TEST_F(X11ShortcutsTest, ARefusedGrabIsSilentAndKeepsNoOneElsesPresses) {
+TEST_F(X11ShortcutsTest, ARefusedGrabIsSilentAndOthersKeepTheirPresses) {
     const XClient other(server_);
     X11Shortcuts first(other.get(), other.screen().root, queue_);
     first.add(1, chord);
@@ -121,7 +121,7 @@ TEST_F(X11ShortcutsTest, ARefusedGrabIsSilentAndKeepsNoOneElsesPresses) {
     EXPECT_EQ(xcb_connection_has_error(client_.get()), 0);
 }
 
-TEST_F(X11ShortcutsTest, TheKeyIsFollowedWhereverTheKeyboardPutsIt) {
+TEST_F(X11ShortcutsTest, TheGrabFollowsTheKeyboardMapping) {
     shortcuts_.add(1, chord);
     // From now on the key of the letter j gives a space, and that of the space bar a letter.
     constexpr xcb_keycode_t letterKey = 44;
@@ -150,7 +150,7 @@ TEST_F(X11ShortcutsTest, AHeldKeyIsOnePress) {
 
 TEST_F(X11ShortcutsTest, APressUnderAGrabOfOurOwnIsDeliveredOnce) {
     shortcuts_.add(1, chord);
-    // As a menu holds the keyboard.
+    // A grab of the keyboard, like a menu's.
     const XcbReply<xcb_grab_keyboard_reply_t> grab(
         xcb_grab_keyboard_reply(client_.get(),
                                 xcb_grab_keyboard(client_.get(), 1, client_.screen().root, XCB_CURRENT_TIME,
@@ -161,7 +161,7 @@ TEST_F(X11ShortcutsTest, APressUnderAGrabOfOurOwnIsDeliveredOnce) {
     EXPECT_EQ(presses_.size(), 1);
 }
 
-TEST_F(X11ShortcutsTest, WhatIsRemovedMeanwhileIsNotDelivered) {
+TEST_F(X11ShortcutsTest, AShortcutRemovedDuringDeliveryIsNotDelivered) {
     shortcuts_.add(1, chord);
     xcb_key_press_event_t event = {};
     event.response_type = XCB_KEY_PRESS;
@@ -174,7 +174,7 @@ TEST_F(X11ShortcutsTest, WhatIsRemovedMeanwhileIsNotDelivered) {
     EXPECT_TRUE(presses_.isEmpty());
 }
 
-TEST_F(X11ShortcutsTest, EventsThatProgramsMakeUpAreNone) {
+TEST_F(X11ShortcutsTest, SyntheticEventsAreIgnored) {
     shortcuts_.add(1, chord);
     xcb_key_press_event_t event = {};
     event.response_type = 0x80 | XCB_KEY_PRESS;

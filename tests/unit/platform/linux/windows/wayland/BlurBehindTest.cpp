@@ -27,7 +27,7 @@ protected:
         follow();
     }
 
-    // What is offered is told, taken up, and what it can do is told.
+    // One round each for the globals, their binding and their capabilities.
     void follow() {
         for (int time = 0; time < 2; ++time) {
             compositor_.exchange();
@@ -53,7 +53,7 @@ protected:
     std::optional<BlurBehind> blur_;
 };
 
-TEST_F(BlurBehindTest, WithoutAProtocolNothingIsAsked) {
+TEST_F(BlurBehindTest, WithoutAProtocolNothingIsRequested) {
     begin();
     EXPECT_FALSE(blur_->isOffered());
     EXPECT_THAT(cover(compositor_.makeSurface()), IsEmpty());
@@ -76,7 +76,7 @@ TEST_F(BlurBehindTest, TheGeneralProtocolBlursBehindTheWholeSurface) {
     EXPECT_THAT(cover(surface), ElementsAre(named("general", surface), "everywhere"));
 }
 
-TEST_F(BlurBehindTest, OfBothTheGeneralOneIsAsked) {
+TEST_F(BlurBehindTest, TheGeneralProtocolIsPreferred) {
     compositor_.offerKwins();
     compositor_.offerGeneral(true);
     begin();
@@ -84,7 +84,7 @@ TEST_F(BlurBehindTest, OfBothTheGeneralOneIsAsked) {
     EXPECT_THAT(cover(surface), ElementsAre(named("general", surface), "everywhere"));
 }
 
-TEST_F(BlurBehindTest, AProtocolWithoutBlurLeavesItToTheOther) {
+TEST_F(BlurBehindTest, AProtocolWithoutBlurIsNotUsed) {
     compositor_.offerKwins();
     compositor_.offerGeneral(false);
     begin();
@@ -93,7 +93,7 @@ TEST_F(BlurBehindTest, AProtocolWithoutBlurLeavesItToTheOther) {
     EXPECT_THAT(cover(surface), ElementsAre(named("kwin's", surface), "everywhere", "commit"));
 }
 
-TEST_F(BlurBehindTest, WhetherItBlursMayChange) {
+TEST_F(BlurBehindTest, TheBlurCapabilityMayChange) {
     compositor_.offerGeneral(false);
     begin();
     EXPECT_FALSE(blur_->isOffered());
@@ -125,7 +125,7 @@ TEST_F(BlurBehindTest, ASurfaceCoveredAgainNeverHasTwoEffects) {
     EXPECT_THAT(cover(surface), ElementsAre("destroy", named("general", surface), "everywhere"));
 }
 
-TEST_F(BlurBehindTest, FollowsAnOfferThatGoesAndComesBack) {
+TEST_F(BlurBehindTest, FollowsAGlobalThatIsRemovedAndAddedAgain) {
     compositor_.offerKwins();
     begin();
     for (int time = 0; time < 2; ++time) {
@@ -140,7 +140,7 @@ TEST_F(BlurBehindTest, FollowsAnOfferThatGoesAndComesBack) {
     EXPECT_THAT(cover(surface), ElementsAre(named("kwin's", surface), "everywhere", "commit"));
 }
 
-TEST_F(BlurBehindTest, FollowsTheGeneralOfferToo) {
+TEST_F(BlurBehindTest, FollowsTheGeneralGlobalToo) {
     compositor_.offerGeneral(true);
     begin();
     compositor_.withdrawGeneral();
@@ -151,7 +151,7 @@ TEST_F(BlurBehindTest, FollowsTheGeneralOfferToo) {
     EXPECT_TRUE(blur_->isOffered());
 }
 
-TEST_F(BlurBehindTest, TheEffectOutlivesTheOffer) {
+TEST_F(BlurBehindTest, TheEffectOutlivesTheGlobal) {
     compositor_.offerKwins();
     begin();
     static_cast<void>(cover(compositor_.makeSurface()));
@@ -161,10 +161,10 @@ TEST_F(BlurBehindTest, TheEffectOutlivesTheOffer) {
     EXPECT_THAT(cover(nullptr), ElementsAre("release"));
 }
 
-TEST_F(BlurBehindTest, ACompositorThatDoesNotAnswerIsNotWaitedFor) {
+TEST_F(BlurBehindTest, AHangingCompositorIsNotWaitedFor) {
     begin();
     const Watchdog watchdog("a compositor that does not answer is waited for", [this] {
-        ::shutdown(wl_display_get_fd(compositor_.client()), SHUT_RDWR); // it has gone
+        ::shutdown(wl_display_get_fd(compositor_.client()), SHUT_RDWR); // the connection is closed
     });
     const QDeadlineTimer deadline(std::chrono::milliseconds(5));
     EXPECT_FALSE(events_->roundTrip(deadline));

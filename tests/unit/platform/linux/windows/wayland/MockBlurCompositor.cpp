@@ -207,7 +207,7 @@ wl_surface* MockBlurCompositor::makeSurface() {
 }
 
 void MockBlurCompositor::exchange() {
-    // There and back, and what that brings about: nothing here takes more than a few rounds.
+    // A request, its answer and what follows from it take no more than a few rounds.
     for (int round = 0; round < 4; ++round) {
         wl_display_flush(side_->client);
         wl_event_loop_dispatch(wl_display_get_event_loop(side_->server), 0);

@@ -10,8 +10,8 @@ struct wl_surface;
 
 namespace amberquill {
 
-// A compositor in this process, on the other end of a socket, that can blur by either protocol and writes
-// down what it is asked. Nothing moves but in `exchange`.
+// A compositor in this process, on the other end of a socket. It offers either blur protocol and records
+// requests. It handles them only in `exchange`.
 class MockBlurCompositor {
 public:
     MockBlurCompositor();
@@ -23,17 +23,17 @@ public:
     void withdrawKwins();
     void offerGeneral(bool blurs);
     void withdrawGeneral();
-    // Tells those who took the general protocol up.
+    // Sends the capabilities to clients of the general protocol.
     void sayWhetherItBlurs(bool blurs);
 
     // The client's end. It is connected for as long as the compositor lives.
     [[nodiscard]] wl_display* client() const;
     [[nodiscard]] wl_surface* makeSurface();
 
-    // Lets both sides read and handle everything that has been sent.
+    // Makes both sides read and handle everything that was sent.
     void exchange();
 
-    // What was asked, in order, and forgotten.
+    // Returns the recorded requests, in order, and clears them.
     [[nodiscard]] std::vector<std::string> takeRequests();
 
 private:

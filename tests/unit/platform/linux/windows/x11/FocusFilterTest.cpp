@@ -25,19 +25,19 @@ bool messageSeemsToMove(xcb_atom_t type) {
 
 } // namespace
 
-TEST(FocusFilter, AGrabOfTheKeyboardTakesNoFocusAndGivesNone) {
+TEST(FocusFilter, FocusEventsOfAKeyboardGrabAreIgnored) {
     EXPECT_TRUE(seemsToMove(XCB_FOCUS_OUT, XCB_NOTIFY_MODE_GRAB));
     EXPECT_TRUE(seemsToMove(XCB_FOCUS_IN, XCB_NOTIFY_MODE_UNGRAB));
 }
 
-TEST(FocusFilter, AFocusThatGoesElsewhereIsSeenAlsoDuringAGrab) {
+TEST(FocusFilter, AFocusChangeIsSeenAlsoDuringAGrab) {
     for (const std::uint8_t mode : {XCB_NOTIFY_MODE_NORMAL, XCB_NOTIFY_MODE_WHILE_GRABBED}) {
         EXPECT_FALSE(seemsToMove(XCB_FOCUS_OUT, mode));
         EXPECT_FALSE(seemsToMove(XCB_FOCUS_IN, mode));
     }
 }
 
-TEST(FocusFilter, AWishForTheFocusIsNotTheFocus) {
+TEST(FocusFilter, ARequestForTheFocusIsNotTheFocus) {
     EXPECT_TRUE(messageSeemsToMove(activeWindow));
     EXPECT_FALSE(messageSeemsToMove(activeWindow + 1));
 }

@@ -13,14 +13,14 @@ TEST(ScreenChoice, ThePointersScreenIsTheOneThatHoldsIt) {
     EXPECT_EQ(screenFor({2000, 1000}, twoScreens), 1U);
 }
 
-TEST(ScreenChoice, EdgesBelongToTheScreenTheyAreDrawnOn) {
+TEST(ScreenChoice, EdgesBelongToTheScreenThatShowsThem) {
     EXPECT_EQ(screenFor({0, 0}, twoScreens), 0U);
     EXPECT_EQ(screenFor({1365, 767}, twoScreens), 0U);
     EXPECT_EQ(screenFor({1366, 0}, twoScreens), 1U);
     EXPECT_EQ(screenFor({3285, 1079}, twoScreens), 1U);
 }
 
-TEST(ScreenChoice, OfScreensThatShowTheSameTheFirstCounts) {
+TEST(ScreenChoice, OfMirroredScreensTheFirstCounts) {
     EXPECT_EQ(screenFor({5, 5}, {{0, 0, 800, 600}, {0, 0, 800, 600}}), 0U);
 }
 
