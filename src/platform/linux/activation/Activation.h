@@ -4,9 +4,8 @@
 //
 // Parts:
 // - takeStartToken: the token in our own environment, good for one showing.
-// - x11/: startup notification ids, made here, and the messages that announce a start (StartupMessage is the
-// pure
-//   part: texts and chunks; X11Activation sends them).
+// - x11/: startup notification ids, and the messages that announce a start. StartupMessage (pure) composes
+//   them, X11Activation sends them.
 // - wayland/: XdgActivation asks the compositor, on Qt's connection.
 //
 // Rules: nothing here waits. X11 answers at once; a compositor has 0.3 seconds, after which an application is
@@ -30,17 +29,18 @@ namespace amberquill::desktop {
 
 Q_DECLARE_LOGGING_CATEGORY(activationLog)
 
-// Those of the window system that the application object runs on; null objects where it has none. Never null.
-// They are destroyed before the application object.
+// For the window system that the application object runs on; an object that does nothing if that one has no
+// such protocol. Never null. Destroy the result before the application object.
 [[nodiscard]] std::unique_ptr<ActivationTokens> makeActivationTokens(MainQueue& queue);
 [[nodiscard]] std::unique_ptr<StartupNotifications> makeStartupNotifications();
 
 // The token or startup id that the launcher itself was started with; empty: none. `platform` is the
-// application object's, or empty before there is one; each window system is given its own kind first.
+// application object's platform name, or empty before that object exists. If the environment has both kinds,
+// the platform's own kind is preferred.
 //
-// It is good for one showing, so it is removed from our environment. Call it after the application object is
-// made, unless this process only hands the token over: on X11 Qt takes the id at that moment, and completes
-// the startup notification when the first window is shown.
+// A token is valid once, so this removes it from our environment. Call this after constructing the application
+// object, unless this process only hands the token over: on X11 the application object reads the id, and Qt
+// completes the startup notification when the first window is shown.
 [[nodiscard]] QString takeStartToken(const InheritedEnvironment& start, QStringView platform);
 
 } // namespace amberquill::desktop

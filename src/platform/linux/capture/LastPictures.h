@@ -9,20 +9,19 @@
 
 namespace amberquill::desktop {
 
-// The last picture of each screen, small: what stands in for a screen that cannot be read in time. Safe on
-// any thread.
+// The last small picture of each screen, used when a screen cannot be read in time. Safe on any thread.
 class LastPictures {
 public:
-    // In pixels, of a picture that is kept.
+    // In pixels, of a kept picture.
     static constexpr int longestEdge = 240;
 
-    // Instead of the earlier one of this area.
+    // Keeps the picture, in place of an earlier one of this area.
     void keep(const ScreenArea& area, const QImage& picture);
 
-    // The picture of this area; null: there is none.
+    // The picture of this area. Null: none is kept.
     [[nodiscard]] QImage of(const ScreenArea& area) const;
 
-    // Forgets those of all other areas.
+    // Forgets the pictures of all other areas.
     void forgetAllBut(const std::vector<ScreenArea>& areas);
 
 private:

@@ -42,7 +42,7 @@ std::optional<PixelLayout::Channel> PixelLayout::channel(std::uint32_t mask, int
     if (!isInOnePiece || bits < fewestBits || bits > mostBits || lowest + bits > bitsPerPixel) {
         return std::nullopt;
     }
-    // Of finer channels the bits beyond a level's do not count.
+    // Channels with more bits than a level lose their low bits.
     const int counting = bits < bitsOfLevel ? bits : bitsOfLevel;
     Channel channel{};
     channel.shift = static_cast<unsigned>(lowest + bits - counting);

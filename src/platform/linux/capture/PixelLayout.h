@@ -7,28 +7,27 @@
 
 namespace amberquill::desktop {
 
-// How a server stores a pixel with a colour of its own: 16, 24 or 32 bits, the lowest byte first, and which
-// of them are whose.
+// A server's pixel format without a palette: 16, 24 or 32 bits per pixel, the lowest byte first, and the bits of
+// each colour channel.
 class PixelLayout {
 public:
-    // None: not a layout that can be read.
+    // None: an unsupported layout.
     static std::optional<PixelLayout> of(int bitsPerPixel, std::uint32_t redMask, std::uint32_t greenMask,
                                          std::uint32_t blueMask);
 
     [[nodiscard]] int bytesPerPixel() const { return bytesPerPixel_; }
 
-    // Whether a row of such pixels, where it is aligned to four bytes, is one of Qt's already but for what
-    // stands in the highest byte.
+    // Whether a row of such pixels, if aligned to four bytes, can be used as QRgb except for the highest byte.
     [[nodiscard]] bool isQtRgb() const { return isQtRgb_; }
 
-    // `count` pixels, as Qt has them, without alpha.
+    // Converts `count` pixels to QRgb without alpha.
     void unpack(const unsigned char* row, int count, QRgb* out) const;
 
 private:
     struct Channel {
-        unsigned shift = 0;                    // of its lowest bit that counts
+        unsigned shift = 0;                    // of the lowest bit used
         std::uint32_t mask = 0;                // after shifting
-        std::array<std::uint8_t, 256> level{}; // of what is left then
+        std::array<std::uint8_t, 256> level{}; // for each value after masking
     };
 
     static std::optional<Channel> channel(std::uint32_t mask, int bitsPerPixel);

@@ -9,14 +9,14 @@ namespace {
 
 constexpr int bytesPerPixel = 4;
 
-// One pixel.
+// The mean colour of the first rows, as an image of one pixel.
 QImage meanColour(const QImage& image, int rows) {
     return image.copy(0, 0, image.width(), rows)
         .scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
         .convertToFormat(QImage::Format_RGB32);
 }
 
-// The image with all below its first rows filled from the same part of the other one.
+// The image with everything below its first `rows` rows filled from the same part of `other`.
 QImage filled(const QImage& image, int rows, const QImage& other) {
     if (image.isNull() || rows >= image.height()) {
         return image;

@@ -10,22 +10,22 @@
 
 namespace amberquill::desktop {
 
-// Makes an image smaller while its rows come in, so that the large one never exists.
+// Scales an image down while its rows arrive, so that the large image never exists.
 class RowShrinker {
 public:
     static constexpr int most = 256;
 
-    // Each pixel will be the mean of `shrink` × `shrink` of those of an image of this size, which are fewer
-    // at the right and bottom edges. 1 ≤ shrink ≤ most.
+    // For an image of `size`. Each result pixel is the mean of `shrink` × `shrink` pixels, fewer at the right
+    // and bottom edges. 1 ≤ shrink ≤ most.
     RowShrinker(const QSize& size, int shrink);
 
-    // The next row, from the top. What stands in the highest byte of its pixels does not matter.
+    // Adds the next row, from the top. The highest byte of each pixel is ignored.
     void add(const QRgb* row);
 
-    // Once all rows are in: opaque, in Format_RGB32. Null: there are rows missing, or no memory was there.
+    // The opaque result in Format_RGB32. Null: rows are missing, or there was not enough memory.
     [[nodiscard]] QImage image() const;
 
-    // The same with as many rows as are finished; what stands below them is undefined.
+    // The result so far. Rows below the finished ones are undefined.
     [[nodiscard]] const QImage& begun() const { return image_; }
     [[nodiscard]] int finishedRows() const {
         return rows_ == size_.height() ? image_.height() : rows_ / shrink_;
@@ -38,25 +38,25 @@ private:
     int shrink_;
     int rows_ = 0;
     QImage image_;
-    std::vector<std::uint16_t> sums_; // of the rows of one block, per byte of a pixel
+    std::vector<std::uint16_t> sums_; // of one block's rows, for each byte of a result pixel
 };
 
-// Puts together the picture of a screen from its rows.
+// Assembles the picture of a screen from its rows.
 class ScreenRows {
 public:
     // 1 ≤ shrink ≤ RowShrinker::most.
     ScreenRows(const QSize& size, int shrink, bool alsoWhole);
 
-    // The next row, from the top. What stands in the highest byte of its pixels does not matter.
+    // Adds the next row, from the top. The highest byte of each pixel is ignored.
     void add(const QRgb* row);
 
     [[nodiscard]] bool isComplete() const { return !shrinker_.image().isNull(); }
 
-    // Once all rows are in. Null images: there are rows missing, or no memory was there.
+    // Null images: rows are missing, or there was not enough memory.
     [[nodiscard]] ScreenPicture picture() const;
 
-    // With the rows that are in; those below them are filled from another picture of the same screen, of any
-    // size, or, where that is null, in the mean colour of what is there. Null images: there is neither.
+    // The picture of the rows so far. Missing rows are filled from `other`, an earlier picture of the same screen
+    // in any size, or, if that is null, with the mean colour of the rows so far. Null images: neither exists.
     [[nodiscard]] ScreenPicture pictureOver(const QImage& other) const;
 
 private:

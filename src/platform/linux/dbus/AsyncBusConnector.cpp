@@ -9,12 +9,12 @@ namespace amberquill::desktop {
 
 namespace {
 
-// A bus that takes longer to say hello counts as none.
+// A bus that takes longer to answer the hello message counts as none.
 constexpr std::chrono::seconds longestWait{2};
 
 QDBusConnection connectTo(const QByteArray& address, const QString& name) {
-    QDBusConnection::disconnectFromBus(name); // an earlier one
-    // Qt has no bounds of its own, and whatever else it connects would wait as well.
+    QDBusConnection::disconnectFromBus(name); // the earlier connection
+    // Qt connects without a limit and blocks other connections meanwhile, so test the bus with a limit first.
     return connectToBus(address, longestWait)
                ? QDBusConnection::connectToBus(QString::fromUtf8(address), name)
                : QDBusConnection(name);
@@ -30,8 +30,8 @@ AsyncBusConnector::AsyncBusConnector(QByteArray address, QString name, MainQueue
 void AsyncBusConnector::connect(Connected then) {
     queue_.runInBackground(
         [address = address_, name = name_] {
-            // One at a time: Qt crashes where one thread releases a connection while another makes one of the
-            // same name. The main thread asks for it by its name.
+            // One at a time: Qt crashes if one thread releases a connection while another makes one of the same
+            // name. The main thread looks up the connection by its name.
             static std::mutex turn;
             const std::scoped_lock mine(turn);
             static_cast<void>(connectTo(address, name));

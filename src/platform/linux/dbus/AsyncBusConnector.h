@@ -9,16 +9,15 @@
 
 namespace amberquill::desktop {
 
-// Tells the connection to the session bus to use now: another one once the bus has gone and come back, one
-// that is not connected where there is none. The first call may connect, which takes a moment. Main thread
-// only.
+// Returns the current connection to the session bus: a new one after the bus was lost and found again, one that
+// is not connected if there is no bus. The first call may connect, which takes a moment. Main thread only.
 using CurrentBus = std::function<QDBusConnection()>;
 
-// Connects to a bus while the main thread goes on: one that hangs keeps whoever connects to it waiting. Main
-// thread only.
+// Connects to a bus on a background thread, because a bus that hangs blocks the connecting thread. Use it on the
+// main thread only.
 class AsyncBusConnector {
 public:
-    // Where the bus is, and what Qt is to call the connection.
+    // `address`: of the bus. `name`: Qt's name for the connection.
     AsyncBusConnector(QByteArray address, QString name, MainQueue& queue);
     AsyncBusConnector(const AsyncBusConnector&) = delete;
     AsyncBusConnector& operator=(const AsyncBusConnector&) = delete;
@@ -26,8 +25,8 @@ public:
 
     using Connected = std::function<void(const QDBusConnection&)>;
 
-    // Makes the connection, in place of an earlier one. `then` is called later with one that is connected, or
-    // with one that is not where there is no bus that answers in time; not at all if this is destroyed first.
+    // Makes the connection, in place of an earlier one. Calls `then` later: with the connection, or with one that
+    // is not connected if no bus answers in time. Does not call it if this object is destroyed first.
     void connect(Connected then);
 
 private:

@@ -19,7 +19,7 @@ std::optional<QByteArray> sessionBusAddress(const Environment& environment) {
     if (::stat(socket.constData(), &status) != 0 || !S_ISSOCK(status.st_mode)) {
         return std::nullopt;
     }
-    // An address escapes all characters but these, in the way of URLs.
+    // D-Bus addresses percent-encode all other characters.
     return "unix:path=" + socket.toPercentEncoding("/*\\", "~");
 }
 
@@ -31,7 +31,7 @@ void doNotLaunchSessionBus(const Environment& environment) {
 }
 
 void leaveSessionBusAlone() {
-    // An address that leads nowhere.
+    // An invalid address: every connection to it fails.
     qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
 }
 

@@ -7,19 +7,19 @@
 
 namespace amberquill::desktop {
 
-// The address of the session bus: the one that is given, or that of the socket at the usual place. None:
-// there is no bus to connect to.
+// The address of the session bus: $DBUS_SESSION_BUS_ADDRESS, or else the socket at the usual path. None: there
+// is no bus.
 [[nodiscard]] std::optional<QByteArray> sessionBusAddress(const Environment& environment);
 
-// Where there is none, keeps the D-Bus libraries in this process from starting one of their own: the program
-// does without. For the start of main(), before any other thread.
+// If there is no session bus, keeps the D-Bus libraries in this process from launching one. Call it at the start
+// of main(), before any other thread.
 void doNotLaunchSessionBus(const Environment& environment);
 
-// Keeps the D-Bus libraries in this process from waiting for a session bus that does not answer. For when
-// none of them has tried yet.
+// Keeps the D-Bus libraries in this process from connecting to the session bus, which does not answer. Call it
+// before their first connection.
 void leaveSessionBusAlone();
 
-// The folder in which a bus of that address has its socket; empty: it has none in a folder.
+// The folder of the bus's socket. Empty: the address names no socket file.
 [[nodiscard]] QString busSocketFolder(const QByteArray& address);
 
 } // namespace amberquill::desktop

@@ -9,10 +9,10 @@ Q_LOGGING_CATEGORY(dbusLog, "amberquill.dbus", QtCriticalMsg)
 
 namespace {
 
-// Far above any request that is meant.
+// Far above the size of any real request.
 constexpr long largestMessage = 1024L * 1024;
 
-// Waits until both sides know each other, no longer than that. Sending waits for it without an end.
+// Waits for the authentication, for at most `longest`. Without this, sending would wait for it without a limit.
 bool authenticate(DBusConnection& connection, std::chrono::milliseconds longest) {
     const QDeadlineTimer end(longest);
     while (dbus_connection_get_is_authenticated(&connection) == FALSE) {
@@ -93,7 +93,7 @@ std::optional<bool> takeName(DBusConnection& connection, const QByteArray& name,
 }
 
 void catchUp(DBusConnection& connection, std::chrono::milliseconds longest) {
-    // Messages of a bus arrive in the order in which it sent them.
+    // A bus sends messages in order, so all earlier ones have arrived before this call's reply.
     const BusMessage any = callToBus("GetId");
     [[maybe_unused]] const BusReply reply = call(connection, *any, longest);
 }

@@ -1,13 +1,12 @@
-// platform/linux/dbus/: what several rooms need of D-Bus. Two libraries speak to the bus: libdbus before Qt
-// exists and where a bounded wait is needed (the single instance), Qt's QtDBus elsewhere (portals, trays,
+// platform/linux/dbus/: D-Bus helpers that several rooms share. Two libraries are in use: libdbus before the
+// application object exists and for bounded waits (the single instance), QtDBus elsewhere (portals, trays,
 // systemd).
 //
 // Parts:
 // - BusConnection: libdbus connections and calls with a limit, for any thread. BusWatches: runs such a
-// connection
-//   on the main thread's event loop.
-// - BusAddress: where the session bus is, and how to keep libraries from starting or awaiting one.
-// - AsyncBusConnector: makes Qt's connections on a background thread; CurrentBus: the connection to use now.
+//   connection on the main thread's event loop.
+// - BusAddress: the session bus's address, and functions that keep libraries from launching or awaiting a bus.
+// - AsyncBusConnector: makes QtDBus connections on a background thread. CurrentBus: the current connection.
 //
 // Rules: the main thread never waits for a bus. A bus that does not answer within the limit counts as none.
 // Log: amberquill.dbus.
@@ -38,11 +37,11 @@ struct ConnectionClose {
 // A connection of its own to a bus. One thread at a time uses it.
 using BusConnection = std::unique_ptr<DBusConnection, ConnectionClose>;
 
-// Never null: memory that is not there ends the program, as everywhere else in it.
+// Never null: if there is not enough memory, the program ends, as everywhere else.
 [[nodiscard]] BusMessage makeCall(const QByteArray& destination, const QByteArray& path,
                                   const QByteArray& interface, const QByteArray& method);
 
-// What a call was answered with.
+// The reply to a call.
 struct BusReply {
     BusMessage message; // null: an error
     QByteArray error;   // its name
@@ -50,19 +49,19 @@ struct BusReply {
     explicit operator bool() const { return message != nullptr; }
 };
 
-// Waits for the answer, no longer than that.
+// Waits for the reply, for at most `longest`.
 [[nodiscard]] BusReply call(DBusConnection& connection, DBusMessage& message,
                             std::chrono::milliseconds longest);
 
-// Connects to the first bus of an address (D-Bus Specification, "Server Addresses") and says hello. Null:
-// there is none, or it has not answered in time. An address that asks to launch a bus leads to none.
+// Connects to the first reachable bus of an address (D-Bus Specification, "Server Addresses") and registers with
+// it. Null: no bus, or it has not answered in time. Never launches a bus, even if the address asks for it.
 [[nodiscard]] BusConnection connectToBus(const QByteArray& address, std::chrono::milliseconds longest);
 
-// Whether the connection has the name now. None: the bus has not answered in time.
+// Requests the name. Whether the connection owns it now; none: the bus has not answered in time.
 [[nodiscard]] std::optional<bool> takeName(DBusConnection& connection, const QByteArray& name,
                                            std::chrono::milliseconds longest);
 
-// Returns once everything that the bus sent before has arrived and waits to be read.
+// Returns when all messages that the bus sent before this call are in the connection's incoming queue.
 void catchUp(DBusConnection& connection, std::chrono::milliseconds longest);
 
 } // namespace amberquill::desktop

@@ -4,7 +4,7 @@ namespace amberquill::desktop {
 
 namespace {
 
-// Messages handed out in one turn of the event loop.
+// Messages passed on in one turn of the event loop.
 constexpr int mostAtOnce = 32;
 
 } // namespace
@@ -55,7 +55,7 @@ void BusWatches::toggle(DBusWatch* watch, void* self) {
 
 void BusWatches::statusChanged(DBusConnection* /*connection*/, DBusDispatchStatus status, void* self) {
     if (status == DBUS_DISPATCH_DATA_REMAINS) {
-        // Not from here: the library holds its lock.
+        // Not in this callback: libdbus holds its lock.
         static_cast<BusWatches*>(self)->dispatchLater();
     }
 }

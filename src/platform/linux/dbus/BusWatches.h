@@ -8,21 +8,21 @@
 
 namespace amberquill::desktop {
 
-// Runs a connection on the main thread's event loop: reads and writes when its socket is ready, never
-// waiting, and hands its messages to whoever is registered with it. What has arrived before is handed out by
-// `dispatch`.
+// Runs a connection on the main thread's event loop: reads and writes when its socket is ready, without
+// blocking, and passes messages to the connection's registered handlers. Call `dispatch` for messages that
+// arrived earlier.
 class BusWatches final : public QObject {
     Q_OBJECT
 
 public:
-    // The connection outlives it, and is not used for blocking calls meanwhile.
+    // The connection outlives this object, and is not used for blocking calls meanwhile.
     explicit BusWatches(DBusConnection& connection);
     ~BusWatches() override;
 
     BusWatches(const BusWatches&) = delete;
     BusWatches& operator=(const BusWatches&) = delete;
 
-    // Hands out what is there; the rest of a flood in later turns.
+    // Passes on the messages that have arrived; if there are many, the rest in later turns of the event loop.
     void dispatch();
 
 private:

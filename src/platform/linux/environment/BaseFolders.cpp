@@ -12,7 +12,7 @@ namespace amberquill::desktop {
 
 namespace {
 
-// `look` is one of the system's look-ups: it fills in the entry that it is given.
+// `look` calls getpwuid_r or getpwnam_r on the given entry.
 template<typename Look>
 std::optional<QString> homeInUserDatabase(Look look) {
     constexpr std::size_t enough = std::size_t{64} * 1024;
@@ -127,8 +127,8 @@ DataFolders dataFoldersFromEnvironment(const Environment& environment) {
             appendIfLacking(result.folders, *folder);
         }
     }
-    // A session that was started before these were installed, or by something that does not read the
-    // system's profile, has variables without them; their applications are wanted all the same.
+    // The variables lack these folders if the session was started before Flatpak or Snap was installed, or
+    // without the system's profile scripts. Their applications are listed anyway.
     appendIfLacking(result.folders, own + QLatin1String("/flatpak/exports/share"));
     appendIfLacking(result.folders, QStringLiteral("/var/lib/flatpak/exports/share"));
     appendIfLacking(result.folders, QStringLiteral("/var/lib/snapd/desktop"));

@@ -1,4 +1,4 @@
-// platform/linux/environment/: what the environment variables say. `Environment` is a function, so that tests
+// platform/linux/environment/: reads the environment variables. `Environment` is a function, so that tests
 // pass their own variables.
 //
 // Parts: Environment, the look-up. BaseFolders: the XDG Base Directory Specification, i.e. the home folder,
@@ -15,10 +15,10 @@
 
 namespace amberquill::desktop {
 
-// Looks an environment variable up: none where it is not set.
+// Looks up an environment variable. None: it is not set.
 using Environment = std::function<std::optional<QByteArray>(const char* name)>;
 
-// The environment this program runs in.
+// The environment of this process.
 [[nodiscard]] Environment processEnvironment();
 
 } // namespace amberquill::desktop

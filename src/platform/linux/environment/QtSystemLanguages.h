@@ -4,7 +4,7 @@
 
 namespace amberquill::desktop {
 
-// The languages of the locale variables. Nothing on a Linux desktop sets a list beside them.
+// The languages of the locale variables. Linux desktops store no other list of languages.
 class QtSystemLanguages final : public SystemLanguages {
 public:
     [[nodiscard]] std::optional<QStringList> systemWideList() const override;

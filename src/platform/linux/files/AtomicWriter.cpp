@@ -22,8 +22,8 @@ using namespace std::string_view_literals;
 
 constexpr mode_t folderMode = 0700;
 constexpr mode_t privateMode = 0600;
-constexpr mode_t sharedMode = 0666; // less what the umask takes
-constexpr int maximumLinks = 40;    // as many as the system itself follows
+constexpr mode_t sharedMode = 0666; // without the umask's bits
+constexpr int maximumLinks = 40;    // as many as the kernel follows
 constexpr int maximumSetAside = 999;
 
 QByteArray folderOf(const QByteArray& path) {
@@ -31,7 +31,7 @@ QByteArray folderOf(const QByteArray& path) {
     return slash <= 0 ? QByteArray("/") : path.left(slash);
 }
 
-// The end of a chain of symbolic links, whether or not it exists; `path` itself if it is no link. None: the
+// The target of a chain of symbolic links, whether or not it exists; `path` itself if it is no link. None: the
 // links form a loop.
 std::optional<QByteArray> linkTarget(QByteArray path) {
     for (int links = 0; links <= maximumLinks; ++links) {
@@ -51,7 +51,7 @@ bool isFolder(const QByteArray& path) {
     return ::stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// False: errno says why.
+// False: errno is set.
 bool makeFolders(const QByteArray& path) {
     if (isFolder(path)) {
         return true;
@@ -91,7 +91,7 @@ void flushFolder(const QByteArray& folder) {
     }
 }
 
-// Why the last system call failed.
+// The error of the last system call.
 std::error_code lastError() {
     return {errno, std::generic_category()};
 }
@@ -133,7 +133,8 @@ bool isTemporaryName(std::string_view name) {
     if (rest.size() == randomDigits) {
         return std::all_of(rest.begin(), rest.end(), isHexDigit);
     }
-    // Version 0.1.0 used six random letters and digits. Six small letters may be a word: they do not count.
+    // Version 0.1.0 used six random letters and digits. Six small letters may be a word in a user's file name,
+    // so those files are kept.
     constexpr std::size_t olderDigits = 6;
     return rest.size() == olderDigits && std::all_of(rest.begin(), rest.end(), isLetterOrDigit) &&
            !std::all_of(rest.begin(), rest.end(), isLowerCaseLetter);
@@ -183,7 +184,7 @@ std::error_code replaceFile(const QByteArray& path, const QByteArray& content, N
     }
     const int file = temporary->file.get();
     constexpr mode_t permissions = 07777;
-    // It stays open, and so locked, until it is renamed.
+    // The file stays open, and therefore locked, until it is renamed.
     if (!writeAll(file, content) || (replaces && ::fchmod(file, old.st_mode & permissions) != 0) ||
         ::fsync(file) != 0 || ::rename(temporary->path.constData(), target->constData()) != 0) {
         const std::error_code error = lastError();
@@ -224,8 +225,8 @@ std::optional<TemporaryFile> makeTemporaryFile(const QByteArray& folder, mode_t 
             }
             return std::nullopt;
         }
-        // Another process may have removed it as a leftover before it was locked. On file systems without
-        // locks no leftovers are removed.
+        // Before the lock, another process may remove the file as a leftover. On file systems without locks no
+        // leftovers are removed.
         static_cast<void>(::flock(made.file.get(), LOCK_EX));
         struct stat status = {};
         if (::fstat(made.file.get(), &status) == 0 && status.st_nlink > 0) {

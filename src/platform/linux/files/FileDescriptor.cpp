@@ -21,7 +21,7 @@ bool isReadableBy(int descriptor, QDeadlineTimer deadline) {
     }
 }
 
-// Not through glibc's <sys/pidfd.h>, which C++ cannot link with before 2.37.
+// Not by glibc's <sys/pidfd.h>: before 2.37, its functions do not link from C++.
 FileDescriptor processDescriptor(pid_t process) {
     return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
 }

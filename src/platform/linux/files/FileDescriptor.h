@@ -7,7 +7,7 @@
 
 namespace amberquill::desktop {
 
-// An open file that is closed when its owner goes. Negative: none.
+// Owns a file descriptor and closes it. Negative: none.
 class FileDescriptor {
 public:
     FileDescriptor() = default;
@@ -42,12 +42,12 @@ private:
     int descriptor_ = -1;
 };
 
-// Waits no longer than that until something can be read from the descriptor, its end included; whether it
-// can. What is there already counts at any time. Any thread.
+// Waits until data or the end can be read from the descriptor. False: not before the deadline. Checks at least
+// once, even after the deadline. Any thread.
 [[nodiscard]] bool isReadableBy(int descriptor, QDeadlineTimer deadline);
 
-// A descriptor of a child process that becomes readable at its end; not open on kernels without such a thing.
-// Any thread.
+// A process descriptor (pidfd), which becomes readable when the child process ends. Not open if the kernel
+// does not have them. Any thread.
 [[nodiscard]] FileDescriptor processDescriptor(pid_t process);
 
 } // namespace amberquill::desktop

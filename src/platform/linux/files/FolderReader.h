@@ -9,16 +9,16 @@
 
 namespace amberquill::desktop {
 
-// Goes through an open folder, name by name in the disk's own order, without "." and "..".
+// Lists an open folder in the disk's order, without "." and "..".
 class FolderReader {
 public:
     struct Child {
-        const char* name;   // as on the disk, valid until the next one is asked for
-        unsigned char type; // DT_REG, DT_DIR, DT_LNK, …; DT_UNKNOWN where the file system does not tell
+        const char* name;   // as on the disk, valid until the next call of next()
+        unsigned char type; // DT_REG, DT_DIR, DT_LNK, …; DT_UNKNOWN: the file system does not tell
         [[nodiscard]] std::string_view nameView() const { return name; }
     };
 
-    // Takes the folder over. A descriptor that is no folder's: `isOpen` is false.
+    // Owns `folder` from now on. `isOpen` is false if the descriptor is not a folder's.
     explicit FolderReader(FileDescriptor folder);
 
     [[nodiscard]] bool isOpen() const { return stream_ != nullptr; }
@@ -26,12 +26,12 @@ public:
     // The folder, for calls relative to it.
     [[nodiscard]] int descriptor() const { return ::dirfd(stream_.get()); }
 
-    // The next name, or none at the end; `failed` tells an end from an error.
+    // The next name. None: the end, or an error if `failed` is true.
     [[nodiscard]] std::optional<Child> next();
     [[nodiscard]] bool failed() const { return failed_; }
 
-    // What the child is, asked of the disk where the listing did not tell (DT_UNKNOWN, when that fails too).
-    // Symbolic links are not followed.
+    // The child's type. Asks the disk if the listing did not tell; DT_UNKNOWN if that fails, too. Symbolic links
+    // are not followed.
     [[nodiscard]] unsigned char typeOf(const Child& child) const;
 
 private:
@@ -42,8 +42,8 @@ private:
     bool failed_ = false;
 };
 
-// Opens a folder for reading, or answers a descriptor that is not open. `path` is absolute, or relative to
-// the open folder `at`. `extraFlags`: O_NOFOLLOW, where a symbolic link is not wanted.
+// Opens a folder for reading; the result is not open on an error. `path` is absolute, or relative to the open
+// folder `at`. `extraFlags`: O_NOFOLLOW to refuse symbolic links.
 [[nodiscard]] FileDescriptor openFolder(int at, const char* path, int extraFlags = 0);
 
 } // namespace amberquill::desktop

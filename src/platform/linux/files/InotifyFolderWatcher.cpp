@@ -23,7 +23,7 @@ timespec systemTime() {
     return time;
 }
 
-// The roots in their order; a root that does not answer is empty.
+// The roots in their order; empty in place of a root that does not answer.
 QByteArrayList answering(const QByteArrayList& roots, RootReaders* readers) {
     if (readers == nullptr) {
         return roots;
@@ -106,7 +106,7 @@ private:
                 noteChange();
             }
         } else if (rootsMoved || filesChanged_) {
-            // A folder that came during this walk is not watched yet: its content is reported again.
+            // A folder created during this walk is not watched yet: report again after the next walk.
             filesChanged_ = namesMoved_;
             if (isQuiet && namesMoved_) {
                 walk();
@@ -146,7 +146,7 @@ private:
         }
         const auto known = folders_.byWatch.find(event.wd);
         if (known == folders_.byWatch.end()) {
-            // A watch that the walk under way has just added. IN_IGNORED alone means that a watch was
+            // An event of a watch that the current walk has just added. IN_IGNORED alone means that a watch was
             // removed.
             if ((event.mask & IN_IGNORED) == 0 && walking_) {
                 namesMoved_ = true;
@@ -195,8 +195,8 @@ private:
         settle();
     }
 
-    // The changes are over. Where folders came or went, the watches are renewed before `changed` is called:
-    // changes in a new folder before it is watched are then part of the state that `changed` finds.
+    // The changes are over. If folders were created or removed, the watches are renewed before `changed` is
+    // called, so that `changed` sees what happened in a new folder before it was watched.
     void settle() {
         if (walking_) {
             isQuietAfterWalk_ = true;
@@ -208,7 +208,7 @@ private:
         }
     }
 
-    // The last step of its callers: `changed` may watch other folders, which destroys this object.
+    // Callers do nothing after this: `changed` may watch other folders, which destroys this object.
     void report() {
         const auto changed = changed_;
         changed();
@@ -216,20 +216,20 @@ private:
 
     MainQueue& queue_;
     RootReaders* readers_;
-    std::shared_ptr<FileDescriptor> inotify_; // shared with a walk under way
+    std::shared_ptr<FileDescriptor> inotify_; // shared with the current walk
     QByteArrayList roots_;
     std::function<void()> changed_;
     timespec started_;
-    std::unique_ptr<QSocketNotifier> notifier_; // goes before the descriptor it listens to
+    std::unique_ptr<QSocketNotifier> notifier_; // destroyed before the descriptor
 
     WatchedFolders folders_;
     bool isFirstWalk_ = true;
     bool walking_ = false;
-    bool isQuietAfterWalk_ = false; // it became quiet while a walk was under way
-    bool namesMoved_ = false;       // folders came or went: the watches are no longer right
+    bool isQuietAfterWalk_ = false; // the changes ended during a walk
+    bool namesMoved_ = false;       // folders were created or removed: the watches are outdated
     bool filesChanged_ = false;     // something at or below a root changed
     bool waits_ = false;
-    double firstChange_ = 0; // of those waited for
+    double firstChange_ = 0; // of the changes not yet reported
     double lastChange_ = 0;
     DelayedWork wake_;
     Context context_;

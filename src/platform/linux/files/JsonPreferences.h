@@ -11,22 +11,21 @@
 namespace amberquill::desktop {
 
 // Preferences in a file with one JSON object (RFC 8259). The file is read once. Changes are written soon, on
-// another thread; values that are set together are one write. Unknown keys are kept. A file that cannot be
-// read as such an object (larger than a mebibyte, truncated, another kind of value) gives defaults, and is
-// set aside before the first write. A file that is read late is not written before that; values that were set
-// meanwhile take precedence over the file's.
+// another thread; values that are set together are one write. Unknown keys are kept. An unreadable file (larger
+// than a mebibyte, truncated, not an object) gives defaults, and is set aside before the first write. If the
+// file is read late, nothing is written before it is read, and values that were set meanwhile take precedence.
 class JsonPreferences final : public Preferences {
 public:
     // The content of the file.
     struct Content {
-        std::optional<QByteArray> text; // none: no file, or no such object in it
+        std::optional<QByteArray> text; // none: no file, or an unreadable one
         QJsonObject values;
     };
 
     // Safe on any thread. `path` is absolute.
     [[nodiscard]] static Content read(const FileSystem& files, const QString& path);
 
-    // No content: `takeLate` will pass it. `files` outlives this object.
+    // No content: pass it to `takeLate` later. `files` outlives this object.
     JsonPreferences(FileSystem& files, QString path, std::optional<Content> content);
     JsonPreferences(FileSystem& files, const QString& path)
         : JsonPreferences(files, path, read(files, path)) {}
@@ -56,7 +55,7 @@ private:
     FileSystem& files_;
     QString path_;
     QJsonObject values_;
-    std::optional<QByteArray> read_; // the file's text; none: no file, no such object, or not read yet
+    std::optional<QByteArray> read_; // the file's text; none: no file, an unreadable one, or not read yet
     bool isLate_;
     QHash<QString, QJsonValue> sets_; // set before the file was read, by key; undefined: removed
     std::optional<WriteBehind> file_; // none: writing has not started

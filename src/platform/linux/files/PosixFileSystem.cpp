@@ -19,7 +19,7 @@ namespace {
 
 constexpr qsizetype hiddenListLimit = qsizetype{64} * 1024;
 
-// The names that the folder's own list hides.
+// The names in the folder's `.hidden` file.
 QSet<QByteArray> namesInHiddenList(int folder) {
     QByteArray buffer;
     const auto list = readRegularFile(folder, ".hidden", hiddenListLimit, buffer);
@@ -84,7 +84,7 @@ QString PosixFileSystem::resolvingSymbolicLinks(const QString& path) const {
     }
     struct Free {
         void operator()(char* text) const {
-            std::free(text); // NOLINT(cppcoreguidelines-no-malloc): realpath's own contract
+            std::free(text); // NOLINT(cppcoreguidelines-no-malloc): realpath allocates with malloc
         }
     };
     const std::unique_ptr<char, Free> resolved(::realpath(path.toUtf8().constData(), nullptr));

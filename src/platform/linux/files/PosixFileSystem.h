@@ -1,26 +1,25 @@
-// platform/linux/files/: the disk, by system calls: no code path waits for a pipe, a device or a terminal,
-// and each error is known.
+// platform/linux/files/: reads and writes the disk by system calls, so that it never waits for a pipe, a device
+// or a terminal, and knows each error.
 //
 // Parts, from the bottom:
-// - FileDescriptor: owns a descriptor; waiting for one with a limit; process descriptors.
-// - FolderReader lists a folder, RegularFile reads a file up to a limit, AtomicWriter replaces a file in one
-// step.
+// - FileDescriptor: owns a descriptor; bounded waits; process descriptors.
+// - FolderReader lists a folder. RegularFile reads a file up to a limit. AtomicWriter replaces a file in one
+//   step.
 // - PosixFileSystem: the FileSystem built on these. JsonPreferences: the preferences file.
 // - WatchWalk decides which folders need a watch; InotifyFolderWatcher watches them and reports changes.
 //
-// Rules: a size limit for everything that is read; symbolic links are followed for files the user may link,
-// not below watched folders. Safe on any thread unless the class says otherwise. Log: amberquill.files.
+// Rules: every read has a size limit. Symbolic links are followed for files, not below watched folders. Safe on any thread unless the class says otherwise. Log: amberquill.files.
 #pragma once
 
 #include "platform/FileSystem.h"
 
 namespace amberquill::desktop {
 
-// Files by the system's own calls. Paths are UTF-8 on the disk, whatever the locale says; a name that is not
-// cannot be written as text, so nothing here ever answers it.
+// Files by system calls. Paths are UTF-8 on the disk in every locale. A name that is not UTF-8 cannot be written
+// as text, so it is skipped.
 //
-// A folder is listed in byte order of its names. Hidden is a name with a leading dot, and one that stands on
-// a line of its own in the folder's `.hidden` file.
+// A folder is listed in byte order of its names. A name is hidden if it begins with a dot, or is a line of the
+// folder's `.hidden` file.
 class PosixFileSystem final : public FileSystem {
 public:
     using FileSystem::listFolder;
@@ -42,8 +41,8 @@ public:
     bool writeAtomically(const QString& path, const QByteArray& content, NewFile newFile,
                          std::error_code& error) override;
 
-    // `layout.json` becomes `layout.json.unreadable-1`, or the next number that is free. Of a symbolic link,
-    // what it points to is renamed.
+    // `layout.json` becomes `layout.json.unreadable-1`, or the next free number. If the path is a symbolic link,
+    // its target is renamed.
     bool setAside(const QString& path) override;
 
     bool remove(const QString& path) override;

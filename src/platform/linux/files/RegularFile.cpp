@@ -8,7 +8,7 @@
 namespace amberquill::desktop {
 namespace {
 
-// One read, again when a signal interrupts it.
+// One read, repeated when a signal interrupts it.
 qsizetype readSome(int file, char* to, qsizetype size) {
     while (true) {
         const ssize_t got = ::read(file, to, static_cast<std::size_t>(size));
@@ -44,7 +44,7 @@ std::optional<QByteArrayView> readRegularFile(const FileDescriptor& file, qsizet
         return std::nullopt;
     }
     const auto expected = static_cast<qsizetype>(status.st_size);
-    constexpr qsizetype step = 4096; // for files that do not know their size, or grow while they are read
+    constexpr qsizetype step = 4096; // for files whose size is unknown or grows
     qsizetype size = 0;
     while (true) {
         if (buffer.size() <= size || buffer.size() <= expected) {
@@ -60,7 +60,7 @@ std::optional<QByteArrayView> readRegularFile(const FileDescriptor& file, qsizet
             return std::nullopt;
         }
         size += got;
-        // A short read of what was promised is the end; anything else is asked once more.
+        // The file ends at a short read after exactly the expected size. Otherwise read once more.
         if (got == 0 || (size == expected && got < room)) {
             return QByteArrayView(buffer.constData(), size);
         }

@@ -8,15 +8,15 @@
 
 namespace amberquill::desktop {
 
-// Reads the whole of a regular file into `buffer`, which only ever grows, so that reading many files with the
-// same one allocates little. `path` is absolute, or relative to the open folder `folder`. The answer points
-// into the buffer. None: missing, unreadable, not a regular file (a pipe or a device is not waited for), or
-// larger than `limit` bytes; errno says which. Symbolic links are followed. Any thread.
+// Reads a whole regular file into `buffer` and returns a view of that buffer. The buffer never shrinks, so
+// reading many files with one buffer allocates little. `path` is absolute, or relative to the open folder
+// `folder`. None: missing, unreadable, not a regular file (never waits for a pipe or a device), or larger than
+// `limit` bytes; errno is set. Symbolic links are followed. Any thread.
 [[nodiscard]] std::optional<QByteArrayView> readRegularFile(int folder, const char* path, qsizetype limit,
                                                             QByteArray& buffer);
 
-// The same in two steps, for whoever wants to know more of the very file that is read. Not open: errno says
-// why; a pipe or a device may be.
+// The same in two steps, for callers that also need other facts about the opened file. Not open: errno is set.
+// The opened file may be a pipe or a device; the second function refuses those.
 [[nodiscard]] FileDescriptor openForReading(int folder, const char* path);
 [[nodiscard]] std::optional<QByteArrayView> readRegularFile(const FileDescriptor& file, qsizetype limit,
                                                             QByteArray& buffer);

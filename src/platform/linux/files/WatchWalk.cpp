@@ -67,7 +67,7 @@ public:
     }
 
     WatchedFolders run() && {
-        // Level by level over all roots, so that a huge one does not use up what the others need.
+        // Level by level over all roots, so that a huge root does not use up the watches of the others.
         while (!waiting_.empty()) {
             const Level level = std::move(waiting_.front());
             waiting_.pop_front();
@@ -82,7 +82,7 @@ private:
         int depth;
     };
 
-    // The folder's entry among those watched, or null: it cannot be watched.
+    // Watches the folder and returns its entry. Null: it cannot be watched.
     WatchedFolder* add(const QByteArray& path, std::uint32_t changes) {
         if (found_.byWatch.size() >= maximumWatches) {
             return nullptr;
@@ -97,8 +97,8 @@ private:
         }
     }
 
-    // Follows the root's path by hand, component by component: the system tells the end of the way only, but
-    // each link on it may be replaced. None: not there yet, and awaited.
+    // Resolves the root's path component by component, because each symbolic link on it has to be watched.
+    // None: the root does not exist yet, and is awaited.
     std::optional<QByteArray> findRoot(const QByteArray& root) {
         std::deque<QByteArray> rest = components(root);
         QByteArray folder("/");
@@ -108,7 +108,7 @@ private:
             struct stat status = {};
             if (::lstat(next.constData(), &status) != 0 || !S_ISDIR(status.st_mode)) {
                 await(folder, name);
-                // It may have come, or become another, before it was watched for.
+                // The component may have been created or replaced before the watch was added.
                 if (::lstat(next.constData(), &status) != 0) {
                     return std::nullopt;
                 }
@@ -118,7 +118,7 @@ private:
                 folder = next;
                 continue;
             }
-            const auto target = linkText(next); // none: neither a folder nor a link
+            const auto target = linkText(next); // none: neither a folder nor a symbolic link
             if (!target || ++links > maximumLinksOnTheWayToARoot) {
                 return std::nullopt;
             }

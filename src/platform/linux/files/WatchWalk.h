@@ -10,20 +10,20 @@
 #include <unordered_map>
 #include <vector>
 
-// Which folders have to be watched so that nothing below some roots changes unseen.
+// Finds the folders to watch so that every change below some roots is seen.
 namespace amberquill::desktop {
 
 inline constexpr int maximumWatchDepth = 5;            // levels below a root
 inline constexpr std::size_t maximumWatches = 2048;    // folders in all; those near a root come first
-inline constexpr int maximumLinksOnTheWayToARoot = 40; // as many as the system itself follows
+inline constexpr int maximumLinksOnTheWayToARoot = 40; // as many as the kernel follows
 
-// What a change in one watched folder means.
+// The meaning of a change in one watched folder.
 struct WatchedFolder {
     bool belowRoot = false;       // a root, or below one: every change counts
-    std::set<QByteArray> awaited; // names in it that lead to a root: their coming and going moves that root
+    std::set<QByteArray> awaited; // names on a root's path: creating or removing one moves that root
 };
 
-// Which folder a root is: the same one after a walk, or another that took its place. Zeros: not there.
+// Tells whether a root is still the same folder after another walk. Zeros: it does not exist.
 struct FolderIdentity {
     dev_t device = 0;
     ino_t number = 0;
@@ -37,16 +37,15 @@ struct WatchedFolders {
     bool modifiedMeanwhile = false;                 // a folder's list of names changed after `since`
 };
 
-// Adds the watches to `inotify` and says what they are for. Each watch is there before its folder is listed,
-// so a sub-folder that comes in between is either listed or told of. A root that is missing is awaited in
-// the nearest folder on its way that exists; a symbolic link on its way is followed and watched for being
-// replaced. Links below a root are not followed. `since` is in the system's time. Any thread.
-// Empty roots are left out.
+// Adds the watches to `inotify` and returns their meanings. Each folder is watched before it is listed, so a
+// sub-folder created in between is either listed or reported. A missing root is awaited in the nearest existing
+// folder of its path. Symbolic links in a root's path are followed and watched; links below a root are not
+// followed. Empty roots are left out. `since` is in system time. Any thread.
 [[nodiscard]] WatchedFolders watchFolders(const FileDescriptor& inotify, const QByteArrayList& roots,
                                           timespec since);
 
-// Goes the way of such a walk to one root and below it without watching anything, and calls `goOn` at each
-// folder: it ends if a walk would.
+// Visits the same folders as such a walk for one root, without watching them, and calls `goOn` at each. Hangs
+// exactly where a walk would.
 void visitFolders(const QByteArray& root, const std::function<void()>& goOn);
 
 } // namespace amberquill::desktop

@@ -9,8 +9,8 @@ namespace amberquill::desktop {
 
 namespace {
 
-// Display drivers of the kernel with no 3D engine behind them: frame buffers of firmware, of server boards,
-// of USB adapters and of virtual machines, and the kernel's two test drivers.
+// Kernel display drivers for hardware without a 3D engine: frame buffers of firmware, of server boards, of
+// USB adapters and of virtual machines, and the kernel's two test drivers.
 constexpr std::array<std::string_view, 16> driversWithout3d{
     "ast",     "bochs-drm", "cirrus", "cirrus-qemu",        "gud",       "hibmc-drm", "hyperv_drm",
     "mgag200", "ofdrm",     "qxl",    "simple-framebuffer", "simpledrm", "udl",       "vboxvideo",
@@ -27,7 +27,7 @@ constexpr std::array<std::string_view, 16> driversWithout3d{
     return environment(name).value_or(QByteArray());
 }
 
-// Mesa's reading of a switch.
+// Reads a boolean variable as Mesa does.
 [[nodiscard]] bool isOn(const QByteArray& setting) {
     const auto text = setting.toLower();
     return !text.isEmpty() && text != "0" && text != "n" && text != "no" && text != "f" && text != "false";

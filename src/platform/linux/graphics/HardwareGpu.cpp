@@ -17,7 +17,7 @@ namespace {
         return isLocalDisplay(environment("DISPLAY").value_or(QByteArray())) ? askX11Server()
                                                                              : ServerOffers{};
     case DisplayServer::Wayland:
-        // A connection that was handed to us is good for one client, and that is Qt.
+        // An inherited connection serves one client only, and Qt needs it.
         return !environment("WAYLAND_SOCKET") ? askWaylandCompositor()
                                               : ServerOffers{.reached = true, .takesGpuBuffers = true};
     case DisplayServer::Other:

@@ -15,7 +15,7 @@
 namespace amberquill::desktop {
 namespace {
 
-// A machine has a handful; a folder full of them is not one of devices.
+// Far more than a machine has.
 constexpr std::size_t mostNodes = 64;
 
 // The kernel's interface to the two virtual GPUs whose 3D is optional, as in virtgpu_drm.h and vmwgfx_drm.h.

@@ -2,7 +2,7 @@
 
 namespace amberquill::desktop {
 
-// What a display server offers to clients that draw on a GPU. `reached` is false where there is no server.
+// What a display server offers to clients that draw on a GPU. `reached` is false if there is no server.
 struct ServerOffers {
     bool reached = false;
     bool takesGpuBuffers = false;

@@ -21,7 +21,7 @@ namespace amberquill::desktop {
 Q_LOGGING_CATEGORY(installationLog, "amberquill.installation", QtCriticalMsg)
 namespace {
 
-// What the image says to the program that it starts, and would say anew.
+// Variables that the image sets for the program in it, and sets again when it is started again.
 constexpr std::array<std::string_view, 4> saidByImage = {"APPIMAGE=", "APPDIR=", "ARGV0=", "OWD="};
 
 QByteArray valueOf(const std::vector<QByteArray>& environment, const QByteArray& name) {
@@ -37,7 +37,7 @@ QByteArray folderOf(const QByteArray& path) {
     return path.left(std::max<qsizetype>(path.lastIndexOf('/'), 1));
 }
 
-// The absolute path with all links resolved; empty: relative, or nothing is there.
+// The absolute path with all links resolved; empty: `path` is relative or does not exist.
 QByteArray resolved(const QByteArray& path) {
     std::array<char, PATH_MAX> target = {};
     const bool leadsSomewhere =
@@ -45,7 +45,7 @@ QByteArray resolved(const QByteArray& path) {
     return leadsSomewhere ? QByteArray(target.data()) : QByteArray();
 }
 
-// The mode of a file that this user may replace.
+// The mode of the file. None: this user may not replace it.
 std::optional<mode_t> modeOfOwnFile(const QByteArray& path) {
     constexpr mode_t permissions = 07777;
     struct stat status = {};
@@ -56,7 +56,7 @@ std::optional<mode_t> modeOfOwnFile(const QByteArray& path) {
     return isOwn ? std::optional(status.st_mode & permissions) : std::nullopt;
 }
 
-// The file this program runs from; empty: it does not run from one that may be replaced.
+// The image that this program runs from; empty: none, or it may not be replaced.
 QByteArray ownImage(const std::vector<QByteArray>& environment, const QString& program) {
     const QByteArray mount = resolved(valueOf(environment, "APPDIR"));
     QByteArray image = resolved(valueOf(environment, "APPIMAGE"));
@@ -64,7 +64,7 @@ QByteArray ownImage(const std::vector<QByteArray>& environment, const QString& p
     return runsFromIt && modeOfOwnFile(image) ? image : QByteArray();
 }
 
-// As much of it as comes at a time; negative: that failed.
+// Copies one buffer's worth at most. Zero: the end; negative: an error.
 ssize_t copySome(int from, int to, std::vector<char>& buffer) {
     const ssize_t got = ::read(from, buffer.data(), buffer.size());
     for (ssize_t written = 0; written < got;) {
@@ -81,7 +81,7 @@ void flushFolder(const QByteArray& folder) {
     const FileDescriptor opened = openFolder(AT_FDCWD, folder.constData());
     if (opened.isOpen()) {
         static_cast<void>(
-            ::fsync(opened.get())); // some file systems cannot; the file is in place all the same
+            ::fsync(opened.get())); // not every file system can; the file is in place anyway
     }
 }
 
@@ -128,7 +128,7 @@ AppImageInstaller::AppImageInstaller(std::vector<QByteArray> environment, const 
     , reached_(std::move(reached))
     , image_(ownImage(environment_, program)) {
     kind_ = image_.isEmpty() ? installKindOf(program) : InstallKind::Image;
-    // One name, so that what an end in the middle has left is replaced by the next attempt.
+    // A constant name, so that the next attempt overwrites the file of an interrupted one.
     const qsizetype name = image_.lastIndexOf('/') + 1;
     staged_ = image_.left(name) + '.' + image_.mid(name) + ".update";
     std::erase_if(environment_, [](const QByteArray& entry) {
@@ -205,8 +205,9 @@ void AppImageInstaller::discard() {
     }
 }
 
-// A shell waits for the end of this process, which is when nothing holds the other end of its input any more.
-// It is no part of the old image, which goes with this process.
+// Starts a shell that waits for the end of this process and then starts the image. The shell waits until its
+// input closes: only this process holds the other end. The shell does not belong to the old image, which is
+// unmounted when this process ends.
 bool AppImageInstaller::startAgainAfterExit() {
     std::array<int, 2> ends = {-1, -1};
     if (image_.isEmpty() || ::pipe2(ends.data(), O_CLOEXEC) != 0) {

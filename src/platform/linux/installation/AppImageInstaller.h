@@ -1,11 +1,12 @@
-// platform/linux/installation/: how the program was installed, and its replacement by a newer version.
+// platform/linux/installation/: finds out how the program was installed, and replaces it by a newer version.
 //
 // Parts: AppImageInstaller replaces the one file of an AppImage; ProgramVersion starts a program with
-// --version and reads its answer. Copies installed in another way are not replaced: installKindOf says which.
+// --version and reads its answer. Programs installed in other ways are not replaced; installKindOf tells how
+// they were installed.
 //
-// Rules: the new file is written beside the old one, flushed, asked for its version, then renamed over it, so
-// that an interruption at any point leaves a working program. The signature has been checked before. Blocks:
-// call it on a background thread. Log: amberquill.installation.
+// Rules: the new file is written beside the old one, flushed, asked for its version, then renamed over the old
+// file, so that an interruption at any point leaves a working program. The caller has checked the signature.
+// Blocks: call it on a background thread. Log: amberquill.installation.
 #pragma once
 
 #include "platform/ProgramInstaller.h"
@@ -20,25 +21,25 @@ namespace amberquill::desktop {
 
 Q_DECLARE_LOGGING_CATEGORY(installationLog)
 
-// Replaces the program where it runs from an AppImage: one file, which names itself in the environment of
-// what it starts. That environment also reaches other programs that are started from in there, so the program
-// must run from where the image is mounted; else the file is somebody else's.
+// Replaces the program if it runs from an AppImage: a single file that sets environment variables with its own
+// path. Programs started from an AppImage inherit these variables. So the file counts as ours only if the running
+// program lies in the folder where the image is mounted.
 //
-// Of a symbolic link to the image, what it points to is replaced. The new file has the old one's mode.
+// If the path is a symbolic link, its target is replaced. The new file has the old one's mode.
 class AppImageInstaller final : public ProgramInstaller {
 public:
-    // What has been done, for tests that interrupt it there.
+    // The steps, for tests that interrupt the installer after one of them.
     enum class Step { Created, HalfCopied, Copied, Flushed, AskedVersion, Renamed };
 
-    // `environment`: what this program was started with (NAME=value) and the new one is started with.
-    // `program`: its path. `reached` is called after each step.
+    // `environment` (NAME=value): of this program, and without the image's variables of the new one. `program`:
+    // this program's path. `reached` is called after each step.
     AppImageInstaller(
         std::vector<QByteArray> environment, const QString& program,
         std::function<void(Step)> reached = [](Step) {});
 
     [[nodiscard]] InstallKind kind() const override { return kind_; }
 
-    // The new file is asked for its version by being started with `--version`: it is trusted by now.
+    // Starts the new file with `--version`: the caller has checked its signature.
     [[nodiscard]] std::optional<QString> stage(const QString& file) override;
     [[nodiscard]] bool replace() override;
     void discard() override;
@@ -54,7 +55,7 @@ private:
     QByteArray staged_; // beside it
 };
 
-// How a program at this path was installed, where it is no image.
+// How a program at this path was installed, if it is not an AppImage.
 [[nodiscard]] InstallKind installKindOf(const QString& program);
 
 } // namespace amberquill::desktop

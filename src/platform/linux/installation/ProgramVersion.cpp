@@ -11,8 +11,7 @@ namespace {
 constexpr auto longestWait = std::chrono::seconds(30);
 constexpr qint64 longestLine = 256;
 
-// A file that was just written to cannot be started while another process, just split off from this one, has
-// not closed it yet.
+// A file that was just written cannot be started while a forked child of this process still has it open.
 constexpr int attempts = 10;
 constexpr unsigned long millisecondsBetween = 50;
 

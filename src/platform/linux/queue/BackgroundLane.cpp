@@ -13,24 +13,24 @@ namespace amberquill {
 
 namespace {
 
-// A thread without work ends after so long: a launcher at rest has no threads of lanes.
+// An idle thread ends after this time: an idle launcher has no lane threads.
 constexpr std::chrono::seconds longestIdle{5};
 
 } // namespace
 
 struct BackgroundLane::State {
-    std::mutex mutex; // guards what follows
+    std::mutex mutex; // guards the members below
     std::condition_variable changed;
     std::deque<Work> waiting;          // for a place
-    std::deque<Work> ready;            // has a place, and a thread on its way
-    std::list<QDeadlineTimer> running; // for each piece, when it counts as stuck
+    std::deque<Work> ready;            // has a place; a thread will take it
+    std::list<QDeadlineTimer> running; // for each running piece, when it counts as stuck
     int places = 1;                    // pieces that may run at a time, including stuck ones
     int threads = 0;                   // each runs a piece, or takes the next one
     bool isOver = false;               // idle threads end at once
 
     [[nodiscard]] bool isDone() const { return waiting.empty() && ready.empty() && running.empty(); }
 
-    // A thread's life.
+    // The function that each thread runs.
     static void serve(const std::shared_ptr<State>& state) {
         std::unique_lock lock(state->mutex);
         while (state->waitForWork(lock)) {
@@ -40,7 +40,7 @@ struct BackgroundLane::State {
         state->changed.notify_all();
     }
 
-    // False: the thread was idle for so long that it is not needed.
+    // False: the thread was idle for `longestIdle` and ends.
     bool waitForWork(std::unique_lock<std::mutex>& lock) {
         changed.wait_for(lock, longestIdle, [this] { return !ready.empty() || isOver; });
         return !ready.empty();

@@ -7,8 +7,8 @@
 
 namespace amberquill {
 
-// The threads for one kind of background work. A piece that does not end, such as a read from a mount that
-// does not answer, keeps its thread but not its place: waiting work gets another thread. Main thread only.
+// The threads for one kind of background work. A stuck piece, such as a read from a mount that does not
+// answer, keeps its thread but not its place: waiting work gets another thread. Main thread only.
 class BackgroundLane {
 public:
     using Work = std::function<void()>;
@@ -24,7 +24,7 @@ public:
     explicit BackgroundLane(const Bounds& bounds);
     BackgroundLane(const BackgroundLane&) = delete;
     BackgroundLane& operator=(const BackgroundLane&) = delete;
-    // Waits for all its work.
+    // Waits until all work has ended.
     ~BackgroundLane();
 
     void start(Work work);
@@ -32,13 +32,13 @@ public:
     // The number of pieces that run at a time from now on.
     void setWidth(int width);
 
-    // Whether there is work that waits for its place.
+    // Whether work waits for a place.
     [[nodiscard]] bool isCrowded() const;
 
     // Gives the places of stuck pieces to waiting ones.
     void passStuck();
 
-    // Work that has not begun by now never will.
+    // Drops the work that has not begun.
     void dropWaiting();
 
     // Waits until all work has ended, or until the deadline. False: some work has not ended.

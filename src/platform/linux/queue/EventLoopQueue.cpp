@@ -22,7 +22,7 @@ std::size_t indexOf(Lane lane) {
     return static_cast<std::size_t>(lane);
 }
 
-// How many pieces a lane runs at a time: as many as there are cores if they use the processor.
+// How many pieces a lane runs at a time: one for each core if the work is CPU-bound.
 int usualWidth(Lane lane) {
     constexpr int launches = 4;
     switch (lane) {

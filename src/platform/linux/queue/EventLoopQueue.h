@@ -27,7 +27,7 @@ class EventLoopQueue final : public QObject, public MainQueue {
     Q_OBJECT
 
 public:
-    // `slowdown`: the real seconds for each of the queue's seconds, to look at motion.
+    // `slowdown`: real seconds for each second of the queue, to watch animations in slow motion.
     explicit EventLoopQueue(double slowdown = 1);
     EventLoopQueue(const EventLoopQueue&) = delete;
     EventLoopQueue& operator=(const EventLoopQueue&) = delete;
@@ -37,8 +37,8 @@ public:
     [[nodiscard]] std::chrono::sys_seconds date() const override;
     void post(Work work) override;
 
-    // Leave the processor to the program's start. `runOneAtATime`: each lane runs one piece at a time, icons
-    // half as many as there are cores. `hold`: new background work waits, except `Lane::Launch` and
+    // These leave the CPU to the program's start. `runOneAtATime`: each lane runs one piece at a time, icons
+    // one for every two cores. `hold`: new background work waits, except `Lane::Launch` and
     // `Lane::Apart`. `release` ends both.
     void runOneAtATime();
     void hold() { isHeld_ = true; }

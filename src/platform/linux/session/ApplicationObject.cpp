@@ -44,7 +44,7 @@ DBusHandlerResult ApplicationObject::answer(DBusMessage& message) {
     }
     const ReadRequest read = readRequest(message);
     if (std::holds_alternative<std::monostate>(read)) {
-        // The library says so to the caller.
+        // libdbus replies with "unknown method".
         return DBUS_HANDLER_RESULT_NOT_YET_HANDLED;
     }
     const auto* const request = std::get_if<ApplicationRequest>(&read);

@@ -10,8 +10,8 @@ namespace amberquill::desktop {
 // The program's object on a bus: answers org.freedesktop.Application. Main thread only.
 class ApplicationObject {
 public:
-    // `carryOut` gets each request before its caller is answered; the requests that have arrived before, at
-    // once. `lost` is called when the bus has gone; the object is not to be deleted from there.
+    // `carryOut` gets each request before its caller gets the reply. Requests that have already arrived are
+    // passed by the constructor. `lost` is called when the connection is lost; it must not delete this object.
     ApplicationObject(
         BusConnection connection, std::function<void(const ApplicationRequest&)> carryOut,
         std::function<void()> lost = [] {});

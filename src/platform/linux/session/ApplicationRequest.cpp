@@ -21,10 +21,10 @@ constexpr std::array actions = {Action{"toggle", ApplicationRequest::Kind::Toggl
                                 Action{"show", ApplicationRequest::Kind::Show},
                                 Action{"hide", ApplicationRequest::Kind::Hide}};
 
-// Both are handed on to window managers as they are.
+// In bytes: tokens and startup ids are passed unchanged to window managers.
 constexpr std::size_t longestToken = 1024;
 
-// A text at the iterator, if there is one, that is short enough for a token.
+// The text at the iterator; empty if it is no text or too long for a token.
 QString readToken(DBusMessageIter& iterator) {
     if (dbus_message_iter_get_arg_type(&iterator) != DBUS_TYPE_STRING) {
         return {};
@@ -34,7 +34,7 @@ QString readToken(DBusMessageIter& iterator) {
     return std::strlen(text) <= longestToken ? QString::fromUtf8(text) : QString();
 }
 
-// The dictionary at the iterator, which the signature has promised.
+// Reads the dictionary at the iterator. The caller has checked the message's signature.
 void readPlatformData(DBusMessageIter& iterator, ApplicationRequest& request) {
     DBusMessageIter entries;
     dbus_message_iter_recurse(&iterator, &entries);
@@ -71,7 +71,7 @@ void appendEntry(DBusMessageIter& dictionary, const char* key, const QString& te
     dbus_message_iter_close_container(&dictionary, &entry);
 }
 
-// The arguments of ActivateAction before the platform data: a name, and no parameter.
+// Appends the arguments of ActivateAction before the platform data: a name, and an empty parameter list.
 void appendAction(DBusMessageIter& arguments, ApplicationRequest::Kind kind) {
     const auto* const action = std::find_if(actions.begin(), actions.end(),
                                             [kind](const Action& known) { return known.kind == kind; });

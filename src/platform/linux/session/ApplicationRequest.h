@@ -17,8 +17,8 @@ namespace amberquill::desktop {
 inline constexpr auto applicationBusName = "org.amberquill.Amberquill";
 inline constexpr auto applicationBusPath = "/org/amberquill/Amberquill";
 
-// What others ask of the running program by the interface org.freedesktop.Application (Desktop Entry
-// Specification, "D-Bus Activation"), with what lets it come to the front.
+// A request to the running program by the interface org.freedesktop.Application (Desktop Entry Specification,
+// "D-Bus Activation"), with the token that lets the program take the focus.
 struct ApplicationRequest {
     enum class Kind {
         Show,
@@ -33,31 +33,30 @@ struct ApplicationRequest {
     bool operator==(const ApplicationRequest&) const = default;
 };
 
-// Of the two that came along, the one for the window system of that name (QGuiApplication::platformName).
+// The request's token or startup id, whichever the platform (QGuiApplication::platformName) uses.
 [[nodiscard]] QString tokenFor(const ApplicationRequest& request, QStringView platform);
 
-// Why a call is not carried out: the name of a D-Bus error.
+// Why a call is refused: the name of a D-Bus error.
 struct RequestRefusal {
     const char* error;
 };
 
-// A method call of the interface: Activate and Open show, ActivateAction does what the action's name says
-// ("show", "hide", "toggle"). Parameters and files are taken for nothing. None: a method the interface has
-// not.
+// A method call of the interface: Activate and Open show, ActivateAction carries out its action ("show",
+// "hide", "toggle"). Parameters and files are ignored. std::monostate: the interface has no such method.
 using ReadRequest = std::variant<std::monostate, ApplicationRequest, RequestRefusal>;
 [[nodiscard]] ReadRequest readRequest(DBusMessage& call);
 
-// What an action of that name asks for: "show", "hide" or "toggle".
+// The request that the action "show", "hide" or "toggle" stands for. None: another name.
 [[nodiscard]] std::optional<ApplicationRequest::Kind> actionKind(std::string_view action);
 
-// The call with which a request is handed on to the running program. It starts none.
+// The D-Bus call that passes a request to the running program. It does not start the program.
 [[nodiscard]] BusMessage makeRequestCall(const ApplicationRequest& request);
 
-// What the object says of itself (org.freedesktop.DBus.Introspectable).
+// The object's introspection data (org.freedesktop.DBus.Introspectable).
 [[nodiscard]] const char* introspection();
 
-// What a start of the program stands for: the request, which the running program gets, if there is one, and
-// whether it was the bus that started us, on behalf of calls that it holds back until we have the name.
+// How the program was started: the request, which is passed to the running program if there is one, and
+// whether the bus started us. In that case the bus delivers the waiting calls once we own the name.
 struct StartupRequest {
     ApplicationRequest request;
     bool byTheBus = false;
@@ -65,8 +64,8 @@ struct StartupRequest {
     bool operator==(const StartupRequest&) const = default;
 };
 
-// As the environment and the arguments tell that the program was started with: `--show`, which is what none
-// of them stands for, `--hide` or `--toggle`; the last one counts, and others are not looked at.
+// Reads the environment and the arguments: `--show` (the default), `--hide` or `--toggle`. The last one counts;
+// other arguments are ignored.
 [[nodiscard]] StartupRequest startupRequest(const Environment& environment,
                                             const QList<QByteArray>& arguments = {});
 

@@ -14,7 +14,7 @@ namespace {
 constexpr const char* heading =
     "[Desktop Entry]\nType=Application\nName=Amberquill\nIcon=org.amberquill.Amberquill\n";
 
-// One argument of an `Exec` line: quoted, its per cent signs no field codes.
+// One argument of an `Exec` line: quoted, per cent signs escaped.
 QString quotedArgument(const QString& argument) {
     QString quoted(QLatin1Char('"'));
     for (const QChar character : argument) {

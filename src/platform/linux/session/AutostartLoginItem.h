@@ -14,28 +14,27 @@
 
 namespace amberquill::desktop {
 
-// An entry that starts `program`, an absolute path, quoted whatever is in it.
+// An entry that starts `program`, an absolute path of any characters.
 [[nodiscard]] QByteArray autostartEntryFor(const QString& program);
 
-// An entry that stands in front of one of lower precedence and starts nothing.
+// An entry that overrides entries of lower precedence and starts nothing.
 [[nodiscard]] QByteArray hiddenAutostartEntry();
 
-// Whether a session on a desktop of these names, most exact first, starts what the entry says. Entries that
-// are not valid, hidden, for other desktops, or switched off by GNOME's tools are not started.
+// Whether a session on the desktop of these names (the most specific first) starts the entry's program. False
+// for entries that are invalid, hidden, for other desktops, or switched off by GNOME's tools.
 [[nodiscard]] bool isStartedAtLogin(QByteArrayView entry, const QStringList& currentDesktops);
 
-// Where a session looks for entries to start: the user's folder first, then the system's. They need not
-// exist.
+// The folders of autostart entries: the user's first, then the system's. They need not exist.
 [[nodiscard]] QStringList autostartFolders(const Environment& environment);
 
-// The launcher's autostart entry, `org.amberquill.Amberquill.desktop`. It is read each time, because other
-// tools switch it too: the first of the folders that has one decides.
+// The launcher's autostart entry, `org.amberquill.Amberquill.desktop`. The first folder that has the entry
+// decides. The entry is read each time, because other tools switch it, too.
 class AutostartLoginItem final : public LoginItem {
 public:
     struct Settings {
         QStringList folders;         // the user's own first
         QString program;             // the launcher's absolute path
-        QStringList currentDesktops; // the desktop's names, most exact first
+        QStringList currentDesktops; // the desktop's names, the most specific first
     };
 
     // `files` outlives this object.
@@ -44,7 +43,7 @@ public:
     [[nodiscard]] bool isEnabled() const override;
     void enable() override;
 
-    // The user's entry goes, or one that is hidden stands in front of the system's.
+    // Removes the user's entry. If the system has an entry, writes a hidden one that overrides it.
     void disable() override;
 
 private:

@@ -76,7 +76,7 @@ struct NameClaim::State {
     QDeadlineTimer startEnds;
     QDeadlineTimer ownerEnds;
     bool handsOver = false;
-    bool startWentOn = false; // with no answer
+    bool startWentOn = false; // without the result
     std::optional<ClaimResult> result;
     std::function<void(ClaimResult)> then;
 };
@@ -88,7 +88,7 @@ NameClaim::NameClaim(const QByteArray& address, StartupRequest startup, const Cl
     const auto mayHandOver = [state = state_, bounds] {
         const std::scoped_lock lock(state->mutex);
         state->handsOver = !state->startWentOn;
-        // The bus has to answer once more when the owner has not.
+        // If the owner does not answer, the bus is asked once more: add its time.
         state->ownerEnds = QDeadlineTimer(bounds.owner + bounds.start);
         state->changed.notify_all();
         return state->handsOver;

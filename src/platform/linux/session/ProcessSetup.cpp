@@ -7,18 +7,17 @@ namespace amberquill::desktop {
 
 namespace {
 
-// In bytes: what is larger has pages of its own, which the system has back at once; what is free at the end
-// of a heap and larger goes back as well.
+// In bytes. Larger blocks are mapped by themselves and returned to the system when they are freed. Larger free
+// space at the end of a heap is returned, too.
 constexpr int largestInHeap = 256 * 1024;
 constexpr int largestFreeEnd = 1024 * 1024;
 
 } // namespace
 
 void limitMallocArenas() {
-    // One for the main thread, one for all others.
+    // One arena for the main thread, one for all others.
     ::mallopt(M_ARENA_MAX, 2);
-    // Both would grow by themselves with the largest picture that was ever let go of, up to 64 MB for each
-    // heap.
+    // By default malloc raises both limits to the size of the largest block ever freed, up to 64 MB.
     ::mallopt(M_MMAP_THRESHOLD, largestInHeap);
     ::mallopt(M_TRIM_THRESHOLD, largestFreeEnd);
 }

@@ -2,15 +2,15 @@
 
 namespace amberquill::desktop {
 
-// Keeps the threads in the background from having a heap each, and heaps from keeping what was let go of. For
-// the start of main().
+// Keeps malloc from giving each thread a heap of its own, and from keeping freed memory. Call it at the start
+// of main().
 void limitMallocArenas();
 
-// Gives memory that nobody uses any more back to the system. Takes some milliseconds.
+// Returns freed memory to the system. Takes some milliseconds.
 void trimHeap();
 
-// Reads the configuration of the fonts, which Qt then finds read. Safe on any thread, and worth one of its
-// own while the application object is being made.
+// Loads the fontconfig configuration, so that Qt need not. Safe on any thread: run it on one of its own while
+// the application object is being constructed.
 void readFontConfiguration();
 
 } // namespace amberquill::desktop

@@ -13,13 +13,13 @@ Q_LOGGING_CATEGORY(sessionLog, "amberquill.session", QtCriticalMsg)
 
 namespace {
 
-// Seconds between attempts to find the bus again: the first pause, doubled up to the longest. If the folder
-// of its socket is watched, the attempts only cover events that the watch misses.
+// Seconds between attempts to find the bus again: the first pause, doubled up to the longest. If the socket's
+// folder is watched, these attempts are only a fallback for missed events.
 constexpr double firstPause = 0.5;
 constexpr double longestPause = 5;
 constexpr double longestWatchedPause = 60;
 
-// A bus listens a moment after it has created its socket.
+// A bus listens only a moment after it has created its socket.
 constexpr int attemptsAtNewSocket = 20;
 constexpr std::chrono::milliseconds betweenAttempts{50};
 
@@ -29,7 +29,7 @@ ClaimResult claimAnew(const QByteArray& address, int attempts) {
         if (attempt > 0) {
             std::this_thread::sleep_for(betweenAttempts);
         }
-        // Another program that has the name by now keeps it.
+        // If another program owns the name by now, it keeps the name.
         result = claimName(address, {}, {}, [] { return false; });
         if (result.kind != ClaimResult::Kind::NoBus) {
             break;
@@ -76,7 +76,7 @@ void SingleInstance::lost() {
         QObject::connect(folderWatcher_.get(), &QFileSystemWatcher::directoryChanged, folderWatcher_.get(),
                          [this] { claimAgain(attemptsAtNewSocket); });
     }
-    // The next bus may be there already.
+    // The next bus may already run.
     claimAgain(1);
 }
 

@@ -1,17 +1,17 @@
-// platform/linux/session/: the program as a part of the desktop session: one instance, started at login if
-// the user likes, ended by signals.
+// platform/linux/session/: the program in the desktop session: a single instance, optionally started at login,
+// ended by signals.
 //
 // Parts:
 // - ApplicationRequest (pure): show, hide or toggle, as a D-Bus call and as the program's own start
-// (StartupRequest).
+//   (StartupRequest).
 // - NameClaim: takes the name on the bus on a thread while the program starts, or hands the request to the
-// running
-//   instance. ApplicationObject: answers later requests. SingleInstance: both, and again on the next bus.
+//   running instance. ApplicationObject: answers later requests. SingleInstance: combines both, and repeats
+//   them on the next bus.
 // - AutostartLoginItem: the entry in ~/.config/autostart.
 // - ProcessSetup and TerminationSignals: malloc, fonts and signals of the process.
 //
 // Rules: a second start ends before it shows anything. A bus that does not answer delays a start by a second
-// at most (ClaimBounds). A bus that went away is looked for again, at most every five seconds. Log:
+// at most (ClaimBounds). After the bus is lost, attempts to find it are at most five seconds apart. Log:
 // amberquill.session.
 #pragma once
 
@@ -26,14 +26,14 @@ namespace amberquill::desktop {
 
 Q_DECLARE_LOGGING_CATEGORY(sessionLog)
 
-// Holds the name that a NameClaim has taken, and answers requests. When the bus goes and another one starts
-// at the same address, the name is claimed there: at once if the bus's socket is in a folder, which is
-// watched, or else within seconds. Main thread only.
+// Holds the name that a NameClaim has taken, and answers requests. When the bus ends and another one starts at
+// the same address, claims the name there: at once if the socket is in a folder that can be watched, or else
+// within seconds. Main thread only.
 class SingleInstance {
 public:
     // Waits for the claim's result within its bounds: construct it late in a start, but before anything is
-    // shown. `carryOut` gets each request, those that have arrived already before the constructor returns.
-    // `cameBack` is called when there is a bus again.
+    // shown. `carryOut` gets each request; the constructor passes those that have already arrived. `cameBack`
+    // is called when there is a bus again.
     SingleInstance(
         NameClaim& claim, QByteArray address, MainQueue& queue,
         std::function<void(const ApplicationRequest&)> carryOut, std::function<void()> cameBack = [] {});

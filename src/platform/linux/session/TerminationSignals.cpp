@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::array terminating = {SIGTERM, SIGINT, SIGHUP};
 
-// What the handler writes to; a handler may touch little else.
+// The descriptor that the handler writes to. Global, because a handler has no other access to it.
 std::atomic<int> wakeUp = -1;
 
 extern "C" void noteSignal(int /*signal*/) {

@@ -6,8 +6,8 @@
 
 namespace amberquill::desktop {
 
-// Takes SIGTERM, SIGINT and SIGHUP to the main thread: `terminate` is called there, so that the program can
-// end in order. One object at a time; made after the application object.
+// Calls `terminate` on the main thread after SIGTERM, SIGINT or SIGHUP, so that the program can end in order.
+// One object at a time; constructed after the application object.
 class TerminationSignals final : public QObject {
     Q_OBJECT
 

@@ -11,7 +11,7 @@ constexpr std::uint32_t noParent = 0xFFFFFFFFU;
 constexpr std::size_t itemBytes = 24;
 constexpr std::size_t maximumText = 1024;
 
-// Numbers are little-endian on every machine this program meets; on another the signature would differ.
+// Reads a little-endian number. On a big-endian machine the file's signature differs, so it is not read.
 std::optional<std::uint32_t> wordAt(std::string_view bytes, std::size_t offset) {
     if (offset > bytes.size() || bytes.size() - offset < 4) {
         return std::nullopt;
@@ -30,7 +30,7 @@ std::optional<std::string_view> part(std::string_view bytes, std::size_t begin, 
     return bytes.substr(begin, size);
 }
 
-// A hash table in the file: a filter, which is not needed here, the buckets, then the items.
+// A hash table in the file: a Bloom filter (not needed here), the buckets, then the items.
 struct Table {
     std::uint32_t buckets = 0;
     std::size_t bucketsAt = 0;
@@ -40,7 +40,7 @@ struct Table {
 
 struct Item {
     std::uint32_t hash = 0;
-    std::uint32_t parent = 0; // whose key comes before this one's
+    std::uint32_t parent = 0; // the item whose key is this one's prefix
     std::string_view key;
     char type = 0;
     std::uint32_t valueBegin = 0;
@@ -88,7 +88,7 @@ std::optional<Item> itemAt(std::string_view file, const Table& table, std::size_
                 .valueEnd = *wordAt(*bytes, 20)};
 }
 
-// Whether the item's key, with those of its parents before it, is `key`.
+// Whether the item's full key (its parents' keys, then its own) is `key`.
 bool isCalled(std::string_view file, const Table& table, Item item, std::string_view key) {
     while (key.ends_with(item.key)) {
         key.remove_suffix(item.key.size());
@@ -112,7 +112,7 @@ std::uint32_t hashOf(std::string_view key) {
     return hash;
 }
 
-// The value under a key, as the variant it is stored as.
+// The serialized variant under a key.
 std::optional<std::string_view> valueOf(std::string_view database, std::string_view key) {
     const auto table = rootTable(database);
     if (!table) {
@@ -142,7 +142,7 @@ std::optional<std::string_view> valueOf(std::string_view database, std::string_v
 } // namespace
 
 std::optional<std::string> dconfText(std::string_view database, std::string_view key) {
-    // Itself, its terminator, a separator and its type.
+    // A serialized string ends with its terminator, a separator and its type.
     constexpr std::string_view end("\0\0s", 3);
     const auto value = valueOf(database, key);
     if (!value || !value->ends_with(end) || value->size() > maximumText) {
@@ -152,7 +152,7 @@ std::optional<std::string> dconfText(std::string_view database, std::string_view
 }
 
 std::optional<bool> dconfBoolean(std::string_view database, std::string_view key) {
-    // Itself, a separator and its type.
+    // A serialized boolean: one byte, a separator and the type.
     constexpr std::string_view end("\0b", 2);
     const auto value = valueOf(database, key);
     if (!value || value->size() != 1 + end.size() || !value->ends_with(end)) {

@@ -23,20 +23,20 @@ namespace amberquill::desktop {
 
 Q_DECLARE_LOGGING_CATEGORY(settingsLog)
 
-// The names of the running desktop, the most particular first ($XDG_CURRENT_DESKTOP).
+// The names of the running desktop, the most specific first ($XDG_CURRENT_DESKTOP).
 [[nodiscard]] QStringList currentDesktops(const Environment& environment);
 
 // The user's folder for settings, then the system's.
 [[nodiscard]] QStringList configurationFolders(const Environment& environment);
 
-// KDE's files of settings for everything, the first that has a key wins. `configuration` as above.
+// KDE's global settings files; the first one that has a key decides. `configuration`: configurationFolders().
 [[nodiscard]] QStringList kdeSettingsFiles(const QStringList& configuration);
 
 // The whole of a settings file. None: missing, not a regular file, unreadable, or over four mebibytes.
 [[nodiscard]] std::optional<std::string> settingsContent(const QString& path);
 
-// The value of the first line "key = value" in the group "[group]" of a settings file's text, without the
-// space around it. A mark between key and sign, as in "key[$i]", does not matter.
+// The trimmed value of the first line "key = value" in the group "[group]" of a settings file's text. A marker
+// after the key, as in "key[$i]", is ignored.
 [[nodiscard]] std::optional<std::string_view> settingsValue(std::string_view content, std::string_view group,
                                                             std::string_view key);
 

@@ -8,13 +8,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Seconds in which a program that writes its settings, or several that do, come to rest.
+// Seconds to wait after a change: programs write their settings in several steps.
 constexpr double settleTime = 0.2;
 
 const PortalKey reducedMotion{u"org.freedesktop.appearance"_s, u"reduced-motion"_s};
 const PortalKey enableAnimations{u"org.gnome.desktop.interface"_s, u"enable-animations"_s};
 
-// 0: no preference, 1: reduced; what other numbers will mean is not known.
+// 0: no preference, 1: reduced. Other numbers are not defined yet.
 std::optional<bool> isOne(const std::optional<QVariant>& value) {
     return value && value->typeId() == QMetaType::UInt ? std::optional(value->toUInt() == 1) : std::nullopt;
 }
@@ -83,8 +83,8 @@ void LinuxMotionPreference::filesAreRead(const MotionFiles& files) {
     }
 }
 
-// Folders tell that a file was replaced, which is how settings are written, and that one came; files tell
-// that one was written over. The watcher lets go of what was replaced.
+// Watching a folder reports created and replaced files, watching a file reports changes in place. Both are
+// added again each time: QFileSystemWatcher stops watching a file that was replaced.
 void LinuxMotionPreference::watchFiles() {
     const QStringList watched = watcher_->files() + watcher_->directories();
     const QStringList wanted = motionFolders(configuration_) + motionFilePaths(configuration_);

@@ -14,8 +14,8 @@
 
 namespace amberquill::desktop {
 
-// Asks the desktop's portal, and reads where GNOME and KDE keep the setting for desktops whose portal does
-// not tell, or that run none. Made without asking anything; follow() does.
+// Asks the desktop's portal. For desktops without a portal, or whose portal lacks the setting, also reads the
+// settings files of GNOME and KDE. Begins with follow(), not in the constructor.
 class LinuxMotionPreference final : public QObject, public MotionPreference {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ public:
     [[nodiscard]] bool isReduced() const override { return isReduced_; }
     void follow(std::function<void()> changed) override;
 
-    // There is another connection to the session bus: its portal is followed.
+    // Follows the portal on the new connection to the session bus.
     void busCameBack();
 
 private:

@@ -6,15 +6,15 @@
 
 namespace amberquill::desktop {
 
-// What the desktop's files say.
+// The settings in the desktop's files. None: not set.
 struct MotionFiles {
     std::optional<bool> animations;       // GNOME's setting enable-animations
-    std::optional<double> durationFactor; // KDE's: what animations' durations are multiplied by
+    std::optional<double> durationFactor; // KDE's factor for animation durations
 
     bool operator==(const MotionFiles&) const = default;
 };
 
-// Everything that says something of motion. None: it does not say.
+// All settings about motion. None: not set.
 struct MotionSettings {
     bool isKde = false;
     MotionFiles files = {};
@@ -22,16 +22,16 @@ struct MotionSettings {
     std::optional<bool> portalAnimations = {};    // org.gnome.desktop.interface enable-animations
 };
 
-// Whether less motion is asked for: by the setting that all desktops share; on KDE by a factor of nothing;
-// elsewhere by animations that are switched off, of which a portal knows more than the user's file.
+// Whether the user asks for less motion: by the setting that all desktops share; on KDE by a duration factor
+// of zero; on other desktops by switching animations off (the portal's value, or else that of GNOME's file).
 [[nodiscard]] bool asksForLessMotion(const MotionSettings& settings);
 
-// Reads the user's dconf database and KDE's files of settings. `configuration`: the folders for settings, the
-// user's first. Safe on any thread.
+// Reads the user's dconf database and KDE's settings files. `configuration`: the settings folders, the user's
+// first. Safe on any thread.
 [[nodiscard]] MotionFiles readMotionFiles(const QStringList& configuration);
 
-// The folders and files whose changes may change that, whether they are there or not. The system's are left
-// out: they change with an update of the system.
+// The folders and files that readMotionFiles() depends on, whether or not they exist, without the system's:
+// those change only with a system update.
 [[nodiscard]] QStringList motionFolders(const QStringList& configuration);
 [[nodiscard]] QStringList motionFilePaths(const QStringList& configuration);
 

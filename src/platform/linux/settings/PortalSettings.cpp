@@ -15,7 +15,7 @@ const QString service = u"org.freedesktop.portal.Desktop"_s;
 const QString object = u"/org/freedesktop/portal/desktop"_s;
 const QString interface = u"org.freedesktop.portal.Settings"_s;
 
-// The value itself: Read puts it into two variants, other calls and the signal into one.
+// Removes the variants around a value: Read wraps it in two, other calls and the signal in one.
 QVariant unwrapped(QVariant value) {
     constexpr int deepest = 4;
     for (int depth = 0; depth < deepest && value.canConvert<QDBusVariant>(); ++depth) {
@@ -35,7 +35,7 @@ PortalSettings::PortalSettings(QDBusConnection bus, QList<PortalKey> keys, Handl
     if (!bus_.isConnected()) {
         return;
     }
-    qRegisterMetaType<QDBusVariant>(); // Qt finds a slot's types by their names, once it has met them
+    qRegisterMetaType<QDBusVariant>(); // Qt looks up the slot's parameter types by name
     connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, this, [this] { ask(); });
     bus_.connect(service, object, interface, u"SettingChanged"_s, this,
                  SLOT(settingChanged(QString, QString, QDBusVariant)));

@@ -22,17 +22,16 @@ struct PortalKey {
     bool operator==(const PortalKey&) const = default;
 };
 
-// Follows settings that the desktop's portal knows. Never waits for it, and never has it started: a desktop
-// that has one runs it. Main thread only.
+// Follows settings of the desktop's portal. Never blocks, and never starts the portal: a desktop with a portal
+// runs it. Main thread only.
 class PortalSettings final : public QObject {
     Q_OBJECT
 
 public:
-    // Called with each answer and each change. None: the portal that runs now does not know the setting.
+    // Called with each answer and each change. None: the running portal does not know the setting.
     using Handler = std::function<void(const PortalKey& key, const std::optional<QVariant>& value)>;
 
-    // An answer that takes longer than `patience` milliseconds is not waited for; what changes later is heard
-    // all the same.
+    // `patience`: milliseconds to wait for an answer. Changes are followed even if no answer came in time.
     PortalSettings(QDBusConnection bus, QList<PortalKey> keys, Handler handler, int patience = 3000);
 
 private Q_SLOTS:
@@ -49,7 +48,7 @@ private:
     int patience_;
     QDBusServiceWatcher watcher_;
     QList<PortalKey> changed_; // since the portal was asked: its answer may be older than the change
-    Context context_;          // of the calls to the portal that runs now
+    Context context_;          // of the calls to the running portal
 };
 
 } // namespace amberquill::desktop

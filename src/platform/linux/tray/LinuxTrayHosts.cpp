@@ -30,7 +30,7 @@ xcb_connection_t* xConnection() {
     return static_cast<xcb_connection_t*>(native->nativeResourceForIntegration("connection"));
 }
 
-// Qt's window in an XEmbed tray. Qt itself finds it by this name, too.
+// Qt's window in an XEmbed tray, found by the name that Qt itself uses.
 const QWindow* itemWindow() {
     const QWindowList windows = QGuiApplication::allWindows();
     const auto found = std::find_if(windows.begin(), windows.end(), [](const QWindow* window) {
@@ -65,8 +65,8 @@ void LinuxTrayHosts::followBus() {
     watcher_ =
         std::make_unique<QDBusServiceWatcher>(service, *bus_, QDBusServiceWatcher::WatchForRegistration);
     connect(watcher_.get(), &QDBusServiceWatcher::serviceRegistered, this, &LinuxTrayHosts::ask);
-    // What collects the items may be there before who shows them. Of any sender: to watch one, Qt would wait
-    // for the bus to tell who that is.
+    // The watcher service may start before a host does. Any sender: for a named sender, Qt would block to look
+    // up its owner.
     bus_->connect(QString(), path, service, QStringLiteral("StatusNotifierHostRegistered"), this,
                   SLOT(ask()));
 }

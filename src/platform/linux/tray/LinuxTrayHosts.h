@@ -1,11 +1,11 @@
-// platform/linux/tray/: whether the desktop has a place for the status item: a host of status notifier items
-// on the session bus or, on X11, an XEmbed tray that takes windows into itself. Qt draws the item.
+// platform/linux/tray/: finds out whether the desktop can show the status item: by a host of status notifier
+// items on the session bus or, on X11, by an XEmbed tray, which embeds the item's window. Qt draws the item.
 //
-// Parts: LinuxTrayHosts asks both and reports hosts that come; XEmbedTrays finds the older kind, and reads
-// the picture of the item in it.
+// Parts: LinuxTrayHosts looks for both and reports new ones; XEmbedTrays finds XEmbed trays, and reads the
+// picture of the item in them.
 //
-// Rules: main thread only. The bus is asked without waiting, the X server with a round trip. An item goes to
-// a host that is there: Qt never looks again. Log: amberquill.tray.
+// Rules: main thread only. The bus is asked asynchronously, the X server with a round trip. The item is shown
+// only once there is a host: Qt looks for one only once. Log: amberquill.tray.
 #pragma once
 
 #include "platform/TrayHosts.h"
@@ -20,14 +20,14 @@ class QDBusServiceWatcher;
 
 namespace amberquill::desktop {
 
-// Hosts of status notifier items on the session bus and, on an X server, trays of the older kind where there
-// is no such host. What Qt makes for a tray it makes for good after its first look at the bus, so it must not
-// look before a host is there. Main thread only.
+// Hosts of status notifier items on the session bus and, if there is none, XEmbed trays on an X server. Qt
+// chooses the kind of tray once, when it first looks at the bus, so it must not look before there is a host.
+// Main thread only.
 class LinuxTrayHosts final : public QObject, public TrayHosts {
     Q_OBJECT
 
 public:
-    // The session bus is asked for when the hosts are first followed, and when it came back.
+    // `sessionBus` is called when the hosts are first followed, and by busCameBack().
     explicit LinuxTrayHosts(CurrentBus sessionBus);
     ~LinuxTrayHosts() override;
 
@@ -37,8 +37,8 @@ public:
     void follow(std::function<void()> came, std::function<void()> gone) override;
     [[nodiscard]] QImage itemPicture() const override;
 
-    // There is another connection to the session bus: its hosts are followed. What Qt made for a host of the
-    // bus before stays with that one.
+    // Follows the hosts on the new connection to the session bus. An item that Qt made on the earlier
+    // connection stays there.
     void busCameBack();
 
 private Q_SLOTS:

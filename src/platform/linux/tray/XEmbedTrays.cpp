@@ -19,7 +19,7 @@ constexpr int mostAncestors = 32;
 constexpr int largestEdge = 512;
 constexpr std::uint8_t depthWithAlpha = 32;
 
-// A window that lies in the root window.
+// A child of the root window.
 struct Outermost {
     xcb_window_t window;
     xcb_window_t root;
@@ -46,7 +46,7 @@ std::optional<QSize> sizeOf(xcb_connection_t* connection, xcb_window_t window) {
     return geometry ? std::optional(QSize(geometry->width, geometry->height)) : std::nullopt;
 }
 
-// Where `inner` lies in `outer`; empty where that is not known, or it is not all seen there.
+// The position of `inner` in `outer`; empty: not known, or not all of `inner` is inside.
 QRect placeIn(xcb_connection_t* connection, xcb_window_t outer, xcb_window_t inner) {
     const auto translation = xcb_translate_coordinates(connection, inner, outer, 0, 0);
     const auto innerSize = sizeOf(connection, inner);
@@ -105,7 +105,7 @@ bool XEmbedTrays::isThere() const {
     return owner && owner->owner != XCB_WINDOW_NONE;
 }
 
-// A tray tells the root window's clients of itself; Qt is one of them.
+// A new tray sends a message to the clients of the root window, one of which is Qt.
 bool XEmbedTrays::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/) {
     if (eventType != "xcb_generic_event_t") {
         return false;

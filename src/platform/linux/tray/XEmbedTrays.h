@@ -8,10 +8,10 @@
 
 namespace amberquill::desktop {
 
-// Trays that take windows into themselves, by the freedesktop "System Tray Protocol". Main thread only.
+// Trays that embed windows, by the freedesktop "System Tray Protocol". Main thread only.
 class XEmbedTrays final : public QAbstractNativeEventFilter {
 public:
-    // Calls `came` when one takes the place of the screen's tray. The connection is Qt's.
+    // Calls `came` when a program becomes the screen's tray. The connection is Qt's.
     XEmbedTrays(xcb_connection_t* connection, std::function<void()> came);
 
     [[nodiscard]] bool isThere() const;
@@ -27,9 +27,9 @@ private:
     std::array<xcb_atom_t, 2> atoms_;
 };
 
-// What is seen at an X window that another program has taken into one of its own, with what that shows behind
-// it. In device pixels; transparent where the outermost window is. Null where the window is taken in nowhere,
-// or not all of it is seen, or nothing can be read. Waits for the server's answers.
+// The picture of an X window that is embedded in another program's window, with the background that shows
+// behind it. In device pixels; transparent if the outermost window is. Null: the window is not embedded, not
+// all of it is visible, or it cannot be read. Waits for the server's answers.
 [[nodiscard]] QImage embeddedPicture(xcb_connection_t* connection, xcb_window_t window);
 
 } // namespace amberquill::desktop

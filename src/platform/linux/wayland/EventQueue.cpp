@@ -36,7 +36,7 @@ bool EventQueue::handleUntil(const std::function<bool()>& isSo, QDeadlineTimer d
     return true;
 }
 
-// One of those who read the connection: whoever reads, reads for all. False: there was nothing.
+// Reads the connection once, for all its queues. False: nothing arrived in time, or the connection is lost.
 bool EventQueue::readMore(int milliseconds) {
     if (wl_display_prepare_read_queue(display_, queue_.get()) != 0) {
         return wl_display_dispatch_queue_pending(display_, queue_.get()) >= 0;

@@ -1,7 +1,7 @@
-// platform/linux/wayland/: what several rooms need of the Wayland protocol, beside Qt's own use of it.
+// platform/linux/wayland/: Wayland helpers that several rooms share.
 //
-// Parts: EventQueue, the events of our own objects on a connection that Qt or we have opened, with bounded
-// waits; Globals, what the compositor offers.
+// Parts: EventQueue, the events of our own objects on Qt's connection or one of our own, with bounded waits;
+// Globals, the interfaces that the compositor offers.
 //
 // Rules: a compositor that does not answer in time counts as not offering the protocol. Objects of one queue
 // belong to one thread at a time. Log: amberquill.wayland.
@@ -20,24 +20,23 @@ namespace amberquill::desktop {
 
 Q_DECLARE_LOGGING_CATEGORY(waylandLog)
 
-// The events of some objects of a Wayland connection, which others may read, too. They are handled only by
-// the calls below, on one thread at a time.
+// The events of some objects of a Wayland connection. Other code may read the connection, too, but these
+// events are handled only by the calls below, on one thread at a time.
 class EventQueue {
 public:
     // `display` outlives the queue, the queue outlives its objects.
     explicit EventQueue(wl_display* display);
 
-    // A registry whose objects have their events in this queue.
+    // A registry; the objects that it binds send their events to this queue.
     [[nodiscard]] std::unique_ptr<wl_registry, void (*)(wl_registry*)> registry() const;
 
     // Handles the events that have arrived, without waiting.
     void handle();
 
-    // Flushes requests and handles events until `isSo` is true. False: not in time, or the compositor has
-    // gone.
+    // Flushes requests and handles events until `isSo` is true. False: not in time, or the connection is lost.
     [[nodiscard]] bool handleUntil(const std::function<bool()>& isSo, QDeadlineTimer deadline);
 
-    // Waits until the compositor has answered everything that was sent before.
+    // Waits until the compositor has handled all requests that were sent before.
     [[nodiscard]] bool roundTrip(QDeadlineTimer deadline);
 
 private:
@@ -45,7 +44,7 @@ private:
 
     wl_display* display_;
     std::unique_ptr<wl_event_queue, void (*)(wl_event_queue*)> queue_;
-    std::unique_ptr<wl_display, void (*)(wl_display*)> wrapper_; // makes objects with their events here
+    std::unique_ptr<wl_display, void (*)(wl_display*)> wrapper_; // its new objects use this queue
 };
 
 } // namespace amberquill::desktop

@@ -7,7 +7,7 @@ namespace amberquill::desktop {
 
 namespace {
 
-// More than any compositor has; what comes beyond is not remembered.
+// More globals than any compositor has; further ones are ignored.
 constexpr std::size_t most = 1024;
 
 } // namespace

@@ -13,7 +13,7 @@ struct wl_registry;
 
 namespace amberquill::desktop {
 
-// What a compositor offers, as far as the queue's events tell.
+// The compositor's globals, by the registry events that the queue has handled.
 class Globals {
 public:
     struct Global {
@@ -30,11 +30,11 @@ public:
 
     [[nodiscard]] const std::vector<Global>& all() const { return all_; }
 
-    // The first one of a kind; null: none is offered.
+    // The first global of an interface; null: none is offered.
     [[nodiscard]] const Global* find(std::string_view interface) const;
     [[nodiscard]] bool holds(std::uint32_t name) const;
 
-    // The object for it, of at most this version. Its type is that of the interface.
+    // Binds the global at the version `newest` or lower. The result has the interface's type.
     [[nodiscard]] void* bind(const Global& global, const wl_interface& interface, std::uint32_t newest) const;
 
 private:

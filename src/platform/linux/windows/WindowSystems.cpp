@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// An unknown window system: what Qt can do on all of them, and no more.
+// An unknown window system: only what Qt does on every one.
 class PlainWindowSystem final : public WindowSystem {
 public:
     [[nodiscard]] QScreen* screenUnderPointer() const override { return nullptr; }

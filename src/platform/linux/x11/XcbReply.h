@@ -1,9 +1,9 @@
-// platform/linux/x11/: what several rooms need of the X protocol.
+// platform/linux/x11/: X protocol helpers that several rooms share.
 //
 // Parts: XcbReply, a reply that frees itself; internAtoms, the atoms of names in one round trip.
 //
-// Rules: each room speaks to the X server for itself, on Qt's connection unless its header says otherwise. A
-// null reply means that the server has refused or gone; the caller goes on without it. Log: amberquill.x11.
+// Rules: rooms use Qt's connection unless their header says otherwise. A null reply means that the server
+// refused the request or the connection is lost; the caller goes on without it. Log: amberquill.x11.
 #pragma once
 
 #include <QLoggingCategory>
@@ -26,8 +26,8 @@ struct XcbFree {
 template<typename Reply>
 using XcbReply = std::unique_ptr<Reply, XcbFree>;
 
-// Asks for the atoms of all names in one round trip, creating those that do not exist. An atom the server
-// does not answer for is XCB_ATOM_NONE. Both spans have the same size.
+// Interns the atoms of all names in one round trip, creating those that do not exist. An atom is XCB_ATOM_NONE
+// if the server does not answer. Both spans have the same size.
 void internAtoms(xcb_connection_t* connection, std::span<const std::string_view> names,
                  std::span<xcb_atom_t> atoms);
 

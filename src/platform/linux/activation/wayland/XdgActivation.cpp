@@ -85,7 +85,7 @@ void XdgActivation::requestToken(const ActivationProof& proof, const QString& ap
         xdg_activation_token_v1_set_app_id(token, applicationId.toUtf8().constData());
     }
     xdg_activation_token_v1_commit(token);
-    // Now, not when the event loop next rests: the surface is about to lose the focus.
+    // Flush now, not when the event loop is next idle: the surface is about to lose the focus.
     wl_display_flush(display_);
 
     request.then = std::move(then);
@@ -111,7 +111,7 @@ void XdgActivation::finish(xdg_activation_token_v1* token, const QString& text) 
 
 namespace {
 
-// Qt 6.4 has no public way to any of these.
+// Qt 6.4 has no public API for these resources.
 template<typename Resource>
 Resource* integrationResource(const char* name) {
     return static_cast<Resource*>(
@@ -122,7 +122,7 @@ ActivationProof proofFor(QWindow& window, bool hasSeat) {
     QPlatformNativeInterface* const native = QGuiApplication::platformNativeInterface();
     ActivationProof proof;
     proof.surface = static_cast<wl_surface*>(native->nativeResourceForWindow("surface", &window));
-    if (hasSeat) { // Qt 6.4 asks its seat without looking whether it has one
+    if (hasSeat) { // without a seat, Qt 6.4 would dereference a null pointer here
         proof.seat = integrationResource<wl_seat>("wl_seat");
         proof.serial = static_cast<std::uint32_t>(
             reinterpret_cast<quintptr>(native->nativeResourceForIntegration("serial")));

@@ -24,22 +24,22 @@ class MainQueue;
 
 namespace amberquill::desktop {
 
-// What a token is asked for with: proof that the user did something to one of our surfaces just now.
+// Sent with a token request: proof that the user has just used one of our surfaces.
 struct ActivationProof {
     wl_seat* seat = nullptr;       // null: none
     std::uint32_t serial = 0;      // of the last click or key of that seat; 0: none
     wl_surface* surface = nullptr; // null: none
 };
 
-// The protocol xdg-activation-v1 on a connection that somebody else reads: it waits for nothing, and the
-// answers come whenever that one dispatches the default queue. Main thread only; destroyed before the
-// connection is closed.
+// The protocol xdg-activation-v1 on a connection that its owner (Qt) reads. Nothing here blocks: answers
+// arrive when the owner dispatches the default queue. Main thread only; destroyed before the connection is
+// closed.
 class XdgActivation {
 public:
     // A compositor has this many seconds to answer.
     static constexpr double longestWait = 0.3;
 
-    // What the compositor offers is learned in the background; until then it counts as nothing.
+    // Learns the compositor's globals in the background; until then the protocol counts as not offered.
     XdgActivation(wl_display* display, MainQueue& queue);
     XdgActivation(const XdgActivation&) = delete;
     XdgActivation& operator=(const XdgActivation&) = delete;
@@ -48,12 +48,12 @@ public:
     // Whether a token can be asked for.
     [[nodiscard]] bool isOffered() const { return manager_ != nullptr; }
 
-    // Whether the compositor has a seat: one without a screen or a keyboard may not.
+    // Whether the compositor has a seat. A compositor without a screen or a keyboard may have none.
     [[nodiscard]] bool hasSeat() const { return !seatNames_.empty(); }
 
-    // `applicationId` may be empty. `then` is called once: with the token, or with an empty text where the
-    // compositor does not offer the protocol or does not answer in time. Not at all if this is destroyed
-    // first.
+    // `applicationId` may be empty. `then` is called once: with the token, or with an empty text if the
+    // compositor does not offer the protocol or does not answer in time. It is not called if this object is
+    // destroyed first.
     void requestToken(const ActivationProof& proof, const QString& applicationId,
                       std::function<void(QString)> then);
 
@@ -82,8 +82,7 @@ private:
     std::vector<Request> requests_;
 };
 
-// Tokens of the compositor that Qt is connected to. Made after the application object, on Wayland; destroyed
-// before it.
+// Tokens of the compositor that Qt is connected to. Wayland only; the application object outlives it.
 class WaylandActivationTokens final : public ActivationTokens {
 public:
     explicit WaylandActivationTokens(MainQueue& queue);
@@ -91,7 +90,7 @@ public:
     void request(QWindow& window, const QString& applicationPath, std::function<void(QString)> then) override;
 
 private:
-    DataFolders folders_; // what an application's id depends on
+    DataFolders folders_; // an application's id depends on them
     XdgActivation activation_;
 };
 

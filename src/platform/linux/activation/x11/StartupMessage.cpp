@@ -8,10 +8,10 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-// A name of a megabyte would be fifty thousand events.
+// In characters. Without a limit, a name of one megabyte would take fifty thousand events.
 constexpr qsizetype longestValue = 512;
 
-// Quoted whatever is in it, so that a value can neither end itself nor begin another key.
+// Quotes and escapes the value, so that its content cannot end it or begin another key.
 void add(QByteArray& message, const char* key, const QString& value) {
     if (value.isEmpty()) {
         return;
@@ -31,7 +31,7 @@ void add(QByteArray& message, const char* key, const QString& value) {
     message += "=\"" + escaped + '"';
 }
 
-// What stands between the separators of an id.
+// One part of an id, without the characters that separate the parts.
 QString idPart(QString text) {
     const auto isPlain = [](QChar c) {
         return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') ||

@@ -18,8 +18,8 @@ namespace amberquill::desktop {
 
 namespace {
 
-// When the user last did something to one of our windows, else the last time the server told us of; 0: none
-// yet. There is no public way to learn either.
+// The time of the user's last input in one of our windows, else the server's latest time that Qt knows; 0:
+// neither. Qt has no public API for them.
 quint32 userTime(QScreen* screen) {
     QPlatformNativeInterface* const native = QGuiApplication::platformNativeInterface();
     for (const char* const resource : {"appusertime", "apptime"}) {
@@ -46,7 +46,7 @@ void X11ActivationTokens::request(QWindow& window, const QString& applicationPat
     const quint32 time = userTime(window.screen());
     if (time == 0) {
         qCDebug(activationLog) << "no startup id: the time of the user's action is not known";
-        // An id that ends in zero asks not to come to the front.
+        // No id: one with the time zero would ask the window manager not to activate the window.
         then({});
         return;
     }
@@ -86,7 +86,7 @@ void X11StartupNotifications::broadcast(const QByteArray& message) {
         return;
     }
     const xcb_window_t root = rootWindow(connection_, screen_);
-    // Listeners put a message together from the events that name the same window.
+    // A window id for each message: receivers join the events that name the same window.
     const xcb_window_t sender = xcb_generate_id(connection_);
     const std::uint32_t unmanaged = 1;
     xcb_create_window(connection_, 0, sender, root, -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,

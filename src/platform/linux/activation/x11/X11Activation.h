@@ -9,9 +9,9 @@
 
 namespace amberquill::desktop {
 
-// Startup notification ids. The window manager lets a window that carries one come to the front unless the
-// user has done something else since the click or key that the id tells the time of. Needs the application
-// object, on X11. Answers at once.
+// Startup notification ids. An id contains the time of the click or key. The window manager activates a window
+// with the id unless the user has used another window since that time. Needs the application object, on X11.
+// Answers at once.
 class X11ActivationTokens final : public ActivationTokens {
 public:
     void request(QWindow& window, const QString& applicationPath, std::function<void(QString)> then) override;
@@ -36,7 +36,7 @@ private:
 
     xcb_connection_t* connection_;
     int screen_;
-    std::array<xcb_atom_t, 2> atoms_{}; // of a message's first event and of the others
+    std::array<xcb_atom_t, 2> atoms_{}; // the types of a message's first event and of its others
 };
 
 } // namespace amberquill::desktop

@@ -19,13 +19,13 @@ class Globals;
 // that the surface enters.
 class OutputChoice {
 public:
-    // All of them outlive this object.
+    // All arguments outlive this object.
     OutputChoice(EventQueue& events, const Globals& globals, wl_shm* shm);
     OutputChoice(const OutputChoice&) = delete;
     OutputChoice& operator=(const OutputChoice&) = delete;
     ~OutputChoice();
 
-    // Null: the compositor does not tell, or not in time.
+    // Null: the compositor does not answer in time.
     [[nodiscard]] const wl_output* ask(QDeadlineTimer deadline);
 
 private:

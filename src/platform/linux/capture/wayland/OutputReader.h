@@ -23,7 +23,7 @@ namespace amberquill::desktop {
 // Reads the outputs of a compositor, on a connection of its own.
 class OutputReader {
 public:
-    // `display` as WlrScreenCapture's.
+    // `display`: see WlrScreenCapture.
     explicit OutputReader(const QByteArray& display);
     OutputReader(const OutputReader&) = delete;
     OutputReader& operator=(const OutputReader&) = delete;
@@ -34,7 +34,7 @@ public:
         bool alsoWhole;
     };
 
-    // As ScreenCapture::capture. An empty name: the output that the compositor would choose. Null, too, while
+    // Like ScreenCapture::capture. An empty name: the output that the compositor would choose. Also null while
     // an earlier request is unanswered.
     [[nodiscard]] ScreenPicture read(const QString& output, const Wanted& wanted,
                                      std::chrono::milliseconds patience);

@@ -87,8 +87,7 @@ void addRows(ScreenRows& rows, FrameRows& stored, const QSize& size, const Orien
     }
 }
 
-// The columns in memory are the rows of the picture. Several are read at a time, to pass through memory less
-// often.
+// Adds the columns in memory as the rows of the picture, several at a time to pass through memory less often.
 void addColumns(ScreenRows& rows, FrameRows& stored, const QSize& size, const Orientation& orientation) {
     constexpr int columnsAtATime = 16;
     const auto height = static_cast<std::size_t>(size.height());

@@ -14,15 +14,15 @@ struct wl_shm;
 
 namespace amberquill::desktop {
 
-// How a compositor stores the picture of an output in memory of ours.
+// The layout in which a compositor stores the picture of an output in our memory.
 struct StoredFrame {
     PixelLayout pixels;
     std::uint32_t format = 0; // wl_shm.format
-    QSize size;               // as it lies in memory, in device pixels
+    QSize size;               // in memory, before rotation, in device pixels
     int stride = 0;           // bytes from one row to the next
 
-    // What a compositor proposes. None: a format that is not read, or sizes that do not fit together or are
-    // larger than any output.
+    // From the values that the compositor proposes. None: an unsupported format, or sizes that are inconsistent
+    // or larger than any output.
     static std::optional<StoredFrame> of(std::uint32_t format, std::uint32_t width, std::uint32_t height,
                                          std::uint32_t stride);
 
@@ -48,16 +48,16 @@ struct Orientation {
 [[nodiscard]] ScreenPicture uprightPicture(const StoredFrame& frame, const Orientation& orientation,
                                            const unsigned char* memory, int shrink, bool alsoWhole);
 
-// Memory that a compositor draws into, or from.
+// Memory shared with the compositor.
 class SharedFrame {
 public:
-    // Zeroed. `buffer` is null if there is no memory.
+    // Zeroed. `buffer` is null if there is not enough memory.
     SharedFrame(wl_shm* shm, const StoredFrame& frame);
     SharedFrame(const SharedFrame&) = delete;
     SharedFrame& operator=(const SharedFrame&) = delete;
     ~SharedFrame();
 
-    // Null: there is no memory.
+    // Null: there is not enough memory.
     [[nodiscard]] wl_buffer* buffer() const { return buffer_.get(); }
     [[nodiscard]] const unsigned char* bytes() const { return static_cast<const unsigned char*>(bytes_); }
 

@@ -11,15 +11,13 @@ namespace amberquill::desktop {
 
 class OutputReader;
 
-// Has a compositor copy an output. On a connection of its own, opened when it is first needed: a compositor
-// that does not answer is not waited for.
+// Has a compositor copy an output. Uses its own connection, opened at the first capture; all waits are bounded.
 class WlrScreenCapture final : public ScreenCapture {
 public:
-    // A copy is made when the output is next drawn, a sixtieth of a second later as a rule.
+    // The compositor copies when it next draws the output, usually within a sixtieth of a second.
     static constexpr std::chrono::milliseconds usualPatience{80};
 
-    // `display`: the compositor's socket; empty for that of the environment. `patience`: for all of a
-    // capture.
+    // `display`: the compositor's socket; empty: $WAYLAND_DISPLAY. `patience`: for a whole capture.
     explicit WlrScreenCapture(QByteArray display = {}, std::chrono::milliseconds patience = usualPatience);
     ~WlrScreenCapture() override;
 

@@ -8,7 +8,7 @@
 
 namespace amberquill::desktop {
 
-// How an X server hands out the pixels of a screen's root window.
+// The pixel format of a screen's root window.
 struct RootImage {
     PixelLayout layout;
     int bitsPerPixel;

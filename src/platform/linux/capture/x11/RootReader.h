@@ -15,13 +15,13 @@
 
 namespace amberquill::desktop {
 
-// Memory that an X server writes pixels into (MIT-SHM 1.2, by a file descriptor: nothing is left behind when
-// a program is killed).
+// Memory that an X server writes pixels into (MIT-SHM 1.2, by a file descriptor: no segment remains when the
+// program is killed).
 class SharedPixels {
 public:
     SharedPixels() = default;
-    // Requests `size` shared bytes. `isShared` is false if there is no memory; a server that refuses shows in
-    // the first request that uses the segment.
+    // Requests `size` shared bytes. `isShared` is false if there is not enough memory. If the server refuses, the
+    // first request that uses the segment fails.
     SharedPixels(xcb_connection_t* connection, std::size_t size);
     SharedPixels(const SharedPixels&) = delete;
     SharedPixels& operator=(const SharedPixels&) = delete;
@@ -42,7 +42,7 @@ private:
 // Reads pixels of an X server's root window, on a connection of its own.
 class RootReader {
 public:
-    // `display` as X11ScreenCapture's.
+    // `display`: see X11ScreenCapture.
     explicit RootReader(const QByteArray& display);
 
     struct Wanted {
@@ -50,7 +50,7 @@ public:
         bool alsoWhole;
     };
 
-    // How long the server is waited for: for each of its answers, and for all of a reading.
+    // Limits of the waits: for each reply, and for a whole reading.
     struct Patience {
         std::chrono::milliseconds forEach;
         std::chrono::milliseconds forAll;

@@ -8,8 +8,7 @@
 
 namespace amberquill::desktop {
 
-// Waits for replies of an X server with a limit for each of them and one for all. Needs a connection of its
-// own.
+// Waits for replies of an X server, with a limit for each reply and one for all. Needs its own connection.
 class TimedReplies {
 public:
     TimedReplies(xcb_connection_t* connection, std::chrono::milliseconds forEach,

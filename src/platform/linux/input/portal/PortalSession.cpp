@@ -23,8 +23,8 @@ const QString requestInterface = u"org.freedesktop.portal.Request"_s;
 const QString sessionInterface = u"org.freedesktop.portal.Session"_s;
 const QString programId = u"org.amberquill.Amberquill"_s;
 
-// Qt would block to resolve a sender's name. Other programs on the bus gain nothing by faking these signals:
-// they may toggle the launcher anyway.
+// Empty, because Qt would block to resolve a sender's name. Other programs on the bus gain nothing by faking
+// these signals: they may toggle the launcher anyway.
 const QString anySender;
 
 QString nameOf(std::uint32_t id) {
@@ -53,7 +53,7 @@ PortalSession::~PortalSession() {
     if (!handle_.isEmpty()) {
         QDBusMessage close =
             QDBusMessage::createMethodCall(portalName, handle_, sessionInterface, u"Close"_s);
-        // Does not start a portal for a session that it would not know.
+        // A newly started portal would not know the session.
         close.setAutoStartService(false);
         bus_.send(close);
     }
@@ -73,8 +73,8 @@ void PortalSession::registerProgram() {
 }
 
 void PortalSession::createSession() {
-    // Some desktops store shortcuts by the session's token, so it is constant. Some take the shortcuts here
-    // already, and open their settings for BindShortcuts.
+    // The session's token is constant, because some desktops store shortcuts under it. The shortcuts are passed
+    // here as well: some desktops bind them now, and only open their settings at BindShortcuts.
     const QVariantMap options = {{u"session_handle_token"_s, u"amberquill"_s},
                                  {u"shortcuts"_s, QVariant::fromValue(wanted())}};
     request(u"CreateSession"_s, {}, options, [this](const QVariantMap& results) {
@@ -116,7 +116,7 @@ void PortalSession::bindShortcuts() {
     request(u"BindShortcuts"_s,
             {QVariant::fromValue(QDBusObjectPath(handle_)), QVariant::fromValue(wanted()), QString()}, {},
             [](const QVariantMap& results) {
-                // May be fewer than requested: the user decides.
+                // Possibly fewer than requested: the user decides.
                 qCDebug(inputLog) << "the portal has bound" << shortcutsIn(results).size() << "shortcuts";
             });
 }

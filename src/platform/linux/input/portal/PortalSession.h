@@ -11,8 +11,8 @@
 
 namespace amberquill::desktop {
 
-// One session with the portal org.freedesktop.portal.GlobalShortcuts, from the asking to its end. It asks
-// once; what the user refuses is not asked for again. Thrown away once it has ended.
+// One session with the portal org.freedesktop.portal.GlobalShortcuts, from the request to its end. Requests the
+// shortcuts once, even if the user refuses them. Delete it when it has ended.
 class PortalSession final : public QObject {
     Q_OBJECT
 
@@ -43,15 +43,15 @@ private:
     void listShortcuts();
     void bindShortcuts();
 
-    // Calls a method that answers by a request object. `then` runs when the user or the portal has agreed.
+    // Calls a method that replies through a request object. `then` runs when the user or the portal has agreed.
     void request(const QString& method, QVariantList arguments, QVariantMap options, Response then);
 
     QDBusConnection bus_;
     std::map<std::uint32_t, KeyChord> shortcuts_;
-    QString token_;  // begins those of its requests
-    QString handle_; // the session's path; empty: not there yet
+    QString token_;  // prefix of the requests' tokens
+    QString handle_; // the session's path; empty: no session yet
     int requests_ = 0;
-    QString requestPath_; // of the request that is under way
+    QString requestPath_; // of the pending request
     Response response_;
 };
 

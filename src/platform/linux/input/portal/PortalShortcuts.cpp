@@ -30,7 +30,7 @@ void PortalShortcuts::remove(std::uint32_t id) {
     }
 }
 
-// The bus has just started: its portal may not be there yet.
+// Delayed, because the portal of a bus that has just started may not run yet.
 void PortalShortcuts::serviceCameBack() {
     if (!shortcuts_.empty() && !session_) {
         repetitions_ = 1;
@@ -65,7 +65,7 @@ void PortalShortcuts::begin() {
 void PortalShortcuts::connected(const QDBusConnection& bus) {
     isConnecting_ = false;
     if (!bus.isConnected()) {
-        // Only a bus that was there before may come back.
+        // Try again only if there was a bus before.
         if (repetitions_ > 0) {
             askAgain(untilAskedAgain);
         }

@@ -10,26 +10,26 @@
 
 namespace amberquill::desktop {
 
-// The portal org.freedesktop.portal.GlobalShortcuts, version 1 and later: the user decides whether a chord is
-// given to the program and which one it is. A refusal holds until the portal is started anew.
+// Global shortcuts by the portal org.freedesktop.portal.GlobalShortcuts, version 1 and later. The user decides
+// whether the program gets a shortcut, and which chord. A refusal lasts until the portal restarts.
 class PortalShortcuts final : public QObject, public GlobalShortcut {
     Q_OBJECT
 
 public:
-    // Seconds after a shortcut is added until the portal is asked: a start is over by then. And those until
-    // it is asked again when it or the bus has ended our session.
+    // Seconds from adding a shortcut to the request, so that the program's start is over by then; and seconds
+    // until the next request after the portal or the bus has ended our session.
     static constexpr double untilAsked = 1.5;
     static constexpr double untilAskedAgain = 5;
-    // How often it is asked again at most, unless it has kept to a session for so many seconds.
+    // The maximum number of repeated requests, and the seconds after which a session resets their count.
     static constexpr int mostRepetitions = 5;
     static constexpr double lasting = 60;
 
-    // Makes a connection to the session bus of its own, by which the portal tells programs apart, and calls
-    // back with it on the main thread, at once or later. One that is not connected means that there is no
-    // bus.
+    // Makes a separate connection to the session bus, because the portal identifies programs by their
+    // connections. Calls back on the main thread, at once or later, with the connection; it is not connected if
+    // there is no bus.
     using Connect = std::function<void(std::function<void(const QDBusConnection&)>)>;
 
-    // `connect` is called again when the bus has ended the connection.
+    // `connect` is called again after the connection is lost.
     PortalShortcuts(MainQueue& queue, Connect connect);
     ~PortalShortcuts() override = default;
     PortalShortcuts(const PortalShortcuts&) = delete;

@@ -10,7 +10,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-// By the D-Bus Specification, "Valid Object Paths". The libraries end or warn at one that is none.
+// By the D-Bus Specification, "Valid Object Paths". With an invalid path, the D-Bus libraries warn or abort.
 bool isObjectPath(const QString& path) {
     constexpr qsizetype longest = 1000;
     return path.size() > 1 && path.size() <= longest && path.startsWith(u'/') && !path.endsWith(u'/') &&
@@ -39,8 +39,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, PortalShortcut& s
 void registerPortalTypes() {
     qDBusRegisterMetaType<PortalShortcut>();
     qDBusRegisterMetaType<PortalShortcutList>();
-    // A slot's parameters are looked up by name, and Qt gives its own types theirs only when it first needs
-    // them.
+    // Qt looks up a slot's parameter types by name, but registers the names of its own types only at first use.
     qRegisterMetaType<QDBusObjectPath>();
 }
 
@@ -66,13 +65,13 @@ PortalShortcutList shortcutsIn(const QVariantMap& results) {
         return {};
     }
     const auto argument = value.value<QDBusArgument>();
-    // Reading anything else would end the program.
+    // Demarshalling any other type would abort the program.
     return argument.currentSignature() == u"a(sa{sv})"_s ? qdbus_cast<PortalShortcutList>(argument)
                                                          : PortalShortcutList();
 }
 
 QString sessionIn(const QVariantMap& results) {
-    // Documented as a string; a path is what it means.
+    // Documented as a string, but some portals send an object path.
     const QVariant value = results.value(u"session_handle"_s);
     const QString path = value.metaType() == QMetaType::fromType<QDBusObjectPath>()
                              ? value.value<QDBusObjectPath>().path()

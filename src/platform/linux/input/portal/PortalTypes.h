@@ -9,7 +9,7 @@
 
 namespace amberquill::desktop {
 
-// A shortcut as the GlobalShortcuts portal has it: its id, and among the properties "description" and
+// A shortcut in the format of the GlobalShortcuts portal: an id, and properties such as "description" and
 // "preferred_trigger".
 struct PortalShortcut {
     QString id;
@@ -20,16 +20,16 @@ using PortalShortcutList = QList<PortalShortcut>;
 QDBusArgument& operator<<(QDBusArgument& argument, const PortalShortcut& shortcut);
 const QDBusArgument& operator>>(const QDBusArgument& argument, PortalShortcut& shortcut);
 
-// Once, before the first of them is sent or received.
+// Registers these types with QtDBus. Call it before the first of them is sent or received.
 void registerPortalTypes();
 
-// A chord as freedesktop.org writes shortcuts: CTRL+ALT+space.
+// A chord in freedesktop.org's shortcut format: CTRL+ALT+space.
 [[nodiscard]] QString portalTrigger(const KeyChord& chord);
 
-// What a response says of shortcuts; empty where it says nothing, or something else.
+// The shortcuts in a response; empty if there are none or their type is wrong.
 [[nodiscard]] PortalShortcutList shortcutsIn(const QVariantMap& results);
 
-// The session's object path in a response; empty where there is none or it is no path.
+// The session's object path in a response; empty if it is missing or not a valid path.
 [[nodiscard]] QString sessionIn(const QVariantMap& results);
 
 } // namespace amberquill::desktop

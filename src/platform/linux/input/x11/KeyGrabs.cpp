@@ -17,7 +17,7 @@ constexpr xcb_keysym_t superRight = 0xffec;
 constexpr xcb_keysym_t numLock = 0xff7f;
 constexpr xcb_keysym_t scrollLock = 0xff14;
 
-constexpr std::size_t firstFreeModifier = 3; // Shift, Lock and Control are what they are called
+constexpr std::size_t firstFreeModifier = 3; // after Shift, Lock and Control, whose meanings are fixed
 
 // The lower eight bits of a state; above them are pointer buttons and the layout.
 constexpr std::uint16_t allModifiers = 0xff;
@@ -29,7 +29,7 @@ xcb_keysym_t symbol(const KeyboardMapping& mapping, std::size_t keyCode, std::si
     return isThere ? mapping.symbols[index] : xcb_keysym_t{XCB_NO_SYMBOL};
 }
 
-// The mask of the modifiers that one of the symbols' keys stands for; 0: none.
+// The mask of the modifiers that have a key with one of the symbols; 0: none.
 std::uint16_t maskOf(const KeyboardMapping& mapping, std::initializer_list<xcb_keysym_t> wanted) {
     unsigned mask = 0;
     for (std::size_t modifier = firstFreeModifier; modifier < mapping.modifiers.size(); ++modifier) {
@@ -52,7 +52,7 @@ std::vector<xcb_keycode_t> keyCodesOf(const KeyboardMapping& mapping, xcb_keysym
     if (mapping.symbolsPerKey == 0) {
         return {};
     }
-    // What a key gives without Shift in the first two layouts.
+    // The symbols without Shift in the first two layouts.
     constexpr std::array<std::size_t, 2> columns = {0, 2};
     const std::size_t end =
         std::min<std::size_t>(mapping.firstKeyCode + mapping.symbols.size() / mapping.symbolsPerKey, 256);
@@ -67,8 +67,8 @@ std::vector<xcb_keycode_t> keyCodesOf(const KeyboardMapping& mapping, xcb_keysym
 }
 
 xcb_keysym_t symbolOf(Qt::Key key) {
-    // Latin symbols and Qt's keys both have the characters' numbers, of letters one the small, the other the
-    // capital ones.
+    // Latin key symbols and Qt's keys both equal character codes; for letters, key symbols use the small letter
+    // and Qt the capital one.
     const auto code = static_cast<xcb_keysym_t>(key);
     return key >= Qt::Key_A && key <= Qt::Key_Z ? code + ('a' - 'A') : code;
 }

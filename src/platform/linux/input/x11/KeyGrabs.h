@@ -10,25 +10,25 @@
 
 namespace amberquill::desktop {
 
-// What an X server says of its keyboard.
+// An X server's keyboard mapping.
 struct KeyboardMapping {
     std::uint8_t firstKeyCode = 8;
     std::size_t symbolsPerKey = 0;
     std::vector<xcb_keysym_t> symbols; // of all keys, one after the other
     std::array<std::vector<xcb_keycode_t>, 8>
-        modifiers; // the keys of each modifier: Shift, Lock, Control, Mod1...
+        modifiers; // the keys of each modifier: Shift, Lock, Control, Mod1, …
 };
 
-// What is to be asked of an X server so that a chord arrives whatever locks are on.
+// The key grabs that make a chord arrive with any combination of Caps Lock and Num Lock.
 struct KeyGrabs {
-    std::vector<xcb_keycode_t> keyCodes; // each of them; none: the keyboard has no such key
+    std::vector<xcb_keycode_t> keyCodes; // grab each of them; empty: the keyboard has no such key
     std::uint16_t modifiers = 0;         // X's mask of the chord's modifiers
-    std::vector<std::uint16_t> locks;    // every combination of lock modifiers, none included
+    std::vector<std::uint16_t> locks;    // every combination of lock modifiers, including no lock
 
     bool operator==(const KeyGrabs&) const = default;
 };
 
-// A chord of a letter, a digit or the space bar.
+// The grabs for a chord of a letter, a digit or the space bar.
 [[nodiscard]] KeyGrabs grabsOf(const KeyChord& chord, const KeyboardMapping& mapping);
 
 // Whether a key event with this code and modifier state is the chord.
@@ -39,10 +39,10 @@ struct KeyGrabs {
 // milliseconds; they wrap around.
 class ChordPresses {
 public:
-    // A key that has not repeated for so long was released unseen.
+    // In milliseconds: a held key without a repetition for this time was released unseen.
     static constexpr std::uint32_t longestSilence = 2'000;
 
-    // Whether this is a press by a person.
+    // Whether this is a real press, not a repetition.
     bool press(std::uint8_t keyCode, std::uint32_t time);
 
     // Whether the key was down as part of the chord.

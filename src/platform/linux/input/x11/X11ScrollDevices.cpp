@@ -12,7 +12,7 @@ namespace {
 
 using PropertyReply = XcbReply<xcb_input_xi_get_property_reply_t>;
 
-// Of drivers that do not tell, and the one of libinput unless the user changed it.
+// libinput's default, also used for drivers that do not tell.
 constexpr double usualPixelDistance = 15;
 constexpr std::uint32_t longestPixelDistance = 1000;
 
@@ -26,7 +26,7 @@ constexpr std::uint32_t longestPixelDistance = 1000;
     return PropertyReply(xcb_input_xi_get_property_reply(connection, cookie, nullptr));
 }
 
-// Whether the device scrolls by two fingers or along an edge, the first two of libinput's methods. The third,
+// Whether the device scrolls by two fingers or at an edge, libinput's first two methods. The third method,
 // scrolling while a button is held, is for mice and pointing sticks.
 [[nodiscard]] bool scrollsByFinger(const xcb_input_xi_get_property_reply_t* methods) {
     if (methods == nullptr || methods->format != XCB_INPUT_PROPERTY_FORMAT_8_BITS || methods->num_items < 2) {

@@ -49,7 +49,7 @@ void X11Shortcuts::remove(std::uint32_t id) {
 }
 
 bool X11Shortcuts::handle(const xcb_generic_event_t& event) {
-    // Events sent by other programs have another bit set, so they match none of these.
+    // Events sent by other programs have an additional bit set, so they match none of these cases.
     switch (event.response_type) {
     case XCB_KEY_PRESS:
     case XCB_KEY_RELEASE:
@@ -87,7 +87,7 @@ bool X11Shortcuts::handleKey(const xcb_key_press_event_t& event, bool isPress) {
     return false;
 }
 
-// Queued: Qt delivers focus changes that it has already read first.
+// Queued, so that Qt first delivers the focus changes that it has already read.
 void X11Shortcuts::deliverLater(std::uint32_t id, std::uint32_t time) {
     queue_.then(context_, [this, id, time] {
         if (shortcuts_.contains(id)) {
@@ -96,7 +96,7 @@ void X11Shortcuts::deliverLater(std::uint32_t id, std::uint32_t time) {
     });
 }
 
-// One change of the keyboard sends many events.
+// Delayed, because one change of the keyboard sends many events.
 void X11Shortcuts::followKeyboardLater() {
     if (std::exchange(followIsDue_, true)) {
         return;

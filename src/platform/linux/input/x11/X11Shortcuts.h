@@ -9,11 +9,11 @@
 
 namespace amberquill::desktop {
 
-// Global shortcuts by key grabs on the root window of an X server. Reads the events of the connection as a
-// native event filter of Qt, or as they are given to `handle`.
+// Global shortcuts by key grabs on the root window of an X server. Gets the connection's events as a native
+// event filter of Qt, or from `handle`.
 class X11Shortcuts final : public GlobalShortcut, public QAbstractNativeEventFilter {
 public:
-    // The connection and the queue outlive this object. When the keyboard mapping changes, the grabs follow.
+    // The connection and the queue outlive this object. Renews the grabs when the keyboard mapping changes.
     X11Shortcuts(xcb_connection_t* connection, xcb_window_t root, MainQueue& queue);
     ~X11Shortcuts() override;
     X11Shortcuts(const X11Shortcuts&) = delete;
@@ -22,7 +22,7 @@ public:
     void add(std::uint32_t id, const KeyChord& chord) override;
     void remove(std::uint32_t id) override;
 
-    // Whether the event belongs to a chord, so that nothing else handles it.
+    // Handles the event. True: it belongs to a chord, so nothing else may handle it.
     bool handle(const xcb_generic_event_t& event);
 
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;

@@ -9,7 +9,7 @@ namespace {
 
 using SystemEvents = QWindowSystemInterfacePrivate;
 
-// The dialog that is to be answered before the window, or the window itself.
+// The dialog that blocks the window, or the window itself.
 QWindow* answering(QWindow* window) {
     QWindow* dialog = nullptr;
     const bool isBlocked =
@@ -38,7 +38,7 @@ bool DialogFocus::sendEvent(SystemEvents::WindowSystemEvent* event) {
     }
     const bool taken = QWindowSystemEventHandler::sendEvent(event);
     if (event->type == SystemEvents::Expose) {
-        // A dialog may have come or gone. Not now: it may be in the middle of that.
+        // A dialog may have been opened or closed. Queued: that may still be under way.
         QMetaObject::invokeMethod(this, &DialogFocus::follow, Qt::QueuedConnection);
     }
     return taken;

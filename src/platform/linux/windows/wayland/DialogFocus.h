@@ -8,9 +8,9 @@ class QWindow;
 
 namespace amberquill::desktop {
 
-// Gives the focus and the keys to the dialog that the user is to answer. Some compositors leave them with a
-// full-screen window though a dialog of its own stands above it, and Qt drops what comes for a window that a
-// dialog blocks. Made after the application object; main thread only.
+// Gives the keyboard focus to the open dialog. Some compositors leave the focus with a full-screen window even
+// if the window's own dialog is above it, and Qt drops key events for a window that a dialog blocks. Constructed
+// after the application object; main thread only.
 class DialogFocus final : public QObject, public QWindowSystemEventHandler {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ public:
 private:
     void follow();
 
-    QPointer<QWindow> given_; // what the compositor gave the focus to
+    QPointer<QWindow> given_; // the compositor gave the focus to this window
 };
 
 } // namespace amberquill::desktop

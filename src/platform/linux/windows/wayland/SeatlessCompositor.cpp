@@ -25,7 +25,7 @@ void onGlobalRemoved(void*, wl_registry*, std::uint32_t) {}
 
 constexpr wl_registry_listener registryListener{onGlobal, onGlobalRemoved};
 
-// Whether the compositor of $WAYLAND_DISPLAY is there and has no seat.
+// Whether the compositor of $WAYLAND_DISPLAY runs and has no seat.
 [[nodiscard]] bool isSeatless() {
     const std::unique_ptr<wl_display, void (*)(wl_display*)> display(
         wl_display_connect(nullptr), [](wl_display* it) { wl_display_disconnect(it); });
@@ -45,14 +45,14 @@ void avoidInputMethodWithoutSeat(const Environment& environment) {
     const auto servers = displayServers(environment);
     const bool mayBeWayland =
         std::find(servers.begin(), servers.end(), DisplayServer::Wayland) != servers.end();
-    // A connection that was handed to us is good for one client, and that is Qt.
+    // An inherited connection serves one client only, and Qt needs it.
     if (!mayBeWayland || environment("WAYLAND_SOCKET") ||
         !environment(inputMethodVariable).value_or(QByteArray()).isEmpty()) {
         return;
     }
     if (isSeatless()) {
         qCDebug(windowsLog) << "the compositor has no seat: its input method is not used";
-        qputenv(inputMethodVariable, "compose"); // comes with Qt
+        qputenv(inputMethodVariable, "compose"); // part of Qt
     }
 }
 

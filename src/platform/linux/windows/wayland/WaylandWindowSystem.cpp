@@ -12,11 +12,11 @@
 namespace amberquill::desktop {
 namespace {
 
-// For what the compositor offers, which Qt has been told a moment ago.
+// For the compositor's globals. It has already sent them to Qt, so it answers quickly.
 constexpr std::chrono::milliseconds compositorPatience{100};
 
-// The request xdg_toplevel.set_fullscreen of xdg-shell without an output, which leaves the choice to the
-// compositor. Qt's own request always names one. The proxy is Qt's. False where there is none.
+// Sends xdg_toplevel.set_fullscreen without an output, so that the compositor chooses one; Qt's own request
+// always names an output. The proxy is Qt's. False: the window has no proxy.
 [[nodiscard]] bool askForFullScreen(QWindow& window) {
     auto* native = QGuiApplication::platformNativeInterface();
     auto* toplevel = static_cast<wl_proxy*>(native->nativeResourceForWindow("xdg_toplevel", &window));
@@ -28,7 +28,7 @@ constexpr std::chrono::milliseconds compositorPatience{100};
     return true;
 }
 
-// Null where it has none.
+// Null: the window has no surface.
 [[nodiscard]] wl_surface* surfaceOf(QWindow& window) {
     auto* native = QGuiApplication::platformNativeInterface();
     return static_cast<wl_surface*>(native->nativeResourceForWindow("surface", &window));
@@ -44,7 +44,7 @@ WaylandWindowSystem::WaylandWindowSystem(wl_display* display)
     const QDeadlineTimer deadline(compositorPatience);
     if (events_.roundTrip(deadline)) {
         blur_.follow();
-        // Where it is told whether it can blur after it has been taken up.
+        // A manager sends its capabilities only after it is bound: a second round trip.
         static_cast<void>(blur_.isUndecided() && events_.roundTrip(deadline));
     }
 }
@@ -56,8 +56,8 @@ void WaylandWindowSystem::follow() const {
     blur_.follow();
 }
 
-// Compositors of one family draw nothing but black behind a full-screen window. They let their screens be
-// copied, which others do not.
+// One family of compositors draws black behind a full-screen window. These compositors offer copying of screens,
+// the others do not.
 bool WaylandWindowSystem::blendsWindows() const {
     follow();
     return blur_.isOffered() || globals_.find("zwlr_screencopy_manager_v1") == nullptr;
@@ -76,19 +76,19 @@ void WaylandWindowSystem::present(QWindow& window, QScreen*) {
     if (!window.isVisible()) {
         window.setFlags(window.flags() | Qt::FramelessWindowHint);
         window.setWindowStates(Qt::WindowNoState);
-        // Until the compositor has told the size of its choice.
+        // A provisional size, until the compositor sends the size of the chosen output.
         window.resize(QGuiApplication::primaryScreen()->size());
         window.setVisible(true);
         if (!askForFullScreen(window)) {
             window.setWindowStates(Qt::WindowFullScreen);
         }
-        // Before its first picture. The surface of an earlier showing has gone, and only now its effect goes:
-        // without it, what is behind a window on its way off the screen would be seen sharp.
+        // Before the window's first frame. Releases the effect of the earlier surface only now: without the
+        // effect, the content behind a window that is being hidden would be seen sharp.
         follow();
         blur_.cover(surfaceOf(window));
     }
-    // Qt 6.4 takes the token from the environment alone. It removes it from there once it is used; what is
-    // not used must not reach the applications that are opened later.
+    // Qt 6.4 reads the token from the environment only, and removes it when it uses it. An unused token is removed
+    // here, so that applications opened later do not inherit it.
     constexpr auto variable = "XDG_ACTIVATION_TOKEN";
     if (!token_.isEmpty()) {
         qputenv(variable, token_.toUtf8());

@@ -14,11 +14,11 @@ namespace amberquill::desktop {
 
 class DialogFocus;
 
-// A full-screen toplevel by xdg-shell. Which screen it covers, what lies above it and whether task bars list
-// it are the compositor's to decide.
+// A full-screen toplevel by xdg-shell. The compositor decides which screen the window covers, which windows are
+// above it, and whether task bars list it.
 class WaylandWindowSystem final : public WindowSystem {
 public:
-    // Made after the application object, on its connection.
+    // Constructed after the application object, on its connection.
     explicit WaylandWindowSystem(wl_display* display);
     ~WaylandWindowSystem() override;
 
@@ -32,14 +32,14 @@ public:
     void setActivationToken(const QString& token) override;
     void present(QWindow& window, QScreen* screen) override;
     void withdraw(QWindow& window) override;
-    // Silent: no protocol that Debian 12's compositors speak rings a bell.
+    // Silent: the compositors of Debian 12 offer no protocol for a bell.
     void beep() override {}
 
 private:
     void follow() const;
 
     QString token_;
-    // What the compositor offers is learned as it is asked for.
+    // Mutable: const questions first handle the pending events.
     mutable EventQueue events_;
     Globals globals_;
     mutable BlurBehind blur_;

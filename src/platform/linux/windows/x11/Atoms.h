@@ -4,8 +4,7 @@
 
 namespace amberquill::desktop {
 
-// The properties and states of the launcher's window: the Extended Window Manager Hints, and KDE's where the
-// name says so.
+// Atoms of the Extended Window Manager Hints, and KDE's (with Kde in the name).
 enum class AtomName {
     SupportingWmCheck,
     State,
@@ -24,7 +23,7 @@ enum class AtomName {
 // The atoms on one X server.
 class Atoms {
 public:
-    // One round trip for all.
+    // One round trip for all atoms.
     explicit Atoms(xcb_connection_t* connection)
         : values_(internAtoms(connection, names_)) {}
 

@@ -21,7 +21,7 @@ bool seemsToMoveFocus(const xcb_generic_event_t& event, xcb_atom_t activeWindow)
 
 FocusFilter::FocusFilter(xcb_atom_t activeWindow)
     : activeWindow_(activeWindow) {
-    // Its destruction removes it.
+    // The destructor of QAbstractNativeEventFilter removes it.
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
 

@@ -10,8 +10,8 @@
 #include <qpa/qplatformscreen.h>
 #include <qpa/qplatformwindow.h>
 #include <span>
-// The time that Qt puts into its requests to the window manager is that of the last event it saw itself.
-// A launcher is shown on behalf of events that others saw, and only this private header can tell Qt of them.
+// Qt puts the time of the last event that it received into its requests to the window manager. The launcher is
+// shown because of events that other programs received, and only this private header can set their time.
 #include <cstdint>
 #include <private/qtx11extras_p.h>
 #include <string_view>
@@ -80,7 +80,7 @@ X11WindowSystem::X11WindowSystem(xcb_connection_t* connection)
         watch(screen);
         keepOnLivingScreen();
     });
-    // Queued: Qt is still taking the screen down.
+    // Queued, because Qt is still removing the screen.
     connect(qGuiApp, &QGuiApplication::screenRemoved, this, &X11WindowSystem::keepOnLivingScreen,
             Qt::QueuedConnection);
 }
@@ -169,9 +169,8 @@ void X11WindowSystem::keepOnLivingScreen() {
     }
 }
 
-// What a window manager and a compositor read when the window is mapped. A window manager takes the states
-// and the desktop off a window that is withdrawn, so they are set each time. Qt adds full screen to the
-// states.
+// Sets the properties that window managers and compositors read when the window is mapped. Each time, because a
+// window manager removes the states and the desktop when a window is withdrawn. Qt adds the full-screen state.
 void X11WindowSystem::describe(QWindow& window) {
     std::vector<uint32_t> states{atoms_[AtomName::StateAbove], atoms_[AtomName::StateSticky]};
     if (!listedInTaskBars_) {
@@ -181,7 +180,7 @@ void X11WindowSystem::describe(QWindow& window) {
     const auto id = handle(window);
     writeProperty(connection_, id, atoms_[AtomName::State], XCB_ATOM_ATOM, states);
     writeProperty(connection_, id, atoms_[AtomName::Desktop], XCB_ATOM_CARDINAL, std::array{onEveryDesktop});
-    // A full-screen window may switch the compositor off, and with it what is seen through the window.
+    // Otherwise a full-screen window may switch compositing off, and the window would not be transparent.
     writeProperty(connection_, id, atoms_[AtomName::BypassCompositor], XCB_ATOM_CARDINAL,
                   std::array{keepCompositing});
     writeProperty(connection_, id, atoms_[AtomName::KdeSkipCloseAnimation], XCB_ATOM_CARDINAL,
@@ -196,11 +195,11 @@ void X11WindowSystem::describe(QWindow& window) {
     }
 }
 
-// A window manager puts a full-screen window on the monitor where it finds it.
+// A window manager makes a window full screen on the monitor where the window is.
 void X11WindowSystem::place(QWindow& window, QScreen& screen) {
     window.setGeometry(screen.geometry());
-    // Once more behind Qt's back: it asks for nothing when it believes the window to be there, and does not
-    // hear of it when a window manager moves a window that is withdrawn.
+    // Also without Qt: it sends no request if it believes that the window is there already, and it does not
+    // notice when a window manager moves a withdrawn window.
     const QRect area = screen.handle()->geometry();
     const std::array<int32_t, 4> values{area.x(), area.y(), area.width(), area.height()};
     xcb_configure_window(connection_, handle(window),
@@ -215,8 +214,8 @@ void X11WindowSystem::place(QWindow& window, QScreen& screen) {
     }
 }
 
-// Moves a window that is up. Window managers keep a full-screen window on its monitor, so it stops being one
-// for the move; without a window manager the geometry alone counts.
+// Moves a mapped window. Window managers keep a full-screen window on its monitor, so the full-screen state is
+// removed during the move. Without a window manager, only the geometry counts.
 void X11WindowSystem::move(QWindow& window, QScreen& screen) {
     window.setWindowStates(Qt::WindowNoState);
     window.setScreen(&screen);
@@ -225,7 +224,7 @@ void X11WindowSystem::move(QWindow& window, QScreen& screen) {
 }
 
 bool X11WindowSystem::eventFilter(QObject* watched, QEvent* event) {
-    // Mapped: window managers have placed it by now.
+    // The window is mapped, so window managers have placed it.
     if (event->type() == QEvent::Expose && watched == window_ && window_->isExposed()) {
         tellPlace(*window_);
     }
@@ -234,7 +233,7 @@ bool X11WindowSystem::eventFilter(QObject* watched, QEvent* event) {
 
 // Some window managers move a window into a frame, move the frame to the requested place, and send no event.
 // Qt may have read the position in between, and would open menus there. So this sends the ConfigureNotify
-// event instead.
+// event to Qt.
 void X11WindowSystem::tellPlace(QWindow& window) const {
     const auto id = handle(window);
     const XcbReply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
@@ -243,7 +242,7 @@ void X11WindowSystem::tellPlace(QWindow& window) const {
     if (!origin || known.topLeft() == QPoint(origin->dst_x, origin->dst_y)) {
         return;
     }
-    // An event is sent in 32 bytes, whatever its kind takes of them.
+    // Every event is sent as 32 bytes, even if its struct is smaller.
     union {
         xcb_configure_notify_event_t event;
         std::array<char, 32> bytes;
@@ -259,14 +258,14 @@ void X11WindowSystem::tellPlace(QWindow& window) const {
     xcb_flush(connection_);
 }
 
-// Window managers refuse the focus to a window whose user did something later in another one. Whatever the
-// user did to see the launcher, it is answered at once: where its time is not known, it is now.
+// Window managers refuse the focus to a window if the user has used another window later. The launcher is shown
+// right after the user's action, so if the action's time is unknown, the current time is used.
 void X11WindowSystem::noteUserTime() {
     // Zero is CurrentTime, not a time.
     const auto told = static_cast<std::uint32_t>(std::exchange(userTime_, std::nullopt).value_or(UserTime{}));
     QX11Info::setAppTime(told != XCB_CURRENT_TIME ? told : QX11Info::getTimestamp());
     if (!startupId_.isEmpty()) {
-        // Qt tells whoever shows a busy pointer for this start that it is complete.
+        // Qt broadcasts that this start is complete, which ends the busy pointer.
         QX11Info::setNextStartupId(startupId_.toUtf8());
         startupId_.clear();
     }
@@ -285,7 +284,6 @@ void X11WindowSystem::giveFocusBack() {
     }
 }
 
-// A property that a dead window manager left behind does not count: the window it names must say the same.
 // A compositing manager owns a selection named after the screen.
 bool X11WindowSystem::blendsWindows() const {
     constexpr std::string_view name = "_NET_WM_CM_S0";
@@ -300,13 +298,13 @@ bool X11WindowSystem::blendsWindows() const {
     return owner && owner->owner != XCB_WINDOW_NONE;
 }
 
-// The root window keeps the property of one that died: it must be there, too.
+// The root window keeps the property of a dead compositing manager, so a living one is required, too.
 bool X11WindowSystem::blursBehindWindows() const {
     return blendsWindows() &&
            understandsBlurRegion(connection_, root_, atoms_[AtomName::KdeBlurBehindRegion]);
 }
 
-// A window manager keeps the focus on a window of its own then, or on none.
+// If no client has the focus, a window manager keeps the focus on its own window, or on none.
 bool X11WindowSystem::nobodyHasFocus() const {
     const auto managers = windowProperty(connection_, root_, atoms_[AtomName::SupportingWmCheck]);
     const auto owner = focusOwner();
@@ -320,6 +318,8 @@ bool X11WindowSystem::nobodyHasFocus() const {
            clientOf(*owner) == clientOf(*managers);
 }
 
+// The root window keeps the property of a dead window manager, so the window that it names must have the same
+// property.
 bool X11WindowSystem::hasWindowManager() const {
     const auto property = atoms_[AtomName::SupportingWmCheck];
     const auto check = windowProperty(connection_, root_, property);

@@ -11,7 +11,7 @@
 
 namespace amberquill::desktop {
 
-// The launcher's window by the Extended Window Manager Hints, and on a server without a window manager. Made
+// The launcher's window by the Extended Window Manager Hints; also works without a window manager. Constructed
 // after the application object, on its X connection.
 class X11WindowSystem final : public QObject, public WindowSystem {
     Q_OBJECT
@@ -51,8 +51,8 @@ private:
     xcb_window_t root_;
     Atoms atoms_;
     FocusFilter focusFilter_;
-    QPointer<QWindow> window_;                 // the one that is up
-    std::optional<xcb_window_t> earlierFocus_; // to give the focus back to; none where a window manager does
+    QPointer<QWindow> window_;                 // the shown window
+    std::optional<xcb_window_t> earlierFocus_; // gets the focus back; none: a window manager does that
     QString startupId_;
     std::optional<UserTime> userTime_; // of the X server, in milliseconds; none: now
     bool listedInTaskBars_ = false;

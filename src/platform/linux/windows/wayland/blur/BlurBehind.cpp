@@ -67,7 +67,7 @@ bool BlurBehind::isOffered() const {
 }
 
 void BlurBehind::cover(wl_surface* surface) {
-    // First: a surface can have one object only.
+    // First, because a surface can have only one effect object.
     generalEffect_.reset();
     kwinsEffect_.reset();
     if (surface == nullptr) {
@@ -83,7 +83,7 @@ void BlurBehind::cover(wl_surface* surface) {
         wl_region_destroy(everywhere);
     } else if (kwins_) {
         kwinsEffect_.reset(org_kde_kwin_blur_manager_create(kwins_.get(), surface));
-        org_kde_kwin_blur_set_region(kwinsEffect_.get(), nullptr); // all of it
+        org_kde_kwin_blur_set_region(kwinsEffect_.get(), nullptr); // null: the whole surface
         org_kde_kwin_blur_commit(kwinsEffect_.get());
     }
 }

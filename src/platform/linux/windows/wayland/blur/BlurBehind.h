@@ -14,7 +14,7 @@ struct wl_surface;
 
 namespace amberquill::desktop {
 
-// The compositor's own blur behind a surface, by the protocol ext-background-effect-v1 or org_kde_kwin_blur.
+// The compositor's blur behind a surface, by the protocol ext-background-effect-v1 or org_kde_kwin_blur.
 // Main thread only; destroyed before the connection is closed.
 class BlurBehind {
 public:
@@ -25,17 +25,17 @@ public:
     BlurBehind& operator=(const BlurBehind&) = delete;
     ~BlurBehind() = default;
 
-    // Binds the protocol that is offered now and releases one that is not any more. A manager may tell only
-    // later, by an event, whether it can blur.
+    // Binds the protocol that is offered now and releases one that is no longer offered. A manager may send its
+    // capabilities later, by an event.
     void follow();
 
-    // Whether a surface that is covered now will be blurred.
+    // Whether cover() would blur now.
     [[nodiscard]] bool isOffered() const;
 
-    // Whether the bound manager has not told yet what it can do.
+    // Whether the bound manager has not sent its capabilities yet.
     [[nodiscard]] bool isUndecided() const { return general_ && !hasSpoken_; }
 
-    // Blurs behind the whole surface from its next commit on. Releases the effect of an earlier surface.
+    // Blurs the content behind the whole surface from its next commit on. Releases an earlier surface's effect.
     void cover(wl_surface* surface);
 
 private:
