@@ -368,7 +368,7 @@ int main(int argc, char* argv[]) {
     if (!instance.hasBus()) {
         qCDebug(shellLog, "no session bus answers");
         // Before the views exist: creating them has Qt's accessibility connect to the session bus.
-        desktop::leaveSessionBusAlone();
+        desktop::disableSessionBus();
     }
     delegate.applicationDidFinishLaunching();
     const int status = QApplication::exec();

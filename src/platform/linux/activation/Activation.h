@@ -38,9 +38,9 @@ Q_DECLARE_LOGGING_CATEGORY(activationLog)
 // application object's platform name, or empty before that object exists. If the environment has both kinds,
 // the platform's own kind is preferred.
 //
-// A token is valid once, so this removes it from our environment. Call this after constructing the application
-// object, unless this process only hands the token over: on X11 the application object reads the id, and Qt
-// completes the startup notification when the first window is shown.
+// A token is valid once, so this removes it from our environment. Call this after constructing the
+// application object, unless this process only hands the token over: on X11 the application object reads the
+// id, and Qt completes the startup notification when the first window is shown.
 [[nodiscard]] QString takeStartToken(const InheritedEnvironment& start, QStringView platform);
 
 } // namespace amberquill::desktop

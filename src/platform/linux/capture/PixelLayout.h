@@ -7,8 +7,8 @@
 
 namespace amberquill::desktop {
 
-// A server's pixel format without a palette: 16, 24 or 32 bits per pixel, the lowest byte first, and the bits of
-// each colour channel.
+// A server's pixel format without a palette: 16, 24 or 32 bits per pixel, the lowest byte first, and the bits
+// of each colour channel.
 class PixelLayout {
 public:
     // None: an unsupported layout.
@@ -17,7 +17,8 @@ public:
 
     [[nodiscard]] int bytesPerPixel() const { return bytesPerPixel_; }
 
-    // Whether a row of such pixels, if aligned to four bytes, can be used as QRgb except for the highest byte.
+    // Whether a row of such pixels, if aligned to four bytes, can be used as QRgb except for the highest
+    // byte.
     [[nodiscard]] bool isQtRgb() const { return isQtRgb_; }
 
     // Converts `count` pixels to QRgb without alpha.

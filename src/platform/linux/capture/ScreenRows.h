@@ -55,8 +55,9 @@ public:
     // Null images: rows are missing, or there was not enough memory.
     [[nodiscard]] ScreenPicture picture() const;
 
-    // The picture of the rows so far. Missing rows are filled from `other`, an earlier picture of the same screen
-    // in any size, or, if that is null, with the mean colour of the rows so far. Null images: neither exists.
+    // The picture of the rows so far. Missing rows are filled from `other`, an earlier picture of the same
+    // screen in any size, or, if that is null, with the mean colour of the rows so far. Null images: neither
+    // exists.
     [[nodiscard]] ScreenPicture pictureOver(const QImage& other) const;
 
 private:

@@ -30,8 +30,8 @@ AsyncBusConnector::AsyncBusConnector(QByteArray address, QString name, MainQueue
 void AsyncBusConnector::connect(Connected then) {
     queue_.runInBackground(
         [address = address_, name = name_] {
-            // One at a time: Qt crashes if one thread releases a connection while another makes one of the same
-            // name. The main thread looks up the connection by its name.
+            // One at a time: Qt crashes if one thread releases a connection while another makes one of the
+            // same name. The main thread looks up the connection by its name.
             static std::mutex turn;
             const std::scoped_lock mine(turn);
             static_cast<void>(connectTo(address, name));

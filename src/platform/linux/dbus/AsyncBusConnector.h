@@ -9,12 +9,13 @@
 
 namespace amberquill::desktop {
 
-// Returns the current connection to the session bus: a new one after the bus was lost and found again, one that
-// is not connected if there is no bus. The first call may connect, which takes a moment. Main thread only.
+// Returns the current connection to the session bus: a new one after the bus was lost and found again, one
+// that is not connected if there is no bus. The first call may connect, which takes a moment. Main thread
+// only.
 using CurrentBus = std::function<QDBusConnection()>;
 
-// Connects to a bus on a background thread, because a bus that hangs blocks the connecting thread. Use it on the
-// main thread only.
+// Connects to a bus on a background thread, because a bus that hangs blocks the connecting thread. Use it on
+// the main thread only.
 class AsyncBusConnector {
 public:
     // `address`: of the bus. `name`: Qt's name for the connection.
@@ -25,8 +26,8 @@ public:
 
     using Connected = std::function<void(const QDBusConnection&)>;
 
-    // Makes the connection, in place of an earlier one. Calls `then` later: with the connection, or with one that
-    // is not connected if no bus answers in time. Does not call it if this object is destroyed first.
+    // Makes the connection, in place of an earlier one. Calls `then` later: with the connection, or with one
+    // that is not connected if no bus answers in time. Does not call it if this object is destroyed first.
     void connect(Connected then);
 
 private:

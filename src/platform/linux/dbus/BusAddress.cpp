@@ -26,11 +26,11 @@ std::optional<QByteArray> sessionBusAddress(const Environment& environment) {
 void doNotLaunchSessionBus(const Environment& environment) {
     if (!sessionBusAddress(environment)) {
         // Without any address, the reference library launches a bus.
-        leaveSessionBusAlone();
+        disableSessionBus();
     }
 }
 
-void leaveSessionBusAlone() {
+void disableSessionBus() {
     // An invalid address: every connection to it fails.
     qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
 }

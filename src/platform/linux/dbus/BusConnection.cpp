@@ -12,7 +12,8 @@ namespace {
 // Far above the size of any real request.
 constexpr long largestMessage = 1024L * 1024;
 
-// Waits for the authentication, for at most `longest`. Without this, sending would wait for it without a limit.
+// Waits for the authentication, for at most `longest`. Without this, sending would wait for it without a
+// limit.
 bool authenticate(DBusConnection& connection, std::chrono::milliseconds longest) {
     const QDeadlineTimer end(longest);
     while (dbus_connection_get_is_authenticated(&connection) == FALSE) {

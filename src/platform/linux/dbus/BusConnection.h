@@ -5,7 +5,7 @@
 // Parts:
 // - BusConnection: libdbus connections and calls with a limit, for any thread. BusWatches: runs such a
 //   connection on the main thread's event loop.
-// - BusAddress: the session bus's address, and functions that keep libraries from launching or awaiting a bus.
+// - BusAddress: the session bus's address, and ways to keep libraries from launching or awaiting a bus.
 // - AsyncBusConnector: makes QtDBus connections on a background thread. CurrentBus: the current connection.
 //
 // Rules: the main thread never waits for a bus. A bus that does not answer within the limit counts as none.
@@ -53,8 +53,9 @@ struct BusReply {
 [[nodiscard]] BusReply call(DBusConnection& connection, DBusMessage& message,
                             std::chrono::milliseconds longest);
 
-// Connects to the first reachable bus of an address (D-Bus Specification, "Server Addresses") and registers with
-// it. Null: no bus, or it has not answered in time. Never launches a bus, even if the address asks for it.
+// Connects to the first reachable bus of an address (D-Bus Specification, "Server Addresses") and registers
+// with it. Null: no bus, or it has not answered in time. An address that begins with "autolaunch:" counts as
+// no bus.
 [[nodiscard]] BusConnection connectToBus(const QByteArray& address, std::chrono::milliseconds longest);
 
 // Requests the name. Whether the connection owns it now; none: the bus has not answered in time.

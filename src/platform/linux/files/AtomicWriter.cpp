@@ -31,8 +31,8 @@ QByteArray folderOf(const QByteArray& path) {
     return slash <= 0 ? QByteArray("/") : path.left(slash);
 }
 
-// The target of a chain of symbolic links, whether or not it exists; `path` itself if it is no link. None: the
-// links form a loop.
+// The target of a chain of symbolic links, whether or not it exists; `path` itself if it is no link. None:
+// the links form a loop.
 std::optional<QByteArray> linkTarget(QByteArray path) {
     for (int links = 0; links <= maximumLinks; ++links) {
         std::array<char, PATH_MAX> target = {};
@@ -133,8 +133,8 @@ bool isTemporaryName(std::string_view name) {
     if (rest.size() == randomDigits) {
         return std::all_of(rest.begin(), rest.end(), isHexDigit);
     }
-    // Version 0.1.0 used six random letters and digits. Six small letters may be a word in a user's file name,
-    // so those files are kept.
+    // Version 0.1.0 used six random letters and digits. Six small letters may be a word in a user's file
+    // name, so those files are kept.
     constexpr std::size_t olderDigits = 6;
     return rest.size() == olderDigits && std::all_of(rest.begin(), rest.end(), isLetterOrDigit) &&
            !std::all_of(rest.begin(), rest.end(), isLowerCaseLetter);
@@ -225,8 +225,8 @@ std::optional<TemporaryFile> makeTemporaryFile(const QByteArray& folder, mode_t 
             }
             return std::nullopt;
         }
-        // Before the lock, another process may remove the file as a leftover. On file systems without locks no
-        // leftovers are removed.
+        // Before the lock, another process may remove the file as a leftover. On file systems without locks
+        // no leftovers are removed.
         static_cast<void>(::flock(made.file.get(), LOCK_EX));
         struct stat status = {};
         if (::fstat(made.file.get(), &status) == 0 && status.st_nlink > 0) {

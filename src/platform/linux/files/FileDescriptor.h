@@ -42,8 +42,8 @@ private:
     int descriptor_ = -1;
 };
 
-// Waits until data or the end can be read from the descriptor. False: not before the deadline. Checks at least
-// once, even after the deadline. Any thread.
+// Waits until data or the end can be read from the descriptor. False: not before the deadline. Checks at
+// least once, even after the deadline. Any thread.
 [[nodiscard]] bool isReadableBy(int descriptor, QDeadlineTimer deadline);
 
 // A process descriptor (pidfd), which becomes readable when the child process ends. Not open if the kernel

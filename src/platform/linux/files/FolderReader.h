@@ -30,8 +30,8 @@ public:
     [[nodiscard]] std::optional<Child> next();
     [[nodiscard]] bool failed() const { return failed_; }
 
-    // The child's type. Asks the disk if the listing did not tell; DT_UNKNOWN if that fails, too. Symbolic links
-    // are not followed.
+    // The child's type. Asks the disk if the listing did not tell; DT_UNKNOWN if that fails, too. Symbolic
+    // links are not followed.
     [[nodiscard]] unsigned char typeOf(const Child& child) const;
 
 private:

@@ -24,7 +24,7 @@ timespec systemTime() {
 }
 
 // The roots in their order; empty in place of a root that does not answer.
-QByteArrayList answering(const QByteArrayList& roots, RootReaders* readers) {
+QByteArrayList respondingRoots(const QByteArrayList& roots, RootReaders* readers) {
     if (readers == nullptr) {
         return roots;
     }
@@ -83,7 +83,7 @@ private:
         queue_.compute(
             context_,
             [inotify = inotify_, roots = roots_, readers = readers_, since = started_] {
-                return watchFolders(*inotify, answering(roots, readers), since);
+                return watchFolders(*inotify, respondingRoots(roots, readers), since);
             },
             [this](WatchedFolders&& found) { adopt(std::move(found)); });
     }
@@ -146,8 +146,8 @@ private:
         }
         const auto known = folders_.byWatch.find(event.wd);
         if (known == folders_.byWatch.end()) {
-            // An event of a watch that the current walk has just added. IN_IGNORED alone means that a watch was
-            // removed.
+            // An event of a watch that the current walk has just added. IN_IGNORED alone means that a watch
+            // was removed.
             if ((event.mask & IN_IGNORED) == 0 && walking_) {
                 namesMoved_ = true;
                 filesChanged_ = true;

@@ -11,10 +11,10 @@ class RootReaders;
 
 namespace amberquill::desktop {
 
-// Watches folders by inotify, with their sub-folders to a depth of five. New sub-folders, and missing folders,
-// are watched as soon as they exist. Folders are walked on a background thread; nothing runs while nothing
-// changes. With `readers`, a folder that does not answer is left out and does not delay the others. When the
-// readers report that it has answered, call `watch` again.
+// Watches folders by inotify, with their sub-folders to a depth of five. New sub-folders, and missing
+// folders, are watched as soon as they exist. Folders are walked on a background thread; nothing runs while
+// nothing changes. With `readers`, a folder that does not answer is left out and does not delay the others.
+// When the readers report that it has answered, call `watch` again.
 //
 // `changed` is called after `quietSeconds` without a change, and every `patienceSeconds` while changes go on.
 class InotifyFolderWatcher final : public FolderWatcher {

@@ -11,9 +11,10 @@
 namespace amberquill::desktop {
 
 // Preferences in a file with one JSON object (RFC 8259). The file is read once. Changes are written soon, on
-// another thread; values that are set together are one write. Unknown keys are kept. An unreadable file (larger
-// than a mebibyte, truncated, not an object) gives defaults, and is set aside before the first write. If the
-// file is read late, nothing is written before it is read, and values that were set meanwhile take precedence.
+// another thread; values that are set together are one write. Unknown keys are kept. An unreadable file
+// (larger than a mebibyte, truncated, not an object) gives defaults, and is set aside before the first write.
+// If the file is read late, nothing is written before it is read, and values that were set meanwhile take
+// precedence.
 class JsonPreferences final : public Preferences {
 public:
     // The content of the file.

@@ -1,5 +1,5 @@
-// platform/linux/files/: reads and writes the disk by system calls, so that it never waits for a pipe, a device
-// or a terminal, and knows each error.
+// platform/linux/files/: reads and writes the disk by system calls, so that it never waits for a pipe, a
+// device or a terminal, and knows each error.
 //
 // Parts, from the bottom:
 // - FileDescriptor: owns a descriptor; bounded waits; process descriptors.
@@ -8,18 +8,19 @@
 // - PosixFileSystem: the FileSystem built on these. JsonPreferences: the preferences file.
 // - WatchWalk decides which folders need a watch; InotifyFolderWatcher watches them and reports changes.
 //
-// Rules: every read has a size limit. Symbolic links are followed for files, not below watched folders. Safe on any thread unless the class says otherwise. Log: amberquill.files.
+// Rules: every read has a size limit. Symbolic links are followed for files, not below watched folders. Safe
+// on any thread unless the class says otherwise. Log: amberquill.files.
 #pragma once
 
 #include "platform/FileSystem.h"
 
 namespace amberquill::desktop {
 
-// Files by system calls. Paths are UTF-8 on the disk in every locale. A name that is not UTF-8 cannot be written
-// as text, so it is skipped.
+// Files by system calls. Paths are UTF-8 on the disk in every locale. A name that is not UTF-8 cannot be
+// written as text, so it is skipped.
 //
-// A folder is listed in byte order of its names. A name is hidden if it begins with a dot, or is a line of the
-// folder's `.hidden` file.
+// A folder is listed in byte order of its names. A name is hidden if it begins with a dot, or is a line of
+// the folder's `.hidden` file.
 class PosixFileSystem final : public FileSystem {
 public:
     using FileSystem::listFolder;
@@ -41,8 +42,8 @@ public:
     bool writeAtomically(const QString& path, const QByteArray& content, NewFile newFile,
                          std::error_code& error) override;
 
-    // `layout.json` becomes `layout.json.unreadable-1`, or the next free number. If the path is a symbolic link,
-    // its target is renamed.
+    // `layout.json` becomes `layout.json.unreadable-1`, or the next free number. If the path is a symbolic
+    // link, its target is renamed.
     bool setAside(const QString& path) override;
 
     bool remove(const QString& path) override;

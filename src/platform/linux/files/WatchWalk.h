@@ -38,9 +38,9 @@ struct WatchedFolders {
 };
 
 // Adds the watches to `inotify` and returns their meanings. Each folder is watched before it is listed, so a
-// sub-folder created in between is either listed or reported. A missing root is awaited in the nearest existing
-// folder of its path. Symbolic links in a root's path are followed and watched; links below a root are not
-// followed. Empty roots are left out. `since` is in system time. Any thread.
+// sub-folder created in between is either listed or reported. A missing root is awaited in the nearest
+// existing folder of its path. Symbolic links in a root's path are followed and watched; links below a root
+// are not followed. Empty roots are left out. `since` is in system time. Any thread.
 [[nodiscard]] WatchedFolders watchFolders(const FileDescriptor& inotify, const QByteArrayList& roots,
                                           timespec since);
 

@@ -1,8 +1,8 @@
 // platform/linux/graphics/: finds out whether a hardware GPU draws for the launcher. If not, main() chooses
 // Qt's software renderer, which is faster than OpenGL emulated on the CPU.
 //
-// Parts: GraphicsFindings, the facts and the rule (pure), and the environment variables; RenderNodes, the GPUs
-// that the kernel offers; ServerOffers, the display server's extensions; HardwareGpu combines them.
+// Parts: GraphicsFindings, the facts and the rule (pure), and the environment variables; RenderNodes, the
+// GPUs that the kernel offers; ServerOffers, the display server's extensions; HardwareGpu combines them.
 //
 // Rules: runs once, before the application object exists, so without Qt's window system. Opens only GPUs of
 // virtual machines: opening wakes a GPU that is powered down. Asks the server only if there is a GPU at all.

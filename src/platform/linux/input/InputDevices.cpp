@@ -14,7 +14,7 @@ std::unique_ptr<GlobalShortcut> makeGlobalShortcut(MainQueue& queue, PortalShort
     if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
         auto shortcuts = std::make_unique<X11Shortcuts>(
             x11->connection(), static_cast<xcb_window_t>(QX11Info::appRootWindow()), queue);
-        // Its destruction removes it.
+        // The destructor of QAbstractNativeEventFilter removes it.
         qGuiApp->installNativeEventFilter(shortcuts.get());
         return shortcuts;
     }

@@ -8,7 +8,7 @@
 
 namespace amberquill::desktop {
 
-// The keycodes of X11, which Wayland's keymaps have too.
+// A keyboard with X11's keycodes, which Wayland keymaps use, too.
 class XkbKeyboard final : public Keyboard {
 public:
     [[nodiscard]] char americanLetter(std::uint32_t scanCode) const override {

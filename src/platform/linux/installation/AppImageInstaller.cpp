@@ -22,7 +22,7 @@ Q_LOGGING_CATEGORY(installationLog, "amberquill.installation", QtCriticalMsg)
 namespace {
 
 // Variables that the image sets for the program in it, and sets again when it is started again.
-constexpr std::array<std::string_view, 4> saidByImage = {"APPIMAGE=", "APPDIR=", "ARGV0=", "OWD="};
+constexpr std::array<std::string_view, 4> imageVariables = {"APPIMAGE=", "APPDIR=", "ARGV0=", "OWD="};
 
 QByteArray valueOf(const std::vector<QByteArray>& environment, const QByteArray& name) {
     for (const QByteArray& entry : environment) {
@@ -40,9 +40,8 @@ QByteArray folderOf(const QByteArray& path) {
 // The absolute path with all links resolved; empty: `path` is relative or does not exist.
 QByteArray resolved(const QByteArray& path) {
     std::array<char, PATH_MAX> target = {};
-    const bool leadsSomewhere =
-        path.startsWith('/') && ::realpath(path.constData(), target.data()) != nullptr;
-    return leadsSomewhere ? QByteArray(target.data()) : QByteArray();
+    const bool exists = path.startsWith('/') && ::realpath(path.constData(), target.data()) != nullptr;
+    return exists ? QByteArray(target.data()) : QByteArray();
 }
 
 // The mode of the file. None: this user may not replace it.
@@ -80,8 +79,7 @@ ssize_t copySome(int from, int to, std::vector<char>& buffer) {
 void flushFolder(const QByteArray& folder) {
     const FileDescriptor opened = openFolder(AT_FDCWD, folder.constData());
     if (opened.isOpen()) {
-        static_cast<void>(
-            ::fsync(opened.get())); // not every file system can; the file is in place anyway
+        static_cast<void>(::fsync(opened.get())); // not every file system can; the file is in place anyway
     }
 }
 
@@ -132,8 +130,8 @@ AppImageInstaller::AppImageInstaller(std::vector<QByteArray> environment, const 
     const qsizetype name = image_.lastIndexOf('/') + 1;
     staged_ = image_.left(name) + '.' + image_.mid(name) + ".update";
     std::erase_if(environment_, [](const QByteArray& entry) {
-        return std::any_of(saidByImage.begin(), saidByImage.end(), [&entry](std::string_view said) {
-            return entry.startsWith(QByteArrayView(said.data(), static_cast<qsizetype>(said.size())));
+        return std::any_of(imageVariables.begin(), imageVariables.end(), [&entry](std::string_view variable) {
+            return entry.startsWith(QByteArrayView(variable.data(), static_cast<qsizetype>(variable.size())));
         });
     });
 }

@@ -4,9 +4,9 @@
 // --version and reads its answer. Programs installed in other ways are not replaced; installKindOf tells how
 // they were installed.
 //
-// Rules: the new file is written beside the old one, flushed, asked for its version, then renamed over the old
-// file, so that an interruption at any point leaves a working program. The caller has checked the signature.
-// Blocks: call it on a background thread. Log: amberquill.installation.
+// Rules: the new file is written beside the old one, flushed, asked for its version, then renamed over the
+// old file, so that an interruption at any point leaves a working program. The caller has checked the
+// signature. Blocks: call it on a background thread. Log: amberquill.installation.
 #pragma once
 
 #include "platform/ProgramInstaller.h"
@@ -21,9 +21,9 @@ namespace amberquill::desktop {
 
 Q_DECLARE_LOGGING_CATEGORY(installationLog)
 
-// Replaces the program if it runs from an AppImage: a single file that sets environment variables with its own
-// path. Programs started from an AppImage inherit these variables. So the file counts as ours only if the running
-// program lies in the folder where the image is mounted.
+// Replaces the program if it runs from an AppImage: a single file that sets environment variables with its
+// own path. Programs started from an AppImage inherit these variables. So the file counts as ours only if the
+// running program lies in the folder where the image is mounted.
 //
 // If the path is a symbolic link, its target is replaced. The new file has the old one's mode.
 class AppImageInstaller final : public ProgramInstaller {
@@ -31,8 +31,8 @@ public:
     // The steps, for tests that interrupt the installer after one of them.
     enum class Step { Created, HalfCopied, Copied, Flushed, AskedVersion, Renamed };
 
-    // `environment` (NAME=value): of this program, and without the image's variables of the new one. `program`:
-    // this program's path. `reached` is called after each step.
+    // `environment` (NAME=value): of this program, and without the image's variables of the new one.
+    // `program`: this program's path. `reached` is called after each step.
     AppImageInstaller(
         std::vector<QByteArray> environment, const QString& program,
         std::function<void(Step)> reached = [](Step) {});

@@ -7,8 +7,8 @@
 
 namespace amberquill::desktop {
 
-// Starts the launcher at `path` with `--version` and reads its version from the line `Amberquill 1.2.3`. Waits
-// for half a minute at most. None: it does not start, or prints something else. Any thread.
+// Starts the launcher at `path` with `--version` and reads its version from the line `Amberquill 1.2.3`.
+// Waits for half a minute at most. None: it does not start, or prints something else. Any thread.
 [[nodiscard]] std::optional<QString> versionOfProgram(const QByteArray& path,
                                                       const std::vector<QByteArray>& environment);
 

@@ -38,8 +38,8 @@ public:
     void post(Work work) override;
 
     // These leave the CPU to the program's start. `runOneAtATime`: each lane runs one piece at a time, icons
-    // one for every two cores. `hold`: new background work waits, except `Lane::Launch` and
-    // `Lane::Apart`. `release` ends both.
+    // one for every two cores. `hold`: new background work waits, except `Lane::Launch` and `Lane::Apart`.
+    // `release` ends both.
     void runOneAtATime();
     void hold() { isHeld_ = true; }
     void release();

@@ -11,7 +11,8 @@ namespace amberquill::desktop {
 class ApplicationObject {
 public:
     // `carryOut` gets each request before its caller gets the reply. Requests that have already arrived are
-    // passed by the constructor. `lost` is called when the connection is lost; it must not delete this object.
+    // passed by the constructor. `lost` is called when the connection is lost; it must not delete this
+    // object.
     ApplicationObject(
         BusConnection connection, std::function<void(const ApplicationRequest&)> carryOut,
         std::function<void()> lost = [] {});

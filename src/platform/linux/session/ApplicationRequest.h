@@ -64,8 +64,8 @@ struct StartupRequest {
     bool operator==(const StartupRequest&) const = default;
 };
 
-// Reads the environment and the arguments: `--show` (the default), `--hide` or `--toggle`. The last one counts;
-// other arguments are ignored.
+// Reads the environment and the arguments: `--show` (the default), `--hide` or `--toggle`. The last one
+// counts; other arguments are ignored.
 [[nodiscard]] StartupRequest startupRequest(const Environment& environment,
                                             const QList<QByteArray>& arguments = {});
 

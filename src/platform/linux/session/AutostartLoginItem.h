@@ -43,7 +43,7 @@ public:
     [[nodiscard]] bool isEnabled() const override;
     void enable() override;
 
-    // Removes the user's entry. If the system has an entry, writes a hidden one that overrides it.
+    // Removes the user's entry, or replaces it by a hidden one if the system has an entry.
     void disable() override;
 
 private:

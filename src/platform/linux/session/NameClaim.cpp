@@ -76,7 +76,7 @@ struct NameClaim::State {
     QDeadlineTimer startEnds;
     QDeadlineTimer ownerEnds;
     bool handsOver = false;
-    bool startWentOn = false; // without the result
+    bool startContinued = false; // without the result
     std::optional<ClaimResult> result;
     std::function<void(ClaimResult)> then;
 };
@@ -87,7 +87,7 @@ NameClaim::NameClaim(const QByteArray& address, StartupRequest startup, const Cl
     state_->startEnds = QDeadlineTimer(bounds.start);
     const auto mayHandOver = [state = state_, bounds] {
         const std::scoped_lock lock(state->mutex);
-        state->handsOver = !state->startWentOn;
+        state->handsOver = !state->startContinued;
         // If the owner does not answer, the bus is asked once more: add its time.
         state->ownerEnds = QDeadlineTimer(bounds.owner + bounds.start);
         state->changed.notify_all();
@@ -97,7 +97,7 @@ NameClaim::NameClaim(const QByteArray& address, StartupRequest startup, const Cl
                         handedOver = std::move(handedOver)] {
         ClaimResult result = claimName(address, startup, bounds, mayHandOver);
         const std::scoped_lock lock(state->mutex);
-        if (result.kind == ClaimResult::Kind::HandedOver && !state->startWentOn) {
+        if (result.kind == ClaimResult::Kind::HandedOver && !state->startContinued) {
             handedOver();
         }
         if (state->then) {
@@ -114,7 +114,7 @@ NameClaim::NameClaim(const QByteArray& address, StartupRequest startup, const Cl
 
 NameClaim::~NameClaim() {
     const std::scoped_lock lock(state_->mutex);
-    state_->startWentOn = true;
+    state_->startContinued = true;
     state_->then = nullptr;
 }
 
@@ -127,7 +127,7 @@ std::optional<ClaimResult> NameClaim::settle(std::function<void(ClaimResult)> th
     if (state_->result) {
         return std::exchange(state_->result, std::nullopt);
     }
-    state_->startWentOn = true;
+    state_->startContinued = true;
     state_->then = std::move(then);
     return std::nullopt;
 }

@@ -29,8 +29,8 @@ struct ClaimResult {
 };
 
 // Takes the program's name on the bus, or else hands the request over to the name's owner. If the owner ends
-// meanwhile, tries again to take the name. Blocks, within the bounds. Before handing over, calls `mayHandOver`;
-// if that returns false, the owner counts as a stranger.
+// meanwhile, tries again to take the name. Blocks, within the bounds. Before handing over, calls
+// `mayHandOver`; if that returns false, the owner counts as a stranger.
 [[nodiscard]] ClaimResult claimName(const QByteArray& address, const StartupRequest& startup,
                                     const ClaimBounds& bounds, const std::function<bool()>& mayHandOver);
 

@@ -7,8 +7,8 @@ namespace amberquill::desktop {
 
 namespace {
 
-// In bytes. Larger blocks are mapped by themselves and returned to the system when they are freed. Larger free
-// space at the end of a heap is returned, too.
+// In bytes. Larger blocks are mapped by themselves and returned to the system when they are freed. Larger
+// free space at the end of a heap is returned, too.
 constexpr int largestInHeap = 256 * 1024;
 constexpr int largestFreeEnd = 1024 * 1024;
 

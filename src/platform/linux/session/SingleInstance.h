@@ -1,5 +1,5 @@
-// platform/linux/session/: the program in the desktop session: a single instance, optionally started at login,
-// ended by signals.
+// platform/linux/session/: the program in the desktop session: a single instance, optionally started at
+// login, ended by signals.
 //
 // Parts:
 // - ApplicationRequest (pure): show, hide or toggle, as a D-Bus call and as the program's own start
@@ -26,9 +26,9 @@ namespace amberquill::desktop {
 
 Q_DECLARE_LOGGING_CATEGORY(sessionLog)
 
-// Holds the name that a NameClaim has taken, and answers requests. When the bus ends and another one starts at
-// the same address, claims the name there: at once if the socket is in a folder that can be watched, or else
-// within seconds. Main thread only.
+// Holds the name that a NameClaim has taken, and answers requests. When the bus ends and another one starts
+// at the same address, claims the name there: at once if the socket is in a folder that can be watched, or
+// else within seconds. Main thread only.
 class SingleInstance {
 public:
     // Waits for the claim's result within its bounds: construct it late in a start, but before anything is

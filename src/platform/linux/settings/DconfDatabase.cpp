@@ -89,7 +89,7 @@ std::optional<Item> itemAt(std::string_view file, const Table& table, std::size_
 }
 
 // Whether the item's full key (its parents' keys, then its own) is `key`.
-bool isCalled(std::string_view file, const Table& table, Item item, std::string_view key) {
+bool hasFullKey(std::string_view file, const Table& table, Item item, std::string_view key) {
     while (key.ends_with(item.key)) {
         key.remove_suffix(item.key.size());
         if (item.parent == noParent) {
@@ -129,7 +129,7 @@ std::optional<std::string_view> valueOf(std::string_view database, std::string_v
         if (!item) {
             return std::nullopt;
         }
-        if (item->hash != hash || item->type != 'v' || !isCalled(database, *table, *item, key)) {
+        if (item->hash != hash || item->type != 'v' || !hasFullKey(database, *table, *item, key)) {
             continue;
         }
         return item->valueEnd >= item->valueBegin

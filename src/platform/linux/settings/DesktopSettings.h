@@ -35,8 +35,8 @@ Q_DECLARE_LOGGING_CATEGORY(settingsLog)
 // The whole of a settings file. None: missing, not a regular file, unreadable, or over four mebibytes.
 [[nodiscard]] std::optional<std::string> settingsContent(const QString& path);
 
-// The trimmed value of the first line "key = value" in the group "[group]" of a settings file's text. A marker
-// after the key, as in "key[$i]", is ignored.
+// The trimmed value of the first line "key = value" in the group "[group]" of a settings file's text. A
+// marker after the key, as in "key[$i]", is ignored.
 [[nodiscard]] std::optional<std::string_view> settingsValue(std::string_view content, std::string_view group,
                                                             std::string_view key);
 

@@ -22,8 +22,8 @@ struct PortalKey {
     bool operator==(const PortalKey&) const = default;
 };
 
-// Follows settings of the desktop's portal. Never blocks, and never starts the portal: a desktop with a portal
-// runs it. Main thread only.
+// Follows settings of the desktop's portal. Never blocks, and never starts the portal: a desktop with a
+// portal runs it. Main thread only.
 class PortalSettings final : public QObject {
     Q_OBJECT
 

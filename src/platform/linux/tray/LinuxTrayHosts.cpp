@@ -65,8 +65,8 @@ void LinuxTrayHosts::followBus() {
     watcher_ =
         std::make_unique<QDBusServiceWatcher>(service, *bus_, QDBusServiceWatcher::WatchForRegistration);
     connect(watcher_.get(), &QDBusServiceWatcher::serviceRegistered, this, &LinuxTrayHosts::ask);
-    // The watcher service may start before a host does. Any sender: for a named sender, Qt would block to look
-    // up its owner.
+    // The watcher service may start before a host does. Any sender: for a named sender, Qt would block to
+    // look up its owner.
     bus_->connect(QString(), path, service, QStringLiteral("StatusNotifierHostRegistered"), this,
                   SLOT(ask()));
 }

@@ -33,7 +33,8 @@ public:
     // Handles the events that have arrived, without waiting.
     void handle();
 
-    // Flushes requests and handles events until `isSo` is true. False: not in time, or the connection is lost.
+    // Flushes requests and handles events until `isSo` is true. False: not in time, or the connection is
+    // lost.
     [[nodiscard]] bool handleUntil(const std::function<bool()>& isSo, QDeadlineTimer deadline);
 
     // Waits until the compositor has handled all requests that were sent before.

@@ -26,8 +26,8 @@ struct XcbFree {
 template<typename Reply>
 using XcbReply = std::unique_ptr<Reply, XcbFree>;
 
-// Interns the atoms of all names in one round trip, creating those that do not exist. An atom is XCB_ATOM_NONE
-// if the server does not answer. Both spans have the same size.
+// Interns the atoms of all names in one round trip, creating those that do not exist. An atom is
+// XCB_ATOM_NONE if the server does not answer. Both spans have the same size.
 void internAtoms(xcb_connection_t* connection, std::span<const std::string_view> names,
                  std::span<xcb_atom_t> atoms);
 

@@ -9,9 +9,9 @@
 
 namespace amberquill::desktop {
 
-// Startup notification ids. An id contains the time of the click or key. The window manager activates a window
-// with the id unless the user has used another window since that time. Needs the application object, on X11.
-// Answers at once.
+// Startup notification ids. An id contains the time of the click or key. The window manager activates a
+// window with the id unless the user has used another window since that time. Needs the application object,
+// on X11. Answers at once.
 class X11ActivationTokens final : public ActivationTokens {
 public:
     void request(QWindow& window, const QString& applicationPath, std::function<void(QString)> then) override;

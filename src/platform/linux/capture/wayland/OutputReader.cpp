@@ -126,15 +126,15 @@ bool OutputReader::isReady(QDeadlineTimer deadline) {
         return false;
     }
     events_->handle();
-    if (wl_display_get_error(display_.get()) != 0 || (owed_ && !owed_->isOver())) {
+    if (wl_display_get_error(display_.get()) != 0 || (unanswered_ && !unanswered_->isOver())) {
         return false;
     }
-    owed_.reset();
-    return takeUp(deadline);
+    unanswered_.reset();
+    return bindGlobals(deadline);
 }
 
 // Binds the globals that are offered now. If copying is not offered, waits for one round trip only.
-bool OutputReader::takeUp(QDeadlineTimer deadline) {
+bool OutputReader::bindGlobals(QDeadlineTimer deadline) {
     if (!manager_ && !events_->roundTrip(deadline)) {
         return false;
     }
@@ -187,27 +187,27 @@ const OutputReader::Output* OutputReader::find(const QString& name, QDeadlineTim
 
 ScreenPicture OutputReader::copy(const Output& output, const Wanted& wanted, QDeadlineTimer deadline) {
     constexpr std::int32_t withoutPointer = 0;
-    owed_ = std::make_unique<Frame>(
+    unanswered_ = std::make_unique<Frame>(
         zwlr_screencopy_manager_v1_capture_output(manager_.get(), withoutPointer, output.object.get()));
-    Frame& frame = *owed_;
+    Frame& frame = *unanswered_;
     if (!events_->handleUntil([&frame] { return frame.isProposed || frame.isOver(); }, deadline)) {
         return {};
     }
     const auto layout = frame.layout;
     if (!layout || frame.isOver()) {
-        owed_.reset();
+        unanswered_.reset();
         return {};
     }
     const SharedFrame memory(shm_.get(), *layout);
     if (memory.buffer() == nullptr) {
-        owed_.reset();
+        unanswered_.reset();
         return {};
     }
     zwlr_screencopy_frame_v1_copy(frame.object.get(), memory.buffer());
     if (!events_->handleUntil([&frame] { return frame.isOver(); }, deadline)) {
         return {};
     }
-    const std::unique_ptr<Frame> over = std::move(owed_);
+    const std::unique_ptr<Frame> over = std::move(unanswered_);
     return over->isReady ? uprightPicture(*layout, Orientation::of(output.transform, over->bottomUp),
                                           memory.bytes(), wanted.shrink, wanted.alsoWhole)
                          : ScreenPicture();

@@ -34,8 +34,8 @@ public:
         bool alsoWhole;
     };
 
-    // Like ScreenCapture::capture. An empty name: the output that the compositor would choose. Also null while
-    // an earlier request is unanswered.
+    // Like ScreenCapture::capture. An empty name: the output that the compositor would choose. Also null
+    // while an earlier request is unanswered.
     [[nodiscard]] ScreenPicture read(const QString& output, const Wanted& wanted,
                                      std::chrono::milliseconds patience);
 
@@ -53,7 +53,7 @@ private:
     };
 
     [[nodiscard]] bool isReady(QDeadlineTimer deadline);
-    [[nodiscard]] bool takeUp(QDeadlineTimer deadline);
+    [[nodiscard]] bool bindGlobals(QDeadlineTimer deadline);
     void followOutputs();
     [[nodiscard]] const Output* find(const QString& name, QDeadlineTimer deadline);
     [[nodiscard]] ScreenPicture copy(const Output& output, const Wanted& wanted, QDeadlineTimer deadline);
@@ -65,7 +65,7 @@ private:
     std::unique_ptr<zwlr_screencopy_manager_v1, Delete> manager_;
     std::unique_ptr<OutputChoice> choice_;
     std::vector<std::unique_ptr<Output>> outputs_;
-    std::unique_ptr<Frame> owed_; // an earlier request without an answer
+    std::unique_ptr<Frame> unanswered_; // an earlier request without an answer
 };
 
 } // namespace amberquill::desktop

@@ -21,8 +21,8 @@ struct StoredFrame {
     QSize size;               // in memory, before rotation, in device pixels
     int stride = 0;           // bytes from one row to the next
 
-    // From the values that the compositor proposes. None: an unsupported format, or sizes that are inconsistent
-    // or larger than any output.
+    // From the values that the compositor proposes. None: an unsupported format, or sizes that are
+    // inconsistent or larger than any output.
     static std::optional<StoredFrame> of(std::uint32_t format, std::uint32_t width, std::uint32_t height,
                                          std::uint32_t stride);
 
@@ -43,8 +43,7 @@ struct Orientation {
     bool operator==(const Orientation&) const = default;
 };
 
-// The upright picture. `memory` holds frame.bytes() bytes of any content. 1 ≤ shrink ≤
-// RowShrinker::most.
+// The upright picture. `memory` holds frame.bytes() bytes of any content. 1 ≤ shrink ≤ RowShrinker::most.
 [[nodiscard]] ScreenPicture uprightPicture(const StoredFrame& frame, const Orientation& orientation,
                                            const unsigned char* memory, int shrink, bool alsoWhole);
 

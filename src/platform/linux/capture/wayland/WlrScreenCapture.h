@@ -11,7 +11,8 @@ namespace amberquill::desktop {
 
 class OutputReader;
 
-// Has a compositor copy an output. Uses its own connection, opened at the first capture; all waits are bounded.
+// Has a compositor copy an output. Uses its own connection, opened at the first capture; all waits are
+// bounded.
 class WlrScreenCapture final : public ScreenCapture {
 public:
     // The compositor copies when it next draws the output, usually within a sixtieth of a second.

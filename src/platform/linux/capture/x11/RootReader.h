@@ -20,8 +20,8 @@ namespace amberquill::desktop {
 class SharedPixels {
 public:
     SharedPixels() = default;
-    // Requests `size` shared bytes. `isShared` is false if there is not enough memory. If the server refuses, the
-    // first request that uses the segment fails.
+    // Requests `size` shared bytes. `isShared` is false if there is not enough memory. If the server refuses,
+    // the first request that uses the segment fails.
     SharedPixels(xcb_connection_t* connection, std::size_t size);
     SharedPixels(const SharedPixels&) = delete;
     SharedPixels& operator=(const SharedPixels&) = delete;

@@ -18,9 +18,8 @@ struct CapturePatience {
     std::chrono::milliseconds forSubstitute{80};
 };
 
-// Reads the root window, which has the screen's pixels with or without a compositing manager. Uses
-// its own connection, opened at the first capture: no other request waits for the pixels, and waits are
-// bounded.
+// Reads the root window, which has the screen's pixels with or without a compositing manager. Uses its own
+// connection, opened at the first capture: no other request waits for the pixels, and waits are bounded.
 class X11ScreenCapture final : public ScreenCapture {
 public:
     // `display`: the server's name; empty: $DISPLAY.

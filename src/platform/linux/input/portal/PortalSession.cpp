@@ -73,8 +73,8 @@ void PortalSession::registerProgram() {
 }
 
 void PortalSession::createSession() {
-    // The session's token is constant, because some desktops store shortcuts under it. The shortcuts are passed
-    // here as well: some desktops bind them now, and only open their settings at BindShortcuts.
+    // The session's token is constant, because some desktops store shortcuts under it. The shortcuts are
+    // passed here as well: some desktops bind them now, and only open their settings at BindShortcuts.
     const QVariantMap options = {{u"session_handle_token"_s, u"amberquill"_s},
                                  {u"shortcuts"_s, QVariant::fromValue(wanted())}};
     request(u"CreateSession"_s, {}, options, [this](const QVariantMap& results) {

@@ -11,14 +11,14 @@
 
 namespace amberquill::desktop {
 
-// One session with the portal org.freedesktop.portal.GlobalShortcuts, from the request to its end. Requests the
-// shortcuts once, even if the user refuses them. Delete it when it has ended.
+// One session with the portal org.freedesktop.portal.GlobalShortcuts, from the request to its end. Requests
+// the shortcuts once, even if the user refuses them. Delete it when it has ended.
 class PortalSession final : public QObject {
     Q_OBJECT
 
 public:
-    // The connection is the program's own for this portal. `number` is unique among the sessions of
-    // this connection.
+    // The connection is the program's own for this portal. `number` is unique among the sessions of this
+    // connection.
     PortalSession(QDBusConnection bus, std::map<std::uint32_t, KeyChord> shortcuts, int number);
     ~PortalSession() override;
     PortalSession(const PortalSession&) = delete;
@@ -43,7 +43,8 @@ private:
     void listShortcuts();
     void bindShortcuts();
 
-    // Calls a method that replies through a request object. `then` runs when the user or the portal has agreed.
+    // Calls a method that replies through a request object. `then` runs when the user or the portal has
+    // agreed.
     void request(const QString& method, QVariantList arguments, QVariantMap options, Response then);
 
     QDBusConnection bus_;

@@ -10,8 +10,8 @@
 
 namespace amberquill::desktop {
 
-// Global shortcuts by the portal org.freedesktop.portal.GlobalShortcuts, version 1 and later. The user decides
-// whether the program gets a shortcut, and which chord. A refusal lasts until the portal restarts.
+// Global shortcuts by the portal org.freedesktop.portal.GlobalShortcuts, version 1 and later. The user
+// decides whether the program gets a shortcut, and which chord. A refusal lasts until the portal restarts.
 class PortalShortcuts final : public QObject, public GlobalShortcut {
     Q_OBJECT
 
@@ -25,8 +25,8 @@ public:
     static constexpr double lasting = 60;
 
     // Makes a separate connection to the session bus, because the portal identifies programs by their
-    // connections. Calls back on the main thread, at once or later, with the connection; it is not connected if
-    // there is no bus.
+    // connections. Calls back on the main thread, at once or later, with the connection; it is not connected
+    // if there is no bus.
     using Connect = std::function<void(std::function<void(const QDBusConnection&)>)>;
 
     // `connect` is called again after the connection is lost.

@@ -39,7 +39,8 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, PortalShortcut& s
 void registerPortalTypes() {
     qDBusRegisterMetaType<PortalShortcut>();
     qDBusRegisterMetaType<PortalShortcutList>();
-    // Qt looks up a slot's parameter types by name, but registers the names of its own types only at first use.
+    // Qt looks up a slot's parameter types by name, but registers the names of its own types only at first
+    // use.
     qRegisterMetaType<QDBusObjectPath>();
 }
 

@@ -67,8 +67,8 @@ std::vector<xcb_keycode_t> keyCodesOf(const KeyboardMapping& mapping, xcb_keysym
 }
 
 xcb_keysym_t symbolOf(Qt::Key key) {
-    // Latin key symbols and Qt's keys both equal character codes; for letters, key symbols use the small letter
-    // and Qt the capital one.
+    // Latin key symbols and Qt's keys both equal character codes; for letters, key symbols use the small
+    // letter and Qt the capital one.
     const auto code = static_cast<xcb_keysym_t>(key);
     return key >= Qt::Key_A && key <= Qt::Key_Z ? code + ('a' - 'A') : code;
 }

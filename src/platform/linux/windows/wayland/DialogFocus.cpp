@@ -10,7 +10,7 @@ namespace {
 using SystemEvents = QWindowSystemInterfacePrivate;
 
 // The dialog that blocks the window, or the window itself.
-QWindow* answering(QWindow* window) {
+QWindow* focusTarget(QWindow* window) {
     QWindow* dialog = nullptr;
     const bool isBlocked =
         window != nullptr && QGuiApplicationPrivate::instance()->isWindowBlocked(window, &dialog);
@@ -31,10 +31,10 @@ bool DialogFocus::sendEvent(SystemEvents::WindowSystemEvent* event) {
     if (event->type == SystemEvents::ActivatedWindow) {
         auto& activation = static_cast<SystemEvents::ActivatedWindowEvent&>(*event);
         given_ = activation.activated;
-        activation.activated = answering(given_);
+        activation.activated = focusTarget(given_);
     } else if (event->type == SystemEvents::Key) {
         auto& key = static_cast<SystemEvents::KeyEvent&>(*event);
-        key.window = answering(key.window);
+        key.window = focusTarget(key.window);
     }
     const bool taken = QWindowSystemEventHandler::sendEvent(event);
     if (event->type == SystemEvents::Expose) {
@@ -45,7 +45,7 @@ bool DialogFocus::sendEvent(SystemEvents::WindowSystemEvent* event) {
 }
 
 void DialogFocus::follow() {
-    QWindow* wanted = answering(given_);
+    QWindow* wanted = focusTarget(given_);
     if (wanted != QGuiApplication::focusWindow() && given_ != nullptr) {
         SystemEvents::ActivatedWindowEvent activation(wanted, Qt::OtherFocusReason);
         QWindowSystemEventHandler::sendEvent(&activation);

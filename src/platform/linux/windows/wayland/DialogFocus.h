@@ -8,9 +8,9 @@ class QWindow;
 
 namespace amberquill::desktop {
 
-// Gives the keyboard focus to the open dialog. Some compositors leave the focus with a full-screen window even
-// if the window's own dialog is above it, and Qt drops key events for a window that a dialog blocks. Constructed
-// after the application object; main thread only.
+// Gives the keyboard focus to the open dialog. Some compositors leave the focus with a full-screen window
+// even if the window's own dialog is above it, and Qt drops key events for a window that a dialog blocks.
+// Constructed after the application object; main thread only.
 class DialogFocus final : public QObject, public QWindowSystemEventHandler {
     Q_OBJECT
 

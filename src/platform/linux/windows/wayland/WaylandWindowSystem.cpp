@@ -56,8 +56,8 @@ void WaylandWindowSystem::follow() const {
     blur_.follow();
 }
 
-// One family of compositors draws black behind a full-screen window. These compositors offer copying of screens,
-// the others do not.
+// One family of compositors draws black behind a full-screen window. These compositors offer copying of
+// screens, the others do not.
 bool WaylandWindowSystem::blendsWindows() const {
     follow();
     return blur_.isOffered() || globals_.find("zwlr_screencopy_manager_v1") == nullptr;
@@ -87,8 +87,8 @@ void WaylandWindowSystem::present(QWindow& window, QScreen*) {
         follow();
         blur_.cover(surfaceOf(window));
     }
-    // Qt 6.4 reads the token from the environment only, and removes it when it uses it. An unused token is removed
-    // here, so that applications opened later do not inherit it.
+    // Qt 6.4 reads the token from the environment only, and removes it when it uses it. An unused token is
+    // removed here, so that applications opened later do not inherit it.
     constexpr auto variable = "XDG_ACTIVATION_TOKEN";
     if (!token_.isEmpty()) {
         qputenv(variable, token_.toUtf8());

@@ -14,8 +14,8 @@ namespace amberquill::desktop {
 
 class DialogFocus;
 
-// A full-screen toplevel by xdg-shell. The compositor decides which screen the window covers, which windows are
-// above it, and whether task bars list it.
+// A full-screen toplevel by xdg-shell. The compositor decides which screen the window covers, which windows
+// are above it, and whether task bars list it.
 class WaylandWindowSystem final : public WindowSystem {
 public:
     // Constructed after the application object, on its connection.

@@ -10,9 +10,9 @@ namespace amberquill::desktop {
 // not.
 [[nodiscard]] bool seemsToMoveFocus(const xcb_generic_event_t& event, xcb_atom_t activeWindow);
 
-// Keeps such events from Qt while the filter exists. Qt reports a lost focus a tenth of a second after such an
-// event, so the launcher would hide at each grabbed key of another program, and while its own shortcut is held.
-// Constructed after the application object.
+// Keeps such events from Qt while the filter exists. Qt reports a lost focus a tenth of a second after such
+// an event, so the launcher would hide at each grabbed key of another program, and while its own shortcut is
+// held. Constructed after the application object.
 class FocusFilter final : public QAbstractNativeEventFilter {
 public:
     explicit FocusFilter(xcb_atom_t activeWindow);

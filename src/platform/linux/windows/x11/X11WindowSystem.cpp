@@ -10,8 +10,8 @@
 #include <qpa/qplatformscreen.h>
 #include <qpa/qplatformwindow.h>
 #include <span>
-// Qt puts the time of the last event that it received into its requests to the window manager. The launcher is
-// shown because of events that other programs received, and only this private header can set their time.
+// Qt puts the time of the last event that it received into its requests to the window manager. The launcher
+// is shown because of events that other programs received, and only this private header can set their time.
 #include <cstdint>
 #include <private/qtx11extras_p.h>
 #include <string_view>
@@ -169,8 +169,9 @@ void X11WindowSystem::keepOnLivingScreen() {
     }
 }
 
-// Sets the properties that window managers and compositors read when the window is mapped. Each time, because a
-// window manager removes the states and the desktop when a window is withdrawn. Qt adds the full-screen state.
+// Sets the properties that window managers and compositors read when the window is mapped. Each time, because
+// a window manager removes the states and the desktop when a window is withdrawn. Qt adds the full-screen
+// state.
 void X11WindowSystem::describe(QWindow& window) {
     std::vector<uint32_t> states{atoms_[AtomName::StateAbove], atoms_[AtomName::StateSticky]};
     if (!listedInTaskBars_) {
@@ -214,8 +215,8 @@ void X11WindowSystem::place(QWindow& window, QScreen& screen) {
     }
 }
 
-// Moves a mapped window. Window managers keep a full-screen window on its monitor, so the full-screen state is
-// removed during the move. Without a window manager, only the geometry counts.
+// Moves a mapped window. Window managers keep a full-screen window on its monitor, so the full-screen state
+// is removed during the move. Without a window manager, only the geometry counts.
 void X11WindowSystem::move(QWindow& window, QScreen& screen) {
     window.setWindowStates(Qt::WindowNoState);
     window.setScreen(&screen);
@@ -226,7 +227,7 @@ void X11WindowSystem::move(QWindow& window, QScreen& screen) {
 bool X11WindowSystem::eventFilter(QObject* watched, QEvent* event) {
     // The window is mapped, so window managers have placed it.
     if (event->type() == QEvent::Expose && watched == window_ && window_->isExposed()) {
-        tellPlace(*window_);
+        reportPosition(*window_);
     }
     return QObject::eventFilter(watched, event);
 }
@@ -234,7 +235,7 @@ bool X11WindowSystem::eventFilter(QObject* watched, QEvent* event) {
 // Some window managers move a window into a frame, move the frame to the requested place, and send no event.
 // Qt may have read the position in between, and would open menus there. So this sends the ConfigureNotify
 // event to Qt.
-void X11WindowSystem::tellPlace(QWindow& window) const {
+void X11WindowSystem::reportPosition(QWindow& window) const {
     const auto id = handle(window);
     const XcbReply<xcb_translate_coordinates_reply_t> origin(xcb_translate_coordinates_reply(
         connection_, xcb_translate_coordinates(connection_, id, root_, 0, 0), nullptr));
@@ -258,12 +259,12 @@ void X11WindowSystem::tellPlace(QWindow& window) const {
     xcb_flush(connection_);
 }
 
-// Window managers refuse the focus to a window if the user has used another window later. The launcher is shown
-// right after the user's action, so if the action's time is unknown, the current time is used.
+// Window managers refuse the focus to a window if the user has used another window later. The launcher is
+// shown right after the user's action, so if the action's time is unknown, the current time is used.
 void X11WindowSystem::noteUserTime() {
     // Zero is CurrentTime, not a time.
-    const auto told = static_cast<std::uint32_t>(std::exchange(userTime_, std::nullopt).value_or(UserTime{}));
-    QX11Info::setAppTime(told != XCB_CURRENT_TIME ? told : QX11Info::getTimestamp());
+    const auto time = static_cast<std::uint32_t>(std::exchange(userTime_, std::nullopt).value_or(UserTime{}));
+    QX11Info::setAppTime(time != XCB_CURRENT_TIME ? time : QX11Info::getTimestamp());
     if (!startupId_.isEmpty()) {
         // Qt broadcasts that this start is complete, which ends the busy pointer.
         QX11Info::setNextStartupId(startupId_.toUtf8());

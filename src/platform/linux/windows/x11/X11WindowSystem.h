@@ -11,8 +11,8 @@
 
 namespace amberquill::desktop {
 
-// The launcher's window by the Extended Window Manager Hints; also works without a window manager. Constructed
-// after the application object, on its X connection.
+// The launcher's window by the Extended Window Manager Hints; also works without a window manager.
+// Constructed after the application object, on its X connection.
 class X11WindowSystem final : public QObject, public WindowSystem {
     Q_OBJECT
 
@@ -38,7 +38,7 @@ private:
     void describe(QWindow& window);
     void place(QWindow& window, QScreen& screen);
     void move(QWindow& window, QScreen& screen);
-    void tellPlace(QWindow& window) const;
+    void reportPosition(QWindow& window) const;
     void noteUserTime();
     void giveFocusBack();
 

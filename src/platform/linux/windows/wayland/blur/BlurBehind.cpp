@@ -31,7 +31,7 @@ void BlurBehind::Delete::operator()(wl_compositor* compositor) const {
 void BlurBehind::follow() {
     if (general_ && !globals_.holds(generalName_)) {
         general_.reset();
-        hasSpoken_ = false;
+        hasCapabilities_ = false;
         generalBlurs_ = false;
     }
     if (kwins_ && !globals_.holds(kwinsName_)) {
@@ -44,7 +44,7 @@ void BlurBehind::follow() {
             globals_.bind(*offered, ext_background_effect_manager_v1_interface, 1)));
         static constexpr ext_background_effect_manager_v1_listener listener{
             .capabilities = [](void* self, ext_background_effect_manager_v1*, std::uint32_t flags) {
-                static_cast<BlurBehind*>(self)->hasSpoken_ = true;
+                static_cast<BlurBehind*>(self)->hasCapabilities_ = true;
                 static_cast<BlurBehind*>(self)->generalBlurs_ =
                     (flags & EXT_BACKGROUND_EFFECT_MANAGER_V1_CAPABILITY_BLUR) != 0;
             }};

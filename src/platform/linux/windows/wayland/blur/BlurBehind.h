@@ -25,17 +25,18 @@ public:
     BlurBehind& operator=(const BlurBehind&) = delete;
     ~BlurBehind() = default;
 
-    // Binds the protocol that is offered now and releases one that is no longer offered. A manager may send its
-    // capabilities later, by an event.
+    // Binds the protocol that is offered now and releases one that is no longer offered. A manager may send
+    // its capabilities later, by an event.
     void follow();
 
     // Whether cover() would blur now.
     [[nodiscard]] bool isOffered() const;
 
     // Whether the bound manager has not sent its capabilities yet.
-    [[nodiscard]] bool isUndecided() const { return general_ && !hasSpoken_; }
+    [[nodiscard]] bool isUndecided() const { return general_ && !hasCapabilities_; }
 
-    // Blurs the content behind the whole surface from its next commit on. Releases an earlier surface's effect.
+    // Blurs the content behind the whole surface from its next commit on. Releases an earlier surface's
+    // effect.
     void cover(wl_surface* surface);
 
 private:
@@ -53,7 +54,7 @@ private:
     std::unique_ptr<org_kde_kwin_blur_manager, Delete> kwins_;
     std::uint32_t generalName_ = 0;
     std::uint32_t kwinsName_ = 0;
-    bool hasSpoken_ = false;
+    bool hasCapabilities_ = false;
     bool generalBlurs_ = false;
     std::unique_ptr<ext_background_effect_surface_v1, Delete> generalEffect_;
     std::unique_ptr<org_kde_kwin_blur, Delete> kwinsEffect_;
