@@ -5,7 +5,7 @@ from launcher.read_aloud import ReadAloud
 
 
 class ToAScreenReader(ReadAloud):
-    """The launcher as it is told over AT-SPI, and what can be done through it."""
+    """The launcher's objects and actions over AT-SPI."""
 
     def setUp(self):
         self.begin_session(1280, 800)
@@ -33,7 +33,7 @@ class ToAScreenReader(ReadAloud):
             self.assertIn("press", [action.lower() for action in found["actions"]])
         return found
 
-    def test_everything_has_its_name_role_state_and_action(self):
+    def test_each_object_has_its_name_role_state_and_action(self):
         self.expect("frame", "Amberquill", press=False)
         self.expect("push button", self.made[5].name, states=("showing", "visible"))
         centre = self.grid.cell_centre(1)

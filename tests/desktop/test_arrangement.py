@@ -1,4 +1,4 @@
-"""What becomes of an arrangement while packages, folders and sessions come and go."""
+"""An arrangement is kept while packages, folders and sessions come and go."""
 
 import json
 
@@ -7,7 +7,7 @@ from launcher.on_x11 import OnX11
 
 
 class Arrangement(OnX11):
-    """Eight applications, arranged against the alphabet."""
+    """Eight applications, not in alphabetical order."""
 
     def setUp(self):
         self.begin_session(1280, 720)
@@ -22,22 +22,22 @@ class Arrangement(OnX11):
         self.layout_file.write_text(json.dumps(list(items)), encoding="utf-8")
 
     def expect_arranged(self, launcher, *new):
-        """With what is new at the end."""
+        """Expects the arrangement, followed by the new applications."""
         self.expect_page([*self.made, *new])
         self.end_launcher(launcher)
         self.assertEqual(self.items(), self.arranged + [str(application.path) for application in new])
 
-    def test_an_upgrade_that_takes_an_entry_away_for_a_moment_changes_nothing(self):
+    def test_an_upgrade_that_removes_an_entry_for_a_moment_keeps_the_arrangement(self):
         launcher = self.begin_shown_launcher(self.made)
         entry = self.made[2].path.read_bytes()
         self.made[2].path.unlink()
-        # What is new is shown at once: then the other one is known to be away, and still has its place.
+        # The new application is shown at once. By then the other one is known to be missing and still has its place.
         new = self.applications.add_entry("New", "new")
         self.expect_page([*self.made, new])
         self.made[2].path.write_bytes(entry)
         self.expect_arranged(launcher, new)
 
-    def test_an_upgrade_that_takes_long_gives_the_place_back(self):
+    def test_after_a_long_upgrade_the_entry_returns_to_its_place(self):
         launcher = self.begin_shown_launcher(self.made)
         entry = self.made[2].path.read_bytes()
         self.made[2].path.unlink()
@@ -46,18 +46,18 @@ class Arrangement(OnX11):
         self.made[2].path.write_bytes(entry)
         self.expect_arranged(launcher)
 
-    def test_a_folder_of_entries_that_goes_and_comes_back_changes_nothing(self):
+    def test_a_folder_of_entries_that_goes_and_comes_back_keeps_the_arrangement(self):
         launcher = self.begin_shown_launcher(self.made)
         away = self.session.home / "away"
         self.entries.rename(away)
-        # It is shown: then the folder is known to be away.
+        # Once this application is shown, the folder is known to be missing.
         new = self.applications.add_bundle("New", "org.example.new")
         self.expect_page([*self.made, new])
         away.rename(self.entries)
         self.expect_arranged(launcher, new)
 
-    def test_a_start_without_the_folders_of_the_system_forgets_no_place(self):
-        """As from a cron job, which has no XDG_DATA_DIRS."""
+    def test_a_start_without_the_systems_folders_keeps_all_places(self):
+        """Like a start by a cron job, without XDG_DATA_DIRS."""
         folder = self.session.system_data / "applications"
         self.entries.rename(folder)
         paths = [str(folder / application.path.name) for application in self.made]

@@ -9,7 +9,7 @@ from launcher.on_x11 import OnX11
 
 
 def part_of_way(colour, one, other, tolerance=4):
-    """How far a mixture of two colours is from the one to the other; none if it is no mixture of them."""
+    """The share of `other` in a mixture of two colours, or None for any other colour."""
     span = max(range(3), key=lambda channel: abs(other[channel] - one[channel]))
     part = (colour[span] - one[span]) / (other[span] - one[span])
     mixture = [a + (b - a) * part for a, b in zip(one, other)]
@@ -19,16 +19,16 @@ def part_of_way(colour, one, other, tolerance=4):
 class BackdropOnX11(OnX11):
     width, height = 1280, 720
     settings = {}
-    desktop = (128, 64, 32)  # what the harness paints the root window with
+    desktop = (128, 64, 32)  # the harness's colour of the root window
 
     def setUp(self):
         self.begin_session(self.width, self.height, **self.settings)
         self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 4)]
-        # A window manager tells of its desktops in a window at first.
+        # A window manager shows a pop-up with the desktop's name at first.
         self.expect_desktop()
 
     def free_points(self):
-        """Points where nothing but the background is seen, far from each other."""
+        """Points of the bare background, far from each other."""
         grid = self.grid
         empty = [tuple(round(part) for part in grid.icon_centre(slot)) for slot in (9, 17, 34)]
         return [(5, 5), (self.width - 6, 5), *empty, (5, self.height - 6), (self.width - 6, self.height - 6)]
@@ -74,20 +74,20 @@ class BackdropOnX11(OnX11):
         until(is_seen, "the desktop")
 
     def hang_up(self, shape, colour):
-        """A picture on the root window: a shape in a colour, the rest as it was."""
+        """Draws a shape on the root window and leaves the rest as it was."""
         picture = self.session.home / "desktop.png"
         size = f"{self.width}x{self.height}"
         self.session.run("convert", "-size", size, "xc:#804020", "-fill", colour, "-draw", shape, picture)
-        # It says that it failed, and has not.
+        # It reports a failure although it succeeds.
         self.session.run("display", "-window", "root", picture, check=False)
         until(lambda: self.session.screenshot().at(self.width - 5, 5) != self.desktop, "the picture")
 
     def begin_fading_launcher(self):
-        """One that fades for seconds, so that many pictures of each fade are drawn on a busy machine too."""
+        """Starts a launcher that fades for seconds, so that each fade has many frames on a busy machine too."""
         return self.begin_launcher(AMBERQUILL_SLOWDOWN="16")
 
     def expect_fade(self, watch, points, comes=True):
-        """What was seen leads from the desktop to the launcher's background over it, in many steps and never back."""
+        """Expects a monotonic fade from the desktop to the launcher's background, in many steps."""
         for point, seen in zip(points, watch.seen):
             ends = self.desktop, self.expected(point)
             parts = [part_of_way(colour, *(ends if comes else ends[::-1])) for colour in seen]
@@ -156,7 +156,7 @@ class WithoutACompositor(BackdropOnX11):
         middle = round(self.grid.icon_centre(17)[1])
 
         def share(x):
-            """How much of the white is mixed in, at a row where nothing but the background is."""
+            """The share of white at this x, in a row of bare background."""
             seen = self.session.screenshot().at(x, middle)[2]
             dark, bright = self.expected((x, middle))[2], self.expected((x, middle), (255, 255, 255))[2]
             return (seen - dark) / (bright - dark)
@@ -168,9 +168,9 @@ class WithoutACompositor(BackdropOnX11):
         self.end_launcher(launcher)
 
 
-    def test_its_own_dialogs_are_no_part_of_the_desktop(self):
+    def test_its_own_dialogs_are_not_in_the_backdrop(self):
         launcher = self.begin_shown_launcher(self.made, LANGUAGE="en", **LOGGED)
-        self.choose(self.CHECK_FOR_UPDATES)  # a build that knows of none says that this is the latest version
+        self.choose(self.CHECK_FOR_UPDATES)  # a build without a feed says that this is the latest version
         alert = self.expect_dialog(launcher)
         self.expect_hidden()
         launcher.expect(FORGOTTEN)
@@ -191,12 +191,12 @@ class WithoutACompositor(BackdropOnX11):
 
 class WithACompositor(BackdropOnX11):
     settings = {"compositor": "picom"}
-    desktop = (128, 128, 128)  # the compositor does not look at the root window
+    desktop = (128, 128, 128)  # the compositor ignores the root window
 
     test_the_desktop_is_seen_under_the_tint = WithoutACompositor.test_the_desktop_is_seen_under_the_tint
 
     def test_it_fades_over_the_desktop_as_it_comes(self):
-        # As it goes, the window manager's frame is seen for a moment, as of any window.
+        # While it hides, the window manager's frame is visible for a moment, like any window's.
         points = self.free_points()
         with PixelWatch(self.session.display, points) as watch:
             launcher = self.begin_fading_launcher()
@@ -213,7 +213,7 @@ class WithACompositor(BackdropOnX11):
 
 
 class WithACompositorThatBlurs(BackdropOnX11):
-    """Where the compositor does its part, it is seen only by its window's colours that it was left to it."""
+    """The colours of the launcher's own window show that the compositor does the blur."""
 
     BLACK = (0, 0, 0)
     PROPERTY = "_KDE_NET_WM_BLUR_BEHIND_REGION"
@@ -239,13 +239,13 @@ class WithACompositorThatBlurs(BackdropOnX11):
         self.expect_hidden()
         self.expect_desktop()
 
-    def test_the_blur_is_left_to_it(self):
+    def test_the_compositor_blurs(self):
         launcher = self.begin_shown()
         self.expect_background(self.BLACK)
         self.assertEqual(self.region(), f"0, 0, {self.width}, {self.height}")
         self.end_launcher(launcher)
 
-    def test_each_showing_follows_its_beginning_and_end(self):
+    def test_each_showing_follows_whether_the_compositor_blurs(self):
         launcher = self.begin_shown()
         self.expect_background(self.BLACK)
         self.hide()
@@ -267,7 +267,7 @@ class WithACompositorThatBlurs(BackdropOnX11):
         self.expect_background(self.desktop)
         self.assertIsNone(self.region())
 
-    def test_what_one_that_died_left_behind_does_not_count(self):
+    def test_the_property_of_a_crashed_compositor_is_ignored(self):
         self.compositor.die()
         self.compositor = None
         self.assertIsNotNone(self.session.property("root", self.PROPERTY))
@@ -308,7 +308,7 @@ class OnTwoMonitors(BackdropOnX11):
 
         until(is_right, f"the background over {colour}")
 
-    def test_the_monitor_that_is_covered_is_the_one_that_is_seen(self):
+    def test_the_backdrop_shows_the_covered_monitor(self):
         for monitor, colour in self.monitors:
             self.point_at(monitor)
             launcher = self.begin_launcher()

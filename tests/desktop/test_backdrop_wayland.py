@@ -19,12 +19,12 @@ class HalfWhite(LauncherTestCase):
         self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 4)]
 
     def paint(self, dark="#804020", bright="#ffffff"):
-        """A picture file of such a desktop."""
+        """Writes a picture file of such a desktop."""
         picture = self.session.home / f"{dark}{bright}{self.width}.png".replace("#", "")
         half = f"rectangle {self.width // 2},0 {self.width},{self.height}"
         size = f"{self.width}x{self.height}"
         self.session.run("convert", "-size", size, f"xc:{dark}", "-fill", bright, "-draw", half, picture)
-        picture.chmod(0o644)  # whoever runs the compositor
+        picture.chmod(0o644)  # the compositor may run as another user
         return picture
 
     def expect_desktop(self):
@@ -39,7 +39,7 @@ class HalfWhite(LauncherTestCase):
         until(is_seen, "the desktop")
 
     def wrong_points(self, dark, bright):
-        """Where the background is not the tint over these halves, far from where they meet."""
+        """The points, far from the middle, where the background is not the tint over these halves."""
         picture = self.session.screenshot()
         wrong = {}
         for x in (5, self.width // 4, self.width * 3 // 4, self.width - 6):
@@ -64,13 +64,13 @@ class HalfWhite(LauncherTestCase):
             raise AssertionError(f"{error}; seen and wanted: {wrong}") from None
 
     def expect_blurred(self):
-        """The tint over the desktop, whose halves run into each other."""
+        """Expects the tint over the desktop, with a blurred edge between its halves."""
         self.expect_background(self.dark, self.bright)
         y = self.height - 60
         seen = self.session.screenshot()
 
         def share(x):
-            """How much of the white is mixed in."""
+            """The share of white at this x."""
             dark, bright = (background_at(x, y, self.width, self.height, half)[2] for half in (self.dark, self.bright))
             return (seen.at(x, y)[2] - dark) / (bright - dark)
 
@@ -111,7 +111,7 @@ class OnKWin(HalfWhite):
 
 
 class OnSway(OnSwayCase, HalfWhite):
-    """Nothing but black is behind a window there: the compositor's own picture of the screen serves."""
+    """Sway shows black behind windows, so the launcher captures the screen."""
 
     def setUp(self):
         self.begin_with(SwaySession())
@@ -142,7 +142,7 @@ class OnSway(OnSwayCase, HalfWhite):
         self.assertEqual(launcher.terminate(), 0)
         self.assertEqual(launcher.lines, [FORGOTTEN])
 
-    def test_a_show_while_it_is_up_leaves_its_picture_alone(self):
+    def test_a_show_while_it_is_up_keeps_its_picture(self):
         launcher = self.begin_launcher(WAYLAND_DEBUG="1")
         self.expect_blurred()
 
@@ -196,7 +196,7 @@ class OnTwoScreensOfSway(OnSwayCase, HalfWhite):
         until(lambda: self.session.screen_of(WINDOW_CLASS) == screen, f"the window on {screen}")
         until(is_right, f"the background over the desktop of {screen}")
 
-    def test_the_screen_that_is_covered_is_the_one_that_is_seen(self):
+    def test_the_backdrop_shows_the_covered_screen(self):
         for screen in ("HEADLESS-2", "HEADLESS-1", "HEADLESS-2"):
             self.session.tell("focus", "output", screen)
             launcher = self.begin_launcher()
@@ -219,7 +219,7 @@ class OnTwoScreensOfSway(OnSwayCase, HalfWhite):
 
 
 class OnWeston(HalfWhite):
-    def test_the_tint_alone_is_seen_where_nothing_else_can_be(self):
+    def test_without_a_picture_the_background_is_the_tint_alone(self):
         self.begin_with(WestonSession(self.width, self.height))
         launcher = self.begin_launcher()
         self.expect_tint_alone()

@@ -16,7 +16,7 @@ class Dialogs(OnX11):
         self.desktop = self.session.home / "Desktop"
         self.desktop.mkdir()
         self.file = self.desktop / "Amberquill Layout.json"
-        # Not in the order of the names.
+        # Not in alphabetical order.
         self.mixed = self.made[::-1]
         self.write_layout(self.mixed)
 
@@ -26,7 +26,7 @@ class Dialogs(OnX11):
         self.layout_file.write_text(json.dumps(layout), encoding="utf-8")
 
     def expect_closed(self, launcher):
-        """No dialog any more, and the launcher is still up with the focus."""
+        """Expects that no dialog is left and the launcher is up with the focus."""
         self.expect_no_other_window(launcher)
         self.assertEqual(self.session.windows_of_class(WINDOW_CLASS), [self.window])
         self.expect_focus()
@@ -54,7 +54,7 @@ class Dialogs(OnX11):
 
         place = until(settled, "the dialog in its place")
         button = place.x + place.width - 51 - 86 * from_right, place.y + place.height - 23
-        # The window manager says for a moment which desktop it has switched to, above everything.
+        # The window manager briefly shows a pop-up with the desktop's name above everything.
         frame = self.window_at(place.x + 5, place.y + 5)
         until(lambda: self.window_at(*button) == frame, "the button")
         self.session.click(*button)
@@ -115,7 +115,7 @@ class Dialogs(OnX11):
         self.end_launcher(launcher)
         self.assertEqual(self.layout(), [str(application.path) for application in self.mixed])
 
-    def test_a_file_that_is_there_is_replaced_only_when_that_is_wanted(self):
+    def test_an_existing_file_is_replaced_only_after_confirmation(self):
         self.file.write_bytes(b"mine")
         launcher = self.begin_shown_launcher(self.mixed)
         self.choose(self.EXPORT)
@@ -128,13 +128,13 @@ class Dialogs(OnX11):
         self.session.press("Return")
         self.expect_dialog(launcher, dialog)
         self.session.press("alt+y")
-        # Written once the dialog has gone.
+        # The file is written after the dialog has closed.
         until(lambda: self.file.read_bytes() != b"mine", "the written file")
         self.expect_closed(launcher)
         self.assertEqual(len(json.loads(self.file.read_bytes())["items"]), 8)
         self.end_launcher(launcher)
 
-    def test_an_import_is_taken_only_when_it_is_confirmed(self):
+    def test_an_import_is_applied_only_after_confirmation(self):
         launcher = self.begin_shown_launcher(self.mixed)
         self.choose(self.EXPORT)
         self.expect_dialog(launcher)
@@ -153,7 +153,7 @@ class Dialogs(OnX11):
             self.expect_page(wanted)
         self.end_launcher(launcher)
 
-    def test_a_broken_file_is_said_and_changes_nothing(self):
+    def test_a_broken_file_is_reported_and_changes_nothing(self):
         self.file.write_bytes(BROKEN)
         launcher = self.begin_shown_launcher(self.mixed)
         self.choose(self.LANGUAGE, 5)
@@ -174,8 +174,8 @@ class Dialogs(OnX11):
         self.end_launcher(launcher)
         self.assertEqual(self.layout(), [str(application.path) for application in self.mixed])
 
-    def test_an_export_that_cannot_be_written_is_said(self):
-        # Nobody, not even who may do everything, makes a folder there.
+    def test_a_failed_export_is_reported(self):
+        # Nobody, not even root, can create a folder there.
         self.file.symlink_to("/proc/nowhere/layout.json")
         launcher = self.begin_shown_launcher(self.mixed)
         self.choose(self.EXPORT)

@@ -7,7 +7,7 @@ from launcher.on_x11 import OnX11
 
 
 class Dragging(OnX11):
-    """Icons are dragged by a real pointer, at the pace of a hand."""
+    """Icons are dragged by a real pointer, at the speed of a hand."""
 
     def setUp(self):
         self.begin_session(1920, 1080)
@@ -20,7 +20,7 @@ class Dragging(OnX11):
         return tuple(round(part) for part in self.grid.icon_centre(slot))
 
     def take(self, slot):
-        """Takes the icon in that place by its middle."""
+        """Presses the button on the middle of the icon in that place and begins a drag."""
         self.session.take(*self.icon(slot))
         until(lambda: not self.is_in_place(slot, self.made[slot]), "the empty cell")
 
@@ -31,7 +31,7 @@ class Dragging(OnX11):
         until(lambda: self.is_in_place(slot, application), f"{application.name} in place {slot}")
 
     def place_of(self, application):
-        """The middle of what has the application's colour, or None."""
+        """The middle of the area with the application's colour, or None."""
         picture = self.session.screenshot()
         points = [
             (x, y)
@@ -44,7 +44,7 @@ class Dragging(OnX11):
         return tuple(round(sum(part) / len(points)) for part in zip(*points))
 
     def expect_open_folder(self):
-        """Waits until the page is dimmed. Its icon shows small ones before that, and Escape hides the launcher."""
+        """Waits until the page is dimmed: before that, Escape would hide the launcher."""
         until(lambda: not self.is_in_place(0, self.made[0]), "the dimmed page")
 
     def test_an_icon_that_rests_between_others_makes_room_and_stays_there(self):
@@ -72,7 +72,7 @@ class Dragging(OnX11):
         self.assertEqual(self.items()[9], self.paths(10, 3))
         self.assertEqual(self.items()[:4], self.paths(0, 1, 2, 4))
 
-    def test_an_icon_held_at_the_edge_goes_on_to_the_next_page(self):
+    def test_an_icon_held_at_the_edge_moves_to_the_next_page(self):
         launcher = self.begin_shown_launcher(self.made)
         self.take(3)
         edge = self.session.width - 10, round(self.session.height / 2)
@@ -102,13 +102,13 @@ class Dragging(OnX11):
         until(lambda: abs((self.place_of(self.made[1]) or (0, 0))[0] - resting) < 4, "the panel at rest")
         resting_place = self.place_of(self.made[1])
         self.session.take(*resting_place)
-        # It follows the pointer: a drag that only begins outside the panel takes the page's places at once.
+        # The icon follows the pointer. A drag that starts outside the panel would use the page's places at once.
         until(lambda: (self.place_of(self.made[1]) or resting_place)[0] > resting_place[0] + 4, "the drag")
         x, y = self.icon(29)
-        # Beside the icon, also while it waits here: upon it, the icon would become its target and stay so further out.
+        # The pointer stays beside the icon: on it, the icon would become the drop target and stay so further out.
         beside = x + round(self.grid.icon_size * 0.75)
         self.session.move_pointer(beside, y + 30)
-        # Motion that arrives at once is one motion to the program, and a page takes it only when the folder is closed.
+        # Motion events that arrive together are merged, and the page takes them only once the folder is closed.
         self.expect_in_place(2, self.made[3])
         self.session.move_pointer(beside, y)
         self.expect_in_place(28, self.made[30])

@@ -1,4 +1,4 @@
-"""What goes wrong around the launcher while it is up."""
+"""Failures around the launcher while it is up."""
 
 import json
 import signal
@@ -22,11 +22,11 @@ class Faults(OnX11):
         self.window = self.session.window_of_class(WINDOW_CLASS)
         self.expect_focus()
 
-    def test_an_application_that_has_just_gone_beeps_and_the_launcher_works_on(self):
+    def test_starting_a_removed_application_beeps_and_the_launcher_works_on(self):
         launcher = self.begin_shown_launcher(self.made)
         bell = BellListener(self.session.display)
         self.addCleanup(bell.close)
-        # Known to the launcher still: its program went, not its entry.
+        # The launcher still lists it: only the program was removed, not its entry.
         (self.session.home / "record").rename(self.session.home / "elsewhere")
         self.click_icon(2)
         self.expect_hidden()
@@ -51,13 +51,13 @@ class Faults(OnX11):
         self.expect_shown()
         self.end_launcher(launcher)
 
-    def test_a_window_manager_that_comes_again_finds_it_working(self):
-        # The session has another one to start with.
+    def test_it_works_after_a_restart_of_the_window_manager(self):
+        # The session starts with another window manager.
         launcher = self.begin_shown_launcher(self.made)
         watch = self.session.start("xprop", "-root", "-spy", "_NET_SUPPORTING_WM_CHECK")
         watch.expect("_NET_SUPPORTING_WM_CHECK(WINDOW)")
         self.session.run("openbox", "--restart")
-        # It comes again, and the focus goes, some time after it was told to.
+        # The window manager restarts, and the focus goes, some time after the command.
         watch.expect("_NET_SUPPORTING_WM_CHECK(WINDOW)")
         self.act("hide")
         self.expect_hidden()
@@ -86,7 +86,7 @@ class Faults(OnX11):
         self.expect_page([next(each for each in self.made if str(each.path) == path) for path in self.layout()])
         self.end_launcher(launcher)
 
-    def test_the_sessions_end_in_the_middle_of_a_drag_leaves_a_sound_layout(self):
+    def test_the_sessions_end_during_a_drag_leaves_a_valid_layout(self):
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             with self.subTest(number.name):
                 self.expect_sound_end(number)
@@ -97,7 +97,7 @@ class Faults(OnX11):
         return manager
 
     def expect_managed_end(self, manager, launcher):
-        """It is saved by the session manager's word and ends by it, at once and with nothing asked."""
+        """Expects that it saves itself and ends at the session manager's request, at once and without a question."""
         manager.expect("saved")  # once at its start
         until(self.layout_file.exists, "the layout")
         self.layout_file.unlink()
@@ -111,7 +111,7 @@ class Faults(OnX11):
         manager.expect("gone")
         self.assertNotIn("asks the user", manager.lines)
 
-    def test_a_session_manager_ends_it_in_the_middle_of_a_drag(self):
+    def test_a_session_manager_ends_it_during_a_drag(self):
         manager = self.begin_session_manager()
         launcher = self.begin_shown_launcher(self.made)
         self.session.take(*(round(part) for part in self.grid.icon_centre(2)))
@@ -131,7 +131,7 @@ class Faults(OnX11):
         self.expect_managed_end(manager, launcher)
         self.assertEqual((self.session.home / "Desktop" / "Amberquill Layout.json").read_bytes(), b"mine")
 
-    def test_preferences_of_every_wrong_kind_are_the_defaults_and_nothing_is_said(self):
+    def test_invalid_preferences_are_silently_the_defaults(self):
         path = self.session.config / "Amberquill" / "preferences.json"
         path.parent.mkdir()
         wrong = {"gridColumns": "8", "gridRows": True, "backgroundTheme": 3, "appLanguage": 1.5, "showInDock": "no",
@@ -140,7 +140,7 @@ class Faults(OnX11):
             path.write_bytes(content)
             self.end_launcher(self.begin_shown_launcher(self.made))
 
-    def test_preferences_that_cannot_be_written_count_until_the_end(self):
+    def test_unwritable_preferences_apply_until_the_end(self):
         path = self.session.config / "Amberquill"
         path.write_bytes(b"no folder")
         launcher = self.begin_shown_launcher(self.made)
@@ -180,7 +180,7 @@ class OnTwoMonitors(OnX11):
 
         until(is_right, "every icon in its place")
 
-    def test_it_covers_the_one_under_the_pointer(self):
+    def test_it_covers_the_monitor_under_the_pointer(self):
         self.session.move_pointer(1900, 600)
         launcher = self.begin_launcher()
         self.expect_on(self.right)
@@ -193,7 +193,7 @@ class OnTwoMonitors(OnX11):
         self.expect_icons_on(self.left)
         self.end_launcher(launcher)
 
-    def test_a_monitor_that_is_unplugged_takes_nothing_with_it(self):
+    def test_unplugging_a_monitor_loses_no_icon(self):
         self.session.move_pointer(1900, 600)
         launcher = self.begin_launcher()
         self.expect_on(self.right)

@@ -10,7 +10,7 @@ from harness.session import MARK
 
 
 class EndOfASession(DesktopTestCase):
-    def test_takes_along_programs_that_left_their_parents(self):
+    def test_ends_programs_that_left_their_parents(self):
         with Session() as session:
             session.start("sh", "-c", "setsid sleep 300 & setsid sleep 300 & echo started").expect("started")
             until(lambda: len(processes_marked(MARK, str(session.folder))) >= 3, "the two and the bus")
@@ -22,7 +22,7 @@ class EndOfASession(DesktopTestCase):
             self.assertEqual(os.stat(session.runtime).st_mode & 0o777, 0o700)
         self.assertFalse(folder.exists())
 
-    def test_comes_also_when_the_session_does_not_begin(self):
+    def test_follows_also_a_failed_begin(self):
         class Broken(Session):
             def begin(self):
                 raise AssertionError("no server")
@@ -44,7 +44,7 @@ class Waiting(unittest.TestCase):
 
 
 class WatchedFiles(unittest.TestCase):
-    def test_are_told_when_they_are_opened_and_read(self):
+    def test_are_recorded_when_they_are_opened_and_read(self):
         with tempfile.TemporaryDirectory() as folder:
             paths = [Path(folder, name) for name in ("first", "second")]
             for path in paths:

@@ -44,7 +44,7 @@ class WhileSlowOnesAreDecoded(Icons):
         self.assertLess(self.undecodable().count("slow"), 20)
 
     def is_found(self, number):
-        """Whether that application is first, and no other is in its former place."""
+        """Whether that application is first and its former place is empty."""
         picture = self.session.screenshot()
         return is_shown(picture, self.grid, 0, self.made[number].colour) and not self.shows_any(range(1, SLOTS))
 
@@ -98,7 +98,7 @@ class Workers(Icons):
         self.assertEqual(self.undecodable(), "")
         self.end_launcher(launcher)
 
-    def test_at_most_two_run_and_none_when_all_is_decoded(self):
+    def test_at_most_two_run_and_none_after_decoding(self):
         self.add_slow(10)
         self.add_good()
         launcher = self.begin_launcher()
@@ -120,7 +120,7 @@ class Workers(Icons):
                     if fields.get("Seccomp") == "2" and self.holds_its_socket_only(pid):
                         return fields, limits
                 except OSError:
-                    pass  # ended meanwhile
+                    pass  # it has ended
             return None
 
         fields, limits = until(found, "a worker that has locked itself in, with nothing open but its socket")
@@ -132,7 +132,7 @@ class Workers(Icons):
         self.end_launcher(launcher)
 
     def holds_its_socket_only(self, pid):
-        """A picture is there for a moment as well, when it comes."""
+        """Whether the socket is the only open file. While a picture arrives, that is open too."""
         descriptors = {entry.name: os.readlink(entry) for entry in Path(f"/proc/{pid}/fd").iterdir()}
         socket_of = descriptors.pop("0", "")
         return socket_of.startswith("socket:") and descriptors == {"1": "/dev/null", "2": "/dev/null"}
@@ -164,7 +164,7 @@ class Workers(Icons):
 
 
 class Elsewhere(Icons):
-    """The installed program, with its worker or without."""
+    """The installed program, with or without its worker."""
 
     @classmethod
     def setUpClass(cls):

@@ -10,7 +10,7 @@ from harness.picture import is_near
 from launcher.applications import png
 from launcher.icons import STAND_IN, UNKNOWN, Icons
 
-RED = (255, 0, 0)  # of the bad icons that can be seen all the same
+RED = (255, 0, 0)  # of bad icons that are shown nevertheless
 
 
 class Zoo(Icons):
@@ -43,7 +43,7 @@ class Zoo(Icons):
             self.add(name, path, STAND_IN)
 
     def expect_no_reference_followed(self, address):
-        # On pages of their own: drawings that refer to a picture may wait for it.
+        # On separate pages: drawings that refer to a picture may wait for it.
         for name, data in bad_icons.references(address).items():
             self.add_good()
             # The decoder decides whether the rest is drawn.
@@ -97,7 +97,7 @@ class OnTheNextStart(Icons):
         self.assertEqual(self.undecodable(), text)
 
     def change(self, number):
-        """Gives one of the drawings' applications an icon that can be decoded, in place of the other."""
+        """Replaces the icon of one of the drawings' applications by a decodable one."""
         self.slow[number].write_bytes(png(bad_icons.COLOUR))
         self.recolour(3 + number, bad_icons.COLOUR)
 
@@ -162,7 +162,7 @@ class WithoutAnIcon(Icons):
         self.add("gone", self.folder / "gone.png", STAND_IN)
         self.add_good()
 
-    def test_the_themes_icon_for_programs_is_shown(self):
+    def test_the_themes_generic_icon_is_shown(self):
         launcher = self.begin_shown()
         self.expect_decoded(0)
         self.end_launcher(launcher)
@@ -174,7 +174,7 @@ class WithoutAnIcon(Icons):
         (self.folder / "gone.png").write_bytes(png(bad_icons.COLOUR))
         self.recolour(2, bad_icons.COLOUR)
         self.recolour(3, bad_icons.COLOUR)
-        # As a package installs them.
+        # Written like a package's files.
         self.add_good()
         self.expect_decoded(0)
         self.end_launcher(launcher)

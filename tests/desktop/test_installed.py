@@ -1,4 +1,4 @@
-"""The launcher as it is installed: a desktop knows it by its files, and the session bus starts it."""
+"""The installed launcher: desktops read its files, and the session bus starts it."""
 
 import os
 import re
@@ -27,7 +27,7 @@ class InstalledCase(OnX11):
         share = self.prefix / "share"
         self.session.environment["XDG_DATA_DIRS"] += f":{share}"
         shutil.copy(share / f"dbus-1/services/{NAME}.service", self.session.data / "dbus-1/services")
-        # As a desktop does at login: what the bus starts is to find the display.
+        # Like a desktop at login: programs that the bus starts need the display.
         shared = {name: self.session.environment[name] for name in ("DISPLAY", "XDG_DATA_DIRS")}
         self.session.ask_bus("UpdateActivationEnvironment", str(shared).replace("'", '"'))
         self.session.ask_bus("ReloadConfig")
@@ -36,12 +36,12 @@ class InstalledCase(OnX11):
         self.session.run("gapplication", "launch", NAME)
 
     def act(self, action):
-        # As desktops call an entry's action. (gdbus asks the program what methods it has before it calls one, so its
-        # call is not the one that the bus starts the program for.)
+        # Like desktops call an entry's action. (gdbus introspects the program first, so the bus would start the program
+        # for that call.)
         self.session.run("gapplication", "action", NAME, action)
 
     def process(self):
-        """The id of the process that has the name."""
+        """The id of the process that owns the name."""
         answer = self.session.ask_bus("GetConnectionUnixProcessID", NAME)
         return int(re.search(r"uint32 (\d+)", answer)[1])
 
@@ -50,7 +50,7 @@ class InstalledCase(OnX11):
         self.expect_focus()
 
     def expect_end(self, pid):
-        """Asks the process to end, as a session does, and waits until it has let go of the name."""
+        """Asks the process to end, like a session, and waits until it has released the name."""
         os.kill(pid, signal.SIGTERM)
         until(lambda: "false" in self.session.ask_bus("NameHasOwner", NAME), "the end of the launcher")
 
@@ -61,14 +61,14 @@ class InstalledCase(OnX11):
 
 
 class Installed(InstalledCase):
-    def test_the_bus_starts_the_program_that_is_installed_and_has_it_shown(self):
+    def test_the_bus_starts_the_installed_program_and_it_is_shown(self):
         self.activate()
         self.expect_active()
         pid = self.process()
         self.assertEqual(Path(f"/proc/{pid}/exe").resolve(), self.prefix / "bin/amberquill")
         self.expect_end(pid)
 
-    def test_the_toggle_that_starts_it_shows_it_and_the_next_one_hides_it(self):
+    def test_a_toggle_that_starts_it_shows_it_and_the_next_one_hides_it(self):
         self.act("toggle")
         self.expect_active()
         self.expect_page(self.made)
@@ -76,7 +76,7 @@ class Installed(InstalledCase):
         self.expect_hidden()
         self.expect_end(self.process())
 
-    def test_started_only_to_be_hidden_it_waits_to_be_shown(self):
+    def test_started_by_hide_it_stays_hidden_until_it_is_shown(self):
         self.act("hide")
         pid = self.process()
         self.assertEqual(self.session.windows_of_class(WINDOW_CLASS), [])
@@ -112,14 +112,14 @@ class Installed(InstalledCase):
     def test_its_window_has_its_icon(self):
         self.act("show")
         self.expect_active()
-        # Window managers put an icon of their own there meanwhile.
+        # Window managers show their own icon there meanwhile.
         until(lambda: "(128 x 128)" in (self.session.property(self.window, "_NET_WM_ICON") or ""), "the icon")
         self.expect_end(self.process())
 
 
 class InATray(InstalledCase):
-    def test_its_symbol_is_that_of_the_icon_theme_which_the_tray_draws_in_its_own_colour(self):
-        # As the theme's own package has it.
+    def test_the_tray_draws_the_icon_themes_symbol_in_its_own_colour(self):
+        # Like in the theme's own package.
         with open(self.session.data / "icons/hicolor/index.theme", "a", encoding="utf-8") as index:
             index.write("[symbolic/apps]\nSize=16\nMinSize=8\nMaxSize=512\nType=Scalable\n")
         preferences = self.session.config / "Amberquill" / "preferences.json"

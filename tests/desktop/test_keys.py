@@ -1,10 +1,10 @@
-"""Real keys on the launcher: what they do to it as a whole, and in its fields."""
+"""Real keys on the launcher and in its fields."""
 
 from harness import until
 from launcher.case import WINDOW_CLASS
 from launcher.on_x11 import OnX11
 
-# Each is the end of the one before: text that lost its first letters finds another one first.
+# Each name is the end of the one before: a search that lost its first letters has another first result.
 ENDINGS = ["abcdef", "bcdef", "cdef", "def", "ef", "f"]
 
 
@@ -25,7 +25,7 @@ class Keys(OnX11):
         self.expect_hidden()
         self.assertEqual(self.applications.started(), f"{started}{name}\n")
 
-    def test_no_letter_is_lost_that_is_typed_while_it_comes_up(self):
+    def test_letters_typed_while_it_comes_up_are_not_lost(self):
         launcher = self.begin_shown_launcher(self.made)
         for name in ENDINGS[:1] * 4:
             self.act("toggle")
@@ -38,7 +38,7 @@ class Keys(OnX11):
             self.window = self.session.window_of_class(WINDOW_CLASS)
         self.end_launcher(launcher)
 
-    def test_return_starts_the_first_result_and_nothing_without_a_search(self):
+    def test_return_starts_the_first_result_and_without_a_search_nothing(self):
         launcher = self.begin_shown_launcher(self.made)
         self.session.press("Return", "KP_Enter")
         self.session.type("def")
@@ -47,7 +47,7 @@ class Keys(OnX11):
         self.expect_start("def")
         self.end_launcher(launcher)
 
-    def test_escape_empties_the_search_and_then_hides(self):
+    def test_escape_clears_the_search_and_then_hides(self):
         launcher = self.begin_shown_launcher(self.made)
         self.session.press("Right")
         self.expect_page(self.made, 1)
@@ -96,7 +96,7 @@ class Keys(OnX11):
         self.expect_page(self.made)
         self.end_launcher(launcher)
 
-    def test_control_w_closes_it_and_it_runs_on(self):
+    def test_control_w_hides_it(self):
         self.expect_hiding("ctrl+w")
 
     def test_control_h_hides_it(self):
@@ -111,7 +111,7 @@ class Keys(OnX11):
         self.assertEqual(self.layout(), [str(application.path) for application in self.made])
 
     def test_the_menus_keys_work_in_a_cyrillic_layout_with_and_without_a_latin_one(self):
-        w = 25  # where it is on the keyboard, whatever is written there
+        w = 25  # its key code, the same in all layouts
         for layouts in ("ru,us", "ru"):
             with self.subTest(layouts):
                 self.session.run("setxkbmap", layouts)

@@ -11,7 +11,7 @@ class OnKWin(LauncherTestCase):
         self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
 
     def shows_the_desktop(self):
-        """Nothing but black, in all corners and in the first icon's place."""
+        """Whether all corners and the first icon's place are black."""
         picture = self.session.screenshot()
         right, bottom = picture.width - 1, picture.height - 1
         points = [(0, 0), (right, 0), (0, bottom), (right, bottom), self.grid.icon_points(0)[0]]
@@ -22,7 +22,7 @@ class OnKWin(LauncherTestCase):
         corners = [picture.at(x, y) for x in (0, picture.width - 1) for y in (0, picture.height - 1)]
         return all(blue > red + 10 for red, _, blue in corners)
 
-    def test_it_is_typed_into_toggled_and_starts_what_was_found(self):
+    def test_it_takes_text_toggles_and_starts_a_result(self):
         until(self.shows_the_desktop, "the desktop")
         launcher = self.begin_launcher()
         self.expect_page(self.made)

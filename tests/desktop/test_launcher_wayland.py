@@ -12,7 +12,7 @@ TRAY_HOST = Path(__file__).parent / "harness" / "tray_host.py"
 
 
 class OnWeston(LauncherTestCase):
-    """Without a keyboard and a pointer: what is shown, kept and followed."""
+    """Without a keyboard and a pointer."""
 
     def begin_session(self, width, height):
         self.session = self.begin(WestonSession(width, height))
@@ -20,13 +20,13 @@ class OnWeston(LauncherTestCase):
         until(self.shows_the_desktop, "the desktop")
 
     def shows_the_desktop(self):
-        """Its panel ends at a line across the screen, above which nothing else is as dark."""
+        """Whether Weston's panel is visible: it is darker than the area below."""
         picture = self.session.screenshot()
         middle = picture.width // 2
         return sum(picture.at(middle, 10)) < 200 < sum(picture.at(middle, 60))
 
     def corners_are_covered(self):
-        """No panel or background, which have little colour, but the launcher's blue."""
+        """Whether the launcher's blue is in the corners. The panel and the desktop have little colour."""
         picture = self.session.screenshot()
         corners = [picture.at(x, y) for x in (0, picture.width - 1) for y in (0, picture.height - 1)]
         return all(blue > red + 10 for red, _, blue in corners)
@@ -42,13 +42,13 @@ class OnWeston(LauncherTestCase):
         until(self.shows_the_desktop, "the desktop")
         self.assertEqual(self.layout(), [str(application.path) for application in made])
 
-    def test_covers_the_whole_screen_and_shows_everything_in_its_place(self):
+    def test_covers_the_whole_screen_with_every_icon_in_its_place(self):
         self.expect_use(1920, 1080)
 
     def test_covers_a_small_screen(self):
         self.expect_use(1280, 800)
 
-    def test_comes_and_goes_when_it_is_asked_to(self):
+    def test_shows_and_hides_on_request(self):
         self.begin_session(1280, 800)
         made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
         launcher = self.begin_launcher()
@@ -61,7 +61,7 @@ class OnWeston(LauncherTestCase):
             self.assertTrue(self.corners_are_covered())
         self.end_launcher(launcher)
 
-    def test_follows_what_is_installed_and_removed(self):
+    def test_follows_installed_and_removed_applications(self):
         self.begin_session(1280, 800)
         made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
         launcher = self.begin_launcher()
@@ -90,7 +90,7 @@ class OnWestonInAWindow(LauncherTestCase):
         picture = self.session.screenshot()
         return sum(picture.at(picture.width // 2, 10)) < 200 < sum(picture.at(picture.width // 2, 60))
 
-    def test_it_is_typed_into_toggled_and_starts_what_was_found(self):
+    def test_it_takes_text_toggles_and_starts_a_result(self):
         until(self.shows_the_desktop, "the desktop")
         launcher = self.begin_launcher()
         self.expect_page(self.made)
@@ -153,7 +153,7 @@ class OnSway(OnSwayCase):
         self.end_launcher(launcher)
         self.assertEqual(self.layout(), [str(application.path) for application in self.made])
 
-    def test_it_is_typed_into_toggled_and_starts_what_was_found(self):
+    def test_it_takes_text_toggles_and_starts_a_result(self):
         launcher = self.begin_shown_launcher()
         self.act("toggle")
         until(lambda: not self.is_up(), "the window's end")
@@ -201,7 +201,7 @@ class OnSway(OnSwayCase):
         self.expect_dialogs(title)
 
     def expect_dialogs(self, *titles):
-        """Waits until these and no other ones are open above the launcher, which stays."""
+        """Waits until exactly these dialogs are open above the launcher."""
         until(lambda: self.session.floating_windows() == [*titles], f"the dialogs {titles}")
         self.assertTrue(self.is_up())
 
@@ -210,7 +210,7 @@ class OnSway(OnSwayCase):
         layout = [{"app": {"_0": str(application.path)}} for application in applications]
         self.layout_file.write_text(json.dumps(layout), encoding="utf-8")
 
-    def test_a_dialog_above_it_is_answered_by_keys(self):
+    def test_a_dialog_above_it_takes_keys(self):
         mixed = self.made[::-1]
         self.write_layout(mixed)
         launcher = self.begin_launcher()
@@ -225,7 +225,7 @@ class OnSway(OnSwayCase):
         self.expect_page(self.made[86:])
         self.end_launcher(launcher)
 
-    def test_a_check_for_updates_hides_it_and_its_alert_is_answered_by_keys(self):
+    def test_a_check_for_updates_hides_it_and_the_alert_takes_keys(self):
         launcher = self.begin_shown_launcher()
         self.open_menu()
         for key in (*["Down"] * 9, "Return"):
@@ -238,7 +238,7 @@ class OnSway(OnSwayCase):
         self.assertFalse(self.is_up())
         self.end_launcher(launcher)
 
-    def test_a_file_dialog_above_it_is_typed_into(self):
+    def test_a_file_dialog_above_it_takes_text(self):
         desktop = self.session.home / "Desktop"
         desktop.mkdir()
         chosen = desktop / "mine.json"
@@ -247,7 +247,7 @@ class OnSway(OnSwayCase):
         self.choose(self.EXPORT, "Export Layout")
         self.session.type(chosen.name)
         self.press("Return")
-        # It asks before it replaces a file, in a dialog above the dialog.
+        # A second dialog asks before a file is replaced.
         self.expect_dialogs("Export Layout", "Export Layout")
         self.press("Escape")
         self.expect_dialogs("Export Layout")
@@ -256,7 +256,7 @@ class OnSway(OnSwayCase):
         self.expect_dialogs("Export Layout", "Export Layout")
         self.session.run("wtype", "-M", "alt", "-k", "y")
         self.expect_dialogs()
-        # Written once the dialog has gone.
+        # The file is written after the dialog has closed.
         until(lambda: chosen.read_bytes() != b"before", "the written file")
         self.assertEqual(len(json.loads(chosen.read_bytes())["items"]), len(self.made))
         self.press("Escape")
@@ -272,7 +272,7 @@ class OnSway(OnSwayCase):
         self.assertEqual(portal.expect("bound"), "bound toggle-1 CTRL+ALT+space")
         for number in range(2):
             self.expect_page(self.made)
-            # What has keys is active: a press hides it.
+            # The launcher is active once it has keys, so a press hides it.
             self.session.type("app 87")
             self.expect_page(self.made[86:])
             portal.send("press hiding")
@@ -283,9 +283,9 @@ class OnSway(OnSwayCase):
             until(lambda: any(used in line for line in launcher.lines), "the use of the activation token")
         self.assertEqual(launcher.terminate(), 0)
 
-    def test_the_portal_of_another_bus_at_the_same_place_has_the_shortcut(self):
+    def test_after_a_bus_restart_the_new_portal_has_the_shortcut(self):
         portal = self.session.start("/usr/bin/python3", "-B", PORTAL)
-        # Its own looks for the bus are minutes apart.
+        # The launcher's own retries are minutes apart.
         launcher = self.begin_launcher(AMBERQUILL_SLOWDOWN="8")
         portal.expect("bound")
         self.session.bus.kill()
@@ -297,7 +297,7 @@ class OnSway(OnSwayCase):
         until(lambda: not self.is_up(), "the window's end")
         self.end_launcher(launcher)
 
-    def test_a_tray_that_comes_later_and_again_has_its_item(self):
+    def test_a_late_or_restarted_tray_has_its_item(self):
         preferences = self.session.config / "Amberquill" / "preferences.json"
         preferences.parent.mkdir()
         preferences.write_text(json.dumps({"showInMenuBar": True}), encoding="utf-8")
@@ -305,7 +305,7 @@ class OnSway(OnSwayCase):
         for _ in range(2):
             tray = self.session.start("/usr/bin/python3", "-B", TRAY_HOST)
             tray.expect("item")
-            # What has keys is active: a click hides it.
+            # The launcher is active once it has keys, so a click hides it.
             self.session.type("app 87")
             self.expect_page(self.made[86:])
             tray.send("activate")
@@ -328,9 +328,9 @@ class OnSway(OnSwayCase):
         self.expect_page(self.made)
         self.end_launcher(launcher)
 
-    def test_a_bus_that_hangs_before_the_portal_is_looked_for_keeps_no_key_waiting(self):
+    def test_a_bus_that_hangs_before_the_portals_call_delays_no_key(self):
         # After the launcher's own connection and that of Qt.
         self.expect_keys_while_the_bus_hangs(at_connection=3)
 
-    def test_a_bus_that_hangs_while_the_portal_is_looked_for_keeps_no_key_waiting(self):
+    def test_a_bus_that_hangs_during_the_portals_call_delays_no_key(self):
         self.expect_keys_while_the_bus_hangs(at_text=b"org.freedesktop.portal.GlobalShortcuts")

@@ -53,7 +53,7 @@ class WithManyApplications(OnX11):
         self.assertEqual(self.applications.started(), "")
 
     def expect_start(self, slot, page=0):
-        """A click on a place starts the application that stands there, once, and nothing else."""
+        """Expects that a click on a place starts its application once, and nothing else."""
         launcher = self.begin_shown_launcher(self.made)
         for turned in range(page):
             self.session.press("Right")
@@ -68,7 +68,7 @@ class WithManyApplications(OnX11):
     def test_a_click_starts_the_application_of_a_desktop_entry(self):
         self.expect_start(15)
 
-    def test_a_click_on_another_page_starts_the_application_shown_there(self):
+    def test_a_click_on_another_page_starts_its_application(self):
         self.expect_start(15, page=1)
 
     def test_a_click_starts_a_bundles_program(self):
@@ -79,7 +79,7 @@ class WithManyApplications(OnX11):
         self.assertTrue((self.made[33].path / "program").exists())
         self.expect_start(33)
 
-    def test_keeps_the_layout_whatever_the_applications_are_called_later(self):
+    def test_renamed_applications_keep_their_places(self):
         self.end_launcher(self.begin_shown_launcher(self.made))
         first = self.layout_file.read_bytes()
         self.assertEqual(paths_in(first), self.paths())
@@ -92,7 +92,7 @@ class WithManyApplications(OnX11):
         self.end_launcher(launcher)
         self.assertEqual(self.layout_file.read_bytes(), first)
 
-    def test_follows_what_was_installed_and_removed_while_it_was_not_running(self):
+    def test_follows_applications_installed_and_removed_while_it_was_not_running(self):
         self.end_launcher(self.begin_shown_launcher(self.made))
         self.made[7].path.unlink()
         added = self.applications.add_entry("App 0", "org.example.new")
@@ -104,7 +104,7 @@ class WithManyApplications(OnX11):
         self.end_launcher(launcher)
         self.assertEqual(self.layout(), self.paths(now))
 
-    def test_follows_what_is_installed_and_removed_while_it_is_up(self):
+    def test_follows_applications_installed_and_removed_while_it_is_up(self):
         launcher = self.begin_shown_launcher(self.made)
         self.made[7].path.unlink()
         removed = self.made[:7] + self.made[8:]
@@ -130,7 +130,7 @@ class WithManyApplications(OnX11):
         self.end_launcher(launcher)
         self.assertEqual(self.layout(), self.paths())
 
-    def test_sets_aside_a_layout_that_it_cannot_read(self):
+    def test_sets_aside_an_unreadable_layout(self):
         broken = b'[{"app":{"_0":"/usr/share/applications/one.desktop"}},{"app"'
         self.layout_file.parent.mkdir()
         self.layout_file.write_bytes(broken)
@@ -139,7 +139,7 @@ class WithManyApplications(OnX11):
         others = [path for path in self.layout_file.parent.iterdir() if path != self.layout_file]
         self.assertEqual([path.read_bytes() for path in others], [broken])
 
-    def test_shows_everything_where_nothing_can_be_written(self):
+    def test_shows_every_application_without_writable_folders(self):
         occupied = [folder / "Amberquill" for folder in (self.session.data, self.session.config, self.session.cache)]
         for path in occupied:
             path.write_bytes(b"")
@@ -156,26 +156,26 @@ class WithAwkwardApplications(OnX11):
         self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
 
     def expect_listed(self, *others):
-        """The usual applications in their places, and after them the paths of the others."""
+        """Expects the usual applications in their places, followed by the paths of the others."""
         self.end_launcher(self.begin_shown_launcher(self.made))
         made = [application.path for application in self.made]
         self.assertEqual(self.layout(), [str(path) for path in (*made, *others)])
 
-    def test_entries_that_are_no_utf8_are_passed_over(self):
+    def test_entries_that_are_not_utf8_are_skipped(self):
         latin = b"[Desktop Entry]\nType=Application\nName=Caf\xe9\nExec=true\n"
         (self.applications.entries / "latin.desktop").write_bytes(latin)
         (self.applications.entries / "wide.desktop").write_bytes(latin.decode("latin-1").encode("utf-16"))
         (self.applications.entries / "noise.desktop").write_bytes(bytes(range(256)) * 64)
         self.expect_listed()
 
-    def test_links_that_lead_in_circles_end(self):
+    def test_link_cycles_do_not_hang_it(self):
         for folder in (self.applications.entries, self.applications.bundles):
             (folder / "back").symlink_to(folder)
             (folder / "deeper").mkdir()
             (folder / "deeper" / "up").symlink_to("..")
         (self.applications.entries / "own.desktop").symlink_to("own.desktop")
         (self.applications.bundles / "deeper" / "round.app").symlink_to("round.app")
-        # A bundle is one by its name alone, wherever that leads.
+        # A bundle is recognised by its name alone, even if the link is broken.
         self.expect_listed(self.applications.bundles / "deeper" / "round.app")
 
     def test_bundles_without_a_readable_property_list_are_listed(self):
@@ -188,7 +188,7 @@ class WithAwkwardApplications(OnX11):
         (nested / "Info.plist").write_bytes(b'<plist version="1.0">' + b"<array>" * (5 * 1024 * 1024 // 7))
         self.expect_listed(*(self.applications.bundles / f"{name}.app" for name in ("Bare", "Nested", "Noise")))
 
-    def test_an_icon_that_is_no_picture_gives_way_to_the_stand_in(self):
+    def test_an_undecodable_icon_is_replaced_by_the_generic_one(self):
         icon = self.session.home / "text.png"
         icon.write_text("This is no picture.\n" * 100, encoding="utf-8")
         path = self.applications.entries / "text.desktop"
@@ -197,7 +197,7 @@ class WithAwkwardApplications(OnX11):
         slot = len(self.made)
 
         def is_stand_in():
-            # A lighter plate than what is seen beside it.
+            # Its plate is lighter than the background beside it.
             picture = self.session.screenshot()
             plate = picture.at(*self.grid.icon_points(slot)[0])
             beside = picture.at(*self.grid.points_around_icon(slot)[0])
@@ -209,7 +209,7 @@ class WithAwkwardApplications(OnX11):
 
 
 class OnOtherDesktops(OnX11):
-    """A start, a page turn, a click: the same everywhere."""
+    """A start, a page turn and a click work alike on all desktops."""
 
     def expect_use(self, width, height, **settings):
         self.begin_session(width, height, **settings)

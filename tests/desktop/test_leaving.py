@@ -1,4 +1,4 @@
-"""How the launcher leaves the screen, and what is done to it meanwhile."""
+"""Closing the launcher, and input while it fades out."""
 
 from harness import SwaySession, until
 from harness.xlib import Pager
@@ -23,7 +23,7 @@ class OnAnXServer(OnX11):
         return int(told.split(",")[0], 16) if told else None
 
     def expect_again(self):
-        """The chord brings it up, and takes it away once more."""
+        """Expects that the chord shows and hides it again."""
         self.session.press("ctrl+alt+space")
         self.window = self.session.window_of_class(WINDOW_CLASS)
         self.expect_page(self.made)
@@ -33,7 +33,7 @@ class OnAnXServer(OnX11):
 
     def test_closed_by_a_key_of_the_window_manager_it_hides(self):
         launcher = self.begin_shown_launcher(self.made)
-        # It closes what it knows to have the focus, of which it hears after the server.
+        # It closes the window that it knows to have the focus, which it learns later than the server.
         until(lambda: self.active_window() == self.window, "the window manager's knowledge of the focus")
         self.session.press("alt+F4")
         self.expect_hidden()
@@ -69,7 +69,7 @@ class OnAnXServer(OnX11):
         self.assertEqual(self.applications.started(), f"{self.made[2].name}\n")
         self.end_launcher(launcher)
 
-    def test_a_click_counts_again_when_it_is_back(self):
+    def test_after_it_is_shown_again_a_click_starts_an_application(self):
         launcher = self.begin_shown_launcher(self.made, AMBERQUILL_SLOWDOWN="8")
         self.session.press("Escape")
         self.click_icon(2)

@@ -21,7 +21,7 @@ class Menus(OnX11):
         return json.loads(path.read_bytes()) if path.exists() else {}
 
     def expect_menu(self, launcher):
-        """Waits for the menu, above the launcher. Returns where it is."""
+        """Waits for the menu above the launcher. Returns its place."""
         window = until(lambda: self.other_windows(launcher), "the menu").pop()
         place = until(lambda: self.session.geometry(window), "its place")
         corner = place.x + 5, place.y + place.height - 5
@@ -33,7 +33,7 @@ class Menus(OnX11):
         self.expect_focus()
         self.expect_page(self.made)
 
-    def test_the_button_shows_it_at_the_pointer_and_escape_closes_it_alone(self):
+    def test_the_button_opens_it_at_the_pointer_and_escape_closes_only_the_menu(self):
         launcher = self.begin_shown_launcher(self.made)
         self.session.click(*MENU_BUTTON)
         place = self.expect_menu(launcher)
@@ -43,7 +43,7 @@ class Menus(OnX11):
         self.expect_still_up()
         self.end_launcher(launcher)
 
-    def test_the_menu_key_and_f10_show_it_below_its_button(self):
+    def test_the_menu_key_and_f10_open_it_below_its_button(self):
         launcher = self.begin_shown_launcher(self.made)
         for key in ("Menu", "F10", "shift+F10"):
             self.session.press(key)
@@ -55,7 +55,7 @@ class Menus(OnX11):
         self.expect_still_up()
         self.end_launcher(launcher)
 
-    def test_a_click_beside_it_closes_it_and_nothing_else(self):
+    def test_a_click_beside_it_closes_only_the_menu(self):
         launcher = self.begin_shown_launcher(self.made)
         self.session.click(*MENU_BUTTON)
         self.expect_menu(launcher)
@@ -64,7 +64,7 @@ class Menus(OnX11):
         self.expect_still_up()
         self.end_launcher(launcher)
 
-    def test_it_goes_with_the_launcher(self):
+    def test_it_closes_with_the_launcher(self):
         launcher = self.begin_shown_launcher(self.made)
         self.session.press("Menu", "Right")
         self.expect_menu(launcher)
@@ -87,7 +87,7 @@ class Menus(OnX11):
         self.expect_page(self.made)
         self.choose(self.BACKGROUND, 2)
         until(lambda: self.preferences().get("backgroundTheme") == "green", "the green background")
-        # Open in German now, its keys are the same.
+        # The menu is in German now; its keys are the same.
         self.choose(self.LANGUAGE, 5)
         until(lambda: self.preferences().get("appLanguage") == "de", "German")
         self.choose(self.LANGUAGE, 0)
@@ -124,13 +124,13 @@ class Menus(OnX11):
         self.assertEqual(launcher.wait(), 0)
         self.assertEqual(launcher.lines, [])
 
-    def test_starting_at_login_is_what_the_file_says_at_each_opening(self):
+    def test_starting_at_login_is_read_from_the_file_at_each_opening(self):
         entry = self.session.config / "autostart" / "org.amberquill.Amberquill.desktop"
         launcher = self.begin_shown_launcher(self.made)
         self.choose(self.AT_LOGIN)
         until(entry.exists, "the entry")
         self.assertIn("amberquill", entry.read_text(encoding="utf-8"))
-        # Another tool turned it off meanwhile: choosing it turns it on.
+        # Another tool turned it off: choosing the entry turns it on.
         for off in ("Hidden=true\n", "X-GNOME-Autostart-enabled=false\n"):
             written = entry.read_text(encoding="utf-8")
             entry.write_text(written + off, encoding="utf-8")

@@ -1,4 +1,4 @@
-"""What is on the screen in the middle of a motion, made slow enough to be looked at."""
+"""The screen in the middle of slowed-down motions."""
 
 import json
 
@@ -32,12 +32,12 @@ class Moments(OnX11):
         until(lambda: slot in self.wrong_places(self.made), "the drag", PATIENCE)
 
     def extent(self, picture, y, application):
-        """Where the row shows the application's colour: the first point and the one after the last; or none."""
+        """The first point of the row with the application's colour and the one after the last; or None."""
         points = [x for x in range(picture.width) if is_near(picture.at(x, y), application.colour, 3)]
         return (points[0], points[-1] + 1) if points else None
 
     def seen_until(self, measure, is_over, what):
-        """Looks at the screen again and again: all that was measured, in order, until it is over."""
+        """Takes pictures until the motion is over. Returns all measured values, in order."""
         seen = []
 
         def ended():
@@ -50,7 +50,7 @@ class Moments(OnX11):
         return seen
 
     def expect_on_the_way(self, parts, precision=0.03):
-        """Parts of a way that were seen one after another: they never go back, and some were seen in its middle."""
+        """Expects that the parts of a way never go back and that some lie in its middle."""
         for earlier, later in zip(parts, parts[1:]):
             self.assertGreater(later, earlier - precision, parts)
         self.assertTrue(any(0.1 < part < 0.9 for part in parts), parts)
@@ -90,7 +90,7 @@ class Moments(OnX11):
         launcher = self.begin_launcher_at_rest()
         self.take(3)
         x, y = self.icon(10)
-        # Beside its middle, so that its left half is seen.
+        # Beside the middle, so that the left half stays visible.
         self.session.move_pointer(x + round(self.edge * 0.55), y)
 
         def left_part(picture):

@@ -1,4 +1,4 @@
-"""The task-bar entry and the status item, in trays of both kinds."""
+"""The task-bar entry and the status item, in StatusNotifier and XEmbed trays."""
 
 import json
 from pathlib import Path
@@ -8,7 +8,7 @@ from harness.picture import is_near
 from launcher.case import WINDOW_CLASS
 from launcher.on_x11 import OnX11
 
-# Qt's own word, a tenth of a second after the focus went from the launcher to nobody.
+# Qt's state change, a tenth of a second after the launcher lost the focus to no window.
 LOGGED = {"QT_LOGGING_RULES": "qt.quick.focus.debug=true;amberquill.tray.debug=true"}
 FOCUS_IS_LOST = 'qt.quick.focus: deactivated "Amberquill"'
 TRAY_HOST = Path(__file__).parent / "harness" / "tray_host.py"
@@ -41,7 +41,7 @@ class Presence(OnX11):
         return tray
 
     def expect_menu(self, tray, wanted):
-        """The item's menu, as the tray is told of it."""
+        """Expects the item's menu as the tray receives it."""
         tray.send("menu")
         self.assertEqual(tray.expect("menu ").removeprefix("menu ").replace("_", "").replace("\t", " "), wanted)
 
@@ -81,7 +81,7 @@ class Presence(OnX11):
         self.end_launcher(launcher)
         tray.expect("item gone")
 
-    def test_its_menu_does_what_it_says(self):
+    def test_its_menus_entries_work(self):
         self.write_preferences(showInMenuBar=True)
         tray = self.begin_tray()
         launcher = self.begin_shown_launcher(self.made)
@@ -115,7 +115,7 @@ class Presence(OnX11):
 
     def test_the_about_panel_is_not_covered_by_the_launcher(self):
         tray, launcher, panel = self.begin_with_about_panel()
-        # Another application comes and goes.
+        # Another application is shown and ends.
         other = self.session.start("xmessage", "other")
         until(lambda: self.session.focused_window() != panel, "the other application's focus")
         other.kill()
@@ -147,7 +147,7 @@ class Presence(OnX11):
         self.assertEqual(self.applications.started(), f"{self.made[0].name}\n")
         self.end_launcher(launcher)
 
-    def test_a_tray_that_comes_later_and_again_has_it(self):
+    def test_a_late_or_restarted_tray_has_it(self):
         self.write_preferences(showInMenuBar=True)
         launcher = self.begin_shown_launcher(self.made)
         self.act("hide")
@@ -162,8 +162,8 @@ class Presence(OnX11):
             tray.kill()
         self.end_launcher(launcher)
 
-    def begin_old_tray(self, *options):
-        """One in the lower left corner that takes windows into itself."""
+    def begin_xembed_tray(self, *options):
+        """Starts an XEmbed tray in the lower left corner."""
         tray = self.session.start("trayer", "--edge", "bottom", "--align", "left", "--widthtype", "request", *options)
         window = self.session.window_of_class("trayer")
         return tray, window
@@ -182,25 +182,25 @@ class Presence(OnX11):
             windows = self.session.run("xwininfo", "-root", "-tree", check=False)
             raise AssertionError(f"{error}; the windows:\n{windows}") from None
 
-    def begin_hidden_with_old_tray(self, **settings):
+    def begin_hidden_with_xembed_tray(self, **settings):
         """Returns the launcher, and the point in the middle of its item."""
         self.write_preferences(showInMenuBar=True)
-        _, window = self.begin_old_tray()
+        _, window = self.begin_xembed_tray()
         launcher = self.begin_shown_launcher(self.made, **{**LOGGED, **settings})
         self.act("hide")
         self.expect_hidden()
         item = self.expect_item_in(window)
         return launcher, (item.x + item.width // 2, item.y + item.height // 2)
 
-    def test_a_real_click_in_a_tray_of_the_older_kind_shows_it(self):
-        launcher, middle = self.begin_hidden_with_old_tray()
+    def test_a_real_click_in_an_xembed_tray_shows_it(self):
+        launcher, middle = self.begin_hidden_with_xembed_tray()
         self.session.click(*middle)
         self.expect_shown()
         self.assertEqual(launcher.terminate(), 0)
 
-    def test_real_clicks_in_a_tray_of_the_older_kind_show_the_menu(self):
-        launcher, middle = self.begin_hidden_with_old_tray()
-        # Qt closes menus when it takes the focus for lost.
+    def test_real_clicks_in_an_xembed_tray_open_the_menu(self):
+        launcher, middle = self.begin_hidden_with_xembed_tray()
+        # Qt closes menus when it believes that the focus is lost.
         launcher.expect(FOCUS_IS_LOST)
         alone = self.other_windows(launcher)
         for button, key in ((1, "ctrl"), (3, None)):
@@ -209,12 +209,12 @@ class Presence(OnX11):
             self.session.click(*middle, button=button)
             until(lambda: self.other_windows(launcher) - alone, "the menu")
             if key:
-                # Not before: a busy launcher asks late which keys are down.
+                # Not earlier: a busy launcher reads the state of the keys late.
                 self.session.run("xdotool", "keyup", key)
             self.assertEqual(self.session.windows_of_class(WINDOW_CLASS), [])
             self.session.press("Escape")
             until(lambda: not self.other_windows(launcher) - alone, "its end")
-        # Of another button than the last one: it is no double click, which would do what the first click did.
+        # With another button than the last click, so that it is not a double click.
         self.session.click(*middle)
         self.expect_shown()
         self.assertEqual(launcher.terminate(), 0)
@@ -225,7 +225,7 @@ class Presence(OnX11):
         return "--transparent", "true", "--alpha", "0", "--tint", f"0x{level:02x}{level:02x}{level:02x}"
 
     def expect_symbol(self, window, panel, symbol):
-        """Waits until the item in the tray ranges from the level of red of the panel to that of the symbol."""
+        """Waits until the red levels of the item's pixels range from the panel's to the symbol's."""
         levels = []
 
         def is_seen():
@@ -239,23 +239,23 @@ class Presence(OnX11):
         except AssertionError as error:
             raise AssertionError(f"{error}; levels of red there: {levels}") from None
 
-    def test_the_symbol_in_a_tray_of_the_older_kind_stands_out_from_light_and_from_dark_panels(self):
+    def test_the_symbol_in_an_xembed_tray_contrasts_with_light_and_dark_panels(self):
         self.write_preferences(showInMenuBar=True)
         launcher = self.begin_shown_launcher(self.made)
         self.act("hide")
         self.expect_hidden()
         for panel, symbol in ((0xF0, 0x24), (0x20, 0xFF)):
-            tray, window = self.begin_old_tray(*self.tinted(panel))
+            tray, window = self.begin_xembed_tray(*self.tinted(panel))
             self.expect_symbol(window, panel, symbol)
             tray.kill()
             until(lambda: not self.session.windows_of_class("trayer"), "the tray's end")
         self.end_launcher(launcher)
 
-    def expect_old_item_turned_off(self, choose):
+    def expect_xembed_item_turned_off(self, choose):
         """Turns the item off in its own menu; `choose` is told where the menu is."""
-        # Memory that is let go of is overwritten: a use of it after that is found out.
-        launcher, middle = self.begin_hidden_with_old_tray(MALLOC_PERTURB_="165")
-        # Qt closes menus when it takes the focus for lost.
+        # Freed memory is overwritten, so that a use after free is detected.
+        launcher, middle = self.begin_hidden_with_xembed_tray(MALLOC_PERTURB_="165")
+        # Qt closes menus when it believes that the focus is lost.
         launcher.expect(FOCUS_IS_LOST)
         alone = self.other_windows(launcher)
         self.session.click(*middle, button=3)
@@ -266,17 +266,17 @@ class Presence(OnX11):
         self.expect_shown()
         self.assertEqual(launcher.terminate(), 0)
 
-    def test_an_item_in_a_tray_of_the_older_kind_is_turned_off_in_its_own_menu_by_keys(self):
+    def test_an_item_in_an_xembed_tray_is_turned_off_in_its_menu_by_keys(self):
         # After the entry of the keys and that of the task bar.
-        self.expect_old_item_turned_off(lambda _: self.session.press("Down", "Down", "Down", "Return"))
+        self.expect_xembed_item_turned_off(lambda _: self.session.press("Down", "Down", "Down", "Return"))
 
-    def test_an_item_in_a_tray_of_the_older_kind_is_turned_off_in_its_own_menu_by_a_click(self):
-        self.expect_old_item_turned_off(lambda menu: self.session.click(menu.x + 60, menu.y + SWITCH))
+    def test_an_item_in_an_xembed_tray_is_turned_off_in_its_menu_by_a_click(self):
+        self.expect_xembed_item_turned_off(lambda menu: self.session.click(menu.x + 60, menu.y + SWITCH))
 
-    def test_a_tray_beside_the_launcher_shows_its_menu_and_leaves_it_up(self):
+    def test_the_items_menu_opens_while_the_launcher_stays_up(self):
         left, right = self.session.split_into_monitors()
         self.write_preferences(showInMenuBar=True)
-        _, window = self.begin_old_tray()
+        _, window = self.begin_xembed_tray()
         self.session.move_pointer(right.x + 300, 300)
         launcher = self.begin_launcher()
         self.expect_shown()
@@ -296,13 +296,13 @@ class Presence(OnX11):
         until(lambda: self.session.focused_window() == self.window, "the focus")
         self.end_launcher(launcher)
 
-    def test_a_tray_of_the_older_kind_that_comes_later_and_again_has_it(self):
+    def test_a_late_or_restarted_xembed_tray_has_it(self):
         self.write_preferences(showInMenuBar=True)
         launcher = self.begin_shown_launcher(self.made)
         self.act("hide")
         self.expect_hidden()
         for _ in range(2):
-            tray, window = self.begin_old_tray()
+            tray, window = self.begin_xembed_tray()
             self.expect_item_in(window)
             tray.kill()
             until(lambda: not self.session.windows_of_class("trayer"), "the tray's end")

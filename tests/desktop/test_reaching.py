@@ -1,4 +1,4 @@
-"""How the launcher is reached while it runs: by starting it again, and over the session bus."""
+"""Activating the running launcher: by a second start, and over the session bus."""
 
 import json
 import re
@@ -40,7 +40,7 @@ class Reaching(OnX11):
         self.expect_hidden()
 
     def start_again(self, **settings):
-        """A second start: it must end well, at once and without a word."""
+        """Starts it a second time. That process must succeed, at once and without output."""
         second = self.begin_launcher(**settings)
         self.assertEqual(second.wait(), 0)
         self.assertEqual(second.lines, [])
@@ -89,11 +89,11 @@ class Reaching(OnX11):
         self.expect_active()
         self.end_launcher(launcher)
 
-    def test_the_end_of_the_first_makes_room_for_the_next(self):
+    def test_after_the_first_instance_ends_another_one_starts(self):
         self.end_launcher(self.begin_shown_launcher(self.made))
         self.end_launcher(self.begin_shown_launcher(self.made))
 
-    def test_a_first_that_hangs_is_not_waited_for_forever(self):
+    def test_a_hanging_first_instance_delays_a_second_start_only_for_a_time(self):
         first = self.begin_shown_launcher(self.made)
         self.hide()
         first.process.send_signal(signal.SIGSTOP)
@@ -101,7 +101,7 @@ class Reaching(OnX11):
         self.expect_active()
         self.end_launcher(second)
 
-    def test_a_first_that_dies_while_it_is_asked_leaves_the_start_to_the_second(self):
+    def test_if_the_first_instance_dies_during_the_call_the_second_one_starts(self):
         first = self.begin_shown_launcher(self.made)
         self.hide()
         first.process.send_signal(signal.SIGSTOP)
@@ -114,7 +114,7 @@ class Reaching(OnX11):
         self.end_launcher(second)
 
     def bus_clients(self):
-        """Processes other than the bus's own tools that have said hello."""
+        """Processes connected to the bus, other than the bus's own tools."""
         answer = self.session.run(
             *("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/"),
             *("--method", "org.freedesktop.DBus.ListNames"),
@@ -146,8 +146,8 @@ class AfterTheBusCameBack(OnX11):
         self.begin_session(1280, 720)
         self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
 
-    def test_it_is_reached_again_however_long_the_bus_was_away(self):
-        # Its own looks for the bus are minutes apart.
+    def test_it_is_reachable_after_any_absence_of_the_bus(self):
+        # The launcher's own retries are minutes apart.
         slow = {"AMBERQUILL_SLOWDOWN": "100"}
         launcher = self.session.start(self.build / "amberquill", "--hide", environment=slow)
         until(lambda: "true" in self.session.ask_bus("NameHasOwner", NAME), "the program's name")
@@ -201,7 +201,7 @@ class WithoutABus(OnX11):
         self.begin_session(1280, 720)
         self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
 
-    def test_it_runs_all_the_same(self):
+    def test_it_runs(self):
         self.session.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={self.session.folder}/nowhere"
         self.end_launcher(self.begin_shown_launcher(self.made))
 
@@ -210,7 +210,7 @@ class WithoutABus(OnX11):
         self.addCleanup(bus.close)
         self.session.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.address
         launcher = self.begin_shown_launcher(self.made)
-        # What has asked the bus still waits for the answer.
+        # The call to the bus still waits for its answer.
         self.assertIn(b"AUTH", bus.connections[0].received)
         self.assertTrue(all(connection.is_open for connection in bus.connections))
         self.click_icon(0)
@@ -225,7 +225,7 @@ class Ending(OnX11):
         self.made = [self.applications.add_entry(f"App {number}", f"e{number}") for number in range(1, 9)]
 
     def expect_saved(self, number):
-        # Nothing changes, so nothing is saved before the end; what is saved then is written in our own way.
+        # Nothing changes, so the layout is saved only at the end, in the launcher's own format.
         layout = [{"app": {"_0": str(application.path)}} for application in self.made]
         self.layout_file.parent.mkdir()
         self.layout_file.write_text(json.dumps(layout), encoding="utf-8")
@@ -239,7 +239,7 @@ class Ending(OnX11):
     def test_the_layout_is_saved_when_the_session_ends(self):
         self.expect_saved(signal.SIGTERM)
 
-    def test_the_layout_is_saved_when_the_terminal_goes(self):
+    def test_the_layout_is_saved_when_the_terminal_closes(self):
         self.expect_saved(signal.SIGHUP)
 
     def test_the_layout_is_saved_when_the_user_interrupts(self):
@@ -247,7 +247,7 @@ class Ending(OnX11):
 
 
 class ByTheChord(OnX11):
-    """Control-Alt-Space, pressed wherever the focus is."""
+    """Control-Alt-Space works whatever window has the focus."""
 
     CHORD = "ctrl+alt+space"
 
@@ -328,12 +328,12 @@ class ByTheChord(OnX11):
         return client
 
     def hold(self, *keys, seconds):
-        """Presses keys and lets them go again after a while."""
+        """Presses keys and releases them after some seconds."""
         down = [word for key in keys for word in ("keydown", key)]
         up = [word for key in reversed(keys) for word in ("keyup", key)]
         self.session.run("xdotool", *down, "sleep", seconds, *up)
 
-    def test_it_matters_not_how_long_it_is_held(self):
+    def test_the_duration_of_the_press_does_not_matter(self):
         launcher = self.begin_shown_launcher(self.made)
         # Longer than Qt waits for a focus to come back, shorter than the launcher takes to fade.
         for seconds in (0.1, 0.11, 0.12, 0.13):
@@ -353,13 +353,13 @@ class ByTheChord(OnX11):
             self.expect_active()
         self.end_launcher(launcher)
 
-    def test_it_follows_the_keyboard(self):
+    def test_it_follows_the_keyboard_mapping(self):
         launcher = self.begin_shown_launcher(self.made, QT_LOGGING_RULES="amberquill.input.debug=true")
         other = self.begin_client(KeyTaker)
         letter_j = 44
         self.session.run("xmodmap", "-e", f"keycode {letter_j} = space", "-e", f"keycode {self.SPACE_BAR} = j j")
         chord = KeyTaker.CONTROL | KeyTaker.ALT
-        # Asking for the keys before they are taken would be in the launcher's way.
+        # Testing the grab earlier could make the launcher's own grab fail.
         followed = "amberquill.input: the keyboard has changed; the chord is on"
         launcher.expect(f"{followed} std::vector({letter_j})")
         self.assertTrue(other.is_taken(letter_j, chord))
@@ -371,7 +371,7 @@ class ByTheChord(OnX11):
         self.assertEqual(launcher.terminate(), 0)
         self.assertEqual([line for line in launcher.lines if not line.startswith(followed)], [])
 
-    def test_where_another_program_has_it_the_launcher_does_without(self):
+    def test_a_chord_taken_by_another_program_is_left_to_it(self):
         other = self.begin_client(KeyTaker)
         self.assertTrue(other.take(self.SPACE_BAR, KeyTaker.CONTROL | KeyTaker.ALT))
         launcher = self.begin_shown_launcher(self.made)
@@ -435,7 +435,7 @@ class ByTheChord(OnX11):
         self.session.press(self.CHORD)
         self.expect_hidden()
 
-    def test_the_bus_may_go_and_come_back(self):
+    def test_it_works_during_and_after_a_bus_restart(self):
         launcher = self.begin_shown_launcher(self.made)
         self.session.press(self.CHORD)
         self.expect_hidden()

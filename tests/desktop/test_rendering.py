@@ -5,7 +5,7 @@ from harness import DesktopTestCase, X11Session
 from harness.picture import Picture
 
 SIZE = "1280x800"
-# Where two renderers may differ: in the last digit of a mixed colour, and where what is scaled has an edge.
+# Renderers may differ in the last digit of a mixed colour and on the edges of scaled pictures.
 LITTLE = 3
 SHARE_BEYOND = 0.0001
 MOVING = {"entrance", "page-turning", "folder-opening", "dropping"}  # at a scale or a place between two pixels

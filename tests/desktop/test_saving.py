@@ -1,4 +1,4 @@
-"""What becomes of the user's files."""
+"""The user's files are kept and saved."""
 
 import json
 import os
@@ -17,7 +17,7 @@ class Saving(OnX11):
         self.layout_file.parent.mkdir()
 
     def expect_to_work_without_saving(self):
-        """With one line in the debug log and nothing else."""
+        """Expects a working launcher with one line in the debug log."""
         launcher = self.begin_shown_launcher(self.made, QT_LOGGING_RULES="amberquill.saving.debug=true")
         self.choose(self.SORT)
         until(lambda: launcher.lines and launcher.lines[0].endswith(NO_FILE), "the line in the log")
@@ -47,12 +47,12 @@ class Saving(OnX11):
         self.assertEqual([path for path in own if not path.exists()], [])
         self.end_launcher(launcher)
 
-    def test_a_folder_in_the_layouts_place_is_left_alone(self):
+    def test_a_folder_in_the_layouts_place_is_kept(self):
         self.layout_file.mkdir()
         self.expect_to_work_without_saving()
         self.assertEqual(list(self.layout_file.parent.glob("layout.json*")), [self.layout_file])
 
-    def test_a_link_to_a_folder_is_left_alone_and_so_is_the_folder(self):
+    def test_a_link_to_a_folder_and_the_folder_are_kept(self):
         documents = self.session.home / "Documents"
         documents.mkdir()
         self.layout_file.symlink_to(documents)
@@ -61,12 +61,12 @@ class Saving(OnX11):
         self.assertEqual(os.listdir(documents), [])
         self.assertEqual(list(self.layout_file.parent.glob("layout.json*")), [self.layout_file])
 
-    def test_a_pipe_in_the_layouts_place_is_left_alone(self):
+    def test_a_pipe_in_the_layouts_place_is_kept(self):
         os.mkfifo(self.layout_file)
         self.expect_to_work_without_saving()
         self.assertTrue(self.layout_file.is_fifo())
 
-    def test_what_could_not_be_saved_is_saved_once_it_can_be(self):
+    def test_a_failed_save_is_retried_until_it_succeeds(self):
         paths = [str(application.path) for application in self.made]
         self.layout_file.write_text(json.dumps([{"app": {"_0": path}} for path in reversed(paths)]), encoding="utf-8")
         launcher = self.begin_shown_launcher(self.made[::-1])
@@ -81,7 +81,7 @@ class Saving(OnX11):
         until(lambda: self.layout() == paths, "the sorted layout")
         self.end_launcher(launcher)
 
-    def test_a_sorted_layout_is_brought_back_by_importing_its_copy(self):
+    def test_importing_a_copy_restores_a_sorted_layout(self):
         paths = [str(application.path) for application in self.made]
         self.layout_file.write_text(json.dumps([{"app": {"_0": path}} for path in reversed(paths)]), encoding="utf-8")
         launcher = self.begin_shown_launcher(self.made[::-1])

@@ -28,12 +28,12 @@ class OnX11(LauncherTestCase):
         self.assertEqual(self.launcher.terminate(), 0)
 
     def take(self, device):
-        """Uses it for the first time. That moves nothing: Qt looks where the device is by now, and says so."""
+        """Uses the device once. The first event scrolls nothing: Qt only reads and logs the device's position."""
         device.scroll(VERTICAL, self.UNITS)
         self.launcher.expect("qt.qpa.input.events: scrolling device")
 
     def angle_in(self, lines):
-        """By how much the wheel was turned, as Qt tells of it."""
+        """The angle of the wheel's turn, from Qt's log."""
         return sum(int(angle) for angle in re.findall(r"angle QPoint\(0,(-?\d+)\)", "\n".join(lines)))
 
     def swipe(self, axis, points):
@@ -58,7 +58,7 @@ class OnX11(LauncherTestCase):
         self.swipe(VERTICAL, -70)
         self.expect_page(self.made)
 
-    def test_a_short_swipe_turns_none_and_does_not_add_up_with_the_next(self):
+    def test_a_short_swipe_turns_no_page_and_does_not_add_up_with_the_next(self):
         self.take(self.session.touchpad)
         self.swipe(HORIZONTAL, 80)
         self.swipe(HORIZONTAL, 80)
@@ -69,11 +69,11 @@ class OnX11(LauncherTestCase):
 
     def test_the_fractions_of_a_wheels_notch_add_up(self):
         self.assertEqual(self.launcher.terminate(), 0)
-        # Slow, so that no part is forgotten before the last one has come.
+        # Slow fades, so that no fraction expires before the last one arrives.
         self.launcher = self.begin_launcher(**self.LOGGED, AMBERQUILL_SLOWDOWN="4")
         self.expect_page(self.made)
         self.take(self.session.wheel_device)
-        # What is turned at once may arrive as one movement.
+        # Turns at the same time may arrive as one event.
         self.session.wheel_device.scroll(VERTICAL, *[15] * 7)
         until(lambda: self.angle_in(self.launcher.lines) == -105, "the first parts")
         self.session.wheel_device.scroll(VERTICAL, 15)
@@ -84,7 +84,7 @@ class OnX11(LauncherTestCase):
         self.expect_page(self.made)
         self.assertEqual(self.launcher.lines.count(NOTCH), 2)
 
-    def test_what_was_scrolled_in_another_window_does_not_count(self):
+    def test_scrolling_in_another_window_does_not_count(self):
         self.session.press("Escape")
         until(lambda: not self.session.windows_of_class(WINDOW_CLASS), "the window's end")
         self.session.touchpad.scroll(HORIZONTAL, *[40] * 50)
@@ -107,7 +107,7 @@ class OnSway(LauncherTestCase):
         socket = self.session.runtime / self.session.environment["WAYLAND_DISPLAY"]
         self.pointer = WaylandPointer(socket)
         self.addCleanup(self.pointer.close)
-        # The compositor may run as somebody else; Qt then complains of a runtime folder that is not the user's.
+        # The compositor may run as another user; Qt then warns about the runtime folder's owner.
         runtime = self.session.home / "runtime"
         runtime.mkdir(mode=0o700)
         self.launcher = self.begin_launcher(XDG_RUNTIME_DIR=str(runtime), WAYLAND_DISPLAY=str(socket), **LOGGED)
@@ -140,7 +140,7 @@ class OnSway(LauncherTestCase):
         self.swipe(VERTICAL, 70)
         self.expect_page(self.made, 1)
 
-    def test_a_short_swipe_turns_none_and_does_not_add_up_with_the_next(self):
+    def test_a_short_swipe_turns_no_page_and_does_not_add_up_with_the_next(self):
         self.swipe(HORIZONTAL, 80)
         self.swipe(HORIZONTAL, 80)
         self.expect_page(self.made)
@@ -151,7 +151,6 @@ class OnSway(LauncherTestCase):
         self.pointer.scroll(WaylandPointer.FINGER, HORIZONTAL, *[5] * 16)
 
         def is_shifted():
-            # The first icon's left neighbour is where its right half was.
             picture, points = self.session.screenshot(), self.grid.icon_points(1)
             return picture.at(points[0][0] - 80, points[0][1]) == self.made[1].colour
 

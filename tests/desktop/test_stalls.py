@@ -1,4 +1,4 @@
-"""Reads of the file system that do not end, and work that takes very long."""
+"""Stalled file systems and very slow work."""
 
 import json
 import math
@@ -9,12 +9,12 @@ from harness.stalling import StallingFolder
 from launcher.case import WINDOW_CLASS
 from launcher.on_x11 import OnX11
 
-# How long an end may take on a busy machine. What is waited for below takes ten times as long, or for ever.
+# The longest end on a busy machine. The stalls and slow work below take at least ten times as long.
 END = 5
 
 
 def slow_drawing():
-    """A drawing that is harmless to look at and takes a minute to draw: a long curve over itself, in dashes."""
+    """A valid drawing that takes a minute to draw: a long curve over itself, in dashes."""
 
     def point(step, part):
         angle = step * 2.4 + part
@@ -41,7 +41,7 @@ class Stalls(OnX11):
         self.assertEqual(launcher.lines, [])
 
     def expect_saved_end(self, launcher):
-        """Nothing is saved before the end; what is saved then is written in our own way."""
+        """Expects that the layout is saved at the end, in the launcher's own format."""
         layout = json.loads(self.layout_file.read_bytes())
         self.layout_file.write_text(json.dumps(layout, indent=4), encoding="utf-8")
         self.expect_end(launcher)
@@ -62,11 +62,11 @@ class Stalls(OnX11):
         self.applications.write_entry(self.applications.entries / "slow.desktop", "Slow", icon)
         return icon
 
-    def test_an_icon_that_takes_long_to_draw_does_not_delay_the_end(self):
+    def test_a_slow_icon_does_not_delay_the_end(self):
         self.add_slow_icon()
         self.expect_saved_end(self.show_page(self.made))
 
-    def test_an_icon_that_takes_too_long_to_draw_is_given_up_and_not_tried_at_the_next_start(self):
+    def test_an_icon_that_exceeds_the_time_limit_is_given_up_and_not_tried_at_the_next_start(self):
         icon = self.add_slow_icon()
         undecodable = self.session.cache / "Amberquill" / "undecodable"
         launcher = self.show_page(self.made)
@@ -77,7 +77,7 @@ class Stalls(OnX11):
         self.expect_end(launcher)
         self.assertEqual(undecodable.stat().st_mtime_ns, known)
 
-    def test_an_icon_on_a_mount_that_does_not_answer_does_not_delay_the_end(self):
+    def test_an_icon_on_a_stalled_mount_does_not_delay_the_end(self):
         place = self.session.home / "far"
         place.mkdir()
         (place / "icon.png").touch()
@@ -90,20 +90,20 @@ class Stalls(OnX11):
         layout = [{"app": {"_0": str(application.path)}} for application in applications]
         self.layout_file.write_text(json.dumps(layout), encoding="utf-8")
 
-    def test_a_layout_on_a_mount_that_does_not_answer_does_not_delay_the_end(self):
+    def test_a_layout_on_a_stalled_mount_does_not_delay_the_end(self):
         self.write_layout(self.made)
         folder = self.stalling(self.layout_file.parent)
         launcher = self.show_page(self.made)
         folder.stall()
         self.expect_end(launcher)
 
-    def test_a_layout_on_a_mount_that_does_not_answer_does_not_keep_preferences_from_being_saved(self):
+    def test_a_layout_on_a_stalled_mount_does_not_prevent_saving_preferences(self):
         preferences = self.session.config / "Amberquill" / "preferences.json"
         preferences.parent.mkdir()
         os.mkfifo(preferences)
         self.write_layout(self.made)
         folder = self.stalling(self.layout_file.parent)
-        # What could not be written is tried again when all this is over, and at the end.
+        # Failed writes are retried once the mount answers again, and at the end.
         launcher = self.show_page(self.made, AMBERQUILL_SLOWDOWN="8")
         self.choose(self.IN_MENU_BAR)
         launcher.expect(f'amberquill.saving: "{preferences}" is no regular file')
@@ -113,7 +113,7 @@ class Stalls(OnX11):
         self.assertEqual(launcher.wait(END), 0)
         self.assertTrue(json.loads(preferences.read_bytes())["showInMenuBar"])
 
-    def test_preferences_that_are_late_are_applied_when_they_come_and_never_saved_over(self):
+    def test_late_preferences_are_applied_and_never_overwritten(self):
         preferences = self.session.config / "Amberquill" / "preferences.json"
         preferences.parent.mkdir()
         stored = {"gridColumns": 5, "gridRows": 4, "unknown": 1}
@@ -132,7 +132,7 @@ class Stalls(OnX11):
         until(lambda: self.wrong_places(self.made), "the stored grid")
         self.end_launcher(launcher)
 
-    def test_a_layout_that_is_late_is_applied_when_it_comes_and_never_saved_over(self):
+    def test_a_late_layout_is_applied_and_never_overwritten(self):
         arranged = self.made[::-1]
         self.write_layout(arranged)
         folder = self.stalling(self.layout_file.parent)
@@ -150,7 +150,7 @@ class Stalls(OnX11):
         self.assertEqual(self.layout(), [str(application.path) for application in arranged])
 
     def click_when_shown(self, slot):
-        """Starts one of the applications, whose entry answers."""
+        """Starts an application whose entry is on a mount that answers."""
         self.expect_focus()
         self.click_icon(slot)
         until(self.applications.started, "the application's start")
@@ -161,7 +161,7 @@ class Stalls(OnX11):
         folder.stall()
         return folder
 
-    def test_a_root_that_does_not_answer_keeps_no_other_from_being_shown(self):
+    def test_the_other_roots_are_shown_beside_a_stalled_root(self):
         folder = self.stall_bundles()
         launcher = self.begin_launcher()
         self.window = self.session.window_of_class(WINDOW_CLASS)
@@ -173,7 +173,7 @@ class Stalls(OnX11):
         self.expect_page([*self.made, self.bundle])
         self.end_launcher(launcher)
 
-    def test_a_root_that_does_not_answer_keeps_no_other_from_being_followed(self):
+    def test_the_other_roots_are_followed_beside_a_stalled_root(self):
         folder = self.stall_bundles()
         launcher = self.show_page(self.made)
         self.made.append(self.applications.add_entry("App 9", "e9"))
@@ -184,7 +184,7 @@ class Stalls(OnX11):
         self.expect_page([*self.made, self.bundle, late])
         self.end_launcher(launcher)
 
-    def test_the_applications_of_a_root_that_does_not_answer_stay_where_they_are(self):
+    def test_the_applications_of_a_stalled_root_keep_their_places(self):
         bundle = self.applications.add_bundle("Bundle", "org.example.bundle")
         arranged = [bundle, *self.made]
         self.write_layout(arranged)
@@ -197,12 +197,12 @@ class Stalls(OnX11):
         self.expect_end(launcher)
         self.assertEqual(self.layout(), [str(application.path) for application in arranged])
 
-    def test_a_root_that_does_not_answer_does_not_delay_the_end(self):
+    def test_a_stalled_root_does_not_delay_the_end(self):
         self.stall_bundles()
         self.expect_saved_end(self.show_page(self.made))
 
-    def test_what_is_typed_is_found_while_all_icons_take_long(self):
-        # Names are known from the first run: the next one does not scan before it shows the page.
+    def test_search_works_while_all_icons_are_slow(self):
+        # The first run stores the names, so the next run shows the page before its scan.
         self.end_launcher(self.show_page(self.made))
         (self.session.cache / "Amberquill" / "icons").unlink(missing_ok=True)
         for number, application in enumerate(self.made):

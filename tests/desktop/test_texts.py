@@ -1,4 +1,4 @@
-"""The launcher's menu and dialogs as they are read in three languages."""
+"""The texts of the launcher's menu and dialogs in three languages."""
 
 import json
 from dataclasses import dataclass
@@ -12,7 +12,7 @@ LANGUAGES = ("English", "Italiano", "Español", "Français", "Deutsch", "中文"
 
 @dataclass(frozen=True)
 class Texts:
-    language: str  # in its own words
+    language: str  # its own name for itself
     grid: str
     background: str
     languages: str
@@ -138,12 +138,12 @@ class TextsOnTheScreen(ReadAloud):
         self.desktop = self.session.home / "Desktop"
         self.desktop.mkdir()
         self.broken = self.desktop / "broken.json"
-        # Nobody, not even who may do everything, makes a folder there.
+        # Nobody, not even root, can create a folder there.
         self.nowhere = self.desktop / "nowhere.json"
         self.nowhere.symlink_to("/proc/nowhere/layout.json")
 
     def expect_file_dialog(self, title):
-        """Waits until it takes keys."""
+        """Waits until the file dialog takes keys."""
 
         def takes_keys():
             objects = self.objects_in("dialog", title)
@@ -152,7 +152,7 @@ class TextsOnTheScreen(ReadAloud):
         until(takes_keys, f"the dialog {title}")
 
     def expect_alert(self, texts):
-        """Waits until one with these texts and buttons takes keys. They are read in whatever order."""
+        """Waits until an alert with these texts and buttons, in any order, takes keys."""
         read = []
 
         def takes_keys():
@@ -215,7 +215,7 @@ class TextsOnTheScreen(ReadAloud):
         self.end_launcher(launcher)
 
     def expect_cancel(self, languages, title, cancel):
-        """What Qt's own button says in a session of these languages."""
+        """Expects the text of Qt's own button in a session with these languages."""
         launcher = self.begin_shown_launcher(self.made, LANGUAGE=languages)
         self.choose(self.EXPORT)
         self.expect_file_dialog(title)
@@ -225,7 +225,7 @@ class TextsOnTheScreen(ReadAloud):
         self.expect_end_of_dialogs(launcher)
         self.end_launcher(launcher)
 
-    def test_qts_own_follow_the_first_of_the_systems_languages_that_the_launcher_speaks(self):
+    def test_qts_texts_are_in_the_first_system_language_that_the_launcher_supports(self):
         self.expect_cancel("pt_BR:fr_FR", FRENCH.export, "Annuler")
         self.expect_cancel("pl_PL", "Export Layout", "Cancel")
 

@@ -352,6 +352,6 @@ class Installations(Updates):
         self.offer_image(length=len(self.new) - 1)
         self.expect_refusal("The download does not have the announced size. It was deleted and not installed.")
 
-    def test_a_program_that_is_older_than_the_feed_says_is_refused(self):
+    def test_a_program_older_than_the_feeds_version_is_refused(self):
         self.offer_image(image=program_image("7.7", self.started))
         self.expect_refusal("The update is not newer than this version. It was not installed.")

@@ -30,7 +30,7 @@ class OnWeston(WindowTestCase):
         return len(self.colours()) > 1
 
     def is_covered(self):
-        """By the window, which is of one colour."""
+        """Whether the window, which has one colour, covers the screen."""
         return len(self.colours()) == 1
 
     def test_covers_the_whole_screen(self):
@@ -80,7 +80,7 @@ class OnSway(WindowTestCase):
         self.session.type("b")
         other.expect("key b")
 
-    def test_comes_to_the_front_with_the_token_it_was_given(self):
+    def test_comes_to_the_front_with_an_activation_token(self):
         probe = self.begin_probe(WAYLAND_DEBUG="1")
         probe.send("token made-up")
         probe.send("present")

@@ -8,11 +8,11 @@ LAUNCHER = "org.amberquill.Probe"
 PANEL = (0, 255, 0)
 OTHER = (255, 255, 255)
 OTHER_BEHIND = (127, 127, 255)  # half of its white, half of the window's blue
-SILENT = ("ready", "exposed", "covered", "focus in", "focus out", "hidden", "size ")  # what the probe says itself
+SILENT = ("ready", "exposed", "covered", "focus in", "focus out", "hidden", "size ")  # the probe's own output
 
 
 class WindowTestCase(DesktopTestCase):
-    """A window under the window system's control, and the windows of other programs around it."""
+    """A probe's window and the windows of other programs around it."""
 
     def begin_probe(self, session, *arguments, environment=None):
         settings = {"QT_QUICK_BACKEND": "software", **(environment or {})}
@@ -21,7 +21,7 @@ class WindowTestCase(DesktopTestCase):
         return probe
 
     def begin_other(self, session):
-        """An ordinary window with the focus, as of the application that a person works with."""
+        """Shows an ordinary window with the focus, like the user's current application."""
         other = self.begin_probe(session, "--other")
         other.expect("exposed")
         if session.has_window_manager():
@@ -66,7 +66,7 @@ class WithAWindowManager(WindowTestCase):
         until(lambda: len(colours()) == 1, "one colour everywhere")
         self.assertNotIn(PANEL, colours())
 
-    def test_tells_the_window_manager_what_it_is(self):
+    def test_tells_the_window_manager_its_type_and_states(self):
         probe = self.begin_probe(self.session)
         window = self.present(self.session, probe)
         wanted = {
@@ -81,7 +81,7 @@ class WithAWindowManager(WindowTestCase):
         self.assertEqual(self.session.property(window, "_NET_WM_BYPASS_COMPOSITOR"), "2")
         self.assertEqual(self.session.property(window, "WM_CLASS"), f'"probe", "{LAUNCHER}"')
 
-    def test_says_so_again_each_time_it_comes_up(self):
+    def test_tells_the_window_manager_again_at_each_showing(self):
         probe = self.begin_probe(self.session)
         for _ in range(3):
             window = self.present(self.session, probe)
@@ -109,7 +109,7 @@ class WithAWindowManager(WindowTestCase):
         self.session.press("b")
         other.expect("key b")
 
-    def test_gets_the_focus_however_long_ago_its_last_event_was(self):
+    def test_gets_the_focus_also_long_after_its_last_event(self):
         # The window manager knows when the other window was last used; an older request is refused.
         probe = self.begin_probe(self.session)
         self.present(self.session, probe)
@@ -141,7 +141,7 @@ class WithAWindowManager(WindowTestCase):
         until(lambda: self.session.current_desktop() == 2 != desktop, "the other desktop")
         self.expect_geometry(self.session, window, self.screen)
 
-    def test_is_listed_in_task_bars_when_that_is_wanted(self):
+    def test_is_listed_in_task_bars_if_requested(self):
         probe = self.begin_probe(self.session)
         probe.send("listed yes")
         window = self.present(self.session, probe)
@@ -152,7 +152,7 @@ class WithAWindowManager(WindowTestCase):
         probe.send("listed yes")
         until(lambda: "_NET_WM_STATE_SKIP_TASKBAR" not in self.session.atoms(window, "_NET_WM_STATE"), "an entry")
 
-    def test_completes_the_startup_that_brought_it_up(self):
+    def test_completes_its_startup_notification(self):
         listener = StartupListener(self.session.display)
         self.addCleanup(listener.close)
         probe = self.begin_probe(self.session)
@@ -160,10 +160,10 @@ class WithAWindowManager(WindowTestCase):
         self.present(self.session, probe)
         until(lambda: listener.heard() == "remove: ID=panel-1-host_TIME5", "the end of the startup")
 
-    def test_says_nothing_of_its_own(self):
+    def test_prints_nothing(self):
         probe = self.begin_probe(self.session)
         for _ in range(5):
-            # One that is withdrawn and mapped again before the window manager knows may stay away.
+            # A window that is mapped again before the window manager sees its withdrawal may stay hidden.
             probe.send("present")
             probe.expect("focus in")
             probe.send("withdraw")
@@ -176,7 +176,7 @@ class WithAWindowManager(WindowTestCase):
 
 
 class WithACompositor(WindowTestCase):
-    def test_what_lies_behind_shows_through(self):
+    def test_the_windows_behind_show_through(self):
         session = self.begin(X11Session(640, 480, compositor="picom"))
         self.begin_other(session)
         until(lambda: session.screenshot().at(200, 200) == OTHER, "the other window")
@@ -197,7 +197,7 @@ class WithoutAWindowManager(WindowTestCase):
         self.expect_geometry(self.session, window, Geometry(0, 0, 1280, 720))
 
     def test_asks_for_every_desktop_in_both_ways(self):
-        # Window managers take off the one of the two that they do not know; here nobody does.
+        # A window manager removes the request that it does not support. Here there is none.
         probe = self.begin_probe(self.session)
         window = self.present(self.session, probe)
         self.assertIn("_NET_WM_STATE_STICKY", self.session.atoms(window, "_NET_WM_STATE"))
@@ -234,7 +234,7 @@ class WithoutAWindowManager(WindowTestCase):
         probe.send("withdraw")
         until(lambda: self.session.focused_window() == 1, "the focus under the pointer")
 
-    def test_leaves_the_focus_where_the_user_put_it(self):
+    def test_does_not_move_a_focus_that_the_user_changed(self):
         self.begin_other(self.session)
         probe = self.begin_probe(self.session)
         self.present(self.session, probe)
@@ -246,7 +246,7 @@ class WithoutAWindowManager(WindowTestCase):
         self.session.press("a")
         third.expect("key a")
 
-    def test_says_nothing_of_its_own(self):
+    def test_prints_nothing(self):
         probe = self.begin_probe(self.session)
         for _ in range(5):
             probe.send("present")
@@ -257,7 +257,7 @@ class WithoutAWindowManager(WindowTestCase):
         self.assertEqual(probe.wait(), 0)
         self.assertEqual([line for line in probe.lines if not line.startswith(SILENT)], [])
 
-    def test_knows_a_window_manager_that_comes_later(self):
+    def test_notices_a_late_window_manager(self):
         probe = self.begin_probe(self.session)
         window = self.present(self.session, probe)
         probe.send("withdraw")
@@ -267,7 +267,7 @@ class WithoutAWindowManager(WindowTestCase):
         until(lambda: "_NET_WM_STATE_ABOVE" in self.session.atoms(window, "_NET_WM_STATE"), "the states")
         probe.expect("focus in")
 
-    def test_knows_a_window_manager_that_died(self):
+    def test_notices_the_window_managers_end(self):
         manager = self.session.start_window_manager()
         other = self.begin_other(self.session)
         manager.kill()
@@ -314,7 +314,7 @@ class OnTwoMonitors(WindowTestCase):
         probe.send("present")
         self.expect_geometry(self.session, window, self.left)
 
-    def test_moves_to_a_living_monitor_when_its_own_goes(self):
+    def test_moves_to_another_monitor_when_its_own_is_removed(self):
         probe = self.begin_probe(self.session)
         self.session.move_pointer(1200, 300)
         window = self.present(self.session, probe)
@@ -322,7 +322,7 @@ class OnTwoMonitors(WindowTestCase):
         self.session.run("xrandr", "--delmonitor", "right")
         self.expect_geometry(self.session, window, self.left)
 
-    def test_follows_its_monitor_to_another_size(self):
+    def test_follows_its_monitors_size(self):
         probe = self.begin_probe(self.session)
         self.session.move_pointer(400, 300)
         window = self.present(self.session, probe)
@@ -402,7 +402,7 @@ class TheLauncherOnTwoMonitors(OnX11):
                 self.expect_place(monitor)
                 self.expect_menu(monitor)
 
-    def test_a_showing_while_it_is_up_takes_it_to_the_pointers_monitor_and_so_is_the_menu(self):
+    def test_a_show_while_it_is_up_moves_it_and_the_menu_to_the_pointers_monitor(self):
         for _ in range(4):
             for monitor in (self.right, self.left):
                 self.point_at(monitor)
@@ -410,7 +410,7 @@ class TheLauncherOnTwoMonitors(OnX11):
                 self.expect_place(monitor)
                 self.expect_menu(monitor)
 
-    def test_a_showing_while_it_leaves_takes_it_to_the_pointers_monitor(self):
+    def test_a_show_while_it_hides_moves_it_to_the_pointers_monitor(self):
         for _ in range(4):
             for monitor in (self.right, self.left):
                 self.point_at(monitor)

@@ -1,4 +1,4 @@
-"""What a screen reader does, in a process of its own in the session:
+"""A simple screen reader, run as a program of the session:
 
     reader.py tree              the launcher's objects, as JSON
     reader.py press ROLE NAME   presses the object of that role and name; ends with 1 where there is none that can be
@@ -16,7 +16,7 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi  # noqa: E402
 
 DEEPEST = 30
-# Those of the file dialogs, whose rows come and go while they are read.
+# The file dialogs' roles, whose rows change while they are read.
 LISTS = (Atspi.Role.LIST, Atspi.Role.TREE, Atspi.Role.TREE_TABLE)
 STATES = ("showing", "visible", "focusable", "focused", "selected", "selectable", "editable", "pressed", "single_line")
 
@@ -66,7 +66,7 @@ def press(role, name):
 
 
 def titles(menu):
-    """Of all entries below one that has been told of."""
+    """The titles of all entries below a menu."""
     read = []
     for index in range(menu.get_child_count()):
         entry = menu.get_child_at_index(index)

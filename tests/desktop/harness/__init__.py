@@ -1,7 +1,7 @@
 """Real desktops for the tests: display servers without a screen, each with its own home, runtime folder and bus.
 
 A test case derives from DesktopTestCase, asks it for a session, starts programs in it and waits for conditions.
-Everything that was started, and everything those programs started, is gone when the test ends.
+When the test ends, all programs that it started are killed, with their own child processes.
 """
 
 from harness.case import DesktopTestCase

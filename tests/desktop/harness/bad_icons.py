@@ -1,8 +1,8 @@
-"""Drawings that no decoder should trust, made up for the tests. Bytes, or bytes by file name."""
+"""Malicious and broken drawings, as bytes or as bytes by file name."""
 
 import math
 
-COLOUR = (253, 97, 149)  # of what can be seen of them
+COLOUR = (253, 97, 149)  # of their visible parts
 
 
 def svg(inside, declarations=""):
@@ -16,7 +16,7 @@ def square(colour):
 
 
 def curves(count, colour=None):
-    """So many curves over each other, in dashes; 4,000 take minutes. With a colour, a square of it covers them."""
+    """Dashed curves over each other; 4,000 take minutes. With a colour, a square of it covers them."""
 
     def point(step, part):
         angle = step * 2.4 + part
@@ -28,7 +28,7 @@ def curves(count, colour=None):
 
 
 def references(address):
-    """Drawings of COLOUR that refer to another file, in each way that there is."""
+    """Drawings of COLOUR with every kind of reference to another file."""
 
     def drawing(inside, declarations=""):
         return svg(inside + square(COLOUR), declarations)

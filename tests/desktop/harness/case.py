@@ -6,12 +6,12 @@ import sys
 import unittest
 from pathlib import Path
 
-# unittest shows a failure from the first frame on that is not its own, and this file stands between two of its own.
+# Marks this file as unittest's own: failures are then shown without its frame.
 __unittest = True
 
 
 class DesktopTestCase(unittest.TestCase):
-    # Where the programs under test lie.
+    # The folder of the programs under test.
     build = Path(os.environ.get("AMBERQUILL_BUILD", "build/release")).resolve()
 
     def begin(self, session):
@@ -20,7 +20,7 @@ class DesktopTestCase(unittest.TestCase):
         return self.enterContext(session)
 
     def _callTestMethod(self, method):
-        # While the sessions still run: once a test has failed and ended, there is nothing left to look at.
+        # The screenshot is taken here because the sessions end with the test.
         try:
             super()._callTestMethod(method)
         except Exception:

@@ -1,4 +1,4 @@
-"""A session bus that hangs from a moment of the test's choice on."""
+"""A session bus that hangs from a moment that the test chooses."""
 
 import selectors
 import socket
@@ -8,16 +8,16 @@ import threading
 class _Connection:
     def __init__(self, client):
         self.client = client
-        self.server = None  # none: nobody answers
+        self.server = None  # None: not connected, nothing is answered
         self.received = b""  # all that the program has sent
         self.is_open = True  # the program has not given up
 
 
 class HangingBus:
-    """Passes on everything between a program and its bus until it hangs. It takes what it is sent even then."""
+    """Forwards all data between a program and its bus until it hangs. After that it still reads."""
 
     def __init__(self, path, bus, at_connection=None, at_text=None):
-        """Hangs with a connection, counted from 1, or with a text that is sent; it never passes on either."""
+        """Hangs at a connection, counted from 1, or at a text in the data. It forwards neither."""
         self.address = f"unix:path={path}"
         self.hangs = False
         self.connections = []

@@ -23,7 +23,7 @@ class FakeKeyboard(WaylandClient):
         self._codes = dict(self.CODES, **{" ": self.CODES["space"]})
         for first, letters in self.ROWS.items():
             self._codes.update({letter: first + number for number, letter in enumerate(letters)})
-        # Two empty texts: who asks, and why.
+        # Two empty texts: the program's name and its reason.
         self._request(self._global, self.AUTHENTICATE, "I4sI4s", 1, b"", 1, b"")
         self._round_trip()
 
@@ -43,11 +43,11 @@ class KWinSession(Session):
         self._blurs = blurs
 
     def begin(self):
-        # The installed program has a capability, which not every system lets it use; a copy has none.
+        # The installed program has a file capability that not every system permits; a copy has none.
         program = self.folder / "kwin_wayland"
         shutil.copyfile(shutil.which("kwin_wayland"), program)
         program.chmod(0o700)
-        # Where everything is drawn without a GPU, it leaves the blur out unless it is told.
+        # Without a GPU, KWin blurs only if this is set.
         (self.config / "kwinrc").write_text(f"[Plugins]\nblurEnabled={str(self._blurs).lower()}\n", encoding="utf-8")
         socket = self.runtime / "wayland-test"
         self.start(
@@ -61,7 +61,7 @@ class KWinSession(Session):
             environment={
                 "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS": "1",
                 "KWIN_WAYLAND_NO_PERMISSION_CHECKS": "1",
-                # Its effects and plugins lie in the system's folder, which the session's own programs do not see.
+                # Its effects and plugins are in the system's folder, which other programs of the session do not use.
                 "XDG_DATA_DIRS": "/usr/share",
             },
         )
@@ -85,13 +85,13 @@ class KWinSession(Session):
         self._keyboard.press(*keys)
 
     def hang_up(self, picture):
-        """A picture file, as large as the screen, on the desktop."""
-        # What reads it looks into the system's folder for how pictures are told apart.
+        """Shows a picture file, as large as the screen, on the desktop."""
+        # The reader needs the MIME database in the system's folder.
         settings = {"XDG_DATA_DIRS": "/usr/share"}
         self.start("swaybg", "--image", picture, "--mode", "center", environment=settings)
 
     def blur(self, begins):
-        """Switches the effect on or off while it runs, and waits until its programs are told."""
+        """Switches the effect on or off while KWin runs, and waits until its clients are notified."""
         method = "org.kde.kwin.Effects." + ("loadEffect" if begins else "unloadEffect")
         self.run("gdbus", "call", "--session", "--dest", "org.kde.KWin", "--object-path", "/Effects", "--method", method, "blur")
         until(lambda: ("org_kde_kwin_blur_manager" in self.run("weston-info")) == begins, "the effect")

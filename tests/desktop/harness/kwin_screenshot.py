@@ -1,5 +1,5 @@
-"""Asks KWin for what is on the screen, as a program of the session. For each line on its input, the path of a file, it
-writes the pixels there (blue, green, red, unused) and tells "picture WIDTH HEIGHT BYTES-OF-A-ROW".
+"""Takes screenshots of KWin, as a program of the session. For each line on its input, the path of a file, it
+writes the pixels there (blue, green, red, unused) and prints "picture WIDTH HEIGHT BYTES-OF-A-ROW".
 """
 
 import os
@@ -11,7 +11,7 @@ from gi.repository import Gio, GLib
 def take(bus, path):
     reading, writing = os.pipe()
     descriptors = Gio.UnixFDList.new_from_array([writing])
-    # The first of them; the one on this side of the pipe is the list's to close.
+    # The message's first descriptor. The list closes the other end of the pipe.
     arguments = GLib.Variant("(a{sv}h)", ({}, 0))
     told, _ = bus.call_with_unix_fd_list_sync(
         "org.kde.KWin",

@@ -1,4 +1,4 @@
-"""What is on a screen, pixel by pixel."""
+"""A picture of a screen, pixel by pixel."""
 
 import subprocess
 import zlib

@@ -1,4 +1,4 @@
-"""Wheels and touchpads whose movements reach programs as those of real ones do."""
+"""Simulated wheels and touchpads that programs cannot tell from real ones."""
 
 import struct
 
@@ -64,7 +64,7 @@ class WaylandPointer(WaylandClient):
         """Moves by each number of points, down or right for positive ones. It may go on."""
         for each in points:
             self._request(self._pointer, 3, "IIi", self._now(), self.AXES[axis], round(each * 256))
-            # After the axis: the compositor's library takes it for that axis alone.
+            # Sent after the axis: the compositor's library applies it to that axis only.
             self._request(self._pointer, 5, "I", source)
             self._frame()
 

@@ -1,4 +1,4 @@
-"""Programs that a test starts: their output as lines to wait for, and their certain end."""
+"""Programs that a test starts. Tests wait for lines of their output, and each program is killed at the end."""
 
 import ctypes
 import os
@@ -17,7 +17,7 @@ def _die_with_the_test():
 
 
 class Program:
-    """One running program, in a process group of its own. Its output is collected, error output included."""
+    """A running program in its own process group. Its output and error output are collected."""
 
     def __init__(self, command, environment, folder, pass_fds=()):
         self.name = os.path.basename(command[0])
@@ -74,12 +74,12 @@ class Program:
         return self.process.returncode
 
     def terminate(self, patience=PATIENCE):
-        """Asks it to end, as a session does, and returns the exit status."""
+        """Asks it to end, like a session, and returns the exit status."""
         self.process.terminate()
         return self.wait(patience)
 
     def kill(self):
-        """Ends it and its process group, whatever state they are in."""
+        """Kills it and its process group, in any state."""
         try:
             os.killpg(self.process.pid, signal.SIGKILL)
         except ProcessLookupError:
@@ -87,7 +87,7 @@ class Program:
         self.process.wait(PATIENCE)
 
     def close(self):
-        """Lets go of its output, once nobody writes there any more."""
+        """Closes its output, once no process writes to it."""
         self._reader.join(PATIENCE)
         self.process.stdout.close()
         try:
@@ -123,5 +123,5 @@ def processes_marked(name, value):
                 if wanted in file.read().split(b"\0"):
                     found.append(int(entry))
         except OSError:
-            continue  # ended meanwhile, or somebody else's
+            continue  # it has ended, or belongs to another user
     return found

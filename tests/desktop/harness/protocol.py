@@ -1,11 +1,11 @@
-"""Clients of servers that are spoken to without any library of theirs."""
+"""Clients that speak a server's protocol without a library."""
 
 import socket
 import struct
 
 
 class Connection:
-    """A local socket of which whole messages are read."""
+    """A local socket that reads whole messages."""
 
     def __init__(self, path):
         self._socket = socket.socket(socket.AF_UNIX)
@@ -31,7 +31,7 @@ class Connection:
 class WaylandClient:
     """A connection to a compositor with one of its globals, at one version of it."""
 
-    DISPLAY = 1  # the object that every connection begins with
+    DISPLAY = 1  # the first object of every connection
 
     def __init__(self, path, interface, version=1):
         self._connection = Connection(path)
@@ -58,7 +58,7 @@ class WaylandClient:
         self._connection.send(struct.pack("=II", target, (8 + len(body)) << 16 | code) + body)
 
     def _round_trip(self):
-        """Until the compositor has done all that was asked. Returns the numbers of the globals it announced."""
+        """Waits until the compositor has handled all requests. Returns the numbers of the globals that it announced."""
         announced = {}
         callback = self._new_id()
         self._request(self.DISPLAY, 0, "I", callback)

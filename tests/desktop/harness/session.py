@@ -1,4 +1,4 @@
-"""What every desktop session has: private folders, an environment made from nothing, a bus, its programs."""
+"""The base of all sessions: private folders, an environment of its own, a bus and programs."""
 
 import os
 import shutil
@@ -50,10 +50,10 @@ class Session:
         self.end()
 
     def begin(self):
-        """Starts what the session consists of."""
+        """Starts the session's servers."""
 
     def end(self):
-        """Ends everything, also programs that left their parents, and removes the folders."""
+        """Ends all programs, also those that left their parents, and removes the folders."""
         for program in reversed(self._programs):
             program.kill()
         kill_marked(MARK, str(self.folder))
@@ -97,7 +97,7 @@ class Session:
         )
 
     def report(self):
-        """What the session's programs have said, for a failed test."""
+        """The output of the session's programs, for a failed test."""
         lines = []
         for program in self._programs:
             state = "running" if program.is_running() else f"ended with {program.process.returncode}"
@@ -106,7 +106,7 @@ class Session:
         return "\n".join(lines)
 
     def screenshot(self):
-        """The picture on the screen; none where there is no screen."""
+        """The picture on the screen; None without a screen."""
         return None
 
     def _make_folders(self):
@@ -149,7 +149,7 @@ class Session:
         self.restart_bus()
 
     def restart_bus(self):
-        """Another one at the same place, once the one before has ended."""
+        """Starts another bus at the same address once the first has ended."""
         socket = self.runtime / "bus"
         socket.unlink(missing_ok=True)
         self.bus = self.start("dbus-daemon", "--nofork", f"--config-file={self.folder / 'bus.conf'}")

@@ -1,8 +1,8 @@
-"""A session manager of the tests' own, run as a program: it speaks XSMP to the programs of its session.
+"""A fake session manager, run as a program: it speaks XSMP to the programs of its session.
 
-Says "at ADDRESS" once it listens. Of its one client it says "saved" or "not saved", "asks the user", "restarts: yes" or
-"restarts: no" for whether the next session is to begin with it, and "gone". Told by lines on its input: "save" has the
-client save itself because the session ends, "die" ends it.
+Prints "at ADDRESS" once it listens. Its one client's reports are "saved" or "not saved", "asks the user", "gone", and
+"restarts: yes" or "restarts: no" for the next session. Commands are lines of its input: "save" makes the
+client save itself for the session's end, "die" ends the client.
 """
 
 import ctypes
@@ -80,7 +80,7 @@ class Manager:
         self._client = None
         self._begun = ""  # of a line
         self._ends = False
-        # Each takes four arguments at most; who has fewer gets what lies around.
+        # Callbacks take at most four arguments; those with fewer ignore the rest.
         function = ctypes.CFUNCTYPE(ctypes.c_int, pointer, pointer, pointer, pointer)
         self._functions = {name: function(getattr(self, f"_{name}", self._nothing)) for name in CALLBACKS}
         mask, callbacks = ctypes.POINTER(ctypes.c_ulong), ctypes.POINTER(Callback)

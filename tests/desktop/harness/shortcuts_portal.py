@@ -1,7 +1,7 @@
-"""A desktop portal of the tests' own, run as a program: global shortcuts on the session bus.
+"""A fake desktop portal, run as a program: global shortcuts on the session bus.
 
-Says "ready", then "program ID" when one registers, and "bound ID TRIGGER" for each shortcut that a program binds. Told
-by lines on its input: "press TOKEN" presses the last shortcut that was bound, with that activation token.
+Prints "ready", "program ID" for each registered program and "bound ID TRIGGER" for each bound shortcut. Commands are
+lines of its input: "press TOKEN" presses the last bound shortcut, with that activation token.
 """
 
 import os

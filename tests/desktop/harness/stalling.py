@@ -1,4 +1,4 @@
-"""Folders that stop answering, as a network's do."""
+"""Folders that stop answering, like folders on a network."""
 
 import signal
 import subprocess
@@ -12,7 +12,7 @@ PROGRAM = Path(__file__).parent / "stalling_mount.py"
 
 
 def waits_for_a_mount(process):
-    """Whether one of its threads waits for the answer of a mount's program."""
+    """Whether one of the process's threads waits for an answer of the mount's program."""
     try:
         tasks = [path.read_text(encoding="utf-8") for path in Path(f"/proc/{process}/task").glob("*/wchan")]
     except OSError:
@@ -21,7 +21,7 @@ def waits_for_a_mount(process):
 
 
 class StallingFolder:
-    """A folder of the session, with what is in it, on a mount of its own. It answers until it is told not to."""
+    """A folder of the session, with its content, on its own mount. It answers until `stall` is called."""
 
     def __init__(self, session, place):
         self._place = Path(place)
@@ -33,7 +33,7 @@ class StallingFolder:
         self._program.expect("mounted")
 
     def stall(self):
-        # A request that the program has taken is waited for even by a killed process, other than on a network's mount.
+        # Unlike on a network's mount, even a killed process waits for a request that the mount's program has taken.
         until(self._stops_between_requests, "a moment without a request")
 
     def _stops_between_requests(self):
@@ -49,6 +49,6 @@ class StallingFolder:
         self._program.process.send_signal(signal.SIGCONT)
 
     def end(self):
-        """Whoever waits for an answer gets an error."""
+        """Processes that wait for an answer get an error."""
         self._program.kill()
         subprocess.run(["umount", "--lazy", self._place], check=True)

@@ -1,4 +1,4 @@
-"""A mount that passes on a folder: `stalling_mount.py <folder> <mount point>`. Where it is stopped, nobody answers."""
+"""Mounts a folder elsewhere: `stalling_mount.py <folder> <mount point>`. A stopped process does not answer."""
 
 import os
 import sys
@@ -61,7 +61,7 @@ class StallingMount(fusepy.Operations):
 
 def main():
     folder, place = sys.argv[1:]
-    # Nothing is remembered by the kernel: it would answer by itself.
+    # The kernel must not cache anything: it would answer by itself.
     fusepy.FUSE(StallingMount(folder), place, foreground=True, attr_timeout=0, entry_timeout=0, negative_timeout=0)
 
 

@@ -1,6 +1,6 @@
-"""A tray of the tests' own, run as a program: a watcher and host of status notifier items on the session bus.
+"""A fake tray, run as a program: a watcher and host of status notifier items on the session bus.
 
-Says "item" when one registers and "item gone" when its owner leaves. Told by lines on its input:
+Prints "item" when one registers and "item gone" when its owner leaves. Commands are lines of its input:
 "activate" clicks the item, "icon" writes its symbol's name ("-" for none) and the sizes of its pictures, "menu" writes
 the titles of its menu, nested ones in brackets and choices with a circle, and "choose TITLE" chooses the entry of that
 title.
@@ -72,7 +72,7 @@ class Host:
         return self._ask("/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get", arguments)[0]
 
     def _menu(self):
-        """Its entries, made anew as for each opening: (id, title, enabled, checked, entries)."""
+        """The menu's entries, updated like at each opening: (id, title, enabled, checked, entries)."""
         path = self._item("Menu")
         self._ask(path, MENU, "AboutToShow", GLib.Variant("(i)", (0,)))
         layout = self._ask(path, MENU, "GetLayout", GLib.Variant("(iias)", (0, -1, [])))[1]

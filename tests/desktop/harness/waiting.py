@@ -2,12 +2,12 @@
 
 import time
 
-PATIENCE = 15.0  # seconds; far more than anything takes, so that a busy machine fails no test
+PATIENCE = 15.0  # seconds; far longer than anything takes on a busy machine
 PAUSE = 0.02
 
 
 def until(condition, what, patience=PATIENCE):
-    """Asks again and again until the answer is true, and returns it. Fails with the last answer otherwise."""
+    """Repeats the condition until its answer is true and returns that. Otherwise fails with the last answer."""
     deadline = time.monotonic() + patience
     while True:
         answer = condition()

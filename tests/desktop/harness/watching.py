@@ -1,4 +1,4 @@
-"""What happens while a test looks elsewhere: to single pixels of a screen, and to files."""
+"""Background observers of single pixels of a screen, and of files."""
 
 import ctypes
 import os
@@ -14,7 +14,7 @@ _libc = ctypes.CDLL(None, use_errno=True)
 
 
 class Watch:
-    """Looks at something again and again on a thread of its own, from the moment it is entered until it is left."""
+    """Observes something on its own thread, from __enter__ to __exit__."""
 
     def __init__(self):
         self._stop = threading.Event()
@@ -29,18 +29,18 @@ class Watch:
         self._thread.join()
 
     def _watch(self):
-        """Goes on until `_stop` is set."""
+        """Runs until `_stop` is set."""
         raise NotImplementedError
 
 
 class PixelWatch(Watch):
-    """Looks at a few points of an X screen, far more often than pictures could be taken of it."""
+    """Reads a few points of an X screen, far more often than pictures of it could be taken."""
 
     def __init__(self, display, points):
         super().__init__()
         self._display = display
         self._points = points
-        self.seen = [[] for _ in points]  # for each point the colours in their order, without repetitions
+        self.seen = [[] for _ in points]  # the colours of each point in order, without repetitions
 
     def _watch(self):
         with open_display(self._display) as (x11, connection):
@@ -61,7 +61,7 @@ class PixelWatch(Watch):
 
 
 class FileWatch:
-    """Which files are opened and read, by anybody, from the moment it is entered until it is left."""
+    """Records which files any process opens and reads, from __enter__ to __exit__."""
 
     def __init__(self, paths):
         self._watched = [Path(path) for path in paths]
@@ -82,13 +82,13 @@ class FileWatch:
 
     @property
     def opened(self):
-        """Those that were opened, so far, in their order."""
+        """The files opened so far, in order."""
         self._take()
         return self._opened
 
     @property
     def read(self):
-        """Those of which something was read."""
+        """The files read so far."""
         self._take()
         return self._read
 

@@ -9,7 +9,7 @@ from harness.waiting import until
 
 
 def start_weston(session, backend, *arguments):
-    """Weston, as large as the session, and the session's programs as its clients."""
+    """Starts Weston, as large as the session, and makes the session's programs its clients."""
     socket = "wayland-test"
     session.start(
         "weston",
@@ -60,12 +60,12 @@ class SwaySession(Session):
             "WLR_HEADLESS_OUTPUTS": str(self._screens),
             "WLR_LIBINPUT_NO_DEVICES": "1",
             "WLR_RENDERER": "pixman",
-            # What hangs up its pictures looks into the system's folder for how pictures are told apart.
+            # swaybg needs the MIME database in the system's folder.
             "XDG_DATA_DIRS": "/usr/share",
         }
         command = ["sway", "-c", configuration]
         if os.geteuid() == 0:
-            # It refuses to run as root; whoever runs the tests may use its sockets all the same.
+            # It refuses to run as root; the user who runs the tests may use its sockets nevertheless.
             for path in (self.folder, *self.folder.rglob("*")):
                 os.chown(path, self.NOBODY, self.NOBODY)
             command[:0] = ["setpriv", f"--reuid={self.NOBODY}", f"--regid={self.NOBODY}", "--clear-groups"]
@@ -75,7 +75,7 @@ class SwaySession(Session):
         self.environment["WAYLAND_DISPLAY"] = socket.name
         self.environment["QT_QPA_PLATFORM"] = "wayland"
         until(lambda: len(self.ask("get_outputs")) == self._screens, "its screens")
-        # A keyboard that stays plugged in: clients lose the keys of one that comes and goes with its first key.
+        # A keyboard that stays plugged in: clients lose the first keys of a new keyboard.
         hour = 3_600_000
         self.start("wtype", "-s", hour, "a")
         until(lambda: self.ask("get_inputs"), "its keyboard")
@@ -84,18 +84,18 @@ class SwaySession(Session):
         return [path for path in self.runtime.glob(pattern) if path.is_socket()]
 
     def ask(self, question):
-        """What Sway answers to a question of its control protocol, as "get_tree"."""
+        """Sway's answer to a request of its control protocol, for example "get_tree"."""
         return json.loads(self.run("swaymsg", "--raw", "--type", question))
 
     def tell(self, *command):
         self.run("swaymsg", "--", *command)
 
     def hang_up(self, picture, screen="*"):
-        """A picture file, as large as the screen, on the desktop."""
+        """Shows a picture file, as large as the screen, on the desktop."""
         self.tell("output", screen, "bg", str(picture), "stretch")
 
     def screen_of(self, application):
-        """The name of the screen with the application's window, or none."""
+        """The name of the screen with the application's window, or None."""
 
         def find(node, screen):
             screen = node["name"] if node["type"] == "output" else screen
@@ -116,7 +116,7 @@ class SwaySession(Session):
         return list(find(self.ask("get_tree")))
 
     def focused_window(self):
-        """The title of the window with the focus, or none."""
+        """The title of the window with the focus, or None."""
 
         def find(node):
             if node["focused"] and node["type"] in ("con", "floating_con"):
@@ -129,5 +129,5 @@ class SwaySession(Session):
         self.run("wtype", text)
 
     def screenshot(self, screen=None):
-        """Of all screens, or of one."""
+        """A picture of all screens, or of one."""
         return Picture.from_ppm(self.run_raw("grim", "-t", "ppm", *(["-o", screen] if screen else []), "-"))

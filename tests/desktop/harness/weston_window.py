@@ -5,7 +5,7 @@ from harness.x11 import X11Session
 
 
 class WestonInAWindowSession(X11Session):
-    """The window covers the X server's screen, so what is pressed and seen there is Weston's."""
+    """The window covers the X server's screen, so keys and pictures of that screen are Weston's."""
 
     def __init__(self, width=1280, height=720):
         super().__init__(width, height, window_manager=None)

@@ -31,7 +31,7 @@ class X11Session(Session):
     def begin(self):
         self._start_server()
         self.run("xsetroot", "-solid", "#804020")
-        # On a busy machine a key comes up late, and would have been repeated by then.
+        # Without auto-repeat: on a busy machine a key is released late.
         self.run("xset", "r", "off")
         if self._window_manager:
             self.window_manager = self.start_window_manager()
@@ -58,10 +58,10 @@ class X11Session(Session):
         self.environment["DISPLAY"] = self.display
 
     def start_window_manager(self):
-        # Its themes lie in the system's data folder, which the session's own programs do not see.
+        # Its themes are in the system's data folder, which other programs of the session do not use.
         manager = self.start(self._window_manager or "openbox", environment={"XDG_DATA_DIRS": "/usr/share"})
         until(self.has_window_manager, "the window manager")
-        # It announces itself before it listens, and what is asked in between is lost.
+        # It announces itself before it listens; requests in between are lost.
         for desktop in (1, 0):
             until(lambda: self._switched_to(desktop), "the window manager's answer")
         return manager
@@ -80,11 +80,11 @@ class X11Session(Session):
         self.run("xrandr", "--setmonitor", "right", f"{half}/250x{self.height}/280+{half}+0", "none")
         return Geometry(0, 0, half, self.height), Geometry(half, 0, half, self.height)
 
-    # What a person does.
+    # Input.
 
     def move_pointer(self, x, y):
-        # Its "--sync" waits for the pointer to leave its place, and long for one that is there already. The server has
-        # moved it anyway before it hears from anybody else.
+        # Without "--sync", which waits long if the pointer is already there. The server moves the pointer before it
+        # handles later requests anyway.
         self.run("xdotool", "mousemove", x, y)
 
     def click(self, x, y, button=1):
@@ -92,7 +92,7 @@ class X11Session(Session):
         self.run("xdotool", "click", button)
 
     def take(self, x, y):
-        """Presses the button there and moves a little, as a hand that begins to drag."""
+        """Presses the button there and moves a little, to begin a drag."""
         self.move_pointer(x, y)
         self.run("xdotool", "mousedown", 1)
         self.move_pointer(x + 8, y + 3)
@@ -107,13 +107,13 @@ class X11Session(Session):
         self.run("xdotool", "click", "--repeat", abs(notches), "--delay", 20, button)
 
     def press(self, *keys):
-        """Key combinations by name, as "ctrl+f" or "Escape"."""
+        """Presses key combinations by name, for example "ctrl+f" or "Escape"."""
         self.run("xdotool", "key", *keys)
 
     def type(self, text):
         self.run("xdotool", "type", "--delay", 5, text)
 
-    # What is there.
+    # State of the screen.
 
     def screenshot(self):
         return Picture.from_bgra(self.width, self.height, *screen_pixels(self.display, self.width, self.height))
@@ -123,7 +123,7 @@ class X11Session(Session):
 
         def found():
             result = self.result_of("xdotool", "search", "--onlyvisible", *wanted)
-            # It dies of a window that goes while it looks around, and has found none then.
+            # xdotool crashes if a window disappears during its search. Then nothing was found.
             return None if b"X Error" in result.stderr else (result.stdout.split(),)
 
         (ids,) = until(found, "a search in peace")
@@ -141,7 +141,7 @@ class X11Session(Session):
         return windows[0]
 
     def geometry(self, window):
-        """Where a window is on the screen; none while it is not there."""
+        """A window's place on the screen; None while it does not exist."""
         answer = self.run("xwininfo", "-id", window, check=False)
         if "Map State: IsViewable" not in answer:
             return None
@@ -154,7 +154,7 @@ class X11Session(Session):
         )
 
     def property(self, window, name):
-        """A property's value in xprop's words, or none. The window may be "root"."""
+        """A property's value as xprop prints it, or None. The window may be "root"."""
         where = ["-root"] if window == "root" else ["-id", window]
         answer = self.run("xprop", *where, name, check=False)
         match = re.match(rf"{name}\(\w+\)(?: =|: window id #) ?(.*)", answer, re.DOTALL)
@@ -166,7 +166,7 @@ class X11Session(Session):
         return set(value.split(", ")) if value else set()
 
     def focused_window(self):
-        """The id of the window with the input focus; 0 for none, 1 for whatever is under the pointer."""
+        """The id of the window with the input focus; 0 for none, 1 for the window under the pointer."""
         return int(self.run("xdotool", "getwindowfocus", "-f"))
 
     def current_desktop(self):

@@ -1,4 +1,4 @@
-"""The few things of X11 that no command line program tells."""
+"""Functions of X11 that no command line program offers."""
 
 import ctypes
 from contextlib import contextmanager
@@ -19,7 +19,7 @@ def open_display(display):
 
 
 class _Image(ctypes.Structure):
-    """How an XImage begins."""
+    """The first members of an XImage."""
 
     _fields_ = [
         ("width", ctypes.c_int),
@@ -38,7 +38,7 @@ class _Image(ctypes.Structure):
 
 
 def screen_pixels(display, width, height):
-    """What is on a screen of 32 bits a pixel: the bytes of a row, and all bytes."""
+    """The pixels of a screen with 32 bits a pixel: the bytes of a row, and all bytes."""
     z_pixmap, all_planes = 2, ctypes.c_ulong(0xFFFFFFFF)
     with open_display(display) as (x11, connection):
         x11.XDefaultRootWindow.restype = ctypes.c_ulong
@@ -67,7 +67,7 @@ class _Event(ctypes.Structure):
 
 
 class BellListener:
-    """Hears the bell of an X server, which is otherwise silent."""
+    """Counts the rings of an X server's bell."""
 
     BELL = 8  # XkbBellNotify
     CORE_KEYBOARD = 0x0100  # XkbUseCoreKbd
@@ -96,7 +96,7 @@ class BellListener:
         self._opened.__exit__(None, None, None)
 
     def heard(self):
-        """How often it rang since the last question."""
+        """The number of rings since the last call."""
         count = 0
         while self._x11.XPending(self._connection):
             event = _Event()
@@ -106,7 +106,7 @@ class BellListener:
 
 
 class _ClientMessage(ctypes.Structure):
-    """How its event begins, and its data."""
+    """The first members of a client message event, and its data."""
 
     _fields_ = [
         ("type", ctypes.c_int),
@@ -122,7 +122,7 @@ class _ClientMessage(ctypes.Structure):
 
 
 class _Client:
-    """A connection to an X server with what few requests the tests make on it."""
+    """A connection to an X server with the few requests that the tests need."""
 
     KEY_PRESS, CLIENT_MESSAGE = 2, 33
 
@@ -140,7 +140,7 @@ class _Client:
         return self._x11.XInternAtom(self._connection, name.encode(), False)
 
     def _events(self):
-        """Those that have come since the last question."""
+        """The events since the last call."""
         self._x11.XSync(self._connection, False)
         while self._x11.XPending(self._connection):
             event = _Event()
@@ -148,21 +148,21 @@ class _Client:
             yield event
 
     def _messages(self):
-        """The client messages that have come since the last question."""
+        """The client messages since the last call."""
         for event in self._events():
             if event.type == self.CLIENT_MESSAGE:
                 yield ctypes.cast(ctypes.byref(event), ctypes.POINTER(_ClientMessage)).contents
 
 
 class KeyTaker(_Client):
-    """Another program that wants keys for itself, whatever window has the focus."""
+    """Another program that grabs keys, whatever window has the focus."""
 
     SHIFT, LOCK, CONTROL, ALT = 1, 2, 4, 8
     ANY_MODIFIER = 1 << 15
     _ERROR_HANDLER = ctypes.CFUNCTYPE(ctypes.c_int, ctypes.c_void_p, ctypes.c_void_p)
 
     def take(self, code, modifiers):
-        """Whether it gets a key, by its code. Else somebody has it."""
+        """Grabs a key, by its code. False: another client has it."""
         errors = []
         handler = self._ERROR_HANDLER(lambda *_: errors.append(True) or 0)
         self._x11.XSetErrorHandler.restype = ctypes.c_void_p
@@ -177,19 +177,19 @@ class KeyTaker(_Client):
         self._x11.XSync(self._connection, False)
 
     def is_taken(self, code, modifiers):
-        """Whether somebody else has the key."""
+        """Whether another client has the key."""
         got = self.take(code, modifiers)
         if got:
             self.give_back(code, modifiers)
         return not got
 
     def presses(self):
-        """How many have come since the last question."""
+        """The number of presses since the last call."""
         return sum(event.type == self.KEY_PRESS for event in self._events())
 
 
 class StubbornWindowManager(_Client):
-    """Announces itself and then gives nobody the focus, whoever asks for it."""
+    """Announces itself and ignores all requests for the focus."""
 
     TYPE_ATOM, TYPE_WINDOW = 4, 33
     STRUCTURE_NOTIFY = 1 << 17
@@ -211,7 +211,7 @@ class StubbornWindowManager(_Client):
         self._x11.XChangeProperty(self._connection, window, atom, kind, 32, 0, ctypes.byref(value), 1)
 
     def was_asked_for_the_focus(self, window):
-        """Whether the window wished for it since the last question."""
+        """Whether the window requested the focus since the last call."""
         asked = False
         for message in self._messages():
             asked |= message.message == self._activation and message.window == window
@@ -219,7 +219,7 @@ class StubbornWindowManager(_Client):
 
 
 class Pager(_Client):
-    """Asks the window manager to close windows, as task bars and window overviews do."""
+    """Asks the window manager to close windows, like task bars and window overviews."""
 
     SUBSTRUCTURE = 1 << 19 | 1 << 20
 
@@ -235,7 +235,7 @@ class Pager(_Client):
 
 
 class StartupListener(_Client):
-    """Hears what is told to everybody about programs that start."""
+    """Receives the broadcast messages about starting programs."""
 
     PROPERTY_CHANGE = 1 << 22
 
@@ -247,7 +247,7 @@ class StartupListener(_Client):
         self._x11.XSync(self._connection, False)
 
     def heard(self):
-        """All that was told so far, in messages of 20 characters that are put together here."""
+        """All messages so far, joined from their parts of 20 characters."""
         for message in self._messages():
             if message.message in self._parts:
                 self._heard += message.data.decode()
@@ -255,7 +255,7 @@ class StartupListener(_Client):
 
 
 class BlurringCompositor(_Client):
-    """Says that it composes what is seen and blurs behind windows that wish for it, and then does nothing."""
+    """Claims to be a compositor that blurs behind windows on request, and does nothing."""
 
     def __init__(self, display):
         super().__init__(display)
@@ -275,7 +275,7 @@ class BlurringCompositor(_Client):
         self._x11.XSync(self._connection, False)
 
     def die(self):
-        """Leaves the property behind."""
+        """Ends without removing the property."""
         super().close()
 
     def close(self):

@@ -1,4 +1,4 @@
-"""X11 sessions on Xorg, whose screen is as unreal as Xvfb's but whose pointing devices scroll smoothly."""
+"""X11 sessions on Xorg, with a dummy screen and with pointing devices that scroll smoothly."""
 
 import os
 
@@ -80,7 +80,7 @@ class XorgSession(X11Session):
         super().end()
 
     def _plugged(self, name, scroll_methods):
-        # Of two fingers, an edge, and while a button is held.
+        # The methods: two fingers, an edge, and a held button.
         self._set_property(name, 8, "libinput Scroll Methods Available", *scroll_methods)
         self._set_property(name, 32, "libinput Scrolling Pixel Distance", 15)
         return InputTestPointer(self.folder / name)
@@ -109,7 +109,7 @@ class XorgSession(X11Session):
                 *("-logfile", self.folder / "xorg.log"),
                 *("-nolisten", "tcp"),
                 "-noreset",
-                # No console of the machine's is touched.
+                # The machine's consoles are not used.
                 "-novtswitch",
                 "-sharevts",
                 pass_fds=(writing,),

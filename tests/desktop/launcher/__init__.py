@@ -1,4 +1,4 @@
-"""The launcher under test: applications made up for it, where it must show them, and what a person sees of it."""
+"""The launcher under test: applications made for it, their places on the screen, and checks of the screen."""
 
 from launcher.applications import Application, Applications
 from launcher.case import LauncherTestCase

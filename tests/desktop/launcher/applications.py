@@ -1,4 +1,4 @@
-"""Applications made up for a test: each has an icon of one colour and, when started, appends its name to a file."""
+"""Applications made for a test: each has an icon of one colour and, when started, appends its name to a file."""
 
 import plistlib
 import struct
@@ -7,8 +7,8 @@ from dataclasses import dataclass
 from pathlib import Path
 
 ICON_EDGE = 256
-LEVELS = (45, 97, 149, 201, 253)  # of each channel; further apart than anything that mixes in by rounding
-STRIDE = 48  # through the colours, so that neighbours differ plainly
+LEVELS = (45, 97, 149, 201, 253)  # of each channel; further apart than rounding errors
+STRIDE = 48  # through the colours, so that neighbours differ clearly
 THEME = """[Icon Theme]
 Name=Hicolor
 Comment=The fallback of all themes
@@ -21,7 +21,7 @@ Type=Threshold
 
 
 def colour_number(index):
-    """One of 125 colours, another one for each index."""
+    """One of 125 colours, different for each index."""
     number = index * STRIDE % 125
     return LEVELS[number % 5], LEVELS[number // 5 % 5], LEVELS[number // 25]
 
@@ -151,7 +151,7 @@ class Applications:
     def add_many(self):
         """84 entries and three bundles, in the order in which they must be shown: three pages, the last not full.
 
-        Neither the order of the files' names nor that of the names' letters is theirs.
+        This order is neither that of the files' names nor that of the names' code points.
         """
         bundles = {3: self._add_first_bundle, 20: self._add_second_bundle, 34: self.add_gnustep_bundle}
         made = []

@@ -2,7 +2,7 @@
 
 import math
 
-# The launcher shown again right after it went has its earlier background; this line says when that ends.
+# A launcher shown again right after it was hidden has its earlier background; this log line says when that ends.
 LOGGED = {"QT_LOGGING_RULES": "amberquill.window.debug=true"}
 FORGOTTEN = "amberquill.window: the earlier backdrop is dropped"
 

@@ -1,4 +1,4 @@
-"""The launcher in a session, and what is seen of it."""
+"""The launcher in a session, and checks of the screen."""
 
 import json
 import os
@@ -12,7 +12,7 @@ WINDOW_CLASS = "org.amberquill.Amberquill"
 
 
 def is_shown(picture, grid, slot, colour):
-    """Whether an icon of that colour stands in its place, and ends where it must."""
+    """Whether an icon of that colour is in its place and has the right size."""
     return all(is_near(picture.at(*point), colour, 3) for point in grid.icon_points(slot)) and not any(
         is_near(picture.at(*point), colour, 3) for point in grid.points_around_icon(slot)
     )
@@ -31,14 +31,14 @@ class LauncherTestCase(DesktopTestCase):
         return self.session.start(self.build / "amberquill", environment=settings)
 
     def act(self, action):
-        """Asks the running launcher for it over the bus: "show", "hide" or "toggle"."""
+        """Calls an action of the running launcher over the bus: "show", "hide" or "toggle"."""
         self.session.run(
             *("gdbus", "call", "--session", "--dest", WINDOW_CLASS, "--object-path", "/org/amberquill/Amberquill"),
             *("--method", "org.freedesktop.Application.ActivateAction", action, "[]", "{}"),
         )
 
     def end_launcher(self, launcher):
-        """As a session's end does. It has never printed anything."""
+        """Ends it like a session does and expects that it printed nothing."""
         self.assertEqual(launcher.terminate(), 0)
         self.assertEqual(launcher.lines, [])
 
@@ -51,7 +51,7 @@ class LauncherTestCase(DesktopTestCase):
         return self.session.data / "Amberquill" / "layout.json"
 
     def items(self):
-        """What the layout file holds: paths, and for each folder the list of its paths."""
+        """The items of the layout file: paths, and for each folder the list of its paths."""
         return [
             item["app"]["_0"] if "app" in item else item["folder"]["_0"]["apps"]
             for item in json.loads(self.layout_file.read_bytes())
@@ -62,7 +62,7 @@ class LauncherTestCase(DesktopTestCase):
         return paths_in(self.layout_file.read_bytes())
 
     def wrong_places(self, applications, page=0):
-        """The places of a page that do not show what they must, with the colours there."""
+        """The wrong places of a page, with the colours there."""
         picture = self.session.screenshot()
         self.assertEqual((picture.width, picture.height), (self.session.width, self.session.height))
         shown = applications[page * SLOTS : (page + 1) * SLOTS]
@@ -79,7 +79,7 @@ class LauncherTestCase(DesktopTestCase):
         return wrong
 
     def expect_page(self, applications, page=0):
-        """Waits until each icon of a page stands in its place, and none where there is no application."""
+        """Waits until each icon of a page is in its place and all other places are empty."""
         wrong = {}
 
         def is_right():

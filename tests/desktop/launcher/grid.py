@@ -54,7 +54,7 @@ class Grid:
         ]
 
     def points_around_icon(self, slot):
-        """Points just outside of the icon's edges, which it leaves free."""
+        """Free points just outside of the icon's edges."""
         x, y = self.icon_centre(slot)
         reach = self.icon_size / 2 + 3
         return [(round(x + dx), round(y + dy)) for dx, dy in ((-reach, 0), (reach, 0), (0, -reach), (0, reach))]

@@ -1,4 +1,4 @@
-"""Applications with icons of all kinds, and how the launcher shows them."""
+"""Applications with icons of all kinds, and checks of their display."""
 
 import os
 
@@ -10,9 +10,9 @@ from launcher.on_x11 import OnX11
 from launcher.workers import is_running, workers_of
 
 STAND_IN = (10, 200, 120)  # the theme's icon of programs; no application's
-UNKNOWN = None  # what a decoder makes of half a picture is its own affair
-END = 1  # seconds that an end may take, whatever is being decoded
-DECODED = 40  # seconds in which all is decoded, on a busy machine; two are allowed for each picture
+UNKNOWN = None  # decoders may show any part of half a picture
+END = 1  # seconds that an end may take, even during decoding
+DECODED = 40  # seconds for decoding all icons on a busy machine; the limit for each picture is two
 
 
 class Icons(OnX11):
@@ -28,7 +28,7 @@ class Icons(OnX11):
         self.stand_in.write_bytes(png(STAND_IN))
 
     def begin_launcher(self, **settings):
-        # Root can read files without permissions, unless it gives up that right.
+        # Root can read files without permissions, unless it drops that capability.
         dropped = ("setpriv", "--bounding-set", "-dac_override,-dac_read_search") if os.geteuid() == 0 else ()
         return self.session.start(*dropped, self.program, environment=settings)
 

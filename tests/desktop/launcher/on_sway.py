@@ -5,7 +5,7 @@ from launcher.case import WINDOW_CLASS, LauncherTestCase
 
 class OnSwayCase(LauncherTestCase):
     def begin_launcher(self, **settings):
-        # The compositor may run as somebody else; Qt then complains of a runtime folder that is not the user's.
+        # The compositor may run as another user; Qt then warns about the runtime folder's owner.
         runtime = self.session.home / "runtime"
         runtime.mkdir(mode=0o700, exist_ok=True)
         socket = self.session.runtime / self.session.environment["WAYLAND_DISPLAY"]

@@ -11,7 +11,7 @@ class OnX11(LauncherTestCase):
         self.applications = Applications(self.session)
 
     def begin_shown_launcher(self, applications, **settings):
-        """Once it is up with everything in its place and has the focus."""
+        """Starts it and waits until it shows the applications and has the focus."""
         launcher = self.begin_launcher(**settings)
         self.window = self.session.window_of_class(WINDOW_CLASS)
         self.expect_page(applications)

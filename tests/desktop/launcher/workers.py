@@ -8,11 +8,11 @@ from pathlib import Path
 from harness import Watch
 
 NAME = "amberquill-icons"
-NAME_SEEN = NAME[:15]  # what the kernel keeps of it
+NAME_SEEN = NAME[:15]  # the kernel cuts names
 
 
 def status(pid):
-    """What /proc says of a process, by name; nothing of one that has ended."""
+    """The fields of /proc/PID/status, by name; empty if the process has ended."""
     try:
         text = Path(f"/proc/{pid}/status").read_text(encoding="utf-8", errors="replace")
     except OSError:
@@ -22,7 +22,7 @@ def status(pid):
 
 
 def descendants(pid):
-    """The ids of the running processes that a process started, and of those that these started."""
+    """The ids of a process's running descendants."""
     parents = {}
     for entry in os.listdir("/proc"):
         if entry.isdigit() and (fields := status(entry)):
@@ -45,7 +45,7 @@ def is_running(pid):
 
 
 class WorkersCounted(Watch):
-    """Looks how many workers there are."""
+    """Counts the workers."""
 
     def __init__(self, launcher):
         super().__init__()
@@ -84,4 +84,4 @@ class WorkersKilled(WorkersCounted):
                 os.kill(self._random.choice(workers), self._random.choice((signal.SIGKILL, signal.SIGTERM)))
                 self.killed += 1
             except ProcessLookupError:
-                pass  # ended meanwhile
+                pass  # it has ended
