@@ -48,7 +48,7 @@ bool isLater(const timespec& left, const timespec& right) {
 
 class Walk {
 public:
-    // Adds a watch for a folder that exists: its descriptor, negative where it cannot be watched.
+    // Watches an existing folder and returns the watch descriptor, negative if that fails.
     using Watch = std::function<int(const QByteArray& path, std::uint32_t changes)>;
 
     Walk(Watch watch, timespec since)

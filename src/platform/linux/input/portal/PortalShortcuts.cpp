@@ -16,7 +16,7 @@ PortalShortcuts::PortalShortcuts(MainQueue& queue, Connect connect)
 void PortalShortcuts::add(std::uint32_t id, const KeyChord& chord) {
     shortcuts_.insert_or_assign(id, chord);
     dropSession();
-    ask(untilAsked);
+    ask(requestDelay);
 }
 
 void PortalShortcuts::remove(std::uint32_t id) {
@@ -26,14 +26,14 @@ void PortalShortcuts::remove(std::uint32_t id) {
     dropSession();
     due_.cancel();
     if (!shortcuts_.empty()) {
-        ask(untilAsked);
+        ask(requestDelay);
     }
 }
 
 // Delayed, because the portal of a bus that has just started may not run yet.
 void PortalShortcuts::serviceCameBack() {
     if (!shortcuts_.empty() && !session_) {
-        repetitions_ = 1;
+        retries_ = 1;
         ask(0);
     }
 }
@@ -43,12 +43,12 @@ void PortalShortcuts::ask(double secondsFromNow) {
 }
 
 void PortalShortcuts::askAgain(double secondsFromNow) {
-    if (queue_.now() - begun_ >= lasting) {
-        repetitions_ = 0;
+    if (queue_.now() - begun_ >= stableSeconds) {
+        retries_ = 0;
     }
     due_.cancel();
-    if (!shortcuts_.empty() && repetitions_ < mostRepetitions) {
-        ++repetitions_;
+    if (!shortcuts_.empty() && retries_ < maximumRetries) {
+        ++retries_;
         ask(secondsFromNow);
     }
 }
@@ -66,8 +66,8 @@ void PortalShortcuts::connected(const QDBusConnection& bus) {
     isConnecting_ = false;
     if (!bus.isConnected()) {
         // Try again only if there was a bus before.
-        if (repetitions_ > 0) {
-            askAgain(untilAskedAgain);
+        if (retries_ > 0) {
+            askAgain(retryDelay);
         }
         return;
     }
@@ -93,7 +93,7 @@ void PortalShortcuts::openSession() {
             [this](std::uint32_t id, const QString& token) { deliver(id, {.token = token}); });
     connect(session_.get(), &PortalSession::ended, this, [this] {
         dropSession();
-        askAgain(untilAskedAgain);
+        askAgain(retryDelay);
     });
     connect(session_.get(), &PortalSession::unavailable, this, &PortalShortcuts::dropSession);
 }
@@ -106,14 +106,14 @@ void PortalShortcuts::portalChanged(const QString& before, const QString& now) {
         // Our own request has started the portal.
         return;
     }
-    askAgain(now.isEmpty() ? untilAskedAgain : 0);
+    askAgain(now.isEmpty() ? retryDelay : 0);
 }
 
 void PortalShortcuts::busLost() {
     dropSession();
     watcher_.reset();
     bus_.reset();
-    askAgain(untilAskedAgain);
+    askAgain(retryDelay);
 }
 
 // Deleted later: the session may be the caller.

@@ -18,11 +18,11 @@ class PortalShortcuts final : public QObject, public GlobalShortcut {
 public:
     // Seconds from adding a shortcut to the request, so that the program's start is over by then; and seconds
     // until the next request after the portal or the bus has ended our session.
-    static constexpr double untilAsked = 1.5;
-    static constexpr double untilAskedAgain = 5;
+    static constexpr double requestDelay = 1.5;
+    static constexpr double retryDelay = 5;
     // The maximum number of repeated requests, and the seconds after which a session resets their count.
-    static constexpr int mostRepetitions = 5;
-    static constexpr double lasting = 60;
+    static constexpr int maximumRetries = 5;
+    static constexpr double stableSeconds = 60;
 
     // Makes a separate connection to the session bus, because the portal identifies programs by their
     // connections. Calls back on the main thread, at once or later, with the connection; it is not connected
@@ -58,9 +58,9 @@ private:
     std::unique_ptr<QDBusServiceWatcher> watcher_;
     std::map<std::uint32_t, KeyChord> shortcuts_;
     std::unique_ptr<PortalSession> session_;
-    int sessions_ = 0;    // so far
-    int repetitions_ = 0; // since a session lasted
-    double begun_ = 0;    // when the portal was asked last
+    int sessions_ = 0; // so far
+    int retries_ = 0;  // since a session lasted
+    double begun_ = 0; // when the portal was asked last
     DelayedWork due_;
     Context context_;
 };

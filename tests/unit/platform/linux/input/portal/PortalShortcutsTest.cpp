@@ -69,7 +69,7 @@ protected:
 
     void addAndAsk() {
         shortcuts_.add(1, portalChord);
-        queue_.advance(PortalShortcuts::untilAsked);
+        queue_.advance(PortalShortcuts::requestDelay);
     }
 
     void press(const QString& session, const QString& shortcut, const QString& token = {}) {
@@ -104,7 +104,7 @@ protected:
 TEST_F(PortalShortcutsTest, StartingReturnsBeforeThePortalIsCalled) {
     portal_.start();
     shortcuts_.add(1, portalChord);
-    queue_.advance(PortalShortcuts::untilAsked - 0.01);
+    queue_.advance(PortalShortcuts::requestDelay - 0.01);
     EXPECT_EQ(connections_, 0);
     queue_.advance(0.01);
     EXPECT_EQ(connections_, 1);
@@ -115,7 +115,7 @@ TEST_F(PortalShortcutsTest, ASlowConnectionIsMadeOnceAndUsedForAllShortcutsAdded
     connectsLater_ = true;
     addAndAsk();
     shortcuts_.add(2, portalChord);
-    queue_.advance(PortalShortcuts::untilAsked);
+    queue_.advance(PortalShortcuts::requestDelay);
     EXPECT_EQ(connections_, 1);
     EXPECT_EQ(portal_.sessions.size(), 0);
     waiting_(shortcutsBus_);
@@ -187,7 +187,7 @@ TEST_F(PortalShortcutsTest, TheSessionsNameIsAlwaysTheSame) {
     expectAsked(1);
     portal_.closeSession(portal_.sessions[0]);
     settle();
-    queue_.advance(PortalShortcuts::untilAskedAgain);
+    queue_.advance(PortalShortcuts::retryDelay);
     expectAsked(2);
     EXPECT_EQ(portal_.sessions[0], portal_.sessions[1]);
 }
@@ -218,29 +218,29 @@ TEST_F(PortalShortcutsTest, AnEmptyGrantIsARefusal) {
 TEST_F(PortalShortcutsTest, AClosedSessionIsReplacedAFewTimes) {
     portal_.start();
     addAndAsk();
-    for (int session = 1; session <= PortalShortcuts::mostRepetitions + 1; ++session) {
+    for (int session = 1; session <= PortalShortcuts::maximumRetries + 1; ++session) {
         expectAsked(session);
         portal_.closeSession(portal_.sessions.back());
         settle();
-        queue_.advance(PortalShortcuts::untilAskedAgain);
+        queue_.advance(PortalShortcuts::retryDelay);
     }
     settle();
     queue_.advance(1000);
     settle();
-    EXPECT_EQ(portal_.sessions.size(), PortalShortcuts::mostRepetitions + 1);
+    EXPECT_EQ(portal_.sessions.size(), PortalShortcuts::maximumRetries + 1);
 }
 
 TEST_F(PortalShortcutsTest, LongSessionsAreReplacedWithoutALimit) {
     portal_.start();
     addAndAsk();
-    for (int session = 1; session <= PortalShortcuts::mostRepetitions + 3; ++session) {
+    for (int session = 1; session <= PortalShortcuts::maximumRetries + 3; ++session) {
         expectAsked(session);
-        queue_.advance(PortalShortcuts::lasting);
+        queue_.advance(PortalShortcuts::stableSeconds);
         portal_.closeSession(portal_.sessions.back());
         settle();
-        queue_.advance(PortalShortcuts::untilAskedAgain);
+        queue_.advance(PortalShortcuts::retryDelay);
     }
-    expectAsked(PortalShortcuts::mostRepetitions + 4);
+    expectAsked(PortalShortcuts::maximumRetries + 4);
 }
 
 TEST_F(PortalShortcutsTest, ARestartedPortalIsAskedAgain) {
@@ -279,10 +279,10 @@ TEST_F(PortalShortcutsTest, AfterABusRestartThePortalIsAskedAgain) {
     shortcutsBus_ = noBus();
     bus_.stop();
     EXPECT_TRUE(waitUntil([this] { return queue_.timers() > 0; }));
-    queue_.advance(PortalShortcuts::untilAskedAgain);
+    queue_.advance(PortalShortcuts::retryDelay);
     EXPECT_EQ(connections_, 2) << "not back yet";
     shortcutsBus_ = next.connect();
-    queue_.advance(PortalShortcuts::untilAskedAgain);
+    queue_.advance(PortalShortcuts::retryDelay);
     EXPECT_TRUE(waitUntil([&] { return portal.calls.size() >= asked_.size(); }));
     EXPECT_EQ(portal.calls, asked_);
     portal.press(portal.sessions[0], name, {});
@@ -327,7 +327,7 @@ TEST_F(PortalShortcutsTest, MalformedAnswersOfThePortalAreIgnored) {
         portal_.start();
         PortalShortcuts shortcuts(queue_, [this](const auto& then) { then(shortcutsBus_); });
         shortcuts.add(1, portalChord);
-        queue_.advance(PortalShortcuts::untilAsked);
+        queue_.advance(PortalShortcuts::requestDelay);
         expectCalls({u"CreateSession"_s});
         settle();
         EXPECT_EQ(portal_.calls.size(), 1);
@@ -351,7 +351,7 @@ TEST_F(PortalShortcutsTest, WithoutThePortalNothingIsCalled) {
 TEST_F(PortalShortcutsTest, WithoutABusThereIsNoPortal) {
     PortalShortcuts shortcuts(queue_, [](const auto& then) { then(noBus()); });
     shortcuts.add(1, portalChord);
-    queue_.advance(PortalShortcuts::untilAsked);
+    queue_.advance(PortalShortcuts::requestDelay);
     shortcuts.remove(1);
     EXPECT_EQ(queue_.timers(), 0U);
 }
