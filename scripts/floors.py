@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds the floors of src/: fails on an include that its library may not use, and says which line it is.
+"""Checks the floors of src/: reports each include that its library may not use, and fails if there is one.
 
     scripts/floors.py [PROJECT]
 
@@ -46,7 +46,7 @@ def words_by_keyword(text):
 
 
 class Project:
-    """What the CMakeLists.txt files and the include lines of src/ say."""
+    """The libraries and links in the CMakeLists.txt files and the includes of src/."""
 
     def __init__(self, folder):
         self.folder = folder
@@ -97,7 +97,7 @@ class Project:
                         break
 
     def linked(self, library):
-        """The libraries of src/ that a file of this one may use, itself included."""
+        """The libraries of src/ that this library's files may use, itself included."""
         found, waiting = {library.name}, library.public + library.private
         while waiting:
             name = waiting.pop()

@@ -15,7 +15,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent
 LIST = Path("tests/mutations.txt")
 JOBS = os.environ.get("MUTATE_JOBS") or str(len(os.sched_getaffinity(0)))
-LONGEST_TEST = 300  # seconds: a mistake that makes a test hang has been noticed
+LONGEST_TEST = 300  # seconds: a test that hangs has noticed the mistake
 DESKTOP = "desktop"  # instead of a test executable: cases of tests/desktop
 
 
@@ -39,13 +39,13 @@ class Mutation:
         return f"{self.file}: {self.title}"
 
     def error(self, folder):
-        """What keeps the mistake from being made in the project; None: nothing."""
+        """The reason why the mistake cannot be made in the project, or None."""
         path = folder / self.file
         found = path.read_text(encoding="utf-8").count(self.old) if path.is_file() else 0
         return f"{LIST}:{self.line}: error: `{self.old}` stands {found} times in {self.file}" if found != 1 else None
 
     def key(self):
-        """What its answer depends on, as far as it is remembered."""
+        """The key of its stored result."""
         digest = hashlib.sha256(repr((self.old, self.new)).encode())
         digest.update((ROOT / self.file).read_bytes())
         return digest.hexdigest()
@@ -74,7 +74,7 @@ def read_list(path):
 
 
 def copy_project(target):
-    """Makes `target` the same as the project, as far as git would keep it. What is the same already is not touched."""
+    """Makes `target` a copy of the project's files, without those that git ignores. Equal files are not touched."""
     names = subprocess.run(
         ["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
         cwd=ROOT, check=True, capture_output=True, text=True,
@@ -102,7 +102,7 @@ class Workshop:
         self.environment = dict(os.environ)
 
     def run(self, command, folder=None, timeout=None):
-        """Whether the command succeeds, and what it said."""
+        """Whether the command succeeds, and its output."""
         with self.log.open("a", encoding="utf-8") as log:
             log.write(f"\n$ {' '.join(map(str, command))}\n")
             try:
@@ -119,7 +119,7 @@ class Workshop:
     def prepare(self):
         self.tree.mkdir(parents=True, exist_ok=True)
         copy_project(self.tree)
-        # Libraries without optimisation are compiled faster than the tests take longer.
+        # Without optimisation, the saved compile time is longer than the added test time.
         command = ["cmake", "--preset", "release", "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0"]
         if not self.run(command, self.tree)[0]:
             sys.exit(f"cannot be configured: see {self.log}")

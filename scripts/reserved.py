@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Holds the one way of waiting: fails on a timer, a thread, a clock or a guard of one's own in src/, and says where.
+"""Reports each own timer, thread, clock or lifetime guard in src/, and fails if there is one.
 
     scripts/reserved.py [PROJECT]
 
 Time, timers and background work come from platform/MainQueue.h, late answers from platform/Context.h. The files that
-need something else are listed below, each with its reason. One that is listed and needs it no more is a fault, too.
+need something else are listed below, each with its reason. A listed file without such a use is a fault, too.
 """
 
 import re
@@ -13,7 +13,7 @@ from pathlib import Path
 
 COMMENT = re.compile(r"//.*")
 
-# What is reserved: its pattern, what is used instead, and the files that may use it, with the reason.
+# Reserved names: pattern, replacement, and the files that may use them, with the reason.
 QUEUE = "src/platform/linux/queue/EventLoopQueue.cpp"
 RESERVED = {
     "timer": (

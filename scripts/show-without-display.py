@@ -3,8 +3,8 @@
 
     scripts/show-without-display.py PROGRAM PICTURE [ARGUMENTS...]
 
-Waits until the launcher is up and at rest, writes a picture of the screen, asks the program to end and prints where
-the picture lies. Nothing is left running.
+Waits until the launcher is up and at rest, writes a picture of the screen, ends the program and prints the picture's
+path.
 """
 
 import os
@@ -18,12 +18,12 @@ from harness import X11Session, until  # noqa: E402
 
 WINDOW_CLASS = "org.amberquill.Amberquill"
 SIZE = (1920, 1080)
-# Longer than a busy machine stops a motion, and than openbox shows its pop-up with the desktop's name.
+# Longer than a motion pauses on a busy machine, and than openbox shows its pop-up with the desktop's name.
 STILL = 1.0  # seconds
 
 
 def own_environment():
-    """The variables that say where the user's files are, as they are outside of the session."""
+    """The variables with the places of the user's files, as they are outside of the session."""
     home = os.environ.get("HOME", "/")
     defaults = {
         "HOME": home,
@@ -41,7 +41,7 @@ def own_environment():
 
 
 class Stillness:
-    """Looks at the screen until nothing moves on it."""
+    """Waits until nothing moves on the screen."""
 
     def __init__(self, session):
         self._session = session
@@ -49,9 +49,9 @@ class Stillness:
         self._since = None
 
     def picture(self):
-        """The picture of the screen once it has stayed the same for a while; none before."""
+        """The picture of the screen once it has stayed the same for a while; None before."""
         picture = self._session.screenshot()
-        # The caret blinks in the search field, which lies in the uppermost part.
+        # The caret blinks in the search field, at the top.
         pixels = picture.pixels[len(picture.pixels) // 12 :]
         now = time.monotonic()
         if pixels != self._pixels:
@@ -68,7 +68,7 @@ def covers(picture, empty):
 def main():
     program, picture, *arguments = sys.argv[1:]
     with X11Session(*SIZE, environment=own_environment()) as session:
-        # Without openbox's pop-up, which the launcher would take for a part of the desktop.
+        # Wait for the end of openbox's pop-up: the launcher would show it in its backdrop.
         empty = until(Stillness(session).picture, "the empty desktop")
         launcher = session.start(Path(program).resolve(), *arguments)
         try:

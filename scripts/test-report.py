@@ -1,20 +1,20 @@
 #!/usr/bin/env python3
-"""Makes ctest's output short and its end say everything: ctest --output-on-failure ... | scripts/test-report.py
+"""Shortens ctest's output: ctest --output-on-failure ... | scripts/test-report.py
 
-What passes is left out. Before the summary stands each case that failed, with the test it belongs to, also where the
-test died of it.
+Passed tests are left out. Before the summary, all failed cases are listed with their tests, also cases that crashed
+their test.
 """
 
 import re
 import sys
 
-MOST_NAMED = 25  # so that all of it fits on a screen with ctest's own summary
+MOST_NAMED = 25  # so that the list and ctest's own summary fit on a screen
 
 NOISE = re.compile(r" +Start +\d+: | *\d+/\d+ Test .* Passed ")
 RESULT = re.compile(r" *\d+/\d+ Test +#\d+: (\S+) \.*(.*)")
 SUMMARY = re.compile(r"\d+% tests passed")
 
-# How GoogleTest tells of cases, and the other runners of what failed.
+# GoogleTest's lines about cases, and the other runners' lines about failures.
 CASE_BEGINS = re.compile(r"\[ RUN      \] (.+)")
 CASE_PASSED = re.compile(r"\[       OK \] ")
 CASE_FAILED = re.compile(r"\[  FAILED  \] (\S+\.\S+?),? ")
@@ -26,14 +26,14 @@ OTHER_FAILURES = (
 
 
 class FailedTest:
-    """The output of one test that failed, as it is read."""
+    """The output of one failed test."""
 
     def __init__(self, name, how):
         self.name = name
         self.how = " ".join(how.split())
         self.cases = []
         self._open = None  # the case that has begun and not ended
-        self._held = []  # its lines, which matter only if it fails
+        self._held = []  # its lines, shown only if it fails
 
     def read(self, line):
         """Returns the lines to show."""
@@ -59,7 +59,7 @@ class FailedTest:
         return [line]
 
     def end(self):
-        """Returns the lines that are left: those of a case that the test died in."""
+        """Returns the remaining lines: those of a case that crashed the test."""
         if self._open:
             self._name(self._open + " (did not end)")
         held, self._open, self._held = self._held, None, []
@@ -74,7 +74,7 @@ class FailedTest:
 
 
 def shorten(lines):
-    """Yields the lines to show of those that ctest prints."""
+    """Yields the lines of ctest's output to show."""
     failed = []
     current = None
     for line in lines:

@@ -3,12 +3,11 @@
 
     scripts/tidy.py build/lint [FILES...]
 
-Nearly all of a file's time goes into the headers that it shares with its neighbours, so the files that are compiled
-alike, which are those of a library or of a test executable, are read as one. Files that are named are read one by one.
+Most of a file's time goes into headers that it shares with its neighbours. So files with the same compiler arguments,
+those of a library or of a test executable, are read as one. Files given by name are read one by one.
 
-What was found clean is kept beside ccache's folder and is not read again until something changes that the answer depends
-on: the preprocessed text with its comments, the compiler's arguments, the checks or clang-tidy itself. Where the
-project lies does not matter.
+Clean results are stored beside ccache's folder. The key is the preprocessed text with its comments, the compiler's
+arguments, the checks and clang-tidy's version. The project's path does not matter.
 """
 
 import hashlib
@@ -46,7 +45,7 @@ KINDS = (
 
 @dataclass
 class Unit:
-    """What one clang-tidy reads."""
+    """The files of one clang-tidy process."""
 
     name: str
     kind: Kind
@@ -60,7 +59,7 @@ def kind_of(path):
 
 
 def arguments_of(entry):
-    """The compiler's arguments without the compiler, the file and what becomes of it."""
+    """The compiler's arguments without the compiler, the source file and the output."""
     words = shlex.split(entry["command"])
     while words and words[0].startswith("-") is False:
         words.pop(0)
@@ -76,7 +75,7 @@ def arguments_of(entry):
 
 
 def units(build, entries, are_single):
-    """The files in groups of those that are compiled alike."""
+    """The files, grouped by equal compiler arguments."""
     groups = {}
     for entry in entries:
         path = Path(entry["file"])
@@ -108,13 +107,13 @@ def main_file(build, unit):
 
 
 def relative(text, build):
-    """The same text wherever the project lies."""
+    """The text without the project's path."""
     return text.replace(os.fsencode(build), b"<build>").replace(os.fsencode(ROOT), b"<root>")
 
 
 def key(build, unit, path, version):
-    """What the answer depends on. None: it cannot be preprocessed."""
-    # Comments are kept: they switch checks off.
+    """The key of the stored result. None: the unit cannot be preprocessed."""
+    # Comments are kept because they can switch checks off.
     text = subprocess.run(
         ["clang++", *unit.arguments, "-E", "-CC", str(path)], cwd=unit.folder, capture_output=True, check=False
     )
@@ -127,7 +126,7 @@ def key(build, unit, path, version):
 
 
 def tidy(build, unit, cache, version):
-    """Whether the unit is clean, and what is to be said of it."""
+    """Whether the unit is clean, and the output to show."""
     path = main_file(build, unit)
     found = key(build, unit, path, version)
     clean = cache / found if found else None
@@ -155,7 +154,7 @@ def tidy(build, unit, cache, version):
 
 
 def cache_folder():
-    """Beside ccache's, without what has not been asked for in a while."""
+    """The folder of the stored results, beside ccache's. Removes old results."""
     ccache = subprocess.run(["ccache", "--get-config", "cache_dir"], check=True, capture_output=True, text=True)
     folder = Path(ccache.stdout.strip()).parent / "amberquill-tidy"
     folder.mkdir(parents=True, exist_ok=True)

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""How long it takes from the press of Control-Alt-Space until the hidden launcher is on the screen.
+"""Measures the time from the press of Control-Alt-Space until the hidden launcher is on the screen.
 
 Under Xvfb and openbox at 1920 x 1080, with 200 applications, as another program sees it: the keys are pressed with
 XTEST, then one pixel of the screen is read again and again until it differs. Run it on a quiet machine:
@@ -28,7 +28,7 @@ Z_PIXMAP = 2
 
 
 class Screen:
-    """A program's view of the screen, with hands on the keyboard."""
+    """A client that reads the screen and presses keys."""
 
     def __init__(self, display):
         self._x11 = ctypes.CDLL("libX11.so.6")
@@ -52,7 +52,7 @@ class Screen:
         self._x11.XFlush(self._display)
 
     def press_chord(self):
-        """Returns when the last key goes down."""
+        """Returns the time of the last key's press."""
         self.key(CONTROL, True)
         self.key(ALT, True)
         pressed = time.monotonic()
@@ -102,7 +102,7 @@ def measure(program, presses, hidden):
 
 
 def by_the_bus(program, presses, hidden):
-    """The same, by the command that a desktop's own settings can bind to a key: until the command has ended."""
+    """Measures the command that desktops can bind to a key, until it has ended."""
     command = ["gdbus", "call", "--session", "--dest", WINDOW_CLASS, "--object-path", "/org/amberquill/Amberquill"]
     command += ["--method", "org.freedesktop.Application.ActivateAction", "toggle", "[]", "{}"]
     with X11Session(1920, 1080) as session:

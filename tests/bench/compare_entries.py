@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Whether this machine's applications are listed as GIO lists them.
+"""Compares the launcher's list of this machine's applications with GIO's.
 
-For several languages and desktops: prints each application that only one of the two lists or whose names differ, but
-for those that differ on purpose, and exits with 1 if there are any. Needs a build with the benchmarks:
+For several languages and desktops: prints each application that only one of the two lists or whose names differ,
+except for intended differences, and exits with 1 if there are any. Needs a build with the benchmarks:
 
     cmake --preset bench && cmake --build --preset bench --target list_entries list_entries_by_gio
     tests/bench/compare_entries.py [folder of the two programs]
@@ -21,7 +21,7 @@ OWN_ID = "org.amberquill.Amberquill.desktop"
 
 
 def listed_by(program, fields, environment):
-    """What a program lists, by id: tuples of the other fields."""
+    """A program's list, by id: tuples of the other fields."""
     output = subprocess.run([program], env=environment, check=True, stdout=subprocess.PIPE).stdout
     texts = output.decode(errors="replace").split("\0")[:-1]
     rows = [texts[at : at + fields] for at in range(0, len(texts), fields)]
@@ -29,11 +29,11 @@ def listed_by(program, fields, environment):
 
 
 def is_listed_on_purpose(path, program):
-    """Whether we are to list what GIO does not."""
-    # What these export is found without the session's variables.
+    """Whether only the launcher lists this application on purpose."""
+    # The launcher finds Flatpak's and Snap's exports without the session's variables.
     if "/flatpak/exports/" in path or path.startswith("/var/lib/snapd"):
         return True
-    # Only TryExec says whether an application is installed.
+    # Only TryExec decides whether an application is installed.
     return bool(program) and shutil.which(program) is None
 
 

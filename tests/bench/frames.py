@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What the launcher's motion costs: processor time and the time each frame takes, by what moves.
+"""Measures the cost of each motion of the launcher: processor time and frame times.
 
 200 applications with icons of 256 pixels, two folders, under Xvfb and openbox, drawn by Qt's software renderer. Each
 movement is made by real keys and clicks, several times. Run it on a quiet machine:
@@ -28,7 +28,7 @@ MOTION = 1.1  # seconds after which everything rests again
 
 
 class Frames:
-    """The frames that the program says it has shown: how many seconds each took."""
+    """The seconds of each frame, from the program's output."""
 
     def __init__(self, stream):
         self.taken = []
@@ -46,7 +46,7 @@ def xdotool(session, *arguments):
 
 
 def measured(process, frames, name, move):
-    """Makes the movement and prints what it cost."""
+    """Makes the movement and prints its cost."""
     cost, first = 0, len(frames.taken)
     for _ in range(REPEATS):
         cpu = cpu_seconds(process.pid)

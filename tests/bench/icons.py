@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""What decoding 500 icons costs in memory.
+"""Measures the memory for decoding 500 icons.
 
 500 applications, half of them with PNG icons of 256 pixels and half with SVG icons of the theme Papirus, under Xvfb and
 openbox at 1920 x 1080. Every page is turned to, with nothing kept from an earlier run. Prints the memory (PSS, and what is
@@ -24,11 +24,11 @@ from start import end, install, one_start  # noqa: E402
 APPLICATIONS = 500
 PAGES = -(-APPLICATIONS // 35)
 TURN = 1.2  # seconds after which a page is at rest and its neighbours are decoded
-REST = 12  # seconds after which nothing is kept ready any more
+REST = 12  # seconds after which caches are freed
 
 
 def memory(pid):
-    """In megabytes: PSS; private and changed."""
+    """Memory in megabytes: PSS; private dirty."""
     try:
         rollup = Path(f"/proc/{pid}/smaps_rollup").read_text()
         return tuple(int(re.search(rf"\n{name}:\s+(\d+)", rollup)[1]) / 1024 for name in ("Pss", "Private_Dirty"))

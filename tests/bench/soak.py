@@ -1,17 +1,17 @@
 #!/usr/bin/env python3
-"""Whether the launcher stays as small as it was when it is used all day.
+"""Checks that the launcher's memory does not grow when it is used all day.
 
 Under Xvfb and openbox, with 2,000 applications whose icons are all different, a random generator with a fixed seed
 turns pages, changes the monitors' sizes, installs and removes applications, drags, searches, opens folders, menus and
 dialogs, changes grid, background and language, and shows and hides the launcher. Each minute the launcher is hidden;
-once it rests, a line says what it costs, on the first page with the usual screen, grid and language. The first minute
-begins with each thing once: what is loaded for good is loaded then. In the end it may need a tenth more memory (PSS)
-than after the first two minutes, not more.
+once it rests, a line with its costs is printed, on the first page with the usual screen, grid and language. The first
+minute begins with each action once, so that everything loaded at first use is loaded. In the end the launcher may need
+at most a tenth more memory (PSS) than after the first two minutes.
 
     tests/bench/soak.py [--minutes 30] [--seed 1] [--build build/release] [--scenario NAME]
 
-A scenario does one thing only, as often as it says, and prints what the launcher costs before and after. A build with a
-sanitizer is not judged by its memory, but whatever it prints is a failure. What the launcher said is kept in the build's
+A scenario repeats one action and prints the launcher's costs before and after. A build with a
+sanitizer has no limit of memory, but any output of it is a failure. The launcher's output is kept in the build's
 folder `soak`.
 """
 
@@ -36,11 +36,11 @@ from soak_user import LARGEST, PATIENCE, SoakUser  # noqa: E402
 
 APPLICATIONS = 2000
 MINUTE = 60
-LOOK = 18  # seconds that a look at the costs takes
-REST = 8  # seconds without work after which the hidden launcher rests: longer than anything in it waits
+LOOK = 18  # seconds for measuring the costs
+REST = 8  # seconds without work after which the hidden launcher rests: longer than any of its timers
 ALLOWED_GROWTH = 1.10
 
-# What is done in a minute of everything, and how often compared with the others.
+# The actions of a mixed minute, with their relative frequency.
 ACTS = {
     "turn_pages": 8,
     "come_and_go": 6,
@@ -58,7 +58,7 @@ ACTS = {
     "sort": 1,
 }
 
-# One thing, so often.
+# By name: an action and its number of repetitions.
 SCENARIOS = {
     "paging": ("page_through", 2),
     "monitors": ("change_monitors", 90),
@@ -69,7 +69,7 @@ SCENARIOS = {
 
 
 class Costs:
-    """What the launcher holds at one moment, and the processor time that it has used so far."""
+    """The launcher's memory and resources at one moment, and its processor time so far."""
 
     def __init__(self, session, pid):
         rollup = Path(f"/proc/{pid}/smaps_rollup").read_text()
@@ -101,7 +101,7 @@ class Soak:
         self._user.expect_shown()
 
     def row(self, name):
-        """Hides the launcher, waits until it rests, and prints what it costs."""
+        """Hides the launcher, waits until it rests, and prints its costs."""
         self._user.hide()
         self._wait_until_it_rests()
         costs = Costs(self._session, self._launcher.pid)
@@ -126,7 +126,7 @@ class Soak:
         until(rests, "the launcher's rest", PATIENCE)
 
     def everything(self, minutes):
-        """Returns what it cost after each minute."""
+        """Returns the costs after each minute."""
         rows = []
         begin = time.monotonic()
         for minute in range(1, minutes + 1):
@@ -149,7 +149,7 @@ class Soak:
         self._user.usual_grid()
 
     def end(self):
-        """Returns what was wrong about its end."""
+        """Ends the launcher and returns what failed."""
         done = ", ".join(f"{name.replace('_', ' ')} {count}" for name, count in sorted(self._user.done.items()))
         print(f"done: {done}")
         status = self._launcher.terminate(PATIENCE)
@@ -171,7 +171,7 @@ def has_sanitizer(program):
 
 
 def judged(rows):
-    """What is wrong with the memory after each minute."""
+    """The failures in the memory after each minute."""
     if len(rows) < 3:
         print("no verdict on the memory: that takes three minutes")
         return []

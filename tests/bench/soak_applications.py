@@ -19,7 +19,7 @@ WORDS = ("Amber", "Basalt", "Cedar", "Delta", "Ember", "Fjord", "Garnet", "Harbo
 
 
 def png(number):
-    """A picture of two colours, in which the rows differ by where one becomes the other."""
+    """A picture of two colours, with another border between them in each row."""
 
     def chunk(kind, data):
         return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
@@ -43,7 +43,7 @@ def svg(number):
 
 
 class SoakApplications:
-    """In a session's data folder. Every other icon is a PNG by its path, the others are SVGs of the icon theme."""
+    """Entries in a session's data folder. Half of the icons are PNGs by path, the others SVGs of the icon theme."""
 
     def __init__(self, session):
         self._entries = session.data / "applications"
@@ -55,7 +55,7 @@ class SoakApplications:
         self._made = 0
 
     def add(self, count):
-        """Returns the numbers of as many new ones."""
+        """Adds applications and returns their numbers."""
         numbers = range(self._made, self._made + count)
         self._made += count
         for number in numbers:

@@ -1,4 +1,4 @@
-"""What somebody does with the launcher all day, by real keys and a real pointer, chosen by a random generator."""
+"""A user of the launcher: random actions with real keys and a real pointer."""
 
 import json
 import math
@@ -13,7 +13,7 @@ from launcher.on_x11 import OnX11
 
 PATIENCE = 120  # seconds: sanitizers make everything slow
 SHORT_PATIENCE = 30
-STILL = 0.15  # seconds without a change after which nothing moves: longer than a frame takes
+STILL = 0.15  # seconds without a change that mean rest: longer than a frame takes
 WHEEL_PAUSE = 0.32  # seconds: the wheel turns no two pages in less
 SIZES = ((1920, 1080), (1280, 720), (1600, 900), (1024, 768), (2560, 1440), (1366, 768))
 GRIDS = ((5, 4), (6, 4), (7, 5), (8, 5), (8, 6), (9, 6))  # in the order of the menu
@@ -38,7 +38,7 @@ class SoakUser:
             session.run("xrandr", "--addmode", "screen", self._mode(size))
         (session.home / "Desktop").mkdir()
 
-    # The window.
+    # Window.
 
     def show(self):
         self._ask("show")
@@ -62,7 +62,7 @@ class SoakUser:
         until(lambda: not self._window(), "the launcher's end", PATIENCE)
 
     def _ask(self, action):
-        # By the bus, from here: the program itself, started for that, would take a second under a sanitizer.
+        # A direct bus call: starting the program for that would take a second under a sanitizer.
         self._session.run(
             *("gdbus", "call", "--session", "--dest", WINDOW_CLASS, "--object-path", "/org/amberquill/Amberquill"),
             *("--method", "org.freedesktop.Application.ActivateAction", action, "[]", "{}"),
@@ -74,7 +74,7 @@ class SoakUser:
         return windows[0] if windows else None
 
     def expect_shown(self):
-        """Waits until the launcher is up and has the focus, as it is after its start."""
+        """Waits until the launcher is up and has the focus."""
 
         def has_focus():
             window = self._window()
@@ -97,7 +97,7 @@ class SoakUser:
         until(are_closed, "the end of menus and dialogs", PATIENCE)
 
     def _begin(self):
-        """The launcher is up and at rest, with nothing over it."""
+        """Waits until the launcher is up and at rest, without other windows."""
         self._close_other_windows()
         self.show()
         self._rest()
@@ -106,7 +106,7 @@ class SoakUser:
         window = self._window()
         return until(lambda: self._session.geometry(window), "the launcher's place", PATIENCE)
 
-    # Where things are.
+    # Places.
 
     def _layout(self):
         path = self._session.data / "Amberquill" / "layout.json"
@@ -121,7 +121,7 @@ class SoakUser:
         return place.x + round(x), place.y + round(y)
 
     def _go_to_page(self, page, pages):
-        """By its dot."""
+        """Clicks the page's dot."""
         place = self._place()
         pitch, dot, above_bottom = 24, 18, 26
         left = place.x + place.width / 2 - (pages * pitch - 6) / 2
@@ -131,7 +131,7 @@ class SoakUser:
             self._rest()
 
     def _expect_hidden(self, way):
-        """Where it stays, that is kept to be told at the end, and it is hidden by the bus."""
+        """Expects it to hide. Otherwise records the failure and hides it over the bus."""
         try:
             until(lambda: not self._window(), "the launcher's end", SHORT_PATIENCE)
         except AssertionError:
@@ -141,14 +141,14 @@ class SoakUser:
     def _page_count(self):
         return max(1, math.ceil(len(self._layout()) / self._slots()))
 
-    # What is done.
+    # Actions.
 
     def do(self, name):
         getattr(self, name)()
         self.done[name] = self.done.get(name, 0) + 1
 
     def page_through(self):
-        """All pages, there and back."""
+        """Turns through all pages, forward and back."""
         self._begin()
         pages = self._page_count()
         self._go_to_page(0, pages)
@@ -174,7 +174,7 @@ class SoakUser:
         time.sleep(WHEEL_PAUSE)
 
     def change_monitors(self):
-        """Another size of the screen, or two monitors on it, while the launcher is up or while it is not."""
+        """Sets another size of the screen or two monitors, while the launcher is shown or hidden."""
         if self._chance.random() < 0.5:
             self._begin()
         elif self._window():
@@ -218,7 +218,7 @@ class SoakUser:
         self._session.width, self._session.height = size
 
     def install_and_remove(self):
-        """Some applications come, are listed, and go."""
+        """Adds some applications, waits until they are listed, and removes them."""
         if self._chance.random() < 0.7:
             self._begin()
         numbers = self._applications.add(self._chance.randrange(10, 40))
@@ -237,7 +237,7 @@ class SoakUser:
         return paths
 
     def drag(self):
-        """An icon to another place of its page, onto another icon, or to the next page."""
+        """Drags an icon to another place of its page, onto another icon, or to the next page."""
         self._begin()
         pages = self._page_count()
         self._go_to_page(self._chance.randrange(min(pages, 6)), pages)
@@ -263,7 +263,7 @@ class SoakUser:
             self.done["layouts changed by a drag"] = self.done.get("layouts changed by a drag", 0) + 1
 
     def open_folder(self):
-        """Looks into a folder, renames it, and sometimes takes an application out of it."""
+        """Opens a folder, renames it, and sometimes drags an application out of it."""
         self._begin()
         items = self._layout()
         folders = [index for index, item in enumerate(items) if "folder" in item]
@@ -296,7 +296,7 @@ class SoakUser:
         return place.y + round((place.height - panel) / 2 + 10 + 39)
 
     def search(self):
-        """For part of a name; then clears it, hides the launcher, or starts what was found."""
+        """Searches for part of a name; then clears the search, hides the launcher, or starts the result."""
         self._begin()
         name = self._applications.name(self._chance.randrange(2000))
         for letter in name[: self._chance.randrange(1, len(name) + 1)]:
@@ -318,7 +318,7 @@ class SoakUser:
         self._rest()
 
     def browse_menu(self):
-        """Into a submenu and out again."""
+        """Opens a submenu and closes it again."""
         self._begin()
         self._session.press("Menu", *["Down"] * self._chance.randrange(3), "Right")
         time.sleep(0.2)
@@ -327,7 +327,7 @@ class SoakUser:
         self._close_other_windows()
 
     def open_dialog(self, entry=None):
-        """Asks for a reset, an export or an import, and thinks better of it, or exports."""
+        """Opens the dialog of a reset, an export or an import, and cancels it, or exports."""
         self._begin()
         entry = self._chance.choice(DIALOGS) if entry is None else entry
         self._choose(entry)
@@ -364,7 +364,7 @@ class SoakUser:
         self._rest()
 
     def see_everything(self):
-        """Each choice and each dialog once: what is loaded for good at its first use is loaded then."""
+        """Uses each choice and each dialog once, so that everything loaded at first use is loaded."""
         for number in range(len(GRIDS)):
             self.change_grid(number)
         for number in range(THEMES):
@@ -379,7 +379,7 @@ class SoakUser:
             self._rest()
 
     def usual_state(self):
-        """On the first page, with the usual screen, grid and language: so states at different times compare."""
+        """Restores the first page and the usual screen, grid and language, so that measurements are comparable."""
         self.usual_screen()
         self.usual_grid()
         self.change_language(0)
@@ -392,14 +392,14 @@ class SoakUser:
         self._session.press(*keys, "Return")
 
     def come_and_go(self):
-        """By the chord, by the bus, by a click beside everything, by Escape."""
+        """Shows and hides it by the chord, the bus, a click on empty space, or Escape."""
         # A drag may have made a folder and opened it, which Escape and clicks would only close.
         self.hide()
         self._begin()
         for _ in range(3):
             way = self._chance.choice(("chord", "Escape", "click", "bus"))
             if way == "chord":
-                # Before it knows of its focus, it takes the chord for a wish to have it.
+                # Before the launcher knows that it has the focus, the chord requests the focus.
                 self._rest()
                 self._session.press("ctrl+alt+space")
             elif way == "Escape":
@@ -408,10 +408,10 @@ class SoakUser:
                 place = self._place()
                 self._session.click(place.x + 8, place.y + place.height // 2)
             else:
-                # A toggle that follows a chord at once would be the same press to the launcher.
+                # A toggle right after a chord would count as the same press.
                 self._ask("hide")
             self._expect_hidden(way)
-            # With or without the picture that it had a moment ago.
+            # With or without its previous backdrop.
             time.sleep(self._chance.choice((0.0, 0.1, 0.5, 1.0)))
             if self._chance.random() < 0.5:
                 self._session.press("ctrl+alt+space")

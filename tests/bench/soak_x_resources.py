@@ -1,4 +1,4 @@
-"""What an X server keeps for a process, by the extension X-Resource."""
+"""The resources that an X server holds for a process, by the extension X-Resource."""
 
 import ctypes
 from contextlib import contextmanager
@@ -33,7 +33,7 @@ def _reply(res, connection, request, *arguments):
 
 
 def _clients(res, connection, process):
-    """What begins the ids of the process's resources, for each of its connections."""
+    """The base of the resource ids of each of the process's connections."""
     wanted = (ctypes.c_uint32 * 2)(0, PROCESS_ID)
     words = _reply(res, connection, "xcb_res_query_client_ids", 1, wanted)
     place = HEAD
@@ -45,7 +45,7 @@ def _clients(res, connection, process):
 
 
 def x_resources(display, process):
-    """How many things it has there, and the megabytes of its pictures."""
+    """The number of the process's resources, and the megabytes of its pixmaps."""
     count, size = 0, 0
     with _connection(display) as (res, connection):
         for client in _clients(res, connection, process):

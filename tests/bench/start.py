@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""How long a start takes, and what the program costs then.
+"""Measures the time of a start, and the program's memory and work after it.
 
 For 200 and for 10,000 applications, under Xvfb and openbox at 1920 x 1080: the time from the process's start to the
 first frame in which every icon is a real one, the memory (PSS), also once it is hidden, and the work of the idle
-launcher. The same time for 200 applications of which nothing was kept, so that every icon is decoded: once with PNG
-files of 256 pixels, once with SVG files of the theme Papirus. Warm file cache;
-the first start, which lays everything out, does not count. Run it on a quiet machine:
+launcher. Also the time for 200 applications without stored icons, so that every icon is decoded: once with PNG
+files of 256 pixels, once with SVG files of the theme Papirus. The file cache is warm. The first start, which creates
+the layout, does not count. Run it on a quiet machine:
 
     tests/bench/start.py [program] [starts]
 """
@@ -54,7 +54,7 @@ def drawings():
 
 
 def install(folder, count, ending="png"):
-    """So many applications, with icons of one kind."""
+    """Installs applications with icons of one kind."""
     applications = folder / "applications"
     icons = folder / "bench-icons"
     applications.mkdir(parents=True, exist_ok=True)
