@@ -5,7 +5,7 @@
 
 The icons are those of real applications, from packages that are downloaded and unpacked below ~/.cache, not installed;
 with --installed, those of themes on this machine. Prints the icons that differ visibly and how many there are, writes a
-sheet (the launcher's, rsvg-convert's, the difference made brighter), and ends with 1 where one differs.
+sheet (the launcher's, rsvg-convert's, the difference made brighter), and exits with 1 if one differs.
 
 A pixel differs visibly when one of its channels, with colours multiplied by opacity, differs by more than 2 of 255; an
 icon does when a single pixel does. Of an icon that is not square, the picture's place in the square is compared too.
@@ -24,7 +24,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 THRESHOLD = 2  # of 255
-BRIGHTER = 16  # times, the difference on a sheet
+BRIGHTER = 16  # factor for the difference on a sheet
 SHOWN_EDGE = 120  # on a sheet
 
 # Of Debian 12; each has an SVG icon for applications in the theme that all applications share. Among them are drawings
@@ -44,7 +44,7 @@ PACKAGES = """
 """.split()
 
 RARE = (b"<text", b"<mask", b"<image", b"<pattern", b"clip-path", b"<style", b"<filter")
-EACH = 6  # of the installed icons that use it, of each theme
+EACH = 6  # icons of each theme and feature
 THEMES = ("Papirus", "breeze")  # in /usr/share/icons; those that draw icons of applications
 
 
@@ -60,12 +60,12 @@ def dealt(groups, count):
 
 
 def spread(items, count):
-    """So many of them, evenly spread over the list."""
+    """A number of items, evenly spread over the list."""
     return items[:: max(len(items) // count, 1)][:count]
 
 
 def downloaded_icons(count):
-    """Icons of the packages, which are unpacked once."""
+    """Icons of the packages, which are downloaded and unpacked once."""
     cache = Path(os.environ.get("XDG_CACHE_HOME") or Path.home() / ".cache") / "amberquill-drawings"
     cache.mkdir(parents=True, exist_ok=True)
     missing = [name for name in PACKAGES if not (cache / name).is_dir()]
@@ -91,7 +91,7 @@ def downloaded_icons(count):
 
 
 def installed_icons(count):
-    """Icons of the themes: some that use what is rarely used, then others from all over each theme."""
+    """Icons of the themes: some with rare features of SVG, then others from all parts of each theme."""
     groups = []
     for theme in THEMES:
         found = filter(is_application_icon, Path("/usr/share/icons", theme).glob("**/apps/**/*.svg"))
@@ -114,7 +114,7 @@ class Drawing:
     ours: Path
     theirs: Path
     different: int = 0  # pixels that differ visibly
-    most: int = 0  # by which a channel differs, of 255
+    most: int = 0  # the largest difference of a channel, of 255
 
 
 @dataclass
@@ -133,7 +133,7 @@ def rsvg_convert(path, *arguments):
 
 
 def draw_theirs(icon):
-    """Centred in a square to the pixel, which rsvg-convert does only when it is told how far from its sides to draw."""
+    """Draws the icon exactly centred in a square. rsvg-convert needs the margins for that."""
     for drawing in icon.drawings:
         edge = drawing.edge
         size = ("--width", edge, "--height", edge)
@@ -183,7 +183,7 @@ def compare(icon):
 
 
 def write_sheet(icons, folder, path):
-    """At the edge next to the one that icons are shown at: ours, theirs, and the difference made brighter."""
+    """Writes the icons at the size closest to the shown one: ours, theirs, and the difference made brighter."""
 
     def draw(numbered):
         number, icon = numbered

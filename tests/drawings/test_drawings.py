@@ -47,13 +47,13 @@ class Comparison(unittest.TestCase):
     def test_a_single_pixel_that_differs_visibly_counts(self):
         self.assertEqual(self.compared("rgb(10,20,30)", "rgb(10,23,30)"), (1, 3))
 
-    def test_what_rounding_does_is_not_visible(self):
+    def test_differences_by_rounding_are_not_visible(self):
         self.assertEqual(self.compared("rgb(10,20,30)", "rgb(8,20,32)"), (0, 2))
 
     def test_opacity_counts(self):
         self.assertEqual(self.compared("rgba(255,255,255,1)", "none"), (1, 255))
 
-    def test_a_colour_counts_as_much_as_its_opacity_shows_of_it(self):
+    def test_a_colours_difference_is_weighted_by_its_opacity(self):
         self.assertEqual(self.compared("rgba(250,0,0,0.02)", "rgba(0,0,250,0.02)")[0], 1)
         self.assertEqual(self.compared("rgba(250,0,0,0.004)", "rgba(0,0,250,0.004)")[0], 0)
 

@@ -27,7 +27,7 @@ class Directory:
         return self.kind, self.size, self.scale, self.minimum, self.maximum, self.threshold
 
     def is_meant_for(self, edge):
-        """Whether the standard says that icons of this directory have this size, in device pixels."""
+        """Whether the directory's icons have this size, in device pixels, according to the icon theme standard."""
         if self.kind == "Scalable":
             return self.minimum * self.scale <= edge <= self.maximum * self.scale
         reach = self.threshold * self.scale if self.kind == "Threshold" else 0
@@ -37,7 +37,7 @@ class Directory:
 @dataclass(frozen=True)
 class IconFile:
     path: str
-    theme: str = ""  # empty: it stands in no theme
+    theme: str = ""  # empty: in no theme
     directory: Directory = None
     stem: str = ""
     ending: str = ""
@@ -93,7 +93,7 @@ def directories(index):
 
 @cache
 def icon_file(path, icons):
-    """What `path` is, where themes are in the folder `icons`; None for an empty path."""
+    """The properties of the file `path`, with the themes in the folder `icons`; None for an empty path."""
     if not path:
         return None
     ending = next(ending for ending in ENDINGS if path.endswith(ending))

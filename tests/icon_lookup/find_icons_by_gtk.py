@@ -1,4 +1,4 @@
-"""Answers which files GTK takes for icons: arguments, input and output are those of find_icons. Needs no display."""
+"""Prints the files that GTK chooses for icons, with the interface of find_icons. Needs no display."""
 
 import sys
 
@@ -15,7 +15,7 @@ def main():
     sizes = [size.partition("@")[::2] for size in sys.argv[2].split(",")]
     for line in sys.stdin:
         for size, scale in sizes:
-            # Drawings are wanted whether this machine's GTK could draw them or not.
+            # Drawings count even if this machine's GTK cannot draw them.
             flags = Gtk.IconLookupFlags.FORCE_SVG
             icon = theme.lookup_icon_for_scale(line.rstrip("\n"), int(size), int(scale or 1), flags)
             print(icon.get_filename() if icon else "")

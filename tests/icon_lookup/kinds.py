@@ -21,7 +21,7 @@ class Question:
 class Kind:
     title: str
     reason: str
-    holds: Callable[[Question, IconFile, IconFile], bool]  # of a question, our answer and GTK's; either may be None
+    holds: Callable[[Question, IconFile, IconFile], bool]  # either file may be None: no answer
 
 
 def in_one_theme(ours, gtk):
@@ -47,7 +47,7 @@ def fit_alike(question, ours, gtk):
     return drawings(ours, gtk) and is_meant(question, ours) and is_meant(question, gtk) and len(distances) == 1
 
 
-# The first matching kind is that of a difference.
+# A difference has the first kind that matches.
 KINDS = (
     Kind(
         "a picture inside GTK's library",

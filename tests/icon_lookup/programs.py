@@ -1,15 +1,15 @@
-"""The two programs that choose icons' files: ours and GTK's."""
+"""The two programs that choose icon files: ours and GTK's."""
 
 import os
 import subprocess
 from pathlib import Path
 
 OURS = (Path(os.environ["AMBERQUILL_BUILD"]) / "tests/find_icons",)
-# The Python that the introspection packages are for.
+# The interpreter that has the introspection packages.
 GTK = ("/usr/bin/python3", "-B", Path(__file__).resolve().parent / "find_icons_by_gtk.py")
 
 
-# No user's settings, and no display.
+# Without the user's settings and without a display.
 ENVIRONMENT = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")} | {
     "HOME": "/nonexistent",
     "LC_ALL": "C.UTF-8",
@@ -17,7 +17,7 @@ ENVIRONMENT = {name: value for name, value in os.environ.items() if name not in 
 
 
 def answers(program, theme, sizes, names, base_folders):
-    """For each name the files at all sizes."""
+    """The files at all sizes, for each name."""
     output = subprocess.run(
         [*program, theme, ",".join(sizes), *base_folders],
         input="".join(name + "\n" for name in names),
@@ -33,5 +33,5 @@ def answers(program, theme, sizes, names, base_folders):
 
 
 def make_cache(theme):
-    """As it is made where packages are installed."""
+    """Makes a theme's cache, like the installation of packages."""
     subprocess.run(["gtk-update-icon-cache", "--quiet", "--force", "--ignore-theme-index", theme], check=True)

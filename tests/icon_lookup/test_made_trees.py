@@ -1,6 +1,6 @@
-"""Which files the launcher and GTK take for icons in trees that real themes do not show: caches, links, base folders.
+"""Compares the launcher's and GTK's icon files in made trees, for cases that real themes lack: caches, links, folders.
 
-Where both answer the same, `agree` says so; where they differ, each case tells both answers and why ours is right.
+`agree` checks cases with equal answers. Cases with different answers contain both and the reason for ours.
 """
 
 import os
@@ -54,11 +54,11 @@ class InMadeTrees(unittest.TestCase):
         self.agree("system/test/96/apps/x.png", size=96)
         self.write("user/test/48/apps/x.png")
         self.agree("user/test/48/apps/x.png")
-        self.agree("system/test/96/apps/x.png", size=96)  # the size counts more than whose it is
+        self.agree("system/test/96/apps/x.png", size=96)  # the size takes precedence over the base folder
         self.write("user/test/96/apps/x.png")
         self.agree("user/test/96/apps/x.png", size=96)
 
-    def test_themes_that_inherit_each_other_and_ones_that_are_missing(self):
+    def test_themes_that_inherit_each_other_or_a_missing_theme(self):
         self.write("system/test/index.theme", APPS.replace("Inherits=", "Inherits=missing,other"))
         self.write("system/other/index.theme", APPS.replace("Inherits=", "Inherits=test,third"))
         self.write("system/third/index.theme", APPS)
@@ -66,7 +66,7 @@ class InMadeTrees(unittest.TestCase):
         self.agree("system/third/48/apps/x.png")
         self.agree("", name="none")
         self.write("system/test/96/apps/x.png")
-        self.agree("system/test/96/apps/x.png")  # the theme counts more than the size
+        self.agree("system/test/96/apps/x.png")  # the theme takes precedence over the size
 
     def test_directories_that_are_links(self):
         self.write("system/test/index.theme", APPS)
@@ -76,7 +76,7 @@ class InMadeTrees(unittest.TestCase):
         make_cache(self.root / "system/test")
         self.agree("system/test/48/apps/x.png")
 
-    def test_a_cache_of_all_there_is(self):
+    def test_a_complete_cache(self):
         self.write("system/test/index.theme", APPS)
         self.write("system/test/48/apps/x.png")
         self.write("system/test/96/apps/x.svg")
@@ -85,8 +85,8 @@ class InMadeTrees(unittest.TestCase):
         self.agree("system/test/96/apps/x.svg", size=96)
         self.agree("", name="y")
 
-    def test_an_icon_that_came_after_the_cache(self):
-        # Installing an icon may not update the cache. GTK checks the time of the theme's folder only.
+    def test_an_icon_installed_after_the_cache_was_made(self):
+        # An installation may leave the cache unchanged. GTK checks only the time of the theme's folder.
         self.write("system/test/index.theme", APPS)
         self.write("system/test/48/apps/x.png")
         make_cache(self.root / "system/test")
@@ -97,17 +97,17 @@ class InMadeTrees(unittest.TestCase):
         os.utime(self.root / "system/test", ns=(newer, newer))
         self.agree("system/test/48/apps/y.png", name="y")
 
-    def test_an_icon_that_went_after_the_cache(self):
+    def test_an_icon_removed_after_the_cache_was_made(self):
         # The next best file can be shown, the missing one cannot.
         self.write("system/test/index.theme", APPS)
         gone = self.write("system/test/48/apps/x.png")
         self.write("system/test/96/apps/x.png")
         make_cache(self.root / "system/test")
         gone.unlink()
-        os.utime(self.root / "system/test/48/apps", ns=(0, 0))  # as if nothing had happened
+        os.utime(self.root / "system/test/48/apps", ns=(0, 0))  # as if the folder were unchanged
         self.differ("system/test/96/apps/x.png", "system/test/48/apps/x.png")
 
-    def test_links_that_lead_nowhere(self):
+    def test_dangling_links(self):
         self.write("system/test/index.theme", APPS)
         self.write("system/test/96/apps/x.png")
         (self.root / "system/test/48/apps").mkdir(parents=True)
@@ -128,7 +128,7 @@ class InMadeTrees(unittest.TestCase):
         self.write("user/x.png")
         self.agree("user/x.png")
 
-    def test_a_programs_own_icon_goes_before_adwaitas(self):
+    def test_a_programs_own_icon_precedes_adwaitas(self):
         # Adwaita was not chosen here. Its icon is only the last fallback.
         self.write("system/Adwaita/index.theme", APPS)
         self.write("system/Adwaita/48/apps/x.png")
@@ -154,7 +154,7 @@ class InMadeTrees(unittest.TestCase):
         self.write("system/hicolor/310x310/apps/x.png")
         self.differ("system/hicolor/310x310/apps/x.png", "")
 
-    def test_a_name_whose_first_part_is_an_icons(self):
+    def test_a_name_whose_first_part_names_an_icon(self):
         # Another program's icon would mislead.
         self.write("system/test/index.theme", APPS)
         self.write("system/test/48/apps/x.png")

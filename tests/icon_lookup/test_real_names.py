@@ -14,7 +14,7 @@ from programs import GTK, OURS, answers, make_cache
 HERE = Path(__file__).resolve().parent
 SYSTEM = Path("/usr/share/icons")
 THEMES = ("hicolor", "Adwaita", "breeze", "Papirus")
-# Those that themes have, those that the launcher's pages and folders get, and those of a screen of scale 2.
+# Sizes of themes, of the launcher's pages and folders, and of a screen with scale 2.
 SIZES = ("16", "22", "24", "26", "32", "44", "48", "50", "64", "96", "107", "120", "128", "256", "512")
 FINE_SIZES = ("24@2", "48@2", "64@2", "128@2")
 
@@ -29,7 +29,7 @@ def stem(file):
 
 
 def own_names(theme, number):
-    """So many of a theme's names, evenly spread: half of applications' icons, half of all."""
+    """A number of a theme's names, evenly spread: half from applications' icons, half from all."""
     chosen = set()
     for part in ("apps", ""):
         names = set()
@@ -42,7 +42,7 @@ def own_names(theme, number):
 
 
 class OnRealNames(unittest.TestCase):
-    """What programs install into hicolor and pixmaps is made, without the pictures; the other themes are the system's."""
+    """Hicolor and pixmaps hold placeholders of the files that programs install. The other themes are the system's."""
 
     @classmethod
     def setUpClass(cls):
@@ -53,7 +53,7 @@ class OnRealNames(unittest.TestCase):
         for path in lines("files.txt"):
             file = cls.base / path
             file.parent.mkdir(parents=True, exist_ok=True)
-            file.write_text(path)  # no two are the same
+            file.write_text(path)  # different in each file
         (cls.icons / "hicolor/index.theme").symlink_to(SYSTEM / "hicolor/index.theme")
         make_cache(cls.icons / "hicolor")
         for theme in ("Adwaita", "breeze", "Papirus"):
@@ -88,7 +88,7 @@ class OnRealNames(unittest.TestCase):
             for found in (self.ours, self.gtk):
                 self.assertGreaterEqual(sum(any(files) for files in found[theme]), 300, theme)
 
-    def test_differences_are_those_that_are_listed(self):
+    def test_all_differences_are_listed_ones(self):
         counts = Counter()
         unknown = []
         asked = 0

@@ -1,4 +1,4 @@
-"""The Debian package that `cpack` makes, and what Debian's own reader of packages says of it."""
+"""The Debian package that `cpack` makes, checked with lintian."""
 
 import os
 import re
@@ -21,24 +21,24 @@ class DebianPackage(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         folder = cls.enterClassContext(tempfile.TemporaryDirectory())
-        # What is packed is readable by everybody, whatever the user's own files are.
+        # Packed files are readable by all users, whatever the user's umask.
         run(CPACK, "-G", "DEB", "-B", folder, cwd=BUILD, umask=0o022)
         (cls.package,) = Path(folder).glob("*.deb")
 
     def field(self, name):
         return run("dpkg-deb", "--field", self.package, name).strip()
 
-    def test_it_holds_what_an_installation_consists_of(self):
+    def test_it_contains_the_installed_files(self):
         listed = run("dpkg-deb", "--contents", self.package).splitlines()
         paths = {line.split(maxsplit=5)[5].split(" -> ")[0] for line in listed if not line.startswith("d")}
         self.assertEqual(paths, {f"./usr/{file}" for file in FILES})
         self.assertEqual({line.split()[1] for line in listed}, {"root/root"})
 
-    def test_its_files_name_the_place_they_are_going_to(self):
+    def test_its_files_name_the_paths_after_installation(self):
         content = run("sh", "-c", 'dpkg-deb --fsys-tarfile "$1" | tar -xO --wildcards "*.service"', "-", self.package)
         self.assertIn("\nExec=/usr/bin/amberquill\n", content)
 
-    def test_it_depends_on_the_libraries_and_on_what_is_loaded_at_run_time(self):
+    def test_it_depends_on_the_libraries_and_the_modules_loaded_at_run_time(self):
         depends = {re.match(r"[\w.+-]+", part)[0] for part in self.field("Depends").split(", ")}
         libraries = {"libqt6core6", "libqt6gui6", "libqt6quick6", "libqt6svg6", "libqt6widgets6", "libplist3"}
         loaded = {
@@ -55,7 +55,7 @@ class DebianPackage(unittest.TestCase):
         self.assertEqual(self.field("Package"), "amberquill")
         self.assertEqual(self.package.name, f"amberquill_{self.field('Version')}_{architecture}.deb")
 
-    def test_debians_reader_finds_no_errors(self):
+    def test_lintian_finds_no_errors(self):
         answer = subprocess.run(
             ["lintian", "--fail-on", "none", "--allow-root", self.package], check=True, capture_output=True, text=True
         )

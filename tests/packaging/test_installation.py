@@ -1,4 +1,4 @@
-"""What `cmake --install` puts where, and that the desktop's own tools take it."""
+"""The files of `cmake --install`, checked with the desktop's own tools."""
 
 import configparser
 import gzip
@@ -92,7 +92,7 @@ class Installation(unittest.TestCase):
         self.assertEqual(status, 0, text)
         self.assertNotRegex(text, r"(?m)^[EWI]: ")
 
-    def test_the_description_tells_of_this_version(self):
+    def test_the_description_has_this_version(self):
         version = re.search(r"VERSION ([\d.]+)\n", (SOURCE / "CMakeLists.txt").read_text(encoding="utf-8"))[1]
         text = (self.prefix / f"share/metainfo/{ID}.metainfo.xml").read_text(encoding="utf-8")
         self.assertEqual(re.findall(r'<release version="([^"]*)"', text)[0], version)
@@ -117,14 +117,14 @@ class Installation(unittest.TestCase):
             f"{prefix}/bin/amberquill",
         )
 
-    def test_files_that_are_staged_name_the_place_they_are_going_to(self):
+    def test_staged_files_name_the_paths_after_installation(self):
         stage = self.folder / "stage"
         install("/opt/amberquill", DESTDIR=str(stage))
         self.assertEqual(files_below(stage / "opt/amberquill"), FILES)
         service = entry_file(stage / f"opt/amberquill/share/dbus-1/services/{ID}.service")
         self.assertEqual(service["D-BUS Service"]["Exec"], "/opt/amberquill/bin/amberquill")
 
-    def test_a_path_that_means_something_else_in_an_entry_is_refused(self):
+    def test_a_path_that_an_entry_cannot_contain_is_refused(self):
         with self.assertRaises(subprocess.CalledProcessError):
             install(self.folder / "100%")
 

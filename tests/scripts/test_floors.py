@@ -18,7 +18,7 @@ class Floors(unittest.TestCase):
         shutil.copytree(PROJECT / "src", self.project / "src")
 
     def append(self, file, line):
-        """Adds a line to a file. Answers with its number."""
+        """Adds a line to a file. Returns its number."""
         path = self.project / "src" / file
         text = path.read_text(encoding="utf-8") + line + "\n"
         path.write_text(text, encoding="utf-8")
@@ -61,7 +61,7 @@ class Floors(unittest.TestCase):
             f'src/motion/Animations.h:{line}: error: "data/GridMetrics.h": amberquill_motion does not link amberquill_data'
         )
 
-    def test_only_main_includes_the_answers_of_the_desktop(self):
+    def test_only_main_includes_files_of_platform_linux(self):
         line = self.append("shell/AppDelegate.cpp", '#include "platform/linux/files/RegularFile.h"')
         self.assert_fails_with(
             f'src/shell/AppDelegate.cpp:{line}: error: "platform/linux/files/RegularFile.h":'

@@ -1,4 +1,4 @@
-"""The list of mistakes that scripts/mutate.sh makes fits the sources, and a list that does not is refused."""
+"""The list of scripts/mutate.sh matches the sources, and a list that does not match is refused."""
 
 import shutil
 import subprocess
@@ -52,22 +52,22 @@ class Script(unittest.TestCase):
         path.write_text(text, encoding="utf-8")
 
     def check(self, text):
-        """Whether the list is accepted, and what is said."""
+        """Whether the list is accepted, and the output."""
         self.write(mutations.LIST, text)
         command = [self.project / "scripts/mutate.sh", "--check"]
         answer = subprocess.run(command, capture_output=True, text=True, check=False)
         return answer.returncode == 0, answer.stdout + answer.stderr
 
-    def test_a_line_that_is_there_once_is_accepted(self):
+    def test_a_line_with_one_match_is_accepted(self):
         self.assertEqual(self.check(f"# note\n[{FILE}]\na title\n- one\n+ \n? unit_a\n"), (True, "1 mutations\n"))
 
-    def test_a_line_that_is_gone_or_there_twice_is_refused(self):
+    def test_a_line_without_a_match_or_with_two_is_refused(self):
         for old, count in (("three", 0), ("two", 2)):
             accepted, said = self.check(f"[{FILE}]\na title\n- {old}\n+ \n? unit_a A.*\n")
             self.assertFalse(accepted)
             self.assertIn(f"{mutations.LIST}:2: error: `{old}` stands {count} times in {FILE}", said)
 
-    def test_a_file_that_is_gone_is_refused(self):
+    def test_a_missing_file_is_refused(self):
         accepted, said = self.check("[src/b.cpp]\na title\n- one\n+ \n? unit_a\n")
         self.assertFalse(accepted)
         self.assertIn("`one` stands 0 times in src/b.cpp", said)

@@ -1,4 +1,4 @@
-"""What scripts/test-report.py leaves of ctest's output."""
+"""scripts/test-report.py shortens ctest's output and names failed cases."""
 
 import subprocess
 import sys
@@ -20,7 +20,7 @@ def report(text):
 
 
 class Report(unittest.TestCase):
-    def test_what_passes_is_left_out(self):
+    def test_passed_cases_are_left_out(self):
         text = "    Start 1: unit_data\n1/1 Test #1: unit_data ......   Passed    0.51 sec\n\n100% tests passed, 0 tests failed"
         self.assertEqual(report(text), "\n100% tests passed, 0 tests failed\n")
 
@@ -69,11 +69,11 @@ class Report(unittest.TestCase):
         )
         self.assertIn("Failed:\n  desktop.keys: test_it (test_keys.Keys.test_it)\n", shown)
 
-    def test_a_test_that_says_nothing_is_named_with_how_it_ended(self):
+    def test_a_test_without_output_is_named_with_its_exit(self):
         shown = report("1/2 Test #1: desktop.keys ......***Timeout 120.01 sec\n" + SUMMARY)
         self.assertIn("Failed:\n  desktop.keys: ***Timeout 120.01 sec\n", shown)
 
-    def test_of_many_cases_as_many_are_named_as_fit_on_a_screen(self):
+    def test_the_number_of_named_cases_is_limited(self):
         cases = "".join(f"[ RUN      ] A.B{n}\n[  FAILED  ] A.B{n} (1 ms)\n" for n in range(60))
         shown = report("1/2 Test #1: unit_data ......***Failed    0.51 sec\n" + cases + SUMMARY)
         self.assertIn("  unit_data: A.B24\n  and 35 more\n", shown)

@@ -19,7 +19,7 @@ class Reserved(unittest.TestCase):
         shutil.copytree(PROJECT / "src", self.project / "src")
 
     def append(self, line):
-        """Adds a line to a file that needs nothing reserved. Answers with its number."""
+        """Adds a line to a file that may use no reserved name. Returns its number."""
         path = self.project / "src" / FILE
         text = path.read_text(encoding="utf-8") + line + "\n"
         path.write_text(text, encoding="utf-8")
@@ -33,7 +33,7 @@ class Reserved(unittest.TestCase):
         answer = self.run_script()
         self.assertEqual(answer.returncode, 0, answer.stdout + answer.stderr)
 
-    def test_what_is_reserved_fails(self):
+    def test_reserved_names_fail(self):
         lines = (
             ("    QTimer timer;", "QTimer"),
             ("    timer_ = startTimer(10);", "startTimer("),
@@ -56,7 +56,7 @@ class Reserved(unittest.TestCase):
         self.append("    QPointer<QDialog> dialog;")
         self.assertEqual(self.run_script().returncode, 0)
 
-    def test_a_file_that_is_listed_in_vain_fails(self):
+    def test_a_listed_file_without_a_use_fails(self):
         for path in self.project.rglob("EventLoopQueue.*"):
             path.write_text("#pragma once\n", encoding="utf-8")
         answer = self.run_script()
