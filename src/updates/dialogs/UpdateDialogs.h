@@ -1,3 +1,5 @@
+// updates/dialogs/: the updater's dialogs and menu items. `ProgramUpdates` makes them and the updater, and
+// connects them. Begin there.
 #pragma once
 
 #include "updates/updater/UpdaterUserInterface.h"

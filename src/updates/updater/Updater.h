@@ -1,3 +1,7 @@
+// updates/updater/: finds, downloads, verifies and installs a newer version of the program. `Feed` reads the
+// list of versions; `Fetch` and `Download` get bytes through `HttpGet`, from addresses that `AddressPolicy`
+// allows; `Signature` checks them. `Updater` is the state machine that uses them all. It shows nothing
+// itself: `UpdaterUserInterface` does. Begin with `Updater::check`.
 #pragma once
 
 #include "platform/MainQueue.h"
