@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The work of scripts/mutate.sh, which says how to use it."""
+"""Implements scripts/mutate.sh; see there for its use."""
 
 import hashlib
 import json

@@ -175,7 +175,7 @@ class Dialogs(OnX11):
         self.assertEqual(self.layout(), [str(application.path) for application in self.mixed])
 
     def test_a_failed_export_is_reported(self):
-        # Nobody, not even root, can create a folder there.
+        # Not even root can create a folder there.
         self.file.symlink_to("/proc/nowhere/layout.json")
         launcher = self.begin_shown_launcher(self.mixed)
         self.choose(self.EXPORT)

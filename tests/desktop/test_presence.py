@@ -252,7 +252,7 @@ class Presence(OnX11):
         self.end_launcher(launcher)
 
     def expect_xembed_item_turned_off(self, choose):
-        """Turns the item off in its own menu; `choose` is told where the menu is."""
+        """Turns the item off in its own menu; `choose` receives the menu's place."""
         # Freed memory is overwritten, so that a use after free is detected.
         launcher, middle = self.begin_hidden_with_xembed_tray(MALLOC_PERTURB_="165")
         # Qt closes menus when it believes that the focus is lost.

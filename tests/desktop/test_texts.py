@@ -138,7 +138,7 @@ class TextsOnTheScreen(ReadAloud):
         self.desktop = self.session.home / "Desktop"
         self.desktop.mkdir()
         self.broken = self.desktop / "broken.json"
-        # Nobody, not even root, can create a folder there.
+        # Not even root can create a folder there.
         self.nowhere = self.desktop / "nowhere.json"
         self.nowhere.symlink_to("/proc/nowhere/layout.json")
 

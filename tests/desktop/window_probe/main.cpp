@@ -1,9 +1,9 @@
-// A window under the control of a desktop test. It reads one command a line and says what happens to its
-// window, one line each:
+// A window under the control of a desktop test. It reads one command a line and prints events of its window,
+// one line each:
 //   present, withdraw, beep, quit, token TEXT, listed yes|no, screen (answers "screen NAME"),
 //   environment NAME (answers "environment NAME=VALUE")
 // With --panel it is a bar along the screen's upper edge instead, with --other an ordinary window, each put
-// up at once; these two stand for the rest of the desktop.
+// up at once; these two represent the rest of the desktop.
 #include "platform/linux/windows/WindowSystems.h"
 
 #include <QGuiApplication>
@@ -63,7 +63,7 @@ protected:
     }
 };
 
-// A panel says so by its window type, before it is mapped.
+// A panel sets its window type before it is mapped.
 void makePanel(QWindow& window) {
     window.setFlags(Qt::FramelessWindowHint);
     window.setGeometry(0, 0, window.screen()->geometry().width(), 40);
@@ -129,7 +129,7 @@ int main(int argc, char** argv) {
         window.setColor(QColor(0, 0, 255, 128));
     }
 
-    // Read without the C library's buffer: what lies in there would not wake the notifier again.
+    // Read without the C library's buffer: data in the buffer would not wake the notifier again.
     QByteArray pending;
     const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &window, [&] {
