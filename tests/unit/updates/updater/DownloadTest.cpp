@@ -185,6 +185,17 @@ TEST_F(DownloadTest, AWrongLengthIsRefusedWithoutAContentLength) {
     }
 }
 
+TEST_F(DownloadTest, BytesBeyondTheAnnouncedLengthAreNotWritten) {
+    server.serve("/program",
+                 LoopbackServer::Answer{"HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n" + program});
+    auto wanted = request();
+    --wanted.length;
+    Download download(queue, folder(), wanted, idleSeconds);
+    QObject::connect(&download, &Download::progressed,
+                     [](qint64 received, qint64 length) { EXPECT_LE(received, length); });
+    EXPECT_EQ(run(download), DownloadError::WrongLength);
+}
+
 TEST_F(DownloadTest, AnInvalidLengthIsRefusedWithoutARequest) {
     for (const qint64 length : {qint64{0}, qint64{-1}, maximumDownloadBytes + 1}) {
         auto wanted = request();
