@@ -112,6 +112,16 @@ TEST_F(LayoutStoreTest, AnUnwritableFolderIsSilentAndTriedAgainAtTheNextSave) {
     EXPECT_EQ(files_.file(path_), encodeItems(one_));
 }
 
+TEST_F(LayoutStoreTest, PlacesAreWrittenBeforeALayoutThatIsSavedAfterThem) {
+    store_.save(one_); // requests a write, which then takes the newest layout
+    store_.savePlaces({{.id = u"/one.app"_s}});
+    store_.save(two_);
+    files_.failWritesAfter(1);
+    queue_.runPosted();
+    EXPECT_EQ(files_.writesOf(u"/data/Amberquill/places.json"_s), 1);
+    EXPECT_EQ(files_.writesOf(path_), 0);
+}
+
 TEST_F(LayoutStoreTest, AFileThatOthersDeletedOrChangedIsWrittenAgain) {
     store_.save(one_);
     store_.flush();
