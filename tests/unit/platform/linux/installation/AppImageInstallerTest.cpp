@@ -129,6 +129,19 @@ TEST_F(AppImageInstallerTest, OtherThanFilesAreNotStaged) {
     expectOldAlone();
 }
 
+TEST_F(AppImageInstallerTest, AFileWhoseLengthChangesDuringTheCopyIsNotStaged) {
+    for (const qint64 change : {-1, 1}) {
+        const QString file = tree.write("cache/changing", newProgram);
+        AppImageInstaller installing(environment(image()), program(), [&](Step step) {
+            if (step == Step::Created) {
+                EXPECT_TRUE(QFile::resize(file, newProgram.size() + change));
+            }
+        });
+        EXPECT_EQ(installing.stage(file), std::nullopt) << change;
+        expectOldAlone();
+    }
+}
+
 TEST_F(AppImageInstallerTest, TheNewProgramIsRunWithoutTheOldImagesEnvironment) {
     const QString asked = tree.path("asked");
     const QByteArray text = "#!/bin/sh\necho \"${APPIMAGE-}${APPDIR-}$PATH\" >'" + asked.toUtf8() +
