@@ -38,7 +38,7 @@ struct ClaimResult {
 class NameClaim {
 public:
     // `handedOver` is called on that thread as soon as the running program has taken the request, but never
-    // after `settle` has returned. It must end the process and do nothing else.
+    // after `settle` has returned or the claim is destroyed. It must end the process and do nothing else.
     NameClaim(const QByteArray& address, StartupRequest startup, const ClaimBounds& bounds,
               std::function<void()> handedOver);
     NameClaim(const NameClaim&) = delete;

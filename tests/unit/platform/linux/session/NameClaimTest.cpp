@@ -42,6 +42,17 @@ protected:
         return connection;
     }
 
+    // The request that has reached the owner of the name.
+    static BusMessage receiveRequest(DBusConnection& owner) {
+        BusMessage message;
+        const auto hasRequest = [&] {
+            dbus_connection_read_write(&owner, 10);
+            message.reset(dbus_connection_pop_message(&owner));
+            return message && dbus_message_has_member(message.get(), "Activate") != FALSE;
+        };
+        return waitUntil(hasRequest) ? std::move(message) : nullptr;
+    }
+
     PrivateBus bus_;
 };
 
@@ -93,13 +104,7 @@ TEST_F(NameClaimTest, AnEndingOwnersNameIsTakenOver) {
     BusConnection owner = silentOwner();
     auto second =
         std::async(std::launch::async, [this] { return claimName(address(), startup, patient, always); });
-    // Waits until the owner has received the request.
-    const auto hasRequest = [&] {
-        dbus_connection_read_write(owner.get(), 10);
-        const BusMessage message(dbus_connection_pop_message(owner.get()));
-        return message && dbus_message_has_member(message.get(), "Activate") != FALSE;
-    };
-    ASSERT_TRUE(waitUntil(hasRequest));
+    ASSERT_TRUE(receiveRequest(*owner));
     owner.reset();
     const ClaimResult result = second.get();
     EXPECT_EQ(result.kind, ClaimKind::Owner);
@@ -145,6 +150,21 @@ TEST_F(NameClaimTest, AStartContinuesAtOnceWithTheOwnersAnswer) {
     const auto result = second.settle({});
     ASSERT_TRUE(result);
     EXPECT_EQ(result->kind, ClaimKind::HandedOver);
+}
+
+TEST_F(NameClaimTest, ADestroyedClaimEndsNoProcess) {
+    const BusConnection owner = silentOwner();
+    auto held = std::make_shared<bool>();
+    const std::weak_ptr<bool> heldByThread = held;
+    auto second =
+        std::make_unique<NameClaim>(address(), startup, patient, [held = std::move(held)] { ADD_FAILURE(); });
+    const BusMessage request = receiveRequest(*owner);
+    ASSERT_TRUE(request);
+    second.reset();
+    const BusMessage reply(dbus_message_new_method_return(request.get()));
+    dbus_connection_send(owner.get(), reply.get(), nullptr);
+    dbus_connection_flush(owner.get());
+    EXPECT_TRUE(waitUntil([&heldByThread] { return heldByThread.expired(); })) << "the thread does not end";
 }
 
 TEST_F(NameClaimTest, AStartContinuesDespiteAHangingBusAndUsesItsLateAnswer) {
