@@ -15,8 +15,6 @@ namespace amberquill {
 
 namespace {
 
-// A reading that takes so long is given up even if it makes progress.
-constexpr std::chrono::seconds longestReading{5};
 constexpr std::chrono::milliseconds lookEvery{50};
 
 } // namespace
@@ -59,8 +57,8 @@ struct RootReaders::State {
     }
 };
 
-RootReaders::RootReaders(std::chrono::milliseconds longestStandstill)
-    : longestStandstill_(longestStandstill)
+RootReaders::RootReaders(const ReadingBounds& bounds)
+    : bounds_(bounds)
     , state_(std::make_shared<State>()) {}
 
 RootReaders::~RootReaders() = default;
@@ -97,9 +95,9 @@ std::vector<std::shared_ptr<void>> RootReaders::run(const std::vector<Reading>& 
         }
         jobs.push_back(std::move(job));
     }
-    const QDeadlineTimer end(longestReading);
+    const QDeadlineTimer end(bounds_.reading);
     for (const auto& job : jobs) {
-        job->standstillEnds = QDeadlineTimer(longestStandstill_);
+        job->standstillEnds = QDeadlineTimer(bounds_.standstill);
     }
     const auto isOver = [](const std::shared_ptr<Job>& job) { return job->isDone || job->isGivenUp; };
     const auto allAreOver = [&] { return std::all_of(jobs.begin(), jobs.end(), isOver); };
@@ -107,7 +105,7 @@ std::vector<std::shared_ptr<void>> RootReaders::run(const std::vector<Reading>& 
         for (const auto& job : jobs) {
             if (const unsigned progress = job->progress; progress != job->seen) {
                 job->seen = progress;
-                job->standstillEnds = QDeadlineTimer(longestStandstill_);
+                job->standstillEnds = QDeadlineTimer(bounds_.standstill);
             }
             if (!job->isDone && (end.hasExpired() || job->standstillEnds.hasExpired())) {
                 job->isGivenUp = true;

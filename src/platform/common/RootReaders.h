@@ -9,6 +9,12 @@
 
 namespace amberquill {
 
+// After how long RootReaders gives a reading up.
+struct ReadingBounds {
+    std::chrono::milliseconds standstill{1'000}; // without progress
+    std::chrono::milliseconds reading{5'000};    // even with progress
+};
+
 // Reads folders in parallel, each on a thread of its own, so that a mount that does not answer delays no
 // other folder. A reading without progress is given up: it continues in the background, is not started a
 // second time, and its result answers the next question for that folder. Safe on any thread.
@@ -17,8 +23,7 @@ public:
     // Called by a reading to report progress.
     using GoOn = std::function<void()>;
 
-    // A reading without progress for so long is given up.
-    explicit RootReaders(std::chrono::milliseconds longestStandstill = std::chrono::seconds(1));
+    explicit RootReaders(const ReadingBounds& bounds = {});
     RootReaders(const RootReaders&) = delete;
     RootReaders& operator=(const RootReaders&) = delete;
     ~RootReaders();
@@ -56,7 +61,7 @@ private:
 
     std::vector<std::shared_ptr<void>> run(const std::vector<Reading>& readings);
 
-    std::chrono::milliseconds longestStandstill_;
+    ReadingBounds bounds_;
     std::shared_ptr<State> state_; // shared with the threads
 };
 

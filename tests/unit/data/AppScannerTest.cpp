@@ -166,7 +166,7 @@ TEST_F(AppScannerTest, AScanDoesNotWaitForTheLaunchersOwnBundle) {
     files.stalls = u"/far/Amberquill.app"_s;
     files.addFolder(u"/Applications/One.app"_s);
     files.addFolder(files.stalls);
-    RootReaders readers(std::chrono::milliseconds(20));
+    RootReaders readers({.standstill = std::chrono::milliseconds(20)});
     std::binary_semaphore answered{0};
     readers.setAnswered([&answered] { answered.release(); });
     const AppScanner::Services services{files, bundles_, registered_, u"/home/me"_s, files.stalls, &readers};
