@@ -78,10 +78,11 @@ def cpu_seconds(pid):
 
 
 def wake_ups(pid):
-    total = 0
-    for status in Path(f"/proc/{pid}/task").glob("*/status"):
-        total += int(re.search(r"\nvoluntary_ctxt_switches:\s+(\d+)", status.read_text())[1])
-    return total
+    """How often each thread has waited so far, by its number."""
+    return {
+        status.parent.name: int(re.search(r"\nvoluntary_ctxt_switches:\s+(\d+)", status.read_text())[1])
+        for status in Path(f"/proc/{pid}/task").glob("*/status")
+    }
 
 
 def pss(pid):
@@ -91,7 +92,7 @@ def pss(pid):
 
 def pss_hidden(session, program, pid):
     session.run(program, "--hide")
-    time.sleep(3)
+    time.sleep(5)  # it frees memory after three seconds
     return pss(pid)
 
 
@@ -128,7 +129,8 @@ def measure(program, count, starts):
             if number == starts:
                 time.sleep(5)
                 idle_cpu = cpu_seconds(process.pid) - cpu
-                idle_wake_ups = wake_ups(process.pid) - switches
+                # A thread that has ended was idle.
+                idle_wake_ups = sum(count - switches.get(thread, 0) for thread, count in wake_ups(process.pid).items())
                 hidden = pss_hidden(session, program, process.pid)
             end(process)
             if number > 0:

@@ -20,13 +20,14 @@ constexpr std::chrono::seconds longestIdle{5};
 
 struct BackgroundLane::State {
     std::mutex mutex; // guards the members below
-    std::condition_variable changed;
-    std::deque<Work> waiting;          // for a place
-    std::deque<Work> ready;            // has a place; a thread will take it
-    std::list<QDeadlineTimer> running; // for each running piece, when it counts as stuck
-    int places = 1;                    // pieces that may run at a time, including stuck ones
-    int threads = 0;                   // each runs a piece, or takes the next one
-    bool isOver = false;               // idle threads end at once
+    std::condition_variable workIsReady;
+    std::condition_variable workHasEnded; // or a thread
+    std::deque<Work> waiting;             // for a place
+    std::deque<Work> ready;               // has a place; a thread will take it
+    std::list<QDeadlineTimer> running;    // for each running piece, when it counts as stuck
+    int places = 1;                       // pieces that may run at a time, including stuck ones
+    int threads = 0;                      // each runs a piece, or takes the next one
+    bool isOver = false;                  // idle threads end at once
 
     [[nodiscard]] bool isDone() const { return waiting.empty() && ready.empty() && running.empty(); }
 
@@ -37,12 +38,12 @@ struct BackgroundLane::State {
             runNext(state, lock);
         }
         --state->threads;
-        state->changed.notify_all();
+        state->workHasEnded.notify_all();
     }
 
     // False: the thread was idle for `longestIdle` and ends.
     bool waitForWork(std::unique_lock<std::mutex>& lock) {
-        changed.wait_for(lock, longestIdle, [this] { return !ready.empty() || isOver; });
+        workIsReady.wait_for(lock, longestIdle, [this] { return !ready.empty() || isOver; });
         return !ready.empty();
     }
 
@@ -56,6 +57,7 @@ struct BackgroundLane::State {
         work = nullptr; // its captures are destroyed before it counts as ended
         lock.lock();
         state->running.erase(self);
+        state->workHasEnded.notify_all();
         assignPlaces(state, lock);
     }
 
@@ -65,6 +67,7 @@ struct BackgroundLane::State {
         for (; !state->waiting.empty() && taken < state->places; ++taken) {
             state->ready.push_back(std::move(state->waiting.front()));
             state->waiting.pop_front();
+            state->workIsReady.notify_one();
         }
         const int free = state->threads - static_cast<int>(state->running.size());
         for (int missing = static_cast<int>(state->ready.size()) - free; missing > 0; --missing) {
@@ -74,7 +77,6 @@ struct BackgroundLane::State {
                 break;
             }
         }
-        state->changed.notify_all();
         // If the system cannot create a thread, the work runs on this one.
         while (state->threads == 0 && !state->ready.empty()) {
             runNext(state, lock);
@@ -90,10 +92,10 @@ BackgroundLane::BackgroundLane(const Bounds& bounds)
 
 BackgroundLane::~BackgroundLane() {
     std::unique_lock lock(state_->mutex);
-    state_->changed.wait(lock, [this] { return state_->isDone(); });
+    state_->workHasEnded.wait(lock, [this] { return state_->isDone(); });
     state_->isOver = true;
-    state_->changed.notify_all();
-    state_->changed.wait(lock, [this] { return state_->threads == 0; });
+    state_->workIsReady.notify_all();
+    state_->workHasEnded.wait(lock, [this] { return state_->threads == 0; });
 }
 
 void BackgroundLane::start(Work work) {
@@ -132,8 +134,8 @@ void BackgroundLane::dropWaiting() {
 
 bool BackgroundLane::waitUntil(QDeadlineTimer deadline) {
     std::unique_lock lock(state_->mutex);
-    return state_->changed.wait_for(lock, deadline.remainingTimeAsDuration(),
-                                    [this] { return state_->isDone(); });
+    return state_->workHasEnded.wait_for(lock, deadline.remainingTimeAsDuration(),
+                                         [this] { return state_->isDone(); });
 }
 
 } // namespace amberquill
