@@ -60,6 +60,9 @@ public:
 
     // `queue` and `devices` outlive this object. `handler` is called from handle() and from the queue.
     ScrollEvents(MainQueue& queue, const ScrollDevices& devices, Handler handler);
+    ScrollEvents(const ScrollEvents&) = delete;
+    ScrollEvents& operator=(const ScrollEvents&) = delete;
+    ~ScrollEvents() = default;
 
     void handle(const QWheelEvent& event);
 
