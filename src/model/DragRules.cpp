@@ -183,7 +183,7 @@ DragStep folderDragStep(const FolderMetrics& metrics, std::size_t count, std::op
     return step;
 }
 
-std::optional<QString> dropTarget(const PageDrag& drag, const QPointF& pointer) {
+std::optional<QString> groupCandidate(const PageDrag& drag, const QPointF& pointer) {
     if (drag.dragsFolder) {
         return std::nullopt;
     }

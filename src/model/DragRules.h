@@ -66,6 +66,6 @@ DragStep folderDragStep(const FolderMetrics& metrics, std::size_t count, std::op
 
 // When a drop makes a folder: the identity of the item that an icon dropped at `pointer` is merged with. Two
 // applications become a folder; an application dropped on a folder joins it.
-std::optional<QString> dropTarget(const PageDrag& drag, const QPointF& pointer);
+std::optional<QString> groupCandidate(const PageDrag& drag, const QPointF& pointer);
 
 } // namespace amberquill

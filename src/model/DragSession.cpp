@@ -51,7 +51,7 @@ DragSession::Actions DragSession::pointerChanged(const PointerGesture& gesture, 
         if (scene.isSearching) {
             actions.append(SetPressed{}); // results cannot be rearranged
         } else {
-            begin(gesture.location, scene, actions);
+            beginDrag(gesture.location, scene, actions);
         }
     }
     return actions;
@@ -62,7 +62,7 @@ DragSession::Actions DragSession::dragMoved(const QPointF& pointer, const DragSc
     if (drag_ && !drag_->dropping) {
         pointer_ = pointer;
         actions.append(SetPointer{pointer});
-        update(scene, actions);
+        updateDrag(scene, actions);
     }
     return actions;
 }
@@ -72,7 +72,7 @@ DragSession::Actions DragSession::pointerReleased(const PointerGesture& gesture,
     const std::optional<Press> pressed = std::exchange(press_, std::nullopt);
     isCancelled_ = false;
     if (drag_) {
-        drop(scene, actions);
+        endDrag(scene, actions);
     } else if (pressed && gesture.travel() <= tapTravel) {
         actions.append(Tap{pressed->hit});
     }
@@ -146,7 +146,7 @@ void DragSession::press(const QPointF& location, const DragScene& scene, Actions
     }
 }
 
-void DragSession::begin(const QPointF& pointer, const DragScene& scene, Actions& actions) {
+void DragSession::beginDrag(const QPointF& pointer, const DragScene& scene, Actions& actions) {
     if (const auto* app = std::get_if<Hit::FolderItem>(&press_->hit.what)) {
         drag_ = dragInFolder(app->path, scene);
     } else if (const auto* tile = std::get_if<Hit::GridItem>(&press_->hit.what)) {
@@ -160,7 +160,7 @@ void DragSession::begin(const QPointF& pointer, const DragScene& scene, Actions&
     actions.append(SetPressed{});
     actions.append(StopScrolling{});
     actions.append(SetPointer{pointer});
-    update(scene, actions);
+    updateDrag(scene, actions);
 }
 
 std::optional<DragInfo> DragSession::dragOfTile(const QString& id, const DragScene& scene) {
@@ -183,7 +183,7 @@ std::optional<DragInfo> DragSession::dragInFolder(const QString& path, const Dra
     return DragInfo{appItemId(path), LaunchItem::app(path), open->id, press_->location - center};
 }
 
-void DragSession::update(const DragScene& scene, Actions& actions) {
+void DragSession::updateDrag(const DragScene& scene, Actions& actions) {
     if (drag_->fromFolder) {
         updateInFolder(scene, actions);
     } else {
@@ -236,12 +236,12 @@ void DragSession::schedule(const DragIntent& intent, const DragScene& scene, Act
     actions.append(StartTimer{intent.seconds});
 }
 
-void DragSession::drop(const DragScene& scene, Actions& actions) {
+void DragSession::endDrag(const DragScene& scene, Actions& actions) {
     cancelPending(actions);
     if (drag_->dropping) {
         return; // an earlier drop: its glide ends the drag
     }
-    const auto target = drag_->fromFolder ? std::nullopt : dropTarget(pageDrag(scene), pointer_);
+    const auto target = drag_->fromFolder ? std::nullopt : groupCandidate(pageDrag(scene), pointer_);
     const auto center = target ? std::nullopt : landing(scene);
     clearMergeTarget(actions);
     if (target) {

@@ -146,14 +146,14 @@ private:
     };
 
     void press(const QPointF& location, const DragScene& scene, Actions& actions);
-    void begin(const QPointF& pointer, const DragScene& scene, Actions& actions);
+    void beginDrag(const QPointF& pointer, const DragScene& scene, Actions& actions);
     [[nodiscard]] std::optional<DragInfo> dragOfTile(const QString& id, const DragScene& scene);
     [[nodiscard]] std::optional<DragInfo> dragInFolder(const QString& path, const DragScene& scene);
-    void update(const DragScene& scene, Actions& actions);
+    void updateDrag(const DragScene& scene, Actions& actions);
     void updateInFolder(const DragScene& scene, Actions& actions);
     void apply(const DragStep& step, const DragScene& scene, Actions& actions);
     void schedule(const DragIntent& intent, const DragScene& scene, Actions& actions);
-    void drop(const DragScene& scene, Actions& actions);
+    void endDrag(const DragScene& scene, Actions& actions);
     void finish(Actions& actions);
     void cancelPending(Actions& actions);
     void clearMergeTarget(Actions& actions);

@@ -18,9 +18,9 @@ QList<FocusPolicy::Action> FocusPolicy::handle(Event event, const Facts& facts) 
     case Event::ToggleRequested:
         return handle(facts.isShown && isActive_ ? Event::HideRequested : Event::ShowRequested, facts);
     case Event::Activated:
-        return activated(facts);
+        return applicationDidBecomeActive(facts);
     case Event::Deactivated:
-        return deactivated(facts);
+        return applicationDidResignActive(facts);
     case Event::WindowFocused:
         hadFocus_ = true;
         break;
@@ -40,7 +40,7 @@ QList<FocusPolicy::Action> FocusPolicy::show(const Facts& facts) {
     return {Action::Show};
 }
 
-QList<FocusPolicy::Action> FocusPolicy::activated(const Facts& facts) {
+QList<FocusPolicy::Action> FocusPolicy::applicationDidBecomeActive(const Facts& facts) {
     const bool wasActive = std::exchange(isActive_, true);
     hadFocus_ = true;
     hidesUnlessFocused_ = false;
@@ -56,7 +56,7 @@ QList<FocusPolicy::Action> FocusPolicy::activated(const Facts& facts) {
     return {Action::Show};
 }
 
-QList<FocusPolicy::Action> FocusPolicy::deactivated(const Facts& facts) {
+QList<FocusPolicy::Action> FocusPolicy::applicationDidResignActive(const Facts& facts) {
     // A focus that the window manager has not given yet cannot be lost.
     const bool wasActive = std::exchange(isActive_, false);
     const bool isLost = wasActive && hadFocus_;

@@ -57,8 +57,8 @@ public:
 
 private:
     QList<Action> show(const Facts& facts);
-    QList<Action> activated(const Facts& facts);
-    QList<Action> deactivated(const Facts& facts);
+    QList<Action> applicationDidBecomeActive(const Facts& facts);
+    QList<Action> applicationDidResignActive(const Facts& facts);
     QList<Action> check(const Facts& facts);
 
     bool hasLaunched_ = false;

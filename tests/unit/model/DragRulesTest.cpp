@@ -214,27 +214,27 @@ TEST_F(PageDragRules, AnEmptyLayoutHasNothingToDrag) {
     items_.clear();
     drag_.dragged.reset();
     EXPECT_EQ(at(icon(0)), nothing);
-    EXPECT_EQ(dropTarget(drag_, icon(0)), std::nullopt);
+    EXPECT_EQ(groupCandidate(drag_, icon(0)), std::nullopt);
 }
 
 TEST_F(PageDragRules, ADropMergesWithAnItemCloserThanTheMergeRadius) {
     const double radius = mergeRadius(grid);
-    EXPECT_EQ(dropTarget(drag_, icon(3) + QPointF(radius - 0.01, 0)), u"a:3"_s);
-    EXPECT_EQ(dropTarget(drag_, icon(3) + QPointF(radius + 0.01, 0)), std::nullopt);
+    EXPECT_EQ(groupCandidate(drag_, icon(3) + QPointF(radius - 0.01, 0)), u"a:3"_s);
+    EXPECT_EQ(groupCandidate(drag_, icon(3) + QPointF(radius + 0.01, 0)), std::nullopt);
     drag_.page = 1;
-    EXPECT_EQ(dropTarget(drag_, icon(3)), u"a:38"_s);
+    EXPECT_EQ(groupCandidate(drag_, icon(3)), u"a:38"_s);
 }
 
 TEST_F(PageDragRules, ADropOverItsOwnSlotTheEndOrNothingDoesNotMerge) {
-    EXPECT_EQ(dropTarget(drag_, icon(10)), std::nullopt);
-    EXPECT_EQ(dropTarget(drag_, {750, 60}), std::nullopt);
+    EXPECT_EQ(groupCandidate(drag_, icon(10)), std::nullopt);
+    EXPECT_EQ(groupCandidate(drag_, {750, 60}), std::nullopt);
     drag_.page = 2;
-    EXPECT_EQ(dropTarget(drag_, icon(30)), std::nullopt);
+    EXPECT_EQ(groupCandidate(drag_, icon(30)), std::nullopt);
 }
 
 TEST_F(PageDragRules, AFolderDroppedDoesNotMerge) {
     drag_.dragsFolder = true;
-    EXPECT_EQ(dropTarget(drag_, icon(3)), std::nullopt);
+    EXPECT_EQ(groupCandidate(drag_, icon(3)), std::nullopt);
 }
 
 TEST_F(PageDragRules, InfiniteAndNaNPointsAreOutsideTheGrid) {
@@ -243,7 +243,7 @@ TEST_F(PageDragRules, InfiniteAndNaNPointsAreOutsideTheGrid) {
     EXPECT_EQ(at({none, none}), overNothing());
     EXPECT_EQ(at({750, infinity}), overNothing());
     EXPECT_EQ(at({-infinity, 0}), overNothing());
-    EXPECT_EQ(dropTarget(drag_, {none, 0}), std::nullopt);
+    EXPECT_EQ(groupCandidate(drag_, {none, 0}), std::nullopt);
 }
 
 namespace {
