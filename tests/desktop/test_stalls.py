@@ -104,7 +104,8 @@ class Stalls(OnX11):
         self.write_layout(self.made)
         folder = self.stalling(self.layout_file.parent)
         # Failed writes are retried once the mount answers again, and at the end.
-        launcher = self.show_page(self.made, AMBERQUILL_SLOWDOWN="8")
+        logged = {"QT_LOGGING_RULES": "amberquill.saving.debug=true"}
+        launcher = self.show_page(self.made, AMBERQUILL_SLOWDOWN="8", **logged)
         self.choose(self.IN_MENU_BAR)
         launcher.expect(f'amberquill.saving: "{preferences}" is no regular file')
         preferences.unlink()

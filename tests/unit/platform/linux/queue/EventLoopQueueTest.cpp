@@ -135,6 +135,19 @@ TEST_F(EventLoopQueueTest, AStuckFlushDoesNotBlockOthers) {
     EXPECT_TRUE(queue_.finish(10s));
 }
 
+TEST(EventLoopQueue, WorkThatIsApartMayEndAfterTheQueue) {
+    std::atomic<int> ended = 0;
+    constexpr int rounds = 200;
+    for (int round = 0; round < rounds; ++round) {
+        EventLoopQueue queue;
+        queue.runInBackground([&ended] { ++ended; }, [] {}, Lane::Apart);
+        if (round % 2 == 0) {
+            QCoreApplication::processEvents();
+        }
+    }
+    EXPECT_TRUE(waitUntil([&ended] { return ended == rounds; }));
+}
+
 TEST(EventLoopQueue, ASlowQueuesSecondsAreLonger) {
     using Clock = std::chrono::steady_clock;
     EventLoopQueue slow(20);
