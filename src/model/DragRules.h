@@ -13,7 +13,7 @@
 // of items.
 namespace amberquill {
 
-// What is to be done once the pointer has rested. The key tells one intent from another.
+// The action once the pointer has rested. The key tells one intent from another.
 struct DragIntent {
     enum class Kind { FlipPage, MarkTarget, Move, MoveInFolder };
 

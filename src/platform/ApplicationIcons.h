@@ -24,7 +24,7 @@ public:
     // Drops cached contents of the icon folders: the next call reads them again.
     virtual void forget() = 0;
 
-    // Frees what is kept ready for quick answers. Called when no icon was asked for during some seconds; the
+    // Frees resources for quick answers. Called when no icon was asked for during some seconds; the
     // next call may come at any time.
     virtual void rest() = 0;
 };

@@ -66,7 +66,7 @@ public:
     static constexpr double labelShadow = 0.45; // black
     static constexpr double iconShadow = 0.35;  // black, below the icon that is dragged
     static constexpr double panelShadow = 0.25; // black
-    static constexpr double panelFrost = 0.05;  // white over what is blurred behind the panel
+    static constexpr double panelFrost = 0.05;  // white over the blurred page behind the panel
     static constexpr double panelFill = 0.06;   // white, over the frost
     static constexpr double panelOutline = 0.18;
 

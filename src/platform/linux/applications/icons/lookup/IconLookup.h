@@ -44,7 +44,7 @@ public:
     // relative path.
     [[nodiscard]] std::optional<QString> find(const QString& icon, int edge, int skip = 0) const;
 
-    // Drops what was read. The next question reads the folders again.
+    // Drops the contents read so far. The next question reads the folders again.
     void forget();
 
 private:
