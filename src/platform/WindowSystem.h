@@ -3,6 +3,7 @@
 #include "platform/UserTime.h"
 
 #include <QString>
+#include <functional>
 
 class QScreen;
 class QWindow;
@@ -48,8 +49,9 @@ public:
     // again. If the screen goes away later, the window moves to one that exists.
     virtual void present(QWindow& window, QScreen* screen) = 0;
 
-    // Hides the window; the window that had the focus before gets it back.
-    virtual void withdraw(QWindow& window) = 0;
+    // Hides the window; the window that had the focus before gets it back. Calls `then` when the window is
+    // hidden: before it returns, or soon. A present() before that keeps the window, and `then` is not called.
+    virtual void withdraw(QWindow& window, std::function<void()> then) = 0;
 
     // Whether no window has the input focus now, because the window manager found none to give it to. False
     // if this cannot be found out.

@@ -94,13 +94,13 @@ AppDelegate::AppDelegate(Services services)
           .isBusy = [this] { return isUserBusy(); },
           .dialogs = {.launcher = [this] { return shownWindow(); },
                       .openPage = [this](const QUrl& page, QWindow& from) { openPage(page, from); }},
-          .quit = [] { QCoreApplication::quit(); },
+          .quit = [this] { quit(); },
       })
     , menu_({
           .model = model_,
           .dialogs = dialogs_,
           .hideLauncher = [this] { hideLauncher(); },
-          .quit = [] { QCoreApplication::quit(); },
+          .quit = [this] { quit(); },
           .addUpdateItems = [this](QMenu& menu) { updates_.checker().addItems(menu); },
           .addPresenceItems = [this](QMenu& menu) { visibility_.addItems(menu, true); },
       })
@@ -162,7 +162,7 @@ std::unique_ptr<MainMenu> AppDelegate::makeMainMenu() {
         MainMenu::Actions{
             .about = [this] { showAbout(); },
             .hide = [this] { hideLauncher(); },
-            .quit = [] { QCoreApplication::quit(); },
+            .quit = [this] { quit(); },
             .edit = [this](EditCommand command) { controller_->window().edit(command); },
             .close = [this] { hideLauncher(); },
         },
@@ -178,7 +178,7 @@ void AppDelegate::connectVisibility() {
     };
     visibility_.addUpdateItems = [this](QMenu& menu) { updates_.checker().addItems(menu); };
     visibility_.showAbout = [this] { showAbout(); };
-    visibility_.quit = [] { QCoreApplication::quit(); };
+    visibility_.quit = [this] { quit(); };
     services_.windows.setListedInTaskBars(visibility_.showsInDock());
 }
 
@@ -292,6 +292,14 @@ void AppDelegate::toggleByPress(PressRoute route, const PressOrigin& origin) {
         toggleLauncher(origin);
     } else {
         qCDebug(shellLog, "the same press of the keys by another route: ignored");
+    }
+}
+
+void AppDelegate::quit() {
+    if (controller_) {
+        controller_->leave([] { QCoreApplication::quit(); });
+    } else {
+        QCoreApplication::quit();
     }
 }
 

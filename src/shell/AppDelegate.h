@@ -105,6 +105,9 @@ public:
     // Hides the launcher if it is shown and active, else shows it.
     void toggleLauncher(const PressOrigin& origin = {});
 
+    // Takes the launcher off the screen and ends the program.
+    void quit();
+
     // The same for a press of the launcher's keys. A desktop may deliver it by several routes: the first
     // delivery counts.
     void toggleByPress(PressRoute route, const PressOrigin& origin);

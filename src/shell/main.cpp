@@ -200,16 +200,16 @@ int main(int argc, char* argv[]) {
     FrameworkLanguage frameworks(preferences, languages);
     frameworks.apply(L::language());
 
-    const auto windows = desktop::makeWindowSystem();
-    const auto screens = desktop::makeScreenCapture();
-    auto backdrop = makeBackdrop(*screens, *windows, windows->screenUnderPointer(),
-                                 LauncherModel::storedBackground(preferences), windows->blendsWindows());
-
     // Declared before the queue, whose destructor waits for background work of the installer.
     const auto installer =
         std::make_shared<desktop::AppImageInstaller>(start.environment.forChild({}), program);
     EventLoopQueue queue(slowdown());
     queue.runOneAtATime();
+    const auto windows = desktop::makeWindowSystem(queue);
+    const auto screens = desktop::makeScreenCapture();
+    auto backdrop = makeBackdrop(*screens, *windows, windows->screenUnderPointer(),
+                                 LauncherModel::storedBackground(preferences), windows->blendsWindows());
+
     preferences.writeOn(queue);
     Timeline& timeline = Timeline::shared();
     timeline.runOn(&queue);
@@ -340,7 +340,7 @@ int main(int argc, char* argv[]) {
         }
     });
 
-    const desktop::TerminationSignals signals([] { QCoreApplication::quit(); });
+    const desktop::TerminationSignals signals([&delegate] { delegate.quit(); });
     if (delegate.firstPageIsReady()) {
         queue.hold();
         queue.thenAfter(running, longestHold, [&queue] { queue.release(); });

@@ -49,6 +49,9 @@ LauncherWindowController::LauncherWindowController(const Services& services)
 LauncherWindowController::~LauncherWindowController() = default;
 
 void LauncherWindowController::show() {
+    if (hasLeft_) {
+        return;
+    }
     QScreen* screen = services_.windows.screenUnderPointer();
     renewBackdrop(screen);
     if (screen == nullptr) {
@@ -128,7 +131,17 @@ void LauncherWindowController::hide(const std::optional<QString>& thenOpen) {
     closeMenus();
     withAnimation(motion::hide, [this] { services_.model.setPresented(false); });
     withAnimation(motion::windowFadeOut, [this] { fade_.setTarget(0); });
-    services_.queue.thenAfter(showing_, motion::windowFadeOut.seconds, [this] { fadeEnded(); });
+    services_.queue.thenAfter(showing_, motion::windowFadeOut.seconds, [this] {
+        if (!hasLeft_) {
+            services_.windows.withdraw(window_, showing_.bind([this] { withdrawn(); }));
+        }
+    });
+}
+
+void LauncherWindowController::leave(std::function<void()> then) {
+    hasLeft_ = true;
+    hide(std::nullopt);
+    services_.windows.withdraw(window_, std::move(then));
 }
 
 void LauncherWindowController::showMenu() {
@@ -169,8 +182,7 @@ void LauncherWindowController::requestToken(const QString& path) {
     }));
 }
 
-void LauncherWindowController::fadeEnded() {
-    services_.windows.withdraw(window_);
+void LauncherWindowController::withdrawn() {
     withdrawnAt_ = services_.queue.now();
     window_.forgetBackdrop();
     services_.queue.thenAfter(showing_, desktopRedrawn, [this] {

@@ -62,6 +62,10 @@ public:
     // window takes no input until it is shown again.
     void hide(const std::optional<QString>& thenOpen) override;
 
+    // For the program's end: takes the launcher off the screen without a fade, then calls `then`. It is not
+    // shown again.
+    void leave(std::function<void()> then);
+
     // Shows the menu above the window: at a place in global points, or at the pointer.
     using PopUpMenu = std::function<void(QWindow& above, const std::optional<QPoint>& place)>;
     void setMenu(PopUpMenu popUp) { popUpMenu_ = std::move(popUp); }
@@ -103,7 +107,7 @@ private:
     [[nodiscard]] bool isJustWithdrawn() const;
     [[nodiscard]] bool canReuseBackdrop() const;
     void requestToken(const QString& path);
-    void fadeEnded();
+    void withdrawn();
     void openWhenReady();
     void open(const QString& path, const QString& token);
 
@@ -115,6 +119,7 @@ private:
     PopUpMenu popUpMenu_;
     KeyEquivalents keyEquivalents_;
     bool isShown_ = false;
+    bool hasLeft_ = false;
     double withdrawnAt_ = -1; // by the queue's clock; negative: never
     std::optional<Opening> opening_;
     Context showing_; // for the end of the latest showing; reset by the next one

@@ -59,7 +59,7 @@ int main(int argc, char** argv) {
     MemoryPreferences preferences;
     LauncherModel model(
         {queue, files, preferences, QStringLiteral("/data"), [] { return applications(); }, {}, {}});
-    const auto windows = desktop::makeWindowSystem();
+    const auto windows = desktop::makeWindowSystem(queue);
     const auto screens = desktop::makeScreenCapture();
     NullActivationTokens tokens;
     FailingOpener opener;

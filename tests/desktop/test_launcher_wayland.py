@@ -263,6 +263,27 @@ class OnSway(OnSwayCase):
         until(lambda: not self.is_up(), "the window's end")
         self.end_launcher(launcher)
 
+    def test_it_hides_while_qt_handles_a_frame(self):
+        slow = self.build / "tests" / "libslow_frame_callbacks.so"
+        self.assertTrue(slow.is_file())
+        launcher = self.begin_launcher(LD_PRELOAD=str(slow))
+        for _ in range(8):
+            until(self.is_up, "the window")
+            self.act("hide")
+            until(lambda: not self.is_up(), "the window's end")
+            self.act("show")
+        self.end_launcher(launcher)
+
+    def test_it_hides_and_ends_while_nobody_can_see_it(self):
+        launcher = self.begin_shown_launcher()
+        self.session.tell("workspace", "another")
+        for _ in range(2):
+            self.act("show")
+            until(self.is_up, "the window")
+            self.act("hide")
+            until(lambda: not self.is_up(), "the window's end")
+        self.end_launcher(launcher)
+
     def test_a_press_of_the_portals_shortcut_toggles_it(self):
         portal = self.session.start("/usr/bin/python3", "-B", PORTAL)
         portal.expect("ready")

@@ -4,6 +4,7 @@
 //   environment NAME (answers "environment NAME=VALUE")
 // With --panel it is a bar along the screen's upper edge instead, with --other an ordinary window, each put
 // up at once; these two represent the rest of the desktop.
+#include "platform/linux/queue/EventLoopQueue.h"
 #include "platform/linux/windows/WindowSystems.h"
 
 #include <QGuiApplication>
@@ -87,7 +88,7 @@ void obey(const QString& line, amberquill::WindowSystem& windowSystem, QWindow& 
     if (command == u"present"_s) {
         windowSystem.present(window, windowSystem.screenUnderPointer());
     } else if (command == u"withdraw"_s) {
-        windowSystem.withdraw(window);
+        windowSystem.withdraw(window, [] {});
     } else if (command == u"beep"_s) {
         windowSystem.beep();
     } else if (command == u"token"_s) {
@@ -114,7 +115,8 @@ int main(int argc, char** argv) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
 
     const auto arguments = QGuiApplication::arguments();
-    const auto windowSystem = amberquill::desktop::makeWindowSystem();
+    amberquill::EventLoopQueue queue;
+    const auto windowSystem = amberquill::desktop::makeWindowSystem(queue);
     ProbeWindow window;
     if (arguments.contains(u"--panel"_s)) {
         window.setColor(QColor(0, 255, 0));

@@ -53,7 +53,7 @@ public:
     [[nodiscard]] QScreen* screenUnderPointer() const override { return nullptr; }
     void setActivationToken(const QString& token) override { token_ = token; }
     void present(QWindow&, QScreen*) override { presentedWith += std::exchange(token_, QString()); }
-    void withdraw(QWindow&) override {}
+    void withdraw(QWindow&, std::function<void()> then) override { then(); }
     void beep() override {}
     [[nodiscard]] bool nobodyHasFocus() const override { return nobody; }
 

@@ -29,7 +29,10 @@ public:
         calls += u"present"_s;
         window.show();
     }
-    void withdraw(QWindow& window) override { window.hide(); }
+    void withdraw(QWindow& window, std::function<void()> then) override {
+        window.hide();
+        then();
+    }
     void beep() override {}
     [[nodiscard]] bool nobodyHasFocus() const override { return nobody; }
 

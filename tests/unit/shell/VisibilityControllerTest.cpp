@@ -35,7 +35,7 @@ public:
     [[nodiscard]] QScreen* screenUnderPointer() const override { return nullptr; }
     void setListedInTaskBars(bool listed) override { isListed = listed; }
     void present(QWindow&, QScreen*) override {}
-    void withdraw(QWindow&) override {}
+    void withdraw(QWindow&, std::function<void()> then) override { then(); }
     void beep() override {}
 
     bool isListed = false;

@@ -36,13 +36,22 @@ public:
         alphaWhenPresented = static_cast<QQuickView&>(window).rootObject()->opacity();
         presentedOn.push_back(screen);
     }
-    void withdraw(QWindow& /*window*/) override { ++withdrawn; }
+    void withdraw(QWindow& /*window*/, std::function<void()> then) override {
+        if (isSlow) {
+            pending = std::move(then);
+            return;
+        }
+        ++withdrawn;
+        then();
+    }
     void beep() override { ++beeps; }
 
     bool blurs = false;
     std::vector<QScreen*> presentedOn;
     double alphaWhenPresented = -1;
     int withdrawn = 0;
+    bool isSlow = false; // whether withdrawing waits in `pending`
+    std::function<void()> pending;
     int beeps = 0;
 };
 
@@ -282,6 +291,46 @@ TEST_F(LauncherWindowControllerTest, OpeningWaitsForALateToken) {
     EXPECT_TRUE(opener_.opened.isEmpty());
     tokens_.held(u"late"_s);
     EXPECT_EQ(opener_.opened, QStringList{application + u" late"_s});
+}
+
+TEST_F(LauncherWindowControllerTest, OpeningWaitsForASlowWithdrawal) {
+    windows_.isSlow = true;
+    shower_->show();
+    shower_->hide(application);
+    pass(0.2);
+    ASSERT_TRUE(windows_.pending);
+    EXPECT_TRUE(opener_.opened.isEmpty());
+    windows_.pending();
+    EXPECT_EQ(opener_.opened, QStringList{application + u" token"_s});
+}
+
+TEST_F(LauncherWindowControllerTest, AShowDuringASlowWithdrawalWinsAndTheLaunchIsDropped) {
+    windows_.isSlow = true;
+    shower_->show();
+    shower_->hide(application);
+    pass(0.2);
+    ASSERT_TRUE(windows_.pending);
+    shower_->show();
+    windows_.pending();
+    pass(0.5);
+    EXPECT_EQ(alpha(), 1);
+    EXPECT_TRUE(opener_.opened.isEmpty());
+}
+
+TEST_F(LauncherWindowControllerTest, LeavingWithdrawsTheWindowOnceAndForGood) {
+    shower_->show();
+    pass(0.5);
+    bool hasLeft = false;
+    windows_.isSlow = true;
+    shower_->leave([&hasLeft] { hasLeft = true; });
+    EXPECT_FALSE(hasLeft);
+    shower_->show();
+    EXPECT_FALSE(shower_->isShown());
+    EXPECT_EQ(windows_.presentedOn.size(), 1U);
+    std::exchange(windows_.pending, nullptr)();
+    EXPECT_TRUE(hasLeft);
+    pass(0.5);
+    EXPECT_FALSE(windows_.pending);
 }
 
 TEST_F(LauncherWindowControllerTest, AShowDuringTheFadeWinsAndTheLaunchIsDropped) {

@@ -27,21 +27,27 @@ public:
         window.showFullScreen();
     }
 
-    void withdraw(QWindow& window) override { window.hide(); }
+    void withdraw(QWindow& window, std::function<void()> then) override {
+        window.hide();
+        then();
+    }
+
     void beep() override {}
 };
 
 } // namespace
 
-std::unique_ptr<WindowSystem> makeWindowSystem() {
+std::unique_ptr<WindowSystem> makeWindowSystem(MainQueue& queue) {
     if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
         qCDebug(windowsLog) << "X11";
         return std::make_unique<X11WindowSystem>(x11->connection());
     }
     if (QGuiApplication::platformName().startsWith(u"wayland"_s)) {
         qCDebug(windowsLog) << "Wayland";
-        return std::make_unique<WaylandWindowSystem>(static_cast<wl_display*>(
-            QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("wl_display")));
+        return std::make_unique<WaylandWindowSystem>(
+            static_cast<wl_display*>(
+                QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("wl_display")),
+            queue);
     }
     qCDebug(windowsLog) << "unknown window system" << QGuiApplication::platformName();
     return std::make_unique<PlainWindowSystem>();

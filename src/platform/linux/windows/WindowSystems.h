@@ -12,6 +12,7 @@
 // makeWindowSystem. Log: amberquill.windows.
 #pragma once
 
+#include "platform/MainQueue.h"
 #include "platform/WindowSystem.h"
 
 #include <QLoggingCategory>
@@ -22,7 +23,8 @@ namespace amberquill::desktop {
 Q_DECLARE_LOGGING_CATEGORY(windowsLog)
 
 // For the window system that the application object runs on. Never null. If that is neither X11 nor Wayland
-// (Qt's "offscreen", a bare frame buffer), the result only shows the window full screen.
-[[nodiscard]] std::unique_ptr<WindowSystem> makeWindowSystem();
+// (Qt's "offscreen", a bare frame buffer), the result only shows the window full screen. The queue outlives
+// the result.
+[[nodiscard]] std::unique_ptr<WindowSystem> makeWindowSystem(MainQueue& queue);
 
 } // namespace amberquill::desktop

@@ -7,6 +7,7 @@
 #include <QScreen>
 #include <QWindow>
 #include <qpa/qplatformnativeinterface.h>
+#include <utility>
 #include <wayland-client-core.h>
 
 namespace amberquill::desktop {
@@ -36,11 +37,12 @@ constexpr std::chrono::milliseconds compositorPatience{100};
 
 } // namespace
 
-WaylandWindowSystem::WaylandWindowSystem(wl_display* display)
+WaylandWindowSystem::WaylandWindowSystem(wl_display* display, MainQueue& queue)
     : events_(display)
     , globals_(events_)
     , blur_(globals_)
-    , dialogFocus_(std::make_unique<DialogFocus>()) {
+    , dialogFocus_(std::make_unique<DialogFocus>())
+    , lastFrame_(queue) {
     const QDeadlineTimer deadline(compositorPatience);
     if (events_.roundTrip(deadline)) {
         blur_.follow();
@@ -73,6 +75,7 @@ void WaylandWindowSystem::setActivationToken(const QString& token) {
 }
 
 void WaylandWindowSystem::present(QWindow& window, QScreen*) {
+    lastFrame_.cancel();
     if (!window.isVisible()) {
         window.setFlags(window.flags() | Qt::FramelessWindowHint);
         window.setWindowStates(Qt::WindowNoState);
@@ -98,8 +101,11 @@ void WaylandWindowSystem::present(QWindow& window, QScreen*) {
     qunsetenv(variable);
 }
 
-void WaylandWindowSystem::withdraw(QWindow& window) {
-    window.hide();
+void WaylandWindowSystem::withdraw(QWindow& window, std::function<void()> then) {
+    lastFrame_.await(window, [&window, then = std::move(then)] {
+        window.hide();
+        then();
+    });
 }
 
 } // namespace amberquill::desktop

@@ -3,6 +3,7 @@
 #include "platform/WindowSystem.h"
 #include "platform/linux/wayland/EventQueue.h"
 #include "platform/linux/wayland/Globals.h"
+#include "platform/linux/windows/wayland/LastFrame.h"
 #include "platform/linux/windows/wayland/blur/BlurBehind.h"
 
 #include <QString>
@@ -18,8 +19,8 @@ class DialogFocus;
 // are above it, and whether task bars list it.
 class WaylandWindowSystem final : public WindowSystem {
 public:
-    // Constructed after the application object, on its connection.
-    explicit WaylandWindowSystem(wl_display* display);
+    // Constructed after the application object, on its connection. The queue outlives this object.
+    WaylandWindowSystem(wl_display* display, MainQueue& queue);
     ~WaylandWindowSystem() override;
 
     WaylandWindowSystem(const WaylandWindowSystem&) = delete;
@@ -31,7 +32,7 @@ public:
     [[nodiscard]] bool tellsPlaces() const override { return false; }
     void setActivationToken(const QString& token) override;
     void present(QWindow& window, QScreen* screen) override;
-    void withdraw(QWindow& window) override;
+    void withdraw(QWindow& window, std::function<void()> then) override;
     // Silent: the compositors of Debian 12 offer no protocol for a bell.
     void beep() override {}
 
@@ -44,6 +45,7 @@ private:
     Globals globals_;
     mutable BlurBehind blur_;
     std::unique_ptr<DialogFocus> dialogFocus_;
+    LastFrame lastFrame_;
 };
 
 } // namespace amberquill::desktop

@@ -143,7 +143,7 @@ void X11WindowSystem::present(QWindow& window, QScreen* screen) {
     window.requestActivate();
 }
 
-void X11WindowSystem::withdraw(QWindow& window) {
+void X11WindowSystem::withdraw(QWindow& window, std::function<void()> then) {
     const bool ours = window.isVisible() && focusOwner() == handle(window);
     window_.clear();
     window.hide();
@@ -151,6 +151,7 @@ void X11WindowSystem::withdraw(QWindow& window) {
         giveFocusBack();
     }
     earlierFocus_.reset();
+    then();
 }
 
 void X11WindowSystem::beep() {

@@ -26,7 +26,7 @@ public:
     void setUserTime(UserTime time) override { userTime_ = time; }
     void setListedInTaskBars(bool listed) override;
     void present(QWindow& window, QScreen* screen) override;
-    void withdraw(QWindow& window) override;
+    void withdraw(QWindow& window, std::function<void()> then) override;
     [[nodiscard]] bool nobodyHasFocus() const override;
     void beep() override;
 
