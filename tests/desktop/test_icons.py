@@ -8,7 +8,7 @@ import struct
 from harness import FileWatch, bad_icons, until
 from harness.picture import is_near
 from launcher.applications import png
-from launcher.icons import STAND_IN, UNKNOWN, Icons
+from launcher.icons import DECODED, STAND_IN, UNKNOWN, Icons
 
 RED = (255, 0, 0)  # of bad icons that are shown nevertheless
 
@@ -77,22 +77,21 @@ class OnTheNextStart(Icons):
             self.add_good()
         self.slow = self.add_slow(5)
         self.harmless = [self.session.home / "pictures" / f"good-{number}.png" for number in (1, 2, 3)]
-        self.end_launcher(self.decode_all())
-
-    def decode_all(self):
         launcher = self.begin_shown()
         self.expect_decoded(0)
+        until(lambda: all(str(path) in self.undecodable() for path in self.slow), "the slow ones' end", DECODED)
         self.expect_rest(launcher)
-        return launcher
+        self.end_launcher(launcher)
 
     def test_an_undecodable_icon_is_not_tried_again(self):
         text = self.undecodable()
-        for path in self.slow:
-            self.assertIn(str(path), text)
         self.assertNotIn("good-", text)
         watch = self.enterContext(FileWatch([*self.slow, *self.harmless]))
-        self.end_launcher(self.decode_all())
-        # Stored icons are checked again.
+        launcher = self.begin_shown()
+        self.expect_decoded(0)
+        until(lambda: set(watch.read) >= set(self.harmless), "the check of the stored icons")
+        self.expect_rest(launcher)
+        self.end_launcher(launcher)
         self.assertEqual(set(watch.read), set(self.harmless))
         self.assertEqual(self.undecodable(), text)
 
@@ -103,7 +102,9 @@ class OnTheNextStart(Icons):
 
     def test_a_changed_icon_is_tried_again(self):
         self.change(0)
-        self.end_launcher(self.decode_all())
+        launcher = self.begin_shown()
+        self.expect_decoded(0)
+        self.end_launcher(launcher)
 
     def test_a_changed_icon_is_tried_again_when_the_applications_change(self):
         launcher = self.begin_shown()
