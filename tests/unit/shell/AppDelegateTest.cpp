@@ -53,12 +53,16 @@ public:
     [[nodiscard]] QScreen* screenUnderPointer() const override { return nullptr; }
     void setActivationToken(const QString& token) override { token_ = token; }
     void present(QWindow&, QScreen*) override { presentedWith += std::exchange(token_, QString()); }
-    void withdraw(QWindow&, std::function<void()> then) override { then(); }
+    void withdraw(QWindow&, std::function<void()> then) override {
+        ++withdrawn;
+        then();
+    }
     void beep() override {}
     [[nodiscard]] bool nobodyHasFocus() const override { return nobody; }
 
     QStringList presentedWith; // the token of each showing
-    bool nobody = false;       // has the focus
+    int withdrawn = 0;
+    bool nobody = false; // has the focus
 
 private:
     QString token_;
@@ -432,6 +436,15 @@ TEST_F(AppDelegateTest, BecomingActiveCoversNoOtherWindow) {
     dialog.setVisible(true);
     setState(Qt::ApplicationActive);
     EXPECT_FALSE(delegate_->model().presented());
+}
+
+TEST_F(AppDelegateTest, TheEndTakesTheLauncherOffTheScreenAtOnceAndForGood) {
+    delegate_->applicationDidFinishLaunching();
+    delegate_->quit();
+    EXPECT_EQ(windows_.withdrawn, 1);
+    delegate_->showLauncher();
+    EXPECT_FALSE(delegate_->model().presented());
+    EXPECT_EQ(windows_.presentedWith.size(), 1);
 }
 
 TEST_F(AppDelegateTest, TheLayoutIsSavedAtTheEnd) {
