@@ -10,7 +10,7 @@ from harness import bad_icons, until
 from launcher.applications import colour_number
 from launcher.case import WINDOW_CLASS, is_shown
 from launcher.grid import COLUMNS, SLOTS
-from launcher.icons import Icons
+from launcher.icons import DECODED, Icons
 from launcher.workers import WorkersCounted, WorkersKilled, is_running, status, workers_of
 
 
@@ -68,7 +68,7 @@ class WhileSlowOnesAreDecoded(Icons):
 
     def test_it_ends_at_once_with_undecodable_icons(self):
         launcher = self.begin_decoding()
-        until(lambda: self.undecodable().count("slow") > 2, "some that are given up")
+        until(lambda: self.undecodable().count("slow") > 2, "some that are given up", DECODED)
         self.expect_decoding(launcher)
         self.expect_end(launcher)
 

@@ -12,7 +12,7 @@ from launcher.workers import is_running, workers_of
 STAND_IN = (10, 200, 120)  # the theme's icon of programs; no application's
 UNKNOWN = None  # decoders may show any part of half a picture
 END = 1  # seconds that an end may take, even during decoding
-DECODED = 40  # seconds for decoding all icons on a busy machine; the limit for each picture is two
+DECODED = 100  # seconds for decoding all icons on a busy machine: 20 slow ones by two processes, ten each
 
 
 class Icons(OnX11):

@@ -100,9 +100,10 @@ DecodingAttempt IconWorker::decode(const FileDescriptor& file, const DecodingReq
         return {Kind::Killed, {}, false};
     }
     if (!isReadableBy(socket_.get(), QDeadlineTimer(limits_.picture))) {
-        const auto used = processorTime_(process_->id()) - usedBefore;
-        process_->kill();
-        return {used * 2 >= limits_.picture ? Kind::TimedOut : Kind::Starved, {}, false};
+        if (const auto failure = awaitSlowAnswer(usedBefore)) {
+            process_->kill();
+            return *failure;
+        }
     }
     const auto [answer, wasKilled] = receive();
     if (!answer) {
@@ -126,6 +127,26 @@ DecodingAttempt IconWorker::decode(const FileDescriptor& file, const DecodingReq
         break;
     }
     return {};
+}
+
+// For a process that has not answered within the limit. It goes on while it gets too little processor time to
+// be called too slow. None: there is an answer.
+std::optional<DecodingAttempt> IconWorker::awaitSlowAnswer(std::chrono::nanoseconds usedBefore) const {
+    constexpr int checks = 8;      // in each limit
+    constexpr int smallShare = 20; // one part of so many is hardly any processor time
+    for (int check = checks;; ++check) {
+        const auto passed = limits_.picture * check / checks;
+        const auto used = processorTime_(process_->id()) - usedBefore;
+        if (used * 2 >= limits_.picture) {
+            return DecodingAttempt{Kind::TimedOut, {}, false};
+        }
+        if (used * smallShare < passed || check >= checks * maximumWaits) {
+            return DecodingAttempt{Kind::Starved, {}, false, check / checks};
+        }
+        if (isReadableBy(socket_.get(), QDeadlineTimer(limits_.picture / checks))) {
+            return std::nullopt;
+        }
+    }
 }
 
 void IconWorker::interrupt() {

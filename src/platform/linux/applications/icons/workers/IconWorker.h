@@ -14,7 +14,7 @@ namespace amberquill::desktop {
 
 struct IconWorkerLimits {
     std::chrono::milliseconds start{10'000};  // until it is ready; the machine may be under load
-    std::chrono::milliseconds picture{2'000}; // for one picture, from the request on
+    std::chrono::milliseconds picture{2'000}; // for one picture, from the request on; more on a busy machine
     std::chrono::milliseconds end{1'000};     // for the process's end after its socket was closed
 };
 
@@ -34,12 +34,16 @@ struct DecodingAttempt {
     Kind kind = Kind::Failed;
     QImage image;          // for Picture
     bool isUsable = false; // the process can take another request
+    int waits = 1;         // how many times the limit for a picture passed, for Starved
 };
 
 // A process that decodes icons, one at a time. Its answers are validated, because a hostile file may control
 // the process. Any thread, but one at a time; interrupt() at any time.
 class IconWorker {
 public:
+    // A process that gets little processor time may take the limit for a picture so many times.
+    static constexpr int maximumWaits = 5;
+
     using ProcessorTime = std::function<std::chrono::nanoseconds(pid_t process)>;
 
     // Does not wait until the process is ready. Null: errno says why it cannot be started.
@@ -72,6 +76,7 @@ private:
     };
 
     [[nodiscard]] Reply receive();
+    [[nodiscard]] std::optional<DecodingAttempt> awaitSlowAnswer(std::chrono::nanoseconds usedBefore) const;
     [[nodiscard]] std::optional<Kind> awaitReady();
 
     const FileDescriptor socket_;

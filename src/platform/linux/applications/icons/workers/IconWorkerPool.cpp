@@ -18,7 +18,7 @@ namespace {
 Q_LOGGING_CATEGORY(poolLog, "amberquill.decoder", QtCriticalMsg)
 
 // How often one file is tried again after failures that are not the file's.
-constexpr int maximumStarved = 5;
+constexpr int maximumStarved = IconWorker::maximumWaits;
 constexpr int maximumKilled = 10;
 constexpr int maximumStarts = 30; // that failed
 // A file is undecodable when so many processes have crashed on it.
@@ -108,7 +108,7 @@ DecodedFile IconWorkerPool::decode(std::span<const std::byte> file, int edge) {
         case Kind::TimedOut:
             return {DecodedFile::Kind::Undecodable, {}};
         case Kind::Starved:
-            ++starved;
+            starved += attempt.waits;
             break;
         case Kind::Killed:
             ++killed;

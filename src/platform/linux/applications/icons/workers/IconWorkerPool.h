@@ -6,10 +6,10 @@
 // - IconWorker talks to one process: one request at a time, with time limits. It validates each answer.
 // - WorkerProcess starts, kills and reaps the process. WorkerProgram says which file that is.
 //
-// Limits: 10 s for a process to start, 2 s for a picture, two crashes for a file. Failures that are not the
-// file's (no processor time, a kill from outside, a failed start) do not count against it. IconWorkerPool is
-// safe on any thread, and decode() blocks. The messages are those of decoder/channel. The log category
-// amberquill.decoder names each failed attempt with the reason.
+// Limits: 10 s for a process to start, 2 s for a picture (10 s on a busy machine), two crashes for a file.
+// Failures that are not the file's (no processor time, a kill from outside, a failed start) do not count
+// against it. IconWorkerPool is safe on any thread, and decode() blocks. The messages are those of
+// decoder/channel. The log category amberquill.decoder names each failed attempt with the reason.
 #pragma once
 
 #include "platform/linux/applications/icons/workers/IconWorker.h"

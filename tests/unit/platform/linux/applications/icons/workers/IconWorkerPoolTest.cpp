@@ -240,11 +240,45 @@ TEST_F(IconWorkerPoolTest, AFileThatTakesTooLongIsUndecodable) {
 
 TEST_F(IconWorkerPoolTest, AFileWhoseProcessHadNoProcessorTimeIsNotUndecodable) {
     settings_.limits.picture = milliseconds(20);
-    std::atomic<int> asked = 0;
-    settings_.processorTime = [&](pid_t /*process*/) { return milliseconds(asked++ * 9); };
+    settings_.processorTime = [](pid_t /*process*/) { return milliseconds(0); };
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "hang"), Kind::Unavailable);
-    EXPECT_GT(starts(), 1);
+    EXPECT_EQ(starts(), 5);
+}
+
+TEST_F(IconWorkerPoolTest, AProcessThatGetsLittleProcessorTimeGoesOn) {
+    settings_.limits.picture = seconds(1);
+    std::atomic<int> asked = 0;
+    settings_.processorTime = [&](pid_t /*process*/) {
+        if (asked++ == 0) {
+            return milliseconds(0);
+        }
+        files_.write("go", {}); // only now the process answers
+        return milliseconds(400);
+    };
+    IconWorkerPool workers(settings_);
+    EXPECT_EQ(outcome(workers, "waits"), Kind::Picture);
+    EXPECT_EQ(starts(), 1);
+}
+
+TEST_F(IconWorkerPoolTest, AFileThatTakesTooLongIsUndecodableAlsoOnABusyMachine) {
+    settings_.limits.picture = milliseconds(20);
+    std::atomic<int> asked = 0;
+    settings_.processorTime = [&](pid_t /*process*/) { return milliseconds(asked++ * 2); };
+    IconWorkerPool workers(settings_);
+    EXPECT_EQ(outcome(workers, "hang"), Kind::Undecodable);
+    EXPECT_EQ(asked, 6);
+    EXPECT_EQ(starts(), 1);
+}
+
+TEST_F(IconWorkerPoolTest, AFileIsGivenUpForNowAfterFiveTimesTheLimit) {
+    settings_.limits.picture = milliseconds(20);
+    std::atomic<int> asked = 0;
+    settings_.processorTime = [&](pid_t /*process*/) { return milliseconds(asked++ == 0 ? 0 : 9); };
+    IconWorkerPool workers(settings_);
+    EXPECT_EQ(outcome(workers, "hang"), Kind::Unavailable);
+    EXPECT_EQ(asked, 1 + 1 + 4 * 8);
+    EXPECT_EQ(starts(), 1);
 }
 
 TEST_F(IconWorkerPoolTest, AProcessThatExitsAfterItsAnswerIsReplaced) {
