@@ -76,7 +76,19 @@ protected:
         return image.isNull() ? qRgb(128, 128, 128) : image.pixel(image.width() / 2, image.height() / 2);
     }
 
+    // Limits a picture to 20 ms. `used`: the processor time of the process at each question, from 0 on.
+    void setProcessorTimes(std::function<milliseconds(int asked)> used) {
+        settings_.limits.picture = milliseconds(20);
+        settings_.processorTime = [this, used = std::move(used)](pid_t) { return used(asked_++); };
+    }
+
+    Kind outcomeOfHanging() {
+        IconWorkerPool workers(settings_);
+        return outcome(workers, "hang");
+    }
+
     TemporaryTree files_;
+    std::atomic<int> asked_ = 0; // how often for a processor time
     std::atomic<std::chrono::steady_clock::time_point> now_{
         std::chrono::steady_clock::time_point(seconds(100))};
     IconWorkerPool::Settings settings_;
@@ -230,54 +242,43 @@ TEST_F(IconWorkerPoolTest, ProcessesKilledWhenReadyAreReplacedWithoutAPause) {
 }
 
 TEST_F(IconWorkerPoolTest, AFileThatTakesTooLongIsUndecodable) {
-    settings_.limits.picture = milliseconds(20);
-    std::atomic<int> asked = 0;
-    settings_.processorTime = [&](pid_t /*process*/) { return milliseconds(asked++ * 10); };
-    IconWorkerPool workers(settings_);
-    EXPECT_EQ(outcome(workers, "hang"), Kind::Undecodable);
+    setProcessorTimes([](int asked) { return milliseconds(asked * 10); });
+    EXPECT_EQ(outcomeOfHanging(), Kind::Undecodable);
+    EXPECT_EQ(asked_, 2);
     EXPECT_EQ(starts(), 1);
 }
 
 TEST_F(IconWorkerPoolTest, AFileWhoseProcessHadNoProcessorTimeIsNotUndecodable) {
-    settings_.limits.picture = milliseconds(20);
-    settings_.processorTime = [](pid_t /*process*/) { return milliseconds(0); };
-    IconWorkerPool workers(settings_);
-    EXPECT_EQ(outcome(workers, "hang"), Kind::Unavailable);
+    setProcessorTimes([](int) { return milliseconds(0); });
+    EXPECT_EQ(outcomeOfHanging(), Kind::Unavailable);
     EXPECT_EQ(starts(), 5);
 }
 
 TEST_F(IconWorkerPoolTest, AProcessThatGetsLittleProcessorTimeGoesOn) {
-    settings_.limits.picture = seconds(1);
-    std::atomic<int> asked = 0;
-    settings_.processorTime = [&](pid_t /*process*/) {
-        if (asked++ == 0) {
+    setProcessorTimes([&](int asked) {
+        if (asked == 0) {
             return milliseconds(0);
         }
         files_.write("go", {}); // only now the process answers
         return milliseconds(400);
-    };
+    });
+    settings_.limits.picture = seconds(1);
     IconWorkerPool workers(settings_);
     EXPECT_EQ(outcome(workers, "waits"), Kind::Picture);
     EXPECT_EQ(starts(), 1);
 }
 
 TEST_F(IconWorkerPoolTest, AFileThatTakesTooLongIsUndecodableAlsoOnABusyMachine) {
-    settings_.limits.picture = milliseconds(20);
-    std::atomic<int> asked = 0;
-    settings_.processorTime = [&](pid_t /*process*/) { return milliseconds(asked++ * 2); };
-    IconWorkerPool workers(settings_);
-    EXPECT_EQ(outcome(workers, "hang"), Kind::Undecodable);
-    EXPECT_EQ(asked, 6);
+    setProcessorTimes([](int asked) { return milliseconds(asked * 2); });
+    EXPECT_EQ(outcomeOfHanging(), Kind::Undecodable);
+    EXPECT_EQ(asked_, 6);
     EXPECT_EQ(starts(), 1);
 }
 
 TEST_F(IconWorkerPoolTest, AFileIsGivenUpForNowAfterFiveTimesTheLimit) {
-    settings_.limits.picture = milliseconds(20);
-    std::atomic<int> asked = 0;
-    settings_.processorTime = [&](pid_t /*process*/) { return milliseconds(asked++ == 0 ? 0 : 9); };
-    IconWorkerPool workers(settings_);
-    EXPECT_EQ(outcome(workers, "hang"), Kind::Unavailable);
-    EXPECT_EQ(asked, 1 + 1 + 4 * 8);
+    setProcessorTimes([](int asked) { return milliseconds(asked == 0 ? 0 : 9); });
+    EXPECT_EQ(outcomeOfHanging(), Kind::Unavailable);
+    EXPECT_EQ(asked_, 1 + 1 + 4 * 8); // at the request, after the first limit, eight times in each other
     EXPECT_EQ(starts(), 1);
 }
 
