@@ -49,7 +49,7 @@ LauncherWindowController::LauncherWindowController(const Services& services)
 LauncherWindowController::~LauncherWindowController() = default;
 
 void LauncherWindowController::show() {
-    if (hasLeft_) {
+    if (isLeaving_) {
         return;
     }
     QScreen* screen = services_.windows.screenUnderPointer();
@@ -131,17 +131,19 @@ void LauncherWindowController::hide(const std::optional<QString>& thenOpen) {
     closeMenus();
     withAnimation(motion::hide, [this] { services_.model.setPresented(false); });
     withAnimation(motion::windowFadeOut, [this] { fade_.setTarget(0); });
-    services_.queue.thenAfter(showing_, motion::windowFadeOut.seconds, [this] {
-        if (!hasLeft_) {
-            services_.windows.withdraw(window_, showing_.bind([this] { withdrawn(); }));
-        }
-    });
+    fadeEnd_ = services_.queue.postAfter(motion::windowFadeOut.seconds, showing_.bind([this] {
+        services_.windows.withdraw(window_, showing_.bind([this] { withdrawn(); }));
+    }));
 }
 
 void LauncherWindowController::leave(std::function<void()> then) {
-    hasLeft_ = true;
+    isLeaving_ = true;
     hide(std::nullopt);
-    services_.windows.withdraw(window_, std::move(then));
+    fadeEnd_.cancel();
+    services_.windows.withdraw(window_, context_.bind([this, then = std::move(then)] {
+        then();
+        isLeaving_ = false; // a dialog may have refused the end
+    }));
 }
 
 void LauncherWindowController::showMenu() {

@@ -62,8 +62,8 @@ public:
     // window takes no input until it is shown again.
     void hide(const std::optional<QString>& thenOpen) override;
 
-    // For the program's end: takes the launcher off the screen without a fade, then calls `then`. It is not
-    // shown again.
+    // For the program's end: takes the launcher off the screen without a fade, then calls `then`. Until that
+    // has returned, nothing shows the launcher.
     void leave(std::function<void()> then);
 
     // Shows the menu above the window: at a place in global points, or at the pointer.
@@ -119,9 +119,10 @@ private:
     PopUpMenu popUpMenu_;
     KeyEquivalents keyEquivalents_;
     bool isShown_ = false;
-    bool hasLeft_ = false;
+    bool isLeaving_ = false;  // the program is about to end
     double withdrawnAt_ = -1; // by the queue's clock; negative: never
     std::optional<Opening> opening_;
+    DelayedWork fadeEnd_;
     Context showing_; // for the end of the latest showing; reset by the next one
     Context context_;
 };

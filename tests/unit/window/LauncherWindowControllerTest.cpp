@@ -317,7 +317,7 @@ TEST_F(LauncherWindowControllerTest, AShowDuringASlowWithdrawalWinsAndTheLaunchI
     EXPECT_TRUE(opener_.opened.isEmpty());
 }
 
-TEST_F(LauncherWindowControllerTest, LeavingWithdrawsTheWindowOnceAndForGood) {
+TEST_F(LauncherWindowControllerTest, LeavingWithdrawsTheWindowOnceAndNothingShowsItMeanwhile) {
     shower_->show();
     pass(0.5);
     bool hasLeft = false;
@@ -331,6 +331,16 @@ TEST_F(LauncherWindowControllerTest, LeavingWithdrawsTheWindowOnceAndForGood) {
     EXPECT_TRUE(hasLeft);
     pass(0.5);
     EXPECT_FALSE(windows_.pending);
+}
+
+TEST_F(LauncherWindowControllerTest, AnEndThatIsRefusedLetsTheLauncherBeShown) {
+    shower_->show();
+    shower_->leave([] {});
+    shower_->show();
+    EXPECT_TRUE(shower_->isShown());
+    pass(0.5);
+    EXPECT_EQ(alpha(), 1);
+    EXPECT_EQ(windows_.presentedOn.size(), 2U);
 }
 
 TEST_F(LauncherWindowControllerTest, AShowDuringTheFadeWinsAndTheLaunchIsDropped) {
