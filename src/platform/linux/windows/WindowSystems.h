@@ -5,7 +5,8 @@
 // - x11/: X11WindowSystem by the Extended Window Manager Hints, also without a window manager. Atoms.
 //   ScreenChoice (pure). FocusFilter: keeps Qt from mistaking keyboard grabs for focus changes.
 // - wayland/: WaylandWindowSystem by xdg-shell. blur/BlurBehind by the compositors' two blur protocols.
-//   DialogFocus: gives the keyboard focus to the open dialog. SeatlessCompositor: avoids a crash of Qt 6.4.
+//   DialogFocus: gives the keyboard focus to the open dialog. LastFrame and SeatlessCompositor avoid crashes
+//   of Qt 6.4.
 // - An unknown window system shows the window full screen, nothing more.
 //
 // Rules: main thread, on Qt's own connection. Each showing costs few round trips. Begin with
